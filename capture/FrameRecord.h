@@ -1,0 +1,46 @@
+#pragma once
+
+#include "device/AdapterRecords.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QVector>
+
+/// One CAN or CAN FD frame as it is displayed and saved: a plain value whose two texts are implicitly shared.
+struct FrameRecord
+{
+    enum Direction : quint8 {
+        SendFailure = 0, ///< the program tried to send it and the adapter refused
+        SendSuccess = 1,
+        Received = 2,
+    };
+    enum Protocol : quint8 { CAN = 0, CANFD = 1, CANFDSpeed = 2 };
+
+    QString systemTime;    ///< PC clock "hh:mm:ss.zzz" when the frame was handed to the table; shared by a batch
+    QByteArray data;       ///< payload, 0 to 64 bytes
+    quint32 timeStamp = 0; ///< adapter time of a received frame in milliseconds; 0 for sent frames
+    quint32 id : 29;       ///< frame identifier
+    quint32 timeFlag : 1;  ///< bit 0 of the adapter record's TimeFlag
+    quint32 remote : 1;    ///< remote frame
+    quint32 extended : 1;  ///< 29-bit identifier
+    quint8 direction = SendFailure; ///< a Direction; any other value is shown as sent successfully
+    quint8 sendType = 0;            ///< SendType of the adapter record; kept, never shown or saved
+    quint8 protocol = CAN;          ///< a Protocol
+
+    FrameRecord()
+        : id(0)
+        , timeFlag(0)
+        , remote(0)
+        , extended(0)
+    {
+    }
+
+    /// A received frame; at most 8 (CAN FD: 64) payload bytes are taken whatever the record's length says.
+    static FrameRecord received(const VCI_CAN_OBJ &frame, const QString &systemTime);
+    static FrameRecord received(const VCI_CANFD_OBJ &frame, const QString &systemTime);
+    /// A frame the program sent; accepted tells whether the adapter took it.
+    static FrameRecord sent(const VCI_CAN_OBJ &frame, bool accepted, const QString &systemTime);
+    static FrameRecord sent(const VCI_CANFD_OBJ &frame, bool accepted, const QString &systemTime);
+};
+
+Q_DECLARE_TYPEINFO(FrameRecord, Q_MOVABLE_TYPE);

@@ -1,0 +1,37 @@
+# x9_add_test(<tst_Name> [SOURCES <file>...] LIBS <library>... LABELS <label>... [TIMEOUT <seconds>] [ADAPTER])
+# One Qt Test program, offscreen, under CTest. SOURCES defaults to <tst_Name>.cpp. Labels: unit, gui, device, slow,
+# layering. ADAPTER hands the paths of the virtual adapter's builds to the test as X9_VIRTUAL_ADAPTER (whole) and
+# X9_VIRTUAL_ADAPTER_CLASSIC (without the CAN FD entries).
+set(X9_TEST_ENVIRONMENT
+    "QT_QPA_PLATFORM=offscreen"
+    "QT_LOGGING_RULES=qt.qpa.*=false"
+    "ASAN_OPTIONS=fast_unwind_on_malloc=0:detect_leaks=1:abort_on_error=0"
+    "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0"
+    "UBSAN_OPTIONS=print_stacktrace=1"
+    "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/tsan.supp:halt_on_error=0:second_deadlock_stack=1")
+
+function(x9_add_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "ADAPTER" "TIMEOUT" "SOURCES;LIBS;LABELS")
+  if(arg_UNPARSED_ARGUMENTS)
+    message(FATAL_ERROR "x9_add_test(${name}): unknown arguments ${arg_UNPARSED_ARGUMENTS}")
+  endif()
+  if(NOT arg_SOURCES)
+    set(arg_SOURCES ${name}.cpp)
+  endif()
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 120)
+  endif()
+  add_executable(${name} ${arg_SOURCES})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests/bin")
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
+  target_compile_definitions(${name} PRIVATE X9_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
+  target_link_libraries(${name} PRIVATE ${arg_LIBS} Qt5::Test x9_warnings)
+  if(arg_ADAPTER)
+    target_compile_definitions(${name} PRIVATE X9_VIRTUAL_ADAPTER="$<TARGET_FILE:ControlCAN>"
+                                               X9_VIRTUAL_ADAPTER_CLASSIC="$<TARGET_FILE:ControlCAN_classic>")
+    add_dependencies(${name} ControlCAN ControlCAN_classic)
+  endif()
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES LABELS "${arg_LABELS}" TIMEOUT ${arg_TIMEOUT}
+                                          ENVIRONMENT "${X9_TEST_ENVIRONMENT}")
+endfunction()
