@@ -1,0 +1,426 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_CN" sourcelanguage="en">
+<context>
+    <name>CTableViewCAN</name>
+    <message>
+        <source>System Time</source>
+        <translation>系统时间</translation>
+    </message>
+    <message>
+        <source>Time Stamp</source>
+        <translation>时间戳</translation>
+    </message>
+    <message>
+        <source>Direction</source>
+        <translation>方向</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>帧ID</translation>
+    </message>
+    <message>
+        <source>Protocol</source>
+        <translation>协议</translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation>帧格式</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>帧类型</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>长度</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>数据</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <comment>frame format</comment>
+        <translation>数据帧</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>Revice</source>
+        <translation>接收</translation>
+    </message>
+    <message>
+        <source>Send successfully</source>
+        <translation>发送成功</translation>
+    </message>
+    <message>
+        <source>Send failure</source>
+        <translation>发送失败</translation>
+    </message>
+    <message>
+        <source>CANFD Speed</source>
+        <translation>CANFD加速</translation>
+    </message>
+    <message>
+        <source>Remote</source>
+        <translation>远程帧</translation>
+    </message>
+    <message>
+        <source>Standard</source>
+        <translation>标准帧</translation>
+    </message>
+    <message>
+        <source>Extend</source>
+        <translation>扩展帧</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_CanDevice</name>
+    <message>
+        <source>CAN Send</source>
+        <translation>CAN发送</translation>
+    </message>
+    <message>
+        <source>Type:</source>
+        <translation>帧类型：</translation>
+    </message>
+    <message>
+        <source>Frames of send:</source>
+        <translation>发送帧数：</translation>
+    </message>
+    <message>
+        <source>ID increase</source>
+        <translation>ID递增</translation>
+    </message>
+    <message>
+        <source>Data increase</source>
+        <translation>数据递增</translation>
+    </message>
+    <message>
+        <source>Send message</source>
+        <translation>发送报文</translation>
+    </message>
+    <message>
+        <source>Saved frames:</source>
+        <translation>保存帧数：</translation>
+    </message>
+    <message>
+        <source>Length:</source>
+        <translation>数据长度：</translation>
+    </message>
+    <message>
+        <source>Sending cycle:</source>
+        <translation>发送周期：</translation>
+    </message>
+    <message>
+        <source>Format:</source>
+        <translation>帧格式：</translation>
+    </message>
+    <message>
+        <source>Setting cache:</source>
+        <translation>缓存帧数：</translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation>协议：</translation>
+    </message>
+    <message>
+        <source>Data:</source>
+        <translation>数据：</translation>
+    </message>
+    <message>
+        <source>Standard</source>
+        <translation>标准帧</translation>
+    </message>
+    <message>
+        <source>Extend</source>
+        <translation>扩展帧</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>数据帧</translation>
+    </message>
+    <message>
+        <source>Remote</source>
+        <translation>远程帧</translation>
+    </message>
+    <message>
+        <source>CAN</source>
+        <translation>CAN</translation>
+    </message>
+    <message>
+        <source>CANFD</source>
+        <translation>CANFD</translation>
+    </message>
+    <message>
+        <source>CANFD Speed</source>
+        <translation>CANFD加速</translation>
+    </message>
+    <message>
+        <source>CAN function setup</source>
+        <translation>CAN功能设置</translation>
+    </message>
+    <message>
+        <source>CAN gateway switch</source>
+        <translation>CAN网关开关</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>开启</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>CAN gateway filter</source>
+        <translation>CAN网关过滤</translation>
+    </message>
+    <message>
+        <source>Real time saving</source>
+        <translation>实时保存</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Send file</source>
+        <translation>发送文件</translation>
+    </message>
+    <message>
+        <source>Stop sending</source>
+        <translation>停止发送</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>清空</translation>
+    </message>
+    <message>
+        <source>Pause receiving</source>
+        <translation>暂停接收</translation>
+    </message>
+    <message>
+        <source>Pause sending</source>
+        <translation>暂停发送</translation>
+    </message>
+    <message>
+        <source>Send list</source>
+        <translation>发送列表</translation>
+    </message>
+    <message>
+        <source>Statistical data</source>
+        <translation>统计数据</translation>
+    </message>
+    <message>
+        <source>Frame rate R:</source>
+        <translation>接收帧率：</translation>
+    </message>
+    <message>
+        <source>Frame rate T:</source>
+        <translation>发送帧率：</translation>
+    </message>
+    <message>
+        <source>0 p/s</source>
+        <translation>0 p/s</translation>
+    </message>
+    <message>
+        <source> p/s</source>
+        <translation> p/s</translation>
+    </message>
+    <message>
+        <source>Error check:</source>
+        <translation>错误检测：</translation>
+    </message>
+    <message>
+        <source>Fold</source>
+        <translation>折叠</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>复位</translation>
+    </message>
+    <message>
+        <source>CAN channel Receive Filter ID Setting (Direct frame ID)</source>
+        <translation>CAN通道接收过滤ID设置（直接填写帧ID）</translation>
+    </message>
+    <message>
+        <source>Enable</source>
+        <translation>启用</translation>
+    </message>
+    <message>
+        <source>Disable</source>
+        <translation>禁用</translation>
+    </message>
+    <message>
+        <source>Frame ID error, Standard frame valid range: 0x0-0x7FF, Extend frame valid range: 0x0-0x1FFFFFFF</source>
+        <translation>帧ID错误，标准帧有效范围：0x0-0x7FF，扩展帧有效范围：0x0-0x1FFFFFFF</translation>
+    </message>
+    <message>
+        <source>Send stopped</source>
+        <translation>发送已停止</translation>
+    </message>
+    <message>
+        <source>Suspend CAN sending</source>
+        <translation>已暂停CAN发送</translation>
+    </message>
+    <message>
+        <source>Resume CAN sending</source>
+        <translation>已恢复CAN发送</translation>
+    </message>
+    <message>
+        <source>Suspend CAN receiving</source>
+        <translation>已暂停CAN接收</translation>
+    </message>
+    <message>
+        <source>Resume CAN receiving</source>
+        <translation>已恢复CAN接收</translation>
+    </message>
+    <message>
+        <source>Save File</source>
+        <translation>保存文件</translation>
+    </message>
+    <message>
+        <source>CAN File(*.can);;CANFD File(*.canfd);;Csv File(*.csv);;Text File(*.txt)</source>
+        <translation>CAN文件(*.can);;CANFD文件(*.canfd);;CSV文件(*.csv);;文本文件(*.txt)</translation>
+    </message>
+    <message>
+        <source>Text File(*.txt);;CSV File(*.csv)</source>
+        <translation>文本文件(*.txt);;CSV文件(*.csv)</translation>
+    </message>
+    <message>
+        <source>File saved successfully!</source>
+        <translation>文件保存成功！</translation>
+    </message>
+    <message>
+        <source>File saving failure!</source>
+        <translation>文件保存失败！</translation>
+    </message>
+    <message>
+        <source>The gateway function fails to be enabled!</source>
+        <translation>网关功能开启失败！</translation>
+    </message>
+    <message>
+        <source>Gateway filtering rule</source>
+        <translation>网关过滤规则</translation>
+    </message>
+    <message>
+        <source>Successful setting!</source>
+        <translation>设置成功！</translation>
+    </message>
+    <message>
+        <source>Setup failure, Please check whether the gateway function is enabled!</source>
+        <translation>设置失败，请检查网关功能是否已开启！</translation>
+    </message>
+    <message>
+        <source>Device reset</source>
+        <translation>设备已复位</translation>
+    </message>
+    <message>
+        <source>Device reset failure</source>
+        <translation>设备复位失败</translation>
+    </message>
+    <message>
+        <source>Send File</source>
+        <translation>发送文件</translation>
+    </message>
+    <message>
+        <source>List send</source>
+        <translation>列表发送</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_CanView</name>
+    <message>
+        <source>ToolBar</source>
+        <translation>工具栏</translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation>连接</translation>
+    </message>
+    <message>
+        <source>Connect to the device</source>
+        <translation>连接设备</translation>
+    </message>
+    <message>
+        <source>Open device</source>
+        <translation>打开设备</translation>
+    </message>
+    <message>
+        <source>Close device</source>
+        <translation>关闭设备</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>关于</translation>
+    </message>
+    <message>
+        <source>Software information</source>
+        <translation>软件信息</translation>
+    </message>
+    <message>
+        <source>Device information</source>
+        <translation>设备信息</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>语言</translation>
+    </message>
+    <message>
+        <source>Chinese</source>
+        <translation>简体中文</translation>
+    </message>
+    <message>
+        <source>English</source>
+        <translation>English</translation>
+    </message>
+    <message>
+        <source>Tips</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>The current language has changed and takes effect after the restart.</source>
+        <translation>界面语言已更改，重启后生效。</translation>
+    </message>
+    <message>
+        <source>Do you wish to restart it now?</source>
+        <translation>是否立即重启？</translation>
+    </message>
+    <message>
+        <source>Devices is open</source>
+        <translation>设备已打开</translation>
+    </message>
+    <message>
+        <source>No devices!!!</source>
+        <translation>没有可用的设备！</translation>
+    </message>
+    <message>
+        <source>Device turned off</source>
+        <translation>设备已关闭</translation>
+    </message>
+    <message>
+        <source>New firmware version detected,</source>
+        <translation>检测到新的固件版本，</translation>
+    </message>
+    <message>
+        <source>Do you want to go update it now?</source>
+        <translation>是否现在前往更新？</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>设备</translation>
+    </message>
+    <message>
+        <source>Channel</source>
+        <translation>通道</translation>
+    </message>
+</context>
+</TS>

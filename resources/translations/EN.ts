@@ -1,0 +1,426 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en" sourcelanguage="en">
+<context>
+    <name>CTableViewCAN</name>
+    <message>
+        <source>System Time</source>
+        <translation>System Time</translation>
+    </message>
+    <message>
+        <source>Time Stamp</source>
+        <translation>Time Stamp</translation>
+    </message>
+    <message>
+        <source>Direction</source>
+        <translation>Direction</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Protocol</source>
+        <translation>Protocol</translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation>Format</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>Length</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>Data</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <comment>frame format</comment>
+        <translation>Data</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>None</translation>
+    </message>
+    <message>
+        <source>Revice</source>
+        <translation>Revice</translation>
+    </message>
+    <message>
+        <source>Send successfully</source>
+        <translation>Send successfully</translation>
+    </message>
+    <message>
+        <source>Send failure</source>
+        <translation>Send failure</translation>
+    </message>
+    <message>
+        <source>CANFD Speed</source>
+        <translation>CANFD Speed</translation>
+    </message>
+    <message>
+        <source>Remote</source>
+        <translation>Remote</translation>
+    </message>
+    <message>
+        <source>Standard</source>
+        <translation>Standard</translation>
+    </message>
+    <message>
+        <source>Extend</source>
+        <translation>Extend</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_CanDevice</name>
+    <message>
+        <source>CAN Send</source>
+        <translation>CAN Send</translation>
+    </message>
+    <message>
+        <source>Type:</source>
+        <translation>Type:</translation>
+    </message>
+    <message>
+        <source>Frames of send:</source>
+        <translation>Frames of send:</translation>
+    </message>
+    <message>
+        <source>ID increase</source>
+        <translation>ID increase</translation>
+    </message>
+    <message>
+        <source>Data increase</source>
+        <translation>Data increase</translation>
+    </message>
+    <message>
+        <source>Send message</source>
+        <translation>Send message</translation>
+    </message>
+    <message>
+        <source>Saved frames:</source>
+        <translation>Saved frames:</translation>
+    </message>
+    <message>
+        <source>Length:</source>
+        <translation>Length:</translation>
+    </message>
+    <message>
+        <source>Sending cycle:</source>
+        <translation>Sending cycle:</translation>
+    </message>
+    <message>
+        <source>Format:</source>
+        <translation>Format:</translation>
+    </message>
+    <message>
+        <source>Setting cache:</source>
+        <translation>Setting cache:</translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation>Protocol:</translation>
+    </message>
+    <message>
+        <source>Data:</source>
+        <translation>Data:</translation>
+    </message>
+    <message>
+        <source>Standard</source>
+        <translation>Standard</translation>
+    </message>
+    <message>
+        <source>Extend</source>
+        <translation>Extend</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>Data</translation>
+    </message>
+    <message>
+        <source>Remote</source>
+        <translation>Remote</translation>
+    </message>
+    <message>
+        <source>CAN</source>
+        <translation>CAN</translation>
+    </message>
+    <message>
+        <source>CANFD</source>
+        <translation>CANFD</translation>
+    </message>
+    <message>
+        <source>CANFD Speed</source>
+        <translation>CANFD Speed</translation>
+    </message>
+    <message>
+        <source>CAN function setup</source>
+        <translation>CAN function setup</translation>
+    </message>
+    <message>
+        <source>CAN gateway switch</source>
+        <translation>CAN gateway switch</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Open</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>CAN gateway filter</source>
+        <translation>CAN gateway filter</translation>
+    </message>
+    <message>
+        <source>Real time saving</source>
+        <translation>Real time saving</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>Send file</source>
+        <translation>Send file</translation>
+    </message>
+    <message>
+        <source>Stop sending</source>
+        <translation>Stop sending</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Clear</translation>
+    </message>
+    <message>
+        <source>Pause receiving</source>
+        <translation>Pause receiving</translation>
+    </message>
+    <message>
+        <source>Pause sending</source>
+        <translation>Pause sending</translation>
+    </message>
+    <message>
+        <source>Send list</source>
+        <translation>Send list</translation>
+    </message>
+    <message>
+        <source>Statistical data</source>
+        <translation>Statistical data</translation>
+    </message>
+    <message>
+        <source>Frame rate R:</source>
+        <translation>Frame rate R:</translation>
+    </message>
+    <message>
+        <source>Frame rate T:</source>
+        <translation>Frame rate T:</translation>
+    </message>
+    <message>
+        <source>0 p/s</source>
+        <translation>0 p/s</translation>
+    </message>
+    <message>
+        <source> p/s</source>
+        <translation> p/s</translation>
+    </message>
+    <message>
+        <source>Error check:</source>
+        <translation>Error check:</translation>
+    </message>
+    <message>
+        <source>Fold</source>
+        <translation>Fold</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Reset</translation>
+    </message>
+    <message>
+        <source>CAN channel Receive Filter ID Setting (Direct frame ID)</source>
+        <translation>CAN channel Receive Filter ID Setting (Direct frame ID)</translation>
+    </message>
+    <message>
+        <source>Enable</source>
+        <translation>Enable</translation>
+    </message>
+    <message>
+        <source>Disable</source>
+        <translation>Disable</translation>
+    </message>
+    <message>
+        <source>Frame ID error, Standard frame valid range: 0x0-0x7FF, Extend frame valid range: 0x0-0x1FFFFFFF</source>
+        <translation>Frame ID error, Standard frame valid range: 0x0-0x7FF, Extend frame valid range: 0x0-0x1FFFFFFF</translation>
+    </message>
+    <message>
+        <source>Send stopped</source>
+        <translation>Send stopped</translation>
+    </message>
+    <message>
+        <source>Suspend CAN sending</source>
+        <translation>Suspend CAN sending</translation>
+    </message>
+    <message>
+        <source>Resume CAN sending</source>
+        <translation>Resume CAN sending</translation>
+    </message>
+    <message>
+        <source>Suspend CAN receiving</source>
+        <translation>Suspend CAN receiving</translation>
+    </message>
+    <message>
+        <source>Resume CAN receiving</source>
+        <translation>Resume CAN receiving</translation>
+    </message>
+    <message>
+        <source>Save File</source>
+        <translation>Save File</translation>
+    </message>
+    <message>
+        <source>CAN File(*.can);;CANFD File(*.canfd);;Csv File(*.csv);;Text File(*.txt)</source>
+        <translation>CAN File(*.can);;CANFD File(*.canfd);;Csv File(*.csv);;Text File(*.txt)</translation>
+    </message>
+    <message>
+        <source>Text File(*.txt);;CSV File(*.csv)</source>
+        <translation>Text File(*.txt);;CSV File(*.csv)</translation>
+    </message>
+    <message>
+        <source>File saved successfully!</source>
+        <translation>File saved successfully!</translation>
+    </message>
+    <message>
+        <source>File saving failure!</source>
+        <translation>File saving failure!</translation>
+    </message>
+    <message>
+        <source>The gateway function fails to be enabled!</source>
+        <translation>The gateway function fails to be enabled!</translation>
+    </message>
+    <message>
+        <source>Gateway filtering rule</source>
+        <translation>Gateway filtering rule</translation>
+    </message>
+    <message>
+        <source>Successful setting!</source>
+        <translation>Successful setting!</translation>
+    </message>
+    <message>
+        <source>Setup failure, Please check whether the gateway function is enabled!</source>
+        <translation>Setup failure, Please check whether the gateway function is enabled!</translation>
+    </message>
+    <message>
+        <source>Device reset</source>
+        <translation>Device reset</translation>
+    </message>
+    <message>
+        <source>Device reset failure</source>
+        <translation>Device reset failure</translation>
+    </message>
+    <message>
+        <source>Send File</source>
+        <translation>Send File</translation>
+    </message>
+    <message>
+        <source>List send</source>
+        <translation>List send</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_CanView</name>
+    <message>
+        <source>ToolBar</source>
+        <translation>ToolBar</translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation>Connect</translation>
+    </message>
+    <message>
+        <source>Connect to the device</source>
+        <translation>Connect to the device</translation>
+    </message>
+    <message>
+        <source>Open device</source>
+        <translation>Open device</translation>
+    </message>
+    <message>
+        <source>Close device</source>
+        <translation>Close device</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>About</translation>
+    </message>
+    <message>
+        <source>Software information</source>
+        <translation>Software information</translation>
+    </message>
+    <message>
+        <source>Device information</source>
+        <translation>Device information</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Language</translation>
+    </message>
+    <message>
+        <source>Chinese</source>
+        <translation>Chinese</translation>
+    </message>
+    <message>
+        <source>English</source>
+        <translation>English</translation>
+    </message>
+    <message>
+        <source>Tips</source>
+        <translation>Tips</translation>
+    </message>
+    <message>
+        <source>The current language has changed and takes effect after the restart.</source>
+        <translation>The current language has changed and takes effect after the restart.</translation>
+    </message>
+    <message>
+        <source>Do you wish to restart it now?</source>
+        <translation>Do you wish to restart it now?</translation>
+    </message>
+    <message>
+        <source>Devices is open</source>
+        <translation>Devices is open</translation>
+    </message>
+    <message>
+        <source>No devices!!!</source>
+        <translation>No devices!!!</translation>
+    </message>
+    <message>
+        <source>Device turned off</source>
+        <translation>Device turned off</translation>
+    </message>
+    <message>
+        <source>New firmware version detected,</source>
+        <translation>New firmware version detected,</translation>
+    </message>
+    <message>
+        <source>Do you want to go update it now?</source>
+        <translation>Do you want to go update it now?</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>Device</translation>
+    </message>
+    <message>
+        <source>Channel</source>
+        <translation>Channel</translation>
+    </message>
+</context>
+</TS>
