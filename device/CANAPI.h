@@ -6,13 +6,15 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 /// Why the adapter library is or is not usable.
 enum class AdapterLibraryState {
     NotLoaded,         ///< constructed without a path (a table filled by hand)
     Loaded,            ///< every entry was found
     EntriesMissing,    ///< loaded, but missingEntries() is not empty
     NotFound,          ///< no file under the path
-    WrongArchitecture, ///< the file is a library for another processor or word size
+    WrongArchitecture, ///< the file is a library for another processor, word size or system
     LoadFailed,        ///< the system refused it for another reason, given by systemMessage()
 };
 
@@ -25,6 +27,10 @@ public:
     /// Loads libraryPath (relative paths count from the working directory) and resolves every entry. An empty path
     /// loads nothing. Never fails: see state().
     explicit CANAPI(const QString &libraryPath);
+    /// Gives the entry point of a name, null when there is none.
+    using EntryLookUp = std::function<void (*(const char *name))()>;
+    /// Resolves every entry through lookUp instead of a library file. What it answers must outlive this object.
+    explicit CANAPI(const EntryLookUp &lookUp);
     ~CANAPI();
     CANAPI(const CANAPI &) = delete;
     CANAPI &operator=(const CANAPI &) = delete;
@@ -69,7 +75,7 @@ public:
     AdapterEntry::ReceiveCANFD KQ_ReceiveCANFD = nullptr;
 
 private:
-    void resolveEntries();
+    void resolveEntries(const EntryLookUp &lookUp);
 
     void *m_handle = nullptr;
     QString m_path;
@@ -79,3 +85,5 @@ private:
 };
 
 Q_DECLARE_METATYPE(CANAPI *)
+Q_DECLARE_METATYPE(VCI_CAN_OBJ)
+Q_DECLARE_METATYPE(VCI_CANFD_OBJ)

@@ -28,6 +28,8 @@ struct DevicePresence
 /// The one object through which the windows reach the adapter: opens and closes devices and channels, transmits,
 /// switches the gateway. Every operation runs on the GUI thread and answers a CANError; received frames arrive by
 /// signal from one worker thread per open device. Devices must be closed before this object is destroyed.
+///
+/// A missing library or entry answers like a library that refuses the call. CAN and LIN channel indices are 0 and 1.
 class CANCommunication : public QObject
 {
     Q_OBJECT
@@ -37,6 +39,7 @@ public:
     explicit CANCommunication(FirmwareQuery firmwareQuery = {}, QObject *parent = nullptr);
     /// Uses the given table instead (another library path, or entries filled by hand).
     explicit CANCommunication(std::unique_ptr<CANAPI> api, FirmwareQuery firmwareQuery = {}, QObject *parent = nullptr);
+    /// Closes nothing. If a device is still open, its worker keeps polling, so the library stays loaded for it.
     ~CANCommunication() override;
 
     /// The library's table, for its state and the reason why it is unusable.
@@ -45,28 +48,56 @@ public:
     /// Devices 0 to 7 that are there. A closed one is opened and closed again for it; an open one is not touched.
     QVector<DevicePresence> presentDevices();
 
+    /// Opens the device and starts its worker. CAN_DeviceExists, CAN_DeviceOpenFailed.
     CANError openDevice(quint8 dev);
+    /// Joins the worker, which takes until the adapter call it is in returns (3000 ms for a receive), and closes the
+    /// device. CAN_DeviceNotExists; CAN_ChannelExists while a CAN or LIN channel is open.
     CANError closeDevice(quint8 dev);
+    /// Opens the device if need be, then a CAN channel of it; after a failure the device is closed again unless another
+    /// channel is open. CAN_DeviceOpenFailed; CAN_ChannelExists; CAN_DeviceNotSupport when CAN FD is asked of a device
+    /// or a library without it; CAN_ChannelOpenFailed, also for a channel index above 1.
     CANError openChannel(const ChannelParam &param);
-    /// Closes the channel and re-opens it 800 ms later; the later result is not reported.
+    /// Closes the channel and re-opens it 800 ms later; the later result is not reported. Errors of closeChannel().
     CANError reconfigureChannel(const ChannelParam &param);
+    /// Closes a CAN channel, and the device with its last one; a re-opening under way is called off.
+    /// CAN_DeviceNotExists; CAN_ChannelNotExists for a channel index above 1.
     CANError closeChannel(quint8 dev, quint8 ch);
+    /// Sends count frames. CAN_SendFailed when the adapter accepts fewer.
     CANError transmit(quint8 dev, quint8 ch, const VCI_CAN_OBJ *frames, quint32 count);
     CANError transmitCANFD(quint8 dev, quint8 ch, const VCI_CANFD_OBJ *frames, quint32 count);
 
+    /// Forwards between the device's two CAN channels. CAN_ChannelNotExists unless both are open;
+    /// CAN_GatewayOperationFailed.
     CANError openGateway(quint8 dev);
+    /// CAN_GatewayOperationFailed, also when the device is not open.
     CANError closeGateway(quint8 dev);
+    /// 1 while the gateway forwards, 0 otherwise and for a device that is not open.
     quint8 isGatewayOn(quint8 dev) const;
+    /// Identifier words that a channel forwards, 64 at most. CAN_GatewayOperationFailed, also while the gateway is off.
     CANError setGatewayIDFilter(quint8 dev, quint8 ch, const QSet<quint32> &ids);
+    /// Replaces ids by the words that the adapter holds. CAN_GatewayOperationFailed leaves ids as they are.
     CANError getGatewayIDFilter(quint8 dev, quint8 ch, QSet<quint32> &ids);
+    /// Texts that the device tells of itself, at most 80 characters each; a closed device is opened and closed again
+    /// for it. CAN_DeviceOpenFailed, CAN_DeviceNotSupport when they cannot be read; both leave the texts as they are.
     CANError readDeviceInfo(quint8 dev, QString &serial, QString &model, QString &firmware);
 
+    /// Opens the device if need be, then a LIN channel of it; after a failure the device is closed again unless another
+    /// channel is open. CAN_DeviceOpenFailed; CAN_ChannelExists; CAN_ChannelOpenFailed, also for a channel index above
+    /// 1.
     CANError openLIN(const ChannelParam &param);
+    /// Closes and re-opens a LIN channel. CAN_DeviceNotExists; CAN_Unknown when it cannot be closed;
+    /// CAN_ChannelOpenFailed.
     CANError changeLINParam(const ChannelParam &param);
+    /// Closes a LIN channel, and the device with its last one. CAN_DeviceNotExists; CAN_ChannelNotExists for a channel
+    /// index above 1.
     CANError closeLIN(quint8 dev, quint8 ch);
+    /// CAN_SendFailed.
     CANError changeLINMode(quint8 dev, quint8 ch, quint8 mode);
+    /// CAN_SendFailed.
     CANError transmitLIN(quint8 dev, quint8 ch, const VCI_LIN_OBJ &frame);
+    /// Zeroes frame and lets the adapter fill it; DataLen 0 means that nothing was received. CAN_ReadFailed.
     CANError receiveLIN(quint8 dev, quint8 ch, VCI_LIN_OBJ *frame);
+    /// The same for a slave's answer.
     CANError receiveLINBySlave(quint8 dev, quint8 ch, VCI_LIN_OBJ *frame);
 
 signals:
@@ -80,5 +111,7 @@ signals:
     void sig_scanFinish();
 
 private:
+    CANError stopChannel(quint8 dev, quint8 ch);
+
     std::unique_ptr<CANCommunicationPrivate> m_p;
 };

@@ -1,0 +1,406 @@
+#include "adapter/VirtualAdapter.h"
+
+#include "adapter/FrameRecords.h"
+
+#include <algorithm>
+#include <cstring>
+#include <type_traits>
+#include <utility>
+
+namespace va {
+
+namespace {
+
+constexpr std::uint32_t Refused = 0;
+/// More frames in one transmit call than any caller means are refused.
+constexpr std::uint32_t MaxTransmitCount = 1000000;
+
+constexpr std::uint32_t answer(bool done)
+{
+    return done ? AdapterSuccess : Refused;
+}
+
+void copyInfo(char *buffer, const std::string &text)
+{
+    std::memset(buffer, 0, AdapterInfoSize);
+    std::memcpy(buffer, text.data(), std::min(text.size(), AdapterInfoSize - 1));
+}
+
+} // namespace
+
+/// One call of an entry point: waits out a configured delay, then holds the lock until the call is done.
+class VirtualAdapter::Call
+{
+public:
+    Call(VirtualAdapter &adapter, Entry entry, u32 type, u8 dev)
+        : m_adapter(adapter)
+        , m_dev(dev)
+        , m_isKnown(type == AdapterDeviceType && dev < adapter.m_config.devices.size())
+    {
+        const u32 delayMs = m_isKnown ? config().faults.callDelayMs[indexOf(entry)] : 0;
+        if (delayMs > 0) {
+            m_adapter.m_clock.sleepMs(delayMs);
+        }
+        m_lock = std::unique_lock<std::mutex>(m_adapter.m_mutex);
+        m_nowNs = m_adapter.m_clock.nowNs();
+        m_isAbsent = m_isKnown && m_adapter.isAbsent(m_dev, m_nowNs);
+    }
+
+    std::uint64_t nowNs() const { return m_nowNs; }
+    const DeviceConfig &config() const { return m_adapter.m_config.devices[m_dev]; }
+    Device &device() const { return m_adapter.m_devices[m_dev]; }
+    /// The device exists in the configuration and has not vanished.
+    bool isPresent() const { return m_isKnown && !m_isAbsent; }
+    /// The device exists in the configuration but has vanished.
+    bool hasVanished() const { return m_isAbsent; }
+    bool isOpen() const { return isPresent() && device().isOpen; }
+
+    /// The device is open and has this CAN channel; its bus is then up to date.
+    bool reachesCan(u8 ch) const
+    {
+        if (!isOpen() || ch >= ChannelsPerDevice) {
+            return false;
+        }
+        m_adapter.m_can.catchUp(channel(ch), m_nowNs);
+        return true;
+    }
+    /// The same for a LIN channel.
+    bool reachesLin(u8 ch) const
+    {
+        if (!isOpen() || ch >= ChannelsPerDevice) {
+            return false;
+        }
+        m_adapter.m_lin.catchUp(channel(ch), m_nowNs);
+        return true;
+    }
+    std::size_t channel(u8 ch) const { return m_dev * ChannelsPerDevice + ch; }
+
+private:
+    VirtualAdapter &m_adapter;
+    std::size_t m_dev;
+    bool m_isKnown;
+    bool m_isAbsent = false;
+    std::uint64_t m_nowNs = 0;
+    std::unique_lock<std::mutex> m_lock;
+};
+
+VirtualAdapter::VirtualAdapter(AdapterConfig config, AdapterClock &clock)
+    : m_config(std::move(config))
+    , m_clock(clock)
+    , m_devices(m_config.devices.size())
+    , m_can(m_config, clock.nowNs())
+    , m_lin(m_config, clock.nowNs())
+{
+}
+
+/// Whether the device has vanished and not come back. Vanishing closes it: it must be opened again later.
+bool VirtualAdapter::isAbsent(std::size_t dev, std::uint64_t nowNs)
+{
+    const DeviceFaults &faults = m_config.devices[dev].faults;
+    Device &device = m_devices[dev];
+    if (!faults.vanishAfterNs || !device.firstOpenNs) {
+        return false;
+    }
+    const std::uint64_t goneNs = *device.firstOpenNs + *faults.vanishAfterNs;
+    if (nowNs < goneNs) {
+        return false;
+    }
+    if (!device.hasVanished) {
+        device.hasVanished = true;
+        shutDevice(dev, nowNs);
+    }
+    return !faults.returnAfterNs || nowNs < goneNs + *faults.returnAfterNs;
+}
+
+void VirtualAdapter::shutDevice(std::size_t dev, std::uint64_t nowNs)
+{
+    m_can.catchUpAll(nowNs);
+    m_can.closeDevice(dev);
+    for (std::size_t ch = 0; ch < ChannelsPerDevice; ++ch) {
+        m_lin.close(dev * ChannelsPerDevice + ch);
+    }
+    m_devices[dev].isOpen = false;
+}
+
+VirtualAdapter::u32 VirtualAdapter::openDevice(u32 type, u8 dev)
+{
+    const Call call(*this, Entry::OpenDevice, type, dev);
+    if (!call.isPresent() || call.isOpen() || call.config().faults.openRefused) {
+        return Refused;
+    }
+    Device &device = call.device();
+    device.isOpen = true;
+    if (!device.firstOpenNs) {
+        device.firstOpenNs = call.nowNs();
+    }
+    return AdapterSuccess;
+}
+
+VirtualAdapter::u32 VirtualAdapter::closeDevice(u32 type, u8 dev)
+{
+    const Call call(*this, Entry::CloseDevice, type, dev);
+    if (!call.isOpen()) {
+        return Refused;
+    }
+    shutDevice(dev, call.nowNs());
+    return AdapterSuccess;
+}
+
+VirtualAdapter::u32 VirtualAdapter::readInfo(u32 type, u8 dev, char *serial, char *model, char *firmware,
+                                             char *hardware)
+{
+    const Call call(*this, Entry::ReadInfo, type, dev);
+    const bool hasBuffers = serial != nullptr && model != nullptr && firmware != nullptr && hardware != nullptr;
+    if (!call.isOpen() || !hasBuffers || call.config().faults.infoRefused) {
+        return Refused;
+    }
+    copyInfo(serial, call.config().serial);
+    copyInfo(model, call.config().model);
+    copyInfo(firmware, call.config().firmware);
+    copyInfo(hardware, call.config().hardware);
+    return AdapterSuccess;
+}
+
+VirtualAdapter::u32 VirtualAdapter::initCan(u32 type, u8 dev, u8 ch, const VCI_INIT_CONFIG *config)
+{
+    const Call call(*this, Entry::InitCAN, type, dev);
+    if (config == nullptr || !call.reachesCan(ch) || call.config().can[ch].faults.initRefused) {
+        return Refused;
+    }
+    const bool wantsFd = ((config->Mode >> AdapterModeDataRateShift) & AdapterModeDataRateMask) != 0;
+    if (wantsFd && !call.config().hasCanFd()) {
+        return Refused;
+    }
+    m_can.init(call.channel(ch), *config);
+    return AdapterSuccess;
+}
+
+VirtualAdapter::u32 VirtualAdapter::startCan(u32 type, u8 dev, u8 ch)
+{
+    const Call call(*this, Entry::StartCAN, type, dev);
+    if (!call.reachesCan(ch) || call.config().can[ch].faults.startRefused) {
+        return Refused;
+    }
+    // Starting a second channel may switch a gateway on: every bus has to stand at the same time then.
+    m_can.catchUpAll(call.nowNs());
+    return answer(m_can.start(call.channel(ch), call.nowNs()));
+}
+
+VirtualAdapter::u32 VirtualAdapter::resetCan(u32 type, u8 dev, u8 ch)
+{
+    const Call call(*this, Entry::ResetCAN, type, dev);
+    if (!call.reachesCan(ch)) {
+        return Refused;
+    }
+    m_can.stop(call.channel(ch));
+    return AdapterSuccess;
+}
+
+VirtualAdapter::u32 VirtualAdapter::clearBuffer(u32 type, u8 dev, u8 ch)
+{
+    const Call call(*this, Entry::ClearBuffer, type, dev);
+    if (!call.reachesCan(ch)) {
+        return Refused;
+    }
+    m_can.clear(call.channel(ch));
+    return AdapterSuccess;
+}
+
+VirtualAdapter::u32 VirtualAdapter::receiveCount(Entry entry, u32 type, u8 dev, u8 ch, bool fd)
+{
+    const Call call(*this, entry, type, dev);
+    if (!call.reachesCan(ch)) {
+        return 0;
+    }
+    const CanChannel &channel = m_can.channel(call.channel(ch));
+    return channel.isFd() == fd ? static_cast<u32>(channel.queue().size()) : 0;
+}
+
+VirtualAdapter::u32 VirtualAdapter::receiveNum(u32 type, u8 dev, u8 ch)
+{
+    return receiveCount(Entry::GetReceiveNum, type, dev, ch, false);
+}
+
+VirtualAdapter::u32 VirtualAdapter::receiveNumFd(u32 type, u8 dev, u8 ch)
+{
+    return receiveCount(Entry::GetReceiveNumCANFD, type, dev, ch, true);
+}
+
+template<class Record>
+VirtualAdapter::u32 VirtualAdapter::transmitFrames(Entry entry, u32 type, u8 dev, u8 ch, const Record *frames,
+                                                   u32 count)
+{
+    constexpr bool fd = std::is_same_v<Record, VCI_CANFD_OBJ>;
+    const Call call(*this, entry, type, dev);
+    if (frames == nullptr || count > MaxTransmitCount || !call.reachesCan(ch)) {
+        return 0;
+    }
+    const ChannelNumber channel = call.channel(ch);
+    if (m_can.channel(channel).isFd() != fd) {
+        return 0;
+    }
+    const u32 most = std::min(count, call.config().can[ch].faults.transmitAccept.value_or(count));
+    CanFrame frame;
+    u32 accepted = 0;
+    while (accepted < most && readRecord(frames[accepted], frame) && m_can.send(channel, frame, call.nowNs())) {
+        ++accepted;
+    }
+    return accepted;
+}
+
+VirtualAdapter::u32 VirtualAdapter::transmit(u32 type, u8 dev, u8 ch, const VCI_CAN_OBJ *frames, u32 count)
+{
+    return transmitFrames(Entry::Transmit, type, dev, ch, frames, count);
+}
+
+VirtualAdapter::u32 VirtualAdapter::transmitFd(u32 type, u8 dev, u8 ch, const VCI_CANFD_OBJ *frames, u32 count)
+{
+    return transmitFrames(Entry::TransmitCANFD, type, dev, ch, frames, count);
+}
+
+template<class Record>
+VirtualAdapter::u32 VirtualAdapter::receiveFrames(Entry entry, u32 type, u8 dev, u8 ch, Record *frames, u32 capacity)
+{
+    constexpr bool fd = std::is_same_v<Record, VCI_CANFD_OBJ>;
+    const Call call(*this, entry, type, dev);
+    if (call.hasVanished() && ch < ChannelsPerDevice) {
+        return AdapterReceiveError;
+    }
+    if (frames == nullptr || !call.reachesCan(ch) || m_can.channel(call.channel(ch)).isFd() != fd) {
+        return 0;
+    }
+    const u32 failEvery = call.config().can[ch].faults.receiveErrorEvery;
+    if (failEvery != 0 && ++call.device().receiveCalls[ch] % failEvery == 0) {
+        return AdapterReceiveError;
+    }
+    Record *next = frames;
+    const auto write = [&next](const WaitingFrame &frame) {
+        writeRecord(frame, *next++);
+    };
+    return static_cast<u32>(m_can.receive(call.channel(ch), capacity, write));
+}
+
+VirtualAdapter::u32 VirtualAdapter::receive(u32 type, u8 dev, u8 ch, VCI_CAN_OBJ *frames, u32 capacity)
+{
+    return receiveFrames(Entry::Receive, type, dev, ch, frames, capacity);
+}
+
+VirtualAdapter::u32 VirtualAdapter::receiveFd(u32 type, u8 dev, u8 ch, VCI_CANFD_OBJ *frames, u32 capacity)
+{
+    return receiveFrames(Entry::ReceiveCANFD, type, dev, ch, frames, capacity);
+}
+
+VirtualAdapter::u32 VirtualAdapter::overflowNum(u32 type, u8 dev, u8 ch)
+{
+    const Call call(*this, Entry::GetReceiveNum, type, dev);
+    if (!call.reachesCan(ch)) {
+        return 0;
+    }
+    return static_cast<u32>(std::min<std::uint64_t>(m_can.channel(call.channel(ch)).overflow(), 0xFFFFFFFFU));
+}
+
+VirtualAdapter::u32 VirtualAdapter::switchGateway(u32 type, u8 dev, u8 operation, u32 *state)
+{
+    const Call call(*this, Entry::OpenCANGateWay, type, dev);
+    const bool isKnown =
+        operation == AdapterGatewayOff || operation == AdapterGatewayOn || operation == AdapterGatewayQuery;
+    if (state == nullptr || !isKnown || !call.isOpen() || call.config().faults.gatewayRefused) {
+        return Refused;
+    }
+    m_can.catchUpAll(call.nowNs());
+    if (operation != AdapterGatewayQuery && !m_can.switchGateway(dev, operation == AdapterGatewayOn)) {
+        return Refused;
+    }
+    *state = m_can.isGatewayOn(dev) ? 1 : 0;
+    return AdapterSuccess;
+}
+
+VirtualAdapter::u32 VirtualAdapter::setGatewayFilter(u32 type, u8 dev, u8 ch, const u32 *ids, u32 count)
+{
+    const Call call(*this, Entry::SetCANGateWayIDFilter, type, dev);
+    if ((ids == nullptr && count > 0) || count > AdapterGatewayMaxIds || !call.reachesCan(ch) ||
+        call.config().faults.gatewayRefused) {
+        return Refused;
+    }
+    m_can.setGatewayList(call.channel(ch), count == 0 ? std::vector<u32>() : std::vector<u32>(ids, ids + count));
+    return AdapterSuccess;
+}
+
+VirtualAdapter::u32 VirtualAdapter::gatewayFilter(u32 type, u8 dev, u8 ch, u32 *ids, u32 *count)
+{
+    const Call call(*this, Entry::GetCANGateWayIDFilter, type, dev);
+    if (ids == nullptr || count == nullptr || !call.reachesCan(ch) || call.config().faults.gatewayRefused) {
+        return Refused;
+    }
+    const std::vector<u32> &list = m_can.gatewayList(call.channel(ch));
+    std::copy(list.begin(), list.end(), ids);
+    *count = static_cast<u32>(list.size());
+    return AdapterSuccess;
+}
+
+VirtualAdapter::u32 VirtualAdapter::openLin(u32 type, u8 dev, u8 ch, u16 baudRate, u8 checksum)
+{
+    const Call call(*this, Entry::OpenLIN, type, dev);
+    if (!call.reachesLin(ch) || call.config().lin[ch].faults.openRefused) {
+        return Refused;
+    }
+    return answer(m_lin.open(call.channel(ch), baudRate, checksum));
+}
+
+VirtualAdapter::u32 VirtualAdapter::closeLin(u32 type, u8 dev, u8 ch)
+{
+    const Call call(*this, Entry::CloseLIN, type, dev);
+    if (!call.reachesLin(ch) || call.config().lin[ch].faults.closeRefused) {
+        return Refused;
+    }
+    return answer(m_lin.close(call.channel(ch)));
+}
+
+VirtualAdapter::u32 VirtualAdapter::changeLinMode(u32 type, u8 dev, u8 ch, u8 mode)
+{
+    const Call call(*this, Entry::ChangeLINMode, type, dev);
+    if (!call.reachesLin(ch)) {
+        return Refused;
+    }
+    const std::vector<u8> &refused = call.config().lin[ch].faults.modeRefused;
+    const bool isAllowed = std::find(refused.begin(), refused.end(), mode) == refused.end();
+    return answer(isAllowed && m_lin.changeMode(call.channel(ch), mode));
+}
+
+VirtualAdapter::u32 VirtualAdapter::transmitLin(u32 type, u8 dev, u8 ch, const VCI_LIN_OBJ &frame)
+{
+    const Call call(*this, Entry::TransmitLIN, type, dev);
+    if (!call.reachesLin(ch) || call.config().lin[ch].faults.transmitRefused) {
+        return Refused;
+    }
+    return answer(m_lin.transmit(call.channel(ch), frame));
+}
+
+VirtualAdapter::u32 VirtualAdapter::receiveLin(u32 type, u8 dev, u8 ch, VCI_LIN_OBJ *frame)
+{
+    const Call call(*this, Entry::ReceiveLIN, type, dev);
+    if (frame == nullptr || !call.reachesLin(ch) || call.config().lin[ch].faults.receiveRefused) {
+        return Refused;
+    }
+    return answer(m_lin.request(call.channel(ch), *frame));
+}
+
+VirtualAdapter::u32 VirtualAdapter::receiveLinBySlave(u32 type, u8 dev, u8 ch, VCI_LIN_OBJ *frame)
+{
+    const Call call(*this, Entry::ReceiveLINBySlave, type, dev);
+    if (frame == nullptr || !call.reachesLin(ch) || call.config().lin[ch].faults.receiveRefused) {
+        return Refused;
+    }
+    return answer(m_lin.takeMonitored(call.channel(ch), *frame));
+}
+
+VirtualAdapter::u32 VirtualAdapter::transmitLinBySlave(u32 type, u8 dev, u8 ch, const VCI_LIN_OBJ &frame)
+{
+    const Call call(*this, Entry::TransmitLINBySlave, type, dev);
+    if (!call.reachesLin(ch) || call.config().lin[ch].faults.transmitRefused) {
+        return Refused;
+    }
+    return answer(m_lin.setSlaveData(call.channel(ch), frame));
+}
+
+} // namespace va

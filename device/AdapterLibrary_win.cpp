@@ -1,0 +1,42 @@
+#include "device/AdapterLibrary.h"
+
+#include <QDir>
+
+#include <array>
+
+#include <windows.h>
+
+namespace AdapterLibrary {
+
+void *open(const QString &path, QString &message)
+{
+    const HMODULE library = LoadLibraryA(QDir::toNativeSeparators(path).toLocal8Bit().constData());
+    if (library == nullptr) {
+        message = qt_error_string(static_cast<int>(GetLastError()));
+    }
+    return library;
+}
+
+Symbol resolve(void *library, const char *name)
+{
+    return reinterpret_cast<Symbol>(GetProcAddress(static_cast<HMODULE>(library), name));
+}
+
+void close(void *library)
+{
+    FreeLibrary(static_cast<HMODULE>(library));
+}
+
+QString defaultPath()
+{
+    return QStringLiteral(".\\ControlCAN.dll");
+}
+
+QString programPath()
+{
+    std::array<wchar_t, 32768> path; // the longest path the system knows
+    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    return QString::fromWCharArray(path.data(), static_cast<int>(length));
+}
+
+} // namespace AdapterLibrary

@@ -1,0 +1,496 @@
+#include "device/CANCommunication.h"
+
+#include "device/CANReadHandle.h"
+
+#include <QMap>
+#include <QMetaType>
+#include <QThread>
+#include <QTimer>
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <optional>
+#include <utility>
+
+namespace {
+
+constexpr quint8 DeviceCount = 8;
+constexpr quint8 ChannelCount = 2;
+constexpr int ReopenDelayMs = 800;
+
+using ChannelFlags = std::array<quint8, ChannelCount>;
+
+/// An open device.
+struct DeviceEntry
+{
+    ChannelFlags canOpen{};
+    ChannelFlags linOpen{};
+    quint8 gatewayOn = 0;
+    CANReadHandle *reader = nullptr; ///< lives on thread, goes with it
+    QThread *thread = nullptr;       ///< goes by itself when it has finished
+};
+
+struct DeviceInfo
+{
+    QString serial;
+    QString model;
+    QString firmware;
+};
+
+bool isAnySet(const ChannelFlags &flags)
+{
+    return std::any_of(flags.begin(), flags.end(), [](quint8 flag) { return flag != 0; });
+}
+
+bool areAllSet(const ChannelFlags &flags)
+{
+    return std::all_of(flags.begin(), flags.end(), [](quint8 flag) { return flag != 0; });
+}
+
+/// Calls an entry that answers AdapterSuccess; a missing entry counts as refused.
+template<class Entry, class... Arguments>
+bool succeeds(Entry entry, Arguments... arguments)
+{
+    return entry != nullptr && entry(AdapterDeviceType, arguments...) == AdapterSuccess;
+}
+
+/// Local 8-bit text up to its first zero; the library may have used the whole buffer and left no zero.
+QString textOf(const std::array<char, AdapterInfoSize> &buffer)
+{
+    const auto end = std::find(buffer.begin(), buffer.end(), '\0');
+    return QString::fromLocal8Bit(buffer.data(), static_cast<int>(end - buffer.begin()));
+}
+
+VCI_INIT_CONFIG initConfig(const ChannelParam &param)
+{
+    VCI_INIT_CONFIG config{};
+    config.AccCode = param.AccCode;
+    config.AccMask = param.AccMask;
+    config.Filter = param.Filter;
+    config.Timing0 = param.Timing0;
+    config.Timing1 = param.Timing1;
+    config.Mode = static_cast<quint8>((param.dataRateCANFD & AdapterModeDataRateMask) << AdapterModeDataRateShift |
+                                      (param.listenOnly & AdapterModeListenOnly) | AdapterModeAlways);
+    return config;
+}
+
+} // namespace
+
+class CANCommunicationPrivate
+{
+public:
+    using ChannelKey = std::pair<quint8, quint8>;
+
+    CANCommunicationPrivate(std::unique_ptr<CANAPI> table, FirmwareQuery query);
+
+    /// Null for a device that is not open.
+    DeviceEntry *device(quint8 dev);
+    bool openInLibrary(quint8 dev) const;
+    void closeInLibrary(quint8 dev) const;
+    std::optional<DeviceInfo> readInfo(quint8 dev) const;
+    bool offersCANFD(quint8 dev) const;
+    bool startCAN(const ChannelParam &param) const;
+    /// The gateway's state after the operation; nothing when the call failed.
+    std::optional<quint32> gateway(quint8 dev, quint8 operation) const;
+
+    std::unique_ptr<CANAPI> api;
+    FirmwareQuery firmwareQuery;
+    std::map<quint8, DeviceEntry> devices; ///< by device index; holds a device exactly while it is open
+    QMap<ChannelKey, quint32> reopenings;  ///< channels waiting to be re-opened: number of the latest request
+    quint32 lastReopening = 0;
+};
+
+CANCommunicationPrivate::CANCommunicationPrivate(std::unique_ptr<CANAPI> table, FirmwareQuery query)
+    : api(std::move(table))
+    , firmwareQuery(std::move(query))
+{
+    if (!api) {
+        api = std::make_unique<CANAPI>(QString());
+    }
+}
+
+DeviceEntry *CANCommunicationPrivate::device(quint8 dev)
+{
+    const auto found = devices.find(dev);
+    return found == devices.end() ? nullptr : &found->second;
+}
+
+bool CANCommunicationPrivate::openInLibrary(quint8 dev) const
+{
+    // A device that cannot be closed again is not opened.
+    return api->VCI_CloseDevice != nullptr && succeeds(api->VCI_OpenDevice, dev, quint32(0));
+}
+
+void CANCommunicationPrivate::closeInLibrary(quint8 dev) const
+{
+    api->VCI_CloseDevice(AdapterDeviceType, dev); // openInLibrary() has seen that it is there
+}
+
+std::optional<DeviceInfo> CANCommunicationPrivate::readInfo(quint8 dev) const
+{
+    std::array<std::array<char, AdapterInfoSize>, 4> texts{}; // serial, model, firmware, hardware
+    if (!succeeds(api->KQ_ReadInfo, dev, texts[0].data(), texts[1].data(), texts[2].data(), texts[3].data())) {
+        return std::nullopt;
+    }
+    return DeviceInfo{textOf(texts[0]), textOf(texts[1]), textOf(texts[2])};
+}
+
+bool CANCommunicationPrivate::offersCANFD(quint8 dev) const
+{
+    const std::optional<DeviceInfo> info = readInfo(dev);
+    return info && info->model.startsWith(QLatin1String("X9FC")) && api->KQ_GetReceiveNumCANFD != nullptr &&
+           api->KQ_TransmitCANFD != nullptr && api->KQ_ReceiveCANFD != nullptr;
+}
+
+bool CANCommunicationPrivate::startCAN(const ChannelParam &param) const
+{
+    const VCI_INIT_CONFIG config = initConfig(param);
+    return succeeds(api->VCI_InitCAN, param.device, param.channel, &config) &&
+           succeeds(api->VCI_StartCAN, param.device, param.channel);
+}
+
+std::optional<quint32> CANCommunicationPrivate::gateway(quint8 dev, quint8 operation) const
+{
+    quint32 state = 0;
+    return succeeds(api->KQ_OpenCANGateWay, dev, operation, &state) ? std::optional<quint32>(state) : std::nullopt;
+}
+
+CANCommunication::CANCommunication(FirmwareQuery firmwareQuery, QObject *parent)
+    : CANCommunication(std::make_unique<CANAPI>(CANAPI::defaultLibraryPath()), std::move(firmwareQuery), parent)
+{
+}
+
+CANCommunication::CANCommunication(std::unique_ptr<CANAPI> api, FirmwareQuery firmwareQuery, QObject *parent)
+    : QObject(parent)
+    , m_p(std::make_unique<CANCommunicationPrivate>(std::move(api), std::move(firmwareQuery)))
+{
+    qRegisterMetaType<QVector<VCI_CAN_OBJ>>("QVector<VCI_CAN_OBJ>");
+    qRegisterMetaType<QVector<VCI_CANFD_OBJ>>("QVector<VCI_CANFD_OBJ>");
+    qRegisterMetaType<CANAPI *>("CANAPI*");
+}
+
+CANCommunication::~CANCommunication()
+{
+    if (!m_p->devices.empty()) {
+        qWarning("CANCommunication destroyed with %u open device(s)", static_cast<unsigned>(m_p->devices.size()));
+        static_cast<void>(m_p->api.release()); // the workers still call through it
+    }
+}
+
+const CANAPI &CANCommunication::api() const
+{
+    return *m_p->api;
+}
+
+bool CANCommunication::isDeviceOpen(quint8 dev) const
+{
+    return m_p->device(dev) != nullptr;
+}
+
+QVector<DevicePresence> CANCommunication::presentDevices()
+{
+    QVector<DevicePresence> present;
+    for (quint8 dev = 0; dev < DeviceCount; ++dev) {
+        const bool isOpen = isDeviceOpen(dev);
+        if (!isOpen && !m_p->openInLibrary(dev)) {
+            continue;
+        }
+        const DeviceInfo info = m_p->readInfo(dev).value_or(DeviceInfo());
+        if (!isOpen) {
+            m_p->closeInLibrary(dev);
+        }
+        present.append({dev, info.model, {0, 1}, {0, 1}, isOpen});
+    }
+    return present;
+}
+
+CANError CANCommunication::openDevice(quint8 dev)
+{
+    if (isDeviceOpen(dev)) {
+        return CAN_DeviceExists;
+    }
+    if (!m_p->openInLibrary(dev)) {
+        return CAN_DeviceOpenFailed;
+    }
+    DeviceEntry &entry = m_p->devices[dev];
+    entry.thread = new QThread;
+    entry.thread->start();
+    entry.reader = new CANReadHandle;
+    entry.reader->moveToThread(entry.thread);
+    entry.reader->setFlagRead(true);
+    connect(entry.thread, &QThread::finished, entry.reader, &QObject::deleteLater);
+    connect(entry.thread, &QThread::finished, entry.thread, &QObject::deleteLater);
+    connect(entry.reader, &CANReadHandle::sig_readResultCallback, this, &CANCommunication::sig_readResultCallback);
+    connect(entry.reader, &CANReadHandle::sig_readResultCallbackCANFD, this,
+            &CANCommunication::sig_readResultCallbackCANFD);
+    QMetaObject::invokeMethod(entry.reader, "readHandle", Qt::QueuedConnection, Q_ARG(quint8, dev),
+                              Q_ARG(CANAPI *, m_p->api.get()));
+    return CAN_OK;
+}
+
+CANError CANCommunication::closeDevice(quint8 dev)
+{
+    const DeviceEntry *entry = m_p->device(dev);
+    if (entry == nullptr) {
+        return CAN_DeviceNotExists;
+    }
+    if (isAnySet(entry->canOpen) || isAnySet(entry->linOpen)) {
+        return CAN_ChannelExists;
+    }
+    entry->reader->setFlagRead(false);
+    entry->thread->quit();
+    entry->thread->wait();
+    m_p->closeInLibrary(dev);
+    m_p->devices.erase(dev);
+    return CAN_OK;
+}
+
+CANError CANCommunication::openChannel(const ChannelParam &param)
+{
+    if (param.channel >= ChannelCount) {
+        return CAN_ChannelOpenFailed;
+    }
+    if (openDevice(param.device) == CAN_DeviceOpenFailed) {
+        return CAN_DeviceOpenFailed;
+    }
+    DeviceEntry *entry = m_p->device(param.device);
+    if (entry->canOpen[param.channel] != 0) {
+        return CAN_ChannelExists;
+    }
+    // closeDevice() refuses, as is wanted here, while another channel is open.
+    if (param.isCANFD && !m_p->offersCANFD(param.device)) {
+        closeDevice(param.device);
+        return CAN_DeviceNotSupport;
+    }
+    if (!m_p->startCAN(param)) {
+        closeDevice(param.device);
+        return CAN_ChannelOpenFailed;
+    }
+    succeeds(m_p->api->VCI_ClearBuffer, param.device, param.channel);
+    entry->canOpen[param.channel] = 1;
+    if (param.isCANFD) {
+        entry->reader->setFlagCANFD(param.channel, true);
+    } else {
+        entry->reader->setFlagCAN(param.channel, true);
+    }
+    if (areAllSet(entry->canOpen) && m_p->gateway(param.device, AdapterGatewayQuery) == 1U) {
+        entry->gatewayOn = 1;
+        emit sig_gatewayStateChanged(param.device, true);
+    }
+    return CAN_OK;
+}
+
+CANError CANCommunication::reconfigureChannel(const ChannelParam &param)
+{
+    const CANError closed = stopChannel(param.device, param.channel);
+    if (closed != CAN_OK) {
+        return closed;
+    }
+    const CANCommunicationPrivate::ChannelKey key(param.device, param.channel);
+    const quint32 request = ++m_p->lastReopening;
+    m_p->reopenings[key] = request;
+    QTimer::singleShot(ReopenDelayMs, this, [this, param, key, request] {
+        if (m_p->reopenings.value(key) == request) {
+            m_p->reopenings.remove(key);
+            openChannel(param);
+        }
+    });
+    return CAN_OK;
+}
+
+CANError CANCommunication::closeChannel(quint8 dev, quint8 ch)
+{
+    // Otherwise the channel of a closed tab would come back, with nobody left to close it.
+    m_p->reopenings.remove({dev, ch});
+    return stopChannel(dev, ch);
+}
+
+CANError CANCommunication::stopChannel(quint8 dev, quint8 ch)
+{
+    DeviceEntry *entry = m_p->device(dev);
+    if (entry == nullptr) {
+        return CAN_DeviceNotExists;
+    }
+    if (ch >= ChannelCount) {
+        return CAN_ChannelNotExists;
+    }
+    succeeds(m_p->api->VCI_ResetCAN, dev, ch);
+    entry->canOpen[ch] = 0;
+    entry->reader->setFlagCAN(ch, false);
+    entry->reader->setFlagCANFD(ch, false);
+    if (!isAnySet(entry->canOpen)) {
+        closeDevice(dev);
+    } else {
+        entry->gatewayOn = 0;
+        emit sig_gatewayStateChanged(dev, false);
+    }
+    return CAN_OK;
+}
+
+CANError CANCommunication::transmit(quint8 dev, quint8 ch, const VCI_CAN_OBJ *frames, quint32 count)
+{
+    const auto send = m_p->api->VCI_Transmit;
+    const bool isSent = send != nullptr && send(AdapterDeviceType, dev, ch, frames, count) == count;
+    return isSent ? CAN_OK : CAN_SendFailed;
+}
+
+CANError CANCommunication::transmitCANFD(quint8 dev, quint8 ch, const VCI_CANFD_OBJ *frames, quint32 count)
+{
+    const auto send = m_p->api->KQ_TransmitCANFD;
+    const bool isSent = send != nullptr && send(AdapterDeviceType, dev, ch, frames, count) == count;
+    return isSent ? CAN_OK : CAN_SendFailed;
+}
+
+CANError CANCommunication::openGateway(quint8 dev)
+{
+    DeviceEntry *entry = m_p->device(dev);
+    if (entry == nullptr || !areAllSet(entry->canOpen)) {
+        return CAN_ChannelNotExists;
+    }
+    std::optional<quint32> state = m_p->gateway(dev, AdapterGatewayQuery);
+    if (state == 0U) {
+        state = m_p->gateway(dev, AdapterGatewayOn);
+        if (state != 1U) {
+            return CAN_GatewayOperationFailed;
+        }
+    }
+    if (!state) {
+        return CAN_GatewayOperationFailed;
+    }
+    entry->gatewayOn = 1;
+    emit sig_gatewayStateChanged(dev, true);
+    return CAN_OK;
+}
+
+CANError CANCommunication::closeGateway(quint8 dev)
+{
+    DeviceEntry *entry = m_p->device(dev);
+    if (entry == nullptr || m_p->gateway(dev, AdapterGatewayOff) != 0U) {
+        return CAN_GatewayOperationFailed;
+    }
+    entry->gatewayOn = 0;
+    emit sig_gatewayStateChanged(dev, false);
+    return CAN_OK;
+}
+
+quint8 CANCommunication::isGatewayOn(quint8 dev) const
+{
+    const DeviceEntry *entry = m_p->device(dev);
+    return entry == nullptr ? 0 : entry->gatewayOn;
+}
+
+CANError CANCommunication::setGatewayIDFilter(quint8 dev, quint8 ch, const QSet<quint32> &ids)
+{
+    if (isGatewayOn(dev) == 0 || ids.size() > static_cast<int>(AdapterGatewayMaxIds)) {
+        return CAN_GatewayOperationFailed;
+    }
+    std::array<quint32, AdapterGatewayMaxIds> words{};
+    const auto end = std::copy(ids.begin(), ids.end(), words.begin());
+    std::sort(words.begin(), end); // the set has no order of its own
+    const auto count = static_cast<quint32>(ids.size());
+    const quint32 *first = words.data();
+    return succeeds(m_p->api->KQ_SetCANGateWayIDFilter, dev, ch, first, count) ? CAN_OK : CAN_GatewayOperationFailed;
+}
+
+CANError CANCommunication::getGatewayIDFilter(quint8 dev, quint8 ch, QSet<quint32> &ids)
+{
+    std::array<quint32, AdapterGatewayMaxIds> words{};
+    quint32 count = 0;
+    if (!succeeds(m_p->api->KQ_GetCANGateWayIDFilter, dev, ch, words.data(), &count)) {
+        return CAN_GatewayOperationFailed;
+    }
+    ids = QSet<quint32>(words.begin(), words.begin() + std::min(count, AdapterGatewayMaxIds));
+    return CAN_OK;
+}
+
+CANError CANCommunication::readDeviceInfo(quint8 dev, QString &serial, QString &model, QString &firmware)
+{
+    const bool isOpen = isDeviceOpen(dev);
+    if (!isOpen && !m_p->openInLibrary(dev)) {
+        return CAN_DeviceOpenFailed;
+    }
+    const std::optional<DeviceInfo> info = m_p->readInfo(dev);
+    if (!isOpen) {
+        m_p->closeInLibrary(dev);
+    }
+    if (!info) {
+        return CAN_DeviceNotSupport;
+    }
+    serial = info->serial;
+    model = info->model;
+    firmware = info->firmware;
+    return CAN_OK;
+}
+
+CANError CANCommunication::openLIN(const ChannelParam &param)
+{
+    if (param.channel >= ChannelCount) {
+        return CAN_ChannelOpenFailed;
+    }
+    if (openDevice(param.device) == CAN_DeviceOpenFailed) {
+        return CAN_DeviceOpenFailed;
+    }
+    DeviceEntry *entry = m_p->device(param.device);
+    if (entry->linOpen[param.channel] != 0) {
+        return CAN_ChannelExists;
+    }
+    if (!succeeds(m_p->api->KQ_OpenLIN, param.device, param.channel, param.linBaudRate, param.linChecksum)) {
+        closeDevice(param.device); // refuses, as is wanted here, while another channel is open
+        return CAN_ChannelOpenFailed;
+    }
+    entry->linOpen[param.channel] = 1;
+    return CAN_OK;
+}
+
+CANError CANCommunication::changeLINParam(const ChannelParam &param)
+{
+    if (!isDeviceOpen(param.device)) {
+        return CAN_DeviceNotExists;
+    }
+    if (!succeeds(m_p->api->KQ_CloseLIN, param.device, param.channel)) {
+        return CAN_Unknown;
+    }
+    const bool isOpen =
+        succeeds(m_p->api->KQ_OpenLIN, param.device, param.channel, param.linBaudRate, param.linChecksum);
+    return isOpen ? CAN_OK : CAN_ChannelOpenFailed;
+}
+
+CANError CANCommunication::closeLIN(quint8 dev, quint8 ch)
+{
+    DeviceEntry *entry = m_p->device(dev);
+    if (entry == nullptr) {
+        return CAN_DeviceNotExists;
+    }
+    if (ch >= ChannelCount) {
+        return CAN_ChannelNotExists;
+    }
+    succeeds(m_p->api->KQ_CloseLIN, dev, ch);
+    entry->linOpen[ch] = 0;
+    if (!isAnySet(entry->linOpen)) {
+        closeDevice(dev);
+    }
+    return CAN_OK;
+}
+
+CANError CANCommunication::changeLINMode(quint8 dev, quint8 ch, quint8 mode)
+{
+    return succeeds(m_p->api->KQ_ChangeLINMode, dev, ch, mode) ? CAN_OK : CAN_SendFailed;
+}
+
+CANError CANCommunication::transmitLIN(quint8 dev, quint8 ch, const VCI_LIN_OBJ &frame)
+{
+    return succeeds(m_p->api->KQ_TransmitLIN, dev, ch, frame) ? CAN_OK : CAN_SendFailed;
+}
+
+CANError CANCommunication::receiveLIN(quint8 dev, quint8 ch, VCI_LIN_OBJ *frame)
+{
+    *frame = {};
+    return succeeds(m_p->api->KQ_ReceiveLIN, dev, ch, frame) ? CAN_OK : CAN_ReadFailed;
+}
+
+CANError CANCommunication::receiveLINBySlave(quint8 dev, quint8 ch, VCI_LIN_OBJ *frame)
+{
+    *frame = {};
+    return succeeds(m_p->api->KQ_ReceiveLINBySlave, dev, ch, frame) ? CAN_OK : CAN_ReadFailed;
+}

@@ -1,0 +1,113 @@
+#include "device/CANReadHandle.h"
+
+#include <QDeadlineTimer>
+#include <QMutex>
+#include <QMutexLocker>
+#include <QWaitCondition>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+
+class CANReadHandlePrivate
+{
+public:
+    using ChannelFlags = std::array<std::atomic<bool>, 2>;
+
+    /// Sleeps one period, less when the polling is to end.
+    void pause();
+    /// Fetches what waits on one channel into frames; false when there is nothing to hand over.
+    template<class Frame, class Receive>
+    bool read(quint8 id, quint8 channel, AdapterEntry::Channel waiting, Receive receive, QVector<Frame> &frames);
+
+    QMutex mutex; ///< guards the writing of the flags; the loop reads them without it
+    QWaitCondition ended;
+    std::atomic<bool> flagRead{false};
+    ChannelFlags flagCAN{};
+    ChannelFlags flagCANFD{};
+};
+
+void CANReadHandlePrivate::pause()
+{
+    QMutexLocker lock(&mutex);
+    QDeadlineTimer deadline(CANReadHandle::PollPeriodMs);
+    while (flagRead && !deadline.hasExpired()) {
+        ended.wait(&mutex, deadline);
+    }
+}
+
+template<class Frame, class Receive>
+bool CANReadHandlePrivate::read(quint8 id, quint8 channel, AdapterEntry::Channel waiting, Receive receive,
+                                QVector<Frame> &frames)
+{
+    if (waiting == nullptr || receive == nullptr) {
+        return false;
+    }
+    const quint32 count = std::min(waiting(AdapterDeviceType, id, channel), CANReadHandle::MaxBatch);
+    if (count == 0) {
+        return false;
+    }
+    frames.clear();
+    frames.resize(static_cast<int>(count)); // zeroes the records
+    const quint32 received = receive(AdapterDeviceType, id, channel, frames.data(), count, AdapterReceiveWaitMs);
+    return received != 0 && received != AdapterReceiveError;
+}
+
+CANReadHandle::CANReadHandle(QObject *parent)
+    : QObject(parent)
+    , m_p(std::make_unique<CANReadHandlePrivate>())
+{
+}
+
+CANReadHandle::~CANReadHandle() = default;
+
+void CANReadHandle::setFlagRead(bool state)
+{
+    const QMutexLocker lock(&m_p->mutex);
+    for (auto *flags : {&m_p->flagCAN, &m_p->flagCANFD}) {
+        for (std::atomic<bool> &flag : *flags) {
+            flag = false;
+        }
+    }
+    m_p->flagRead = state;
+    m_p->ended.wakeAll();
+}
+
+void CANReadHandle::setFlagCAN(std::uint8_t canInd, bool state)
+{
+    const QMutexLocker lock(&m_p->mutex);
+    m_p->flagCAN[canInd == 0 ? 0 : 1] = state;
+}
+
+void CANReadHandle::setFlagCANFD(std::uint8_t canInd, bool state)
+{
+    const QMutexLocker lock(&m_p->mutex);
+    m_p->flagCANFD[canInd == 0 ? 0 : 1] = state;
+}
+
+void CANReadHandle::readHandle(quint8 id, CANAPI *api)
+{
+    if (api == nullptr) {
+        return;
+    }
+    // Used again from poll to poll until a batch is handed over: from then on it belongs to its receivers, and writing
+    // into it would copy it.
+    QVector<VCI_CAN_OBJ> can;
+    QVector<VCI_CANFD_OBJ> canFD;
+    while (m_p->flagRead) {
+        for (const quint8 channel : {quint8(0), quint8(1)}) {
+            if (m_p->flagCAN[channel] && m_p->read(id, channel, api->VCI_GetReceiveNum, api->VCI_Receive, can)) {
+                emit sig_readResultCallback(id, channel, can);
+                can = {};
+            }
+        }
+        for (const quint8 channel : {quint8(0), quint8(1)}) {
+            if (m_p->flagCANFD[channel] &&
+                m_p->read(id, channel, api->KQ_GetReceiveNumCANFD, api->KQ_ReceiveCANFD, canFD)) {
+                emit sig_readResultCallbackCANFD(id, channel, canFD);
+                canFD = {};
+            }
+        }
+        m_p->pause();
+    }
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "device/AdapterRecords.h"
+#include "device/CANAPI.h"
+
+#include <QObject>
+#include <QVector>
+
+#include <cstdint>
+#include <memory>
+
+class CANReadHandlePrivate;
+
+/// Polls one open device for received frames and hands them over in batches. Lives on a thread of its own, on which
+/// readHandle() runs; the flags may be set from any thread.
+class CANReadHandle : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Pause between two polls, in milliseconds.
+    static constexpr int PollPeriodMs = 250;
+    /// Most frames fetched from one channel in one poll, whatever the adapter announces: 80 MB of CAN FD records,
+    /// several times what an adapter buffers and hundreds of times what a bus carries in a period. What is left waits
+    /// in the adapter for the next poll.
+    static constexpr std::uint32_t MaxBatch = 1'000'000;
+
+    explicit CANReadHandle(QObject *parent = nullptr);
+    ~CANReadHandle() override;
+
+    /// Clears all four channel flags, then lets the polling run or ends it. Ending wakes a loop that pauses; a loop
+    /// inside an adapter call ends after that call, which waits for frames 3000 ms at most.
+    void setFlagRead(bool state);
+    /// Polls channel 0 when canInd is 0, channel 1 otherwise, with the classic CAN entries.
+    void setFlagCAN(std::uint8_t canInd, bool state);
+    /// The same with the CAN FD entries.
+    void setFlagCANFD(std::uint8_t canInd, bool state);
+
+public slots:
+    /// The polling loop over device id; returns when setFlagRead(false) is called. api must outlive the loop. Channels
+    /// whose entries are missing from the table are not polled.
+    void readHandle(quint8 id, CANAPI *api);
+
+signals:
+    /// Everything that waited on a channel at the time of the poll: as many records as the adapter announced, zeroed
+    /// ones at the end when it then delivered fewer.
+    void sig_readResultCallback(quint8 devInd, quint8 canInd, const QVector<VCI_CAN_OBJ> &obj);
+    void sig_readResultCallbackCANFD(quint8 devInd, quint8 canInd, const QVector<VCI_CANFD_OBJ> &obj);
+
+private:
+    std::unique_ptr<CANReadHandlePrivate> m_p;
+};
