@@ -292,6 +292,7 @@ bool saveCapture(const QString &path, const FrameStore &store, int first, int co
     if (!format)
         return false;
     QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && writeCapture(file, *format, store, first, count, labels, style) &&
-           file.commit();
+    // Without the flush, a file smaller than the device's buffer would be taken for saved when the disk is full.
+    return file.open(QIODevice::WriteOnly) && writeCapture(file, *format, store, first, count, labels, style)
+           && file.flush() && file.commit();
 }
