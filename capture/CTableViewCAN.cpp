@@ -1,0 +1,457 @@
+#include "capture/CTableViewCAN.h"
+
+#include "capture/CaptureWriter.h"
+#include "capture/FrameDelegate.h"
+#include "capture/FrameStore.h"
+#include "capture/RealTimeFile.h"
+
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QSet>
+#include <QSignalBlocker>
+#include <QStandardItemModel>
+#include <QTableView>
+#include <QTimer>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+#include <vector>
+
+namespace {
+
+constexpr int RefreshMs = 500;
+constexpr int RowHeight = 25;
+constexpr int DefaultCacheSize = 1000000;
+constexpr std::array<int, FrameColumnCount> ColumnWidths = {70, 90, 90, 120, 80, 80, 80, 80, 80, 200};
+constexpr quint32 IdMask = 0x1FFFFFFF;
+/// Memory of dropped rows given back at each refresh: a few milliseconds' work.
+constexpr std::size_t ReleasePerRefresh = std::size_t{64} << 20U;
+/// A queue that grew beyond this is given back after a refresh.
+constexpr std::size_t QueueKept = 65536;
+
+} // namespace
+
+class CTableViewCANPrivate
+{
+public:
+    explicit CTableViewCANPrivate(CTableViewCAN *owner);
+
+    void append(const FrameRecord &frame, bool filter);
+    void append(const QVector<FrameRecord> &frames, bool filter);
+    void countQueue();
+    void moveQueueToStore();
+    void resize();
+    void scrollTo(int row);
+    void cutStore(int size);
+    void clear();
+    bool save(const QString &path, int first, int count);
+    bool startRealTime(const QString &path);
+
+    CTableViewCAN *q;
+    QTableView *view;
+    QScrollBar *bar;
+    QStandardItemModel *model;
+    QTimer *timer;
+
+    RealTimeFile realTime;
+    int cacheSize = DefaultCacheSize;
+    bool autoScroll = false;
+    bool phase = false; ///< flips at every refresh; the rates go out when it falls
+    int transmitted = 0;
+    int received = 0;
+    QSet<quint32> hiddenIds;
+    FrameStore store;
+
+private:
+    static FrameLabels translatedLabels();
+    void createView();
+    void createScrollBar();
+    int headerHeight() const;
+    int room() const;
+    bool isHidden(const FrameRecord &frame) const { return hiddenIds.contains(frame.id); }
+    void updateScrollRange();
+    void scrollToBottom();
+    void updateShownRows();
+    void setModelRows(int rows);
+    bool setRow(int row, int index);
+    bool setCell(int row, int column, const QString &text);
+
+    const FrameLabels m_labels = translatedLabels();
+    const QFont m_font{QStringLiteral("Microsoft Yahei"), 9};
+    std::vector<FrameRecord> m_queue;
+    int m_visibleRows = 0;
+    int m_firstRow = -1;
+};
+
+CTableViewCANPrivate::CTableViewCANPrivate(CTableViewCAN *owner)
+    : q(owner)
+    , view(new QTableView(owner))
+    , bar(new QScrollBar(Qt::Vertical, owner))
+    , model(new QStandardItemModel(0, FrameColumnCount, owner))
+    , timer(new QTimer(owner))
+{
+    createView();
+    createScrollBar();
+    auto *layout = new QHBoxLayout(owner);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(view);
+    layout->addWidget(bar);
+}
+
+FrameLabels CTableViewCANPrivate::translatedLabels()
+{
+    FrameLabels labels;
+    labels.titles = {QStringLiteral("No."),          CTableViewCAN::tr("System Time"), CTableViewCAN::tr("Time Stamp"),
+                     CTableViewCAN::tr("Direction"), CTableViewCAN::tr("ID"),          CTableViewCAN::tr("Protocol"),
+                     CTableViewCAN::tr("Format"),    CTableViewCAN::tr("Type"),        CTableViewCAN::tr("Length"),
+                     CTableViewCAN::tr("Data")};
+    const auto set = [&labels](FrameLabel label, const QString &word) {
+        labels.words[static_cast<std::size_t>(label)] = word;
+    };
+    set(FrameLabel::None, CTableViewCAN::tr("None"));
+    set(FrameLabel::Received, CTableViewCAN::tr("Revice"));
+    set(FrameLabel::SendSuccess, CTableViewCAN::tr("Send successfully"));
+    set(FrameLabel::SendFailure, CTableViewCAN::tr("Send failure"));
+    set(FrameLabel::Can, QStringLiteral("CAN"));
+    set(FrameLabel::CanFd, QStringLiteral("CANFD"));
+    set(FrameLabel::CanFdSpeed, CTableViewCAN::tr("CANFD Speed"));
+    set(FrameLabel::Data, CTableViewCAN::tr("Data"));
+    set(FrameLabel::Remote, CTableViewCAN::tr("Remote"));
+    set(FrameLabel::Standard, CTableViewCAN::tr("Standard"));
+    set(FrameLabel::Extend, CTableViewCAN::tr("Extend"));
+    return labels;
+}
+
+void CTableViewCANPrivate::createView()
+{
+    view->setObjectName(QStringLiteral("frameView"));
+    for (int column = 0; column < FrameColumnCount; ++column)
+        model->setHorizontalHeaderItem(column, new QStandardItem(m_labels.titles[static_cast<std::size_t>(column)]));
+    view->setModel(model);
+    view->setItemDelegate(new FrameDelegate(m_font, view));
+    view->setSelectionMode(QAbstractItemView::NoSelection);
+    view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    view->setAlternatingRowColors(true);
+    view->setWordWrap(false);
+    view->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    view->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    view->setAutoScroll(false);
+    QHeaderView *rows = view->verticalHeader();
+    rows->hide();
+    rows->setSectionResizeMode(QHeaderView::Fixed);
+    rows->setMinimumSectionSize(RowHeight);
+    rows->setDefaultSectionSize(RowHeight);
+    for (int column = 0; column < FrameColumnCount; ++column)
+        view->setColumnWidth(column, ColumnWidths[static_cast<std::size_t>(column)]);
+    view->installEventFilter(q);
+    view->viewport()->installEventFilter(q); // where the wheel's events arrive first
+}
+
+void CTableViewCANPrivate::createScrollBar()
+{
+    bar->setObjectName(QStringLiteral("frameScrollBar"));
+    bar->setSingleStep(1);
+    bar->setPageStep(1);
+    bar->setRange(0, 0);
+    bar->hide();
+    bar->installEventFilter(q);
+}
+
+/// Until it is shown, the header has not got its height yet.
+int CTableViewCANPrivate::headerHeight() const
+{
+    const QHeaderView *header = view->horizontalHeader();
+    return header->isVisible() ? header->height() : header->sizeHint().height();
+}
+
+int CTableViewCANPrivate::room() const
+{
+    return cacheSize - store.size() - static_cast<int>(m_queue.size());
+}
+
+void CTableViewCANPrivate::append(const FrameRecord &frame, bool filter)
+{
+    if (room() > 0 && !(filter && isHidden(frame)))
+        m_queue.push_back(frame);
+}
+
+void CTableViewCANPrivate::append(const QVector<FrameRecord> &frames, bool filter)
+{
+    int left = room();
+    if (!filter || hiddenIds.isEmpty()) {
+        m_queue.insert(m_queue.end(), frames.begin(), frames.begin() + std::clamp(left, 0, frames.size()));
+        return;
+    }
+    for (const FrameRecord &frame : frames) {
+        if (isHidden(frame))
+            continue;
+        if (left-- <= 0)
+            return;
+        m_queue.push_back(frame);
+    }
+}
+
+void CTableViewCANPrivate::countQueue()
+{
+    const auto count = static_cast<int>(m_queue.size());
+    const auto in = static_cast<int>(std::count_if(m_queue.begin(), m_queue.end(), [](const FrameRecord &frame) {
+        return frame.direction == FrameRecord::Received;
+    }));
+    received += in;
+    transmitted += count - in;
+}
+
+void CTableViewCANPrivate::moveQueueToStore()
+{
+    if (m_queue.empty())
+        return;
+    const int firstNew = store.size();
+    for (const FrameRecord &frame : m_queue)
+        store.append(frame);
+    if (m_queue.capacity() > QueueKept)
+        std::vector<FrameRecord>().swap(m_queue);
+    else
+        m_queue.clear();
+
+    updateScrollRange();
+    if (autoScroll)
+        scrollToBottom();
+    updateShownRows();
+    if (realTime.isOpen()) {
+        const QString path = realTime.path();
+        if (!realTime.append(store, firstNew))
+            emit q->sig_realTimeSaveFailed(path);
+    }
+}
+
+/// The caller brings the shown rows up to date, so the bar's own signal is held back.
+void CTableViewCANPrivate::updateScrollRange()
+{
+    const QSignalBlocker blocker(bar);
+    const int hidden = store.size() - m_visibleRows;
+    const int before = bar->value();
+    bar->setRange(0, std::max(hidden, 0));
+    bar->setVisible(hidden > 0);
+    if (bar->value() != before)
+        m_firstRow = bar->value();
+}
+
+void CTableViewCANPrivate::scrollToBottom()
+{
+    const QSignalBlocker blocker(bar);
+    m_firstRow = store.size() - m_visibleRows;
+    bar->setValue(m_firstRow);
+}
+
+void CTableViewCANPrivate::scrollTo(int row)
+{
+    m_firstRow = row;
+    updateShownRows();
+}
+
+void CTableViewCANPrivate::resize()
+{
+    m_visibleRows = std::max(0, q->height() - headerHeight()) / RowHeight;
+    if (m_visibleRows == 0 || store.isEmpty())
+        return;
+    updateScrollRange();
+    updateShownRows();
+}
+
+void CTableViewCANPrivate::cutStore(int size)
+{
+    store.truncate(size);
+    updateScrollRange();
+    scrollToBottom();
+    updateShownRows();
+}
+
+void CTableViewCANPrivate::clear()
+{
+    store.clear();
+    setModelRows(0);
+    const QSignalBlocker blocker(bar);
+    bar->setRange(0, 0);
+    bar->hide();
+    m_firstRow = 0;
+}
+
+void CTableViewCANPrivate::updateShownRows()
+{
+    view->clearSelection();
+    m_firstRow = std::clamp(m_firstRow, 0, std::max(store.size() - 1, 0));
+    const int rows = std::min(m_visibleRows, store.size() - m_firstRow);
+    setModelRows(rows);
+    bool changed = false;
+    {
+        // One signal for all cells: the view would find the place of every single one.
+        const QSignalBlocker blocker(model);
+        for (int row = 0; row < rows; ++row)
+            changed |= setRow(row, m_firstRow + row);
+    }
+    if (changed)
+        emit model->dataChanged(model->index(0, 0), model->index(rows - 1, FrameColumnCount - 1), {Qt::DisplayRole});
+}
+
+void CTableViewCANPrivate::setModelRows(int rows)
+{
+    const int present = model->rowCount();
+    if (present > rows)
+        model->removeRows(rows, present - rows);
+    for (int row = present; row < rows; ++row) {
+        QList<QStandardItem *> items;
+        for (int column = 0; column < FrameColumnCount; ++column) {
+            items.append(new QStandardItem);
+            items.last()->setSizeHint(QSize(0, RowHeight));
+            items.last()->setFont(m_font);
+        }
+        model->appendRow(items);
+    }
+}
+
+bool CTableViewCANPrivate::setRow(int row, int index)
+{
+    const FrameView frame = store.at(index);
+    bool changed = setCell(row, 0, frameNumber(index));
+    for (int column = 1; column < FrameColumnCount; ++column)
+        changed |= setCell(row, column, frameCell(frame, static_cast<FrameColumn>(column), m_labels));
+    return changed;
+}
+
+bool CTableViewCANPrivate::setCell(int row, int column, const QString &text)
+{
+    QStandardItem *item = model->item(row, column);
+    if (item->text() == text)
+        return false;
+    item->setText(text);
+    return true;
+}
+
+bool CTableViewCANPrivate::save(const QString &path, int first, int count)
+{
+    first = std::clamp(first, 0, store.size());
+    if (count < 0 || count > store.size() - first)
+        count = store.size() - first;
+    // The file is replaced by a new one: real-time saving to the same path has to go on in that.
+    const QString realTimePath = realTime.path();
+    const bool sameFile = realTime.isOpen() && QFileInfo(path) == QFileInfo(realTimePath);
+    if (sameFile)
+        realTime.close();
+    const bool saved = saveCapture(path, store, first, count, m_labels);
+    if (sameFile && !realTime.open(realTimePath, m_labels))
+        emit q->sig_realTimeSaveFailed(realTimePath);
+    return saved;
+}
+
+bool CTableViewCANPrivate::startRealTime(const QString &path)
+{
+    return save(path, 0, -1) && realTime.open(path, m_labels);
+}
+
+CTableViewCAN::CTableViewCAN(QWidget *parent)
+    : QWidget(parent)
+    , m_p(std::make_unique<CTableViewCANPrivate>(this))
+{
+    connect(m_p->bar, &QScrollBar::valueChanged, this, [this](int value) { m_p->scrollTo(value); });
+    connect(m_p->timer, &QTimer::timeout, this, &CTableViewCAN::refresh);
+    m_p->timer->start(RefreshMs);
+}
+
+CTableViewCAN::~CTableViewCAN() = default;
+
+bool CTableViewCAN::isRealTimeSaving() const
+{
+    return m_p->realTime.isOpen();
+}
+
+void CTableViewCAN::setCacheSize(int count)
+{
+    m_p->cacheSize = std::max(count, 0);
+    if (m_p->store.size() > m_p->cacheSize)
+        m_p->cutStore(m_p->cacheSize);
+}
+
+void CTableViewCAN::setAutoScroll(bool enabled)
+{
+    m_p->autoScroll = enabled;
+}
+
+void CTableViewCAN::addFilterId(unsigned int id)
+{
+    m_p->hiddenIds.insert(id & IdMask);
+}
+
+void CTableViewCAN::clearFilterIds()
+{
+    m_p->hiddenIds.clear();
+}
+
+int CTableViewCAN::rowCount() const
+{
+    return m_p->store.size();
+}
+
+bool CTableViewCAN::saveRange(const QString &path, int first, int count)
+{
+    return m_p->save(path, first, count);
+}
+
+void CTableViewCAN::append(const DataObject &obj, bool filter)
+{
+    m_p->append(obj, filter);
+}
+
+void CTableViewCAN::append(const QVector<DataObject> &objs, bool filter)
+{
+    m_p->append(objs, filter);
+}
+
+void CTableViewCAN::clear()
+{
+    m_p->clear();
+}
+
+bool CTableViewCAN::save(const QString &path, int count)
+{
+    return m_p->save(path, 0, count);
+}
+
+bool CTableViewCAN::realTimeSave(bool enabled, const QString &path)
+{
+    if (!enabled) {
+        m_p->realTime.close();
+        return false;
+    }
+    return !isRealTimeSaving() && m_p->startRealTime(path);
+}
+
+void CTableViewCAN::refresh()
+{
+    m_p->phase = !m_p->phase;
+    m_p->countQueue();
+    if (!m_p->phase)
+        emit updateRate(std::exchange(m_p->transmitted, 0), std::exchange(m_p->received, 0));
+    m_p->moveQueueToStore();
+    m_p->store.releaseDropped(ReleasePerRefresh);
+}
+
+bool CTableViewCAN::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::Wheel)
+        return QWidget::eventFilter(watched, event);
+    const int delta = static_cast<QWheelEvent *>(event)->angleDelta().y();
+    m_p->bar->setValue(m_p->bar->value() + (delta < 1 ? 1 : -1));
+    event->accept();
+    return true;
+}
+
+void CTableViewCAN::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    m_p->resize();
+}

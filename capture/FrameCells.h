@@ -1,0 +1,66 @@
+#pragma once
+
+#include "capture/FrameView.h"
+
+#include <QString>
+
+#include <array>
+
+/// The columns of the frame table and of the text files, in their order.
+enum class FrameColumn : quint8 { Number, SystemTime, TimeStamp, Direction, Id, Protocol, Format, Type, Length, Data };
+constexpr int FrameColumnCount = 10;
+
+/// The words that stand in cells.
+enum class FrameLabel : quint8 {
+    None, ///< time stamp of a frame that was not received
+    Received,
+    SendSuccess,
+    SendFailure,
+    Can,
+    CanFd,
+    CanFdSpeed,
+    Data,
+    Remote,
+    Standard,
+    Extend,
+};
+constexpr int FrameLabelCount = 11;
+
+/// Titles and words in the user's language.
+struct FrameLabels
+{
+    std::array<QString, FrameColumnCount> titles;
+    std::array<QString, FrameLabelCount> words;
+
+    const QString &title(FrameColumn column) const { return titles[static_cast<std::size_t>(column)]; }
+    const QString &word(FrameLabel label) const { return words[static_cast<std::size_t>(label)]; }
+};
+
+/// Which word stands in the cell of the named column.
+FrameLabel directionLabel(const FrameView &frame);
+FrameLabel protocolLabel(const FrameView &frame);
+FrameLabel formatLabel(const FrameView &frame);
+FrameLabel typeLabel(const FrameView &frame);
+
+/// The text of column SystemTime to Data. Column Number holds the row's place, see frameNumber().
+QString frameCell(const FrameView &frame, FrameColumn column, const FrameLabels &labels);
+/// The text of column Number; index is the frame's 0-based place.
+QString frameNumber(int index);
+
+/// The parts of cells as ASCII. Each writes to `to` and returns the place behind; none writes an ending zero.
+namespace FrameBytes {
+
+constexpr std::size_t MaxDecimal = 10;
+constexpr std::size_t MaxHexNumber = 10;
+constexpr std::size_t MaxTimeStamp = 12;
+
+/// Decimal without leading zeros.
+char *putDecimal(char *to, quint32 number);
+/// "0x" and upper-case hexadecimal digits without leading zeros.
+char *putHexNumber(char *to, quint32 number);
+/// milliseconds as hours (modulo 24), minutes, seconds, milliseconds: "1:2:3.4", without leading zeros.
+char *putTimeStamp(char *to, quint32 milliseconds);
+/// Two upper-case hexadecimal digits and a blank for each byte; takes size * 3 bytes and one byte of slack behind.
+char *putPayload(char *to, const uchar *data, int size);
+
+} // namespace FrameBytes

@@ -1,0 +1,195 @@
+#include "capture/FrameDelegate.h"
+
+#include <QFontMetrics>
+#include <QGlyphRun>
+#include <QHash>
+#include <QPainter>
+#include <QRawFont>
+#include <QStaticText>
+#include <QStyle>
+#include <QVector>
+
+#include <array>
+
+namespace {
+
+constexpr ushort FirstGlyph = 0x20;
+constexpr ushort LastGlyph = 0x7E;
+constexpr ushort Ellipsis = 0x2026;
+constexpr int MaxStaticTexts = 256;
+
+int textMargin(const QStyleOptionViewItem &option)
+{
+    const QStyle *style = option.widget != nullptr ? option.widget->style() : nullptr;
+    return style != nullptr ? style->pixelMetric(QStyle::PM_FocusFrameHMargin, &option, option.widget) + 1 : 3;
+}
+
+const QColor &textColor(const QStyleOptionViewItem &option)
+{
+    QPalette::ColorGroup group = QPalette::Disabled;
+    if (option.state.testFlag(QStyle::State_Enabled))
+        group = option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
+    return option.palette.color(group, QPalette::Text);
+}
+
+} // namespace
+
+class FrameDelegatePrivate
+{
+public:
+    explicit FrameDelegatePrivate(const QFont &wanted)
+        : m_wanted(wanted)
+    {
+    }
+
+    void prepare(QPaintDevice *device);
+    void paintText(QPainter *painter, const QRect &area, const QString &text);
+    const QFont &font() const { return m_wanted; }
+
+private:
+    struct Glyph
+    {
+        quint32 index = 0; ///< 0: the font has none
+        qreal advance = 0;
+    };
+
+    bool collectGlyphs(const QString &text, qreal width);
+    void paintOther(QPainter *painter, const QRect &area, const QString &text);
+
+    const QFont m_wanted;
+    int m_dpi = 0;
+    QFont m_font; ///< m_wanted in the size of the device
+    int m_ascent = 0;
+    int m_height = 0;
+    int m_ellipsisWidth = 0;
+    std::array<Glyph, LastGlyph + 1> m_glyphs;
+    Glyph m_ellipsis;
+    QVector<quint32> m_indexes;
+    QVector<QPointF> m_positions;
+    QGlyphRun m_run;
+    QHash<QString, QStaticText> m_staticTexts;
+};
+
+/// Looks the glyphs up for the resolution of the device; a table stays on one, so this is done once.
+void FrameDelegatePrivate::prepare(QPaintDevice *device)
+{
+    if (m_dpi == device->logicalDpiY())
+        return;
+    m_dpi = device->logicalDpiY();
+    m_font = QFont(m_wanted, device);
+    const QFontMetrics metrics(m_font);
+    m_ascent = metrics.ascent();
+    m_height = metrics.height();
+    m_staticTexts.clear();
+
+    const QRawFont raw = QRawFont::fromFont(m_font);
+    QString characters;
+    for (ushort c = FirstGlyph; c <= LastGlyph; ++c)
+        characters += QChar(c);
+    characters += QChar(Ellipsis);
+    const QVector<quint32> indexes = raw.glyphIndexesForString(characters);
+    const QVector<QPointF> advances = raw.advancesForGlyphIndexes(indexes);
+    m_glyphs.fill(Glyph());
+    // A font that answers otherwise than glyph by glyph leaves the table empty, and all text is laid out.
+    if (indexes.size() != characters.size() || advances.size() != indexes.size())
+        return;
+    for (ushort c = FirstGlyph; c <= LastGlyph; ++c)
+        m_glyphs[c] = {indexes[c - FirstGlyph], advances[c - FirstGlyph].x()};
+    m_ellipsis = {indexes.last(), advances.last().x()};
+    m_run.setRawFont(raw);
+}
+
+/// Fills m_indexes and m_positions with as much of the text as fits into width. False when a character has no prepared
+/// glyph.
+bool FrameDelegatePrivate::collectGlyphs(const QString &text, qreal width)
+{
+    m_indexes.clear();
+    m_positions.clear();
+    qreal x = 0;
+    int fitting = 0; // glyphs that leave room for the ellipsis behind them
+    qreal fittingEnd = 0;
+    for (const QChar c : text) {
+        const Glyph glyph = c.unicode() <= LastGlyph ? m_glyphs[c.unicode()] : Glyph();
+        if (glyph.index == 0)
+            return false;
+        if (x + glyph.advance > width) {
+            m_indexes.resize(fitting);
+            m_positions.resize(fitting);
+            if (m_ellipsis.index == 0 || m_ellipsis.advance > width)
+                return m_ellipsis.index != 0;
+            m_indexes.append(m_ellipsis.index);
+            m_positions.append(QPointF(fittingEnd, 0));
+            return true;
+        }
+        m_indexes.append(glyph.index);
+        m_positions.append(QPointF(x, 0));
+        x += glyph.advance;
+        if (x + m_ellipsis.advance <= width) {
+            fitting = m_indexes.size();
+            fittingEnd = x;
+        }
+    }
+    return true;
+}
+
+void FrameDelegatePrivate::paintText(QPainter *painter, const QRect &area, const QString &text)
+{
+    if (!collectGlyphs(text, area.width())) {
+        paintOther(painter, area, text);
+        return;
+    }
+    m_run.setRawData(m_indexes.constData(), m_positions.constData(), m_indexes.size());
+    const int top = area.top() + (area.height() - m_height) / 2;
+    painter->drawGlyphRun(QPointF(area.left(), top + m_ascent), m_run);
+}
+
+void FrameDelegatePrivate::paintOther(QPainter *painter, const QRect &area, const QString &text)
+{
+    if (painter->font() != m_font)
+        painter->setFont(m_font);
+    auto known = m_staticTexts.constFind(text);
+    if (known == m_staticTexts.constEnd()) {
+        if (m_staticTexts.size() >= MaxStaticTexts)
+            m_staticTexts.clear();
+        QStaticText laidOut(text);
+        laidOut.setTextFormat(Qt::PlainText);
+        laidOut.prepare(painter->transform(), m_font);
+        known = m_staticTexts.insert(text, laidOut);
+    }
+    const QSizeF size = known->size();
+    if (size.width() > area.width()) {
+        const QString cut = painter->fontMetrics().elidedText(text, Qt::ElideRight, area.width());
+        painter->drawText(area, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, cut);
+        return;
+    }
+    painter->drawStaticText(QPointF(area.left(), area.top() + (area.height() - int(size.height())) / 2), *known);
+}
+
+FrameDelegate::FrameDelegate(const QFont &font, QObject *parent)
+    : QStyledItemDelegate(parent)
+    , m_p(std::make_unique<FrameDelegatePrivate>(font))
+{
+}
+
+FrameDelegate::~FrameDelegate() = default;
+
+void FrameDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    const QString text = index.data().toString();
+    if (text.isEmpty())
+        return;
+    const int margin = textMargin(option);
+    const QRect area = option.rect.adjusted(margin, 0, -margin, 0);
+    if (area.width() <= 0)
+        return;
+    m_p->prepare(painter->device());
+    painter->setPen(textColor(option));
+    m_p->paintText(painter, area, text);
+}
+
+QSize FrameDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    const QFontMetrics metrics(m_p->font());
+    const int height = QStyledItemDelegate::sizeHint(option, index).height();
+    return {metrics.horizontalAdvance(index.data().toString()) + 2 * textMargin(option), height};
+}

@@ -1,0 +1,212 @@
+#include "capture/FrameDelegate.h"
+
+#include <QFontMetrics>
+#include <QImage>
+#include <QPainter>
+#include <QStandardItemModel>
+#include <QStyleOptionViewItem>
+#include <QTableView>
+#include <QTest>
+
+namespace {
+
+QFont cellFont()
+{
+    return QFont(QStringLiteral("Microsoft Yahei"), 9);
+}
+
+/// Paints one text with a delegate, alone on white, and looks at the ink.
+class Canvas
+{
+public:
+    explicit Canvas(const QString &text, int width = 200, qreal ratio = 1)
+        : m_width(width)
+        , m_ratio(ratio)
+    {
+        m_model.appendRow(new QStandardItem(text));
+        m_model.item(0)->setFont(cellFont());
+        m_model.item(0)->setSizeHint(QSize(0, 25));
+        m_view.setModel(&m_model);
+        m_view.ensurePolished();
+    }
+
+    QStyleOptionViewItem option() const
+    {
+        QStyleOptionViewItem option;
+        option.initFrom(&m_view);
+        option.widget = &m_view;
+        option.font = cellFont();
+        option.fontMetrics = QFontMetrics(cellFont());
+        option.displayAlignment = Qt::AlignLeft | Qt::AlignVCenter;
+        option.state |= QStyle::State_Enabled | QStyle::State_Active;
+        option.rect = QRect(50, 40, m_width, 25);
+        return option;
+    }
+
+    QImage paint(const QAbstractItemDelegate &delegate, const QStyleOptionViewItem &option) const
+    {
+        QImage image(QSize(400, 100) * m_ratio, QImage::Format_RGB32);
+        image.setDevicePixelRatio(m_ratio);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        delegate.paint(&painter, option, index());
+        return image;
+    }
+    QImage paint(const QAbstractItemDelegate &delegate) const { return paint(delegate, option()); }
+    QModelIndex index() const { return m_model.index(0, 0); }
+
+    /// The box around everything that is not white, in device pixels.
+    static QRect ink(const QImage &image)
+    {
+        QRect box;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (image.pixel(x, y) != 0xFFFFFFFFU)
+                    box |= QRect(x, y, 1, 1);
+            }
+        }
+        return box;
+    }
+
+private:
+    QStandardItemModel m_model;
+    QTableView m_view;
+    int m_width;
+    qreal m_ratio;
+};
+
+} // namespace
+
+class tst_FrameDelegate : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void standsWhereAStandardItemStands_data();
+    void standsWhereAStandardItemStands();
+    void longTextIsCutWithAnEllipsis_data();
+    void longTextIsCutWithAnEllipsis();
+    void narrowCellsStayClean_data();
+    void narrowCellsStayClean();
+    void emptyTextPaintsNothing();
+    void colorFollowsTheState();
+    void cacheOfOtherTextsIsBounded();
+    void sizeHintShowsTheWholeText();
+};
+
+void tst_FrameDelegate::standsWhereAStandardItemStands_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qreal>("ratio");
+    for (const qreal ratio : {1.0, 2.0}) {
+        QTest::addRow("digits x%g", ratio) << QStringLiteral("0x1FFFFFFF") << ratio;
+        QTest::addRow("time x%g", ratio) << QStringLiteral("12:34:56.789") << ratio;
+        QTest::addRow("payload x%g", ratio) << QStringLiteral("01 A2 FF 00 ") << ratio;
+        QTest::addRow("word x%g", ratio) << QStringLiteral("Send successfully") << ratio;
+        QTest::addRow("chinese x%g", ratio) << QStringLiteral("\u53d1\u9001\u6210\u529f") << ratio;
+        QTest::addRow("mixed x%g", ratio) << QStringLiteral("CANFD\u52a0\u901f") << ratio;
+    }
+}
+
+void tst_FrameDelegate::standsWhereAStandardItemStands()
+{
+    QFETCH(QString, text);
+    QFETCH(qreal, ratio);
+    const Canvas canvas(text, 200, ratio);
+    const QRect own = Canvas::ink(canvas.paint(FrameDelegate(cellFont())));
+    const QRect standard = Canvas::ink(canvas.paint(QStyledItemDelegate()));
+    QVERIFY(!standard.isEmpty());
+    QCOMPARE(own.top(), standard.top());
+    QCOMPARE(own.bottom(), standard.bottom());
+    QVERIFY2(qAbs(own.left() - standard.left()) <= 1, qPrintable(QString::number(own.left())));
+    // Pairs of letters are not kerned, which may move the end by a pixel.
+    QVERIFY2(qAbs(own.right() - standard.right()) <= 2 * ratio, qPrintable(QString::number(own.right())));
+}
+
+void tst_FrameDelegate::longTextIsCutWithAnEllipsis_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("ascii") << QStringLiteral("01 A2 FF ").repeated(20);
+    QTest::newRow("chinese") << QStringLiteral("\u53d1\u9001\u6210\u529f").repeated(10);
+}
+
+void tst_FrameDelegate::longTextIsCutWithAnEllipsis()
+{
+    QFETCH(QString, text);
+    const Canvas canvas(text, 100);
+    const QRect own = Canvas::ink(canvas.paint(FrameDelegate(cellFont())));
+    const QRect standard = Canvas::ink(canvas.paint(QStyledItemDelegate()));
+    QVERIFY(canvas.option().rect.contains(own));
+    QVERIFY2(qAbs(own.right() - standard.right()) <= 9, qPrintable(QString::number(own.right())));
+    // What stands at the end are the dots: ink at the foot of the letters only.
+    const QImage image = canvas.paint(FrameDelegate(cellFont()));
+    const QRect lastColumns = Canvas::ink(image.copy(own.right() - 2, 0, 3, image.height()));
+    QVERIFY2(lastColumns.height() <= 3, qPrintable(QString::number(lastColumns.height())));
+}
+
+void tst_FrameDelegate::narrowCellsStayClean_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<QString>("text");
+    for (const int width : {0, 1, 5, 6, 7, 10, 14, 20, 30}) {
+        QTest::addRow("ascii %d", width) << width << QStringLiteral("WWWWWWWW");
+        QTest::addRow("chinese %d", width) << width << QStringLiteral("\u53d1\u9001\u6210\u529f");
+    }
+}
+
+void tst_FrameDelegate::narrowCellsStayClean()
+{
+    QFETCH(int, width);
+    QFETCH(QString, text);
+    const Canvas canvas(text, width);
+    const QRect ink = Canvas::ink(canvas.paint(FrameDelegate(cellFont())));
+    QVERIFY(ink.isEmpty() || canvas.option().rect.contains(ink));
+}
+
+void tst_FrameDelegate::emptyTextPaintsNothing()
+{
+    const Canvas canvas{QString()};
+    QVERIFY(Canvas::ink(canvas.paint(FrameDelegate(cellFont()))).isEmpty());
+}
+
+void tst_FrameDelegate::colorFollowsTheState()
+{
+    const FrameDelegate delegate(cellFont());
+    for (const QString &text : {QStringLiteral("HHHH"), QStringLiteral("\u53d1\u9001")}) {
+        const Canvas canvas(text);
+        QStyleOptionViewItem option = canvas.option();
+        option.palette.setColor(QPalette::Active, QPalette::Text, Qt::red);
+        option.palette.setColor(QPalette::Disabled, QPalette::Text, Qt::white);
+        const QImage red = canvas.paint(delegate, option);
+        const QRect ink = Canvas::ink(red);
+        QVERIFY(!ink.isEmpty());
+        for (int y = ink.top(); y <= ink.bottom(); ++y) {
+            for (int x = ink.left(); x <= ink.right(); ++x)
+                QCOMPARE(qRed(red.pixel(x, y)), 255);
+        }
+        option.state &= ~QStyle::State_Enabled;
+        QVERIFY(Canvas::ink(canvas.paint(delegate, option)).isEmpty());
+    }
+}
+
+void tst_FrameDelegate::cacheOfOtherTextsIsBounded()
+{
+    const FrameDelegate delegate(cellFont());
+    for (int i = 0; i < 1000; ++i) {
+        const Canvas canvas(QStringLiteral("\u53d1%1").arg(i));
+        QVERIFY(!Canvas::ink(canvas.paint(delegate)).isEmpty());
+    }
+}
+
+void tst_FrameDelegate::sizeHintShowsTheWholeText()
+{
+    const FrameDelegate delegate(cellFont());
+    const QString text = QStringLiteral("01 A2 FF ").repeated(20);
+    Canvas wide(text);
+    const QSize hint = delegate.sizeHint(wide.option(), wide.index());
+    QCOMPARE(hint.height(), 25);
+    QVERIFY(hint.width() > QFontMetrics(cellFont()).horizontalAdvance(text));
+}
+
+QTEST_MAIN(tst_FrameDelegate)
+#include "tst_FrameDelegate.moc"
