@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Builds X9CAN and starts it on the virtual adapter. Without a display: a guided tour under Xvfb, whose screenshots and
+# capture files are left in out/.
+set -euo pipefail
+cd "$(dirname "$0")"
+
+tools/install-packages.sh build run
+cmake --preset release >/dev/null
+cmake --build --preset release -j "$(nproc)" --target X9CAN ControlCAN x9_tour
+
+if [[ -n ${DISPLAY:-}${WAYLAND_DISPLAY:-} ]]; then
+  cd build/release/bin
+  exec ./X9CAN
+fi
+
+out=$PWD/out
+rm -rf "$out"
+mkdir -p "$out"
+echo "No display: a guided tour under Xvfb."
+cd build/release/bin
+for language in zh en; do
+  xvfb-run -a -s "-screen 0 1280x900x24" ../tools/x9_tour "$language" "$out"
+done
+echo "Screenshots and capture files are in $out:"
+ls "$out"

@@ -1,0 +1,35 @@
+#!/usr/bin/env bash
+# tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, check) from Debian's
+# packages, quietly; does nothing when all is there. As root, or through sudo.
+set -euo pipefail
+
+declare -A packages=(
+  [build]="cmake ninja-build g++ ccache qtbase5-dev qttools5-dev qttools5-dev-tools nlohmann-json3-dev
+           libbenchmark-dev librsvg2-bin icoutils"
+  [run]="xvfb xauth fonts-noto-cjk libqt5gui5"
+  [check]="clang-format"
+)
+
+missing=()
+for group in "$@"; do
+  for package in ${packages[$group]:?unknown group $group}; do
+    state=$(dpkg-query -W -f '${db:Status-Abbrev}' "$package" 2>/dev/null || true)
+    [[ $state == ii* ]] || missing+=("$package")
+  done
+done
+((${#missing[@]})) || exit 0
+
+as_root=()
+if ((EUID != 0)); then
+  command -v sudo >/dev/null || { echo "These packages are missing, and neither root nor sudo is at hand: ${missing[*]}" >&2; exit 1; }
+  as_root=(sudo)
+fi
+echo "Installing: ${missing[*]}"
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+if ! { "${as_root[@]}" apt-get update -qq &&
+       "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
+     } >"$log" 2>&1; then
+  cat "$log" >&2
+  exit 1
+fi
