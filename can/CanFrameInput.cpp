@@ -1,0 +1,88 @@
+#include "can/CanFrameInput.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+constexpr quint32 StandardIdMax = 0x7FF;
+constexpr quint32 ExtendedIdMax = 0x1FFFFFFF;
+constexpr int StandardIdDigits = 3;
+constexpr int ExtendedIdDigits = 8;
+constexpr int NumberCharactersMax = 16;
+
+QString withoutBlanks(QString text)
+{
+    static const QRegularExpression blanks(QStringLiteral("\\s"));
+    return text.remove(blanks);
+}
+
+quint8 copyPayload(const QByteArray &data, std::uint8_t *target, std::size_t capacity)
+{
+    const auto length = std::min(static_cast<std::size_t>(data.size()), capacity);
+    std::memcpy(target, data.constData(), length);
+    return static_cast<quint8>(length);
+}
+} // namespace
+
+std::optional<quint32> frameIdFromText(const QString &text, bool extended)
+{
+    bool isNumber = false;
+    const quint64 id = withoutBlanks(text).left(NumberCharactersMax).toULongLong(&isNumber, 16);
+    if (!isNumber || id > (extended ? ExtendedIdMax : StandardIdMax)) {
+        return std::nullopt;
+    }
+    return static_cast<quint32>(id);
+}
+
+QString correctedFrameIdText(const QString &text, bool extended)
+{
+    const QString digits = withoutBlanks(text);
+    const int digitsMax = extended ? ExtendedIdDigits : StandardIdDigits;
+    const quint32 idMax = extended ? ExtendedIdMax : StandardIdMax;
+    if (digits.size() > digitsMax || digits.toULongLong(nullptr, 16) > idMax) {
+        return QString::number(idMax, 16).toUpper();
+    }
+    return digits;
+}
+
+QByteArray payloadFromText(const QString &text, int length)
+{
+    QByteArray digits = withoutBlanks(text).toLatin1().left(2 * length);
+    if (digits.size() % 2 != 0) {
+        digits.insert(digits.size() - 1, '0');
+    }
+    QByteArray payload = QByteArray::fromHex(digits);
+    payload.append(QByteArray(std::max(0, length - payload.size()), '\0'));
+    return payload;
+}
+
+QVector<int> payloadLengths(bool isCANFD)
+{
+    QVector<int> lengths{1, 2, 3, 4, 5, 6, 7, 8};
+    if (isCANFD) {
+        lengths += {12, 16, 20, 24, 32, 48, 64};
+    }
+    return lengths;
+}
+
+VCI_CAN_OBJ toClassicFrame(const CanFrameInput &input)
+{
+    VCI_CAN_OBJ frame{};
+    frame.ID = input.id;
+    frame.RemoteFlag = input.remote ? 1 : 0;
+    frame.ExternFlag = input.extended ? 1 : 0;
+    frame.DataLen = copyPayload(input.data, frame.Data, sizeof frame.Data);
+    return frame;
+}
+
+VCI_CANFD_OBJ toFdFrame(const CanFrameInput &input)
+{
+    VCI_CANFD_OBJ frame{};
+    frame.ID = input.id;
+    frame.ExternFlag = input.extended ? 1 : 0;
+    frame.FDFlag = input.protocol;
+    frame.DataLen = copyPayload(input.data, frame.Data, sizeof frame.Data);
+    return frame;
+}

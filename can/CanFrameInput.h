@@ -1,0 +1,37 @@
+#pragma once
+
+#include "device/AdapterRecords.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QVector>
+
+#include <optional>
+
+/// One frame as the user entered it in the send panel.
+struct CanFrameInput
+{
+    quint32 id = 0;        ///< 11 or 29 bits
+    bool extended = false; ///< 29-bit identifier
+    bool remote = false;   ///< remote frame, classic CAN only
+    quint8 protocol = 0;   ///< 0 CAN, 1 CAN FD, 2 CAN FD with bit rate switch
+    QByteArray data;       ///< at most 8 (CAN FD: 64) bytes are sent
+};
+
+/// The identifier in a text of hexadecimal digits, blanks ignored, at most 16 characters read. Nothing when the text is
+/// no number or above the range of the frame type (ISO 11898-1: 0x7FF standard, 0x1FFFFFFF extended).
+std::optional<quint32> frameIdFromText(const QString &text, bool extended);
+
+/// What a half-typed identifier becomes while the user types: blanks removed, and the highest identifier of the frame
+/// type instead of anything above it or longer than its digits.
+QString correctedFrameIdText(const QString &text, bool extended);
+
+/// Payload of length bytes from hexadecimal digits, blanks ignored: typed bytes fill it from the first one, a single
+/// last digit is a byte of its own, the rest is zero, what is too much is cut.
+QByteArray payloadFromText(const QString &text, int length);
+
+/// The payload lengths on offer: 1 to 8, for CAN FD also 12 to 64 (ISO 11898-1 data length codes).
+QVector<int> payloadLengths(bool isCANFD);
+
+VCI_CAN_OBJ toClassicFrame(const CanFrameInput &input);
+VCI_CANFD_OBJ toFdFrame(const CanFrameInput &input);

@@ -1,0 +1,138 @@
+#include "can/CanFrameInput.h"
+
+#include <QtTest>
+
+class tst_CanFrameInput : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void frameId_data();
+    void frameId();
+    void correctedText_data();
+    void correctedText();
+    void payload_data();
+    void payload();
+    void lengths();
+    void classicFrame();
+    void fdFrame();
+};
+
+void tst_CanFrameInput::frameId_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("extended");
+    QTest::addColumn<qint64>("id"); // -1: refused
+    QTest::newRow("lowest") << "0" << false << qint64(0);
+    QTest::newRow("highest standard") << "7FF" << false << qint64(0x7FF);
+    QTest::newRow("above standard") << "800" << false << qint64(-1);
+    QTest::newRow("same as extended") << "800" << true << qint64(0x800);
+    QTest::newRow("highest extended") << "1FFFFFFF" << true << qint64(0x1FFFFFFF);
+    QTest::newRow("above extended") << "20000000" << true << qint64(-1);
+    QTest::newRow("lower case") << "1ab" << false << qint64(0x1AB);
+    QTest::newRow("blanks") << " 1 2\t3 " << false << qint64(0x123);
+    QTest::newRow("only 16 characters count") << "00000000000000017FFF" << false << qint64(1);
+    QTest::newRow("empty") << "" << false << qint64(-1);
+    QTest::newRow("no number") << "xyz" << true << qint64(-1);
+    QTest::newRow("low word fits, number does not") << "1000000FF" << true << qint64(-1);
+}
+
+void tst_CanFrameInput::frameId()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, extended);
+    QFETCH(qint64, id);
+    const auto result = frameIdFromText(text, extended);
+    QCOMPARE(result ? qint64(*result) : qint64(-1), id);
+}
+
+void tst_CanFrameInput::correctedText_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("extended");
+    QTest::addColumn<QString>("corrected");
+    QTest::newRow("fits") << "7FF" << false << "7FF";
+    QTest::newRow("case kept") << "7fe" << false << "7fe";
+    QTest::newRow("four digits") << "8000" << false << "7FF";
+    QTest::newRow("four digits though small") << "0001" << false << "7FF";
+    QTest::newRow("too high") << "800" << false << "7FF";
+    QTest::newRow("blanks go") << "1 2 3" << false << "123";
+    QTest::newRow("extended fits") << "1FFFFFFF" << true << "1FFFFFFF";
+    QTest::newRow("extended too high") << "20000000" << true << "1FFFFFFF";
+    QTest::newRow("extended nine digits") << "000000001" << true << "1FFFFFFF";
+    QTest::newRow("empty") << "" << true << "";
+}
+
+void tst_CanFrameInput::correctedText()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, extended);
+    QTEST(correctedFrameIdText(text, extended), "corrected");
+}
+
+void tst_CanFrameInput::payload_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("length");
+    QTest::addColumn<QByteArray>("payload");
+    QTest::newRow("all typed") << "01 A2 ff" << 3 << QByteArray("\x01\xA2\xFF", 3);
+    QTest::newRow("rest is zero") << "12" << 4 << QByteArray("\x12\0\0\0", 4);
+    QTest::newRow("single last digit") << "123" << 3 << QByteArray("\x12\x03\0", 3);
+    QTest::newRow("too much is cut") << "010203" << 2 << QByteArray("\x01\x02", 2);
+    QTest::newRow("nothing typed") << "" << 2 << QByteArray("\0\0", 2);
+}
+
+void tst_CanFrameInput::payload()
+{
+    QFETCH(QString, text);
+    QFETCH(int, length);
+    QTEST(payloadFromText(text, length), "payload");
+}
+
+void tst_CanFrameInput::lengths()
+{
+    QCOMPARE(payloadLengths(false), (QVector<int>{1, 2, 3, 4, 5, 6, 7, 8}));
+    QCOMPARE(payloadLengths(true), (QVector<int>{1, 2, 3, 4, 5, 6, 7, 8, 12, 16, 20, 24, 32, 48, 64}));
+}
+
+void tst_CanFrameInput::classicFrame()
+{
+    CanFrameInput input;
+    input.id = 0x1ABCDEF0;
+    input.extended = true;
+    input.remote = true;
+    input.data = QByteArray("\x11\x22\x33", 3);
+    const VCI_CAN_OBJ frame = toClassicFrame(input);
+    QCOMPARE(frame.ID, 0x1ABCDEF0U);
+    QCOMPARE(frame.ExternFlag, quint8(1));
+    QCOMPARE(frame.RemoteFlag, quint8(1));
+    QCOMPARE(frame.SendType, quint8(0));
+    QCOMPARE(frame.DataLen, quint8(3));
+    QCOMPARE(frame.Data[2], quint8(0x33));
+    QCOMPARE(frame.Data[3], quint8(0));
+
+    input.data = QByteArray(12, '\x5A');
+    QCOMPARE(toClassicFrame(input).DataLen, quint8(8));
+}
+
+void tst_CanFrameInput::fdFrame()
+{
+    CanFrameInput input;
+    input.id = 0x7FF;
+    input.remote = true;
+    input.protocol = 2;
+    input.data = QByteArray(64, '\x5A');
+    const VCI_CANFD_OBJ frame = toFdFrame(input);
+    QCOMPARE(frame.ID, 0x7FFU);
+    QCOMPARE(frame.ExternFlag, quint8(0));
+    QCOMPARE(frame.RemoteFlag, quint8(0)); // FD frames are always data frames
+    QCOMPARE(frame.FDFlag, quint8(2));
+    QCOMPARE(frame.DataLen, quint8(64));
+    QCOMPARE(frame.Data[63], quint8(0x5A));
+
+    input.data = QByteArray(70, '\x5A');
+    QCOMPARE(toFdFrame(input).DataLen, quint8(64));
+}
+
+QTEST_APPLESS_MAIN(tst_CanFrameInput)
+#include "tst_CanFrameInput.moc"
