@@ -1,0 +1,41 @@
+#include "app/AdapterProblem.h"
+
+#include "device/CANAPI.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+namespace {
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("AdapterProblem", text);
+}
+} // namespace
+
+QString adapterLibraryProblem(const CANAPI &api)
+{
+    const QString file = QDir::toNativeSeparators(api.libraryPath());
+    switch (api.state()) {
+    case AdapterLibraryState::NotLoaded:
+    case AdapterLibraryState::Loaded:
+        return {};
+    case AdapterLibraryState::NotFound:
+        return tr(QT_TRANSLATE_NOOP("AdapterProblem", "The adapter library %1 was not found.\n"
+                                                      "Put it beside the program and start the program again."))
+            .arg(file);
+    case AdapterLibraryState::WrongArchitecture:
+        return tr(QT_TRANSLATE_NOOP("AdapterProblem", "The adapter library %1 is made for another kind of processor; "
+                                                      "this program needs the %2-bit one.\n"
+                                                      "Put the right library beside the program and start it again."))
+            .arg(file)
+            .arg(8 * sizeof(void *));
+    case AdapterLibraryState::LoadFailed:
+        return tr(QT_TRANSLATE_NOOP("AdapterProblem", "The adapter library %1 could not be loaded:\n%2"))
+            .arg(file, api.systemMessage());
+    case AdapterLibraryState::EntriesMissing:
+        return tr(QT_TRANSLATE_NOOP("AdapterProblem", "The adapter library %1 is too old: it lacks %2.\n"
+                                                      "Install the adapter's current library."))
+            .arg(file, api.missingEntries().join(QStringLiteral(", ")));
+    }
+    return {};
+}

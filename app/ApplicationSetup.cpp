@@ -1,0 +1,34 @@
+#include "app/ApplicationSetup.h"
+
+#include "resources/Resources.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QIcon>
+
+namespace {
+constexpr int LanguageChinese = 0;
+constexpr int FontPointSize = 9;
+} // namespace
+
+void setApplicationAttributes()
+{
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+}
+
+void applyApplicationLook(QApplication &application)
+{
+    initResources();
+    QApplication::setFont(QFont(QStringLiteral("Microsoft Yahei"), FontPointSize));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/Logo/Logo16x16.ico")));
+    application.setStyleSheet(QStringLiteral("file:///:/Skins/White/White.css"));
+}
+
+bool installLanguage(QTranslator &translator, int language)
+{
+    initResources();
+    const bool isLoaded = translator.load(language == LanguageChinese ? QStringLiteral(":/Language/CN.qm")
+                                                                      : QStringLiteral(":/Language/EN.qm"));
+    return isLoaded && QApplication::installTranslator(&translator);
+}

@@ -1,0 +1,159 @@
+#include "app/GUI_CanView.h"
+
+#include "app/AdapterProblem.h"
+#include "can/GUI_CanDevice.h"
+#include "device/CANCommunication.h"
+#include "ui_GUI_CanView.h"
+
+#include <QMenu>
+#include <QMessageBox>
+#include <QStatusBar>
+#include <QTimer>
+#include <QToolButton>
+
+#include <utility>
+
+namespace {
+constexpr int NoticeMs = 1500;
+constexpr int NoticeDone = 0;
+constexpr int NoticeFailure = 3;
+constexpr int MessageCritical = 4;
+constexpr int OpenDelayMs = 200;
+
+/// Device 0, channel ch, 500 kbit/s, every frame accepted.
+ChannelParam firstDeviceChannel(quint8 ch)
+{
+    ChannelParam param;
+    param.channel = ch;
+    param.Filter = 1;
+    param.Timing0 = 0x00;
+    param.Timing1 = 0x1C;
+    param.AccCode = 0;
+    param.AccMask = 0xFFFFFFFF;
+    return param;
+}
+
+QMessageBox::Icon iconOf(int type)
+{
+    switch (type) {
+    case 2:
+        return QMessageBox::Question;
+    case 3:
+        return QMessageBox::Warning;
+    case MessageCritical:
+        return QMessageBox::Critical;
+    default:
+        return QMessageBox::Information;
+    }
+}
+} // namespace
+
+class GUI_CanViewPrivate
+{
+public:
+    GUI_CanViewPrivate(GUI_CanView *window, std::unique_ptr<CANCommunication> manager)
+        : q(window)
+        , communication(std::move(manager))
+    {
+    }
+
+    void buildToolBar();
+    bool openTab(const ChannelParam &param);
+
+    GUI_CanView *q;
+    std::unique_ptr<CANCommunication> communication;
+    Ui::GUI_CanView ui;
+};
+
+void GUI_CanViewPrivate::buildToolBar()
+{
+    auto *connectButton = new QToolButton(q);
+    connectButton->setObjectName(QStringLiteral("btn_connect"));
+    connectButton->setProperty("nav", QStringLiteral("tBtnStyle_5"));
+    connectButton->setText(GUI_CanView::tr("Connect") + QStringLiteral("(&D)"));
+    connectButton->setToolTip(GUI_CanView::tr("Connect to the device"));
+    connectButton->setPopupMode(QToolButton::InstantPopup);
+    auto *menu = new QMenu(connectButton);
+    menu->addAction(GUI_CanView::tr("Open device"), q, &GUI_CanView::slot_openCanDevice);
+    menu->addAction(GUI_CanView::tr("Close device"), q, &GUI_CanView::slot_closeCanDevice);
+    connectButton->setMenu(menu);
+    ui.ToolBar->addWidget(connectButton);
+}
+
+bool GUI_CanViewPrivate::openTab(const ChannelParam &param)
+{
+    auto tab = std::make_unique<GUI_CanDevice>(param, *communication, q);
+    if (!tab->isChannelOpen()) {
+        return false;
+    }
+    QObject::connect(tab.get(), &WidgetDeviceBase::sig_showMessageBox, q, &GUI_CanView::slot_showMessageBox);
+    QObject::connect(tab.get(), &WidgetDeviceBase::sig_showNotice, q, &GUI_CanView::slot_showNotice);
+    const QString protocol = param.isCANFD ? QStringLiteral("CANFD") : QStringLiteral("CAN");
+    const QString title = QStringLiteral("%1 %2: %3 %4: %5")
+                              .arg(protocol, GUI_CanView::tr("Device"))
+                              .arg(param.device)
+                              .arg(GUI_CanView::tr("Channel"))
+                              .arg(param.channel);
+    ui.tabWidget->setCurrentIndex(ui.tabWidget->addTab(tab.release(), title));
+    return true;
+}
+
+GUI_CanView::GUI_CanView(std::unique_ptr<CANCommunication> communication, QWidget *parent)
+    : QMainWindow(parent)
+    , m_p(std::make_unique<GUI_CanViewPrivate>(this, std::move(communication)))
+{
+    m_p->ui.setupUi(this);
+    m_p->buildToolBar();
+    setWindowTitle(QStringLiteral("X9CAN V") + QStringLiteral(X9_VERSION));
+    connect(m_p->ui.tabWidget, &QTabWidget::tabCloseRequested, this, &GUI_CanView::slot_closeTabRequest);
+    QTimer::singleShot(OpenDelayMs, this, &GUI_CanView::slot_openCanDevice);
+}
+
+GUI_CanView::~GUI_CanView()
+{
+    // Also the tabs that were closed and wait to be deleted: each one still holds its channel.
+    qDeleteAll(findChildren<WidgetDeviceBase *>());
+}
+
+void GUI_CanView::slot_openCanDevice()
+{
+    const bool isFirstOpen = m_p->openTab(firstDeviceChannel(0));
+    const bool isSecondOpen = m_p->openTab(firstDeviceChannel(1));
+    if (isFirstOpen || isSecondOpen) {
+        slot_showNotice(tr("Devices is open"), NoticeDone, NoticeMs);
+        return;
+    }
+    slot_showNotice(tr("No devices!!!"), NoticeFailure, NoticeMs);
+    const QString problem = adapterLibraryProblem(m_p->communication->api());
+    if (!problem.isEmpty()) {
+        slot_showMessageBox(problem, MessageCritical);
+    }
+}
+
+void GUI_CanView::slot_closeCanDevice()
+{
+    while (m_p->ui.tabWidget->count() > 0) {
+        slot_closeTabRequest(0);
+    }
+    slot_showNotice(tr("Device turned off"), NoticeDone, NoticeMs);
+}
+
+void GUI_CanView::slot_closeTabRequest(int index)
+{
+    QWidget *tab = m_p->ui.tabWidget->widget(index);
+    m_p->ui.tabWidget->removeTab(index);
+    tab->deleteLater();
+}
+
+void GUI_CanView::slot_showMessageBox(const QString &text, int type)
+{
+    auto *box = new QMessageBox(iconOf(type), tr("Tips"), text, QMessageBox::Ok, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+void GUI_CanView::slot_showNotice(const QString &text, int type, int delayms)
+{
+    Q_UNUSED(type)
+    statusBar()->showMessage(text, delayms);
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QMainWindow>
+
+#include <memory>
+
+class CANCommunication;
+class GUI_CanViewPrivate;
+
+/// The main window: toolbar and one tab per open channel. Owns the device manager.
+class GUI_CanView : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit GUI_CanView(std::unique_ptr<CANCommunication> communication, QWidget *parent = nullptr);
+    /// Closes the tabs, with them their channels and devices, before the manager goes.
+    ~GUI_CanView() override;
+
+public slots:
+    /// Opens both CAN channels of device 0 at 500 kbit/s, each in a tab.
+    void slot_openCanDevice();
+    void slot_closeCanDevice();
+    void slot_closeTabRequest(int index);
+    /// Types: 1 success, 2 question, 3 warning, 4 critical, any other information.
+    void slot_showMessageBox(const QString &text, int type);
+    void slot_showNotice(const QString &text, int type, int delayms);
+
+private:
+    std::unique_ptr<GUI_CanViewPrivate> m_p;
+};

@@ -1,0 +1,20 @@
+#include "app/ApplicationSetup.h"
+#include "app/GUI_CanView.h"
+#include "app/Settings.h"
+#include "device/CANCommunication.h"
+
+#include <QApplication>
+#include <QTranslator>
+
+int main(int argc, char *argv[])
+{
+    setApplicationAttributes();
+    QApplication application(argc, argv);
+    applyApplicationLook(application);
+    QTranslator translator;
+    installLanguage(translator, getLanguage());
+
+    GUI_CanView window(std::make_unique<CANCommunication>());
+    window.show();
+    return QApplication::exec();
+}
