@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <functional>
+
+class QFileDialog;
+
+/// Answers the next "Save File" dialog as a user does: types a name and presses Save (or Cancel). Create it before the
+/// click that opens the dialog, which does not return until the dialog is answered. Needs
+/// Qt::AA_DontUseNativeDialogs.
+class SaveDialogDriver : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// path is typed as it is; an empty one presses Cancel. beforeAnswer sees the dialog once it is on screen.
+    explicit SaveDialogDriver(const QString &path, std::function<void(QFileDialog &)> beforeAnswer = {});
+
+    /// Whether a dialog came and was answered.
+    bool isAnswered() const { return m_isAnswered; }
+    /// The file types the dialog offered.
+    const QStringList &nameFilters() const { return m_nameFilters; }
+
+private:
+    void lookForDialog();
+
+    QString m_path;
+    std::function<void(QFileDialog &)> m_beforeAnswer;
+    QTimer m_timer;
+    QStringList m_nameFilters;
+    bool m_isAnswered = false;
+};

@@ -1,0 +1,167 @@
+#include "tools/tour/Tour.h"
+
+#include "app/GUI_CanView.h"
+#include "capture/CTableViewCAN.h"
+#include "tests/support/SaveDialogDriver.h"
+
+#include <QAbstractButton>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QTabWidget>
+#include <QTextStream>
+#include <QtTest>
+
+namespace {
+constexpr int StepTimeoutMs = 15000;
+constexpr int FramesToSee = 200;
+} // namespace
+
+Tour::Tour(GUI_CanView &window, const QString &language, const QDir &folder)
+    : m_window(window)
+    , m_language(language)
+    , m_folder(folder)
+{
+}
+
+bool Tour::run()
+{
+    return openChannels() && receive() && send() && hideIdentifier() && saveCaptures() && saveInRealTime() &&
+           closeChannels();
+}
+
+bool Tour::openChannels()
+{
+    auto *tabs = m_window.findChild<QTabWidget *>(QStringLiteral("tabWidget"));
+    return waitUntil("the two CAN channels open", [tabs] { return tabs->count() == 2; });
+}
+
+bool Tour::receive()
+{
+    if (!waitUntil("frames arrive", [this] { return table()->rowCount() > FramesToSee; })) {
+        return false;
+    }
+    if (!waitUntil("the frame rate is shown",
+                   [this] { return widget<QLineEdit>("lbx_rateR")->text() != QLatin1String("0 p/s"); })) {
+        return false;
+    }
+    shoot(m_window, QStringLiteral("receive"));
+    return true;
+}
+
+bool Tour::send()
+{
+    click("btn_pauseReceiving");
+    const int before = table()->rowCount();
+    type("lbx_frameID", QStringLiteral("123"));
+    type("lbx_data", QStringLiteral("DE AD BE EF 01 02 03 04"));
+    click("btn_sendData");
+    if (!waitUntil("the sent frame is listed", [this, before] { return table()->rowCount() > before; })) {
+        return false;
+    }
+    QTest::qWait(100);
+    shoot(m_window, QStringLiteral("send"));
+    click("btn_pauseReceiving");
+    return true;
+}
+
+bool Tour::hideIdentifier()
+{
+    click("rbtn_enable");
+    type("lbx_setFilter", QStringLiteral("100"));
+    click("btn_setFilter");
+    click("btn_clear");
+    if (!waitUntil("frames arrive past the filter", [this] { return table()->rowCount() > FramesToSee; })) {
+        return false;
+    }
+    shoot(m_window, QStringLiteral("filter"));
+    return true;
+}
+
+bool Tour::saveCaptures()
+{
+    const QStringList suffixes{QStringLiteral("can"), QStringLiteral("canfd"), QStringLiteral("csv"),
+                               QStringLiteral("txt")};
+    for (const QString &suffix : suffixes) {
+        const QString path = file(QStringLiteral("capture.") + suffix);
+        const bool isFirst = suffix == suffixes.first();
+        SaveDialogDriver answer(path, [this, isFirst](QFileDialog &dialog) {
+            if (isFirst) {
+                shoot(dialog, QStringLiteral("save-dialog"));
+            }
+        });
+        click("btn_save");
+        if (!waitUntil("the capture is saved", [&path] { return QFileInfo(path).size() > 0; })) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool Tour::saveInRealTime()
+{
+    const QString path = file(QStringLiteral("real-time.csv"));
+    SaveDialogDriver answer(path);
+    click("btn_realTimeSaving");
+    const qint64 first = QFileInfo(path).size();
+    const bool isGrowing =
+        waitUntil("the real-time file grows", [&path, first] { return first > 0 && QFileInfo(path).size() > first; });
+    shoot(m_window, QStringLiteral("real-time-saving"));
+    click("btn_realTimeSaving");
+    return isGrowing;
+}
+
+bool Tour::closeChannels()
+{
+    m_window.slot_closeCanDevice();
+    auto *tabs = m_window.findChild<QTabWidget *>(QStringLiteral("tabWidget"));
+    return waitUntil("the channels close", [tabs] { return tabs->count() == 0; });
+}
+
+bool Tour::waitUntil(const char *what, const std::function<bool()> &condition) const
+{
+    if (QTest::qWaitFor(condition, StepTimeoutMs)) {
+        return true;
+    }
+    QTextStream(stderr) << "The tour stopped: within " << StepTimeoutMs / 1000 << " s it did not happen that " << what
+                        << ".\n";
+    return false;
+}
+
+QWidget *Tour::tab() const
+{
+    return m_window.findChild<QTabWidget *>(QStringLiteral("tabWidget"))->currentWidget();
+}
+
+CTableViewCAN *Tour::table() const
+{
+    return widget<CTableViewCAN>("tableView");
+}
+
+template<typename Widget>
+Widget *Tour::widget(const char *name) const
+{
+    return tab()->findChild<Widget *>(QLatin1String(name));
+}
+
+void Tour::click(const char *name) const
+{
+    QTest::mouseClick(widget<QAbstractButton>(name), Qt::LeftButton);
+}
+
+void Tour::type(const char *name, const QString &text) const
+{
+    auto *field = widget<QLineEdit>(name);
+    field->selectAll();
+    QTest::keyClicks(field, text);
+}
+
+void Tour::shoot(QWidget &target, const QString &name)
+{
+    ++m_shots;
+    target.grab().save(file(QStringLiteral("%1-%2.png").arg(m_shots).arg(name)));
+}
+
+QString Tour::file(const QString &name) const
+{
+    return m_folder.filePath(m_language + QLatin1Char('-') + name);
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QDir>
+#include <QString>
+
+#include <functional>
+
+class CTableViewCAN;
+class GUI_CanView;
+class QFileDialog;
+class QWidget;
+
+/// Drives the main window as a user would, step by step, and keeps a screenshot of each step.
+class Tour
+{
+public:
+    /// Files are named after language and written to folder.
+    Tour(GUI_CanView &window, const QString &language, const QDir &folder);
+
+    /// Runs all steps; false, with a line on standard error, at the first one that does not come about.
+    bool run();
+
+private:
+    bool openChannels();
+    bool receive();
+    bool send();
+    bool hideIdentifier();
+    bool saveCaptures();
+    bool saveInRealTime();
+    bool closeChannels();
+
+    bool waitUntil(const char *what, const std::function<bool()> &condition) const;
+    QWidget *tab() const;
+    CTableViewCAN *table() const;
+    template<typename Widget>
+    Widget *widget(const char *name) const;
+    void click(const char *name) const;
+    void type(const char *name, const QString &text) const;
+    void shoot(QWidget &target, const QString &name);
+    QString file(const QString &name) const;
+
+    GUI_CanView &m_window;
+    QString m_language;
+    QDir m_folder;
+    int m_shots = 0;
+};

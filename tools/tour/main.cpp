@@ -1,0 +1,29 @@
+// x9_tour LANGUAGE FOLDER   Shows the program at work (LANGUAGE zh or en), to be started beside the adapter library.
+
+#include "app/ApplicationSetup.h"
+#include "app/GUI_CanView.h"
+#include "device/CANCommunication.h"
+#include "tools/tour/Tour.h"
+
+#include <QApplication>
+#include <QTextStream>
+#include <QTranslator>
+
+int main(int argc, char *argv[])
+{
+    setApplicationAttributes();
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    QApplication application(argc, argv);
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.size() != 3 || !QDir(arguments.at(2)).exists()) {
+        QTextStream(stderr) << "usage: x9_tour zh|en FOLDER\n";
+        return 2;
+    }
+    applyApplicationLook(application);
+    QTranslator translator;
+    installLanguage(translator, arguments.at(1) == QLatin1String("en") ? 1 : 0);
+
+    GUI_CanView window(std::make_unique<CANCommunication>());
+    window.show();
+    return Tour(window, arguments.at(1), QDir(arguments.at(2))).run() ? 0 : 1;
+}
