@@ -15,8 +15,7 @@ private slots:
     void nothingToTell();
 };
 
-namespace
-{
+namespace {
 /// A library for the other word size: an ELF header of 64 bytes with class 32 bit, or a PE file for i386.
 QByteArray foreignLibrary()
 {
@@ -27,9 +26,10 @@ QByteArray foreignLibrary()
     file.replace(0x80, 6, QByteArray("PE\0\0\x4C\x01", 6));
 #else
     QByteArray file(64, '\0');
-    file.replace(0, 7, QByteArray("\x7F"
-                                  "ELF\x01\x01\x01",
-                                  7));
+    file.replace(0, 7,
+                 QByteArray("\x7F"
+                            "ELF\x01\x01\x01",
+                            7));
     file[16] = 3; // shared object
     file[18] = 3; // EM_386
 #endif
@@ -71,7 +71,10 @@ void tst_AdapterProblem::unloadableLibrary()
     QVERIFY2(text.contains(api.systemMessage()), qPrintable(text));
 }
 
-void tst_AdapterProblem::nothingToTell() { QVERIFY(adapterLibraryProblem(CANAPI(QString())).isEmpty()); }
+void tst_AdapterProblem::nothingToTell()
+{
+    QVERIFY(adapterLibraryProblem(CANAPI(QString())).isEmpty());
+}
 
 QTEST_GUILESS_MAIN(tst_AdapterProblem)
 #include "tst_AdapterProblem.moc"

@@ -5,8 +5,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-namespace
-{
+namespace {
 /// Makes the helpers that tabs use reachable for the test.
 class Tab : public WidgetDeviceBase
 {

@@ -1,0 +1,138 @@
+#include "app/GUI_CanView.h"
+#include "can/GUI_CanDevice.h"
+#include "capture/CTableViewCAN.h"
+#include "device/CANAPI.h"
+#include "device/CANCommunication.h"
+#include "tests/support/AdapterFolder.h"
+
+#include <QAbstractButton>
+#include <QMenu>
+#include <QMessageBox>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QToolButton>
+#include <QtTest>
+
+namespace {
+const QByteArray OneDevice = R"({
+  "buses": [{"name": "busy", "bitrate": "500k", "nodes": [{"id": "0x100", "length": 8, "period_us": 1000}]}],
+  "devices": [{"serial": "A", "model": "X9FC-1", "firmware": "V2.05", "hardware": "V1",
+               "can": [{"bus": "busy"}, {"bus": "busy"}], "lin": []}]
+})";
+const QByteArray NoDevice = R"({"buses": [], "devices": []})";
+
+std::unique_ptr<CANCommunication> manager(const QString &library = QStringLiteral(X9_VIRTUAL_ADAPTER))
+{
+    return std::make_unique<CANCommunication>(std::make_unique<CANAPI>(library));
+}
+
+QTabWidget *tabsOf(const GUI_CanView &window)
+{
+    return window.findChild<QTabWidget *>(QStringLiteral("tabWidget"));
+}
+} // namespace
+
+class tst_GUI_CanView : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void opensBothChannelsByItself();
+    void closesTabs();
+    void closesAndOpensFromTheMenu();
+    void saysThatThereIsNoDevice();
+    void explainsAMissingLibrary();
+    void closesWhileFramesArrive();
+};
+
+void tst_GUI_CanView::opensBothChannelsByItself()
+{
+    const AdapterFolder folder(OneDevice);
+    GUI_CanView window(manager());
+    window.show();
+    QCOMPARE(window.windowTitle(), QStringLiteral("X9CAN V1.1.1"));
+    QCOMPARE(window.size(), QSize(1000, 650));
+    QTRY_COMPARE(tabsOf(window)->count(), 2);
+    QCOMPARE(tabsOf(window)->tabText(0), QStringLiteral("CAN Device: 0 Channel: 0"));
+    QCOMPARE(tabsOf(window)->tabText(1), QStringLiteral("CAN Device: 0 Channel: 1"));
+    QCOMPARE(window.findChild<QStatusBar *>()->currentMessage(), QStringLiteral("Devices is open"));
+    const auto tables = window.findChildren<CTableViewCAN *>();
+    QCOMPARE(tables.size(), 2);
+    QTRY_VERIFY(tables.at(0)->rowCount() > 100 && tables.at(1)->rowCount() > 100);
+}
+
+void tst_GUI_CanView::closesTabs()
+{
+    const AdapterFolder folder(OneDevice);
+    GUI_CanView window(manager());
+    window.show();
+    QTRY_COMPARE(tabsOf(window)->count(), 2);
+    auto *button = qobject_cast<QAbstractButton *>(tabsOf(window)->tabBar()->tabButton(0, QTabBar::RightSide));
+    QVERIFY(button != nullptr);
+    QTest::mouseClick(button, Qt::LeftButton);
+    QCOMPARE(tabsOf(window)->count(), 1);
+    QCOMPARE(tabsOf(window)->tabText(0), QStringLiteral("CAN Device: 0 Channel: 1"));
+    QTRY_COMPARE(window.findChildren<GUI_CanDevice *>().size(), 1);
+}
+
+void tst_GUI_CanView::closesAndOpensFromTheMenu()
+{
+    const AdapterFolder folder(OneDevice);
+    GUI_CanView window(manager());
+    window.show();
+    QTRY_COMPARE(tabsOf(window)->count(), 2);
+    const QList<QAction *> actions = window.findChild<QToolButton *>(QStringLiteral("btn_connect"))->menu()->actions();
+    QCOMPARE(actions.at(0)->text(), QStringLiteral("Open device"));
+    QCOMPARE(actions.at(1)->text(), QStringLiteral("Close device"));
+    actions.at(1)->trigger();
+    QCOMPARE(tabsOf(window)->count(), 0);
+    QCOMPARE(window.findChild<QStatusBar *>()->currentMessage(), QStringLiteral("Device turned off"));
+    QTRY_COMPARE(window.findChildren<GUI_CanDevice *>().size(), 0);
+    actions.at(0)->trigger();
+    QCOMPARE(tabsOf(window)->count(), 2);
+}
+
+void tst_GUI_CanView::saysThatThereIsNoDevice()
+{
+    const AdapterFolder folder(NoDevice);
+    GUI_CanView window(manager());
+    window.show();
+    QTRY_COMPARE(window.findChild<QStatusBar *>()->currentMessage(), QStringLiteral("No devices!!!"));
+    QCOMPARE(tabsOf(window)->count(), 0);
+    QVERIFY(window.findChild<QMessageBox *>() == nullptr); // the library is fine
+}
+
+void tst_GUI_CanView::explainsAMissingLibrary()
+{
+    GUI_CanView window(manager(QStringLiteral("./no-such-library")));
+    window.show();
+    QTRY_VERIFY(window.findChild<QMessageBox *>() != nullptr);
+    auto *box = window.findChild<QMessageBox *>();
+    QVERIFY2(box->text().contains(QLatin1String("no-such-library")), qPrintable(box->text()));
+    QVERIFY(box->isModal());
+    QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+    QTRY_VERIFY(window.findChild<QMessageBox *>() == nullptr);
+}
+
+void tst_GUI_CanView::closesWhileFramesArrive()
+{
+    const AdapterFolder folder(OneDevice);
+    {
+        GUI_CanView window(manager());
+        window.show();
+        QTRY_COMPARE(tabsOf(window)->count(), 2);
+        QTRY_VERIFY(window.findChildren<CTableViewCAN *>().first()->rowCount() > 0);
+        window.slot_closeTabRequest(0); // waits to be deleted while the window goes
+        window.close();
+    }
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    // Everything is closed: the same device opens again.
+    CANCommunication second(std::make_unique<CANAPI>(QStringLiteral(X9_VIRTUAL_ADAPTER)));
+    QCOMPARE(second.openDevice(0), CAN_OK);
+    QCOMPARE(second.closeDevice(0), CAN_OK);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+QTEST_MAIN(tst_GUI_CanView)
+#include "tst_GUI_CanView.moc"

@@ -1,0 +1,419 @@
+#include "can/GUI_CanDevice.h"
+#include "capture/CTableViewCAN.h"
+#include "device/CANAPI.h"
+#include "device/CANCommunication.h"
+#include "tests/support/AdapterFolder.h"
+#include "tests/support/SaveDialogDriver.h"
+
+#include <QComboBox>
+#include <QFile>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QtTest>
+
+namespace {
+// Both channels of device 0 sit on one bus, so each receives what the other sends; device 1 has a bus with traffic.
+const QByteArray Buses = R"({
+  "buses": [
+    {"name": "quiet", "bitrate": "500k", "data_rate": 2, "nodes": []},
+    {"name": "busy", "bitrate": "500k", "data_rate": 2, "nodes": [
+      {"id": "0x100", "length": 8, "period_us": 2000, "payload": "counting"},
+      {"id": "0x200", "length": 4, "period_us": 2000, "phase_us": 700, "payload": "counting"}
+    ]}
+  ],
+  "devices": [
+    {"serial": "A", "model": "X9FC-1", "firmware": "V2.05", "hardware": "V1",
+     "can": [{"bus": "quiet"}, {"bus": "quiet"}], "lin": []},
+    {"serial": "B", "model": "X9FC-2", "firmware": "V2.05", "hardware": "V1",
+     "can": [{"bus": "busy"}, {"bus": "busy"}], "lin": []}
+  ]
+})";
+
+ChannelParam channel(quint8 device, quint8 ch, bool isCANFD = false)
+{
+    ChannelParam param;
+    param.device = device;
+    param.channel = ch;
+    param.Timing0 = 0x00;
+    param.Timing1 = 0x1C;
+    param.AccMask = 0xFFFFFFFF;
+    param.isCANFD = isCANFD;
+    param.dataRateCANFD = isCANFD ? 2 : 0;
+    return param;
+}
+
+/// A tab on screen, its widgets by name.
+class TabUnderTest
+{
+public:
+    TabUnderTest(const ChannelParam &param, CANCommunication &communication)
+        : tab(param, communication)
+    {
+        tab.resize(1000, 600);
+        tab.show();
+    }
+
+    template<typename Widget>
+    Widget *find(const char *name) const
+    {
+        return tab.findChild<Widget *>(QLatin1String(name));
+    }
+    void click(const char *name) const { QTest::mouseClick(find<QAbstractButton>(name), Qt::LeftButton); }
+    void type(const char *name, const QString &text) const
+    {
+        auto *field = find<QLineEdit>(name);
+        field->setFocus();
+        field->selectAll();
+        QTest::keyClick(field, Qt::Key_Delete);
+        QTest::keyClicks(field, text);
+    }
+    void choose(const char *name, int data) const
+    {
+        auto *combo = find<QComboBox>(name);
+        combo->setCurrentIndex(combo->findData(data));
+    }
+    CTableViewCAN *table() const { return find<CTableViewCAN>("tableView"); }
+    int rows() const { return table()->rowCount(); }
+    QString cell(int row, int column) const
+    {
+        const QAbstractItemModel *model = table()->findChild<QTableView *>()->model();
+        return model->index(row, column).data().toString();
+    }
+
+    GUI_CanDevice tab;
+};
+} // namespace
+
+class tst_GUI_CanDevice : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
+    void init();
+    void cleanup();
+
+    void opensAndClosesItsChannel();
+    void isNotOpenWhenTheChannelIsTaken();
+    void sendsOneFrameAndListsIt();
+    void listsARefusedFrame();
+    void refusesAnIdentifierOutOfRange();
+    void correctsTheIdentifierWhileTyping();
+    void offersLengthsByProtocol();
+    void sendsFdFrames();
+    void pausedSendingSendsButDoesNotList();
+    void listsOnlyItsOwnChannel();
+    void pausedReceivingListsNothing();
+    void hidesAnIdentifier();
+    void showsTheRates();
+    void savesTheMostRecentFrames();
+    void reportsAFailedSave();
+    void savesInRealTime();
+    void realTimeSavingEndsWithTheFolder();
+    void keepsTheRowsWhenTheCacheFieldIsEmptied();
+
+private:
+    std::unique_ptr<AdapterFolder> m_folder;
+    std::unique_ptr<CANCommunication> m_manager;
+};
+
+void tst_GUI_CanDevice::init()
+{
+    m_folder = std::make_unique<AdapterFolder>(Buses);
+    m_manager = std::make_unique<CANCommunication>(std::make_unique<CANAPI>(QStringLiteral(X9_VIRTUAL_ADAPTER)));
+    QCOMPARE(m_manager->api().state(), AdapterLibraryState::Loaded);
+}
+
+void tst_GUI_CanDevice::cleanup()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    m_manager.reset();
+    m_folder.reset();
+}
+
+void tst_GUI_CanDevice::opensAndClosesItsChannel()
+{
+    {
+        const TabUnderTest user(channel(0, 0), *m_manager);
+        QVERIFY(user.tab.isChannelOpen());
+        QVERIFY(m_manager->isDeviceOpen(0));
+    }
+    QVERIFY(!m_manager->isDeviceOpen(0));
+}
+
+void tst_GUI_CanDevice::isNotOpenWhenTheChannelIsTaken()
+{
+    const TabUnderTest user(channel(0, 0), *m_manager);
+    {
+        const TabUnderTest second(channel(0, 0), *m_manager);
+        QVERIFY(!second.tab.isChannelOpen());
+    }
+    QVERIFY(m_manager->isDeviceOpen(0)); // the second tab has not closed what it did not open
+}
+
+void tst_GUI_CanDevice::sendsOneFrameAndListsIt()
+{
+    const TabUnderTest user(channel(0, 0), *m_manager);
+    const TabUnderTest other(channel(0, 1), *m_manager);
+    user.choose("cbx_frameType", 1);
+    user.type("lbx_frameID", QStringLiteral("1ABCDEF"));
+    user.choose("cbx_length", 3);
+    user.type("lbx_data", QStringLiteral("0A0B0C"));
+    user.click("btn_sendData");
+    QTRY_COMPARE(user.rows(), 1);
+    QCOMPARE(user.cell(0, 2), QStringLiteral("None"));
+    QCOMPARE(user.cell(0, 3), QStringLiteral("Send successfully"));
+    QCOMPARE(user.cell(0, 4), QStringLiteral("0x1ABCDEF"));
+    QCOMPARE(user.cell(0, 7), QStringLiteral("Extend"));
+    QCOMPARE(user.cell(0, 9), QStringLiteral("0A 0B 0C "));
+    QTRY_COMPARE(other.rows(), 1);
+    QCOMPARE(other.cell(0, 3), QStringLiteral("Revice"));
+    QCOMPARE(other.cell(0, 9), QStringLiteral("0A 0B 0C "));
+}
+
+void tst_GUI_CanDevice::listsARefusedFrame()
+{
+    ChannelParam listening = channel(0, 0);
+    listening.listenOnly = 1;
+    const TabUnderTest user(listening, *m_manager);
+    user.click("btn_sendData");
+    QTRY_COMPARE(user.rows(), 1);
+    QCOMPARE(user.cell(0, 3), QStringLiteral("Send failure"));
+}
+
+void tst_GUI_CanDevice::refusesAnIdentifierOutOfRange()
+{
+    const TabUnderTest user(channel(0, 0), *m_manager);
+    QSignalSpy messages(&user.tab, &WidgetDeviceBase::sig_showMessageBox);
+    user.choose("cbx_frameType", 1);
+    user.type("lbx_frameID", QStringLiteral("800"));
+    user.choose("cbx_frameType", 0); // now out of range
+    user.click("btn_sendData");
+    QCOMPARE(messages.count(), 1);
+    QCOMPARE(messages.first().at(0).toString(),
+             QStringLiteral("Frame ID error, Standard frame valid range: 0x0-0x7FF, Extend frame valid range: "
+                            "0x0-0x1FFFFFFF"));
+    QCOMPARE(messages.first().at(1).toInt(), 4);
+    QVERIFY(user.find<QLineEdit>("lbx_frameID")->text() != QLatin1String("800"));
+    user.table()->refresh();
+    QCOMPARE(user.rows(), 0);
+}
+
+void tst_GUI_CanDevice::correctsTheIdentifierWhileTyping()
+{
+    const TabUnderTest user(channel(0, 0), *m_manager);
+    user.type("lbx_frameID", QStringLiteral("8000"));
+    QCOMPARE(user.find<QLineEdit>("lbx_frameID")->text(), QStringLiteral("7FF"));
+}
+
+void tst_GUI_CanDevice::offersLengthsByProtocol()
+{
+    const TabUnderTest classic(channel(0, 0), *m_manager);
+    QVERIFY(classic.find<QComboBox>("cbx_frameFormat")->isEnabled());
+    QVERIFY(!classic.find<QComboBox>("cbx_protocol")->isEnabled());
+    QCOMPARE(classic.find<QComboBox>("cbx_length")->count(), 8);
+
+    const TabUnderTest fd(channel(0, 1, true), *m_manager);
+    QVERIFY(fd.tab.isChannelOpen());
+    QVERIFY(!fd.find<QComboBox>("cbx_frameFormat")->isEnabled());
+    QVERIFY(fd.find<QComboBox>("cbx_protocol")->isEnabled());
+    fd.choose("cbx_protocol", 1);
+    QCOMPARE(fd.find<QComboBox>("cbx_length")->count(), 15);
+    fd.choose("cbx_length", 64);
+    fd.choose("cbx_protocol", 0);
+    QCOMPARE(fd.find<QComboBox>("cbx_length")->currentData().toInt(), 8);
+}
+
+void tst_GUI_CanDevice::sendsFdFrames()
+{
+    const TabUnderTest user(channel(0, 0, true), *m_manager);
+    const TabUnderTest other(channel(0, 1, true), *m_manager);
+    user.choose("cbx_protocol", 2);
+    user.choose("cbx_length", 64);
+    user.type("lbx_data", QString(128, QLatin1Char('5')));
+    user.click("btn_sendData");
+    QTRY_COMPARE(other.rows(), 1);
+    QCOMPARE(other.cell(0, 5), QStringLiteral("CANFD Speed"));
+    QCOMPARE(other.cell(0, 8), QStringLiteral("0x40"));
+    QCOMPARE(other.cell(0, 9), QStringLiteral("55 ").repeated(64));
+}
+
+void tst_GUI_CanDevice::pausedSendingSendsButDoesNotList()
+{
+    const TabUnderTest user(channel(0, 0), *m_manager);
+    const TabUnderTest other(channel(0, 1), *m_manager);
+    QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
+    user.click("btn_pause");
+    QCOMPARE(notices.last().at(0).toString(), QStringLiteral("Suspend CAN sending"));
+    user.click("btn_sendData");
+    QTRY_COMPARE(other.rows(), 1);
+    user.table()->refresh();
+    QCOMPARE(user.rows(), 0);
+    user.click("btn_pause");
+    QCOMPARE(notices.last().at(0).toString(), QStringLiteral("Resume CAN sending"));
+    user.click("btn_sendData");
+    QTRY_COMPARE(user.rows(), 1);
+}
+
+void tst_GUI_CanDevice::listsOnlyItsOwnChannel()
+{
+    TabUnderTest user(channel(0, 0), *m_manager);
+    VCI_CAN_OBJ frame{};
+    frame.ID = 0x123;
+    user.tab.slot_readResultCallback(0, 1, {frame});
+    user.tab.slot_readResultCallback(1, 0, {frame});
+    user.table()->refresh();
+    QCOMPARE(user.rows(), 0);
+    user.tab.slot_readResultCallback(0, 0, {frame});
+    user.table()->refresh();
+    QCOMPARE(user.rows(), 1);
+}
+
+void tst_GUI_CanDevice::pausedReceivingListsNothing()
+{
+    TabUnderTest user(channel(0, 0), *m_manager);
+    QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
+    user.click("btn_pauseReceiving");
+    QCOMPARE(notices.last().at(0).toString(), QStringLiteral("Suspend CAN receiving"));
+    user.tab.slot_readResultCallback(0, 0, {VCI_CAN_OBJ{}});
+    user.tab.slot_readResultCallbackCANFD(0, 0, {VCI_CANFD_OBJ{}});
+    user.table()->refresh();
+    QCOMPARE(user.rows(), 0);
+    user.click("btn_pauseReceiving");
+    QCOMPARE(notices.last().at(0).toString(), QStringLiteral("Resume CAN receiving"));
+    user.tab.slot_readResultCallback(0, 0, {VCI_CAN_OBJ{}});
+    user.table()->refresh();
+    QCOMPARE(user.rows(), 1);
+}
+
+void tst_GUI_CanDevice::hidesAnIdentifier()
+{
+    TabUnderTest user(channel(0, 0), *m_manager);
+    VCI_CAN_OBJ hidden{};
+    hidden.ID = 0x100;
+    VCI_CAN_OBJ shown{};
+    shown.ID = 0x200;
+    user.type("lbx_setFilter", QStringLiteral("100"));
+    user.click("btn_setFilter"); // not enabled: nothing happens
+    user.tab.slot_readResultCallback(0, 0, {hidden, shown});
+    user.table()->refresh();
+    QCOMPARE(user.rows(), 2);
+    user.click("rbtn_enable");
+    user.click("btn_setFilter");
+    user.tab.slot_readResultCallback(0, 0, {hidden, shown, hidden});
+    user.table()->refresh();
+    QCOMPARE(user.rows(), 3);
+    user.click("rbtn_disable");
+    user.tab.slot_readResultCallback(0, 0, {hidden});
+    user.table()->refresh();
+    QCOMPARE(user.rows(), 4);
+}
+
+void tst_GUI_CanDevice::showsTheRates()
+{
+    const TabUnderTest user(channel(1, 0), *m_manager);
+    QCOMPARE(user.find<QLineEdit>("lbx_rateR")->text(), QStringLiteral("0 p/s"));
+    user.click("btn_sendData");
+    QTRY_VERIFY(user.find<QLineEdit>("lbx_rateT")->text() == QLatin1String("1 p/s"));
+    QTRY_VERIFY(user.find<QLineEdit>("lbx_rateR")->text().split(QLatin1Char(' ')).first().toInt() > 100);
+}
+
+void tst_GUI_CanDevice::savesTheMostRecentFrames()
+{
+    TabUnderTest user(channel(0, 0), *m_manager);
+    QVector<VCI_CAN_OBJ> frames(5, VCI_CAN_OBJ{});
+    for (int i = 0; i < frames.size(); ++i) {
+        frames[i].ID = static_cast<quint32>(i);
+    }
+    user.tab.slot_readResultCallback(0, 0, frames);
+    user.table()->refresh();
+    user.type("lbx_frameOfSaved", QStringLiteral("2"));
+    QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
+    const QString path = m_folder->filePath(QStringLiteral("capture.csv"));
+    const SaveDialogDriver dialog(path);
+    user.click("btn_save");
+    QVERIFY(dialog.isAnswered());
+    QCOMPARE(dialog.nameFilters(),
+             (QStringList{QStringLiteral("CAN File(*.can)"), QStringLiteral("CANFD File(*.canfd)"),
+                          QStringLiteral("Csv File(*.csv)"), QStringLiteral("Text File(*.txt)")}));
+    QCOMPARE(notices.count(), 1);
+    QCOMPARE(notices.first(), (QVariantList{QStringLiteral("File saved successfully!"), 0, 1500}));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
+    const QList<QByteArray> lines = file.readAll().split('\n');
+    QCOMPARE(lines.size(), 6); // own header, titles, two frames, the empty line and its end
+    QVERIFY2(lines.at(2).startsWith("4,") && lines.at(2).contains(",0x3,"), lines.at(2).constData());
+    QVERIFY2(lines.at(3).startsWith("5,") && lines.at(3).contains(",0x4,"), lines.at(3).constData());
+}
+
+void tst_GUI_CanDevice::reportsAFailedSave()
+{
+    const TabUnderTest user(channel(0, 0), *m_manager);
+    QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
+    const SaveDialogDriver dialog(m_folder->filePath(QStringLiteral("capture.bin")));
+    user.click("btn_save");
+    QVERIFY(dialog.isAnswered());
+    QCOMPARE(notices.first(), (QVariantList{QStringLiteral("File saving failure!"), 3, 1500}));
+}
+
+void tst_GUI_CanDevice::savesInRealTime()
+{
+    TabUnderTest user(channel(0, 0), *m_manager);
+    user.tab.slot_readResultCallback(0, 0, {VCI_CAN_OBJ{}});
+    user.table()->refresh();
+    const QString path = m_folder->filePath(QStringLiteral("live.csv"));
+    const SaveDialogDriver dialog(path);
+    user.click("btn_realTimeSaving");
+    QCOMPARE(dialog.nameFilters(),
+             (QStringList{QStringLiteral("Text File(*.txt)"), QStringLiteral("CSV File(*.csv)")}));
+    QCOMPARE(user.find<QPushButton>("btn_realTimeSaving")->text(), QStringLiteral("Stop"));
+    user.tab.slot_readResultCallback(0, 0, {VCI_CAN_OBJ{}, VCI_CAN_OBJ{}});
+    user.table()->refresh();
+    user.click("btn_realTimeSaving");
+    QCOMPARE(user.find<QPushButton>("btn_realTimeSaving")->text(), QStringLiteral("Real time saving"));
+    QVERIFY(!user.table()->isRealTimeSaving());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
+    const QList<QByteArray> lines = file.readAll().split('\n');
+    QVERIFY(lines.at(2).startsWith("1,"));
+    QVERIFY(lines.at(4).startsWith("2,") && lines.at(4).endsWith(','));
+    QVERIFY(lines.at(5).startsWith("3,"));
+}
+
+void tst_GUI_CanDevice::realTimeSavingEndsWithTheFolder()
+{
+    TabUnderTest user(channel(0, 0), *m_manager);
+    QTemporaryDir folder;
+    const SaveDialogDriver dialog(folder.filePath(QStringLiteral("live.csv")));
+    user.click("btn_realTimeSaving");
+    QVERIFY(user.table()->isRealTimeSaving());
+    QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
+    QVERIFY(folder.remove());
+    for (int i = 0; i < 2; ++i) {
+        user.tab.slot_readResultCallback(0, 0, {VCI_CAN_OBJ{}});
+        user.table()->refresh();
+    }
+    QCOMPARE(notices.count(), 1);
+    QCOMPARE(notices.first(), (QVariantList{QStringLiteral("File saving failure!"), 3, 1500}));
+    QCOMPARE(user.find<QPushButton>("btn_realTimeSaving")->text(), QStringLiteral("Real time saving"));
+}
+
+void tst_GUI_CanDevice::keepsTheRowsWhenTheCacheFieldIsEmptied()
+{
+    TabUnderTest user(channel(0, 0), *m_manager);
+    user.tab.slot_readResultCallback(0, 0, QVector<VCI_CAN_OBJ>(10, VCI_CAN_OBJ{}));
+    user.table()->refresh();
+    user.type("lbx_cache", QString());
+    QTest::keyClick(user.find<QLineEdit>("lbx_cache"), Qt::Key_Return);
+    QCOMPARE(user.rows(), 10);
+    user.type("lbx_cache", QStringLiteral("4"));
+    QTest::keyClick(user.find<QLineEdit>("lbx_cache"), Qt::Key_Return);
+    QCOMPARE(user.rows(), 4);
+}
+
+QTEST_MAIN(tst_GUI_CanDevice)
+#include "tst_GUI_CanDevice.moc"
