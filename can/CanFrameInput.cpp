@@ -60,11 +60,9 @@ QByteArray payloadFromText(const QString &text, int length)
 
 QVector<int> payloadLengths(bool isCANFD)
 {
-    QVector<int> lengths{1, 2, 3, 4, 5, 6, 7, 8};
-    if (isCANFD) {
-        lengths += {12, 16, 20, 24, 32, 48, 64};
-    }
-    return lengths;
+    static const QVector<int> lengths{1, 2, 3, 4, 5, 6, 7, 8, 12, 16, 20, 24, 32, 48, 64};
+    constexpr int classicCount = 8;
+    return isCANFD ? lengths : lengths.mid(0, classicCount);
 }
 
 VCI_CAN_OBJ toClassicFrame(const CanFrameInput &input)

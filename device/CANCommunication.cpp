@@ -251,10 +251,11 @@ CANError CANCommunication::openChannel(const ChannelParam &param)
     if (param.channel >= ChannelCount) {
         return CAN_ChannelOpenFailed;
     }
-    if (openDevice(param.device) == CAN_DeviceOpenFailed) {
+    openDevice(param.device);
+    DeviceEntry *entry = m_p->device(param.device);
+    if (entry == nullptr) {
         return CAN_DeviceOpenFailed;
     }
-    DeviceEntry *entry = m_p->device(param.device);
     if (entry->canOpen[param.channel] != 0) {
         return CAN_ChannelExists;
     }
@@ -428,10 +429,11 @@ CANError CANCommunication::openLIN(const ChannelParam &param)
     if (param.channel >= ChannelCount) {
         return CAN_ChannelOpenFailed;
     }
-    if (openDevice(param.device) == CAN_DeviceOpenFailed) {
+    openDevice(param.device);
+    DeviceEntry *entry = m_p->device(param.device);
+    if (entry == nullptr) {
         return CAN_DeviceOpenFailed;
     }
-    DeviceEntry *entry = m_p->device(param.device);
     if (entry->linOpen[param.channel] != 0) {
         return CAN_ChannelExists;
     }
@@ -485,12 +487,10 @@ CANError CANCommunication::transmitLIN(quint8 dev, quint8 ch, const VCI_LIN_OBJ 
 
 CANError CANCommunication::receiveLIN(quint8 dev, quint8 ch, VCI_LIN_OBJ *frame)
 {
-    *frame = {};
     return succeeds(m_p->api->KQ_ReceiveLIN, dev, ch, frame) ? CAN_OK : CAN_ReadFailed;
 }
 
 CANError CANCommunication::receiveLINBySlave(quint8 dev, quint8 ch, VCI_LIN_OBJ *frame)
 {
-    *frame = {};
     return succeeds(m_p->api->KQ_ReceiveLINBySlave, dev, ch, frame) ? CAN_OK : CAN_ReadFailed;
 }

@@ -95,9 +95,10 @@ public:
     CANError changeLINMode(quint8 dev, quint8 ch, quint8 mode);
     /// CAN_SendFailed.
     CANError transmitLIN(quint8 dev, quint8 ch, const VCI_LIN_OBJ &frame);
-    /// Zeroes frame and lets the adapter fill it; DataLen 0 means that nothing was received. CAN_ReadFailed.
+    /// Asks for the identifier in frame, zero otherwise, and lets the adapter fill it; DataLen 0 means that nothing was
+    /// received. CAN_ReadFailed.
     CANError receiveLIN(quint8 dev, quint8 ch, VCI_LIN_OBJ *frame);
-    /// The same for a slave's answer.
+    /// The next frame seen on the bus; frame must be zero before. DataLen 0 means that there was none. CAN_ReadFailed.
     CANError receiveLINBySlave(quint8 dev, quint8 ch, VCI_LIN_OBJ *frame);
 
 signals:

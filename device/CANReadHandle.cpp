@@ -64,10 +64,9 @@ CANReadHandle::~CANReadHandle() = default;
 void CANReadHandle::setFlagRead(bool state)
 {
     const QMutexLocker lock(&m_p->mutex);
-    for (auto *flags : {&m_p->flagCAN, &m_p->flagCANFD}) {
-        for (std::atomic<bool> &flag : *flags) {
-            flag = false;
-        }
+    for (std::size_t channel = 0; channel < m_p->flagCAN.size(); ++channel) {
+        m_p->flagCAN[channel] = false;
+        m_p->flagCANFD[channel] = false;
     }
     m_p->flagRead = state;
     m_p->ended.wakeAll();
@@ -76,13 +75,13 @@ void CANReadHandle::setFlagRead(bool state)
 void CANReadHandle::setFlagCAN(std::uint8_t canInd, bool state)
 {
     const QMutexLocker lock(&m_p->mutex);
-    m_p->flagCAN[canInd == 0 ? 0 : 1] = state;
+    (canInd == 0 ? m_p->flagCAN.front() : m_p->flagCAN.back()) = state;
 }
 
 void CANReadHandle::setFlagCANFD(std::uint8_t canInd, bool state)
 {
     const QMutexLocker lock(&m_p->mutex);
-    m_p->flagCANFD[canInd == 0 ? 0 : 1] = state;
+    (canInd == 0 ? m_p->flagCANFD.front() : m_p->flagCANFD.back()) = state;
 }
 
 void CANReadHandle::readHandle(quint8 id, CANAPI *api)

@@ -1,3 +1,5 @@
+cmake_minimum_required(VERSION 3.25)
+
 # cmake -DROOT=<source tree> -P check_layering.cmake
 # Fails on a project include that points from a folder to one it must not know, and on Qt modules a folder must not use.
 set(may_include_widgets "")

@@ -151,7 +151,7 @@ private slots:
     void changeLINParamFails_data();
     void changeLINParamFails();
     void usesLIN();
-    void receivedLINFrameIsZeroedBefore();
+    void receivedLINFrameCarriesTheRequest();
     void useOfLINFails_data();
     void useOfLINFails();
 
@@ -1194,21 +1194,21 @@ void tst_CANCommunication::usesLIN()
     QCOMPARE(m_adapter->takeCalls(), calls("KQ_ChangeLINMode 4 0 1 3; KQ_TransmitLIN 4 0 1 {2 33 ab000000000000cd 7}"));
 }
 
-void tst_CANCommunication::receivedLINFrameIsZeroedBefore()
+void tst_CANCommunication::receivedLINFrameCarriesTheRequest()
 {
     VCI_LIN_OBJ answer{};
     answer.DataLen = 1;
     answer.ID = 0x11;
     answer.Data[0] = 0x22;
     m_adapter->setLINFrame(answer);
-    VCI_LIN_OBJ frame;
     for (const bool isBySlave : {false, true}) {
-        std::fill_n(reinterpret_cast<char *>(&frame), sizeof frame, '\x7F');
+        VCI_LIN_OBJ frame{};
+        frame.ID = 0x11;
         QCOMPARE(isBySlave ? m_manager->receiveLINBySlave(0, 1, &frame) : m_manager->receiveLIN(0, 1, &frame), CAN_OK);
         QCOMPARE(std::memcmp(&frame, &answer, sizeof frame), 0);
     }
-    QCOMPARE(m_adapter->takeCalls(), calls("KQ_ReceiveLIN 4 0 1 {0000000000000000000000}; "
-                                           "KQ_ReceiveLINBySlave 4 0 1 {0000000000000000000000}"));
+    QCOMPARE(m_adapter->takeCalls(), calls("KQ_ReceiveLIN 4 0 1 {0011000000000000000000}; "
+                                           "KQ_ReceiveLINBySlave 4 0 1 {0011000000000000000000}"));
 }
 
 void tst_CANCommunication::useOfLINFails_data()

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -298,10 +299,10 @@ void ScriptedAdapter::setGateway(quint32 state, bool isStuck)
     m_isGatewayStuck = isStuck;
 }
 
-void ScriptedAdapter::setGatewayWords(const QVector<quint32> &words, quint32 count)
+void ScriptedAdapter::setGatewayWords(QVector<quint32> words, quint32 count)
 {
     const QMutexLocker lock(&m_mutex);
-    m_gatewayWords = words;
+    m_gatewayWords = std::move(words);
     m_gatewayCount = count;
 }
 

@@ -43,7 +43,7 @@ public:
     /// State of the gateway as the adapter reports it; switching changes it unless it is stuck.
     void setGateway(quint32 state, bool isStuck = false);
     /// What the gateway's list holds, and the count reported with it.
-    void setGatewayWords(const QVector<quint32> &words, quint32 count);
+    void setGatewayWords(QVector<quint32> words, quint32 count);
     /// The words handed over by the last KQ_SetCANGateWayIDFilter.
     QVector<quint32> gatewayWords() const;
     /// What the LIN receive entries write.
