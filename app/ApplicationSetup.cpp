@@ -20,6 +20,8 @@ void setApplicationAttributes()
 void applyApplicationLook(QApplication &application)
 {
     initResources();
+    // Where the font is not installed; the frame table asks for it by name as well.
+    QFont::insertSubstitution(QStringLiteral("Microsoft Yahei"), QStringLiteral("Noto Sans CJK SC"));
     QApplication::setFont(QFont(QStringLiteral("Microsoft Yahei"), FontPointSize));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/Logo/Logo16x16.ico")));
     application.setStyleSheet(QStringLiteral("file:///:/Skins/White/White.css"));

@@ -120,7 +120,7 @@ FrameLabels CTableViewCANPrivate::translatedLabels()
     set(FrameLabel::Can, QStringLiteral("CAN"));
     set(FrameLabel::CanFd, QStringLiteral("CANFD"));
     set(FrameLabel::CanFdSpeed, CTableViewCAN::tr("CANFD Speed"));
-    set(FrameLabel::Data, CTableViewCAN::tr("Data"));
+    set(FrameLabel::Data, CTableViewCAN::tr("Data", "frame format"));
     set(FrameLabel::Remote, CTableViewCAN::tr("Remote"));
     set(FrameLabel::Standard, CTableViewCAN::tr("Standard"));
     set(FrameLabel::Extend, CTableViewCAN::tr("Extend"));

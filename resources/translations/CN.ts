@@ -76,6 +76,11 @@
         <source>Extend</source>
         <translation>扩展帧</translation>
     </message>
+    <message>
+        <source>Data</source>
+        <comment>frame format</comment>
+        <translation>数据帧</translation>
+    </message>
 </context>
 <context>
     <name>GUI_CanDevice</name>
@@ -335,6 +340,14 @@
         <source>List send</source>
         <translation>列表发送</translation>
     </message>
+    <message>
+        <source>Frame ID:</source>
+        <translation>帧ID：</translation>
+    </message>
+    <message>
+        <source>Set</source>
+        <translation>设置</translation>
+    </message>
 </context>
 <context>
     <name>GUI_CanView</name>
@@ -421,6 +434,40 @@
     <message>
         <source>Channel</source>
         <translation>通道</translation>
+    </message>
+</context>
+<context>
+    <name>AdapterProblem</name>
+    <message>
+        <source>The adapter library %1 was not found.
+Put it beside the program and start the program again.</source>
+        <translation>未找到适配器动态库 %1。
+请将其放到程序所在目录，然后重新启动程序。</translation>
+    </message>
+    <message>
+        <source>The adapter library %1 is made for another kind of processor; this program needs the %2-bit one.
+Put the right library beside the program and start it again.</source>
+        <translation>适配器动态库 %1 与本程序的处理器架构不一致，本程序需要 %2 位版本。
+请将正确版本的动态库放到程序所在目录，然后重新启动程序。</translation>
+    </message>
+    <message>
+        <source>The adapter library %1 could not be loaded:
+%2</source>
+        <translation>无法加载适配器动态库 %1：
+%2</translation>
+    </message>
+    <message>
+        <source>The adapter library %1 is too old: it lacks %2.
+Install the adapter's current library.</source>
+        <translation>适配器动态库 %1 版本过旧，缺少 %2。
+请安装适配器的最新动态库。</translation>
+    </message>
+</context>
+<context>
+    <name>WidgetDeviceBase</name>
+    <message>
+        <source>Save File</source>
+        <translation>保存文件</translation>
     </message>
 </context>
 </TS>
