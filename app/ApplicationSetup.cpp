@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QFont>
 #include <QIcon>
+#include <QLibraryInfo>
 
 namespace {
 constexpr int LanguageChinese = 0;
@@ -27,10 +28,15 @@ void applyApplicationLook(QApplication &application)
     application.setStyleSheet(QStringLiteral("file:///:/Skins/White/White.css"));
 }
 
-bool installLanguage(QTranslator &translator, int language)
+bool installLanguage(Translators &translators, int language)
 {
     initResources();
-    const bool isLoaded = translator.load(language == LanguageChinese ? QStringLiteral(":/Language/CN.qm")
-                                                                      : QStringLiteral(":/Language/EN.qm"));
-    return isLoaded && QApplication::installTranslator(&translator);
+    const bool isChinese = language == LanguageChinese;
+    if (isChinese && translators.toolkit.load(QStringLiteral("qtbase_zh_CN"),
+                                              QLibraryInfo::location(QLibraryInfo::TranslationsPath))) {
+        QApplication::installTranslator(&translators.toolkit);
+    }
+    return translators.program.load(isChinese ? QStringLiteral(":/Language/CN.qm")
+                                              : QStringLiteral(":/Language/EN.qm")) &&
+           QApplication::installTranslator(&translators.program);
 }

@@ -10,6 +10,13 @@ void setApplicationAttributes();
 /// Font, window icon and style sheet.
 void applyApplicationLook(QApplication &application);
 
-/// Loads and installs the translation of a language as getLanguage() numbers them. The translator must outlive the
-/// windows. False when the translation is not in the program, which then speaks English.
-bool installLanguage(QTranslator &translator, int language);
+/// The texts of the program and of the toolkit's own dialogs. Must outlive the windows.
+struct Translators
+{
+    QTranslator program;
+    QTranslator toolkit;
+};
+
+/// Loads and installs the translations of a language as getLanguage() numbers them. False when the program's own is
+/// missing; it then speaks English. The toolkit's own come from the system and may be missing without harm.
+bool installLanguage(Translators &translators, int language);

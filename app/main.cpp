@@ -4,15 +4,14 @@
 #include "device/CANCommunication.h"
 
 #include <QApplication>
-#include <QTranslator>
 
 int main(int argc, char *argv[])
 {
     setApplicationAttributes();
     QApplication application(argc, argv);
     applyApplicationLook(application);
-    QTranslator translator;
-    installLanguage(translator, getLanguage());
+    Translators translators;
+    installLanguage(translators, getLanguage());
 
     GUI_CanView window(std::make_unique<CANCommunication>());
     window.show();

@@ -7,7 +7,6 @@
 
 #include <QApplication>
 #include <QTextStream>
-#include <QTranslator>
 
 int main(int argc, char *argv[])
 {
@@ -20,8 +19,8 @@ int main(int argc, char *argv[])
         return 2;
     }
     applyApplicationLook(application);
-    QTranslator translator;
-    installLanguage(translator, arguments.at(1) == QLatin1String("en") ? 1 : 0);
+    Translators translators;
+    installLanguage(translators, arguments.at(1) == QLatin1String("en") ? 1 : 0);
 
     GUI_CanView window(std::make_unique<CANCommunication>());
     window.show();
