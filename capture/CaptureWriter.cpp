@@ -293,6 +293,6 @@ bool saveCapture(const QString &path, const FrameStore &store, int first, int co
         return false;
     QSaveFile file(path);
     // Without the flush, a file smaller than the device's buffer would be taken for saved when the disk is full.
-    return file.open(QIODevice::WriteOnly) && writeCapture(file, *format, store, first, count, labels, style)
-           && file.flush() && file.commit();
+    return file.open(QIODevice::WriteOnly) && writeCapture(file, *format, store, first, count, labels, style) &&
+           file.flush() && file.commit();
 }

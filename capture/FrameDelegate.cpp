@@ -24,6 +24,12 @@ int textMargin(const QStyleOptionViewItem &option)
     return style != nullptr ? style->pixelMetric(QStyle::PM_FocusFrameHMargin, &option, option.widget) + 1 : 3;
 }
 
+/// Rounded as the style does for standard items, so that the text stands on the same pixel.
+int centredTop(const QRect &area, int height)
+{
+    return area.top() + area.height() / 2 - height / 2;
+}
+
 const QColor &textColor(const QStyleOptionViewItem &option)
 {
     QPalette::ColorGroup group = QPalette::Disabled;
@@ -139,8 +145,7 @@ void FrameDelegatePrivate::paintText(QPainter *painter, const QRect &area, const
         return;
     }
     m_run.setRawData(m_indexes.constData(), m_positions.constData(), m_indexes.size());
-    const int top = area.top() + (area.height() - m_height) / 2;
-    painter->drawGlyphRun(QPointF(area.left(), top + m_ascent), m_run);
+    painter->drawGlyphRun(QPointF(area.left(), centredTop(area, m_height) + m_ascent), m_run);
 }
 
 void FrameDelegatePrivate::paintOther(QPainter *painter, const QRect &area, const QString &text)
@@ -157,12 +162,13 @@ void FrameDelegatePrivate::paintOther(QPainter *painter, const QRect &area, cons
         known = m_staticTexts.insert(text, laidOut);
     }
     const QSizeF size = known->size();
-    if (size.width() > area.width()) {
-        const QString cut = painter->fontMetrics().elidedText(text, Qt::ElideRight, area.width());
-        painter->drawText(area, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, cut);
+    const QPoint place(area.left(), centredTop(area, static_cast<int>(size.height())));
+    if (size.width() <= area.width()) {
+        painter->drawStaticText(place, *known);
         return;
     }
-    painter->drawStaticText(QPointF(area.left(), area.top() + (area.height() - int(size.height())) / 2), *known);
+    const QString cut = painter->fontMetrics().elidedText(text, Qt::ElideRight, area.width());
+    painter->drawText(place + QPoint(0, m_ascent), cut);
 }
 
 FrameDelegate::FrameDelegate(const QFont &font, QObject *parent)

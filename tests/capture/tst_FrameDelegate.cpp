@@ -19,8 +19,9 @@ QFont cellFont()
 class Canvas
 {
 public:
-    explicit Canvas(const QString &text, int width = 200, qreal ratio = 1)
+    explicit Canvas(const QString &text, int width = 200, qreal ratio = 1, int height = 25)
         : m_width(width)
+        , m_height(height)
         , m_ratio(ratio)
     {
         m_model.appendRow(new QStandardItem(text));
@@ -39,7 +40,7 @@ public:
         option.fontMetrics = QFontMetrics(cellFont());
         option.displayAlignment = Qt::AlignLeft | Qt::AlignVCenter;
         option.state |= QStyle::State_Enabled | QStyle::State_Active;
-        option.rect = QRect(50, 40, m_width, 25);
+        option.rect = QRect(50, 40, m_width, m_height);
         return option;
     }
 
@@ -72,6 +73,7 @@ private:
     QStandardItemModel m_model;
     QTableView m_view;
     int m_width;
+    int m_height;
     qreal m_ratio;
 };
 
@@ -98,13 +100,15 @@ void tst_FrameDelegate::standsWhereAStandardItemStands_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<qreal>("ratio");
-    for (const qreal ratio : {1.0, 2.0}) {
-        QTest::addRow("digits x%g", ratio) << QStringLiteral("0x1FFFFFFF") << ratio;
-        QTest::addRow("time x%g", ratio) << QStringLiteral("12:34:56.789") << ratio;
-        QTest::addRow("payload x%g", ratio) << QStringLiteral("01 A2 FF 00 ") << ratio;
-        QTest::addRow("word x%g", ratio) << QStringLiteral("Send successfully") << ratio;
-        QTest::addRow("chinese x%g", ratio) << QStringLiteral("\u53d1\u9001\u6210\u529f") << ratio;
-        QTest::addRow("mixed x%g", ratio) << QStringLiteral("CANFD\u52a0\u901f") << ratio;
+    QTest::addColumn<int>("height");
+    const char *texts[] = {
+        "0x1FFFFFFF",       "12:34:56.789", "01 A2 FF 00 ", "Send successfully", "\u53d1\u9001\u6210\u529f",
+        "CANFD\u52a0\u901f"};
+    for (const char *text : texts) {
+        for (const qreal ratio : {1.0, 2.0}) {
+            for (const int height : {24, 25}) // without and with the line of the grid
+                QTest::addRow("%s x%g height %d", text, ratio, height) << QString::fromUtf8(text) << ratio << height;
+        }
     }
 }
 
@@ -112,7 +116,8 @@ void tst_FrameDelegate::standsWhereAStandardItemStands()
 {
     QFETCH(QString, text);
     QFETCH(qreal, ratio);
-    const Canvas canvas(text, 200, ratio);
+    QFETCH(int, height);
+    const Canvas canvas(text, 200, ratio, height);
     const QRect own = Canvas::ink(canvas.paint(FrameDelegate(cellFont())));
     const QRect standard = Canvas::ink(canvas.paint(QStyledItemDelegate()));
     QVERIFY(!standard.isEmpty());
