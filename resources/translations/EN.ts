@@ -335,6 +335,14 @@
         <source>List send</source>
         <translation>List send</translation>
     </message>
+    <message>
+        <source>Frame ID:</source>
+        <translation>Frame ID:</translation>
+    </message>
+    <message>
+        <source>Set</source>
+        <translation>Set</translation>
+    </message>
 </context>
 <context>
     <name>GUI_CanView</name>
@@ -421,6 +429,40 @@
     <message>
         <source>Channel</source>
         <translation>Channel</translation>
+    </message>
+</context>
+<context>
+    <name>AdapterProblem</name>
+    <message>
+        <source>The adapter library %1 was not found.
+Put it beside the program and start the program again.</source>
+        <translation>The adapter library %1 was not found.
+Put it beside the program and start the program again.</translation>
+    </message>
+    <message>
+        <source>The adapter library %1 is made for another kind of processor; this program needs the %2-bit one.
+Put the right library beside the program and start it again.</source>
+        <translation>The adapter library %1 is made for another kind of processor; this program needs the %2-bit one.
+Put the right library beside the program and start it again.</translation>
+    </message>
+    <message>
+        <source>The adapter library %1 could not be loaded:
+%2</source>
+        <translation>The adapter library %1 could not be loaded:
+%2</translation>
+    </message>
+    <message>
+        <source>The adapter library %1 is too old: it lacks %2.
+Install the adapter's current library.</source>
+        <translation>The adapter library %1 is too old: it lacks %2.
+Install the adapter's current library.</translation>
+    </message>
+</context>
+<context>
+    <name>WidgetDeviceBase</name>
+    <message>
+        <source>Save File</source>
+        <translation>Save File</translation>
     </message>
 </context>
 </TS>

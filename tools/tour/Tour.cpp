@@ -83,6 +83,7 @@ bool Tour::saveCaptures()
                                QStringLiteral("txt")};
     for (const QString &suffix : suffixes) {
         const QString path = file(QStringLiteral("capture.") + suffix);
+        QFile::remove(path); // of an earlier tour: the dialog would ask
         const bool isFirst = suffix == suffixes.first();
         SaveDialogDriver answer(path, [this, isFirst](QFileDialog &dialog) {
             if (isFirst) {
@@ -100,6 +101,7 @@ bool Tour::saveCaptures()
 bool Tour::saveInRealTime()
 {
     const QString path = file(QStringLiteral("real-time.csv"));
+    QFile::remove(path);
     SaveDialogDriver answer(path);
     click("btn_realTimeSaving");
     const qint64 first = QFileInfo(path).size();
