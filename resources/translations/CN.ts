@@ -76,11 +76,6 @@
         <source>Extend</source>
         <translation>扩展帧</translation>
     </message>
-    <message>
-        <source>Data</source>
-        <comment>frame format</comment>
-        <translation>数据帧</translation>
-    </message>
 </context>
 <context>
     <name>GUI_CanDevice</name>
