@@ -2,13 +2,16 @@
 # One Qt Test program, offscreen, under CTest. SOURCES defaults to <tst_Name>.cpp. Labels: unit, gui, device, slow,
 # layering. ADAPTER hands the paths of the virtual adapter's builds to the test as X9_VIRTUAL_ADAPTER (whole) and
 # X9_VIRTUAL_ADAPTER_CLASSIC (without the CAN FD entries).
+# ThreadSanitizer: Qt and GLib are not instrumented, so their locks are unseen; what their own code does with memory and
+# descriptors under these locks is left out of the comparison (ignore_noninstrumented_modules). The project's code stays
+# in; suppressions for it go to cmake/tsan.supp, by function.
 set(X9_TEST_ENVIRONMENT
     "QT_QPA_PLATFORM=offscreen"
     "QT_LOGGING_RULES=qt.qpa.*=false"
     "ASAN_OPTIONS=fast_unwind_on_malloc=0:detect_leaks=1:abort_on_error=0"
     "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0"
     "UBSAN_OPTIONS=print_stacktrace=1"
-    "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/tsan.supp:halt_on_error=0:second_deadlock_stack=1")
+    "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/tsan.supp:ignore_noninstrumented_modules=1:second_deadlock_stack=1")
 
 function(x9_add_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "ADAPTER" "TIMEOUT" "SOURCES;LIBS;LABELS")
