@@ -77,8 +77,8 @@ private:
     void scrollToBottom();
     void updateShownRows();
     void setModelRows(int rows);
-    bool setRow(int row, int index);
-    bool setCell(int row, int column, const QString &text);
+    bool setRow(int row, int index) const;
+    bool setCell(int row, int column, const QString &text) const;
 
     const FrameLabels m_labels = translatedLabels();
     const QFont m_font{QStringLiteral("Microsoft Yahei"), 9};
@@ -314,7 +314,7 @@ void CTableViewCANPrivate::setModelRows(int rows)
     }
 }
 
-bool CTableViewCANPrivate::setRow(int row, int index)
+bool CTableViewCANPrivate::setRow(int row, int index) const
 {
     const FrameView frame = store.at(index);
     bool changed = setCell(row, 0, frameNumber(index));
@@ -323,7 +323,7 @@ bool CTableViewCANPrivate::setRow(int row, int index)
     return changed;
 }
 
-bool CTableViewCANPrivate::setCell(int row, int column, const QString &text)
+bool CTableViewCANPrivate::setCell(int row, int column, const QString &text) const
 {
     QStandardItem *item = model->item(row, column);
     if (item->text() == text)

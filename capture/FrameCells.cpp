@@ -111,7 +111,7 @@ QString frameCell(const FrameView &frame, FrameColumn column, const FrameLabels 
     case FrameColumn::Data:
         return payloadText(frame);
     }
-    return QString();
+    return {};
 }
 
 QString frameNumber(int index)
@@ -128,12 +128,12 @@ char *putDecimal(char *to, quint32 number)
     std::size_t first = digits.size();
     while (number >= 100) {
         first -= 2;
-        std::memcpy(&digits[first], &DecimalPairs[2 * (number % 100)], 2);
+        std::memcpy(&digits[first], &DecimalPairs[std::size_t{2} * (number % 100)], 2);
         number /= 100;
     }
     if (number >= 10) {
         first -= 2;
-        std::memcpy(&digits[first], &DecimalPairs[2 * number], 2);
+        std::memcpy(&digits[first], &DecimalPairs[std::size_t{2} * number], 2);
     } else {
         digits[--first] = static_cast<char>('0' + number);
     }

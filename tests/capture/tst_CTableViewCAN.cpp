@@ -18,6 +18,8 @@
 #include <QTranslator>
 #include <QWheelEvent>
 
+#include <limits>
+
 using namespace CaptureTestData;
 
 namespace {
@@ -438,8 +440,11 @@ void tst_CTableViewCAN::cacheSizeZeroAndNegative()
     table.show(frames(1));
     QCOMPARE(table.widget.rowCount(), 0);
     table.widget.setCacheSize(1);
-    table.show(frames(2));
-    QCOMPARE(table.widget.rowCount(), 1);
+    table.widget.append(frames(2));
+    table.widget.setCacheSize(std::numeric_limits<int>::min());
+    table.widget.append(frames(2));
+    table.widget.refresh();
+    QCOMPARE(table.widget.rowCount(), 1); // what was queued before
 }
 
 void tst_CTableViewCAN::ratesEverySecondRefresh()

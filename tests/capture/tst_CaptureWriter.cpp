@@ -101,6 +101,7 @@ private slots:
     void canFdLengthIsCappedButThePayloadIsWhole();
     void longPayloadInText();
     void timeTextIsWrittenAsItStands();
+    void hugeTimeText();
     void timeTextsThatChange();
     void codecs();
     void codecChoice();
@@ -276,6 +277,18 @@ void tst_CaptureWriter::timeTextIsWrittenAsItStands()
     record.systemTime = QStringLiteral("a,\"b\" \u4e0a\u5348");
     store.append(record);
     QVERIFY(written(CaptureFormat::Csv, store, 0, 1).contains("\n1,a,\"b\" \xE4\xB8\x8A\xE5\x8D\x88,0:0:0.0,Revice,"));
+}
+
+void tst_CaptureWriter::hugeTimeText()
+{
+    FrameStore store;
+    FrameRecord record = frame(1);
+    store.append(record);
+    record.systemTime = QString(5000000, QLatin1Char('t')); // longer than a piece written at once
+    store.append(record);
+    const QByteArray bytes = written(CaptureFormat::Csv, store, 0, 2);
+    QVERIFY(bytes.contains("\n2," + QByteArray(5000000, 't') + ",0:0:0.0,Revice,"));
+    QVERIFY(bytes.contains("\n1,10:20:30.400,0:0:0.0,Revice,"));
 }
 
 void tst_CaptureWriter::timeTextsThatChange()

@@ -24,8 +24,9 @@ FrameRecord randomFrame(QRandomGenerator &random)
     record.protocol = static_cast<quint8>(random.bounded(3));
     const bool isHuge = random.bounded(1000) == 0;
     record.data.resize(random.bounded(isHuge ? 65536 : 65));
-    for (char &byte : record.data)
-        byte = static_cast<char>(random.generate());
+    char byte = static_cast<char>(random.generate());
+    for (char &place : record.data)
+        place = byte++;
     return record;
 }
 
@@ -67,6 +68,7 @@ private slots:
     void truncateKeepsTheOldest();
     void truncateBeyondTheEndChangesNothing();
     void appendGoesOnAfterTruncate();
+    void timeTextsDoNotPileUp();
     void randomOperations();
     void droppedRowsAreReleasedBitByBit();
 };
@@ -212,6 +214,20 @@ void tst_FrameStore::appendGoesOnAfterTruncate()
     store.truncate(1);
     store.append(next);
     QCOMPARE(store.at(1).data, place);
+}
+
+void tst_FrameStore::timeTextsDoNotPileUp()
+{
+    FrameStore store;
+    store.append(frame(1));
+    FrameRecord record = frame(2);
+    for (int i = 0; i < 70000; ++i) { // more texts than one part of the store can number
+        record.systemTime = QString::number(i);
+        store.append(record);
+        QCOMPARE(*store.at(1).systemTime, record.systemTime);
+        store.truncate(1);
+    }
+    QVERIFY(isSame(store.at(0), frame(1)));
 }
 
 void tst_FrameStore::randomOperations()
