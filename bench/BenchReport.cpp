@@ -37,8 +37,9 @@ void BenchReport::print() const
 
 bool BenchReport::writeJson(const QString &path) const
 {
-    if (path.isEmpty())
+    if (path.isEmpty()) {
         return true;
+    }
     QFile file(path);
     const QByteArray json = QJsonDocument(QJsonObject{{QStringLiteral("figures"), m_figures}}).toJson();
     return file.open(QIODevice::WriteOnly) && file.write(json) == json.size() && file.flush();

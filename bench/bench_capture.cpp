@@ -23,8 +23,9 @@ constexpr int BatchSize = 2500;
 double residentBytes()
 {
     QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly)) {
         return 0;
+    }
     return file.readAll().split(' ').value(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE));
 }
 
@@ -73,16 +74,19 @@ AppendRun appendOnce(int frames, int size)
         batch = QVector<FrameRecord>();
         run.batches += made - begin;
         run.table += moved - made;
-        if (i < batches / 10)
+        if (i < batches / 10) {
             run.firstTenth += moved - made;
-        if (i >= batches - batches / 10)
+        }
+        if (i >= batches - batches / 10) {
             run.lastTenth += moved - made;
+        }
         begin = moved;
     }
     run.resident = residentBytes() - resident;
     run.allocated = allocatedBytes() - allocated;
-    if (table.rowCount() != batches * BatchSize)
+    if (table.rowCount() != batches * BatchSize) {
         qFatal("frames were lost");
+    }
     return run;
 }
 
@@ -182,8 +186,9 @@ void benchRefresh(BenchReport &report, const CaptureBenchOptions &options)
 
 int main(int argc, char *argv[])
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     const QApplication application(argc, argv);
     QCommandLineParser parser;
     parser.addHelpOption();

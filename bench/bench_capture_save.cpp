@@ -18,16 +18,18 @@ namespace {
 void saveThroughStream(const QString &path, const std::vector<FrameRecord> &frames)
 {
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
         qFatal("cannot write %s", qPrintable(path));
+    }
     QTextStream out(&file);
     out << "Vantora CAN Data\nNo.,System Time,Time Stamp,Direction,ID,Protocol,Format,Type,Length,Data\n";
     int number = 0;
     for (const FrameRecord &frame : frames) {
         const quint32 t = frame.timeStamp;
         QString payload;
-        for (const char byte : frame.data)
+        for (const char byte : frame.data) {
             payload += QStringLiteral("%1 ").arg(static_cast<uchar>(byte), 2, 16, QLatin1Char('0')).toUpper();
+        }
         const std::array<QString, 10> cells = {
             QString::number(++number),
             frame.systemTime,
@@ -39,8 +41,9 @@ void saveThroughStream(const QString &path, const std::vector<FrameRecord> &fram
             frame.extended ? QStringLiteral("Extend") : QStringLiteral("Standard"),
             QStringLiteral("0x") + QString::number(frame.data.size(), 16).toUpper(),
             payload};
-        for (std::size_t i = 0; i < cells.size(); ++i)
+        for (std::size_t i = 0; i < cells.size(); ++i) {
             out << (i > 0 ? QStringLiteral(",") : QString()) << cells[i];
+        }
         out << '\n';
     }
     out << '\n';
@@ -75,8 +78,9 @@ void benchSave(BenchReport &report, const CaptureBenchOptions &options, int size
     std::vector<FrameRecord> some;
     for (quint32 i = 0; table.rowCount() < options.frames; ++i) {
         const QVector<FrameRecord> batch = receivedBatch(2500, size, i);
-        if (table.rowCount() < options.frames / 10)
+        if (table.rowCount() < options.frames / 10) {
             some.insert(some.end(), batch.begin(), batch.end());
+        }
         table.append(batch);
         table.refresh();
     }
@@ -86,13 +90,15 @@ void benchSave(BenchReport &report, const CaptureBenchOptions &options, int size
     for (const char *ending : {"csv", "txt", "can", "canfd"}) {
         const QString path = folder.filePath(QStringLiteral("bench_capture.") + QString::fromLatin1(ending));
         const double rate = megabytesPerSecond(path, options.repetitions, [&] {
-            if (!table.save(path))
+            if (!table.save(path)) {
                 qFatal("cannot write %s", qPrintable(path));
+            }
         });
         report.add(QStringLiteral("save .%1, %2-byte frames").arg(QString::fromLatin1(ending)).arg(size), rate, unit,
                    BenchReport::Target::AtLeast, 500);
-        if (csv == 0)
+        if (csv == 0) {
             csv = rate;
+        }
         QFile::remove(path);
     }
     const QString reference = folder.filePath(QStringLiteral("bench_capture_stream.csv"));
@@ -101,8 +107,9 @@ void benchSave(BenchReport &report, const CaptureBenchOptions &options, int size
     report.add(QStringLiteral("  text stream with strings, .csv"), stream, unit);
     report.add(QStringLiteral("  .csv against the text stream"), csv / stream, QStringLiteral("times"));
     const QString own = folder.filePath(QStringLiteral("bench_capture_some.csv"));
-    if (!table.save(own, static_cast<int>(some.size())) || !isSameContent(own, reference))
+    if (!table.save(own, static_cast<int>(some.size())) || !isSameContent(own, reference)) {
         qFatal("the reference writes other bytes");
+    }
     QFile::remove(own);
     QFile::remove(reference);
 }

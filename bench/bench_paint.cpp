@@ -35,8 +35,9 @@ QVector<FrameRecord> frames()
         frame.timeStamp = static_cast<quint32>(i) * 137;
         frame.id = random.generate() & 0x7FFU;
         frame.extended = i % 3 == 0;
-        for (int byte = 0; byte < 8; ++byte)
+        for (int byte = 0; byte < 8; ++byte) {
             frame.data.append(static_cast<char>(random.generate()));
+        }
         result.append(frame);
     }
     return result;
@@ -54,8 +55,9 @@ public:
             bar.setValue(first);
             for (int row = 0; row < shown.rowCount(); ++row) {
                 QList<QStandardItem *> items;
-                for (int column = 0; column < shown.columnCount(); ++column)
+                for (int column = 0; column < shown.columnCount(); ++column) {
                     items.append(new QStandardItem(shown.index(row, column).data().toString()));
+                }
                 m_model.appendRow(items);
             }
         }
@@ -123,10 +125,12 @@ void benchPainting(BenchReport &report, const QString &what, const QString &imag
     std::vector<double> own;
     std::vector<double> standard;
     for (int round = 0; round < 3; ++round) { // in turns, so that both see the same machine
-        for (const double time : jump(table, *bar, ownImage))
+        for (const double time : jump(table, *bar, ownImage)) {
             own.push_back(time);
-        for (const double time : jump(plain.view(), *plain.view().verticalScrollBar(), plainImage))
+        }
+        for (const double time : jump(plain.view(), *plain.view().verticalScrollBar(), plainImage)) {
             standard.push_back(time);
+        }
     }
     if (!imagePath.isEmpty()) {
         ownImage.save(imagePath + QStringLiteral("_own.png"));
@@ -142,8 +146,9 @@ void benchPainting(BenchReport &report, const QString &what, const QString &imag
 
 int main(int argc, char *argv[])
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     const QApplication application(argc, argv);
     QCommandLineParser parser;
     parser.addHelpOption();

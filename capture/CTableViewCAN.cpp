@@ -130,8 +130,9 @@ FrameLabels CTableViewCANPrivate::translatedLabels()
 void CTableViewCANPrivate::createView()
 {
     view->setObjectName(QStringLiteral("frameView"));
-    for (int column = 0; column < FrameColumnCount; ++column)
+    for (int column = 0; column < FrameColumnCount; ++column) {
         model->setHorizontalHeaderItem(column, new QStandardItem(m_labels.titles[static_cast<std::size_t>(column)]));
+    }
     view->setModel(model);
     view->setItemDelegate(new FrameDelegate(m_font, view));
     view->setSelectionMode(QAbstractItemView::NoSelection);
@@ -146,8 +147,9 @@ void CTableViewCANPrivate::createView()
     rows->setSectionResizeMode(QHeaderView::Fixed);
     rows->setMinimumSectionSize(RowHeight);
     rows->setDefaultSectionSize(RowHeight);
-    for (int column = 0; column < FrameColumnCount; ++column)
+    for (int column = 0; column < FrameColumnCount; ++column) {
         view->setColumnWidth(column, ColumnWidths[static_cast<std::size_t>(column)]);
+    }
     view->installEventFilter(q);
     view->viewport()->installEventFilter(q); // where the wheel's events arrive first
 }
@@ -176,8 +178,9 @@ int CTableViewCANPrivate::room() const
 
 void CTableViewCANPrivate::append(const FrameRecord &frame, bool filter)
 {
-    if (room() > 0 && !(filter && isHidden(frame)))
+    if (room() > 0 && !(filter && isHidden(frame))) {
         m_queue.push_back(frame);
+    }
 }
 
 void CTableViewCANPrivate::append(const QVector<FrameRecord> &frames, bool filter)
@@ -188,10 +191,12 @@ void CTableViewCANPrivate::append(const QVector<FrameRecord> &frames, bool filte
         return;
     }
     for (const FrameRecord &frame : frames) {
-        if (isHidden(frame))
+        if (isHidden(frame)) {
             continue;
-        if (left-- <= 0)
+        }
+        if (left-- <= 0) {
             return;
+        }
         m_queue.push_back(frame);
     }
 }
@@ -208,24 +213,29 @@ void CTableViewCANPrivate::countQueue()
 
 void CTableViewCANPrivate::moveQueueToStore()
 {
-    if (m_queue.empty())
+    if (m_queue.empty()) {
         return;
+    }
     const int firstNew = store.size();
-    for (const FrameRecord &frame : m_queue)
+    for (const FrameRecord &frame : m_queue) {
         store.append(frame);
-    if (m_queue.capacity() > QueueKept)
+    }
+    if (m_queue.capacity() > QueueKept) {
         std::vector<FrameRecord>().swap(m_queue);
-    else
+    } else {
         m_queue.clear();
+    }
 
     updateScrollRange();
-    if (autoScroll)
+    if (autoScroll) {
         scrollToBottom();
+    }
     updateShownRows();
     if (realTime.isOpen()) {
         const QString path = realTime.path();
-        if (!realTime.append(store, firstNew))
+        if (!realTime.append(store, firstNew)) {
             emit q->sig_realTimeSaveFailed(path);
+        }
     }
 }
 
@@ -237,8 +247,9 @@ void CTableViewCANPrivate::updateScrollRange()
     const int before = bar->value();
     bar->setRange(0, std::max(hidden, 0));
     bar->setVisible(hidden > 0);
-    if (bar->value() != before)
+    if (bar->value() != before) {
         m_firstRow = bar->value();
+    }
 }
 
 void CTableViewCANPrivate::scrollToBottom()
@@ -257,8 +268,9 @@ void CTableViewCANPrivate::scrollTo(int row)
 void CTableViewCANPrivate::resize()
 {
     m_visibleRows = std::max(0, q->height() - headerHeight()) / RowHeight;
-    if (m_visibleRows == 0 || store.isEmpty())
+    if (m_visibleRows == 0 || store.isEmpty()) {
         return;
+    }
     updateScrollRange();
     updateShownRows();
 }
@@ -291,18 +303,21 @@ void CTableViewCANPrivate::updateShownRows()
     {
         // One signal for all cells: the view would find the place of every single one.
         const QSignalBlocker blocker(model);
-        for (int row = 0; row < rows; ++row)
+        for (int row = 0; row < rows; ++row) {
             changed |= setRow(row, m_firstRow + row);
+        }
     }
-    if (changed)
+    if (changed) {
         emit model->dataChanged(model->index(0, 0), model->index(rows - 1, FrameColumnCount - 1), {Qt::DisplayRole});
+    }
 }
 
 void CTableViewCANPrivate::setModelRows(int rows)
 {
     const int present = model->rowCount();
-    if (present > rows)
+    if (present > rows) {
         model->removeRows(rows, present - rows);
+    }
     for (int row = present; row < rows; ++row) {
         QList<QStandardItem *> items;
         for (int column = 0; column < FrameColumnCount; ++column) {
@@ -318,16 +333,18 @@ bool CTableViewCANPrivate::setRow(int row, int index) const
 {
     const FrameView frame = store.at(index);
     bool changed = setCell(row, 0, frameNumber(index));
-    for (int column = 1; column < FrameColumnCount; ++column)
+    for (int column = 1; column < FrameColumnCount; ++column) {
         changed |= setCell(row, column, frameCell(frame, static_cast<FrameColumn>(column), m_labels));
+    }
     return changed;
 }
 
 bool CTableViewCANPrivate::setCell(int row, int column, const QString &text) const
 {
     QStandardItem *item = model->item(row, column);
-    if (item->text() == text)
+    if (item->text() == text) {
         return false;
+    }
     item->setText(text);
     return true;
 }
@@ -335,16 +352,19 @@ bool CTableViewCANPrivate::setCell(int row, int column, const QString &text) con
 bool CTableViewCANPrivate::save(const QString &path, int first, int count)
 {
     first = std::clamp(first, 0, store.size());
-    if (count < 0 || count > store.size() - first)
+    if (count < 0 || count > store.size() - first) {
         count = store.size() - first;
+    }
     // The file is replaced by a new one: real-time saving to the same path has to go on in that.
     const QString realTimePath = realTime.path();
     const bool sameFile = realTime.isOpen() && QFileInfo(path) == QFileInfo(realTimePath);
-    if (sameFile)
+    if (sameFile) {
         realTime.close();
+    }
     const bool saved = saveCapture(path, store, first, count, m_labels);
-    if (sameFile && !realTime.open(realTimePath, m_labels))
+    if (sameFile && !realTime.open(realTimePath, m_labels)) {
         emit q->sig_realTimeSaveFailed(realTimePath);
+    }
     return saved;
 }
 
@@ -372,8 +392,9 @@ bool CTableViewCAN::isRealTimeSaving() const
 void CTableViewCAN::setCacheSize(int count)
 {
     m_p->cacheSize = std::max(count, 0);
-    if (m_p->store.size() > m_p->cacheSize)
+    if (m_p->store.size() > m_p->cacheSize) {
         m_p->cutStore(m_p->cacheSize);
+    }
 }
 
 void CTableViewCAN::setAutoScroll(bool enabled)
@@ -434,16 +455,18 @@ void CTableViewCAN::refresh()
 {
     m_p->phase = !m_p->phase;
     m_p->countQueue();
-    if (!m_p->phase)
+    if (!m_p->phase) {
         emit updateRate(std::exchange(m_p->transmitted, 0), std::exchange(m_p->received, 0));
+    }
     m_p->moveQueueToStore();
     m_p->store.releaseDropped(ReleasePerRefresh);
 }
 
 bool CTableViewCAN::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() != QEvent::Wheel)
+    if (event->type() != QEvent::Wheel) {
         return QWidget::eventFilter(watched, event);
+    }
     const int delta = static_cast<QWheelEvent *>(event)->angleDelta().y();
     m_p->bar->setValue(m_p->bar->value() + (delta < 1 ? 1 : -1));
     event->accept();

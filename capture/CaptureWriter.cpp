@@ -49,8 +49,9 @@ public:
     /// A place for size bytes; say how many were used with taken().
     char *room(std::size_t size)
     {
-        if (m_used + size > m_capacity)
+        if (m_used + size > m_capacity) {
             makeRoom(size);
+        }
         return m_buffer.get() + m_used;
     }
     void taken(const char *end) { m_used = static_cast<std::size_t>(end - m_buffer.get()); }
@@ -91,11 +92,13 @@ QString titleLine(CaptureFormat format, const FrameLabels &labels)
 {
     QString line;
     for (int column = 0; column < FrameColumnCount; ++column) {
-        if (format == CaptureFormat::Csv && column > 0)
+        if (format == CaptureFormat::Csv && column > 0) {
             line += QLatin1Char(',');
+        }
         line += labels.titles[static_cast<std::size_t>(column)];
-        if (format == CaptureFormat::Text)
+        if (format == CaptureFormat::Text) {
             line += QLatin1String("   ");
+        }
     }
     return line;
 }
@@ -173,14 +176,18 @@ std::size_t kindIndex(const FrameView &frame)
 std::optional<CaptureFormat> captureFormat(const QString &path)
 {
     const QString upper = path.toUpper();
-    if (upper.endsWith(QLatin1String(".CSV")))
+    if (upper.endsWith(QLatin1String(".CSV"))) {
         return CaptureFormat::Csv;
-    if (upper.endsWith(QLatin1String(".TXT")))
+    }
+    if (upper.endsWith(QLatin1String(".TXT"))) {
         return CaptureFormat::Text;
-    if (upper.endsWith(QLatin1String(".CAN")))
+    }
+    if (upper.endsWith(QLatin1String(".CAN"))) {
         return CaptureFormat::Can;
-    if (upper.endsWith(QLatin1String(".CANFD")))
+    }
+    if (upper.endsWith(QLatin1String(".CANFD"))) {
         return CaptureFormat::CanFd;
+    }
     return std::nullopt;
 }
 
@@ -193,8 +200,9 @@ QTextCodec *captureCodec(QTextCodec *local)
 {
     const QString ascii = QStringLiteral("0x1A, ");
     if (local != nullptr && local->canEncode(QStringLiteral("\u53d1\u9001\u6210\u529f")) // sent successfully
-        && local->fromUnicode(ascii) == ascii.toLatin1())
+        && local->fromUnicode(ascii) == ascii.toLatin1()) {
         return local;
+    }
     return QTextCodec::codecForName("UTF-8");
 }
 
@@ -221,8 +229,9 @@ CaptureLines::CaptureLines(const FrameLabels &labels, const QByteArray &separato
         return style.encoded(labels.word(label)) + separator;
     };
     const FrameLabel directions[] = {FrameLabel::Received, FrameLabel::SendSuccess, FrameLabel::SendFailure};
-    for (std::size_t i = 0; i < Directions; ++i)
+    for (std::size_t i = 0; i < Directions; ++i) {
         m_directions[i] = separator + word(directions[i]);
+    }
     const FrameLabel protocols[] = {FrameLabel::Can, FrameLabel::CanFd, FrameLabel::CanFdSpeed};
     for (std::size_t protocol = 0; protocol < 3; ++protocol) {
         for (const bool remote : {false, true}) {
@@ -289,8 +298,9 @@ bool saveCapture(const QString &path, const FrameStore &store, int first, int co
                  const CaptureTextStyle &style)
 {
     const std::optional<CaptureFormat> format = captureFormat(path);
-    if (!format)
+    if (!format) {
         return false;
+    }
     QSaveFile file(path);
     // Without the flush, a file smaller than the device's buffer would be taken for saved when the disk is full.
     return file.open(QIODevice::WriteOnly) && writeCapture(file, *format, store, first, count, labels, style) &&

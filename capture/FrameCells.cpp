@@ -65,15 +65,17 @@ QString payloadText(const FrameView &frame)
 
 FrameLabel directionLabel(const FrameView &frame)
 {
-    if (frame.isReceived())
+    if (frame.isReceived()) {
         return FrameLabel::Received;
+    }
     return frame.direction == FrameRecord::SendFailure ? FrameLabel::SendFailure : FrameLabel::SendSuccess;
 }
 
 FrameLabel protocolLabel(const FrameView &frame)
 {
-    if (frame.protocol == FrameRecord::CAN)
+    if (frame.protocol == FrameRecord::CAN) {
         return FrameLabel::Can;
+    }
     return frame.protocol == FrameRecord::CANFD ? FrameLabel::CanFd : FrameLabel::CanFdSpeed;
 }
 
@@ -147,10 +149,12 @@ char *putHexNumber(char *to, quint32 number)
     *to++ = '0';
     *to++ = 'x';
     int shift = 28;
-    while (shift > 0 && number >> shift == 0)
+    while (shift > 0 && number >> shift == 0) {
         shift -= 4;
-    for (; shift >= 0; shift -= 4)
+    }
+    for (; shift >= 0; shift -= 4) {
         *to++ = HexDigits[(number >> shift) & 15U];
+    }
     return to;
 }
 

@@ -33,8 +33,9 @@ int centredTop(const QRect &area, int height)
 const QColor &textColor(const QStyleOptionViewItem &option)
 {
     QPalette::ColorGroup group = QPalette::Disabled;
-    if (option.state.testFlag(QStyle::State_Enabled))
+    if (option.state.testFlag(QStyle::State_Enabled)) {
         group = option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
+    }
     return option.palette.color(group, QPalette::Text);
 }
 
@@ -67,7 +68,6 @@ private:
     QFont m_font; ///< m_wanted in the size of the device
     int m_ascent = 0;
     int m_height = 0;
-    int m_ellipsisWidth = 0;
     std::array<Glyph, LastGlyph + 1> m_glyphs;
     Glyph m_ellipsis;
     QVector<quint32> m_indexes;
@@ -79,8 +79,9 @@ private:
 /// Looks the glyphs up for the resolution of the device; a table stays on one, so this is done once.
 void FrameDelegatePrivate::prepare(QPaintDevice *device)
 {
-    if (m_dpi == device->logicalDpiY())
+    if (m_dpi == device->logicalDpiY()) {
         return;
+    }
     m_dpi = device->logicalDpiY();
     m_font = QFont(m_wanted, device);
     const QFontMetrics metrics(m_font);
@@ -90,17 +91,20 @@ void FrameDelegatePrivate::prepare(QPaintDevice *device)
 
     const QRawFont raw = QRawFont::fromFont(m_font);
     QString characters;
-    for (ushort c = FirstGlyph; c <= LastGlyph; ++c)
+    for (ushort c = FirstGlyph; c <= LastGlyph; ++c) {
         characters += QChar(c);
+    }
     characters += QChar(Ellipsis);
     const QVector<quint32> indexes = raw.glyphIndexesForString(characters);
     const QVector<QPointF> advances = raw.advancesForGlyphIndexes(indexes);
     m_glyphs.fill(Glyph());
     // A font that answers otherwise than glyph by glyph leaves the table empty, and all text is laid out.
-    if (indexes.size() != characters.size() || advances.size() != indexes.size())
+    if (indexes.size() != characters.size() || advances.size() != indexes.size()) {
         return;
-    for (ushort c = FirstGlyph; c <= LastGlyph; ++c)
+    }
+    for (ushort c = FirstGlyph; c <= LastGlyph; ++c) {
         m_glyphs[c] = {indexes[c - FirstGlyph], advances[c - FirstGlyph].x()};
+    }
     m_ellipsis = {indexes.last(), advances.last().x()};
     m_run.setRawFont(raw);
 }
@@ -116,13 +120,15 @@ bool FrameDelegatePrivate::collectGlyphs(const QString &text, qreal width)
     qreal fittingEnd = 0;
     for (const QChar c : text) {
         const Glyph glyph = c.unicode() <= LastGlyph ? m_glyphs[c.unicode()] : Glyph();
-        if (glyph.index == 0)
+        if (glyph.index == 0) {
             return false;
+        }
         if (x + glyph.advance > width) {
             m_indexes.resize(fitting);
             m_positions.resize(fitting);
-            if (m_ellipsis.index == 0 || m_ellipsis.advance > width)
+            if (m_ellipsis.index == 0 || m_ellipsis.advance > width) {
                 return m_ellipsis.index != 0;
+            }
             m_indexes.append(m_ellipsis.index);
             m_positions.append(QPointF(fittingEnd, 0));
             return true;
@@ -150,12 +156,14 @@ void FrameDelegatePrivate::paintText(QPainter *painter, const QRect &area, const
 
 void FrameDelegatePrivate::paintOther(QPainter *painter, const QRect &area, const QString &text)
 {
-    if (painter->font() != m_font)
+    if (painter->font() != m_font) {
         painter->setFont(m_font);
+    }
     auto known = m_staticTexts.constFind(text);
     if (known == m_staticTexts.constEnd()) {
-        if (m_staticTexts.size() >= MaxStaticTexts)
+        if (m_staticTexts.size() >= MaxStaticTexts) {
             m_staticTexts.clear();
+        }
         QStaticText laidOut(text);
         laidOut.setTextFormat(Qt::PlainText);
         laidOut.prepare(painter->transform(), m_font);
@@ -182,12 +190,14 @@ FrameDelegate::~FrameDelegate() = default;
 void FrameDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     const QString text = index.data().toString();
-    if (text.isEmpty())
+    if (text.isEmpty()) {
         return;
+    }
     const int margin = textMargin(option);
     const QRect area = option.rect.adjusted(margin, 0, -margin, 0);
-    if (area.width() <= 0)
+    if (area.width() <= 0) {
         return;
+    }
     m_p->prepare(painter->device());
     painter->setPen(textColor(option));
     m_p->paintText(painter, area, text);

@@ -62,8 +62,9 @@ quint32 FrameStore::Chunk::putPayload(const QByteArray &data, quint16 size)
 
 quint16 FrameStore::Chunk::putText(const QString &text)
 {
-    if (texts.empty() || texts.back() != text)
+    if (texts.empty() || texts.back() != text) {
         texts.push_back(text);
+    }
     return static_cast<quint16>(texts.size() - 1);
 }
 
@@ -107,8 +108,9 @@ FrameView FrameStore::at(int index) const
 void FrameStore::append(const FrameRecord &record)
 {
     const auto index = static_cast<std::size_t>(m_size) % ChunkRows;
-    if (index == 0)
+    if (index == 0) {
         m_chunks.push_back(std::make_unique<Chunk>());
+    }
     Chunk &chunk = *m_chunks.back();
     Row &row = chunk.rows[index];
     row.id = record.id;
@@ -127,15 +129,17 @@ void FrameStore::append(const FrameRecord &record)
 
 void FrameStore::truncate(int size)
 {
-    if (size >= m_size)
+    if (size >= m_size) {
         return;
+    }
     m_size = std::max(size, 0);
     const auto rest = static_cast<std::size_t>(m_size) % ChunkRows;
     const std::size_t kept = static_cast<std::size_t>(m_size) / ChunkRows + (rest > 0 ? 1 : 0);
     std::move(m_chunks.begin() + static_cast<std::ptrdiff_t>(kept), m_chunks.end(), std::back_inserter(m_dropped));
     m_chunks.resize(kept);
-    if (rest > 0)
+    if (rest > 0) {
         m_chunks.back()->truncate(static_cast<int>(rest));
+    }
 }
 
 bool FrameStore::releaseDropped(std::size_t maxBytes)

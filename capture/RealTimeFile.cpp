@@ -23,10 +23,12 @@ bool RealTimeFile::append(const FrameStore &store, int first)
 {
     Q_ASSERT(isOpen());
     bool good = isFileAt(m_file, path());
-    while (good && first < store.size())
+    while (good && first < store.size()) {
         good = write(linesOf(store, first));
-    if (!good)
+    }
+    if (!good) {
         close();
+    }
     return good;
 }
 
@@ -39,8 +41,9 @@ QByteArray RealTimeFile::linesOf(const FrameStore &store, int &first)
     for (; first < store.size() && used < Enough; ++first) {
         const FrameView frame = store.at(first);
         const int needed = used + static_cast<int>(m_lines->maxSize(frame));
-        if (needed > lines.size())
+        if (needed > lines.size()) {
             lines.resize(std::max(needed, lines.size() * 2));
+        }
         const char *end = m_lines->put(lines.data() + used, static_cast<quint32>(first) + 1, frame);
         used = static_cast<int>(end - lines.constData());
     }
@@ -51,8 +54,9 @@ QByteArray RealTimeFile::linesOf(const FrameStore &store, int &first)
 bool RealTimeFile::write(const QByteArray &bytes)
 {
     const qint64 before = m_file.size();
-    if (m_file.write(bytes) == bytes.size() && m_file.flush())
+    if (m_file.write(bytes) == bytes.size() && m_file.flush()) {
         return true;
+    }
     const auto written = static_cast<int>(std::clamp<qint64>(m_file.size() - before, 0, bytes.size()));
     const int wholeLines = bytes.left(written).lastIndexOf(m_lineEnd);
     m_file.resize(before + (wholeLines < 0 ? 0 : wholeLines + m_lineEnd.size()));

@@ -11,7 +11,10 @@ foreach(flag IN ITEMS -Wsuggest-override -Wzero-as-null-pointer-constant -Wnull-
   endif()
 endforeach()
 # g++ 12 takes the storage of a QVector for the 24 bytes of its header and warns of every initializer list.
-target_compile_options(x9_warnings INTERFACE -Wno-stringop-overflow)
+check_cxx_compiler_flag(-Wstringop-overflow X9_HAS_Wstringop_overflow)
+if(X9_HAS_Wstringop_overflow)
+  target_compile_options(x9_warnings INTERFACE -Wno-stringop-overflow)
+endif()
 if(X9_WARNINGS_AS_ERRORS)
   target_compile_options(x9_warnings INTERFACE -Werror)
 endif()

@@ -56,8 +56,9 @@ QSet<QRgb> solidColours(const QImage &image)
     QSet<QRgb> colours;
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
-            if (qAlpha(image.pixel(x, y)) == 255)
+            if (qAlpha(image.pixel(x, y)) == 255) {
                 colours.insert(image.pixel(x, y));
+            }
         }
     }
     return colours;
@@ -68,8 +69,9 @@ bool isEnlarged(const QImage &doubled, const QImage &picture)
 {
     for (int y = 0; y < doubled.height(); ++y) {
         for (int x = 0; x < doubled.width(); ++x) {
-            if (doubled.pixel(x, y) != picture.pixel(x / 2, y / 2))
+            if (doubled.pixel(x, y) != picture.pixel(x / 2, y / 2)) {
                 return false;
+            }
         }
     }
     return true;
@@ -87,29 +89,32 @@ struct Message
 QVector<Message> messagesOf(const QString &name, QString *error)
 {
     QFile file(QStringLiteral(X9_TRANSLATIONS "/") + name);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly)) {
         *error = file.errorString();
+    }
     QXmlStreamReader xml(&file);
     QVector<Message> messages;
     QString context;
     while (!xml.atEnd()) {
-        if (xml.readNext() != QXmlStreamReader::StartElement)
+        if (xml.readNext() != QXmlStreamReader::StartElement) {
             continue;
-        if (xml.name() == QLatin1String("name"))
+        }
+        if (xml.name() == QLatin1String("name")) {
             context = xml.readElementText();
-        else if (xml.name() == QLatin1String("message"))
+        } else if (xml.name() == QLatin1String("message")) {
             messages.append({context, {}, {}, {}, true});
-        else if (xml.name() == QLatin1String("source"))
+        } else if (xml.name() == QLatin1String("source")) {
             messages.last().source = xml.readElementText();
-        else if (xml.name() == QLatin1String("comment"))
+        } else if (xml.name() == QLatin1String("comment")) {
             messages.last().comment = xml.readElementText();
-        else if (xml.name() == QLatin1String("translation")) {
+        } else if (xml.name() == QLatin1String("translation")) {
             messages.last().finished = !xml.attributes().hasAttribute(QLatin1String("type"));
             messages.last().translation = xml.readElementText();
         }
     }
-    if (xml.hasError())
+    if (xml.hasError()) {
         *error = xml.errorString();
+    }
     return messages;
 }
 
@@ -202,8 +207,9 @@ std::unique_ptr<QMainWindow> windowWithAllControls()
     const std::initializer_list<QWidget *> controls = {
         new QLineEdit,   new QComboBox,  new QSpinBox,       new QCheckBox,   new QRadioButton, new QProgressBar,
         new QListWidget, new QScrollBar, new QPlainTextEdit, new QPushButton, new QDialog,      new QTableWidget(2, 2)};
-    for (QWidget *control : controls)
+    for (QWidget *control : controls) {
         layout->addWidget(control);
+    }
     for (int number = 0; number < buttonClasses; ++number) {
         auto *button = new QPushButton(QString::number(number));
         button->setProperty("nav", buttonClass(number));
@@ -292,8 +298,9 @@ void tst_Resources::pathExists_data()
                                  ":/Skins/White/White.css",
                                  ":/Language/CN.qm",
                                  ":/Language/EN.qm"};
-    for (const char *path : paths)
+    for (const char *path : paths) {
         QTest::newRow(path) << QString::fromLatin1(path);
+    }
 }
 
 void tst_Resources::pathExists()
@@ -323,8 +330,9 @@ void tst_Resources::pictureIsDrawn_data()
         int count = 0;
         const QStringList names = dir.entryList({QStringLiteral("*.png")});
         for (const QString &name : names) {
-            if (name.contains(QLatin1String("@2x")))
+            if (name.contains(QLatin1String("@2x"))) {
                 continue;
+            }
             ++count;
             QTest::newRow(qPrintable(dir.filePath(name))) << dir.filePath(name) << folder.size << folder.colours;
         }
@@ -339,8 +347,9 @@ void tst_Resources::pictureIsDrawn()
     QFETCH(int, colours);
     const QImage picture(path);
     QVERIFY(!picture.isNull());
-    if (size != 0)
+    if (size != 0) {
         QCOMPARE(picture.size(), QSize(size, size));
+    }
     QVERIFY2(solidColours(picture).size() >= colours, qPrintable(path));
     QVERIFY(qAlpha(picture.pixel(0, 0)) == 0);
 
@@ -498,8 +507,9 @@ void tst_Resources::everyMessageIsChinese()
     const QVector<Message> messages = messagesOf(QStringLiteral("CN.ts"), &error);
     QVERIFY(!messages.isEmpty());
     for (const Message &message : messages) {
-        if (!unchanged.contains(message.source))
+        if (!unchanged.contains(message.source)) {
             QVERIFY2(chinese.match(message.translation).hasMatch(), qPrintable(message.source));
+        }
     }
 }
 
@@ -508,8 +518,9 @@ void tst_Resources::englishHasTheSameKeys()
     const auto keys = [](const QString &file) {
         QString error;
         QStringList found;
-        for (const Message &message : messagesOf(file, &error))
+        for (const Message &message : messagesOf(file, &error)) {
             found.append(message.context + QLatin1Char('/') + message.source + QLatin1Char('/') + message.comment);
+        }
         found.sort();
         return found;
     };
@@ -523,15 +534,17 @@ void tst_Resources::fileFiltersKeepTheirPatterns()
     const auto patterns = [](const QString &filter) {
         QStringList found;
         auto match = QRegularExpression(QStringLiteral("\\(\\*[^)]*\\)")).globalMatch(filter);
-        while (match.hasNext())
+        while (match.hasNext()) {
             found.append(match.next().captured());
+        }
         return found;
     };
     QString error;
     int filters = 0;
     for (const Message &message : messagesOf(QStringLiteral("CN.ts"), &error)) {
-        if (!message.source.contains(QLatin1String("(*")))
+        if (!message.source.contains(QLatin1String("(*"))) {
             continue;
+        }
         ++filters;
         QCOMPARE(patterns(message.translation), patterns(message.source));
         QCOMPARE(message.translation.count(QLatin1String(";;")), message.source.count(QLatin1String(";;")));
@@ -568,24 +581,27 @@ void tst_Resources::buttonStatesLookDifferent_data()
 {
     QTest::addColumn<QString>("nav");
     QTest::newRow("none") << QString();
-    for (int number = 0; number < buttonClasses; ++number)
+    for (int number = 0; number < buttonClasses; ++number) {
         QTest::newRow(qPrintable(buttonClass(number))) << buttonClass(number);
+    }
 }
 
 void tst_Resources::buttonStatesLookDifferent()
 {
     QFETCH(QString, nav);
     compareStates<QPushButton>(nav);
-    if (!nav.isEmpty())
+    if (!nav.isEmpty()) {
         compareStates<QToolButton>(nav);
+    }
 }
 
 void tst_Resources::buttonClassesLookDifferent()
 {
     for (int number = 1; number < buttonClasses; ++number) {
         const QImage picture = pictureOf<QPushButton>(buttonClass(number), QStyle::State_Enabled);
-        for (int other = 0; other < number; ++other)
+        for (int other = 0; other < number; ++other) {
             QVERIFY(picture != pictureOf<QPushButton>(buttonClass(other), QStyle::State_Enabled));
+        }
     }
 }
 
@@ -594,10 +610,12 @@ void tst_Resources::styleSheetPicturesExist()
     const QString sheet = QString::fromUtf8(contentOf(styleSheetPath));
     auto urls = QRegularExpression(QStringLiteral("url\\(([^)]*)\\)")).globalMatch(sheet);
     QSet<QString> used;
-    while (urls.hasNext())
+    while (urls.hasNext()) {
         used.insert(urls.next().captured(1));
-    for (const QString &path : qAsConst(used))
+    }
+    for (const QString &path : qAsConst(used)) {
         QVERIFY2(!QImage(path).isNull(), qPrintable(path));
+    }
     QCOMPARE(used.size(), 12);
 }
 
@@ -636,8 +654,9 @@ void tst_Resources::controlsAreCompact()
     checkHeight(window->findChild<QLineEdit *>(QString()));
     checkHeight(window->findChild<QComboBox *>());
     checkHeight(window->findChild<QSpinBox *>());
-    for (const QPushButton *button : window->findChildren<QPushButton *>())
+    for (const QPushButton *button : window->findChildren<QPushButton *>()) {
         checkHeight(button);
+    }
 }
 
 void tst_Resources::focusIsVisible()
@@ -645,8 +664,9 @@ void tst_Resources::focusIsVisible()
     QWidget window;
     auto *layout = new QHBoxLayout(&window);
     const QVector<QWidget *> controls = {new QPushButton, new QComboBox, new QSpinBox, new QCheckBox, new QRadioButton};
-    for (QWidget *control : controls)
+    for (QWidget *control : controls) {
         layout->addWidget(control);
+    }
     window.show();
     QApplication::setActiveWindow(&window);
     QVERIFY(QTest::qWaitForWindowActive(&window));

@@ -3,8 +3,8 @@
 
 #include <QFileDialog>
 #include <QTemporaryDir>
-#include <QValidator>
 #include <QtTest>
+#include <QValidator>
 
 namespace {
 /// Makes the helpers that tabs use reachable for the test.

@@ -45,8 +45,9 @@ inline FrameRecord sentFrame(quint32 id, quint8 direction = FrameRecord::SendSuc
 inline QByteArray countingBytes(int size)
 {
     QByteArray bytes(size, '\0');
-    for (int i = 0; i < size; ++i)
+    for (int i = 0; i < size; ++i) {
         bytes[i] = static_cast<char>(i);
+    }
     return bytes;
 }
 

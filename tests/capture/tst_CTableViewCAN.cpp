@@ -27,8 +27,9 @@ namespace {
 QVector<FrameRecord> frames(int count, quint32 firstId = 0)
 {
     QVector<FrameRecord> result;
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         result.append(frame(firstId + static_cast<quint32>(i)));
+    }
     return result;
 }
 
@@ -61,8 +62,9 @@ struct Table
     QStringList column(int column) const
     {
         QStringList texts;
-        for (int row = 0; row < model->rowCount(); ++row)
+        for (int row = 0; row < model->rowCount(); ++row) {
             texts.append(cell(row, column));
+        }
         return texts;
     }
     QStringList numbers() const { return column(0); }
@@ -82,8 +84,9 @@ class BracketTranslator : public QTranslator
 public:
     QString translate(const char *context, const char *text, const char *, int) const override
     {
-        if (qstrcmp(context, "CTableViewCAN") != 0)
+        if (qstrcmp(context, "CTableViewCAN") != 0) {
             return QString();
+        }
         return QLatin1Char('<') + QString::fromLatin1(text) + QLatin1Char('>');
     }
     bool isEmpty() const override { return false; }
@@ -226,8 +229,9 @@ void tst_CTableViewCAN::textsAreTranslated()
     QVERIFY(QCoreApplication::installTranslator(&translator));
     Table table(7);
     QStringList titles;
-    for (int column = 0; column < 10; ++column)
+    for (int column = 0; column < 10; ++column) {
         titles.append(table.model->headerData(column, Qt::Horizontal).toString());
+    }
     QCOMPARE(
         titles.join(QLatin1Char('|')),
         QStringLiteral("No.|<System Time>|<Time Stamp>|<Direction>|<ID>|<Protocol>|<Format>|<Type>|<Length>|<Data>"));
@@ -262,8 +266,9 @@ void tst_CTableViewCAN::cellsOfAReceivedFrame()
                                   QStringLiteral("Revice"),   QStringLiteral("0x1AB"),        QStringLiteral("CANFD"),
                                   QStringLiteral("Data"),     QStringLiteral("Standard"),     QStringLiteral("0x3"),
                                   QStringLiteral("01 A2 FF ")};
-    for (int column = 0; column < 10; ++column)
+    for (int column = 0; column < 10; ++column) {
         QCOMPARE(table.cell(0, column), expected[column]);
+    }
 }
 
 void tst_CTableViewCAN::cellsOfASentFrame()
@@ -643,8 +648,9 @@ void tst_CTableViewCAN::resizeBelowOneRow()
 void tst_CTableViewCAN::onlyVisibleRowsAreItems()
 {
     Table table(10);
-    for (int i = 0; i < 40; ++i)
+    for (int i = 0; i < 40; ++i) {
         table.show(frames(2500));
+    }
     QCOMPARE(table.widget.rowCount(), 100000);
     QCOMPARE(table.model->rowCount(), 10);
     table.bar->setValue(table.bar->maximum());

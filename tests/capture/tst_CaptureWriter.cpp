@@ -300,8 +300,9 @@ void tst_CaptureWriter::timeTextsThatChange()
         store.append(record);
     }
     QList<QByteArray> times;
-    for (const QByteArray &line : written(CaptureFormat::Csv, store, 0, 5).split('\n').mid(2, 5))
+    for (const QByteArray &line : written(CaptureFormat::Csv, store, 0, 5).split('\n').mid(2, 5)) {
         times.append(line.split(',').at(1));
+    }
     QCOMPARE(times, (QList<QByteArray>{"A", "A", "BB", "", "A"}));
 }
 
@@ -358,8 +359,9 @@ void tst_CaptureWriter::manyPieces()
     QFETCH(int, format);
     QFETCH(qint64, expectedSize);
     FrameStore store;
-    for (int i = 0; i < 100000; ++i)
+    for (int i = 0; i < 100000; ++i) {
         store.append(frame(0x5, QByteArray(16, 'U')));
+    }
     const auto captureFormat = static_cast<CaptureFormat>(format);
     const QByteArray whole = written(captureFormat, store, 0, 100000);
     QCOMPARE(qint64(whole.size()), expectedSize);
@@ -387,8 +389,9 @@ void tst_CaptureWriter::deviceThatTakesNoMore()
     QFETCH(int, format);
     QFETCH(qint64, limit);
     FrameStore store;
-    for (int i = 0; i < 50000; ++i)
+    for (int i = 0; i < 50000; ++i) {
         store.append(frame(0x5, QByteArray(16, 'U')));
+    }
     const auto captureFormat = static_cast<CaptureFormat>(format);
     const qint64 whole = written(captureFormat, store, 0, store.size()).size();
     LimitedDevice tooSmall(limit < 0 ? whole + limit : limit);

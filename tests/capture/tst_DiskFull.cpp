@@ -91,8 +91,9 @@ void tst_DiskFull::saveKeepsTheFileThatStood()
     QFETCH(QString, name);
     QFETCH(int, limit);
     FrameStore store;
-    for (int i = 0; i < 100000; ++i)
+    for (int i = 0; i < 100000; ++i) {
         store.append(frame(0x5, QByteArray(8, 'U')));
+    }
     QVERIFY(saveCapture(path(name), store, 0, 3, m_labels));
     const QByteArray before = fileContent(path(name));
     {
@@ -142,13 +143,15 @@ void tst_DiskFull::realTimeFileEndsWithAWholeLine()
     QFETCH(int, limit);
     QFETCH(int, lines);
     FrameStore store;
-    for (int i = 0; i < 10; ++i)
+    for (int i = 0; i < 10; ++i) {
         store.append(frame(0x5, QByteArray(8, 'U')));
+    }
     QVERIFY(saveCapture(path(QStringLiteral("a.csv")), store, 0, 1, m_labels));
     const QByteArray before = fileContent(path(QStringLiteral("a.csv")));
     store.clear();
-    for (int i = 0; i < 20; ++i)
+    for (int i = 0; i < 20; ++i) {
         store.append(frame(0x5, QByteArray(8, 'U')));
+    }
     RealTimeFile file;
     QVERIFY(file.open(path(QStringLiteral("a.csv")), m_labels));
     {

@@ -207,16 +207,18 @@ void tst_FrameCells::payload()
 void tst_FrameCells::payloadOfEveryByte()
 {
     QString expected;
-    for (int i = 0; i < 256; ++i)
+    for (int i = 0; i < 256; ++i) {
         expected += QStringLiteral("%1 ").arg(i, 2, 16, QLatin1Char('0')).toUpper();
+    }
     QCOMPARE(cell(frame(1, countingBytes(256)), FrameColumn::Data), expected);
 }
 
 void tst_FrameCells::wordsComeFromTheLabels()
 {
     FrameLabels labels;
-    for (std::size_t i = 0; i < labels.words.size(); ++i)
+    for (std::size_t i = 0; i < labels.words.size(); ++i) {
         labels.words[i] = QString::number(i);
+    }
     FrameRecord record = sentFrame(1, FrameRecord::SendFailure);
     record.protocol = FrameRecord::CANFDSpeed;
     record.remote = 1;

@@ -63,8 +63,9 @@ public:
         QRect box;
         for (int y = 0; y < image.height(); ++y) {
             for (int x = 0; x < image.width(); ++x) {
-                if (image.pixel(x, y) != 0xFFFFFFFFU)
+                if (image.pixel(x, y) != 0xFFFFFFFFU) {
                     box |= QRect(x, y, 1, 1);
+                }
             }
         }
         return box;
@@ -107,8 +108,9 @@ void tst_FrameDelegate::standsWhereAStandardItemStands_data()
         "CANFD\u52a0\u901f"};
     for (const char *text : texts) {
         for (const qreal ratio : {1.0, 2.0}) {
-            for (const int height : {24, 25}) // without and with the line of the grid
+            for (const int height : {24, 25}) { // without and with the line of the grid
                 QTest::addRow("%s x%g height %d", text, ratio, height) << QString::fromUtf8(text) << ratio << height;
+            }
         }
     }
 }
@@ -187,8 +189,9 @@ void tst_FrameDelegate::colorFollowsTheState()
         const QRect ink = Canvas::ink(red);
         QVERIFY(!ink.isEmpty());
         for (int y = ink.top(); y <= ink.bottom(); ++y) {
-            for (int x = ink.left(); x <= ink.right(); ++x)
+            for (int x = ink.left(); x <= ink.right(); ++x) {
                 QCOMPARE(qRed(red.pixel(x, y)), 255);
+            }
         }
         option.state &= ~QStyle::State_Enabled;
         QVERIFY(Canvas::ink(canvas.paint(delegate, option)).isEmpty());

@@ -25,8 +25,9 @@ FrameRecord randomFrame(QRandomGenerator &random)
     const bool isHuge = random.bounded(1000) == 0;
     record.data.resize(random.bounded(isHuge ? 65536 : 65));
     char byte = static_cast<char>(random.generate());
-    for (char &place : record.data)
+    for (char &place : record.data) {
         place = byte++;
+    }
     return record;
 }
 
@@ -40,11 +41,13 @@ bool isSame(const FrameView &view, const FrameRecord &record)
 
 int firstDifference(const FrameStore &store, const QVector<FrameRecord> &expected)
 {
-    if (store.size() != expected.size())
+    if (store.size() != expected.size()) {
         return -2;
+    }
     for (int i = 0; i < expected.size(); ++i) {
-        if (!isSame(store.at(i), expected[i]))
+        if (!isSame(store.at(i), expected[i])) {
             return i;
+        }
     }
     return -1;
 }
@@ -144,8 +147,9 @@ void tst_FrameStore::everyRowItsOwnTimeText()
         record.systemTime = QString::number(i);
         store.append(record);
     }
-    for (int i = 0; i < store.size(); ++i)
+    for (int i = 0; i < store.size(); ++i) {
         QCOMPARE(*store.at(i).systemTime, QString::number(i));
+    }
 }
 
 void tst_FrameStore::growingMovesNothing()
@@ -153,8 +157,9 @@ void tst_FrameStore::growingMovesNothing()
     FrameStore store;
     store.append(frame(1, "abc"));
     const uchar *data = store.at(0).data;
-    for (int i = 0; i < 100000; ++i)
+    for (int i = 0; i < 100000; ++i) {
         store.append(frame(2, QByteArray(64, 'x')));
+    }
     QCOMPARE(store.at(0).data, data);
     QVERIFY(isSame(store.at(0), frame(1, "abc")));
 }
@@ -162,8 +167,9 @@ void tst_FrameStore::growingMovesNothing()
 void tst_FrameStore::truncateKeepsTheOldest_data()
 {
     QTest::addColumn<int>("kept");
-    for (const int kept : {-1, 0, 1, 16383, 16384, 16385, 32768, 39999, 40000})
+    for (const int kept : {-1, 0, 1, 16383, 16384, 16385, 32768, 39999, 40000}) {
         QTest::addRow("%d", kept) << kept;
+    }
 }
 
 void tst_FrameStore::truncateKeepsTheOldest()
@@ -175,8 +181,9 @@ void tst_FrameStore::truncateKeepsTheOldest()
     for (int i = 0; i < 40000; ++i) {
         const FrameRecord record = frame(static_cast<quint32>(i), QByteArray::number(i));
         store.append(record);
-        if (i < kept)
+        if (i < kept) {
             expected.append(record);
+        }
     }
     store.truncate(kept);
     QCOMPARE(firstDifference(store, expected), -1);
@@ -245,8 +252,9 @@ void tst_FrameStore::randomOperations()
             expected.resize(random.bounded(expected.size() + 1));
             store.truncate(expected.size());
         }
-        if (random.bounded(3) == 0)
+        if (random.bounded(3) == 0) {
             store.releaseDropped(1);
+        }
     }
     QCOMPARE(firstDifference(store, expected), -1);
 }
@@ -254,8 +262,9 @@ void tst_FrameStore::randomOperations()
 void tst_FrameStore::droppedRowsAreReleasedBitByBit()
 {
     FrameStore store;
-    for (int i = 0; i < 3 * 16384; ++i)
+    for (int i = 0; i < 3 * 16384; ++i) {
         store.append(frame(1));
+    }
     store.clear();
     QVERIFY(store.isEmpty());
     store.append(frame(7, "new"));

@@ -129,8 +129,9 @@ void tst_RealTimeFile::rowsReachTheFileAtOnce()
 void tst_RealTimeFile::numbersFollowTheStore()
 {
     FrameStore store;
-    for (int i = 0; i < 20; ++i)
+    for (int i = 0; i < 20; ++i) {
         store.append(frame(1));
+    }
     RealTimeFile file;
     QVERIFY(file.open(path("a.csv"), m_labels, unixStyle()));
     QVERIFY(file.append(store, 18));
