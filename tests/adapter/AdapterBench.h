@@ -8,10 +8,13 @@
 #include <QByteArray>
 #include <QtGlobal>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
+#include <variant>
 #include <vector>
 
 /// A clock that the test moves. sleepMs() moves it too and remembers for how long.
