@@ -316,7 +316,7 @@ void tst_VirtualAdapterGateway::circlesEnd()
 {
     // Two gateways join the same two buses, each forwarding everything.
     AdapterBench bench(twoBuses("{'id': 1, 'period_us': 1000}"));
-    for (const std::uint8_t dev : {0, 1, 2}) {
+    for (std::uint8_t dev = 0; dev < 3; ++dev) {
         QVERIFY(bench.start(dev, 0) && bench.start(dev, 1));
     }
     QCOMPARE(gateway(bench, 0, AdapterGatewayOn), 1U);
