@@ -1,8 +1,8 @@
-// bench_endtoend [--seconds N] [--period MICROSECONDS] [--fd] [--folder FOLDER] [--json FILE]
+// bench_endtoend [--seconds N] [--rate FRAMES] [--fd] [--folder FOLDER] [--json FILE]
 //
-// Adapter to table and file: two devices with two CAN channels each, a counting frame every period (37 us: 27,027
-// frames per second) on each channel, received in four tabs with real-time saving on. Afterwards every file is read and
-// every payload counter checked. Ends with 1 when a frame was lost, doubled or out of order.
+// Adapter to table and file: two devices with two CAN channels each, so many numbered frames per second (27,000) on
+// each channel, received in four tabs with real-time saving on. Afterwards every file is read and every payload counter
+// checked. Ends with 1 when a frame was lost, doubled or out of order.
 
 #include "can/GUI_CanDevice.h"
 #include "capture/CTableViewCAN.h"
@@ -36,7 +36,7 @@ constexpr int IdleSeconds = 3;
 struct Options
 {
     int seconds = 30;
-    int periodUs = 37;
+    int rate = 27000; ///< frames per second and channel
     bool isCANFD = false;
     QString folder;
     QString json;
@@ -102,7 +102,7 @@ QByteArray adapterJson(const Options &options)
         const QJsonObject node{{QStringLiteral("id"), QStringLiteral("0x10%1").arg(bus)},
                                {QStringLiteral("length"), options.isCANFD ? 64 : 8},
                                {QStringLiteral("format"), QLatin1String(options.isCANFD ? "fd-brs" : "classic")},
-                               {QStringLiteral("period_us"), options.periodUs},
+                               {QStringLiteral("rate_hz"), options.rate},
                                {QStringLiteral("payload"), QStringLiteral("counting")}};
         buses.append(QJsonObject{{QStringLiteral("name"), QStringLiteral("bus%1").arg(bus)},
                                  {QStringLiteral("bitrate"), QStringLiteral("500k")},
@@ -196,7 +196,7 @@ public:
 
     bool open()
     {
-        const int cache = 2 * options().seconds * (1000000 / options().periodUs);
+        const int cache = 2 * (options().seconds + 5) * options().rate;
         for (int i = 0; i < ChannelCount; ++i) {
             auto tab = std::make_unique<GUI_CanDevice>(channelParam(i, options().isCANFD), m_manager);
             if (!tab->isChannelOpen()) {
@@ -251,13 +251,13 @@ Options readOptions(const QApplication &application)
 {
     QCommandLineParser parser;
     const QCommandLineOption seconds(QStringLiteral("seconds"), QString(), QStringLiteral("n"), QStringLiteral("30"));
-    const QCommandLineOption period(QStringLiteral("period"), QString(), QStringLiteral("us"), QStringLiteral("37"));
+    const QCommandLineOption rate(QStringLiteral("rate"), QString(), QStringLiteral("n"), QStringLiteral("27000"));
     const QCommandLineOption fd(QStringLiteral("fd"));
     const QCommandLineOption folder(QStringLiteral("folder"), QString(), QStringLiteral("folder"));
     const QCommandLineOption json(QStringLiteral("json"), QString(), QStringLiteral("file"));
-    parser.addOptions({seconds, period, fd, folder, json});
+    parser.addOptions({seconds, rate, fd, folder, json});
     parser.process(application);
-    return {std::max(1, parser.value(seconds).toInt()), std::max(1, parser.value(period).toInt()), parser.isSet(fd),
+    return {std::max(1, parser.value(seconds).toInt()), std::max(1, parser.value(rate).toInt()), parser.isSet(fd),
             parser.value(folder), parser.value(json)};
 }
 
@@ -308,7 +308,7 @@ int main(int argc, char *argv[])
                    .arg(c.lost, 7)
                    .arg(c.misplaced, 15)
                    .arg(c.wrongLines, 14);
-        const qint64 expected = qint64(options.seconds) * 1000000 / options.periodUs;
+        const qint64 expected = qint64(options.seconds) * options.rate;
         isGood = isGood && c.lost == 0 && c.misplaced == 0 && c.wrongLines == 0 && c.frames == c.rowsInTable &&
                  c.frames >= expected;
         channels.append(QJsonObject{{QStringLiteral("frames"), c.frames},
@@ -324,11 +324,10 @@ int main(int argc, char *argv[])
         << (isGood ? "no frame lost\n" : "FRAMES ARE MISSING OR WRONG\n");
     if (!options.json.isEmpty()) {
         QFile file(options.json);
-        const QJsonObject report{{QStringLiteral("seconds"), options.seconds},
-                                 {QStringLiteral("channels"), channels},
-                                 {QStringLiteral("longestPauseMs"), longestMs},
-                                 {QStringLiteral("idlePauseMs"), idleMs},
-                                 {QStringLiteral("cpuShare"), cpuShare}};
+        const QJsonObject report{
+            {QStringLiteral("seconds"), options.seconds}, {QStringLiteral("framesPerSecondAndChannel"), options.rate},
+            {QStringLiteral("channels"), channels},       {QStringLiteral("longestPauseMs"), longestMs},
+            {QStringLiteral("idlePauseMs"), idleMs},      {QStringLiteral("cpuShare"), cpuShare}};
         isGood = file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(report).toJson()) > 0 && isGood;
     }
     return isGood ? 0 : 1;
