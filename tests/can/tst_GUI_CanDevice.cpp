@@ -33,6 +33,13 @@ const QByteArray Buses = R"({
   ]
 })";
 
+// Pulled out half a second after it was opened, and plugged in again at once.
+const QByteArray Unplugged = R"({
+  "buses": [{"name": "busy", "bitrate": "500k", "nodes": [{"id": "0x100", "length": 8, "period_us": 1000}]}],
+  "devices": [{"model": "X9FC-1", "can": [{"bus": "busy"}],
+               "faults": {"vanish_after_ms": 500, "return_after_ms": 1}}]
+})";
+
 ChannelParam channel(quint8 device, quint8 ch, bool isCANFD = false)
 {
     ChannelParam param;
@@ -115,6 +122,7 @@ private slots:
     void savesInRealTime();
     void realTimeSavingEndsWithTheFolder();
     void keepsTheRowsWhenTheCacheFieldIsEmptied();
+    void losesNothingWhenTheAdapterIsPulledOut();
 
 private:
     std::unique_ptr<AdapterFolder> m_folder;
@@ -413,6 +421,40 @@ void tst_GUI_CanDevice::keepsTheRowsWhenTheCacheFieldIsEmptied()
     user.type("lbx_cache", QStringLiteral("4"));
     QTest::keyClick(user.find<QLineEdit>("lbx_cache"), Qt::Key_Return);
     QCOMPARE(user.rows(), 4);
+}
+
+void tst_GUI_CanDevice::losesNothingWhenTheAdapterIsPulledOut()
+{
+    m_manager.reset();
+    m_folder.reset();
+    m_folder = std::make_unique<AdapterFolder>(Unplugged);
+    m_manager = std::make_unique<CANCommunication>(std::make_unique<CANAPI>(QStringLiteral(X9_VIRTUAL_ADAPTER)));
+    {
+        const TabUnderTest user(channel(0, 0), *m_manager);
+        QVERIFY(user.tab.isChannelOpen());
+        const QString path = m_folder->filePath(QStringLiteral("live.csv"));
+        QVERIFY(user.table()->realTimeSave(true, path));
+        user.type("lbx_frameID", QStringLiteral("7FF"));
+        const auto sendFails = [&user] {
+            user.click("btn_sendData");
+            user.table()->refresh();
+            const QAbstractItemModel *model = user.table()->findChild<QTableView *>()->model();
+            return user.cell(model->rowCount() - 1, 3) == QLatin1String("Send failure");
+        };
+        QTRY_VERIFY(sendFails());
+        const int rows = user.rows();
+        QVERIFY(rows > 100);
+        QVERIFY(user.table()->save(m_folder->filePath(QStringLiteral("kept.can"))));
+        QCOMPARE(QFileInfo(m_folder->filePath(QStringLiteral("kept.can"))).size(), qint64(20 + 24 * rows));
+        user.table()->realTimeSave(false, path);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll().count('\n'), rows + 3); // own header, titles, the empty line of the first save
+    }
+    QVERIFY(!m_manager->isDeviceOpen(0));
+    const TabUnderTest again(channel(0, 0), *m_manager);
+    QVERIFY(again.tab.isChannelOpen());
+    QTRY_VERIFY(again.rows() > 0);
 }
 
 QTEST_MAIN(tst_GUI_CanDevice)
