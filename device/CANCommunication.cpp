@@ -215,7 +215,6 @@ CANError CANCommunication::openDevice(quint8 dev)
     }
     DeviceEntry &entry = m_p->devices[dev];
     entry.thread = new QThread;
-    entry.thread->start();
     entry.reader = new CANReadHandle;
     entry.reader->moveToThread(entry.thread);
     entry.reader->setFlagRead(true);
@@ -226,6 +225,7 @@ CANError CANCommunication::openDevice(quint8 dev)
             &CANCommunication::sig_readResultCallbackCANFD);
     QMetaObject::invokeMethod(entry.reader, "readHandle", Qt::QueuedConnection, Q_ARG(quint8, dev),
                               Q_ARG(CANAPI *, m_p->api.get()));
+    entry.thread->start(); // last, so that the thread finds everything in place
     return CAN_OK;
 }
 

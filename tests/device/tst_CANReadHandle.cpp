@@ -350,10 +350,10 @@ void tst_CANReadHandle::stopThread()
 
 void tst_CANReadHandle::startOnThread()
 {
-    m_thread.start();
     m_reader->moveToThread(&m_thread);
     QVERIFY(QMetaObject::invokeMethod(m_reader.get(), "readHandle", Qt::QueuedConnection, Q_ARG(quint8, 3),
                                       Q_ARG(CANAPI *, m_api.get())));
+    m_thread.start();
 }
 
 void tst_CANReadHandle::idleLoopKeepsWaking()

@@ -4,12 +4,12 @@
 
 #include <QByteArray>
 #include <QHash>
-#include <QMutex>
 #include <QStringList>
 #include <QVector>
 
 #include <functional>
 #include <memory>
+#include <mutex>
 
 /// An adapter made of static functions: it fills a CANAPI, records every call with its arguments and answers what the
 /// test has set. Without further settings every call succeeds and nothing is received. One at a time, because entry
@@ -66,7 +66,7 @@ private:
     /// Records a call and gives its answer.
     quint32 record(const QByteArray &entry, int channel, const QString &arguments, bool isPoll = false);
 
-    mutable QMutex m_mutex; ///< guards everything below
+    mutable std::mutex m_mutex; ///< guards everything below
     QStringList m_calls;
     QStringList m_polls;
     QHash<QByteArray, quint32> m_answers;
