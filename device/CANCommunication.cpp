@@ -220,9 +220,17 @@ CANError CANCommunication::openDevice(quint8 dev)
     entry.reader->setFlagRead(true);
     connect(entry.thread, &QThread::finished, entry.reader, &QObject::deleteLater);
     connect(entry.thread, &QThread::finished, entry.thread, &QObject::deleteLater);
-    connect(entry.reader, &CANReadHandle::sig_readResultCallback, this, &CANCommunication::sig_readResultCallback);
+    // Queued to this object's thread. The batch is held for a moment instead of passed by: its reference count orders
+    // the worker's writing before the reading here also for a race checker that cannot see the lock of Qt's event
+    // queue.
+    connect(entry.reader, &CANReadHandle::sig_readResultCallback, this,
+            [this](quint8 devInd, quint8 canInd, QVector<VCI_CAN_OBJ> obj) {
+                emit sig_readResultCallback(devInd, canInd, obj);
+            });
     connect(entry.reader, &CANReadHandle::sig_readResultCallbackCANFD, this,
-            &CANCommunication::sig_readResultCallbackCANFD);
+            [this](quint8 devInd, quint8 canInd, QVector<VCI_CANFD_OBJ> obj) {
+                emit sig_readResultCallbackCANFD(devInd, canInd, obj);
+            });
     QMetaObject::invokeMethod(entry.reader, "readHandle", Qt::QueuedConnection, Q_ARG(quint8, dev),
                               Q_ARG(CANAPI *, m_p->api.get()));
     entry.thread->start(); // last, so that the thread finds everything in place
