@@ -1,7 +1,8 @@
 #include "adapter/JsonTree.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <cstdio>
+#include <cstring>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -176,12 +177,16 @@ private:
     }
 
     /// The parser knows the place of a syntax error exactly and says it in its text: "... at line 3, column 5 ...".
-    int lineNamedIn(const std::string &text) const
+    /// Column 0 means that it stopped at a line end, which it counts to the next line.
+    int lineNamedIn(const char *text) const
     {
-        const std::string mark = " at line ";
-        const std::size_t at = text.find(mark);
-        const int named = at == std::string::npos ? 0 : std::atoi(text.c_str() + at + mark.size());
-        return named > 0 ? named : m_line;
+        int line = 0;
+        int column = 0;
+        const char *place = std::strstr(text, " at line ");
+        if (place == nullptr || std::sscanf(place, " at line %d, column %d", &line, &column) != 2) {
+            return m_line;
+        }
+        return column == 0 && line > 1 ? line - 1 : line;
     }
 
     const int &m_line;

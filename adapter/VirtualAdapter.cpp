@@ -43,6 +43,7 @@ public:
         }
         m_lock = std::unique_lock<std::mutex>(m_adapter.m_mutex);
         m_nowNs = m_adapter.m_clock.nowNs();
+        m_adapter.closeVanished(m_nowNs);
         m_isAbsent = m_isKnown && m_adapter.isAbsent(m_dev, m_nowNs);
     }
 
@@ -91,25 +92,46 @@ VirtualAdapter::VirtualAdapter(AdapterConfig config, AdapterClock &clock)
     , m_can(m_config, clock.nowNs())
     , m_lin(m_config, clock.nowNs())
 {
+    for (std::size_t dev = 0; dev < m_config.devices.size(); ++dev) {
+        if (m_config.devices[dev].faults.vanishAfterNs) {
+            m_vanishing.push_back(dev);
+        }
+    }
 }
 
-/// Whether the device has vanished and not come back. Vanishing closes it: it must be opened again later.
-bool VirtualAdapter::isAbsent(std::size_t dev, std::uint64_t nowNs)
+/// When the device vanishes; empty when it does not, or was never opened.
+std::optional<std::uint64_t> VirtualAdapter::vanishingNs(std::size_t dev) const
 {
     const DeviceFaults &faults = m_config.devices[dev].faults;
-    Device &device = m_devices[dev];
+    const Device &device = m_devices[dev];
     if (!faults.vanishAfterNs || !device.firstOpenNs) {
-        return false;
+        return std::nullopt;
     }
-    const std::uint64_t goneNs = *device.firstOpenNs + *faults.vanishAfterNs;
-    if (nowNs < goneNs) {
-        return false;
+    return *device.firstOpenNs + *faults.vanishAfterNs;
+}
+
+bool VirtualAdapter::isAbsent(std::size_t dev, std::uint64_t nowNs) const
+{
+    const std::optional<std::uint64_t> goneNs = vanishingNs(dev);
+    const std::optional<std::uint64_t> &returnAfterNs = m_config.devices[dev].faults.returnAfterNs;
+    return goneNs && nowNs >= *goneNs && (!returnAfterNs || nowNs < *goneNs + *returnAfterNs);
+}
+
+/// Vanishing closes a device: it must be opened again when it has come back.
+void VirtualAdapter::closeVanished(std::uint64_t nowNs)
+{
+    const auto hasGone = [this, nowNs](std::size_t dev) {
+        const std::optional<std::uint64_t> goneNs = vanishingNs(dev);
+        return goneNs && nowNs >= *goneNs;
+    };
+    for (auto dev = m_vanishing.begin(); dev != m_vanishing.end();) {
+        if (!hasGone(*dev)) {
+            ++dev;
+            continue;
+        }
+        shutDevice(*dev, nowNs);
+        dev = m_vanishing.erase(dev);
     }
-    if (!device.hasVanished) {
-        device.hasVanished = true;
-        shutDevice(dev, nowNs);
-    }
-    return !faults.returnAfterNs || nowNs < goneNs + *faults.returnAfterNs;
 }
 
 void VirtualAdapter::shutDevice(std::size_t dev, std::uint64_t nowNs)

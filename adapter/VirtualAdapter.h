@@ -6,6 +6,8 @@
 #include "adapter/LinNetwork.h"
 #include "device/AdapterRecords.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <mutex>
 #include <optional>
@@ -62,11 +64,12 @@ private:
     {
         bool isOpen = false;
         std::optional<std::uint64_t> firstOpenNs; ///< the vanishing is counted from here
-        bool hasVanished = false;
         std::array<u32, ChannelsPerDevice> receiveCalls{};
     };
 
-    bool isAbsent(std::size_t dev, std::uint64_t nowNs);
+    std::optional<std::uint64_t> vanishingNs(std::size_t dev) const;
+    bool isAbsent(std::size_t dev, std::uint64_t nowNs) const;
+    void closeVanished(std::uint64_t nowNs);
     void shutDevice(std::size_t dev, std::uint64_t nowNs);
     u32 receiveCount(Entry entry, u32 type, u8 dev, u8 ch, bool fd);
     template<class Record>
@@ -78,6 +81,7 @@ private:
     AdapterClock &m_clock;
     std::mutex m_mutex; ///< guards everything below
     std::vector<Device> m_devices;
+    std::vector<std::size_t> m_vanishing; ///< devices that will vanish and have not yet
     CanNetwork m_can;
     LinNetwork m_lin;
 };
