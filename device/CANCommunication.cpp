@@ -262,8 +262,8 @@ CANError CANCommunication::openChannel(const ChannelParam &param)
     if (openDevice(param.device) == CAN_DeviceOpenFailed) {
         return CAN_DeviceOpenFailed;
     }
-    DeviceEntry *entry = m_p->device(param.device);
-    if (entry->canOpen[param.channel] != 0) {
+    DeviceEntry &entry = m_p->devices.at(param.device); // open now
+    if (entry.canOpen[param.channel] != 0) {
         return CAN_ChannelExists;
     }
     // closeDevice() refuses, as is wanted here, while another channel is open.
@@ -276,14 +276,14 @@ CANError CANCommunication::openChannel(const ChannelParam &param)
         return CAN_ChannelOpenFailed;
     }
     succeeds(m_p->api->VCI_ClearBuffer, param.device, param.channel);
-    entry->canOpen[param.channel] = 1;
+    entry.canOpen[param.channel] = 1;
     if (param.isCANFD) {
-        entry->reader->setFlagCANFD(param.channel, true);
+        entry.reader->setFlagCANFD(param.channel, true);
     } else {
-        entry->reader->setFlagCAN(param.channel, true);
+        entry.reader->setFlagCAN(param.channel, true);
     }
-    if (areAllSet(entry->canOpen) && m_p->gateway(param.device, AdapterGatewayQuery) == 1U) {
-        entry->gatewayOn = 1;
+    if (areAllSet(entry.canOpen) && m_p->gateway(param.device, AdapterGatewayQuery) == 1U) {
+        entry.gatewayOn = 1;
         emit sig_gatewayStateChanged(param.device, true);
     }
     return CAN_OK;
@@ -439,15 +439,15 @@ CANError CANCommunication::openLIN(const ChannelParam &param)
     if (openDevice(param.device) == CAN_DeviceOpenFailed) {
         return CAN_DeviceOpenFailed;
     }
-    DeviceEntry *entry = m_p->device(param.device);
-    if (entry->linOpen[param.channel] != 0) {
+    DeviceEntry &entry = m_p->devices.at(param.device); // open now
+    if (entry.linOpen[param.channel] != 0) {
         return CAN_ChannelExists;
     }
     if (!succeeds(m_p->api->KQ_OpenLIN, param.device, param.channel, param.linBaudRate, param.linChecksum)) {
         closeDevice(param.device); // refuses, as is wanted here, while another channel is open
         return CAN_ChannelOpenFailed;
     }
-    entry->linOpen[param.channel] = 1;
+    entry.linOpen[param.channel] = 1;
     return CAN_OK;
 }
 

@@ -141,7 +141,7 @@ struct ScriptedEntries
     {
         const u32 result = current->record("KQ_SetCANGateWayIDFilter", ch, text({type, dev, ch, count}));
         const std::lock_guard<std::mutex> lock(current->m_mutex);
-        current->m_gatewayWords = QVector<u32>(ids, ids + count);
+        current->m_gatewayWords.assign(ids, ids + count);
         return result;
     }
     static u32 X9_ADAPTER_CALL getCANGateWayIDFilter(u32 type, u8 dev, u8 ch, u32 *ids, u32 *count)
@@ -296,14 +296,14 @@ void ScriptedAdapter::setGateway(quint32 state, bool isStuck)
     m_isGatewayStuck = isStuck;
 }
 
-void ScriptedAdapter::setGatewayWords(const QVector<quint32> &words, quint32 count)
+void ScriptedAdapter::setGatewayWords(const std::vector<quint32> &words, quint32 count)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_gatewayWords = words;
     m_gatewayCount = count;
 }
 
-QVector<quint32> ScriptedAdapter::gatewayWords() const
+std::vector<quint32> ScriptedAdapter::gatewayWords() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     return m_gatewayWords;
