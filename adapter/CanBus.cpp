@@ -64,12 +64,18 @@ CanBus::Event CanBus::takeReply()
     return {&responder.frame, reply.slot.dueNs, true};
 }
 
+bool CanBus::hasReply(const CanFrame &request, const std::function<bool(const CanFrame &)> &condition) const
+{
+    return std::any_of(m_responders.begin(), m_responders.end(), [&](const Responder &responder) {
+        return responder.answers(request) && condition(responder.frame);
+    });
+}
+
 void CanBus::request(const CanFrame &frame, std::uint64_t timeNs)
 {
     for (std::size_t i = 0; i < m_responders.size() && m_replies.size() < MaxPendingReplies; ++i) {
-        const ReplyConfig &config = m_responders[i].config;
-        if (config.requestId == frame.id && config.requestExtended == frame.extended) {
-            m_replies.push_back({{timeNs + config.delayNs, m_replyNumber++}, i});
+        if (m_responders[i].answers(frame)) {
+            m_replies.push_back({{timeNs + m_responders[i].config.delayNs, m_replyNumber++}, i});
             std::push_heap(m_replies.begin(), m_replies.end(), std::greater<>());
         }
     }

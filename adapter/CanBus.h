@@ -34,6 +34,8 @@ public:
     std::uint64_t nextDueNs() const;
     Event takeNext();
     bool hasResponders() const { return !m_responders.empty(); }
+    /// Whether a reply to this frame would satisfy the condition.
+    bool hasReply(const CanFrame &request, const std::function<bool(const CanFrame &)> &condition) const;
     /// Makes every node that waits for this request reply after its delay.
     void request(const CanFrame &frame, std::uint64_t timeNs);
 
@@ -60,6 +62,11 @@ private:
         CanFrame frame;
         ReplyConfig config;
         std::uint64_t replies = 0;
+
+        bool answers(const CanFrame &request) const
+        {
+            return config.requestId == request.id && config.requestExtended == request.extended;
+        }
     };
     struct Slot
     {

@@ -65,6 +65,7 @@ void CanNetwork::catchUpBuses(std::size_t first, std::size_t last, std::uint64_t
             break;
         }
         const CanBus::Event event = m_buses[bus].bus.takeNext();
+        ++m_computedFrames;
         deliver(bus, NoChannel, *event.frame, event.timeNs, event.isReply);
     }
     for (std::size_t bus = first; bus < last; ++bus) {
@@ -94,15 +95,25 @@ std::size_t CanNetwork::earliestBus(std::size_t first, std::size_t last, std::ui
 void CanNetwork::chooseHeard(BusState &state, std::size_t bus)
 {
     state.checkedAt = m_changes;
-    state.bus.chooseHeard([this, bus](const CanFrame &frame) {
-        bool hasRoom = false;
-        std::uint64_t visited = 0;
-        walk(
-            bus, NoChannel, frame, visited,
-            [&frame](const CanChannel &channel) { return channel.receivesIdentifier(frame); },
-            [&hasRoom](const CanChannel &channel) { hasRoom = hasRoom || !channel.isFull(); }, [](std::size_t) {});
-        return hasRoom;
-    });
+    state.bus.chooseHeard([this, bus](const CanFrame &frame) { return isHeard(bus, frame, false); });
+}
+
+/// Whether a frame like this one, or a reply to it, would reach a buffer with room.
+bool CanNetwork::isHeard(std::size_t bus, const CanFrame &frame, bool isReply)
+{
+    bool hasRoom = false;
+    std::uint64_t visited = 0;
+    walk(
+        bus, NoChannel, frame, visited,
+        [&frame](const CanChannel &channel) { return channel.receivesIdentifier(frame); },
+        [&hasRoom](const CanChannel &channel) { hasRoom = hasRoom || !channel.isFull(); },
+        [this, &hasRoom, &frame, isReply](std::size_t reached) {
+            const auto isReplyHeard = [this, reached](const CanFrame &reply) {
+                return isHeard(reached, reply, true);
+            };
+            hasRoom = hasRoom || (!isReply && m_buses[reached].bus.hasReply(frame, isReplyHeard));
+        });
+    return hasRoom;
 }
 
 void CanNetwork::passUnheard(std::size_t bus, std::uint64_t nowNs)

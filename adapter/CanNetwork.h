@@ -29,6 +29,8 @@ public:
     /// To be called with the current time before every other operation.
     void catchUp(ChannelNumber channel, std::uint64_t nowNs);
     void catchUpAll(std::uint64_t nowNs);
+    /// Frames of nodes computed one by one so far; those that passed unheard are not among them.
+    std::uint64_t computedFrames() const { return m_computedFrames; }
 
     const CanChannel &channel(ChannelNumber channel) const { return m_channels[channel]; }
     void init(ChannelNumber channel, const VCI_INIT_CONFIG &config);
@@ -69,6 +71,7 @@ private:
     std::size_t earliestBus(std::size_t first, std::size_t last, std::uint64_t nowNs);
     void passUnheard(std::size_t bus, std::uint64_t nowNs);
     void chooseHeard(BusState &state, std::size_t bus);
+    bool isHeard(std::size_t bus, const CanFrame &frame, bool isReply);
     void deliver(std::size_t bus, ChannelNumber sender, const CanFrame &frame, std::uint64_t timeNs, bool isReply);
     template<class Accepts, class Visit, class Reach>
     void walk(std::size_t bus, ChannelNumber sender, const CanFrame &frame, std::uint64_t &visited,
@@ -82,6 +85,7 @@ private:
     std::vector<std::size_t> m_channelBus; ///< NoBus: connected to nothing
     std::vector<Gateway> m_gateways;
     std::size_t m_gatewaysOn = 0;
+    std::uint64_t m_computedFrames = 0;
     std::uint64_t m_changes = 1; ///< counts whatever may change who hears whom, a buffer filling up included
 };
 

@@ -220,9 +220,19 @@ CANError CANCommunication::openDevice(quint8 dev)
     entry.reader->setFlagRead(true);
     connect(entry.thread, &QThread::finished, entry.reader, &QObject::deleteLater);
     connect(entry.thread, &QThread::finished, entry.thread, &QObject::deleteLater);
-    connect(entry.reader, &CANReadHandle::sig_readResultCallback, this, &CANCommunication::sig_readResultCallback);
+    // NOLINTBEGIN(performance-unnecessary-value-param)
+    // Queued to this object's thread. The batch is held for a moment instead of passed by: its reference count orders
+    // the worker's writing before the reading here also for a race checker that cannot see the lock of Qt's event
+    // queue.
+    connect(entry.reader, &CANReadHandle::sig_readResultCallback, this,
+            [this](quint8 devInd, quint8 canInd, QVector<VCI_CAN_OBJ> obj) {
+                emit sig_readResultCallback(devInd, canInd, obj);
+            });
     connect(entry.reader, &CANReadHandle::sig_readResultCallbackCANFD, this,
-            &CANCommunication::sig_readResultCallbackCANFD);
+            [this](quint8 devInd, quint8 canInd, QVector<VCI_CANFD_OBJ> obj) {
+                emit sig_readResultCallbackCANFD(devInd, canInd, obj);
+            });
+    // NOLINTEND(performance-unnecessary-value-param)
     QMetaObject::invokeMethod(entry.reader, "readHandle", Qt::QueuedConnection, Q_ARG(quint8, dev),
                               Q_ARG(CANAPI *, m_p->api.get()));
     entry.thread->start(); // last, so that the thread finds everything in place
@@ -251,12 +261,11 @@ CANError CANCommunication::openChannel(const ChannelParam &param)
     if (param.channel >= ChannelCount) {
         return CAN_ChannelOpenFailed;
     }
-    openDevice(param.device);
-    DeviceEntry *entry = m_p->device(param.device);
-    if (entry == nullptr) {
+    if (openDevice(param.device) == CAN_DeviceOpenFailed) {
         return CAN_DeviceOpenFailed;
     }
-    if (entry->canOpen[param.channel] != 0) {
+    DeviceEntry &entry = m_p->devices.at(param.device); // open now
+    if (entry.canOpen[param.channel] != 0) {
         return CAN_ChannelExists;
     }
     // closeDevice() refuses, as is wanted here, while another channel is open.
@@ -269,14 +278,14 @@ CANError CANCommunication::openChannel(const ChannelParam &param)
         return CAN_ChannelOpenFailed;
     }
     succeeds(m_p->api->VCI_ClearBuffer, param.device, param.channel);
-    entry->canOpen[param.channel] = 1;
+    entry.canOpen[param.channel] = 1;
     if (param.isCANFD) {
-        entry->reader->setFlagCANFD(param.channel, true);
+        entry.reader->setFlagCANFD(param.channel, true);
     } else {
-        entry->reader->setFlagCAN(param.channel, true);
+        entry.reader->setFlagCAN(param.channel, true);
     }
-    if (areAllSet(entry->canOpen) && m_p->gateway(param.device, AdapterGatewayQuery) == 1U) {
-        entry->gatewayOn = 1;
+    if (areAllSet(entry.canOpen) && m_p->gateway(param.device, AdapterGatewayQuery) == 1U) {
+        entry.gatewayOn = 1;
         emit sig_gatewayStateChanged(param.device, true);
     }
     return CAN_OK;
@@ -429,19 +438,18 @@ CANError CANCommunication::openLIN(const ChannelParam &param)
     if (param.channel >= ChannelCount) {
         return CAN_ChannelOpenFailed;
     }
-    openDevice(param.device);
-    DeviceEntry *entry = m_p->device(param.device);
-    if (entry == nullptr) {
+    if (openDevice(param.device) == CAN_DeviceOpenFailed) {
         return CAN_DeviceOpenFailed;
     }
-    if (entry->linOpen[param.channel] != 0) {
+    DeviceEntry &entry = m_p->devices.at(param.device); // open now
+    if (entry.linOpen[param.channel] != 0) {
         return CAN_ChannelExists;
     }
     if (!succeeds(m_p->api->KQ_OpenLIN, param.device, param.channel, param.linBaudRate, param.linChecksum)) {
         closeDevice(param.device); // refuses, as is wanted here, while another channel is open
         return CAN_ChannelOpenFailed;
     }
-    entry->linOpen[param.channel] = 1;
+    entry.linOpen[param.channel] = 1;
     return CAN_OK;
 }
 

@@ -64,9 +64,10 @@ CANReadHandle::~CANReadHandle() = default;
 void CANReadHandle::setFlagRead(bool state)
 {
     const QMutexLocker lock(&m_p->mutex);
-    for (std::size_t channel = 0; channel < m_p->flagCAN.size(); ++channel) {
-        m_p->flagCAN[channel] = false;
-        m_p->flagCANFD[channel] = false;
+    for (auto *flags : {&m_p->flagCAN, &m_p->flagCANFD}) {
+        for (std::atomic<bool> &flag : *flags) {
+            flag = false;
+        }
     }
     m_p->flagRead = state;
     m_p->ended.wakeAll();
@@ -75,13 +76,13 @@ void CANReadHandle::setFlagRead(bool state)
 void CANReadHandle::setFlagCAN(std::uint8_t canInd, bool state)
 {
     const QMutexLocker lock(&m_p->mutex);
-    (canInd == 0 ? m_p->flagCAN.front() : m_p->flagCAN.back()) = state;
+    m_p->flagCAN[canInd == 0 ? 0 : 1] = state;
 }
 
 void CANReadHandle::setFlagCANFD(std::uint8_t canInd, bool state)
 {
     const QMutexLocker lock(&m_p->mutex);
-    (canInd == 0 ? m_p->flagCANFD.front() : m_p->flagCANFD.back()) = state;
+    m_p->flagCANFD[canInd == 0 ? 0 : 1] = state;
 }
 
 void CANReadHandle::readHandle(quint8 id, CANAPI *api)

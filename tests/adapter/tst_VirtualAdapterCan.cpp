@@ -71,6 +71,8 @@ private slots:
     void requestIsAnsweredAfterTheDelay();
     void requestMatchesTheIdentifierType();
     void cyclicFramesAreAnsweredToo();
+    void repliesComeAfterCyclicFramesOfTheSameTime();
+    void repliesToRequestsThatNobodyHears();
     void repliesAreNotTakenForRequests();
     void tooManyRepliesAreDropped();
     void receiveTakesNoMoreThanAsked();
@@ -616,6 +618,25 @@ void tst_VirtualAdapterCan::cyclicFramesAreAnsweredToo()
     QVERIFY(bench.start(0, 0));
     bench.clock().advanceMs(3);
     QCOMPARE(idsOf(bench.receive(0, 0)), std::vector<std::uint32_t>({1, 2, 1, 2, 1}));
+}
+
+void tst_VirtualAdapterCan::repliesComeAfterCyclicFramesOfTheSameTime()
+{
+    AdapterBench bench(oneBus("{'id': 2, 'request_id': 1, 'delay_us': 1000}, {'id': 1, 'period_us': 1000}"));
+    QVERIFY(bench.start(0, 0));
+    bench.clock().advanceMs(3);
+    QCOMPARE(idsOf(bench.receive(0, 0)), std::vector<std::uint32_t>({1, 1, 2, 1, 2}));
+}
+
+void tst_VirtualAdapterCan::repliesToRequestsThatNobodyHears()
+{
+    AdapterBench bench(oneBus("{'id': 1, 'period_us': 1000}, {'id': 2, 'request_id': 1, 'delay_us': 500}"));
+    VCI_INIT_CONFIG config = AdapterBench::settings();
+    config.AccCode = 2U << 21U; // the reply passes, the request does not
+    config.AccMask = 0x001FFFFFU;
+    QVERIFY(bench.start(0, 0, config));
+    bench.clock().advanceMs(3);
+    QCOMPARE(idsOf(bench.receive(0, 0)), std::vector<std::uint32_t>({2, 2}));
 }
 
 void tst_VirtualAdapterCan::repliesAreNotTakenForRequests()

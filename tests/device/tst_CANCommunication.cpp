@@ -10,6 +10,7 @@
 #include <memory>
 #include <numeric>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -875,7 +876,7 @@ void tst_CANCommunication::setsGatewayFilter()
     m_adapter->takeCalls();
     QCOMPARE(m_manager->setGatewayIDFilter(0, 1, {0x2B, 0x11, 0xFFFFFFFFU}), CAN_OK);
     QCOMPARE(m_adapter->takeCalls(), calls("KQ_SetCANGateWayIDFilter 4 0 1 3"));
-    QCOMPARE(m_adapter->gatewayWords(), QVector<quint32>({0x11, 0x2B, 0xFFFFFFFFU}));
+    QCOMPARE(m_adapter->gatewayWords(), std::vector<quint32>({0x11, 0x2B, 0xFFFFFFFFU}));
     QCOMPARE(m_manager->setGatewayIDFilter(0, 0, {}), CAN_OK);
     QCOMPARE(m_adapter->takeCalls(), calls("KQ_SetCANGateWayIDFilter 4 0 0 0"));
     QSet<quint32> most;
@@ -883,7 +884,7 @@ void tst_CANCommunication::setsGatewayFilter()
         most.insert(id);
     }
     QCOMPARE(m_manager->setGatewayIDFilter(0, 0, most), CAN_OK);
-    QCOMPARE(m_adapter->gatewayWords().size(), 64);
+    QCOMPARE(int(m_adapter->gatewayWords().size()), 64);
 }
 
 void tst_CANCommunication::setGatewayFilterFails()
@@ -919,7 +920,7 @@ void tst_CANCommunication::readsGatewayFilter()
 
 void tst_CANCommunication::gatewayFilterCountIsNotTrusted()
 {
-    QVector<quint32> words(64);
+    std::vector<quint32> words(64);
     std::iota(words.begin(), words.end(), 1000U);
     for (const quint32 count : {64U, 65U, 0xFFFFFFFFU}) {
         m_adapter->setGatewayWords(words, count);

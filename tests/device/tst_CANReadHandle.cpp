@@ -350,27 +350,42 @@ void tst_CANReadHandle::stopThread()
 
 void tst_CANReadHandle::startOnThread()
 {
-    m_thread.start();
     m_reader->moveToThread(&m_thread);
     QVERIFY(QMetaObject::invokeMethod(m_reader.get(), "readHandle", Qt::QueuedConnection, Q_ARG(quint8, 3),
                                       Q_ARG(CANAPI *, m_api.get())));
+    m_thread.start();
 }
 
 void tst_CANReadHandle::idleLoopKeepsWaking()
 {
-    std::atomic<int> polls{0};
-    m_adapter->onCall("VCI_GetReceiveNum", [&polls] { ++polls; });
+    // A second worker with a channel to poll counts the periods that the idle one spends.
+    CANReadHandle counting;
+    QThread countingThread;
+    counting.moveToThread(&countingThread);
+    counting.setFlagRead(true);
+    counting.setFlagCAN(1, true);
+    QMetaObject::invokeMethod(&counting, "readHandle", Qt::QueuedConnection, Q_ARG(quint8, 5),
+                              Q_ARG(CANAPI *, m_api.get()));
     startOnThread();
-    // Nothing is polled while all flags are clear; the loop is alive all the same and sees a flag that comes later.
-    for (int time = 0; time < 2; ++time) {
-        const int before = polls;
-        m_reader->setFlagCAN(0, true);
-        QTRY_VERIFY(polls > before);
-        m_reader->setFlagRead(true); // clears the channel
-    }
+    countingThread.start();
+
+    QStringList polls;
+    const auto periods = [this, &polls](const char *entry) {
+        polls += m_adapter->takePolls();
+        return polls.count(QString::fromLatin1(entry));
+    };
+    QTRY_VERIFY(periods("VCI_GetReceiveNum 4 5 1") >= 4);
+    const int idlePolls = polls.size() - polls.count(QStringLiteral("VCI_GetReceiveNum 4 5 1"));
+    // Nothing was polled, and the loop is alive all the same: it sees a flag that comes now.
+    m_reader->setFlagCAN(0, true);
+    const bool isAlive = QTest::qWaitFor([&periods] { return periods("VCI_GetReceiveNum 4 3 0") > 0; });
+
+    counting.setFlagRead(false);
+    countingThread.quit();
+    countingThread.wait();
     stopThread();
-    const int total = polls;
-    QCOMPARE(m_adapter->takePolls(), QVector<QString>(total, QStringLiteral("VCI_GetReceiveNum 4 3 0")).toList());
+    QCOMPARE(idlePolls, 0);
+    QVERIFY(isAlive);
 }
 
 void tst_CANReadHandle::startsByNameOnItsThread()

@@ -1,10 +1,7 @@
 #include "tests/support/ScriptedAdapter.h"
 
-#include <QMutexLocker>
-
 #include <algorithm>
 #include <cstring>
-#include <utility>
 
 namespace {
 
@@ -93,7 +90,7 @@ struct ScriptedEntries
     static u32 waiting(const char *entry, bool isCANFD, u32 type, u8 dev, u8 ch)
     {
         current->record(entry, ch, text({type, dev, ch}), true);
-        const QMutexLocker lock(&current->m_mutex);
+        const std::lock_guard<std::mutex> lock(current->m_mutex);
         return current->m_waiting[isCANFD ? 1 : 0][ch & 1].announced;
     }
     static u32 X9_ADAPTER_CALL receive(u32 type, u8 dev, u8 ch, VCI_CAN_OBJ *frames, u32 capacity, i32 waitMs)
@@ -108,7 +105,7 @@ struct ScriptedEntries
     static u32 deliver(const char *entry, bool isCANFD, const QString &arguments, u8 ch, Frame *frames, u32 capacity)
     {
         current->record(entry, ch, arguments, true);
-        const QMutexLocker lock(&current->m_mutex);
+        const std::lock_guard<std::mutex> lock(current->m_mutex);
         auto &channel = current->m_waiting[isCANFD ? 1 : 0][ch & 1];
         if (channel.delivered != AdapterReceiveError) {
             for (u32 i = 0; i < std::min(channel.delivered, capacity); ++i) {
@@ -121,7 +118,7 @@ struct ScriptedEntries
     static u32 X9_ADAPTER_CALL readInfo(u32 type, u8 dev, char *serial, char *model, char *firmware, char *hardware)
     {
         const u32 result = current->record("KQ_ReadInfo", -1, text({type, dev}));
-        const QMutexLocker lock(&current->m_mutex);
+        const std::lock_guard<std::mutex> lock(current->m_mutex);
         char *buffers[4] = {serial, model, firmware, hardware};
         for (int i = 0; i < 4; ++i) {
             const QByteArray &content = current->m_texts[i];
@@ -133,7 +130,7 @@ struct ScriptedEntries
     {
         // The operation stands where other entries have the channel: answers can be set for one operation.
         const u32 result = current->record("KQ_OpenCANGateWay", operation, text({type, dev, operation}));
-        const QMutexLocker lock(&current->m_mutex);
+        const std::lock_guard<std::mutex> lock(current->m_mutex);
         if (operation != AdapterGatewayQuery && !current->m_isGatewayStuck) {
             current->m_gateway = operation;
         }
@@ -143,14 +140,14 @@ struct ScriptedEntries
     static u32 X9_ADAPTER_CALL setCANGateWayIDFilter(u32 type, u8 dev, u8 ch, const u32 *ids, u32 count)
     {
         const u32 result = current->record("KQ_SetCANGateWayIDFilter", ch, text({type, dev, ch, count}));
-        const QMutexLocker lock(&current->m_mutex);
-        current->m_gatewayWords = QVector<u32>(ids, ids + count);
+        const std::lock_guard<std::mutex> lock(current->m_mutex);
+        current->m_gatewayWords.assign(ids, ids + count);
         return result;
     }
     static u32 X9_ADAPTER_CALL getCANGateWayIDFilter(u32 type, u8 dev, u8 ch, u32 *ids, u32 *count)
     {
         const u32 result = current->record("KQ_GetCANGateWayIDFilter", ch, text({type, dev, ch}));
-        const QMutexLocker lock(&current->m_mutex);
+        const std::lock_guard<std::mutex> lock(current->m_mutex);
         std::copy(current->m_gatewayWords.cbegin(), current->m_gatewayWords.cend(), ids);
         *count = current->m_gatewayCount;
         return result;
@@ -181,7 +178,7 @@ struct ScriptedEntries
     {
         const QString before = QStringLiteral(" {%1}").arg(hex(reinterpret_cast<const u8 *>(frame), sizeof *frame));
         const u32 result = current->record(entry, ch, text({type, dev, ch}) + before);
-        const QMutexLocker lock(&current->m_mutex);
+        const std::lock_guard<std::mutex> lock(current->m_mutex);
         if (result == AdapterSuccess) {
             *frame = current->m_linFrame;
         }
@@ -255,37 +252,37 @@ std::unique_ptr<CANAPI> ScriptedAdapter::table(const QStringList &without) const
 
 QStringList ScriptedAdapter::takeCalls()
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     return std::exchange(m_calls, {});
 }
 
 QStringList ScriptedAdapter::takePolls()
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     return std::exchange(m_polls, {});
 }
 
 void ScriptedAdapter::answer(const char *entry, quint32 result)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_answers[entry] = result;
 }
 
 void ScriptedAdapter::answerChannel(const char *entry, quint8 channel, quint32 result)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_answers[answerKey(entry, channel)] = result;
 }
 
 void ScriptedAdapter::onCall(const char *entry, std::function<void()> hook)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_hooks[entry] = std::move(hook);
 }
 
 void ScriptedAdapter::setTexts(const QByteArray &serial, const QByteArray &model, const QByteArray &firmware)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_texts[0] = serial;
     m_texts[1] = model;
     m_texts[2] = firmware;
@@ -294,33 +291,33 @@ void ScriptedAdapter::setTexts(const QByteArray &serial, const QByteArray &model
 
 void ScriptedAdapter::setGateway(quint32 state, bool isStuck)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_gateway = state;
     m_isGatewayStuck = isStuck;
 }
 
-void ScriptedAdapter::setGatewayWords(QVector<quint32> words, quint32 count)
+void ScriptedAdapter::setGatewayWords(const std::vector<quint32> &words, quint32 count)
 {
-    const QMutexLocker lock(&m_mutex);
-    m_gatewayWords = std::move(words);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_gatewayWords = words;
     m_gatewayCount = count;
 }
 
-QVector<quint32> ScriptedAdapter::gatewayWords() const
+std::vector<quint32> ScriptedAdapter::gatewayWords() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     return m_gatewayWords;
 }
 
 void ScriptedAdapter::setLINFrame(const VCI_LIN_OBJ &frame)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_linFrame = frame;
 }
 
 void ScriptedAdapter::announce(bool isCANFD, quint8 channel, quint32 announced, quint32 delivered)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     Waiting &waiting = m_waiting[isCANFD ? 1 : 0][channel & 1];
     waiting.announced = announced;
     waiting.delivered = delivered;
@@ -331,7 +328,7 @@ quint32 ScriptedAdapter::record(const QByteArray &entry, int channel, const QStr
     std::function<void()> hook;
     quint32 result = AdapterSuccess;
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         (isPoll ? m_polls : m_calls).append(QString::fromLatin1(entry) + QLatin1Char(' ') + arguments);
         hook = m_hooks.value(entry);
         result = m_answers.value(answerKey(entry, channel), m_answers.value(entry, AdapterSuccess));

@@ -4,12 +4,12 @@
 
 #include <QByteArray>
 #include <QHash>
-#include <QMutex>
 #include <QStringList>
-#include <QVector>
 
 #include <functional>
 #include <memory>
+#include <mutex>
+#include <vector>
 
 /// An adapter made of static functions: it fills a CANAPI, records every call with its arguments and answers what the
 /// test has set. Without further settings every call succeeds and nothing is received. One at a time, because entry
@@ -43,9 +43,9 @@ public:
     /// State of the gateway as the adapter reports it; switching changes it unless it is stuck.
     void setGateway(quint32 state, bool isStuck = false);
     /// What the gateway's list holds, and the count reported with it.
-    void setGatewayWords(QVector<quint32> words, quint32 count);
+    void setGatewayWords(const std::vector<quint32> &words, quint32 count);
     /// The words handed over by the last KQ_SetCANGateWayIDFilter.
-    QVector<quint32> gatewayWords() const;
+    std::vector<quint32> gatewayWords() const;
     /// What the LIN receive entries write.
     void setLINFrame(const VCI_LIN_OBJ &frame);
 
@@ -66,7 +66,7 @@ private:
     /// Records a call and gives its answer.
     quint32 record(const QByteArray &entry, int channel, const QString &arguments, bool isPoll = false);
 
-    mutable QMutex m_mutex; ///< guards everything below
+    mutable std::mutex m_mutex; ///< guards everything below
     QStringList m_calls;
     QStringList m_polls;
     QHash<QByteArray, quint32> m_answers;
@@ -74,7 +74,7 @@ private:
     QByteArray m_texts[4];
     quint32 m_gateway = 0;
     bool m_isGatewayStuck = false;
-    QVector<quint32> m_gatewayWords;
+    std::vector<quint32> m_gatewayWords;
     quint32 m_gatewayCount = 0;
     VCI_LIN_OBJ m_linFrame{};
     Waiting m_waiting[2][2]; ///< by CAN FD, channel
