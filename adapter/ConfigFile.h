@@ -2,13 +2,14 @@
 
 #include "adapter/AdapterConfig.h"
 
+#include <cstddef>
 #include <string>
 
 namespace va {
 
 constexpr const char *ConfigFileName = "virtual-adapter.json";
 /// Larger files are refused without being read.
-constexpr std::size_t MaxConfigFileSize = 1024 * 1024;
+constexpr std::size_t MaxConfigFileSize = std::size_t{1024} * 1024;
 
 struct LoadedConfig
 {

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <type_traits>
+#include <utility>
 
 #if defined(_WIN32)
 #define X9_ADAPTER_EXPORT extern "C" __declspec(dllexport)

@@ -7,7 +7,7 @@ namespace va {
 
 namespace {
 
-constexpr std::size_t BlockSize = 64 * 1024;
+constexpr std::size_t BlockSize = std::size_t{64} * 1024;
 /// Empty blocks kept for the next frames: enough for the default limit of 8-byte frames.
 constexpr std::size_t MaxSpareBlocks = 64;
 

@@ -23,7 +23,7 @@ constexpr std::uint32_t answer(bool done)
 void copyInfo(char *buffer, const std::string &text)
 {
     std::memset(buffer, 0, AdapterInfoSize);
-    std::memcpy(buffer, text.data(), std::min(text.size(), AdapterInfoSize - 1));
+    text.copy(buffer, AdapterInfoSize - 1);
 }
 
 } // namespace

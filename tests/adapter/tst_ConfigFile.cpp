@@ -16,6 +16,9 @@ private slots:
     void goodFileIsUsed();
     void badFileIsNamedAndTheBuiltInConfigurationUsed();
     void directoryIsRefused();
+#if defined(Q_OS_UNIX)
+    void deviceFileIsRefused();
+#endif
     void emptyFileIsRefused();
     void largestFileIsRead();
     void largerFileIsRefused();
@@ -72,6 +75,16 @@ void tst_ConfigFile::directoryIsRefused()
     QVERIFY(loaded.complaint.find("cannot be read") != std::string::npos);
     QCOMPARE(loaded.config.devices.size(), std::size_t{2});
 }
+
+#if defined(Q_OS_UNIX)
+void tst_ConfigFile::deviceFileIsRefused()
+{
+    const QString link = m_folder->filePath(QStringLiteral("device.json"));
+    QVERIFY(QFile::link(QStringLiteral("/dev/null"), link));
+    const va::LoadedConfig loaded = va::loadConfig(link.toStdString());
+    QVERIFY2(loaded.complaint.find("cannot be read") != std::string::npos, loaded.complaint.c_str());
+}
+#endif
 
 void tst_ConfigFile::emptyFileIsRefused()
 {
