@@ -4,6 +4,8 @@
 // each channel, received in four tabs with real-time saving on. Afterwards every file is read and every payload counter
 // checked. Ends with 1 when a frame was lost, doubled or out of order.
 
+#include "bench/BenchReport.h"
+
 #include "can/GUI_CanDevice.h"
 #include "capture/CTableViewCAN.h"
 #include "device/CANAPI.h"
@@ -24,7 +26,6 @@
 
 #include <algorithm>
 #include <array>
-#include <ctime>
 #include <memory>
 #include <vector>
 
@@ -261,10 +262,6 @@ Options readOptions(const QApplication &application)
             parser.value(folder), parser.value(json)};
 }
 
-double cpuSeconds()
-{
-    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
-}
 } // namespace
 
 int main(int argc, char *argv[])

@@ -379,6 +379,7 @@ CTableViewCAN::CTableViewCAN(QWidget *parent)
 {
     connect(m_p->bar, &QScrollBar::valueChanged, this, [this](int value) { m_p->scrollTo(value); });
     connect(m_p->timer, &QTimer::timeout, this, &CTableViewCAN::refresh);
+    m_p->timer->setTimerType(Qt::PreciseTimer); // the rates are counts per second
     m_p->timer->start(RefreshMs);
 }
 
