@@ -220,6 +220,7 @@ CANError CANCommunication::openDevice(quint8 dev)
     entry.reader->setFlagRead(true);
     connect(entry.thread, &QThread::finished, entry.reader, &QObject::deleteLater);
     connect(entry.thread, &QThread::finished, entry.thread, &QObject::deleteLater);
+    // NOLINTBEGIN(performance-unnecessary-value-param)
     // Queued to this object's thread. The batch is held for a moment instead of passed by: its reference count orders
     // the worker's writing before the reading here also for a race checker that cannot see the lock of Qt's event
     // queue.
@@ -231,6 +232,7 @@ CANError CANCommunication::openDevice(quint8 dev)
             [this](quint8 devInd, quint8 canInd, QVector<VCI_CANFD_OBJ> obj) {
                 emit sig_readResultCallbackCANFD(devInd, canInd, obj);
             });
+    // NOLINTEND(performance-unnecessary-value-param)
     QMetaObject::invokeMethod(entry.reader, "readHandle", Qt::QueuedConnection, Q_ARG(quint8, dev),
                               Q_ARG(CANAPI *, m_p->api.get()));
     entry.thread->start(); // last, so that the thread finds everything in place

@@ -12,7 +12,7 @@
 class CANReadHandlePrivate
 {
 public:
-    using ChannelFlags = std::array<bool, 2>;
+    using ChannelFlags = std::array<std::atomic<bool>, 2>;
 
     /// Sleeps one period, less when the polling is to end.
     void pause();
@@ -65,7 +65,7 @@ void CANReadHandle::setFlagRead(bool state)
 {
     const QMutexLocker lock(&m_p->mutex);
     for (auto *flags : {&m_p->flagCAN, &m_p->flagCANFD}) {
-        for (bool &flag : *flags) {
+        for (std::atomic<bool> &flag : *flags) {
             flag = false;
         }
     }
