@@ -20,11 +20,11 @@ public:
     template<class Frame, class Receive>
     bool read(quint8 id, quint8 channel, AdapterEntry::Channel waiting, Receive receive, QVector<Frame> &frames);
 
-    QMutex mutex; ///< guards the writing of the flags; the loop reads them without it
-    QWaitCondition ended;
     std::atomic<bool> flagRead{false};
     ChannelFlags flagCAN{};
     ChannelFlags flagCANFD{};
+    QMutex mutex; ///< guards the writing of the flags; the loop reads them without it
+    QWaitCondition ended;
 };
 
 void CANReadHandlePrivate::pause()
@@ -64,10 +64,9 @@ CANReadHandle::~CANReadHandle() = default;
 void CANReadHandle::setFlagRead(bool state)
 {
     const QMutexLocker lock(&m_p->mutex);
-    for (auto *flags : {&m_p->flagCAN, &m_p->flagCANFD}) {
-        for (std::atomic<bool> &flag : *flags) {
-            flag = false;
-        }
+    for (std::size_t channel = 0; channel < m_p->flagCAN.size(); ++channel) {
+        m_p->flagCAN[channel] = false;
+        m_p->flagCANFD[channel] = false;
     }
     m_p->flagRead = state;
     m_p->ended.wakeAll();
