@@ -4,8 +4,8 @@
 set -euo pipefail
 
 declare -A packages=(
-  [build]="cmake ninja-build g++ ccache qtbase5-dev qttools5-dev qttools5-dev-tools nlohmann-json3-dev
-           libbenchmark-dev librsvg2-bin icoutils"
+  [build]="cmake ninja-build g++ ccache qtbase5-dev qttools5-dev-tools nlohmann-json3-dev
+           librsvg2-bin icoutils"
   [run]="xvfb xauth fonts-noto-cjk libqt5gui5 qttranslations5-l10n"
   [check]="clang-format"
 )
