@@ -6,15 +6,24 @@
 #include <QDir>
 
 namespace {
+
 QString tr(const char *text)
 {
     return QCoreApplication::translate("AdapterProblem", text);
 }
+
+/// Where the library is looked for: a relative path counts from the working directory, which need not be the program's.
+QString fullPath(const QString &path)
+{
+    const QString absolute = QDir::current().absoluteFilePath(QDir::fromNativeSeparators(path));
+    return QDir::toNativeSeparators(QDir::cleanPath(absolute));
+}
+
 } // namespace
 
 QString adapterLibraryProblem(const CANAPI &api)
 {
-    const QString file = QDir::toNativeSeparators(api.libraryPath());
+    const QString file = fullPath(api.libraryPath());
     switch (api.state()) {
     case AdapterLibraryState::NotLoaded:
     case AdapterLibraryState::Loaded:
