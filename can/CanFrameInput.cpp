@@ -38,7 +38,7 @@ std::optional<quint32> frameIdFromText(const QString &text, bool extended)
 
 QString correctedFrameIdText(const QString &text, bool extended)
 {
-    const QString digits = withoutBlanks(text);
+    QString digits = withoutBlanks(text);
     const int digitsMax = extended ? ExtendedIdDigits : StandardIdDigits;
     const quint32 idMax = extended ? ExtendedIdMax : StandardIdMax;
     if (digits.size() > digitsMax || digits.toULongLong(nullptr, 16) > idMax) {

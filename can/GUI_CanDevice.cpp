@@ -63,7 +63,7 @@ public:
     bool checkFrameId();
     CanFrameInput input() const;
     void send(const CanFrameInput &frame);
-    void showNotice(const QString &text, int type) { emit q->sig_showNotice(text, type, NoticeMs); }
+    void showNotice(const QString &text, int type) const { emit q->sig_showNotice(text, type, NoticeMs); }
 
     GUI_CanDevice *q;
     CANCommunication &communication;

@@ -119,7 +119,7 @@ bool Tour::closeChannels()
     return waitUntil("the channels close", [tabs] { return tabs->count() == 0; });
 }
 
-bool Tour::waitUntil(const char *what, const std::function<bool()> &condition) const
+bool Tour::waitUntil(const char *what, const std::function<bool()> &condition)
 {
     if (QTest::qWaitFor(condition, StepTimeoutMs)) {
         return true;

@@ -29,7 +29,7 @@ private:
     bool saveInRealTime();
     bool closeChannels();
 
-    bool waitUntil(const char *what, const std::function<bool()> &condition) const;
+    static bool waitUntil(const char *what, const std::function<bool()> &condition);
     QWidget *tab() const;
     CTableViewCAN *table() const;
     template<typename Widget>
