@@ -247,8 +247,7 @@ void GUI_CanDevice::slot_sendBtnClicked()
 
 void GUI_CanDevice::slot_saveBtnClicked()
 {
-    const QString path =
-        askSavePath(QStringLiteral("CAN File(*.can);;CANFD File(*.canfd);;Csv File(*.csv);;Text File(*.txt)"));
+    const QString path = askSavePath(tr("CAN File(*.can);;CANFD File(*.canfd);;Csv File(*.csv);;Text File(*.txt)"));
     if (path.isEmpty()) {
         return;
     }
@@ -269,7 +268,7 @@ void GUI_CanDevice::slot_realTimeSaveBtnClicked()
         m_p->ui.btn_realTimeSaving->setText(tr("Real time saving"));
         return;
     }
-    const QString path = askSavePath(QStringLiteral("Text File(*.txt);;CSV File(*.csv)"));
+    const QString path = askSavePath(tr("Text File(*.txt);;CSV File(*.csv)"));
     if (path.isEmpty()) {
         return;
     }

@@ -13,6 +13,7 @@ private slots:
     void missingLibrary();
     void wrongArchitecture();
     void unloadableLibrary();
+    void libraryThatIsTooOld();
     void nothingToTell();
 };
 
@@ -71,6 +72,14 @@ void tst_AdapterProblem::unloadableLibrary()
     QVERIFY2(text.contains(QLatin1String("could not be loaded")), qPrintable(text));
     QVERIFY(!api.systemMessage().isEmpty());
     QVERIFY2(text.contains(api.systemMessage()), qPrintable(text));
+}
+
+void tst_AdapterProblem::libraryThatIsTooOld()
+{
+    const CANAPI api(QStringLiteral(X9_VIRTUAL_ADAPTER_CLASSIC));
+    const QString text = adapterLibraryProblem(api);
+    QVERIFY2(text.contains(QLatin1String("KQ_GetReceiveNumCANFD, KQ_TransmitCANFD, KQ_ReceiveCANFD")),
+             qPrintable(text));
 }
 
 void tst_AdapterProblem::nothingToTell()

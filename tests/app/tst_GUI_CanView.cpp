@@ -33,6 +33,8 @@ QTabWidget *tabsOf(const GUI_CanView &window)
 }
 } // namespace
 
+Q_DECLARE_METATYPE(QMessageBox::Icon)
+
 class tst_GUI_CanView : public QObject
 {
     Q_OBJECT
@@ -43,6 +45,8 @@ private slots:
     void closesAndOpensFromTheMenu();
     void saysThatThereIsNoDevice();
     void explainsAMissingLibrary();
+    void messageBoxByType_data();
+    void messageBoxByType();
     void closesWhileFramesArrive();
 };
 
@@ -113,6 +117,30 @@ void tst_GUI_CanView::explainsAMissingLibrary()
     QVERIFY(box->isModal());
     QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
     QTRY_VERIFY(window.findChild<QMessageBox *>() == nullptr);
+}
+
+void tst_GUI_CanView::messageBoxByType_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QMessageBox::Icon>("icon");
+    QTest::newRow("success") << 1 << QMessageBox::Information;
+    QTest::newRow("question") << 2 << QMessageBox::Question;
+    QTest::newRow("warning") << 3 << QMessageBox::Warning;
+    QTest::newRow("critical") << 4 << QMessageBox::Critical;
+    QTest::newRow("any other") << 9 << QMessageBox::Information;
+}
+
+void tst_GUI_CanView::messageBoxByType()
+{
+    QFETCH(int, type);
+    const AdapterFolder folder(OneDevice);
+    GUI_CanView window(manager());
+    window.slot_showMessageBox(QStringLiteral("text"), type);
+    const auto *box = window.findChild<QMessageBox *>();
+    QVERIFY(box != nullptr);
+    QCOMPARE(box->windowTitle(), QStringLiteral("Tips"));
+    QCOMPARE(box->text(), QStringLiteral("text"));
+    QTEST(box->icon(), "icon");
 }
 
 void tst_GUI_CanView::closesWhileFramesArrive()

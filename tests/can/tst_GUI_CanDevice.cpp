@@ -109,6 +109,8 @@ private slots:
     void sendsOneFrameAndListsIt();
     void listsARefusedFrame();
     void refusesAnIdentifierOutOfRange();
+    void emptyIdentifierIsOne();
+    void cancelledSavingDoesNothing();
     void correctsTheIdentifierWhileTyping();
     void offersLengthsByProtocol();
     void sendsFdFrames();
@@ -209,6 +211,30 @@ void tst_GUI_CanDevice::refusesAnIdentifierOutOfRange()
     QVERIFY(user.find<QLineEdit>("lbx_frameID")->text() != QLatin1String("800"));
     user.table()->refresh();
     QCOMPARE(user.rows(), 0);
+}
+
+void tst_GUI_CanDevice::emptyIdentifierIsOne()
+{
+    const TabUnderTest user(channel(0, 0), *m_manager);
+    user.type("lbx_frameID", QString());
+    user.click("btn_sendData");
+    QCOMPARE(user.find<QLineEdit>("lbx_frameID")->text(), QStringLiteral("1"));
+    QTRY_COMPARE(user.rows(), 1);
+    QCOMPARE(user.cell(0, 4), QStringLiteral("0x1"));
+}
+
+void tst_GUI_CanDevice::cancelledSavingDoesNothing()
+{
+    const TabUnderTest user(channel(0, 0), *m_manager);
+    QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
+    for (const char *button : {"btn_save", "btn_realTimeSaving"}) {
+        const SaveDialogDriver dialog{QString()};
+        user.click(button);
+        QVERIFY(dialog.isAnswered());
+    }
+    QCOMPARE(notices.count(), 0);
+    QVERIFY(!user.table()->isRealTimeSaving());
+    QCOMPARE(user.find<QPushButton>("btn_realTimeSaving")->text(), QStringLiteral("Real time saving"));
 }
 
 void tst_GUI_CanDevice::correctsTheIdentifierWhileTyping()
