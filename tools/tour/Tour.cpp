@@ -14,6 +14,8 @@
 namespace {
 constexpr int StepTimeoutMs = 15000;
 constexpr int FramesToSee = 200;
+/// Sent a hundred times a second on the channel that is shown.
+constexpr char HiddenId[] = "101";
 } // namespace
 
 Tour::Tour(GUI_CanView &window, const QString &language, const QDir &folder)
@@ -67,8 +69,13 @@ bool Tour::send()
 bool Tour::hideIdentifier()
 {
     click("rbtn_enable");
-    type("lbx_setFilter", QStringLiteral("100"));
+    type("lbx_setFilter", QLatin1String(HiddenId));
+    const int before = table()->rowCount();
     click("btn_setFilter");
+    // What was queued before the filter was set is still listed by the next refresh.
+    if (!waitUntil("the table refreshes", [this, before] { return table()->rowCount() > before; })) {
+        return false;
+    }
     click("btn_clear");
     if (!waitUntil("frames arrive past the filter", [this] { return table()->rowCount() > FramesToSee; })) {
         return false;
@@ -95,7 +102,18 @@ bool Tour::saveCaptures()
             return false;
         }
     }
-    return true;
+    return isHiddenIn(file(QStringLiteral("capture.csv")));
+}
+
+/// The saved capture shows what the filter let through.
+bool Tour::isHiddenIn(const QString &path)
+{
+    QFile capture(path);
+    if (capture.open(QIODevice::ReadOnly) && !capture.readAll().contains(QByteArray(",0x") + HiddenId + ',')) {
+        return true;
+    }
+    QTextStream(stderr) << "The tour stopped: the hidden identifier is in the saved capture.\n";
+    return false;
 }
 
 bool Tour::saveInRealTime()

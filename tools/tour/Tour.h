@@ -26,6 +26,7 @@ private:
     bool send();
     bool hideIdentifier();
     bool saveCaptures();
+    static bool isHiddenIn(const QString &path);
     bool saveInRealTime();
     bool closeChannels();
 
