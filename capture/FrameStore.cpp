@@ -1,18 +1,18 @@
 #include "capture/FrameStore.h"
 
+#include "capture/PayloadBlocks.h"
+
 #include <QByteArray>
 #include <QString>
 
 #include <algorithm>
-#include <cstring>
 
 namespace {
 
 constexpr int ChunkRows = 16384;
 constexpr int ReservedRows = 1000000;
-constexpr quint32 BlockSize = 0x10000;
 
-static_assert(BlockSize > FrameStore::MaxPayload);
+static_assert(PayloadBlocks::BlockSize > FrameStore::MaxPayload);
 
 struct Row
 {
@@ -21,7 +21,7 @@ struct Row
     quint32 remote : 1;
     quint32 extended : 1;
     quint32 timeStamp;
-    quint32 payload; ///< block number * BlockSize + offset in the block
+    quint32 payload; ///< place in the chunk's payloads
     quint16 size;
     quint16 timeText; ///< index into the chunk's texts
     quint8 direction;
@@ -32,33 +32,18 @@ static_assert(sizeof(Row) == 20);
 
 } // namespace
 
-/// ChunkRows rows with their payloads in blocks that no payload straddles, and their time texts: a text that repeats
-/// from row to row, as in a batch, is kept once. Left uninitialised: pages that hold no row are never touched.
+/// ChunkRows rows with their payloads and their time texts: a text that repeats from row to row, as in a batch, is kept
+/// once. Left uninitialised: pages that hold no row are never touched.
 struct FrameStore::Chunk
 {
     std::unique_ptr<Row[]> rows{new Row[ChunkRows]};
-    std::vector<std::unique_ptr<uchar[]>> blocks;
+    PayloadBlocks payloads;
     std::vector<QString> texts;
-    quint32 used = BlockSize; ///< bytes taken in the last block
 
-    quint32 putPayload(const QByteArray &data, quint16 size);
     quint16 putText(const QString &text);
     void truncate(int count);
-    std::size_t bytes() const { return ChunkRows * sizeof(Row) + blocks.size() * BlockSize; }
+    std::size_t bytes() const { return ChunkRows * sizeof(Row) + payloads.bytes(); }
 };
-
-quint32 FrameStore::Chunk::putPayload(const QByteArray &data, quint16 size)
-{
-    if (blocks.empty() || used + size > BlockSize) {
-        blocks.emplace_back(new uchar[BlockSize]);
-        used = 0;
-    }
-    const auto block = static_cast<quint32>(blocks.size() - 1);
-    const quint32 place = block * BlockSize + used;
-    std::memcpy(blocks[block].get() + used, data.constData(), size);
-    used += size;
-    return place;
-}
 
 quint16 FrameStore::Chunk::putText(const QString &text)
 {
@@ -72,8 +57,7 @@ quint16 FrameStore::Chunk::putText(const QString &text)
 void FrameStore::Chunk::truncate(int count)
 {
     const Row &last = rows[static_cast<std::size_t>(count - 1)];
-    blocks.resize(last.payload / BlockSize + 1);
-    used = last.payload % BlockSize + last.size;
+    payloads.truncateBehind(last.payload, last.size);
     texts.resize(last.timeText + 1U);
 }
 
@@ -92,7 +76,7 @@ FrameView FrameStore::at(int index) const
     const Row &row = chunk.rows[position % ChunkRows];
     FrameView view;
     view.systemTime = &chunk.texts[row.timeText];
-    view.data = chunk.blocks[row.payload / BlockSize].get() + row.payload % BlockSize;
+    view.data = chunk.payloads.at(row.payload);
     view.size = row.size;
     view.id = row.id;
     view.timeStamp = row.timeStamp;
@@ -119,7 +103,7 @@ void FrameStore::append(const FrameRecord &record)
     row.extended = record.extended;
     row.timeStamp = record.timeStamp;
     row.size = static_cast<quint16>(std::min(record.data.size(), MaxPayload));
-    row.payload = chunk.putPayload(record.data, row.size);
+    row.payload = chunk.payloads.put(record.data.constData(), row.size);
     row.timeText = chunk.putText(record.systemTime);
     row.direction = record.direction;
     row.sendType = record.sendType;

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <cstring>
+#include <memory>
+#include <vector>
+
+/// Payloads behind one another in blocks of memory that none straddles and that never move. Blocks are left
+/// uninitialised: pages that hold no payload are never touched. Not thread-safe.
+class PayloadBlocks
+{
+public:
+    static constexpr quint32 BlockSize = 0x10000;
+
+    /// Copies a payload of at most BlockSize bytes and returns its place. All together at most 4 GiB. data: never null.
+    quint32 put(const void *data, quint32 size)
+    {
+        Q_ASSERT(size <= BlockSize);
+        if (m_used + size > BlockSize) {
+            addBlock();
+        }
+        const auto block = static_cast<quint32>(m_blocks.size() - 1);
+        const quint32 offset = m_used;
+        std::memcpy(m_blocks[block].get() + offset, data, size);
+        m_used += size;
+        return block * BlockSize + offset;
+    }
+    const uchar *at(quint32 place) const { return m_blocks[place / BlockSize].get() + place % BlockSize; }
+
+    /// Drops what lies behind the payload of size bytes at place.
+    void truncateBehind(quint32 place, quint32 size);
+
+    /// Memory taken.
+    std::size_t bytes() const { return m_blocks.size() * BlockSize; }
+
+private:
+    void addBlock();
+
+    std::vector<std::unique_ptr<uchar[]>> m_blocks;
+    quint32 m_used = BlockSize + 1; ///< bytes taken in the last block; without a block, too many for any payload
+};
