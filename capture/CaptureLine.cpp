@@ -114,7 +114,8 @@ bool isBlank(char c)
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-/// An unsigned hexadecimal number of 32 bits, as QString::toUInt() takes it: blanks around, a plus sign and "0x" before.
+/// An unsigned hexadecimal number of 32 bits, as QString::toUInt() takes it: blanks around, a plus sign and "0x"
+/// before.
 std::optional<quint32> hexNumber(std::string_view text)
 {
     while (!text.empty() && isBlank(text.front())) {
