@@ -130,7 +130,9 @@ void tst_CaptureInput::needCountsWhatIsLeft()
 void tst_CaptureInput::smallReadsAreJoined()
 {
     WatchedFile device("first line\nsecond line\nthird");
-    device.onRead = [](qint64) { return 1; };
+    device.onRead = [](qint64) {
+        return 1;
+    };
     QCOMPARE(linesOf(device), (QList<QByteArray>{"first line", "second line", "third"}));
 }
 
@@ -153,7 +155,9 @@ void tst_CaptureInput::fileCutMeanwhileEndsEarly()
 void tst_CaptureInput::failingReadIsBroken()
 {
     WatchedFile device(QByteArray(3 * Piece, 'a'));
-    device.onRead = [&device](qint64 wanted) { return device.reads < 2 ? wanted : -1; };
+    device.onRead = [&device](qint64 wanted) {
+        return device.reads < 2 ? wanted : -1;
+    };
     CaptureInput in(device, nullptr);
     QVERIFY(!in.need(2 * Piece));
     QVERIFY(in.isBroken());

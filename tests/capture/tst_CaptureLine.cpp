@@ -176,10 +176,20 @@ void tst_CaptureLine::payload_data()
     QTest::newRow("17 digits") << QByteArray("0123456789ABCDEF0") << "0123456789ABCDEF";
     QTest::newRow("15 digits") << QByteArray("123456789ABCDEF") << "0123456789ABCDEF";
     QTest::newRow("other letters") << QByteArray("xyz-12;\"34\"\0\x7F", 14) << "1234";
-    QTest::newRow("UTF-8") << QByteArray("1\xE8\xBD\xAC\xF0\x9F\x9A\x97" "2") << "12";
-    QTest::newRow("GBK, second byte D") << QByteArray("1\xDE" "D2") << "12";
-    QTest::newRow("GBK, second byte D, pairs") << QByteArray("\xDE" "D\xDE" "D\xDE" "D12") << "12";
-    QTest::newRow("GB18030, four bytes") << QByteArray("1\x81\x30\x81\x31" "2") << "12";
+    QTest::newRow("UTF-8") << QByteArray("1\xE8\xBD\xAC\xF0\x9F\x9A\x97"
+                                         "2")
+                           << "12";
+    QTest::newRow("GBK, second byte D") << QByteArray("1\xDE"
+                                                      "D2")
+                                        << "12";
+    QTest::newRow("GBK, second byte D, pairs") << QByteArray("\xDE"
+                                                             "D\xDE"
+                                                             "D\xDE"
+                                                             "D12")
+                                               << "12";
+    QTest::newRow("GB18030, four bytes") << QByteArray("1\x81\x30\x81\x31"
+                                                       "2")
+                                         << "12";
     QTest::newRow("full before other characters") << QByteArray("0123456789ABCDEF\xFF") << "0123456789ABCDEF";
 }
 
@@ -205,12 +215,12 @@ void tst_CaptureLine::cells_data()
     QTest::newRow("four cells") << QByteArray("1,Standard,x,1") << comma << none << none;
     QTest::newRow("five cells") << QByteArray("1,x,Standard,x,2") << comma << none << "1 standard 0 02";
     QTest::newRow("seven cells") << QByteArray("a,b,1,x,Standard,x,2") << comma << none << "1 standard 0 02";
-    QTest::newRow("type in the last cell") << QByteArray("1,1,1,1,1,CAN,x,Standard") << comma << "1 standard 0 ADAD"
-                                           << none;
+    QTest::newRow("type in the last cell")
+        << QByteArray("1,1,1,1,1,CAN,x,Standard") << comma << "1 standard 0 ADAD" << none;
     QTest::newRow("nine cells") << QByteArray("0,0,0,0,1,CAN,Standard,Standard,2") << comma << "1 standard 0 02"
                                 << "1 standard 0 02";
-    QTest::newRow("separator at the end") << QByteArray("0,0,0,0,1,CAN,x,Standard,1,22,") << comma << "1 standard 0 "
-                                          << none;
+    QTest::newRow("separator at the end")
+        << QByteArray("0,0,0,0,1,CAN,x,Standard,1,22,") << comma << "1 standard 0 " << none;
     QTest::newRow("many cells") << QByteArray("0,0,0,0,1,CANFD,x,Extend") + QByteArray(100, ',') + "33" << comma
                                 << "1 extended 1 33" << none;
     QTest::newRow("blanks") << QByteArray("0,0,0,0,1,CANFD Speed,x,Extend,1,01 02 ").replace(",", blanks) << blanks
@@ -220,10 +230,10 @@ void tst_CaptureLine::cells_data()
         << none;
     QTest::newRow("six blanks: one belongs to the next cell")
         << QByteArray("2      1     x     Standard     x     2") << blanks << none << "1 standard 0 02";
-    QTest::newRow("four blanks do not separate") << QByteArray("1    x    Standard    x    2") << blanks << none
-                                                 << none;
-    QTest::newRow("ten blanks: an empty cell") << QByteArray("1          Standard          2") << blanks << none
-                                               << "1 standard 0 02";
+    QTest::newRow("four blanks do not separate")
+        << QByteArray("1    x    Standard    x    2") << blanks << none << none;
+    QTest::newRow("ten blanks: an empty cell")
+        << QByteArray("1          Standard          2") << blanks << none << "1 standard 0 02";
 }
 
 void tst_CaptureLine::cells()
@@ -244,7 +254,8 @@ void tst_CaptureLine::longCellsKeepTheirCharacters()
         QByteArray gbk = before;
         QByteArray utf8 = before;
         for (int i = 0; i < 20000; ++i) {
-            gbk += "\xDE" "D";
+            gbk += "\xDE"
+                   "D";
             utf8 += "\xE8\xBD\xAC";
         }
         QCOMPARE(ownRead("1", "CAN", "Standard", gbk + "1234"), QStringLiteral("1 standard 0 1234"));

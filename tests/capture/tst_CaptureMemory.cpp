@@ -94,7 +94,8 @@ void tst_CaptureMemory::peakStaysBelowTheFile_data()
     QTest::newRow("shortest .canfd records")
         << CaptureFormat::CanFd << binary("Vantora CAN Data", QByteArray(13, '\0'), 800000);
     QTest::newRow(".can records") << CaptureFormat::Can << binary("Zhiyuan CAN Data", QByteArray(24, '\0'), 400000);
-    QTest::newRow("shortest frames in text") << CaptureFormat::Csv << "x\n" + QByteArray("0,,Extend,,\n").repeated(800000);
+    QTest::newRow("shortest frames in text")
+        << CaptureFormat::Csv << "x\n" + QByteArray("0,,Extend,,\n").repeated(800000);
     QTest::newRow("shortest frames with a payload")
         << CaptureFormat::Csv << "x\n" + QByteArray("0,,Extend,,1\n").repeated(800000);
     QTest::newRow("one line") << CaptureFormat::Csv << QByteArray(10000000, 'a');

@@ -82,9 +82,10 @@ bool areAgreed(const QByteArray &bytes, CaptureFormat format)
 
 QStringList goldenFiles()
 {
-    return QDir(DataFolder).entryList({QStringLiteral("*.can"), QStringLiteral("*.canfd"), QStringLiteral("*.csv"),
-                                       QStringLiteral("*.txt")},
-                                      QDir::Files, QDir::Name);
+    return QDir(DataFolder)
+        .entryList(
+            {QStringLiteral("*.can"), QStringLiteral("*.canfd"), QStringLiteral("*.csv"), QStringLiteral("*.txt")},
+            QDir::Files, QDir::Name);
 }
 
 QString path64(const char *first)
@@ -99,8 +100,21 @@ QString path64(const char *first)
 /// Changes, removes, doubles or inserts a few bytes, and sometimes cuts.
 QByteArray mutated(QByteArray bytes, QRandomGenerator &random)
 {
-    static const QByteArray pieces[] = {",", "     ", " ", "\n", "\r\n", "Standard", "Extend", "CANFD", "0x1F",
-                                        "\xFF", "\xDE" "D", "\xE8\xBD\xAC", QByteArray("\0", 1), "9"};
+    static const QByteArray pieces[] = {",",
+                                        "     ",
+                                        " ",
+                                        "\n",
+                                        "\r\n",
+                                        "Standard",
+                                        "Extend",
+                                        "CANFD",
+                                        "0x1F",
+                                        "\xFF",
+                                        "\xDE"
+                                        "D",
+                                        "\xE8\xBD\xAC",
+                                        QByteArray("\0", 1),
+                                        "9"};
     const int changes = 1 + random.bounded(6);
     for (int i = 0; i < changes; ++i) {
         const int place = random.bounded(bytes.size() + 1);
@@ -211,10 +225,9 @@ void tst_CaptureReader::goldenFiles_data()
     row("csv_own_chinese_utf8_mark.csv", chinese);
     row("csv_own_chinese_gbk.csv", chinese);
     row("csv_own_chinese_gbk_crlf.csv", chinese);
-    row("csv_own_odd_lines.csv",
-        {text("1AB extended data 0 1:01"), text("3 standard data 0 3:001234"), text("4 standard data 0 0:"),
-         text("1FFFFFFF extended data 0 1:11"), text("AB standard data 1 2:ADAD"),
-         text("C standard data 0 8:0123456789ABCDEF")});
+    row("csv_own_odd_lines.csv", {text("1AB extended data 0 1:01"), text("3 standard data 0 3:001234"),
+                                  text("4 standard data 0 0:"), text("1FFFFFFF extended data 0 1:11"),
+                                  text("AB standard data 1 2:ADAD"), text("C standard data 0 8:0123456789ABCDEF")});
     row("csv_own_header_only.csv", none);
     row("csv_own_titles_only.csv", none);
     row("csv_own_frame_as_titles.csv", own.mid(1, 1));
@@ -260,7 +273,8 @@ void tst_CaptureReader::goldenFilesAgreeWithThePlainReader()
     for (const QString &file : ::goldenFiles()) {
         const auto format = captureFormat(file);
         QVERIFY(format);
-        QCOMPARE(described(readCapture(DataFolder + file)), described(readPlainly(fileContent(DataFolder + file), *format)));
+        QCOMPARE(described(readCapture(DataFolder + file)),
+                 described(readPlainly(fileContent(DataFolder + file), *format)));
     }
 }
 
@@ -282,8 +296,9 @@ void tst_CaptureReader::goldenFilesMutated()
     for (int i = 0; i < 20000; ++i) {
         const QString &file = files[random.bounded(files.size())];
         const QByteArray bytes = mutated(fileContent(DataFolder + file), random);
-        QVERIFY2(areAgreed(bytes, *captureFormat(file)),
-                 qPrintable(QStringLiteral("%1, change %2: %3").arg(file).arg(i).arg(QString::fromLatin1(bytes.toHex()))));
+        QVERIFY2(
+            areAgreed(bytes, *captureFormat(file)),
+            qPrintable(QStringLiteral("%1, change %2: %3").arg(file).arg(i).arg(QString::fromLatin1(bytes.toHex()))));
     }
 }
 

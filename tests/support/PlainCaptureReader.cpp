@@ -42,8 +42,8 @@ std::optional<Frames> readCan(const QByteArray &file)
         const int count = std::max(0, file.size() - HeaderSize) / 24;
         for (int i = 0; i < count; ++i) {
             const QByteArray r = file.mid(HeaderSize + 24 * i, 24);
-            frames.push_back(frameOf(wordAt(r, 0), byteAt(r, 10) % 2 == 1, byteAt(r, 11) % 2 == 1, byteAt(r, 12), 0,
-                                     r.mid(13, 8)));
+            frames.push_back(
+                frameOf(wordAt(r, 0), byteAt(r, 10) % 2 == 1, byteAt(r, 11) % 2 == 1, byteAt(r, 12), 0, r.mid(13, 8)));
         }
         return frames;
     }
@@ -93,9 +93,10 @@ QString decoded(const QByteArray &bytes)
 
 QByteArray payloadOf(const QString &cell)
 {
+    static const QRegularExpression digit(QStringLiteral("^[0-9A-Fa-f]+$"));
     QString digits;
     for (const QChar c : cell) {
-        if (QRegularExpression(QStringLiteral("^[0-9A-Fa-f]+$")).match(c).hasMatch()) {
+        if (digit.match(c).hasMatch()) {
             digits += c;
         }
     }
@@ -109,7 +110,7 @@ QByteArray payloadOf(const QString &cell)
 std::optional<CaptureFrame> frameOf(const QString &id, const QString &type, int protocol, const QByteArray &data)
 {
     static const QRegularExpression number(
-        QStringLiteral("^[ \\t\\n\\v\\f\\r]*\\+?(0[xX])?[0-9A-Fa-f]+[ \\t\\n\\v\\f\\r]*\\z"));
+        QStringLiteral("^[ \\x09-\\x0d]*\\+?(0[xX])?[0-9A-Fa-f]+[ \\x09-\\x0d]*\\z"));
     bool isNumber = false;
     const quint32 identifier = id.toUInt(&isNumber, 16);
     if (!isNumber || !number.match(id).hasMatch()) {
