@@ -10,7 +10,7 @@ struct Row
 {
     quint32 idWord;
     quint32 attributes;
-    quint32 place : 25; ///< of the payload, counted from the chunk's first block
+    quint32 place : 25; ///< of the payload, counted from the chunk's first one
     quint32 size : 7;   ///< of the payload
 };
 static_assert(sizeof(Row) == 12);
@@ -22,7 +22,7 @@ static_assert(CaptureFrame::MaxLength < 1 << 7);
 struct CaptureFrames::Chunk
 {
     std::unique_ptr<Row[]> rows{new Row[ChunkFrames]};
-    std::size_t firstBlock = 0; ///< where it begins
+    std::size_t firstPayload = 0; ///< its place
 };
 
 CaptureFrames::CaptureFrames() = default;
@@ -52,7 +52,7 @@ CaptureFrame CaptureFrames::at(qint64 index) const
     CaptureFrame frame;
     frame.idWord = row.idWord;
     frame.attributes = row.attributes;
-    frame.data = QByteArray(reinterpret_cast<const char *>(m_payloads.at(chunk.firstBlock + row.place)),
+    frame.data = QByteArray(reinterpret_cast<const char *>(m_payloads.at(chunk.firstPayload + row.place)),
                             static_cast<int>(row.size));
     return frame;
 }
@@ -65,10 +65,10 @@ void CaptureFrames::append(quint32 idWord, quint32 attributes, const uchar *data
     const auto index = static_cast<std::size_t>(m_size) % ChunkFrames;
     if (index == 0) {
         m_chunks.push_back(std::make_unique<Chunk>());
-        m_chunks.back()->firstBlock = place / PayloadBlocks::BlockSize * PayloadBlocks::BlockSize;
+        m_chunks.back()->firstPayload = place;
     }
     Chunk &chunk = *m_chunks.back();
-    const auto inChunk = static_cast<quint32>(place - chunk.firstBlock);
+    const auto inChunk = static_cast<quint32>(place - chunk.firstPayload);
     chunk.rows[index] = Row{idWord, attributes, inChunk & 0x1FFFFFFU, bytes & 0x7FU};
     ++m_size;
 }
