@@ -10,6 +10,10 @@
 
 #include <atomic>
 
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
 using namespace CaptureTestData;
 
 namespace {
@@ -158,6 +162,9 @@ private slots:
     void goldenFilesMutated();
     void linesThatHoldNoFrameAreCounted();
     void refusedPaths();
+#ifdef Q_OS_UNIX
+    void pipeIsRefusedAtOnce();
+#endif
     void endingInAnyCase();
     void stoppedReadingGivesNothing();
     void lineLargerThanAPiece();
@@ -333,6 +340,17 @@ void tst_CaptureReader::refusedPaths()
     QVERIFY(!readCapture(QString()));
     QVERIFY(!readCapture(QStringLiteral(".csv")));
 }
+
+#ifdef Q_OS_UNIX
+/// Opening it would wait for somebody to write to it.
+void tst_CaptureReader::pipeIsRefusedAtOnce()
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("a.csv"));
+    QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    QVERIFY(!readCapture(path));
+}
+#endif
 
 void tst_CaptureReader::endingInAnyCase()
 {
