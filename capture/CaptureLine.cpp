@@ -167,8 +167,8 @@ public:
         m_rest.remove_prefix(piece.size());
         return m_codec->toUnicode(piece.data(), static_cast<int>(piece.size()), &m_state);
     }
-    /// Whether all that was decoded belongs to characters; one that is cut at the end does no harm.
-    bool isValid() const { return m_state.invalidChars == 0; }
+    /// Whether all that was decoded belongs to characters.
+    bool isValid() const { return m_state.invalidChars == 0 && (!atEnd() || m_state.remainingChars == 0); }
 
 private:
     static constexpr std::size_t PieceSize = 4096;

@@ -190,6 +190,9 @@ void tst_CaptureLine::payload_data()
     QTest::newRow("GB18030, four bytes") << QByteArray("1\x81\x30\x81\x31"
                                                        "2")
                                          << "12";
+    QTest::newRow("UTF-8 but for its end: GBK, second byte F") << QByteArray("1\xE5\x80\xA0"
+                                                                             "F2\xE9")
+                                                               << "12";
     QTest::newRow("full before other characters") << QByteArray("0123456789ABCDEF\xFF") << "0123456789ABCDEF";
 }
 
