@@ -4,6 +4,7 @@
 #include "widgets/WrappedLines.h"
 
 #include <QAccessible>
+#include <QIcon>
 #include <QPixmap>
 #include <QPointer>
 #include <QPushButton>
@@ -167,7 +168,9 @@ void CMessageBox::setStandardButtons(StandardButtons buttons)
     m_ui->buttonBox->clear();
     for (const Button &button : Buttons) {
         if (buttons.testFlag(button.value)) {
-            m_ui->buttonBox->addButton(toolkitButton(button.value))->setText(tr(button.text));
+            QPushButton *added = m_ui->buttonBox->addButton(toolkitButton(button.value));
+            added->setText(tr(button.text));
+            added->setIcon(QIcon()); // some systems' styles put one of their own, of another look
         }
     }
     setDefaultButton(m_default);
