@@ -22,9 +22,10 @@ constexpr const char *StyleSheet =
 /// The sheet above has no look for the button that Enter presses; this one lies on the buttons' box.
 constexpr const char *FocusStyleSheet = "QPushButton:focus{border: 2px solid #1C5FD0;}";
 
-constexpr int LongestLine = 560;   ///< pixels; longer ones wrap
-constexpr int ShortestLine = 200;  ///< pixels; keeps small boxes wide enough for their title
-constexpr int PictureSize = 32;    ///< pixels
+constexpr int LongestLine = 560;  ///< pixels; longer ones wrap
+constexpr int ShortestLine = 200; ///< pixels; keeps small boxes wide enough for their title
+constexpr int PictureSize = 32;   ///< pixels
+constexpr int PictureSpacing = 14;
 constexpr qreal ScreenShare = 0.6; ///< of the screen's width and height, at most, for the text
 
 struct Button
@@ -133,8 +134,10 @@ void CMessageBox::setIcon(Icon icon)
 {
     m_icon = icon;
     const QString path = picturePath(icon);
-    m_ui->iconLabel->setPixmap(path.isEmpty() ? QPixmap() : QPixmap(path));
+    // An icon, unlike a pixmap, takes the picture that was drawn for the screen's scale.
+    m_ui->iconLabel->setPixmap(QIcon(path).pixmap(QSize(PictureSize, PictureSize)));
     m_ui->iconLabel->setVisible(!path.isEmpty());
+    m_ui->gridLayout->setHorizontalSpacing(path.isEmpty() ? 0 : PictureSpacing);
     m_ui->iconLabel->setAccessibleName(kindOf(icon));
     setAccessibleDescription(kindOf(icon)); // the icons without a picture as well
     fit();

@@ -8,8 +8,8 @@
 #include <QGraphicsOpacityEffect>
 #include <QHBoxLayout>
 #include <QHideEvent>
+#include <QIcon>
 #include <QLabel>
-#include <QPixmap>
 #include <QPropertyAnimation>
 #include <QTimer>
 
@@ -19,6 +19,7 @@
 namespace {
 constexpr int TopPosition = 60;
 constexpr int IconSize = 18;
+constexpr int PictureSize = 32; ///< of the icon's file; the label scales it down
 constexpr int Spacing = 10;
 constexpr int SideMargin = 15;
 constexpr int TopMargin = 2;
@@ -144,7 +145,8 @@ void CNotice::setMesseage(const QString &text, int type, int delayms)
     }
     const Look &look = Looks[type];
     setStyleSheet(QLatin1String(look.styleSheet));
-    m_pIcon->setPixmap(QPixmap(QLatin1String(look.icon)));
+    // An icon, unlike a pixmap, takes the picture that was drawn for the screen's scale.
+    m_pIcon->setPixmap(QIcon(QLatin1String(look.icon)).pixmap(QSize(PictureSize, PictureSize)));
     m_pIcon->setAccessibleName(tr(look.kind));
     setAccessibleName(text);
     m_text = text.left(LongestText);
