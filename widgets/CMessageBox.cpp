@@ -22,9 +22,10 @@ constexpr const char *StyleSheet =
 /// The sheet above has no look for the button that Enter presses; this one lies on the buttons' box.
 constexpr const char *FocusStyleSheet = "QPushButton:focus{border: 2px solid #1C5FD0;}";
 
-constexpr int LongestLine = 560;  ///< pixels; longer ones wrap
-constexpr int ShortestLine = 200; ///< pixels; keeps small boxes wide enough for their title
-constexpr int PictureSize = 32;   ///< pixels
+constexpr int LongestLine = 560;   ///< pixels; longer ones wrap
+constexpr int ShortestLine = 200;  ///< pixels; keeps small boxes wide enough for their title
+constexpr int LongestText = 10000; ///< characters; what follows is left out, laying it out would take seconds
+constexpr int PictureSize = 32;    ///< pixels
 constexpr int PictureSpacing = 14;
 constexpr qreal ScreenShare = 0.6; ///< of the screen's width and height, at most, for the text
 
@@ -97,6 +98,11 @@ QString kindOf(CMessageBox::Icon icon)
     return {};
 }
 
+QString shortened(const QString &text)
+{
+    return text.size() > LongestText ? text.left(LongestText) + QChar(0x2026) : text;
+}
+
 QDialogButtonBox::StandardButton toolkitButton(CMessageBox::StandardButton button)
 {
     return static_cast<QDialogButtonBox::StandardButton>(button);
@@ -151,7 +157,7 @@ CMessageBox::Icon CMessageBox::icon() const
 void CMessageBox::setText(const QString &text)
 {
     m_text = text;
-    m_ui->textLabel->setText(text);
+    m_ui->textLabel->setText(shortened(text));
     fit();
 }
 
@@ -253,12 +259,14 @@ void CMessageBox::fit()
     const int widest = std::min(LongestLine, most.width());
     QLabel *label = m_ui->textLabel;
     label->setWordWrap(false);
-    label->setText(m_text);
+    const bool isPlain = label->textFormat() == Qt::PlainText; // markup is the program's own and not to be cut
+    const QString text = isPlain ? shortened(m_text) : m_text;
+    label->setText(text);
     QSize size = label->sizeHint();
     if (size.width() > widest) {
         label->setWordWrap(true);
-        if (label->textFormat() == Qt::PlainText && label->minimumSizeHint().width() > widest) {
-            label->setText(wrappedLines(m_text, label->font(), widest).join(QLatin1Char('\n')));
+        if (isPlain && label->minimumSizeHint().width() > widest) {
+            label->setText(wrappedLines(text, label->font(), widest).join(QLatin1Char('\n')));
         }
         size = QSize(widest, label->heightForWidth(widest));
     }

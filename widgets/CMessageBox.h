@@ -21,7 +21,8 @@ class CMessageBox;
 /// another.
 ///
 /// The text is shown as it is; markup such as "<br>" works only after setTextFormat(Qt::RichText), which is for texts
-/// that hold nothing from a file, a reply or the user. Long texts wrap, very long ones scroll.
+/// that hold nothing from a file, a reply or the user. Long texts wrap, longer ones scroll, and what follows
+/// the first 10,000 characters is left out.
 class CMessageBox : public QDialog
 {
     Q_OBJECT
@@ -66,7 +67,7 @@ public:
     void setIcon(Icon icon);
     Icon icon() const;
     void setText(const QString &text);
-    /// As it was set, before wrapping.
+    /// The whole text as it was set.
     QString text() const;
     /// Qt::PlainText (at first) or Qt::RichText.
     void setTextFormat(Qt::TextFormat format);
