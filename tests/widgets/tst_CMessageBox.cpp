@@ -34,14 +34,17 @@ QPushButton *buttonOf(const CMessageBox &box, CMessageBox::StandardButton button
     return part<QDialogButtonBox>(box, "buttonBox")->button(static_cast<QDialogButtonBox::StandardButton>(button));
 }
 
-/// What a user does to the box that is open, once its own event loop runs.
+/// What a user does to the box that is open, once its own event loop runs. A box that is left open is closed.
 template<class Action>
 void onceOpen(Action action)
 {
     QTimer::singleShot(0, qApp, [action] {
-        auto *box = qobject_cast<CMessageBox *>(QApplication::activeModalWidget());
-        QVERIFY(box != nullptr);
+        const QPointer<CMessageBox> box = qobject_cast<CMessageBox *>(QApplication::activeModalWidget());
+        QVERIFY(!box.isNull());
         action(*box);
+        if (!box.isNull() && box->isVisible()) {
+            box->close();
+        }
     });
 }
 
@@ -81,6 +84,7 @@ private slots:
     void helpers();
     void helperClosedOtherwise_data();
     void helperClosedOtherwise();
+    void helperTakesMarkup();
     void helperDeletedWithItsParent();
     void openReportsByFinished();
     void boxOverABox();
@@ -88,6 +92,7 @@ private slots:
     void shortTextStaysOnOneLine();
     void longTextFitsTheScreen_data();
     void longTextFitsTheScreen();
+    void enterWhileScrolling();
     void textChangedWhileOpen();
     void namesForScreenReaders();
 };
@@ -361,6 +366,16 @@ void tst_CMessageBox::helperClosedOtherwise()
     QCOMPARE(helper(nullptr, QString(), QString(), CMessageBox::Ok, Qt::PlainText), CMessageBox::Ok);
 }
 
+void tst_CMessageBox::helperTakesMarkup()
+{
+    for (const Qt::TextFormat format : {Qt::PlainText, Qt::RichText}) {
+        Qt::TextFormat shown = Qt::AutoText;
+        onceOpen([&shown](CMessageBox &box) { shown = part<QLabel>(box, "textLabel")->textFormat(); });
+        CMessageBox::question(nullptr, QString(), QStringLiteral("a<br>b"), CMessageBox::Yes | CMessageBox::No, format);
+        QCOMPARE(shown, format);
+    }
+}
+
 void tst_CMessageBox::helperDeletedWithItsParent()
 {
     QPointer<QWidget> parent = new QWidget;
@@ -471,6 +486,20 @@ void tst_CMessageBox::longTextFitsTheScreen()
     QCOMPARE(area->verticalScrollBar()->value() > 0, scrolls);
     QTest::keyClick(&box, Qt::Key_Return);
     QVERIFY(!box.isVisible());
+}
+
+// Enter presses the safe button also when the focus is on none of them.
+void tst_CMessageBox::enterWhileScrolling()
+{
+    CMessageBox box(CMessageBox::Question, QString(), QStringLiteral("line\n").repeated(500),
+                    CMessageBox::Yes | CMessageBox::No);
+    QSignalSpy finished(&box, &QDialog::finished);
+    openActive(box);
+    auto *area = part<QScrollArea>(box, "textArea");
+    area->setFocus();
+    QVERIFY(area->hasFocus());
+    QTest::keyClick(area, Qt::Key_Return);
+    QCOMPARE(finished.value(0).value(0).toInt(), static_cast<int>(CMessageBox::No));
 }
 
 void tst_CMessageBox::textChangedWhileOpen()

@@ -40,7 +40,7 @@ private slots:
     void followsTheSize();
     void oneMaskWithTwoDialogs();
     void newWindowIsMasked();
-    void newNativeWindow();
+    void windowBecomesAPart();
     void everyWindowIsMasked();
     void fileDialog();
     void systemFileDialog();
@@ -152,6 +152,9 @@ void tst_ModalMasks::oneMaskWithTwoDialogs()
     second.reject();
     QCOMPARE(masksOn(window), 1);
     QCOMPARE(masksOn(first), 0);
+    QEvent again(QEvent::WindowBlocked);
+    QCoreApplication::sendEvent(&window, &again);
+    QCOMPARE(masksOn(window), 1);
     QDialog beside(&window);
     beside.open();
     first.reject();
@@ -172,21 +175,25 @@ void tst_ModalMasks::newWindowIsMasked()
     QCOMPARE(masksOn(window), 0);
 }
 
-// The window is made anew while it is blocked, and the dialog closes meanwhile.
-void tst_ModalMasks::newNativeWindow()
+// A window that is no window any more when the dialog closes would never hear of it.
+void tst_ModalMasks::windowBecomesAPart()
 {
+    QWidget host;
+    host.show();
     QWidget window;
     window.show();
     QDialog dialog;
     dialog.setModal(true);
     dialog.show();
     QCOMPARE(masksOn(window), 1);
-    window.setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
-    dialog.reject();
+    window.setParent(&host);
     window.show();
     QCOMPARE(masksOn(window), 0);
-    dialog.show();
+    window.setParent(nullptr);
+    window.show();
     QCOMPARE(masksOn(window), 1);
+    dialog.reject();
+    QCOMPARE(masksOn(window), 0);
 }
 
 void tst_ModalMasks::everyWindowIsMasked()
@@ -235,9 +242,9 @@ void tst_ModalMasks::staticFileDialog()
     window.show();
     int masks = 0;
     onceOpen(&window, [&] {
+        masks = masksOn(window);
         auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
         QVERIFY(dialog != nullptr);
-        masks = masksOn(window);
         dialog->reject();
     });
     QVERIFY(QFileDialog::getSaveFileName(&window).isEmpty());
