@@ -39,11 +39,12 @@ template<class Action>
 void onceOpen(Action action)
 {
     QTimer::singleShot(0, qApp, [action] {
-        const QPointer<CMessageBox> box = qobject_cast<CMessageBox *>(QApplication::activeModalWidget());
-        QVERIFY(!box.isNull());
+        auto *box = qobject_cast<CMessageBox *>(QApplication::activeModalWidget());
+        QVERIFY(box != nullptr);
         action(*box);
-        if (!box.isNull() && box->isVisible()) {
-            box->close();
+        QWidget *left = QApplication::activeModalWidget();
+        if (left != nullptr) {
+            left->close();
         }
     });
 }
