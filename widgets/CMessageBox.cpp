@@ -188,7 +188,7 @@ void CMessageBox::setStandardButtons(StandardButtons buttons)
 
 CMessageBox::StandardButtons CMessageBox::standardButtons() const
 {
-    return StandardButtons(static_cast<int>(m_ui->buttonBox->standardButtons()));
+    return {static_cast<int>(m_ui->buttonBox->standardButtons())};
 }
 
 void CMessageBox::setDefaultButton(StandardButton button)
@@ -226,9 +226,10 @@ CMessageBox::StandardButton CMessageBox::escapeButton() const
         }
     }
     const StandardButtons closing = present & ~StandardButtons(Help);
-    const auto only = std::find_if(std::begin(Buttons), std::end(Buttons), [closing, present](const Button &button) {
-        return closing == button.value || present == button.value;
-    });
+    const auto *const only =
+        std::find_if(std::begin(Buttons), std::end(Buttons), [closing, present](const Button &button) {
+            return closing == button.value || present == button.value;
+        });
     return only == std::end(Buttons) ? NoButton : only->value;
 }
 
