@@ -55,7 +55,7 @@ bool Tour::send()
     click("btn_pauseReceiving");
     const int before = table()->rowCount();
     type("lbx_frameID", QStringLiteral("123"));
-    type("lbx_data", QStringLiteral("DE AD BE EF 01 02 03 04"));
+    type(widget<QWidget>("lbx_data")->findChild<QLineEdit *>(), QStringLiteral("DE AD BE EF 01 02 03 04"));
     click("btn_sendData");
     if (!waitUntil("the sent frame is listed", [this, before] { return table()->rowCount() > before; })) {
         return false;
@@ -170,7 +170,11 @@ void Tour::click(const char *name) const
 
 void Tour::type(const char *name, const QString &text) const
 {
-    auto *field = widget<QLineEdit>(name);
+    type(widget<QLineEdit>(name), text);
+}
+
+void Tour::type(QLineEdit *field, const QString &text)
+{
     field->selectAll();
     QTest::keyClicks(field, text);
 }

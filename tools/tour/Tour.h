@@ -8,6 +8,7 @@
 class CTableViewCAN;
 class GUI_CanView;
 class QFileDialog;
+class QLineEdit;
 class QWidget;
 
 /// Drives the main window as a user would, step by step, and keeps a screenshot of each step.
@@ -37,6 +38,7 @@ private:
     Widget *widget(const char *name) const;
     void click(const char *name) const;
     void type(const char *name, const QString &text) const;
+    static void type(QLineEdit *field, const QString &text);
     void shoot(QWidget &target, const QString &name);
     QString file(const QString &name) const;
 
