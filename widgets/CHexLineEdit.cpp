@@ -90,7 +90,7 @@ void CHexLineEditPrivate::build()
     button->setToolTip(CHexLineEdit::tr("Edit data"));
     button->setAccessibleName(CHexLineEdit::tr("Edit data"));
     button->setAutoDefault(false);
-    button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred); // as high as the line
 
     auto *layout = new QHBoxLayout(q);
     layout->setObjectName(QStringLiteral("pHLayout"));
@@ -256,10 +256,11 @@ void CHexLineEdit::slot_buttonClicked()
         m_p->dialog->activateWindow();
         return;
     }
-    m_p->dialog = new CHexEditView(payload(), this);
-    m_p->dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(m_p->dialog, &QDialog::accepted, this, [this] { m_p->replacePayload(m_p->dialog->data()); });
-    m_p->dialog->open();
+    auto *dialog = new CHexEditView(payload(), this);
+    m_p->dialog = dialog;
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, this, [this, dialog] { m_p->replacePayload(dialog->data()); });
+    dialog->open();
 }
 
 void CHexLineEdit::slot_textEdited(const QString &text)

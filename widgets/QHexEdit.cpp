@@ -18,7 +18,7 @@ constexpr int LinesMin = 3;
 constexpr int BytesMin = 8;
 constexpr int LineSpacing = 2; ///< device-independent pixels between lines
 constexpr int InsertCursorWidth = 2;
-constexpr int Margin = 3; ///< above and below the lines, for the frame of the focus
+constexpr int Margin = 3; ///< above and below the lines, for the frame
 constexpr char FirstPrintable = 0x20;
 constexpr char LastPrintable = 0x7E;
 
@@ -36,6 +36,14 @@ QString characterOf(char byte)
 QString digitOf(char byte, int index)
 {
     return hexTextFromBytes(QByteArray(1, byte)).mid(index, 1);
+}
+
+/// One device-independent pixel wide, whole inside the rectangle on every scale.
+void paintFrame(QPainter &painter, const QRect &rect)
+{
+    constexpr qreal half = 0.5;
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(QRectF(rect).adjusted(half, half, -half, -half));
 }
 
 struct MoveKey
@@ -345,12 +353,11 @@ void QHexEditPrivate::paintCursor(QPainter &painter, const QPalette &palette) co
         cell.translate(buffer.cursor() % 2 * charWidth, 0);
     }
     painter.setPen(palette.text().color());
-    painter.setBrush(Qt::NoBrush);
     if (layout.hasAscii) {
-        painter.drawRect(cellRect(byte, other).adjusted(0, 0, -1, -1));
+        paintFrame(painter, cellRect(byte, other));
     }
     if (!q->hasFocus()) {
-        painter.drawRect(cell.adjusted(0, 0, -1, -1));
+        paintFrame(painter, cell);
         return;
     }
     if (!buffer.isOverwriteMode()) {
@@ -375,6 +382,7 @@ QHexEdit::QHexEdit(QWidget *parent)
     fixed.setPointSizeF(QApplication::font().pointSizeF());
     setFont(fixed);
     setFocusPolicy(Qt::StrongFocus);
+    setFrameShape(QFrame::NoFrame); // painted here: not every style shows the focus in it
     viewport()->setCursor(Qt::IBeamCursor);
     viewport()->setBackgroundRole(QPalette::Base);
     m_p->layout.bytesPerLine = 16;
@@ -597,11 +605,8 @@ void QHexEdit::paintEvent(QPaintEvent *event)
         m_p->paintLine(painter, line, palette);
     }
     m_p->paintCursor(painter, palette);
-    if (hasFocus()) {
-        painter.setPen(palette.highlight().color());
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
-    }
+    painter.setPen(hasFocus() ? palette.highlight().color() : palette.mid().color());
+    paintFrame(painter, viewport()->rect());
 }
 
 void QHexEdit::resizeEvent(QResizeEvent *event)

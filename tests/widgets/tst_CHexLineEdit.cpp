@@ -130,6 +130,8 @@ void tst_CHexLineEdit::looksAsItShould()
     QVERIFY(!user.button->accessibleName().isEmpty());
     QVERIFY(!user.line->accessibleName().isEmpty());
     QVERIFY(user.button->geometry().left() >= user.line->geometry().right());
+    QCOMPARE(user.line->height(), user.line->sizeHint().height());
+    QCOMPARE(user.button->height(), user.line->height());
 }
 
 void tst_CHexLineEdit::hasNoBytesAtFirst()

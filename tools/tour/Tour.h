@@ -25,6 +25,7 @@ private:
     bool openChannels();
     bool receive();
     bool send();
+    bool editData();
     bool hideIdentifier();
     bool saveCaptures();
     static bool isHiddenIn(const QString &path);
