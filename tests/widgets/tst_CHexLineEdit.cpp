@@ -550,7 +550,7 @@ void tst_CHexLineEdit::typesAsTheRulesSay()
     Model model(size);
     QRandomGenerator random(static_cast<quint32>(size) + 1);
     const QString characters = QStringLiteral("0123456789abcdefABCDEF");
-    for (int i = 0; i < 1500; ++i) {
+    for (int i = 0; i < 300; ++i) {
         const bool isSelecting = random.bounded(6) == 0;
         if (isSelecting) {
             const int from = random.bounded(user.text().size() + 1);
