@@ -37,7 +37,7 @@ public:
     void prepareEditor(const QByteArray &payload);
     void connectSignals();
     void updateButtons();
-    void growToEditor();
+    void growToEditor() const;
 
     CHexEditView *q;
     const int size; ///< bytes of the payload, whatever is edited
@@ -94,12 +94,12 @@ void CHexEditViewPrivate::connectSignals()
     QObject::connect(ui.buttonBox, &QDialogButtonBox::accepted, q, &Dialog::accept);
     QObject::connect(ui.buttonBox, &QDialogButtonBox::rejected, q, &Dialog::reject);
     // Not the buttons' own shortcuts: these wait for an animation, and what is typed meanwhile would be undone instead.
-    const auto onKey = [this](int key, void (Dialog::*slot)()) {
+    const auto onKey = [this](const QString &key, void (Dialog::*slot)()) {
         QObject::connect(new QShortcut(QKeySequence(key), q), &QShortcut::activated, q, slot);
     };
-    onKey(Qt::CTRL | Qt::Key_Z, &Dialog::slot_undo);
-    onKey(Qt::CTRL | Qt::Key_Y, &Dialog::slot_redo);
-    onKey(Qt::CTRL | Qt::SHIFT | Qt::Key_Z, &Dialog::slot_redo);
+    onKey(QStringLiteral("Ctrl+Z"), &Dialog::slot_undo);
+    onKey(QStringLiteral("Ctrl+Y"), &Dialog::slot_redo);
+    onKey(QStringLiteral("Ctrl+Shift+Z"), &Dialog::slot_redo);
 }
 
 void CHexEditViewPrivate::updateButtons()
@@ -109,7 +109,7 @@ void CHexEditViewPrivate::updateButtons()
 }
 
 /// More bytes per line want a wider dialog; it never becomes narrower by itself.
-void CHexEditViewPrivate::growToEditor()
+void CHexEditViewPrivate::growToEditor() const
 {
     const QSize wanted = q->sizeHint();
     q->resize(std::max(q->width(), wanted.width()), q->height());

@@ -50,9 +50,9 @@ std::optional<QByteArray> bytesFromHexText(const QString &text)
     const auto isBlank = [](QChar character) {
         return character.isSpace();
     };
-    auto begin = std::find_if_not(text.begin(), text.end(), isBlank);
+    const QChar *begin = std::find_if_not(text.begin(), text.end(), isBlank);
     while (begin != text.end()) {
-        const auto end = std::find_if(begin, text.end(), isBlank);
+        const QChar *end = std::find_if(begin, text.end(), isBlank);
         if (!appendNumber(QStringView(begin, end), bytes)) {
             return std::nullopt;
         }

@@ -11,6 +11,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 constexpr int LinesWanted = 8;
@@ -29,7 +30,7 @@ bool isPrintable(char byte)
 
 QString characterOf(char byte)
 {
-    return QString(QLatin1Char(isPrintable(byte) ? byte : '.'));
+    return {QLatin1Char(isPrintable(byte) ? byte : '.')};
 }
 
 /// The first (0) or second (1) digit.
@@ -78,8 +79,8 @@ public:
 
     void bytesChanged();
     void measure();
-    void updateScrollBars();
-    void ensureCursorVisible();
+    void updateScrollBars() const;
+    void ensureCursorVisible() const;
     int visibleLines() const { return std::max(1, (q->viewport()->height() - 2 * Margin) / lineHeight); }
     /// Also of a line that is cut at the lower edge.
     bool isLineVisible(int line) const;
@@ -137,7 +138,7 @@ void QHexEditPrivate::measure()
     q->viewport()->update();
 }
 
-void QHexEditPrivate::updateScrollBars()
+void QHexEditPrivate::updateScrollBars() const
 {
     const int width = q->viewport()->width();
     q->verticalScrollBar()->setPageStep(visibleLines());
@@ -147,7 +148,7 @@ void QHexEditPrivate::updateScrollBars()
     q->horizontalScrollBar()->setRange(0, contentWidth() - width);
 }
 
-void QHexEditPrivate::ensureCursorVisible()
+void QHexEditPrivate::ensureCursorVisible() const
 {
     const int byte = buffer.cursor() / 2;
     const int line = layout.lineOf(byte);
@@ -194,14 +195,16 @@ void QHexEditPrivate::cursorMoved()
 
 bool QHexEditPrivate::handleMove(const QKeyEvent &event)
 {
-    for (const MoveKey &key : MoveKeys) {
-        const bool extend = event.matches(key.extending);
-        if (extend || event.matches(key.plain)) {
-            buffer.moveTo(layout.moved(key.move, place(), extend, visibleLines()), extend);
-            return true;
-        }
+    const auto isPressed = [&event](const MoveKey &key) {
+        return event.matches(key.plain) || event.matches(key.extending);
+    };
+    const auto *key = std::find_if(std::begin(MoveKeys), std::end(MoveKeys), isPressed);
+    if (key == std::end(MoveKeys)) {
+        return false;
     }
-    return false;
+    const bool extend = event.matches(key->extending);
+    buffer.moveTo(layout.moved(key->move, place(), extend, visibleLines()), extend);
+    return true;
 }
 
 bool QHexEditPrivate::handleCommand(const QKeyEvent &event)
@@ -243,8 +246,8 @@ bool QHexEditPrivate::handleEdit(const QKeyEvent &event)
 
 bool QHexEditPrivate::handleText(const QKeyEvent &event)
 {
-    const bool isTyped = (event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
-    if (!isTyped || event.text().size() != 1) {
+    constexpr auto commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    if ((event.modifiers() & commands) != 0 || event.text().size() != 1) {
         return false;
     }
     const QChar character = event.text().front();

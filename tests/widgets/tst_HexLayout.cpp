@@ -189,6 +189,8 @@ void tst_HexLayout::moves()
     const HexLayout full = layoutOf(16, 8);
     QCOMPARE(full.moved(HexMove::Up, {HexArea::Hex, 32}, false, page), 14);
     QCOMPARE(full.moved(HexMove::LineStart, {HexArea::Hex, 32}, false, page), 16);
+    QCOMPARE(full.moved(HexMove::Down, {HexArea::Hex, 32}, false, page), 32);
+    QCOMPARE(full.moved(HexMove::PageDown, {HexArea::Ascii, 32}, false, page), 32);
     // Nothing to move over.
     QCOMPARE(layoutOf(0, 8).moved(way, {HexArea::Hex, 0}, false, page), 0);
 }

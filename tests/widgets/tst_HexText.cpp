@@ -42,6 +42,9 @@ void tst_HexText::refuses_data()
     QTest::newRow("empty") << "";
     QTest::newRow("blank") << " \n";
     QTest::newRow("words") << "hello";
+    QTest::newRow("behind the digits, upper case") << "GG";
+    QTest::newRow("behind the digits, lower case") << "gg";
+    QTest::newRow("behind the numbers") << "::";
     QTest::newRow("word behind bytes") << "11 22 xy";
     QTest::newRow("comma") << "11,22";
     QTest::newRow("only 0x") << "11 0x";

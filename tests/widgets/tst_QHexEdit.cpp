@@ -149,7 +149,7 @@ void tst_QHexEdit::ignoresOtherCharacters()
 {
     EditorUnderTest user(counting(4));
     QVERIFY(user.isReady());
-    user.type("gxyz -.,");
+    user.type("gxyzG:@` -.,");
     user.key(Qt::Key_A, Qt::AltModifier);
     user.key(Qt::Key_B, Qt::ControlModifier);
     QCOMPARE(user.editor->data(), counting(4));
@@ -284,6 +284,11 @@ void tst_QHexEdit::tabSwitchesTheAreaAndLeaves()
     user.key(Qt::Key_Tab);
     user.key(Qt::Key_Tab);
     QVERIFY(user.behind->hasFocus());
+    QTest::keyClick(user.behind, Qt::Key_Tab); // around to the other side
+    QTest::keyClick(user.before, Qt::Key_Tab);
+    QVERIFY(user.editor->hasFocus());
+    QVERIFY(user.editor->cursor().area == HexArea::Hex);
+    user.behind->setFocus();
     QTest::keyClick(user.behind, Qt::Key_Backtab, Qt::ShiftModifier);
     QVERIFY(user.editor->hasFocus());
     QVERIFY(user.editor->cursor().area == HexArea::Ascii);
