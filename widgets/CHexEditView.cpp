@@ -60,7 +60,6 @@ void CHexEditViewPrivate::prepareButtons()
     QPushButton *accept = ui.buttonBox->button(QDialogButtonBox::Ok);
     accept->setIcon(QIcon(QStringLiteral(":/128x128/Images/128x128/Success.png")));
     accept->setProperty("nav", QStringLiteral("tBtnStyle_0"));
-    accept->setDefault(true);
     QPushButton *reject = ui.buttonBox->button(QDialogButtonBox::Cancel);
     reject->setIcon(QIcon(QStringLiteral(":/128x128/Images/128x128/Error.png")));
     reject->setProperty("nav", QStringLiteral("tBtnStyle_0"));
