@@ -47,17 +47,6 @@ QString correctedFrameIdText(const QString &text, bool extended)
     return digits;
 }
 
-QByteArray payloadFromText(const QString &text, int length)
-{
-    QByteArray digits = withoutBlanks(text).toLatin1().left(2 * length);
-    if (digits.size() % 2 != 0) {
-        digits.insert(digits.size() - 1, '0');
-    }
-    QByteArray payload = QByteArray::fromHex(digits);
-    payload.append(QByteArray(std::max(0, length - payload.size()), '\0'));
-    return payload;
-}
-
 QVector<int> payloadLengths(bool isCANFD)
 {
     static const QVector<int> lengths{1, 2, 3, 4, 5, 6, 7, 8, 12, 16, 20, 24, 32, 48, 64};

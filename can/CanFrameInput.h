@@ -26,10 +26,6 @@ std::optional<quint32> frameIdFromText(const QString &text, bool extended);
 /// type instead of anything above it or longer than its digits.
 QString correctedFrameIdText(const QString &text, bool extended);
 
-/// Payload of length bytes from hexadecimal digits, blanks ignored: typed bytes fill it from the first one, a single
-/// last digit is a byte of its own, the rest is zero, what is too much is cut.
-QByteArray payloadFromText(const QString &text, int length);
-
 /// The payload lengths on offer: 1 to 8, for CAN FD also 12 to 64 (ISO 11898-1 data length codes).
 QVector<int> payloadLengths(bool isCANFD);
 

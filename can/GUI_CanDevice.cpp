@@ -4,6 +4,7 @@
 #include "device/CANCommunication.h"
 #include "ui_GUI_CanDevice.h"
 
+#include <QSignalBlocker>
 #include <QTime>
 
 #include <algorithm>
@@ -90,10 +91,13 @@ void GUI_CanDevicePrivate::fillCombos()
     ui.cbx_protocol->setEnabled(isCANFD);
     fillLengths(false);
     ui.cbx_length->setCurrentIndex(ui.cbx_length->count() - 1);
+    q->slot_candataLengthChanged();
 }
 
 void GUI_CanDevicePrivate::fillLengths(bool isFdProtocol)
 {
+    // The lengths on the way, 0 and 1 among them, would cut the payload.
+    const QSignalBlocker blocker(ui.cbx_length);
     const int index = ui.cbx_length->currentIndex();
     ui.cbx_length->clear();
     const QVector<int> lengths = payloadLengths(isFdProtocol);
@@ -114,6 +118,8 @@ void GUI_CanDevicePrivate::connectSignals()
     QObject::connect(ui.tableView, &Table::sig_realTimeSaveFailed, q, &Tab::slot_realTimeSaveFailed);
     QObject::connect(ui.cbx_protocol, QOverload<int>::of(&QComboBox::currentIndexChanged), q,
                      &Tab::slot_changeCANProtocol);
+    QObject::connect(ui.cbx_length, QOverload<int>::of(&QComboBox::currentIndexChanged), q,
+                     &Tab::slot_candataLengthChanged);
     QObject::connect(ui.lbx_frameID, &QLineEdit::textEdited, q, &Tab::slot_frameIDTextEdited);
     QObject::connect(ui.lbx_cache, &QLineEdit::editingFinished, q, &Tab::slot_cacheLbxEditingFinished);
     QObject::connect(ui.btn_sendData, &QPushButton::clicked, q, &Tab::slot_sendBtnClicked);
@@ -154,7 +160,7 @@ CanFrameInput GUI_CanDevicePrivate::input() const
     frame.id = frameIdFromText(ui.lbx_frameID->text(), frame.extended).value_or(0);
     frame.remote = ui.cbx_frameFormat->currentData().toInt() != 0;
     frame.protocol = static_cast<quint8>(ui.cbx_protocol->currentData().toInt());
-    frame.data = payloadFromText(ui.lbx_data->text(), ui.cbx_length->currentData().toInt());
+    frame.data = ui.lbx_data->payload();
     return frame;
 }
 
@@ -183,7 +189,6 @@ GUI_CanDevice::GUI_CanDevice(const ChannelParam &param, CANCommunication &commun
 {
     m_p->ui.setupUi(this);
     m_p->ui.lbx_frameID->setValidator(hexBlankValidator());
-    m_p->ui.lbx_data->setValidator(hexBlankValidator());
     m_p->ui.lbx_setFilter->setValidator(hexBlankValidator());
     m_p->ui.lbx_frameOfSaved->setValidator(decimalValidator());
     m_p->ui.lbx_cache->setValidator(decimalValidator());
@@ -228,6 +233,12 @@ void GUI_CanDevice::slot_updateRate(int rateT, int rateR)
 void GUI_CanDevice::slot_changeCANProtocol()
 {
     m_p->fillLengths(m_p->ui.cbx_protocol->currentData().toInt() != 0);
+    slot_candataLengthChanged();
+}
+
+void GUI_CanDevice::slot_candataLengthChanged()
+{
+    m_p->ui.lbx_data->setLength(m_p->ui.cbx_length->currentData().toInt());
 }
 
 void GUI_CanDevice::slot_frameIDTextEdited(const QString &text)

@@ -32,6 +32,7 @@ public slots:
 
 private slots:
     void slot_changeCANProtocol();
+    void slot_candataLengthChanged();
     void slot_frameIDTextEdited(const QString &text);
     void slot_sendBtnClicked();
     void slot_saveBtnClicked();

@@ -587,4 +587,54 @@ Install the adapter's current library.</source>
         <translation>错误</translation>
     </message>
 </context>
+<context>
+    <name>CHexEditView</name>
+    <message>
+        <source>Edit data</source>
+        <translation>编辑数据</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>清空</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>撤销</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>重做</translation>
+    </message>
+    <message>
+        <source>Byte</source>
+        <translation>字节</translation>
+    </message>
+    <message>
+        <source>Bytes per line</source>
+        <translation>每行字节数</translation>
+    </message>
+    <message>
+        <source>Data bytes</source>
+        <translation>数据字节</translation>
+    </message>
+</context>
+<context>
+    <name>CHexLineEdit</name>
+    <message>
+        <source>Data bytes in hexadecimal</source>
+        <translation>十六进制数据字节</translation>
+    </message>
+    <message>
+        <source>Edit data</source>
+        <translation>编辑数据</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>撤销</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>重做</translation>
+    </message>
+</context>
 </TS>

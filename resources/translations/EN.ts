@@ -587,4 +587,54 @@ Install the adapter's current library.</translation>
         <translation>Error</translation>
     </message>
 </context>
+<context>
+    <name>CHexEditView</name>
+    <message>
+        <source>Edit data</source>
+        <translation>Edit data</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Clear</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Undo</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Redo</translation>
+    </message>
+    <message>
+        <source>Byte</source>
+        <translation>Byte</translation>
+    </message>
+    <message>
+        <source>Bytes per line</source>
+        <translation>Bytes per line</translation>
+    </message>
+    <message>
+        <source>Data bytes</source>
+        <translation>Data bytes</translation>
+    </message>
+</context>
+<context>
+    <name>CHexLineEdit</name>
+    <message>
+        <source>Data bytes in hexadecimal</source>
+        <translation>Data bytes in hexadecimal</translation>
+    </message>
+    <message>
+        <source>Edit data</source>
+        <translation>Edit data</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Undo</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Redo</translation>
+    </message>
+</context>
 </TS>

@@ -11,8 +11,6 @@ private slots:
     void frameId();
     void correctedText_data();
     void correctedText();
-    void payload_data();
-    void payload();
     void lengths();
     void classicFrame();
     void fdFrame();
@@ -68,25 +66,6 @@ void tst_CanFrameInput::correctedText()
     QFETCH(QString, text);
     QFETCH(bool, extended);
     QTEST(correctedFrameIdText(text, extended), "corrected");
-}
-
-void tst_CanFrameInput::payload_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("length");
-    QTest::addColumn<QByteArray>("payload");
-    QTest::newRow("all typed") << "01 A2 ff" << 3 << QByteArray("\x01\xA2\xFF", 3);
-    QTest::newRow("rest is zero") << "12" << 4 << QByteArray("\x12\0\0\0", 4);
-    QTest::newRow("single last digit") << "123" << 3 << QByteArray("\x12\x03\0", 3);
-    QTest::newRow("too much is cut") << "010203" << 2 << QByteArray("\x01\x02", 2);
-    QTest::newRow("nothing typed") << "" << 2 << QByteArray("\0\0", 2);
-}
-
-void tst_CanFrameInput::payload()
-{
-    QFETCH(QString, text);
-    QFETCH(int, length);
-    QTEST(payloadFromText(text, length), "payload");
 }
 
 void tst_CanFrameInput::lengths()

@@ -4,10 +4,12 @@
 #include "device/CANCommunication.h"
 #include "tests/support/AdapterFolder.h"
 #include "tests/support/SaveDialogDriver.h"
+#include "widgets/CHexEditView.h"
 
 #include <QComboBox>
 #include <QFile>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -70,9 +72,10 @@ public:
         return tab.findChild<Widget *>(QLatin1String(name));
     }
     void click(const char *name) const { QTest::mouseClick(find<QAbstractButton>(name), Qt::LeftButton); }
-    void type(const char *name, const QString &text) const
+    void type(const char *name, const QString &text) const { type(find<QLineEdit>(name), text); }
+    void typeData(const QString &text) const { type(dataLine(), text); }
+    static void type(QLineEdit *field, const QString &text)
     {
-        auto *field = find<QLineEdit>(name);
         field->setFocus();
         field->selectAll();
         QTest::keyClick(field, Qt::Key_Delete);
@@ -83,6 +86,7 @@ public:
         auto *combo = find<QComboBox>(name);
         combo->setCurrentIndex(combo->findData(data));
     }
+    QLineEdit *dataLine() const { return find<QWidget>("lbx_data")->findChild<QLineEdit *>(); }
     CTableViewCAN *table() const { return find<CTableViewCAN>("tableView"); }
     int rows() const { return table()->rowCount(); }
     QString cell(int row, int column) const
@@ -114,6 +118,10 @@ private slots:
     void correctsTheIdentifierWhileTyping();
     void offersLengthsByProtocol();
     void sendsFdFrames();
+    void lengthSizesTheData();
+    void protocolKeepsTheData();
+    void editsTheDataOfALongFrame();
+    void closesWhileTheDataIsEdited();
     void pausedSendingSendsButDoesNotList();
     void listsOnlyItsOwnChannel();
     void pausedReceivingListsNothing();
@@ -172,7 +180,7 @@ void tst_GUI_CanDevice::sendsOneFrameAndListsIt()
     user.choose("cbx_frameType", 1);
     user.type("lbx_frameID", QStringLiteral("1ABCDEF"));
     user.choose("cbx_length", 3);
-    user.type("lbx_data", QStringLiteral("0A0B0C"));
+    user.typeData(QStringLiteral("0A0B0C"));
     user.click("btn_sendData");
     QTRY_COMPARE(user.rows(), 1);
     QCOMPARE(user.cell(0, 2), QStringLiteral("None"));
@@ -268,12 +276,78 @@ void tst_GUI_CanDevice::sendsFdFrames()
     const TabUnderTest other(channel(0, 1, true), *m_manager);
     user.choose("cbx_protocol", 2);
     user.choose("cbx_length", 64);
-    user.type("lbx_data", QString(128, QLatin1Char('5')));
+    user.typeData(QString(128, QLatin1Char('5')));
     user.click("btn_sendData");
     QTRY_COMPARE(other.rows(), 1);
     QCOMPARE(other.cell(0, 5), QStringLiteral("CANFD Speed"));
     QCOMPARE(other.cell(0, 8), QStringLiteral("0x40"));
     QCOMPARE(other.cell(0, 9), QStringLiteral("55 ").repeated(64));
+}
+
+void tst_GUI_CanDevice::lengthSizesTheData()
+{
+    const TabUnderTest user(channel(0, 0), *m_manager);
+    QCOMPARE(user.dataLine()->text(), QStringLiteral("00 00 00 00 00 00 00 00 "));
+    user.typeData(QStringLiteral("1122334455667788"));
+    user.choose("cbx_length", 2);
+    QCOMPARE(user.dataLine()->text(), QStringLiteral("11 22 "));
+    user.click("btn_sendData");
+    user.choose("cbx_length", 4);
+    user.click("btn_sendData");
+    user.choose("cbx_length", 5);
+    user.typeData(QStringLiteral("aBc"));
+    user.click("btn_sendData");
+    QTRY_COMPARE(user.rows(), 3);
+    QCOMPARE(user.cell(0, 8), QStringLiteral("0x2"));
+    QCOMPARE(user.cell(0, 9), QStringLiteral("11 22 "));
+    QCOMPARE(user.cell(1, 9), QStringLiteral("11 22 00 00 "));
+    QCOMPARE(user.cell(2, 9), QStringLiteral("AB 0C 00 00 00 "));
+}
+
+void tst_GUI_CanDevice::protocolKeepsTheData()
+{
+    const TabUnderTest user(channel(0, 0, true), *m_manager);
+    user.typeData(QStringLiteral("1122334455667788"));
+    user.choose("cbx_protocol", 1);
+    QCOMPARE(user.dataLine()->text(), QStringLiteral("11 22 33 44 55 66 77 88 "));
+    user.choose("cbx_length", 12);
+    user.choose("cbx_protocol", 2);
+    user.click("btn_sendData");
+    user.choose("cbx_protocol", 0); // 8 bytes at most
+    user.click("btn_sendData");
+    QTRY_COMPARE(user.rows(), 2);
+    QCOMPARE(user.cell(0, 9), QStringLiteral("11 22 33 44 55 66 77 88 00 00 00 00 "));
+    QCOMPARE(user.cell(1, 9), QStringLiteral("11 22 33 44 55 66 77 88 "));
+}
+
+void tst_GUI_CanDevice::editsTheDataOfALongFrame()
+{
+    const TabUnderTest user(channel(0, 0, true), *m_manager);
+    user.choose("cbx_protocol", 1);
+    user.choose("cbx_length", 64);
+    QTest::mouseClick(user.find<QWidget>("lbx_data")->findChild<QPushButton *>(), Qt::LeftButton);
+    auto *dialog = user.tab.findChild<CHexEditView *>();
+    QVERIFY(dialog != nullptr);
+    auto *editor = dialog->findChild<QWidget *>(QStringLiteral("hexEdit"));
+    QTest::keyClicks(editor, QStringLiteral("77").repeated(70));
+    QTest::keyClick(editor, Qt::Key_Return);
+    QCOMPARE(user.dataLine()->text(), QStringLiteral("77 ").repeated(8));
+    user.click("btn_sendData");
+    QTRY_COMPARE(user.rows(), 1);
+    QCOMPARE(user.cell(0, 9), QStringLiteral("77 ").repeated(64));
+}
+
+void tst_GUI_CanDevice::closesWhileTheDataIsEdited()
+{
+    QPointer<CHexEditView> dialog;
+    {
+        const TabUnderTest user(channel(0, 0), *m_manager);
+        QTest::mouseClick(user.find<QWidget>("lbx_data")->findChild<QPushButton *>(), Qt::LeftButton);
+        dialog = user.tab.findChild<CHexEditView *>();
+        QVERIFY(dialog != nullptr);
+    }
+    QVERIFY(dialog == nullptr);
+    QVERIFY(QApplication::activeModalWidget() == nullptr);
 }
 
 void tst_GUI_CanDevice::pausedSendingSendsButDoesNotList()

@@ -3,10 +3,12 @@
 #include "app/GUI_CanView.h"
 #include "capture/CTableViewCAN.h"
 #include "tests/support/SaveDialogDriver.h"
+#include "widgets/CHexEditView.h"
 
 #include <QAbstractButton>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QPointer>
 #include <QTabWidget>
 #include <QTextStream>
 #include <QtTest>
@@ -55,7 +57,10 @@ bool Tour::send()
     click("btn_pauseReceiving");
     const int before = table()->rowCount();
     type("lbx_frameID", QStringLiteral("123"));
-    type("lbx_data", QStringLiteral("DE AD BE EF 01 02 03 04"));
+    type(widget<QWidget>("lbx_data")->findChild<QLineEdit *>(), QStringLiteral("DE AD BE EF 01 02 03 04"));
+    if (!editData()) {
+        return false;
+    }
     click("btn_sendData");
     if (!waitUntil("the sent frame is listed", [this, before] { return table()->rowCount() > before; })) {
         return false;
@@ -64,6 +69,21 @@ bool Tour::send()
     shoot(m_window, QStringLiteral("send"));
     click("btn_pauseReceiving");
     return true;
+}
+
+/// A look at all bytes of the data, left as they are.
+bool Tour::editData()
+{
+    QTest::mouseClick(widget<QWidget>("lbx_data")->findChild<QAbstractButton *>(), Qt::LeftButton);
+    auto *dialog = widget<CHexEditView>("CHexEditView");
+    if (!waitUntil("the data dialog opens", [dialog] { return dialog != nullptr && dialog->isActiveWindow(); })) {
+        return false;
+    }
+    QTest::qWait(100);
+    shoot(*dialog, QStringLiteral("edit-data"));
+    const QPointer<CHexEditView> open(dialog);
+    QTest::keyClick(dialog, Qt::Key_Escape);
+    return waitUntil("the data dialog closes", [open] { return open.isNull(); });
 }
 
 bool Tour::hideIdentifier()
@@ -170,7 +190,11 @@ void Tour::click(const char *name) const
 
 void Tour::type(const char *name, const QString &text) const
 {
-    auto *field = widget<QLineEdit>(name);
+    type(widget<QLineEdit>(name), text);
+}
+
+void Tour::type(QLineEdit *field, const QString &text)
+{
     field->selectAll();
     QTest::keyClicks(field, text);
 }

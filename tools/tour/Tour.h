@@ -8,6 +8,7 @@
 class CTableViewCAN;
 class GUI_CanView;
 class QFileDialog;
+class QLineEdit;
 class QWidget;
 
 /// Drives the main window as a user would, step by step, and keeps a screenshot of each step.
@@ -24,6 +25,7 @@ private:
     bool openChannels();
     bool receive();
     bool send();
+    bool editData();
     bool hideIdentifier();
     bool saveCaptures();
     static bool isHiddenIn(const QString &path);
@@ -37,6 +39,7 @@ private:
     Widget *widget(const char *name) const;
     void click(const char *name) const;
     void type(const char *name, const QString &text) const;
+    static void type(QLineEdit *field, const QString &text);
     void shoot(QWidget &target, const QString &name);
     QString file(const QString &name) const;
 

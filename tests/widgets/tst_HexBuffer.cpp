@@ -1,0 +1,316 @@
+#include "widgets/HexBuffer.h"
+
+#include <QRandomGenerator>
+#include <QtTest>
+
+namespace {
+/// A buffer that counts what it reports.
+struct CountingBuffer : HexBuffer
+{
+    explicit CountingBuffer(const QByteArray &data, bool overwrite)
+        : HexBuffer([this] { ++changes; })
+    {
+        setData(data);
+        setOverwriteMode(overwrite);
+        changes = 0;
+    }
+    int changes = 0;
+};
+
+const QByteArray Digits("\x12\x34\x56\x78");
+} // namespace
+
+class tst_HexBuffer : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void typesOverDigits();
+    void insertsDigits();
+    void typesCharacters();
+    void typesOverASelection();
+    void typesNothingBehindTheEnd();
+    void removesInOverwriteMode();
+    void removesInInsertMode();
+    void pastesOver();
+    void pastesBetween();
+    void fillsInOneStep();
+    void whatChangesNothingIsNoStep();
+    void undoBringsTheCursorBack();
+    void dataBeginsAnew();
+    void selects();
+    void overwritingNeverChangesTheSize();
+    void undoesAnything();
+};
+
+void tst_HexBuffer::typesOverDigits()
+{
+    CountingBuffer buffer(Digits, true);
+    buffer.typeDigit(0xA);
+    QCOMPARE(buffer.data(), QByteArray("\xA2\x34\x56\x78"));
+    QCOMPARE(buffer.cursor(), 1);
+    buffer.typeDigit(0xB);
+    QCOMPARE(buffer.data(), QByteArray("\xAB\x34\x56\x78"));
+    QCOMPARE(buffer.cursor(), 2);
+    QCOMPARE(buffer.changes, 2);
+}
+
+void tst_HexBuffer::insertsDigits()
+{
+    CountingBuffer buffer(Digits, false);
+    buffer.moveTo(2, false);
+    buffer.typeDigit(0xA);
+    QCOMPARE(buffer.data(), QByteArray("\x12\xA0\x34\x56\x78"));
+    buffer.typeDigit(0xB);
+    QCOMPARE(buffer.data(), QByteArray("\x12\xAB\x34\x56\x78"));
+    QCOMPARE(buffer.cursor(), 4);
+    buffer.moveTo(10, false);
+    buffer.typeDigit(1);
+    QCOMPARE(buffer.data(), QByteArray("\x12\xAB\x34\x56\x78\x10"));
+}
+
+void tst_HexBuffer::typesCharacters()
+{
+    CountingBuffer over(Digits, true);
+    over.typeByte('A');
+    QCOMPARE(over.data(), QByteArray("\x41\x34\x56\x78"));
+    QCOMPARE(over.cursor(), 2);
+    CountingBuffer between(Digits, false);
+    between.typeByte('A');
+    QCOMPARE(between.data(), QByteArray("\x41\x12\x34\x56\x78"));
+}
+
+void tst_HexBuffer::typesOverASelection()
+{
+    CountingBuffer over(Digits, true);
+    over.select(1, 3);
+    over.typeDigit(0xF);
+    QCOMPARE(over.data(), QByteArray("\x12\xF4\x56\x78"));
+    QCOMPARE(over.cursor(), 3);
+    QVERIFY(over.selection().isEmpty());
+    CountingBuffer between(Digits, false);
+    between.select(3, 1);
+    between.typeDigit(0xF);
+    QCOMPARE(between.data(), QByteArray("\x12\xF0\x78"));
+    between.undo();
+    QCOMPARE(between.data(), Digits);
+}
+
+void tst_HexBuffer::typesNothingBehindTheEnd()
+{
+    CountingBuffer buffer(Digits, true);
+    buffer.moveTo(8, false);
+    buffer.typeDigit(1);
+    buffer.typeByte('A');
+    buffer.paste(QByteArray("\x01\x02"));
+    buffer.removeForward();
+    QCOMPARE(buffer.data(), Digits);
+    QCOMPARE(buffer.cursor(), 8);
+    QCOMPARE(buffer.changes, 0);
+    CountingBuffer empty(QByteArray(), true);
+    empty.typeDigit(1);
+    empty.removeBackward();
+    QCOMPARE(empty.data(), QByteArray());
+}
+
+void tst_HexBuffer::removesInOverwriteMode()
+{
+    CountingBuffer buffer(Digits, true);
+    buffer.moveTo(2, false);
+    buffer.removeForward();
+    QCOMPARE(buffer.data(), QByteArray("\x12\x00\x56\x78", 4));
+    QCOMPARE(buffer.cursor(), 2);
+    buffer.removeBackward();
+    QCOMPARE(buffer.data(), QByteArray("\x00\x00\x56\x78", 4));
+    QCOMPARE(buffer.cursor(), 0);
+    buffer.removeBackward();
+    QCOMPARE(buffer.changes, 2);
+    buffer.moveTo(5, false); // in the middle of a byte: that one
+    buffer.removeBackward();
+    QCOMPARE(buffer.data(), QByteArray("\x00\x00\x00\x78", 4));
+    QCOMPARE(buffer.cursor(), 4);
+    buffer.setData(Digits);
+    buffer.select(0, 3);
+    buffer.removeForward();
+    QCOMPARE(buffer.data(), QByteArray("\x00\x00\x00\x78", 4));
+}
+
+void tst_HexBuffer::removesInInsertMode()
+{
+    CountingBuffer buffer(Digits, false);
+    buffer.moveTo(2, false);
+    buffer.removeForward();
+    QCOMPARE(buffer.data(), QByteArray("\x12\x56\x78"));
+    buffer.removeBackward();
+    QCOMPARE(buffer.data(), QByteArray("\x56\x78"));
+    buffer.select(2, 0);
+    buffer.removeBackward();
+    QCOMPARE(buffer.data(), QByteArray());
+    buffer.removeForward();
+    QCOMPARE(buffer.changes, 3);
+}
+
+void tst_HexBuffer::pastesOver()
+{
+    CountingBuffer buffer(Digits, true);
+    buffer.moveTo(3, false);
+    buffer.paste(QByteArray("\xAA\xBB"));
+    QCOMPARE(buffer.data(), QByteArray("\x12\xAA\xBB\x78"));
+    QCOMPARE(buffer.cursor(), 6);
+    buffer.paste(QByteArray(100, '\xCC'));
+    QCOMPARE(buffer.data(), QByteArray("\x12\xAA\xBB\xCC"));
+    buffer.select(0, 2);
+    buffer.paste(QByteArray("\x01"));
+    QCOMPARE(buffer.data(), QByteArray("\x01\xAA\xBB\xCC"));
+}
+
+void tst_HexBuffer::pastesBetween()
+{
+    CountingBuffer buffer(Digits, false);
+    buffer.select(1, 3);
+    buffer.paste(QByteArray("\xAA\xBB\xCC"));
+    QCOMPARE(buffer.data(), QByteArray("\x12\xAA\xBB\xCC\x78"));
+    QCOMPARE(buffer.cursor(), 8);
+}
+
+void tst_HexBuffer::fillsInOneStep()
+{
+    CountingBuffer buffer(Digits, true);
+    buffer.typeDigit(0xA);
+    buffer.fill('\0');
+    QCOMPARE(buffer.data(), QByteArray(4, '\0'));
+    buffer.undo();
+    QCOMPARE(buffer.data(), QByteArray("\xA2\x34\x56\x78"));
+    buffer.undo();
+    QCOMPARE(buffer.data(), Digits);
+    buffer.redo();
+    buffer.redo();
+    QCOMPARE(buffer.data(), QByteArray(4, '\0'));
+}
+
+void tst_HexBuffer::whatChangesNothingIsNoStep()
+{
+    CountingBuffer buffer(Digits, true);
+    buffer.typeDigit(1);
+    QCOMPARE(buffer.cursor(), 1);
+    buffer.typeDigit(2);
+    buffer.paste(QByteArray("\x34\x56"));
+    QCOMPARE(buffer.cursor(), 6);
+    QCOMPARE(buffer.changes, 0);
+    QVERIFY(!buffer.history().canUndo());
+}
+
+void tst_HexBuffer::undoBringsTheCursorBack()
+{
+    CountingBuffer buffer(Digits, true);
+    buffer.moveTo(3, false);
+    buffer.typeDigit(0xF);
+    buffer.moveTo(0, false);
+    buffer.undo();
+    QCOMPARE(buffer.cursor(), 3);
+    buffer.moveTo(0, false);
+    buffer.redo();
+    QCOMPARE(buffer.cursor(), 4);
+}
+
+void tst_HexBuffer::dataBeginsAnew()
+{
+    CountingBuffer buffer(Digits, true);
+    buffer.typeDigit(0xF);
+    buffer.select(1, 3);
+    buffer.setData(QByteArray("\x01"));
+    QVERIFY(!buffer.history().canUndo());
+    QCOMPARE(buffer.cursor(), 0);
+    QVERIFY(buffer.selection().isEmpty());
+}
+
+void tst_HexBuffer::selects()
+{
+    CountingBuffer buffer(Digits, true);
+    QVERIFY(buffer.selection().isEmpty());
+    buffer.moveTo(3, false);
+    buffer.moveTo(6, true);
+    QCOMPARE(buffer.selection().first, 1);
+    QCOMPARE(buffer.selection().end, 3);
+    QCOMPARE(buffer.selectedBytes(), QByteArray("\x34\x56"));
+    buffer.moveTo(0, true);
+    QCOMPARE(buffer.selectedBytes(), QByteArray("\x12"));
+    buffer.moveTo(99, true);
+    QCOMPARE(buffer.selectedBytes(), QByteArray("\x34\x56\x78"));
+    buffer.moveTo(-1, false);
+    QCOMPARE(buffer.cursor(), 0);
+    QVERIFY(buffer.selection().isEmpty());
+}
+
+namespace {
+void editAnyhow(HexBuffer &buffer, QRandomGenerator &random)
+{
+    const int place = random.bounded(-3, 2 * buffer.size() + 3);
+    switch (random.bounded(9)) {
+    case 0:
+        buffer.typeDigit(random.bounded(16));
+        break;
+    case 1:
+        buffer.typeByte(static_cast<char>(random.bounded(256)));
+        break;
+    case 2:
+        buffer.removeForward();
+        break;
+    case 3:
+        buffer.removeBackward();
+        break;
+    case 4:
+        buffer.paste(QByteArray(random.bounded(12), static_cast<char>(random.bounded(256))));
+        break;
+    case 5:
+        buffer.fill(static_cast<char>(random.bounded(2)));
+        break;
+    case 6:
+        buffer.select(place, random.bounded(-3, buffer.size() + 3));
+        break;
+    default:
+        buffer.moveTo(place, random.bounded(3) == 0);
+        break;
+    }
+}
+} // namespace
+
+void tst_HexBuffer::overwritingNeverChangesTheSize()
+{
+    QRandomGenerator random(1);
+    for (int size : {0, 1, 8, 64}) {
+        CountingBuffer buffer(QByteArray(size, '\x11'), true);
+        for (int i = 0; i < 3000; ++i) {
+            editAnyhow(buffer, random);
+            QCOMPARE(buffer.size(), size);
+            QVERIFY(buffer.cursor() >= 0 && buffer.cursor() <= 2 * size);
+        }
+    }
+}
+
+void tst_HexBuffer::undoesAnything()
+{
+    QRandomGenerator random(2);
+    for (bool overwrite : {true, false}) {
+        CountingBuffer buffer(Digits, overwrite);
+        QVector<QByteArray> states{Digits};
+        for (int i = 0; i < 2000; ++i) {
+            editAnyhow(buffer, random);
+            if (buffer.data() != states.last()) {
+                states.append(buffer.data());
+            }
+        }
+        QCOMPARE(buffer.history().count(), states.size() - 1);
+        for (int i = states.size() - 2; i >= 0; --i) {
+            buffer.undo();
+            QCOMPARE(buffer.data(), states.at(i));
+        }
+        for (int i = 1; i < states.size(); ++i) {
+            buffer.redo();
+            QCOMPARE(buffer.data(), states.at(i));
+        }
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_HexBuffer)
+#include "tst_HexBuffer.moc"

@@ -1,0 +1,122 @@
+#include "widgets/HexEntry.h"
+
+#include <QtTest>
+
+class tst_HexEntry : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void shows_data();
+    void shows();
+    void digits_data();
+    void digits();
+    void groups_data();
+    void groups();
+    void positions_data();
+    void positions();
+    void payload_data();
+    void payload();
+};
+
+void tst_HexEntry::shows_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("none") << QByteArray() << "";
+    QTest::newRow("one") << QByteArray("\xAB") << "AB ";
+    QTest::newRow("eight") << QByteArray("\0\1\2\3\4\5\6\xFF", 8) << "00 01 02 03 04 05 06 FF ";
+    QTest::newRow("eight of 64") << QByteArray(64, '\x5A') << "5A 5A 5A 5A 5A 5A 5A 5A ";
+}
+
+void tst_HexEntry::shows()
+{
+    QFETCH(QByteArray, bytes);
+    QTEST(shownPayload(bytes), "text");
+}
+
+void tst_HexEntry::digits_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("size");
+    QTest::addColumn<QString>("digits");
+    QTest::newRow("blanks go") << " 1 2\t3\n" << 8 << "123";
+    QTest::newRow("case stays") << "aB" << 8 << "aB";
+    QTest::newRow("six digits for two bytes") << "123456" << 2 << "1234";
+    QTest::newRow("blanks do not count") << "1 2 3 4 5 6" << 2 << "1234";
+    QTest::newRow("no bytes") << "12" << 0 << "";
+}
+
+void tst_HexEntry::digits()
+{
+    QFETCH(QString, text);
+    QFETCH(int, size);
+    QTEST(hexDigits(text, size), "digits");
+}
+
+void tst_HexEntry::groups_data()
+{
+    QTest::addColumn<QString>("digits");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("none") << ""
+                          << "";
+    QTest::newRow("one") << "1"
+                         << "1";
+    QTest::newRow("two") << "12"
+                         << "12 ";
+    QTest::newRow("three") << "123"
+                           << "12 3";
+    QTest::newRow("six, case kept") << "aBcDeF"
+                                    << "aB cD eF ";
+}
+
+void tst_HexEntry::groups()
+{
+    QFETCH(QString, digits);
+    QTEST(groupedDigits(digits), "text");
+}
+
+void tst_HexEntry::positions_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("before");
+    QTest::addColumn<int>("behind");
+    QTest::newRow("0") << 0 << 0 << 0;
+    QTest::newRow("1") << 1 << 1 << 1;
+    QTest::newRow("2") << 2 << 2 << 3;
+    QTest::newRow("3") << 3 << 4 << 4;
+    QTest::newRow("4") << 4 << 5 << 6;
+    QTest::newRow("5") << 5 << 7 << 7;
+}
+
+void tst_HexEntry::positions()
+{
+    QFETCH(int, count);
+    QTEST(groupedPosition(count, false), "before");
+    QTEST(groupedPosition(count, true), "behind");
+}
+
+void tst_HexEntry::payload_data()
+{
+    QTest::addColumn<QString>("digits");
+    QTest::addColumn<int>("size");
+    QTest::addColumn<QByteArray>("payload");
+    QTest::newRow("all typed") << "01A2ff" << 3 << QByteArray("\x01\xA2\xFF", 3);
+    QTest::newRow("rest is zero") << "12" << 4 << QByteArray("\x12\0\0\0", 4);
+    QTest::newRow("single last digit") << "123" << 3 << QByteArray("\x12\x03\0", 3);
+    QTest::newRow("ABC becomes AB0C") << "ABC" << 2 << QByteArray("\xAB\x0C", 2);
+    QTest::newRow("one digit") << "A" << 1 << QByteArray("\x0A", 1);
+    QTest::newRow("too much is cut") << "010203" << 2 << QByteArray("\x01\x02", 2);
+    QTest::newRow("nothing typed") << "" << 2 << QByteArray("\0\0", 2);
+    QTest::newRow("no bytes") << "12" << 0 << QByteArray();
+}
+
+void tst_HexEntry::payload()
+{
+    QFETCH(QString, digits);
+    QFETCH(int, size);
+    QTEST(payloadFromDigits(digits, size), "payload");
+}
+
+QTEST_APPLESS_MAIN(tst_HexEntry)
+#include "tst_HexEntry.moc"
