@@ -1,5 +1,5 @@
 #include "capture/CANFile.h"
-#include "capture/CaptureReader.h"
+#include "capture/CaptureLoader.h"
 #include "capture/GUI_CanSendFile.h"
 #include "device/CANAPI.h"
 #include "device/CANCommunication.h"
@@ -650,9 +650,11 @@ void tst_GUI_CanSendFile::aVanishedDeviceDoesNotStopIt()
 
     player.manager.closeChannel(Device, Channel); // closes the device, too
     player.isOpen = false;
+    player.setCount(1000);
     player.clickSend();
-    QTRY_VERIFY(player.isSending());
-    QTRY_VERIFY(player.isIdle());
+    QTRY_VERIFY(player.progress()->isVisible() && player.progress()->value() > 5);
+    player.clickSend();
+    QVERIFY(player.isIdle());
     QCOMPARE(player.notices.count(), 0);
 }
 
@@ -713,6 +715,14 @@ void tst_GUI_CanSendFile::stopsLoading()
     closing(*player.dialog);
     player.dialog->show();
     QVERIFY(player.isIdle());
+    CaptureLoader other; // reads the same file from now on
+    bool isRead = false;
+    QVERIFY(other.start(player.folder.filePath(QStringLiteral("a.can")),
+                        [&isRead](std::optional<CaptureContent>) { isRead = true; }));
+    QTRY_VERIFY(isRead);
+    letTicksPass(20);
+    QVERIFY(player.isIdle());
+    QVERIFY(player.adapter.takeFrames().empty());
     player.setFile(canFile(2), "b.can");
     player.clickSend();
     QTRY_VERIFY(player.hasSent(2) && player.isIdle());
