@@ -799,7 +799,7 @@ void tst_GUI_CanSendFile::deletedWhileBrowsing()
     QVERIFY(browsing.isNull());
 }
 
-/// Enter sends from every field, and stops; Tab goes through the fields as they are laid out.
+/// Enter sends from every field, and stops; on "Browse" it browses. Tab goes through the fields as they are laid out.
 void tst_GUI_CanSendFile::keyboard()
 {
     Player player;
@@ -815,6 +815,12 @@ void tst_GUI_CanSendFile::keyboard()
         QTest::keyClick(player.dialog->focusWidget(), Qt::Key_Return);
         QVERIFY2(player.isIdle(), name);
     }
+    player.find<QWidget>("btn_browse")->setFocus();
+    QTest::keyClick(player.find<QWidget>("btn_browse"), Qt::Key_Return);
+    auto *browsing = player.dialog->findChild<QFileDialog *>();
+    QVERIFY(browsing != nullptr);
+    browsing->reject();
+    QVERIFY(player.isIdle());
     player.find<QWidget>("cbx_fileType")->setFocus();
     for (const char *name : {"lbx_fileName", "btn_browse", "sbx_count", "sbx_interval", "btn_send", "cbx_fileType"}) {
         QTest::keyClick(player.dialog->focusWidget(), Qt::Key_Tab);
