@@ -1,4 +1,5 @@
-// The frame table without painting: append and refresh, memory, and saving (bench_capture_save.cpp).
+// The frame table without painting: append and refresh, memory, saving (bench_capture_save.cpp) and loading
+// (bench_capture_load.cpp).
 
 #include "bench/bench_capture.h"
 
@@ -19,15 +20,6 @@
 namespace {
 
 constexpr int BatchSize = 2500;
-
-double residentBytes()
-{
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly)) {
-        return 0;
-    }
-    return file.readAll().split(' ').value(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE));
-}
 
 double allocatedBytes()
 {
@@ -184,6 +176,15 @@ void benchRefresh(BenchReport &report, const CaptureBenchOptions &options)
                QStringLiteral("ms"));
 }
 
+double residentBytes()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return 0;
+    }
+    return file.readAll().split(' ').value(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
 int main(int argc, char *argv[])
 {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
@@ -196,6 +197,7 @@ int main(int argc, char *argv[])
         {{QStringLiteral("json"), QStringLiteral("Write the figures to FILE."), QStringLiteral("FILE")},
          {QStringLiteral("dir"), QStringLiteral("Save files in DIR (a memory file system)."), QStringLiteral("DIR"),
           QStringLiteral("/dev/shm")},
+         {QStringLiteral("load"), QStringLiteral("Only loading.")},
          {QStringLiteral("frames"), QStringLiteral("How many frames."), QStringLiteral("N"), QStringLiteral("1000000")},
          {QStringLiteral("repeat"), QStringLiteral("Repetitions, the median counts."), QStringLiteral("N"),
           QStringLiteral("5")}});
@@ -206,11 +208,15 @@ int main(int argc, char *argv[])
     options.folder = parser.value(QStringLiteral("dir"));
 
     BenchReport report;
-    benchAppend(report, options, 8);
-    benchAppend(report, options, 64);
-    benchRefresh(report, options);
-    benchSave(report, options, 8);
-    benchSave(report, options, 64);
+    if (!parser.isSet(QStringLiteral("load"))) {
+        benchAppend(report, options, 8);
+        benchAppend(report, options, 64);
+        benchRefresh(report, options);
+        benchSave(report, options, 8);
+        benchSave(report, options, 64);
+    }
+    benchLoad(report, options, 8);
+    benchLoad(report, options, 64);
     report.print();
     return report.writeJson(parser.value(QStringLiteral("json"))) ? 0 : 1;
 }

@@ -16,3 +16,7 @@ QVector<FrameRecord> receivedBatch(int count, int size, quint32 firstTime);
 void benchAppend(BenchReport &report, const CaptureBenchOptions &options, int size);
 void benchRefresh(BenchReport &report, const CaptureBenchOptions &options);
 void benchSave(BenchReport &report, const CaptureBenchOptions &options, int size);
+void benchLoad(BenchReport &report, const CaptureBenchOptions &options, int size);
+
+/// Memory of this process that is held in RAM.
+double residentBytes();

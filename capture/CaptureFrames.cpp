@@ -1,7 +1,5 @@
 #include "capture/CaptureFrames.h"
 
-#include "capture/PayloadBlocks.h"
-
 #include <utility>
 
 namespace {
@@ -12,11 +10,11 @@ struct Row
 {
     quint32 idWord;
     quint32 attributes;
-    quint32 place : 25; ///< in the chunk's payloads
+    quint32 place : 25; ///< of the payload, counted from the chunk's first one
     quint32 size : 7;   ///< of the payload
 };
 static_assert(sizeof(Row) == 12);
-static_assert((ChunkFrames + PayloadBlocks::BlockSize / CaptureFrame::MaxLength) * CaptureFrame::MaxLength < 1U << 25U);
+static_assert(2 * ChunkFrames * CaptureFrame::MaxLength + PayloadBlocks::BlockSize < 1U << 25U);
 static_assert(CaptureFrame::MaxLength < 1 << 7);
 
 } // namespace
@@ -24,22 +22,23 @@ static_assert(CaptureFrame::MaxLength < 1 << 7);
 struct CaptureFrames::Chunk
 {
     std::unique_ptr<Row[]> rows{new Row[ChunkFrames]};
-    PayloadBlocks payloads;
+    std::size_t firstPayload = 0; ///< its place
 };
 
 CaptureFrames::CaptureFrames() = default;
 CaptureFrames::~CaptureFrames() = default;
 
 CaptureFrames::CaptureFrames(CaptureFrames &&other) noexcept
-    : m_chunks(std::move(other.m_chunks))
+    : m_chunks(std::exchange(other.m_chunks, {}))
+    , m_payloads(std::exchange(other.m_payloads, {}))
     , m_size(std::exchange(other.m_size, 0))
 {
-    other.m_chunks.clear();
 }
 
 CaptureFrames &CaptureFrames::operator=(CaptureFrames &&other) noexcept
 {
     m_chunks = std::exchange(other.m_chunks, {});
+    m_payloads = std::exchange(other.m_payloads, {});
     m_size = std::exchange(other.m_size, 0);
     return *this;
 }
@@ -53,19 +52,23 @@ CaptureFrame CaptureFrames::at(qint64 index) const
     CaptureFrame frame;
     frame.idWord = row.idWord;
     frame.attributes = row.attributes;
-    frame.data = QByteArray(reinterpret_cast<const char *>(chunk.payloads.at(row.place)), static_cast<int>(row.size));
+    frame.data = QByteArray(reinterpret_cast<const char *>(m_payloads.at(chunk.firstPayload + row.place)),
+                            static_cast<int>(row.size));
     return frame;
 }
 
 void CaptureFrames::append(quint32 idWord, quint32 attributes, const uchar *data, int size)
 {
     Q_ASSERT(size >= 0 && size <= CaptureFrame::MaxLength);
+    const auto bytes = static_cast<quint32>(size);
+    const std::size_t place = m_payloads.put(data, bytes);
     const auto index = static_cast<std::size_t>(m_size) % ChunkFrames;
     if (index == 0) {
         m_chunks.push_back(std::make_unique<Chunk>());
+        m_chunks.back()->firstPayload = place;
     }
     Chunk &chunk = *m_chunks.back();
-    const auto bytes = static_cast<quint32>(size);
-    chunk.rows[index] = Row{idWord, attributes, chunk.payloads.put(data, bytes) & 0x1FFFFFFU, bytes & 0x7FU};
+    const auto inChunk = static_cast<quint32>(place - chunk.firstPayload);
+    chunk.rows[index] = Row{idWord, attributes, inChunk & 0x1FFFFFFU, bytes & 0x7FU};
     ++m_size;
 }

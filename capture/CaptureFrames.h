@@ -1,5 +1,7 @@
 #pragma once
 
+#include "capture/PayloadBlocks.h"
+
 #include <QByteArray>
 
 #include <memory>
@@ -34,8 +36,8 @@ struct CaptureFrame
 };
 
 /// The frames of a capture file in their order. A frame takes 12 bytes and its payload, nothing is allocated per frame,
-/// and growing never moves frames that are already there. Not thread-safe; may be filled in one thread and then moved to
-/// another.
+/// and growing never moves frames that are already there. Not thread-safe; may be filled in one thread and then moved
+/// to another.
 class CaptureFrames
 {
 public:
@@ -56,5 +58,6 @@ private:
     struct Chunk;
 
     std::vector<std::unique_ptr<Chunk>> m_chunks;
+    PayloadBlocks m_payloads;
     qint64 m_size = 0;
 };

@@ -69,22 +69,21 @@ bool CaptureInput::readMore()
     return true;
 }
 
-/// Where the buffer is full to its end: moves what is at hand to the front, into a larger one when it fills this one.
 void CaptureInput::makeRoom()
 {
-    if (m_end < m_capacity) {
-        return;
-    }
     const std::size_t size = m_end - m_begin;
-    if (size < m_capacity) {
-        std::memmove(m_buffer.get(), m_buffer.get() + m_begin, size);
-    } else {
-        const quint64 most = size + m_unread;
-        m_capacity = static_cast<std::size_t>(std::min<quint64>(most, std::max(PieceSize, 2 * m_capacity)));
-        // Not initialised: memory that is never written to costs nothing.
+    if (size == m_capacity) {
+        // Not initialised: memory that is never written to costs nothing. Beyond a piece all that may ever be needed is
+        // taken at once, for growing step by step would hold the line twice.
+        m_capacity =
+            static_cast<std::size_t>(m_capacity == 0 ? std::min<quint64>(PieceSize, m_unread) : size + m_unread);
         std::unique_ptr<char[]> larger(new char[m_capacity]);
         std::copy_n(m_buffer.get() + m_begin, size, larger.get());
         m_buffer = std::move(larger);
+    } else if (m_end == m_capacity || size <= m_begin) {
+        std::memmove(m_buffer.get(), m_buffer.get() + m_begin, size);
+    } else {
+        return;
     }
     m_begin = 0;
     m_end = size;

@@ -9,8 +9,8 @@
 
 class QIODevice;
 
-/// The bytes of a file, piece by piece. Holds one piece, or one line or record where that is longer; never more than the
-/// file had bytes at the beginning, and what is appended to it later is not read.
+/// The bytes of a file, piece by piece. Holds one piece, or one line or record where that is longer; never more than
+/// the file had bytes at the beginning, and what is appended to it later is not read.
 class CaptureInput
 {
 public:

@@ -85,14 +85,16 @@ struct Cells
     Cells(std::string_view line, std::string_view separator)
     {
         std::size_t begin = 0;
-        for (;;) {
-            const std::size_t end = line.find(separator, begin);
-            add(line.substr(begin, end - begin)); // up to the line's end where there is no separator any more
-            if (end == std::string_view::npos) {
-                return;
+        std::size_t run = 0; // separator characters seen in a row
+        for (std::size_t i = 0; i < line.size(); ++i) {
+            run = line[i] == separator.front() ? run + 1 : 0;
+            if (run == separator.size()) {
+                add(line.substr(begin, i + 1 - run - begin));
+                begin = i + 1;
+                run = 0;
             }
-            begin = end + separator.size();
         }
+        add(line.substr(begin));
     }
 
     /// n: 1 for the last cell, up to Tail and count.
@@ -114,7 +116,8 @@ bool isBlank(char c)
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-/// An unsigned hexadecimal number of 32 bits, as QString::toUInt() takes it: blanks around, a plus sign and "0x" before.
+/// An unsigned hexadecimal number of 32 bits, as QString::toUInt() takes it: blanks around, a plus sign and "0x"
+/// before.
 std::optional<quint32> hexNumber(std::string_view text)
 {
     while (!text.empty() && isBlank(text.front())) {

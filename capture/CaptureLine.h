@@ -19,9 +19,9 @@ struct CaptureLine
 
     /// A line of the program's own files, without its line end: identifier, protocol and type stand in the 5th, 6th and
     /// 8th cell, the payload in the last one. Words may be English, or Chinese in UTF-8 or GB18030. Nothing when the
-    /// line holds no frame.
+    /// line holds no frame. separator: one character, or the same one several times.
     static std::optional<CaptureLine> own(std::string_view line, std::string_view separator);
-    /// A line of another program's file: identifier and type stand in the fifth and third cell from the end, the payload
-    /// in the last one.
+    /// A line of another program's file: identifier and type stand in the fifth and third cell from the end, the
+    /// payload in the last one.
     static std::optional<CaptureLine> foreign(std::string_view line, std::string_view separator);
 };

@@ -121,8 +121,8 @@ bool readCanFd(CaptureInput &in, CaptureFrames &frames)
             break;
         }
         const std::string_view record = in.window();
-        const quint32 idWord =
-            CaptureFrame::toIdWord(qFromLittleEndian<quint32>(addressOf(record, 0)), flagAt(record, 10), flagAt(record, 11));
+        const quint32 idWord = CaptureFrame::toIdWord(qFromLittleEndian<quint32>(addressOf(record, 0)),
+                                                      flagAt(record, 10), flagAt(record, 11));
         const quint32 protocol = std::min<quint32>(byteAt(record, 8) & 3U, FrameRecord::CANFDSpeed);
         const int size = cappedLength(static_cast<uchar>(length));
         frames.append(idWord, CaptureFrame::toAttributes(size, protocol), addressOf(record, CanFdRecordSize), size);

@@ -16,12 +16,11 @@ struct CaptureContent
     qint64 droppedLines = 0;
 };
 
-/// Reads the frames of a capture in the format given; docs/formats.md says what is taken for a frame. Memory: the frames
-/// and a piece of the file, at most the file's own size. Nothing when a binary file has no header that is known, when
-/// reading fails, or soon after another thread sets stop (null: cannot be stopped).
-std::optional<CaptureContent> readCapture(QIODevice &in, CaptureFormat format,
-                                          const std::atomic<bool> *stop = nullptr);
+/// Reads the frames of a capture in the format given; docs/formats.md says what is taken for a frame. Memory: the
+/// frames and a piece of the file, at most the file's own size. Nothing when a binary file has no header that is known,
+/// when reading fails, or soon after another thread sets stop (null: cannot be stopped).
+std::optional<CaptureContent> readCapture(QIODevice &in, CaptureFormat format, const std::atomic<bool> *stop = nullptr);
 
-/// readCapture() of a file, in the format of the path's ending. Nothing also when the ending is unknown, when the path is
-/// no regular file, when it cannot be opened, or when memory does not suffice.
+/// readCapture() of a file, in the format of the path's ending. Nothing also when the ending is unknown, when the path
+/// is no regular file, when it cannot be opened, or when memory does not suffice.
 std::optional<CaptureContent> readCapture(const QString &path, const std::atomic<bool> *stop = nullptr);

@@ -103,7 +103,7 @@ void FrameStore::append(const FrameRecord &record)
     row.extended = record.extended;
     row.timeStamp = record.timeStamp;
     row.size = static_cast<quint16>(std::min(record.data.size(), MaxPayload));
-    row.payload = chunk.payloads.put(record.data.constData(), row.size);
+    row.payload = static_cast<quint32>(chunk.payloads.put(record.data.constData(), row.size));
     row.timeText = chunk.putText(record.systemTime);
     row.direction = record.direction;
     row.sendType = record.sendType;

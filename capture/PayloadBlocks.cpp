@@ -6,8 +6,8 @@ void PayloadBlocks::addBlock()
     m_used = 0;
 }
 
-void PayloadBlocks::truncateBehind(quint32 place, quint32 size)
+void PayloadBlocks::truncateBehind(std::size_t place, quint32 size)
 {
     m_blocks.resize(place / BlockSize + 1);
-    m_used = place % BlockSize + size;
+    m_used = static_cast<quint32>(place % BlockSize) + size;
 }

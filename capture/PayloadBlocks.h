@@ -13,23 +13,22 @@ class PayloadBlocks
 public:
     static constexpr quint32 BlockSize = 0x10000;
 
-    /// Copies a payload of at most BlockSize bytes and returns its place. All together at most 4 GiB. data: never null.
-    quint32 put(const void *data, quint32 size)
+    /// Copies a payload of at most BlockSize bytes and returns its place. data: never null.
+    std::size_t put(const void *data, quint32 size)
     {
         Q_ASSERT(size <= BlockSize);
         if (m_used + size > BlockSize) {
             addBlock();
         }
-        const auto block = static_cast<quint32>(m_blocks.size() - 1);
-        const quint32 offset = m_used;
-        std::memcpy(m_blocks[block].get() + offset, data, size);
+        const std::size_t place = (m_blocks.size() - 1) * BlockSize + m_used;
+        std::memcpy(m_blocks.back().get() + m_used, data, size);
         m_used += size;
-        return block * BlockSize + offset;
+        return place;
     }
-    const uchar *at(quint32 place) const { return m_blocks[place / BlockSize].get() + place % BlockSize; }
+    const uchar *at(std::size_t place) const { return m_blocks[place / BlockSize].get() + place % BlockSize; }
 
     /// Drops what lies behind the payload of size bytes at place.
-    void truncateBehind(quint32 place, quint32 size);
+    void truncateBehind(std::size_t place, quint32 size);
 
     /// Memory taken.
     std::size_t bytes() const { return m_blocks.size() * BlockSize; }

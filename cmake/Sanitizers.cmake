@@ -1,10 +1,16 @@
-# Instruments the whole build: X9_SANITIZE=address (with undefined behaviour), X9_SANITIZE=thread, X9_COVERAGE=ON.
+# Instruments the whole build: X9_SANITIZE=address (with undefined behaviour), X9_SANITIZE=thread, X9_SANITIZE=fuzzer
+# (address and undefined behaviour for the fuzz targets, clang only), X9_COVERAGE=ON.
 if(X9_SANITIZE STREQUAL "address")
   set(x9_instrument -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
 elseif(X9_SANITIZE STREQUAL "thread")
   set(x9_instrument -fsanitize=thread -fno-omit-frame-pointer)
+elseif(X9_SANITIZE STREQUAL "fuzzer")
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    message(FATAL_ERROR "X9_SANITIZE=fuzzer needs clang, which brings libFuzzer. On Debian: apt-get install clang")
+  endif()
+  set(x9_instrument -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
 elseif(NOT X9_SANITIZE STREQUAL "")
-  message(FATAL_ERROR "X9_SANITIZE is '${X9_SANITIZE}'; it can be empty, address or thread")
+  message(FATAL_ERROR "X9_SANITIZE is '${X9_SANITIZE}'; it can be empty, address, thread or fuzzer")
 elseif(X9_COVERAGE)
   set(x9_instrument --coverage)
 endif()

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, check) from Debian's
+# tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, check, fuzz) from Debian's
 # packages, quietly; does nothing when all is there. As root, or through sudo.
 set -euo pipefail
 
@@ -8,6 +8,7 @@ declare -A packages=(
            librsvg2-bin icoutils"
   [run]="xvfb xauth fonts-noto-cjk libqt5gui5 qttranslations5-l10n"
   [check]="clang-format"
+  [fuzz]="clang libclang-rt-14-dev"
 )
 
 missing=()

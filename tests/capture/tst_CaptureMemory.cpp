@@ -1,0 +1,149 @@
+#include "capture/CaptureReader.h"
+
+#include <QBuffer>
+#include <QTest>
+
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+// Memory of this process as the operators new and delete hand it out; everything the reader takes comes from them.
+namespace {
+
+constexpr std::size_t Header = alignof(std::max_align_t);
+std::size_t taken = 0;
+std::size_t mostTaken = 0;
+
+void *take(std::size_t size)
+{
+    auto *block = static_cast<std::byte *>(std::malloc(size + Header));
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
+    *reinterpret_cast<std::size_t *>(block) = size;
+    taken += size;
+    mostTaken = std::max(mostTaken, taken);
+    return block + Header;
+}
+
+void giveBack(void *memory)
+{
+    if (memory != nullptr) {
+        std::byte *block = static_cast<std::byte *>(memory) - Header;
+        taken -= *reinterpret_cast<std::size_t *>(block);
+        std::free(block);
+    }
+}
+
+} // namespace
+
+void *operator new(std::size_t size)
+{
+    return take(size);
+}
+void *operator new[](std::size_t size)
+{
+    return take(size);
+}
+void operator delete(void *memory) noexcept
+{
+    giveBack(memory);
+}
+void operator delete[](void *memory) noexcept
+{
+    giveBack(memory);
+}
+void operator delete(void *memory, std::size_t) noexcept
+{
+    giveBack(memory);
+}
+void operator delete[](void *memory, std::size_t) noexcept
+{
+    giveBack(memory);
+}
+
+namespace {
+
+/// For the piece that is read and for blocks that are not full.
+constexpr std::size_t Allowance = 1U << 20U;
+
+QByteArray binary(const char *header, const QByteArray &record, int count)
+{
+    return QByteArray(header) + QByteArray(4, '\0') + record.repeated(count);
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(CaptureFormat)
+
+class tst_CaptureMemory : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void peakStaysBelowTheFile_data();
+    void peakStaysBelowTheFile();
+    void framesTakeLittleMoreThanTheirSize_data();
+    void framesTakeLittleMoreThanTheirSize();
+};
+
+void tst_CaptureMemory::peakStaysBelowTheFile_data()
+{
+    QTest::addColumn<CaptureFormat>("format");
+    QTest::addColumn<QByteArray>("file");
+    QTest::newRow("shortest .canfd records")
+        << CaptureFormat::CanFd << binary("Vantora CAN Data", QByteArray(13, '\0'), 800000);
+    QTest::newRow(".can records") << CaptureFormat::Can << binary("Zhiyuan CAN Data", QByteArray(24, '\0'), 400000);
+    QTest::newRow("shortest frames in text")
+        << CaptureFormat::Csv << "x\n" + QByteArray("0,,Extend,,\n").repeated(800000);
+    QTest::newRow("shortest frames with a payload")
+        << CaptureFormat::Csv << "x\n" + QByteArray("0,,Extend,,1\n").repeated(800000);
+    QTest::newRow("one line") << CaptureFormat::Csv << QByteArray(10000000, 'a');
+    QTest::newRow("one line of separators") << CaptureFormat::Text << "x\n" + QByteArray(10000000, ' ');
+    QTest::newRow("empty lines") << CaptureFormat::Csv << QByteArray(10000000, '\n');
+    QTest::newRow("one payload that is no ASCII")
+        << CaptureFormat::Csv << "x\n1,,Standard,," + QByteArray("\xDE\x41").repeated(5000000);
+}
+
+void tst_CaptureMemory::peakStaysBelowTheFile()
+{
+    QFETCH(CaptureFormat, format);
+    QFETCH(QByteArray, file);
+    QBuffer buffer(&file);
+    buffer.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    const std::size_t before = taken;
+    mostTaken = taken;
+    const auto content = readCapture(buffer, format);
+    QVERIFY(content);
+    const std::size_t peak = mostTaken - before;
+    QVERIFY2(peak <= static_cast<std::size_t>(file.size()) + Allowance, qPrintable(QString::number(peak)));
+}
+
+void tst_CaptureMemory::framesTakeLittleMoreThanTheirSize_data()
+{
+    QTest::addColumn<int>("payload");
+    for (const int payload : {0, 1, 8, 12, 64}) {
+        QTest::addRow("%d bytes", payload) << payload;
+    }
+}
+
+void tst_CaptureMemory::framesTakeLittleMoreThanTheirSize()
+{
+    QFETCH(int, payload);
+    QByteArray record(13 + payload, '\0');
+    record[12] = char(payload);
+    constexpr int Count = 500000;
+    QByteArray file = binary("Vantora CAN Data", record, Count);
+    QBuffer buffer(&file);
+    buffer.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    const std::size_t before = taken;
+    const auto content = readCapture(buffer, CaptureFormat::CanFd);
+    QVERIFY(content);
+    QCOMPARE(content->frames.size(), qint64(Count));
+    const std::size_t own = (12 + std::size_t(payload)) * Count;
+    const std::size_t held = taken - before;
+    QVERIFY2(held >= own && held <= own + own / 20 + Allowance, qPrintable(QString::number(held)));
+}
+
+QTEST_APPLESS_MAIN(tst_CaptureMemory)
+#include "tst_CaptureMemory.moc"
