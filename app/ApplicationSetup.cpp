@@ -1,6 +1,7 @@
 #include "app/ApplicationSetup.h"
 
 #include "resources/Resources.h"
+#include "widgets/ModalMasks.h"
 
 #include <QApplication>
 #include <QFont>
@@ -26,6 +27,7 @@ void applyApplicationLook(QApplication &application)
     QApplication::setFont(QFont(QStringLiteral("Microsoft Yahei"), FontPointSize));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/Logo/Logo16x16.ico")));
     application.setStyleSheet(QStringLiteral("file:///:/Skins/White/White.css"));
+    new ModalMasks(&application);
 }
 
 bool installLanguage(Translators &translators, int language)

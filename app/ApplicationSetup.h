@@ -7,7 +7,7 @@ class QApplication;
 /// High-DPI attributes; to be set before the QApplication exists.
 void setApplicationAttributes();
 
-/// Font, window icon and style sheet.
+/// Font, window icon, style sheet, and the masks over windows that a modal dialog blocks. Once per application.
 void applyApplicationLook(QApplication &application);
 
 /// The texts of the program and of the toolkit's own dialogs. Must outlive the windows.

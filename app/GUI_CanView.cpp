@@ -4,10 +4,11 @@
 #include "can/GUI_CanDevice.h"
 #include "device/CANCommunication.h"
 #include "ui_GUI_CanView.h"
+#include "widgets/CMessageBox.h"
+#include "widgets/CNotice.h"
 
+#include <QList>
 #include <QMenu>
-#include <QMessageBox>
-#include <QStatusBar>
 #include <QTimer>
 #include <QToolButton>
 
@@ -17,8 +18,13 @@ namespace {
 constexpr int NoticeMs = 1500;
 constexpr int NoticeDone = 0;
 constexpr int NoticeFailure = 3;
+constexpr int MessageSuccess = 1;
+constexpr int MessageQuestion = 2;
+constexpr int MessageWarning = 3;
 constexpr int MessageCritical = 4;
+constexpr int MaxOpenMessages = 5;
 constexpr int OpenDelayMs = 200;
+constexpr const char *MessageText = "messageText"; ///< a message's text without what was added later
 
 /// Device 0, channel ch, 500 kbit/s, every frame accepted.
 ChannelParam firstDeviceChannel(quint8 ch)
@@ -33,17 +39,19 @@ ChannelParam firstDeviceChannel(quint8 ch)
     return param;
 }
 
-QMessageBox::Icon iconOf(int type)
+CMessageBox::Icon iconOf(int type)
 {
     switch (type) {
-    case 2:
-        return QMessageBox::Question;
-    case 3:
-        return QMessageBox::Warning;
+    case MessageSuccess:
+        return CMessageBox::Success;
+    case MessageQuestion:
+        return CMessageBox::Question;
+    case MessageWarning:
+        return CMessageBox::Warning;
     case MessageCritical:
-        return QMessageBox::Critical;
+        return CMessageBox::Critical;
     default:
-        return QMessageBox::Information;
+        return CMessageBox::Information;
     }
 }
 } // namespace
@@ -59,10 +67,14 @@ public:
 
     void buildToolBar();
     bool openTab(const ChannelParam &param);
+    QList<CMessageBox *> openMessages() const;
+    void openMessage(const QString &text, CMessageBox::Icon icon);
 
     GUI_CanView *q;
     std::unique_ptr<CANCommunication> communication;
     Ui::GUI_CanView ui;
+    CNotice *notice = nullptr;
+    int unshownMessages = 0; ///< since the newest open message was opened
 };
 
 void GUI_CanViewPrivate::buildToolBar()
@@ -99,12 +111,51 @@ bool GUI_CanViewPrivate::openTab(const ChannelParam &param)
     return true;
 }
 
+/// The newest last.
+QList<CMessageBox *> GUI_CanViewPrivate::openMessages() const
+{
+    QList<CMessageBox *> open;
+    for (CMessageBox *box : q->findChildren<CMessageBox *>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (box->isVisible() && box->property(MessageText).isValid()) {
+            open.append(box);
+        }
+    }
+    return open;
+}
+
+/// Messages may come in masses, from frames sent every millisecond for instance. What the user has to click away stays
+/// bounded, and nothing is dropped silently.
+void GUI_CanViewPrivate::openMessage(const QString &text, CMessageBox::Icon icon)
+{
+    const QList<CMessageBox *> messages = openMessages();
+    for (const CMessageBox *message : messages) {
+        if (message->icon() == icon && message->property(MessageText) == text) {
+            return;
+        }
+    }
+    if (messages.size() >= MaxOpenMessages) {
+        ++unshownMessages;
+        CMessageBox *newest = messages.last();
+        newest->setText(newest->property(MessageText).toString() + QStringLiteral("\n\n") +
+                        GUI_CanView::tr("Further messages not shown: %1").arg(unshownMessages));
+        return;
+    }
+    const auto buttons = icon == CMessageBox::Question ? CMessageBox::Yes | CMessageBox::No
+                                                       : CMessageBox::StandardButtons(CMessageBox::Ok);
+    auto *box = new CMessageBox(icon, GUI_CanView::tr("Tips"), text, buttons, q);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setProperty(MessageText, text);
+    unshownMessages = 0;
+    box->open();
+}
+
 GUI_CanView::GUI_CanView(std::unique_ptr<CANCommunication> communication, QWidget *parent)
     : QMainWindow(parent)
     , m_p(std::make_unique<GUI_CanViewPrivate>(this, std::move(communication)))
 {
     m_p->ui.setupUi(this);
     m_p->buildToolBar();
+    m_p->notice = new CNotice(this);
     setWindowTitle(QStringLiteral("X9CAN V") + QStringLiteral(X9_VERSION));
     connect(m_p->ui.tabWidget, &QTabWidget::tabCloseRequested, this, &GUI_CanView::slot_closeTabRequest);
     QTimer::singleShot(OpenDelayMs, this, &GUI_CanView::slot_openCanDevice);
@@ -148,13 +199,10 @@ void GUI_CanView::slot_closeTabRequest(int index)
 
 void GUI_CanView::slot_showMessageBox(const QString &text, int type)
 {
-    auto *box = new QMessageBox(iconOf(type), tr("Tips"), text, QMessageBox::Ok, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    m_p->openMessage(text, iconOf(type));
 }
 
 void GUI_CanView::slot_showNotice(const QString &text, int type, int delayms)
 {
-    Q_UNUSED(type)
-    statusBar()->showMessage(text, delayms);
+    m_p->notice->setMesseage(text, type, delayms);
 }

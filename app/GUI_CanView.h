@@ -22,8 +22,11 @@ public slots:
     void slot_openCanDevice();
     void slot_closeCanDevice();
     void slot_closeTabRequest(int index);
-    /// Types: 1 success, 2 question, 3 warning, 4 critical, any other information.
+    /// Opens a message and returns at once. Types: 1 success, 2 question with Yes and No, 3 warning, 4 critical, any
+    /// other information. A text that is already on screen with this type is not shown again; beyond five open
+    /// messages, further ones are only counted, and the newest open message says how many they are.
     void slot_showMessageBox(const QString &text, int type);
+    /// Types: 0 done, 1 warning, 2 question, 3 failure, 4 about, any other shows nothing. delayms as in CNotice.
     void slot_showNotice(const QString &text, int type, int delayms);
 
 private:

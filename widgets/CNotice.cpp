@@ -1,0 +1,251 @@
+#include "widgets/CNotice.h"
+
+#include "widgets/WrappedLines.h"
+
+#include <QAccessible>
+#include <QEvent>
+#include <QFontMetricsF>
+#include <QGraphicsOpacityEffect>
+#include <QHBoxLayout>
+#include <QHideEvent>
+#include <QIcon>
+#include <QLabel>
+#include <QPropertyAnimation>
+#include <QTimer>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+constexpr int TopPosition = 60;
+constexpr int IconSize = 18;
+constexpr int PictureSize = 32; ///< of the icon's file; the label scales it down
+constexpr int Spacing = 10;
+constexpr int SideMargin = 15;
+constexpr int TopMargin = 2;
+constexpr int TextReserve = 10;
+constexpr int FrameReserve = 30;
+constexpr int LongestLineMinimum = 1;
+
+constexpr qreal InitialOpacity = 0.1;
+constexpr qreal Invisible = 0.0;
+constexpr qreal FullyVisible = 1.0;
+constexpr int FadeMs = 1200;
+constexpr int StepMs = 10;
+
+// Bounds for texts that do not fit: pixels kept free beside and below the notice, what is shown of a text even in the
+// smallest parent, and how much of a text is looked at.
+constexpr int FreeSpace = 10;
+constexpr int SmallestTextWidth = 60;
+constexpr int SmallestLineCount = 4;
+constexpr int LongestText = 4096;
+
+struct Look
+{
+    const char *styleSheet;
+    const char *icon;
+    const char *kind; ///< the icon in words, for screen readers
+};
+
+constexpr const char *Amber = "color:#242523;border-radius:8px;background-color:#fff4ce;border-width:1px; "
+                              "border-style:solid; border-color:#B88A00;";
+
+// By type. The style sheets reach the labels as well; the labels take the border off again.
+constexpr Look Looks[] = {
+    {"color:#242523;border-radius:8px;background-color:#f0f9ec;border-width:1px; border-style:solid; "
+     "border-color:#418f1f;",
+     ":/Images/MsgInfo.png", QT_TRANSLATE_NOOP("CNotice", "Success")},
+    {Amber, ":/Images/MsgWarnning.png", QT_TRANSLATE_NOOP("CNotice", "Warning")},
+    {Amber, ":/Images/MsgQuestion.png", QT_TRANSLATE_NOOP("CNotice", "Question")},
+    {"color:#242523;border-radius:8px;background-color:#fde7e9;border-width:1px; border-style:solid; "
+     "border-color:#861b2d;",
+     ":/Images/MsgError.png", QT_TRANSLATE_NOOP("CNotice", "Error")},
+    {"color:#242523;border-radius:8px;background-color:#f3f3f3;border-width:1px; border-style:solid; "
+     "border-color:#242523;",
+     ":/Images/MsgAbout.png", QT_TRANSLATE_NOOP("CNotice", "Information")},
+};
+constexpr int LookCount = static_cast<int>(std::size(Looks));
+
+/// In fractions of a pixel and with what the last character, such as an "f", reaches beyond its place: a label that
+/// lacks any of it would break the line.
+qreal widthOf(const QString &line, const QFontMetricsF &metrics)
+{
+    const qreal overhang = line.isEmpty() ? 0 : std::max(-metrics.rightBearing(line.back()), 0.0);
+    return metrics.horizontalAdvance(line) + overhang;
+}
+} // namespace
+
+CNotice::CNotice(QWidget *parent)
+    : QFrame(parent)
+    , m_pIcon(new QLabel(this))
+    , m_pText(new QLabel(this))
+    , m_pOpacity(new QGraphicsOpacityEffect(this))
+    , m_pAnimation(new QPropertyAnimation(m_pOpacity, "opacity", this))
+    , m_pDelay(new QTimer(this))
+    , m_pTimer(new QTimer(this))
+{
+    init();
+}
+
+void CNotice::init()
+{
+    setObjectName(QStringLiteral("CNotice"));
+    setFrameShape(QFrame::Box);
+    setFrameShadow(QFrame::Plain);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setAttribute(Qt::WA_LayoutOnEntireRect); // the margins below count from the outer edge, border included
+
+    m_pIcon->setObjectName(QStringLiteral("m_pIcon"));
+    m_pIcon->setStyleSheet(QStringLiteral("border:none;"));
+    m_pIcon->setMaximumSize(IconSize, IconSize);
+    m_pIcon->setScaledContents(true);
+    m_pText->setObjectName(QStringLiteral("m_pText"));
+    m_pText->setStyleSheet(QStringLiteral("border:none;"));
+    m_pText->setTextFormat(Qt::PlainText);
+    m_pText->setWordWrap(true);
+    auto *layout = new QHBoxLayout(this);
+    layout->setSpacing(Spacing);
+    layout->setContentsMargins(SideMargin, TopMargin, SideMargin, TopMargin);
+    layout->addWidget(m_pIcon);
+    layout->addWidget(m_pText);
+
+    m_pOpacity->setOpacity(InitialOpacity);
+    setGraphicsEffect(m_pOpacity);
+    m_pAnimation->setObjectName(QStringLiteral("m_pAnimation"));
+    m_pAnimation->setDuration(FadeMs);
+    m_pAnimation->setEasingCurve(QEasingCurve::InOutCubic);
+    connect(m_pAnimation, &QVariantAnimation::valueChanged, this, [this] { update(); });
+    connect(m_pAnimation, &QVariantAnimation::finished, this, [this] {
+        if (qFuzzyIsNull(m_pAnimation->endValue().toReal())) {
+            hide();
+        }
+    });
+
+    m_pDelay->setObjectName(QStringLiteral("m_pDelay"));
+    m_pDelay->setSingleShot(true);
+    m_pDelay->setInterval(FadeMs);
+    m_pTimer->setObjectName(QStringLiteral("m_pTimer"));
+    m_pTimer->setInterval(StepMs);
+    connect(m_pDelay, &QTimer::timeout, m_pTimer, qOverload<>(&QTimer::start));
+    connect(m_pTimer, &QTimer::timeout, this, &CNotice::onTimerTimeout);
+
+    parentWidget()->installEventFilter(this);
+    hide();
+}
+
+void CNotice::setMesseage(const QString &text, int type, int delayms)
+{
+    if (type < 0 || type >= LookCount) {
+        return;
+    }
+    m_pAnimation->stop();
+    if (m_pTimer->isActive()) {
+        m_pTimer->stop();
+        hide();
+    }
+    const Look &look = Looks[type];
+    setStyleSheet(QLatin1String(look.styleSheet));
+    // An icon, unlike a pixmap, takes the picture that was drawn for the screen's scale.
+    m_pIcon->setPixmap(QIcon(QLatin1String(look.icon)).pixmap(QSize(PictureSize, PictureSize)));
+    m_pIcon->setAccessibleName(tr(look.kind));
+    setAccessibleName(text);
+    m_text = text.left(LongestText);
+    changeSize();
+    show();
+    raise();
+
+    m_countdown = std::max(delayms, 0) / StepMs + 1;
+    m_pAnimation->setStartValue(Invisible);
+    fadeTo(FullyVisible);
+    m_pDelay->start(); // anew when it belonged to an earlier notice
+    QAccessibleEvent announcement(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&announcement);
+}
+
+/// Lays the text out in the room that the parent gives, and the notice around it.
+void CNotice::changeSize()
+{
+    measureText();
+    setFixedSize(m_totalWidth, (m_lineCount + 1) * m_lineSpacing);
+    move(place());
+}
+
+void CNotice::measureText()
+{
+    ensurePolished();
+    m_pText->ensurePolished();
+    const QFontMetricsF metrics(m_pText->font());
+    m_lineSpacing = std::max(QFontMetrics(m_pText->font()).lineSpacing(), 1);
+
+    const int reserve = TextReserve + IconSize + FrameReserve;
+    const int widest = std::max(parentWidget()->width() - 2 * FreeSpace - reserve, SmallestTextWidth);
+    const int room = parentWidget()->height() - TopPosition - FreeSpace;
+    const int mostLines = std::max(room / m_lineSpacing - 1, SmallestLineCount);
+    const QStringList lines = wrappedLines(m_text, m_pText->font(), widest, mostLines);
+
+    qreal longest = LongestLineMinimum;
+    for (const QString &line : lines) {
+        longest = std::max(longest, widthOf(line, metrics));
+    }
+    m_lineWidth = static_cast<int>(std::ceil(longest));
+    m_totalWidth = m_lineWidth + reserve;
+    m_lineCount = lines.size();
+    m_pText->setText(lines.join(QLatin1Char('\n')));
+}
+
+QPoint CNotice::place() const
+{
+    return {(parentWidget()->width() - width()) / 2, TopPosition};
+}
+
+/// Starts from the animation's start value.
+void CNotice::fadeTo(qreal opacity)
+{
+    m_pAnimation->setEndValue(opacity);
+    m_pAnimation->start();
+}
+
+void CNotice::onTimerTimeout()
+{
+    const bool isOver = m_countdown < 1;
+    --m_countdown;
+    if (isOver) {
+        m_pTimer->stop();
+        m_pAnimation->stop();
+        m_pAnimation->setStartValue(m_pOpacity->opacity());
+        fadeTo(Invisible);
+    }
+}
+
+void CNotice::stop()
+{
+    m_pAnimation->stop();
+    m_pDelay->stop();
+    m_pTimer->stop();
+}
+
+bool CNotice::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Resize && watched == parentWidget() && !isHidden()) {
+        changeSize();
+    }
+    return QFrame::eventFilter(watched, event);
+}
+
+/// The parent is closed, or the notice is over. A minimised window's notice goes on: it may be back in time.
+void CNotice::hideEvent(QHideEvent *event)
+{
+    if (!event->spontaneous()) {
+        stop();
+        hide();
+    }
+    QFrame::hideEvent(event);
+}
+
+void CNotice::paintEvent(QPaintEvent *event)
+{
+    if (pos() != place()) {
+        changeSize();
+    }
+    QFrame::paintEvent(event);
+}
