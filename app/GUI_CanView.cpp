@@ -106,6 +106,7 @@ bool GUI_CanViewPrivate::openTab(const ChannelParam &param)
                               .arg(param.device)
                               .arg(GUI_CanView::tr("Channel"))
                               .arg(param.channel);
+    tab->setObjectName(title); // its dialogs are titled with it
     ui.tabWidget->setCurrentIndex(ui.tabWidget->addTab(tab.release(), title));
     return true;
 }

@@ -1,6 +1,7 @@
 #include "can/GUI_CanDevice.h"
 
 #include "can/CanFrameInput.h"
+#include "capture/GUI_CanSendFile.h"
 #include "device/CANCommunication.h"
 #include "ui_GUI_CanDevice.h"
 
@@ -69,6 +70,7 @@ public:
     GUI_CanDevice *q;
     CANCommunication &communication;
     Ui::GUI_CanDevice ui;
+    GUI_CanSendFile *sendFile = nullptr; ///< a child of the tab, made when it is first asked for
     bool isOpen = false;
 };
 
@@ -129,6 +131,7 @@ void GUI_CanDevicePrivate::connectSignals()
     QObject::connect(ui.btn_pause, &QPushButton::clicked, q, &Tab::slot_pauseBtnSendClicked);
     QObject::connect(ui.btn_pauseReceiving, &QPushButton::clicked, q, &Tab::slot_pauseBtnReceiveClicked);
     QObject::connect(ui.btn_setFilter, &QPushButton::clicked, q, &Tab::slot_setFilterBtnClicked);
+    QObject::connect(ui.btn_sendFile, &QPushButton::clicked, q, &Tab::slot_canSendFileBtnClicked);
     QObject::connect(ui.rbtn_disable, &QRadioButton::clicked, q, &Tab::slot_setFilterDisableBtnClicked);
 }
 
@@ -329,4 +332,18 @@ void GUI_CanDevice::slot_cacheLbxEditingFinished()
         m_p->ui.tableView->setCacheSize(count);
     }
     m_p->ui.lbx_cache->setModified(false);
+}
+
+void GUI_CanDevice::slot_canSendFileBtnClicked()
+{
+    if (m_p->sendFile == nullptr) {
+        const ChannelParam &channel = channelParam();
+        m_p->sendFile = new GUI_CanSendFile(m_p->communication, channel.device, channel.channel, channel.isCANFD, this);
+        m_p->sendFile->setWindowTitle(objectName() + QStringLiteral("  -  ") + tr("Send File"));
+        connect(m_p->sendFile, &GUI_CanSendFile::sig_showNotice, this, &GUI_CanDevice::sig_showNotice);
+        connect(m_p->sendFile, &GUI_CanSendFile::sig_showMessageBox, this, &GUI_CanDevice::sig_showMessageBox);
+    }
+    m_p->sendFile->show();
+    m_p->sendFile->raise();
+    m_p->sendFile->activateWindow();
 }

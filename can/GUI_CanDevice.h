@@ -43,6 +43,7 @@ private slots:
     void slot_pauseBtnSendClicked(bool checked);
     void slot_pauseBtnReceiveClicked(bool checked);
     void slot_cacheLbxEditingFinished();
+    void slot_canSendFileBtnClicked();
 
 private:
     friend class GUI_CanDevicePrivate;

@@ -345,6 +345,101 @@
     </message>
 </context>
 <context>
+    <name>GUI_CanSendFile</name>
+    <message>
+        <source>File name</source>
+        <translation>文件名</translation>
+    </message>
+    <message>
+        <source>Browse</source>
+        <translation>浏览</translation>
+    </message>
+    <message>
+        <source>File type</source>
+        <translation>文件类型</translation>
+    </message>
+    <message>
+        <source>Sending parameter</source>
+        <translation>发送参数</translation>
+    </message>
+    <message>
+        <source>File type:</source>
+        <translation>文件类型：</translation>
+    </message>
+    <message>
+        <source>Frame ID</source>
+        <translation>帧ID</translation>
+    </message>
+    <message>
+        <source>Type:</source>
+        <translation>帧类型：</translation>
+    </message>
+    <message>
+        <source>Format:</source>
+        <translation>格式：</translation>
+    </message>
+    <message>
+        <source>Count:</source>
+        <translation>次数：</translation>
+    </message>
+    <message>
+        <source>Interval:</source>
+        <translation>间隔：</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>进度</translation>
+    </message>
+    <message>
+        <source>Send</source>
+        <translation>发送</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>CAN(*.can)</source>
+        <translation>CAN文件(*.can)</translation>
+    </message>
+    <message>
+        <source>CANFD(*.canfd)</source>
+        <translation>CANFD文件(*.canfd)</translation>
+    </message>
+    <message>
+        <source>Csv(*.csv)</source>
+        <translation>CSV文件(*.csv)</translation>
+    </message>
+    <message>
+        <source>Text(*.txt)</source>
+        <translation>文本文件(*.txt)</translation>
+    </message>
+    <message>
+        <source>Standard</source>
+        <translation>标准帧</translation>
+    </message>
+    <message>
+        <source>Extend</source>
+        <translation>扩展帧</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>正常</translation>
+    </message>
+    <message>
+        <source>Open File</source>
+        <translation>打开文件</translation>
+    </message>
+    <message>
+        <source>CANFD file not supported</source>
+        <translation>不支持CANFD文件</translation>
+    </message>
+    <message>
+        <source>File read failure</source>
+        <translation>文件读取失败</translation>
+    </message>
+</context>
+<context>
     <name>GUI_CanView</name>
     <message>
         <source>ToolBar</source>

@@ -345,6 +345,101 @@
     </message>
 </context>
 <context>
+    <name>GUI_CanSendFile</name>
+    <message>
+        <source>File name</source>
+        <translation>File name</translation>
+    </message>
+    <message>
+        <source>Browse</source>
+        <translation>Browse</translation>
+    </message>
+    <message>
+        <source>File type</source>
+        <translation>File type</translation>
+    </message>
+    <message>
+        <source>Sending parameter</source>
+        <translation>Sending parameter</translation>
+    </message>
+    <message>
+        <source>File type:</source>
+        <translation>File type:</translation>
+    </message>
+    <message>
+        <source>Frame ID</source>
+        <translation>Frame ID</translation>
+    </message>
+    <message>
+        <source>Type:</source>
+        <translation>Type:</translation>
+    </message>
+    <message>
+        <source>Format:</source>
+        <translation>Format:</translation>
+    </message>
+    <message>
+        <source>Count:</source>
+        <translation>Count:</translation>
+    </message>
+    <message>
+        <source>Interval:</source>
+        <translation>Interval:</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Progress</translation>
+    </message>
+    <message>
+        <source>Send</source>
+        <translation>Send</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>CAN(*.can)</source>
+        <translation>CAN(*.can)</translation>
+    </message>
+    <message>
+        <source>CANFD(*.canfd)</source>
+        <translation>CANFD(*.canfd)</translation>
+    </message>
+    <message>
+        <source>Csv(*.csv)</source>
+        <translation>Csv(*.csv)</translation>
+    </message>
+    <message>
+        <source>Text(*.txt)</source>
+        <translation>Text(*.txt)</translation>
+    </message>
+    <message>
+        <source>Standard</source>
+        <translation>Standard</translation>
+    </message>
+    <message>
+        <source>Extend</source>
+        <translation>Extend</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>Normal</translation>
+    </message>
+    <message>
+        <source>Open File</source>
+        <translation>Open File</translation>
+    </message>
+    <message>
+        <source>CANFD file not supported</source>
+        <translation>CANFD file not supported</translation>
+    </message>
+    <message>
+        <source>File read failure</source>
+        <translation>File read failure</translation>
+    </message>
+</context>
+<context>
     <name>GUI_CanView</name>
     <message>
         <source>ToolBar</source>

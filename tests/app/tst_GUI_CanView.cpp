@@ -2,6 +2,7 @@
 #include "app/GUI_CanView.h"
 #include "can/GUI_CanDevice.h"
 #include "capture/CTableViewCAN.h"
+#include "capture/GUI_CanSendFile.h"
 #include "device/CANAPI.h"
 #include "device/CANCommunication.h"
 #include "tests/support/AdapterFolder.h"
@@ -11,8 +12,12 @@
 
 #include <QAbstractButton>
 #include <QDialogButtonBox>
+#include <QFile>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
+#include <QPointer>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QTabBar>
 #include <QTabWidget>
@@ -72,6 +77,7 @@ class tst_GUI_CanView : public QObject
 private slots:
     void opensBothChannelsByItself();
     void closesTabs();
+    void closingATabEndsItsPlayback();
     void closesAndOpensFromTheMenu();
     void saysThatThereIsNoDevice();
     void explainsAMissingLibrary();
@@ -113,6 +119,33 @@ void tst_GUI_CanView::closesTabs()
     QCOMPARE(tabsOf(window)->count(), 1);
     QCOMPARE(tabsOf(window)->tabText(0), QStringLiteral("CAN Device: 0 Channel: 1"));
     QTRY_COMPARE(window.findChildren<GUI_CanDevice *>().size(), 1);
+}
+
+void tst_GUI_CanView::closingATabEndsItsPlayback()
+{
+    const AdapterFolder folder(OneDevice);
+    GUI_CanView window(manager());
+    window.show();
+    QTRY_COMPARE(tabsOf(window)->count(), 2);
+    QWidget *tab = tabsOf(window)->widget(1);
+    QTest::mouseClick(tab->findChild<QAbstractButton *>(QStringLiteral("btn_sendFile")), Qt::LeftButton);
+    QPointer<GUI_CanSendFile> dialog = tab->findChild<GUI_CanSendFile *>();
+    QVERIFY(dialog != nullptr);
+    QCOMPARE(dialog->windowTitle(), QStringLiteral("CAN Device: 0 Channel: 1  -  Send File"));
+
+    const QString path = folder.filePath(QStringLiteral("a.can"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray("Zhiyuan CAN Data") + QByteArray(4 + 1000 * 24, '\0'));
+    file.close();
+    dialog->findChild<QLineEdit *>(QStringLiteral("lbx_fileName"))->setText(path);
+    auto *send = dialog->findChild<QAbstractButton *>(QStringLiteral("btn_send"));
+    QTest::mouseClick(send, Qt::LeftButton);
+    QTRY_VERIFY(dialog->findChild<QProgressBar *>(QStringLiteral("progressBar"))->value() > 0);
+    tabsOf(window)->setCurrentIndex(0); // looking at another tab does not end it
+    QCOMPARE(send->text(), QStringLiteral("Stop"));
+    window.slot_closeTabRequest(1);
+    QTRY_VERIFY(dialog.isNull());
 }
 
 void tst_GUI_CanView::closesAndOpensFromTheMenu()

@@ -1,5 +1,6 @@
 #include "can/GUI_CanDevice.h"
 #include "capture/CTableViewCAN.h"
+#include "capture/GUI_CanSendFile.h"
 #include "device/CANAPI.h"
 #include "device/CANCommunication.h"
 #include "tests/support/AdapterFolder.h"
@@ -14,6 +15,7 @@
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QSpinBox>
 #include <QTableView>
 #include <QtTest>
 
@@ -88,6 +90,7 @@ public:
     }
     QLineEdit *dataLine() const { return find<QWidget>("lbx_data")->findChild<QLineEdit *>(); }
     CTableViewCAN *table() const { return find<CTableViewCAN>("tableView"); }
+    GUI_CanSendFile *fileSender() const { return tab.findChild<GUI_CanSendFile *>(); }
     int rows() const { return table()->rowCount(); }
     QString cell(int row, int column) const
     {
@@ -133,6 +136,9 @@ private slots:
     void realTimeSavingEndsWithTheFolder();
     void keepsTheRowsWhenTheCacheFieldIsEmptied();
     void losesNothingWhenTheAdapterIsPulledOut();
+    void opensTheFileSender();
+    void playsAFile();
+    void routesTheNoticesOfTheFileSender();
 
 private:
     std::unique_ptr<AdapterFolder> m_folder;
@@ -555,6 +561,76 @@ void tst_GUI_CanDevice::losesNothingWhenTheAdapterIsPulledOut()
     const TabUnderTest again(channel(0, 0), *m_manager);
     QVERIFY(again.tab.isChannelOpen());
     QTRY_VERIFY(again.rows() > 0);
+}
+
+void tst_GUI_CanDevice::opensTheFileSender()
+{
+    TabUnderTest user(channel(0, 0), *m_manager);
+    user.tab.setObjectName(QStringLiteral("CAN Device: 0 Channel: 0"));
+    QVERIFY(user.fileSender() == nullptr);
+    user.click("btn_sendFile");
+    QPointer<GUI_CanSendFile> dialog = user.fileSender();
+    QVERIFY(dialog != nullptr);
+    QVERIFY(dialog->isVisible());
+    QVERIFY(!dialog->isModal());
+    QCOMPARE(dialog->windowTitle(), QStringLiteral("CAN Device: 0 Channel: 0  -  Send File"));
+    dialog->findChild<QLineEdit *>(QStringLiteral("lbx_fileName"))->setText(QStringLiteral("kept"));
+    dialog->close();
+    QVERIFY(!dialog->isVisible());
+    user.click("btn_sendFile");
+    QVERIFY(dialog->isVisible());
+    user.click("btn_sendFile");
+    QCOMPARE(user.tab.findChildren<GUI_CanSendFile *>().size(), 1);
+    QCOMPARE(dialog->findChild<QLineEdit *>(QStringLiteral("lbx_fileName"))->text(), QStringLiteral("kept"));
+}
+
+/// What the tab has received and saved goes out on the tab's own channel, and stops with the tab.
+void tst_GUI_CanDevice::playsAFile()
+{
+    const TabUnderTest other(channel(0, 1), *m_manager);
+    auto user = std::make_unique<TabUnderTest>(channel(0, 0), *m_manager);
+    for (const char *id : {"123", "456"}) {
+        user->type("lbx_frameID", QLatin1String(id));
+        user->click("btn_sendData");
+    }
+    QTRY_COMPARE(user->rows(), 2);
+    const QString path = m_folder->filePath(QStringLiteral("played.can"));
+    QVERIFY(user->table()->save(path));
+    QTRY_COMPARE(other.rows(), 2);
+
+    user->click("btn_sendFile");
+    GUI_CanSendFile *dialog = user->fileSender();
+    dialog->findChild<QLineEdit *>(QStringLiteral("lbx_fileName"))->setText(path);
+    dialog->findChild<QSpinBox *>(QStringLiteral("sbx_interval"))->setValue(1);
+    auto *count = dialog->findChild<QSpinBox *>(QStringLiteral("sbx_count"));
+    auto *send = dialog->findChild<QPushButton *>(QStringLiteral("btn_send"));
+    count->setValue(2);
+    QTest::mouseClick(send, Qt::LeftButton);
+    QTRY_COMPARE(other.rows(), 6);
+    for (int row = 2; row < 6; ++row) {
+        QCOMPARE(other.cell(row, 4), row % 2 == 0 ? QStringLiteral("0x123") : QStringLiteral("0x456"));
+    }
+    QCOMPARE(user->rows(), 2); // played frames are not listed as sent
+    count->setValue(65535);
+    QTest::mouseClick(send, Qt::LeftButton);
+    QTRY_VERIFY(other.rows() > 6);
+    user.reset();
+    QVERIFY(m_manager->isDeviceOpen(0));
+}
+
+void tst_GUI_CanDevice::routesTheNoticesOfTheFileSender()
+{
+    const TabUnderTest user(channel(0, 0), *m_manager);
+    QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
+    QSignalSpy messages(&user.tab, &WidgetDeviceBase::sig_showMessageBox);
+    user.click("btn_sendFile");
+    GUI_CanSendFile *dialog = user.fileSender();
+    dialog->findChild<QLineEdit *>(QStringLiteral("lbx_fileName"))->setText(QStringLiteral("/no/such/file.can"));
+    QTest::mouseClick(dialog->findChild<QPushButton *>(QStringLiteral("btn_send")), Qt::LeftButton);
+    QTRY_COMPARE(notices.count(), 1);
+    QCOMPARE(notices.first(), (QList<QVariant>{QStringLiteral("File read failure"), 3, 1500}));
+    emit dialog->sig_showMessageBox(QStringLiteral("text"), 4);
+    QCOMPARE(messages.first(), (QList<QVariant>{QStringLiteral("text"), 4}));
 }
 
 QTEST_MAIN(tst_GUI_CanDevice)

@@ -24,6 +24,8 @@ void SaveDialogDriver::lookForDialog()
         return;
     }
     m_timer.stop();
+    m_windowTitle = dialog->windowTitle();
+    m_folder = dialog->directory().path();
     m_nameFilters = dialog->nameFilters();
     auto *name = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
     auto *buttons = dialog->findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"));
@@ -37,5 +39,6 @@ void SaveDialogDriver::lookForDialog()
         m_beforeAnswer(*dialog);
     }
     m_isAnswered = true;
-    QTest::mouseClick(buttons->button(QDialogButtonBox::Save), Qt::LeftButton);
+    const bool isSaving = dialog->acceptMode() == QFileDialog::AcceptSave;
+    QTest::mouseClick(buttons->button(isSaving ? QDialogButtonBox::Save : QDialogButtonBox::Open), Qt::LeftButton);
 }

@@ -8,9 +8,9 @@
 
 class QFileDialog;
 
-/// Answers the next "Save File" dialog as a user does: types a name and presses Save (or Cancel). Create it before the
-/// click that opens the dialog, which does not return until the dialog is answered. Needs
-/// Qt::AA_DontUseNativeDialogs.
+/// Answers the next file dialog as a user does: types a name and presses Save or Open (or Cancel). Create it before the
+/// click that opens the dialog. A click that opens a "Save File" dialog does not return until the dialog is answered.
+/// Needs Qt::AA_DontUseNativeDialogs.
 class SaveDialogDriver : public QObject
 {
     Q_OBJECT
@@ -21,6 +21,9 @@ public:
 
     /// Whether a dialog came and was answered.
     bool isAnswered() const { return m_isAnswered; }
+    const QString &windowTitle() const { return m_windowTitle; }
+    /// Where the dialog started.
+    const QString &folder() const { return m_folder; }
     /// The file types the dialog offered.
     const QStringList &nameFilters() const { return m_nameFilters; }
 
@@ -30,6 +33,8 @@ private:
     QString m_path;
     std::function<void(QFileDialog &)> m_beforeAnswer;
     QTimer m_timer;
+    QString m_windowTitle;
+    QString m_folder;
     QStringList m_nameFilters;
     bool m_isAnswered = false;
 };

@@ -63,20 +63,25 @@ struct ScriptedEntries
     {
         return current->record("VCI_ClearBuffer", ch, text({type, dev, ch}));
     }
-    static u32 X9_ADAPTER_CALL transmit(u32 type, u8 dev, u8 ch, const VCI_CAN_OBJ *frames, u32 count)
+    template<class Frame>
+    static QString keep(std::vector<Frame> &list, const Frame *frames, u32 count)
     {
+        const std::lock_guard<std::mutex> lock(current->m_mutex);
+        list.insert(list.end(), frames, frames + count);
         QString ids;
         for (u32 i = 0; i < count; ++i) {
             ids += QStringLiteral(" id%1").arg(frames[i].ID);
         }
+        return ids;
+    }
+    static u32 X9_ADAPTER_CALL transmit(u32 type, u8 dev, u8 ch, const VCI_CAN_OBJ *frames, u32 count)
+    {
+        const QString ids = keep(current->m_frames, frames, count);
         return current->record("VCI_Transmit", ch, text({type, dev, ch, count}) + ids);
     }
     static u32 X9_ADAPTER_CALL transmitCANFD(u32 type, u8 dev, u8 ch, const VCI_CANFD_OBJ *frames, u32 count)
     {
-        QString ids;
-        for (u32 i = 0; i < count; ++i) {
-            ids += QStringLiteral(" id%1").arg(frames[i].ID);
-        }
+        const QString ids = keep(current->m_fdFrames, frames, count);
         return current->record("KQ_TransmitCANFD", ch, text({type, dev, ch, count}) + ids);
     }
     static u32 X9_ADAPTER_CALL getReceiveNum(u32 type, u8 dev, u8 ch)
@@ -260,6 +265,18 @@ QStringList ScriptedAdapter::takePolls()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     return std::exchange(m_polls, {});
+}
+
+std::vector<VCI_CAN_OBJ> ScriptedAdapter::takeFrames()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return std::exchange(m_frames, {});
+}
+
+std::vector<VCI_CANFD_OBJ> ScriptedAdapter::takeFdFrames()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return std::exchange(m_fdFrames, {});
 }
 
 void ScriptedAdapter::answer(const char *entry, quint32 result)

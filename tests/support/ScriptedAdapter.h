@@ -30,6 +30,9 @@ public:
     QStringList takeCalls();
     /// The same for the four entries that the receive worker polls with.
     QStringList takePolls();
+    /// The records handed over to VCI_Transmit and KQ_TransmitCANFD since the last time, in order.
+    std::vector<VCI_CAN_OBJ> takeFrames();
+    std::vector<VCI_CANFD_OBJ> takeFdFrames();
 
     /// What an entry answers from now on instead of success.
     void answer(const char *entry, quint32 result);
@@ -69,6 +72,8 @@ private:
     mutable std::mutex m_mutex; ///< guards everything below
     QStringList m_calls;
     QStringList m_polls;
+    std::vector<VCI_CAN_OBJ> m_frames;
+    std::vector<VCI_CANFD_OBJ> m_fdFrames;
     QHash<QByteArray, quint32> m_answers;
     QHash<QByteArray, std::function<void()>> m_hooks;
     QByteArray m_texts[4];

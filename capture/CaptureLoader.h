@@ -1,0 +1,53 @@
+#pragma once
+
+#include "capture/CaptureReader.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QVector>
+
+#include <atomic>
+#include <functional>
+#include <optional>
+
+class CaptureLoadThread;
+
+/// Reads captures on a thread of their own, one at a time, so that the event loop of the thread it lives on keeps
+/// running. A reading that is stopped is let go: its thread ends by itself, at the latest when the system call it is in
+/// returns (a file on a drive that does not answer), and nothing of it is heard of again.
+class CaptureLoader : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Runs on the thread; must end soon after stop is set.
+    using Reader = std::function<std::optional<CaptureContent>(const QString &path, const std::atomic<bool> &stop)>;
+    using Done = std::function<void(std::optional<CaptureContent> content)>;
+
+    /// Longest time the destructor waits for threads that were let go.
+    static constexpr int StopWaitMs = 1000;
+    /// With as many threads that were let go and still run, nothing new is read.
+    static constexpr int MaxLetGo = 4;
+
+    /// Reads with readCapture().
+    explicit CaptureLoader(QObject *parent = nullptr);
+    explicit CaptureLoader(Reader reader, QObject *parent = nullptr);
+    /// Stops, and takes StopWaitMs at most: a thread that has not ended by then is left to itself with all it needs.
+    ~CaptureLoader() override;
+
+    /// Reads a file in place of one that is being read. done is called from the event loop, with nothing when the file
+    /// cannot be read. False, and done is not called, when MaxLetGo is reached.
+    bool start(const QString &path, Done done);
+    /// Returns at once; done will not be called.
+    void stop();
+    bool isLoading() const { return m_thread != nullptr; }
+
+private:
+    void finish(CaptureLoadThread *thread);
+
+    Reader m_reader;
+    Done m_done;
+    CaptureLoadThread *m_thread = nullptr; ///< goes by itself when it has finished
+    QVector<QPointer<CaptureLoadThread>> m_letGo;
+};

@@ -1,0 +1,135 @@
+#include "capture/TickTimer.h"
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTimer>
+#include <QtTest>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <vector>
+
+class tst_TickTimer : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void ticksUntilItIsStopped();
+    void stopsWithinATick();
+    void startsAnewWithAnotherInterval();
+    void doesNotMakeUpForADelay();
+    void ticksWithoutADescriptor();
+};
+
+void tst_TickTimer::ticksUntilItIsStopped()
+{
+    TickTimer timer;
+    int ticks = 0;
+    connect(&timer, &TickTimer::sig_tick, this, [&ticks] { ++ticks; });
+    QVERIFY(!timer.isActive());
+    timer.start(1);
+    QVERIFY(timer.isActive());
+    QTRY_VERIFY(ticks >= 10);
+    timer.stop();
+    QVERIFY(!timer.isActive());
+    const int before = ticks;
+    TickTimer other; // has ticked meanwhile
+    int otherTicks = 0;
+    connect(&other, &TickTimer::sig_tick, this, [&otherTicks] { ++otherTicks; });
+    other.start(1);
+    QTRY_VERIFY(otherTicks >= 10);
+    QCOMPARE(ticks, before);
+}
+
+void tst_TickTimer::stopsWithinATick()
+{
+    TickTimer timer;
+    int ticks = 0;
+    connect(&timer, &TickTimer::sig_tick, this, [&] {
+        ++ticks;
+        timer.stop();
+    });
+    timer.start(1);
+    QTRY_COMPARE(ticks, 1);
+    timer.start(1);
+    QTRY_COMPARE(ticks, 2);
+    QVERIFY(!timer.isActive());
+}
+
+void tst_TickTimer::startsAnewWithAnotherInterval()
+{
+    TickTimer timer;
+    TickTimer reference;
+    int ticks = 0;
+    int references = 0;
+    connect(&timer, &TickTimer::sig_tick, this, [&ticks] { ++ticks; });
+    connect(&reference, &TickTimer::sig_tick, this, [&references] { ++references; });
+    timer.start(65535);
+    reference.start(1);
+    QTRY_VERIFY(references >= 5);
+    QCOMPARE(ticks, 0);
+    timer.start(1);
+    QTRY_VERIFY(ticks >= 5);
+    timer.start(65535);
+    const int before = ticks;
+    references = 0;
+    QTRY_VERIFY(references >= 5);
+    QCOMPARE(ticks, before);
+}
+
+/// The event loop is held up from the first tick (20 ms) until just before the fourth (80 ms).
+void tst_TickTimer::doesNotMakeUpForADelay()
+{
+    constexpr int IntervalMs = 20;
+    TickTimer timer;
+    QElapsedTimer clock;
+    std::vector<qint64> ticks;
+    connect(&timer, &TickTimer::sig_tick, this, [&] {
+        ticks.push_back(clock.elapsed());
+        while (ticks.size() == 1 && clock.elapsed() < 4 * IntervalMs - 2) {
+        }
+    });
+    QEventLoop loop; // runs on without the pauses of the test's own waiting
+    connect(&timer, &TickTimer::sig_tick, &loop, [&] {
+        if (ticks.size() == 5) {
+            loop.quit();
+        }
+    });
+    QTimer::singleShot(5000, &loop, &QEventLoop::quit);
+    clock.start();
+    timer.start(IntervalMs);
+    loop.exec();
+    QCOMPARE(ticks.size(), std::size_t(5));
+    QVERIFY(ticks.at(1) >= 4 * IntervalMs - 2);
+    QVERIFY2(ticks.at(2) - ticks.at(1) >= IntervalMs / 4, qPrintable(QString::number(ticks.at(2) - ticks.at(1))));
+}
+
+void tst_TickTimer::ticksWithoutADescriptor()
+{
+    rlimit limit{};
+    QCOMPARE(getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const rlimit none{1, limit.rlim_max};
+    QCOMPARE(setrlimit(RLIMIT_NOFILE, &none), 0);
+    TickTimer timer;
+    const int descriptor = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    QCOMPARE(setrlimit(RLIMIT_NOFILE, &limit), 0);
+    QCOMPARE(descriptor, -1); // there was none to be had
+
+    int ticks = 0;
+    connect(&timer, &TickTimer::sig_tick, this, [&ticks] { ++ticks; });
+    timer.start(1);
+    QTRY_VERIFY(ticks >= 5);
+    timer.stop();
+    const int before = ticks;
+    TickTimer other;
+    int otherTicks = 0;
+    connect(&other, &TickTimer::sig_tick, this, [&otherTicks] { ++otherTicks; });
+    other.start(1);
+    QTRY_VERIFY(otherTicks >= 5);
+    QCOMPARE(ticks, before);
+}
+
+QTEST_GUILESS_MAIN(tst_TickTimer)
+#include "tst_TickTimer.moc"
