@@ -5,12 +5,14 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 pictures=$PWD/docs/screenshots
 mkdir -p "$pictures"
-folder=$(mktemp -d)
+folder=$PWD/build/release/bin/captures # a short path in the pictures
+mkdir -p "$folder"
 trap 'rm -rf "$folder"' EXIT
 cd build/release/bin
+export QT_LOGGING_RULES="qt.qpa.xcb=false" # without a window manager there is no input focus to give
 for language in zh en; do
   xvfb-run -a -s "-screen 0 1280x900x24" ../tools/x9_tour "$language" "$folder"
-  for picture in "$folder/$language"-[0-9]-{receive,send,filter}.png; do
+  for picture in "$folder/$language"-[0-9]-{receive,send,filter,edit-data,behind-the-message,send-file}.png; do
     name=$(basename "$picture")
     [[ -f $picture ]] || continue
     cp "$picture" "$pictures/$language-${name#"$language"-[0-9]-}"

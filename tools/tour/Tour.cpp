@@ -2,13 +2,19 @@
 
 #include "app/GUI_CanView.h"
 #include "capture/CTableViewCAN.h"
+#include "capture/GUI_CanSendFile.h"
 #include "tests/support/SaveDialogDriver.h"
 #include "widgets/CHexEditView.h"
+#include "widgets/CMaskWidget.h"
+#include "widgets/CMessageBox.h"
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPointer>
+#include <QProgressBar>
+#include <QSpinBox>
 #include <QTabWidget>
 #include <QTextStream>
 #include <QtTest>
@@ -29,8 +35,8 @@ Tour::Tour(GUI_CanView &window, const QString &language, const QDir &folder)
 
 bool Tour::run()
 {
-    return openChannels() && receive() && send() && hideIdentifier() && saveCaptures() && saveInRealTime() &&
-           closeChannels();
+    return openChannels() && receive() && send() && refuseIdentifier() && hideIdentifier() && saveCaptures() &&
+           playCapture() && saveInRealTime() && closeChannels();
 }
 
 bool Tour::openChannels()
@@ -86,6 +92,28 @@ bool Tour::editData()
     return waitUntil("the data dialog closes", [open] { return open.isNull(); });
 }
 
+/// An identifier that standard frames cannot have: a message, and the window behind it dimmed.
+bool Tour::refuseIdentifier()
+{
+    auto *frameType = widget<QComboBox>("cbx_frameType");
+    frameType->setCurrentIndex(1);
+    type("lbx_frameID", QStringLiteral("800"));
+    frameType->setCurrentIndex(0);
+    click("btn_sendData");
+    const QPointer<CMessageBox> message(m_window.findChild<CMessageBox *>());
+    const auto isDimmed = [this] {
+        return m_window.findChild<CMaskWidget *>() != nullptr;
+    };
+    if (!waitUntil("the message opens", [&] { return message && message->isActiveWindow() && isDimmed(); })) {
+        return false;
+    }
+    QTest::qWait(100);
+    shoot(*message, QStringLiteral("message"));
+    shoot(m_window, QStringLiteral("behind-the-message"));
+    QTest::keyClick(message.data(), Qt::Key_Return);
+    return waitUntil("the message closes", [&] { return message.isNull() && !isDimmed(); });
+}
+
 bool Tour::hideIdentifier()
 {
     click("rbtn_enable");
@@ -134,6 +162,28 @@ bool Tour::isHiddenIn(const QString &path)
     }
     QTextStream(stderr) << "The tour stopped: the hidden identifier is in the saved capture.\n";
     return false;
+}
+
+/// Sends the frames of the capture that was saved.
+bool Tour::playCapture()
+{
+    click("btn_sendFile");
+    auto *dialog = tab()->findChild<GUI_CanSendFile *>();
+    if (!waitUntil("the file sender opens", [dialog] { return dialog != nullptr && dialog->isVisible(); })) {
+        return false;
+    }
+    type("lbx_fileName", QDir::current().relativeFilePath(file(QStringLiteral("capture.can"))));
+    widget<QSpinBox>("sbx_interval")->setValue(1);
+    click("btn_send");
+    const auto *progress = widget<QProgressBar>("progressBar");
+    if (!waitUntil("the file is played", [progress] { return progress->value() > progress->maximum() / 3; })) {
+        return false;
+    }
+    shoot(*dialog, QStringLiteral("send-file"));
+    if (!waitUntil("the file has been played", [progress] { return !progress->isVisible(); })) {
+        return false;
+    }
+    return dialog->close();
 }
 
 bool Tour::saveInRealTime()

@@ -26,9 +26,11 @@ private:
     bool receive();
     bool send();
     bool editData();
+    bool refuseIdentifier();
     bool hideIdentifier();
     bool saveCaptures();
     static bool isHiddenIn(const QString &path);
+    bool playCapture();
     bool saveInRealTime();
     bool closeChannels();
 
