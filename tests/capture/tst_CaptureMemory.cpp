@@ -3,16 +3,17 @@
 #include <QBuffer>
 #include <QTest>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <new>
 
-// Memory of this process as the operators new and delete hand it out; everything the reader takes comes from them.
+// Memory of each thread as the operators new and delete hand it out; everything the reader takes comes from them.
 namespace {
 
 constexpr std::size_t Header = alignof(std::max_align_t);
-std::size_t taken = 0;
-std::size_t mostTaken = 0;
+thread_local std::size_t taken = 0;
+thread_local std::size_t mostTaken = 0;
 
 void *take(std::size_t size)
 {
