@@ -72,6 +72,26 @@ bool isOneOf(std::string_view text, const std::string_view (&words)[Count])
     return std::find(std::begin(words), std::end(words), text) != std::end(words);
 }
 
+/// Like text.find() for a separator that is one character, or the same one several times.
+std::size_t findSeparator(std::string_view text, std::string_view separator, std::size_t from)
+{
+    if (separator.size() == 1) {
+        return text.find(separator.front(), from);
+    }
+    while (from + separator.size() <= text.size()) {
+        // From the window's end back to a character that is not the separator's: none can begin before or on it.
+        std::size_t next = from + separator.size();
+        while (next > from && text[next - 1] == separator.front()) {
+            --next;
+        }
+        if (next == from) {
+            return from;
+        }
+        from = next;
+    }
+    return std::string_view::npos;
+}
+
 /// The cells of a line that can matter: the first ones and the last ones. A line may have any number of them.
 struct Cells
 {
@@ -85,16 +105,14 @@ struct Cells
     Cells(std::string_view line, std::string_view separator)
     {
         std::size_t begin = 0;
-        std::size_t run = 0; // separator characters seen in a row
-        for (std::size_t i = 0; i < line.size(); ++i) {
-            run = line[i] == separator.front() ? run + 1 : 0;
-            if (run == separator.size()) {
-                add(line.substr(begin, i + 1 - run - begin));
-                begin = i + 1;
-                run = 0;
+        for (;;) {
+            const std::size_t end = findSeparator(line, separator, begin);
+            add(line.substr(begin, end - begin)); // up to the line's end where there is no separator any more
+            if (end == std::string_view::npos) {
+                return;
             }
+            begin = end + separator.size();
         }
-        add(line.substr(begin));
     }
 
     /// n: 1 for the last cell, up to Tail and count.
