@@ -7,6 +7,7 @@
 #include "capture/CaptureInput.h"
 #include "capture/CaptureWriter.h"
 #include "capture/FrameStore.h"
+#include "tests/capture/CaptureTestData.h"
 
 #include <QDir>
 #include <QFile>
@@ -16,20 +17,6 @@
 #include <malloc.h>
 
 namespace {
-
-FrameLabels englishLabels()
-{
-    FrameLabels labels;
-    labels.titles = {QStringLiteral("No."),       QStringLiteral("System Time"), QStringLiteral("Time Stamp"),
-                     QStringLiteral("Direction"), QStringLiteral("ID"),          QStringLiteral("Protocol"),
-                     QStringLiteral("Format"),    QStringLiteral("Type"),        QStringLiteral("Length"),
-                     QStringLiteral("Data")};
-    labels.words = {QStringLiteral("None"),         QStringLiteral("Revice"), QStringLiteral("Send successfully"),
-                    QStringLiteral("Send failure"), QStringLiteral("CAN"),    QStringLiteral("CANFD"),
-                    QStringLiteral("CANFD Speed"),  QStringLiteral("Data"),   QStringLiteral("Remote"),
-                    QStringLiteral("Standard"),     QStringLiteral("Extend")};
-    return labels;
-}
 
 void fill(FrameStore &store, int frames, int size)
 {
@@ -164,7 +151,7 @@ void benchLoad(BenchReport &report, const CaptureBenchOptions &options, int size
     const QDir folder(options.folder);
     for (const char *ending : {"csv", "txt", "can", "canfd"}) {
         const QString path = folder.filePath(QStringLiteral("bench_load.") + QString::fromLatin1(ending));
-        if (!saveCapture(path, store, 0, options.frames, englishLabels())) {
+        if (!saveCapture(path, store, 0, options.frames, CaptureTestData::englishLabels())) {
             qFatal("cannot write %s", qPrintable(path));
         }
         const bool isText = qstrcmp(ending, "csv") == 0 || qstrcmp(ending, "txt") == 0;
