@@ -27,7 +27,7 @@ CANFile::Frame CANFile::next()
     if (m_frames.isEmpty()) {
         return {};
     }
-    const Frame frame = m_frames.at(m_cursor);
+    Frame frame = m_frames.at(m_cursor);
     m_cursor = (m_cursor + 1) % m_frames.size();
     return frame;
 }

@@ -57,7 +57,7 @@ bool CaptureInput::readMore()
         return false;
     }
     makeRoom();
-    const quint64 wanted = std::min<quint64>({m_unread, m_capacity - m_end, PieceSize});
+    const auto wanted = std::min<quint64>({m_unread, m_capacity - m_end, PieceSize});
     const qint64 got = m_in.read(m_buffer.get() + m_end, static_cast<qint64>(wanted));
     if (got <= 0) {
         m_broken = got < 0;

@@ -237,11 +237,11 @@ private:
 void readPayload(std::string_view cell, CaptureLine &line)
 {
     PayloadDigits digits;
-    auto next = cell.begin();
-    while (next != cell.end() && !digits.isFull() && isAscii(*next)) {
-        digits.take(*next++);
+    std::size_t place = 0;
+    while (place < cell.size() && !digits.isFull() && isAscii(cell[place])) {
+        digits.take(cell[place++]);
     }
-    const std::string_view rest = cell.substr(static_cast<std::size_t>(next - cell.begin()));
+    const std::string_view rest = cell.substr(place);
     if (!rest.empty() && !digits.isFull()) {
         // A second byte of GB18030 may look like a digit.
         TextPieces pieces(rest, isUtf8(rest) ? "UTF-8" : "GB18030");

@@ -152,24 +152,24 @@ void readText(CaptureInput &in, const QByteArray &separatorBytes, CaptureContent
 
 } // namespace
 
-std::optional<CaptureContent> readCapture(QIODevice &device, CaptureFormat format, const std::atomic<bool> *stop)
+std::optional<CaptureContent> readCapture(QIODevice &in, CaptureFormat format, const std::atomic<bool> *stop)
 {
-    CaptureInput in(device, stop);
+    CaptureInput input(in, stop);
     CaptureContent content;
     bool isRead = true;
     switch (format) {
     case CaptureFormat::Csv:
     case CaptureFormat::Text:
-        readText(in, CaptureLines::separator(format), content);
+        readText(input, CaptureLines::separator(format), content);
         break;
     case CaptureFormat::Can:
-        isRead = readCan(in, content.frames);
+        isRead = readCan(input, content.frames);
         break;
     case CaptureFormat::CanFd:
-        isRead = readCanFd(in, content.frames);
+        isRead = readCanFd(input, content.frames);
         break;
     }
-    if (!isRead || in.isBroken()) {
+    if (!isRead || input.isBroken()) {
         return std::nullopt;
     }
     return content;

@@ -52,7 +52,7 @@ public:
     void sendNext();
     void stop();
     void showProgress() { ui.progressBar->setValue(static_cast<int>((total - left) / framesPerStep(total))); }
-    void showFailure(const QString &text) { emit q->sig_showNotice(text, NoticeFailure, NoticeMs); }
+    void showFailure(const QString &text) const { emit q->sig_showNotice(text, NoticeFailure, NoticeMs); }
 
     GUI_CanSendFile *q;
     CANCommunication &communication;

@@ -25,7 +25,7 @@ VCI_CAN_OBJ toCanRecord(const CaptureFrame &frame)
 
 VCI_CANFD_OBJ toCanFdRecord(const CaptureFrame &frame)
 {
-    VCI_CANFD_OBJ record = toRecord<VCI_CANFD_OBJ>(frame);
+    auto record = toRecord<VCI_CANFD_OBJ>(frame);
     record.FDFlag = frame.protocol();
     return record;
 }

@@ -91,7 +91,7 @@ public:
     HexPlace place() const { return {area, buffer.cursor()}; }
 
     void setArea(HexArea wanted);
-    void cursorMoved();
+    void cursorMoved() const;
     bool handleMove(const QKeyEvent &event);
     bool handleCommand(const QKeyEvent &event);
     bool handleEdit(const QKeyEvent &event);
@@ -187,7 +187,7 @@ void QHexEditPrivate::setArea(HexArea wanted)
     cursorMoved();
 }
 
-void QHexEditPrivate::cursorMoved()
+void QHexEditPrivate::cursorMoved() const
 {
     ensureCursorVisible();
     q->viewport()->update();

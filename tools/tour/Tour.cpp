@@ -19,6 +19,8 @@
 #include <QTextStream>
 #include <QtTest>
 
+#include <utility>
+
 namespace {
 constexpr int StepTimeoutMs = 15000;
 constexpr int FramesToSee = 200;
@@ -26,9 +28,9 @@ constexpr int FramesToSee = 200;
 constexpr char HiddenId[] = "101";
 } // namespace
 
-Tour::Tour(GUI_CanView &window, const QString &language, const QDir &folder)
+Tour::Tour(GUI_CanView &window, QString language, const QDir &folder)
     : m_window(window)
-    , m_language(language)
+    , m_language(std::move(language))
     , m_folder(folder)
 {
 }

@@ -16,7 +16,7 @@ class Tour
 {
 public:
     /// Files are named after language and written to folder.
-    Tour(GUI_CanView &window, const QString &language, const QDir &folder);
+    Tour(GUI_CanView &window, QString language, const QDir &folder);
 
     /// Runs all steps; false, with a line on standard error, at the first one that does not come about.
     bool run();
