@@ -1,11 +1,13 @@
 #include "capture/CaptureReader.h"
 
 #include <QBuffer>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <limits>
 #include <new>
 
 // Memory of each thread as the operators new and delete hand it out; everything the reader takes comes from them.
@@ -14,10 +16,12 @@ namespace {
 constexpr std::size_t Header = alignof(std::max_align_t);
 thread_local std::size_t taken = 0;
 thread_local std::size_t mostTaken = 0;
+thread_local std::size_t allowed = std::numeric_limits<std::size_t>::max();
 
 void *take(std::size_t size)
 {
-    auto *block = static_cast<std::byte *>(std::malloc(size + Header));
+    auto *block =
+        size <= allowed - std::min(taken, allowed) ? static_cast<std::byte *>(std::malloc(size + Header)) : nullptr;
     if (block == nullptr) {
         throw std::bad_alloc();
     }
@@ -86,6 +90,7 @@ private slots:
     void peakStaysBelowTheFile();
     void framesTakeLittleMoreThanTheirSize_data();
     void framesTakeLittleMoreThanTheirSize();
+    void fileThatMemoryDoesNotSufficeForIsRefused();
 };
 
 void tst_CaptureMemory::peakStaysBelowTheFile_data()
@@ -144,6 +149,22 @@ void tst_CaptureMemory::framesTakeLittleMoreThanTheirSize()
     const std::size_t own = (12 + std::size_t(payload)) * Count;
     const std::size_t held = taken - before;
     QVERIFY2(held >= own && held <= own + own / 20 + Allowance, qPrintable(QString::number(held)));
+}
+
+void tst_CaptureMemory::fileThatMemoryDoesNotSufficeForIsRefused()
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("a.can")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(binary("Zhiyuan CAN Data", QByteArray(24, '\0'), 400000));
+    file.close();
+    QVERIFY(readCapture(file.fileName()));
+    const std::size_t before = taken;
+    allowed = taken + 2 * Allowance;
+    const auto content = readCapture(file.fileName());
+    allowed = std::numeric_limits<std::size_t>::max();
+    QVERIFY(!content);
+    QVERIFY(taken <= before + Allowance / 2); // what was read is given back
 }
 
 QTEST_APPLESS_MAIN(tst_CaptureMemory)
