@@ -16,8 +16,6 @@
 
 namespace {
 constexpr int NoticeMs = 1500;
-constexpr int NoticeDone = 0;
-constexpr int NoticeFailure = 3;
 constexpr int MessageSuccess = 1;
 constexpr int MessageQuestion = 2;
 constexpr int MessageWarning = 3;
@@ -172,10 +170,10 @@ void GUI_CanView::slot_openCanDevice()
     const bool isFirstOpen = m_p->openTab(firstDeviceChannel(0));
     const bool isSecondOpen = m_p->openTab(firstDeviceChannel(1));
     if (isFirstOpen || isSecondOpen) {
-        slot_showNotice(tr("Devices is open"), NoticeDone, NoticeMs);
+        slot_showNotice(tr("Devices is open"), CNotice::Done, NoticeMs);
         return;
     }
-    slot_showNotice(tr("No devices!!!"), NoticeFailure, NoticeMs);
+    slot_showNotice(tr("No devices!!!"), CNotice::Failure, NoticeMs);
     const QString problem = adapterLibraryProblem(m_p->communication->api());
     if (!problem.isEmpty()) {
         slot_showMessageBox(problem, MessageCritical);
@@ -187,7 +185,7 @@ void GUI_CanView::slot_closeCanDevice()
     while (m_p->ui.tabWidget->count() > 0) {
         slot_closeTabRequest(0);
     }
-    slot_showNotice(tr("Device turned off"), NoticeDone, NoticeMs);
+    slot_showNotice(tr("Device turned off"), CNotice::Done, NoticeMs);
 }
 
 void GUI_CanView::slot_closeTabRequest(int index)

@@ -4,6 +4,7 @@
 #include "capture/GUI_CanSendFile.h"
 #include "device/CANCommunication.h"
 #include "ui_GUI_CanDevice.h"
+#include "widgets/CNotice.h"
 
 #include <QSignalBlocker>
 #include <QTime>
@@ -13,8 +14,6 @@
 
 namespace {
 constexpr int NoticeMs = 1500;
-constexpr int NoticeDone = 0;
-constexpr int NoticeFailure = 3;
 constexpr int MessageCritical = 4;
 
 QString clockText()
@@ -268,9 +267,9 @@ void GUI_CanDevice::slot_saveBtnClicked()
     const int rows = m_p->ui.tableView->rowCount();
     const int count = std::min(rows, countFromText(m_p->ui.lbx_frameOfSaved->text()));
     if (m_p->ui.tableView->saveRange(path, rows - count, count)) {
-        m_p->showNotice(tr("File saved successfully!"), NoticeDone);
+        m_p->showNotice(tr("File saved successfully!"), CNotice::Done);
     } else {
-        m_p->showNotice(tr("File saving failure!"), NoticeFailure);
+        m_p->showNotice(tr("File saving failure!"), CNotice::Failure);
     }
 }
 
@@ -289,14 +288,14 @@ void GUI_CanDevice::slot_realTimeSaveBtnClicked()
     if (table->realTimeSave(true, path)) {
         m_p->ui.btn_realTimeSaving->setText(tr("Stop"));
     } else {
-        m_p->showNotice(tr("File saving failure!"), NoticeFailure);
+        m_p->showNotice(tr("File saving failure!"), CNotice::Failure);
     }
 }
 
 void GUI_CanDevice::slot_realTimeSaveFailed()
 {
     m_p->ui.btn_realTimeSaving->setText(tr("Real time saving"));
-    m_p->showNotice(tr("File saving failure!"), NoticeFailure);
+    m_p->showNotice(tr("File saving failure!"), CNotice::Failure);
 }
 
 void GUI_CanDevice::slot_setFilterBtnClicked()
@@ -316,12 +315,12 @@ void GUI_CanDevice::slot_setFilterDisableBtnClicked()
 
 void GUI_CanDevice::slot_pauseBtnSendClicked(bool checked)
 {
-    m_p->showNotice(checked ? tr("Suspend CAN sending") : tr("Resume CAN sending"), NoticeDone);
+    m_p->showNotice(checked ? tr("Suspend CAN sending") : tr("Resume CAN sending"), CNotice::Done);
 }
 
 void GUI_CanDevice::slot_pauseBtnReceiveClicked(bool checked)
 {
-    m_p->showNotice(checked ? tr("Suspend CAN receiving") : tr("Resume CAN receiving"), NoticeDone);
+    m_p->showNotice(checked ? tr("Suspend CAN receiving") : tr("Resume CAN receiving"), CNotice::Done);
 }
 
 void GUI_CanDevice::slot_cacheLbxEditingFinished()

@@ -6,6 +6,7 @@
 #include "capture/TickTimer.h"
 #include "device/CANCommunication.h"
 #include "ui_GUI_CanSendFile.h"
+#include "widgets/CNotice.h"
 
 #include <QFileDialog>
 #include <QHideEvent>
@@ -17,7 +18,6 @@
 
 namespace {
 constexpr int NoticeMs = 1500;
-constexpr int NoticeFailure = 3;
 
 enum FrameType { StandardFrame, ExtendedFrame };
 constexpr int MaxStandardId = 0x3FFF;
@@ -52,7 +52,7 @@ public:
     void sendNext();
     void stop();
     void showProgress() { ui.progressBar->setValue(static_cast<int>((total - left) / framesPerStep(total))); }
-    void showFailure(const QString &text) const { emit q->sig_showNotice(text, NoticeFailure, NoticeMs); }
+    void showFailure(const QString &text) const { emit q->sig_showNotice(text, CNotice::Failure, NoticeMs); }
 
     GUI_CanSendFile *q;
     CANCommunication &communication;

@@ -65,6 +65,7 @@ constexpr Look Looks[] = {
      ":/Images/MsgAbout.png", QT_TRANSLATE_NOOP("CNotice", "Information")},
 };
 constexpr int LookCount = static_cast<int>(std::size(Looks));
+static_assert(LookCount == CNotice::About + 1);
 
 /// In fractions of a pixel and with what the last character, such as an "f", reaches beyond its place: a label that
 /// lacks any of it would break the line.

@@ -18,12 +18,14 @@ class CNotice : public QFrame
     Q_OBJECT
 
 public:
+    enum Type { Done, Warning, Question, Failure, About };
+
     /// Hidden at first. The parent is the window on which notices appear.
     explicit CNotice(QWidget *parent);
 
-    /// Shows a notice in place of the one that may still be there. Types: 0 done, 1 warning, 2 question, 3 failure, 4
-    /// about; any other changes nothing. The text's lines are separated by "\n". delayms is the time in milliseconds,
-    /// in steps of 10, between the end of the fade-in (1200 ms) and the start of the fade-out; below 0 counts as 0.
+    /// Shows a notice in place of the one that may still be there. type: a Type; any other value changes nothing. The
+    /// text's lines are separated by "\n". delayms is the time in milliseconds, in steps of 10, between the end of the
+    /// fade-in (1200 ms) and the start of the fade-out; below 0 counts as 0.
     void setMesseage(const QString &text, int type, int delayms);
 
 protected:
