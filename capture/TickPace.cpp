@@ -1,19 +1,36 @@
 #include "capture/TickPace.h"
 
+#include <algorithm>
+
 void TickPace::start(qint64 nowNs, qint64 intervalNs)
 {
+    m_lastDue = nowNs;
+    m_lastTick = nowNs;
+    setInterval(intervalNs);
+}
+
+void TickPace::setInterval(qint64 intervalNs)
+{
     m_interval = intervalNs;
-    m_due = nowNs + intervalNs;
+    schedule();
 }
 
 bool TickPace::accept(qint64 nowNs)
 {
-    if (nowNs < m_due - m_interval / 2) {
+    if (nowNs < m_next - EarlyNs) {
         return false;
     }
-    m_due += m_interval;
-    if (m_due <= nowNs) {
-        m_due = nowNs + m_interval; // at least one tick was missed: missed ones are not made up for
-    }
+    m_lastDue = m_due;
+    m_lastTick = nowNs;
+    schedule();
     return true;
+}
+
+void TickPace::schedule()
+{
+    m_due = m_lastDue + m_interval;
+    if (m_lastTick - m_due > MaxBehindNs) {
+        m_due = m_lastTick + m_interval;
+    }
+    m_next = std::max(m_due, m_lastTick + m_interval / 2);
 }

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <QtGlobal>
+
 #include <functional>
 #include <memory>
 
-/// What wakes the thread's event loop at a fixed interval, as exactly as the system can. May wake late, and several
-/// times at once after a delay. Lives on the thread that made it.
+/// What wakes the thread's event loop at a given time, as exactly as the system can. May wake late, and up to half a
+/// millisecond early. Lives on the thread that made it.
 class TickSource
 {
 public:
@@ -13,8 +15,8 @@ public:
     TickSource(const TickSource &) = delete;
     TickSource &operator=(const TickSource &) = delete;
 
-    /// intervalMs above 0. Starts anew when it is running.
-    void start(int intervalMs);
+    /// Wakes once, so many nanoseconds from now, at once if 0 or less; replaces a wake-up that is still to come.
+    void wakeAfter(qint64 ns);
     void stop();
 
 private:

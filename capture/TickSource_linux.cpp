@@ -6,19 +6,22 @@
 #include <sys/timerfd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 
-// A timer of the system, not a QTimer: Qt waits in whole milliseconds, rounded up, and so each tick comes later than
-// the one before until one is lost. With an interval of 1 ms that makes 1.08 ms on average.
+// A timer of the system, not a QTimer: Qt waits in whole milliseconds, rounded up, and so each tick comes up to a
+// millisecond late.
 
 namespace {
-itimerspec everyMs(int intervalMs)
+constexpr qint64 NsPerMs = 1'000'000;
+constexpr qint64 NsPerSecond = 1'000'000'000;
+
+itimerspec onceAfter(qint64 ns)
 {
     itimerspec times{};
-    times.it_interval.tv_sec = intervalMs / 1000;
-    times.it_interval.tv_nsec = intervalMs % 1000 * 1000000L;
-    times.it_value = times.it_interval;
+    times.it_value.tv_sec = ns / NsPerSecond;
+    times.it_value.tv_nsec = ns % NsPerSecond;
     return times;
 }
 } // namespace
@@ -42,7 +45,7 @@ struct TickSource::Private
 
     void read() const
     {
-        std::uint64_t expirations = 0; // as many as came since the last time, read all at once
+        std::uint64_t expirations = 0;
         if (::read(descriptor, &expirations, sizeof expirations) == sizeof expirations) {
             wake();
         }
@@ -65,18 +68,20 @@ TickSource::TickSource(std::function<void()> wake)
         QObject::connect(p->notifier.get(), &QSocketNotifier::activated, p->notifier.get(), [p] { p->read(); });
     }
     p->substitute.setTimerType(Qt::PreciseTimer);
+    p->substitute.setSingleShot(true);
     QObject::connect(&p->substitute, &QTimer::timeout, &p->substitute, p->wake);
 }
 
 TickSource::~TickSource() = default;
 
-void TickSource::start(int intervalMs)
+void TickSource::wakeAfter(qint64 ns)
 {
+    const qint64 wait = std::max<qint64>(ns, 1); // 0 would stop the system's timer
     if (m_p->notifier == nullptr) {
-        m_p->substitute.start(intervalMs);
+        m_p->substitute.start(static_cast<int>((wait + NsPerMs - 1) / NsPerMs));
         return;
     }
-    m_p->set(everyMs(intervalMs));
+    m_p->set(onceAfter(wait));
     m_p->notifier->setEnabled(true);
 }
 
@@ -85,6 +90,6 @@ void TickSource::stop()
     m_p->substitute.stop();
     if (m_p->notifier != nullptr) {
         m_p->notifier->setEnabled(false);
-        m_p->set(everyMs(0));
+        m_p->set(itimerspec{});
     }
 }

@@ -2,6 +2,7 @@
 
 #include <QTimer>
 
+#include <algorithm>
 #include <utility>
 
 struct TickSource::Private
@@ -13,14 +14,16 @@ TickSource::TickSource(std::function<void()> wake)
     : m_p(std::make_unique<Private>())
 {
     m_p->timer.setTimerType(Qt::PreciseTimer);
+    m_p->timer.setSingleShot(true);
     QObject::connect(&m_p->timer, &QTimer::timeout, &m_p->timer, std::move(wake));
 }
 
 TickSource::~TickSource() = default;
 
-void TickSource::start(int intervalMs)
+void TickSource::wakeAfter(qint64 ns)
 {
-    m_p->timer.start(intervalMs);
+    const qint64 nearestMs = (std::max<qint64>(ns, 0) + 499'999) / 1'000'000;
+    m_p->timer.start(static_cast<int>(nearestMs));
 }
 
 void TickSource::stop()

@@ -8,14 +8,22 @@ TickTimer::TickTimer(QObject *parent)
     : QObject(parent)
     , m_source([this] { wake(); })
 {
+    m_clock.start();
 }
 
 void TickTimer::start(int intervalMs)
 {
-    m_clock.start();
-    m_pace.start(0, intervalMs * NsPerMs);
-    m_source.start(intervalMs);
     m_isActive = true;
+    m_pace.start(m_clock.nsecsElapsed(), intervalMs * NsPerMs);
+    wakeForNext();
+}
+
+void TickTimer::setInterval(int intervalMs)
+{
+    m_pace.setInterval(intervalMs * NsPerMs);
+    if (m_isActive) {
+        wakeForNext();
+    }
 }
 
 void TickTimer::stop()
@@ -26,7 +34,17 @@ void TickTimer::stop()
 
 void TickTimer::wake()
 {
-    if (m_isActive && m_pace.accept(m_clock.nsecsElapsed())) {
+    if (!m_isActive) {
+        return;
+    }
+    const bool isTick = m_pace.accept(m_clock.nsecsElapsed());
+    wakeForNext(); // first, as the tick may stop the timer
+    if (isTick) {
         emit sig_tick();
     }
+}
+
+void TickTimer::wakeForNext()
+{
+    m_source.wakeAfter(m_pace.next() - m_clock.nsecsElapsed());
 }

@@ -6,8 +6,8 @@
 #include <QElapsedTimer>
 #include <QObject>
 
-/// A repeating timer for sending at a fixed interval: its ticks keep the interval on average, and after a delay one
-/// tick comes, not all that were missed (TickPace). Lives on the thread that made it.
+/// A repeating timer for sending at an interval: its ticks keep the interval on average, and ticks that were held up
+/// are made up for within limits (TickPace). Lives on the thread that made it.
 class TickTimer : public QObject
 {
     Q_OBJECT
@@ -17,6 +17,9 @@ public:
 
     /// intervalMs above 0; the first tick comes one interval from now. Starts anew when it is running.
     void start(int intervalMs);
+    /// From now on intervalMs, above 0, lie between two ticks. Within a tick: the next one comes intervalMs after the
+    /// time at which this one was due, so intervals that change from tick to tick do not add up their delays.
+    void setInterval(int intervalMs);
     /// No tick comes afterwards.
     void stop();
     bool isActive() const { return m_isActive; }
@@ -26,6 +29,7 @@ signals:
 
 private:
     void wake();
+    void wakeForNext();
 
     TickSource m_source;
     TickPace m_pace;

@@ -10,92 +10,126 @@ constexpr qint64 Ms = 1000000;
 constexpr qint64 Hour = 3600 * 1000 * Ms;
 } // namespace
 
-Q_DECLARE_METATYPE(QVector<bool>)
+using Times = QVector<qint64>;
+Q_DECLARE_METATYPE(Times)
 
 class tst_TickPace : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void accepts_data();
-    void accepts();
+    void schedules_data();
+    void schedules();
+    void refusesWhatIsEarly();
+    void changesTheInterval();
     void keepsTheAverageUnderJitter();
-    void keepsTheAverageOfAFastTimer();
+    void makesUpForHeldUpTicks_data();
+    void makesUpForHeldUpTicks();
     void startsAnew();
 };
 
-void tst_TickPace::accepts_data()
+/// Each tick comes at the time in "ticks"; after it, the next one is to come at the time in "next".
+void tst_TickPace::schedules_data()
 {
     QTest::addColumn<qint64>("interval");
-    QTest::addColumn<QVector<qint64>>("ticks");
-    QTest::addColumn<QVector<bool>>("accepted");
+    QTest::addColumn<Times>("ticks");
+    QTest::addColumn<Times>("next");
 
-    using Ticks = QVector<qint64>;
-    using Answers = QVector<bool>;
-    QTest::newRow("on time") << 10 * Ms << Ticks{10 * Ms, 20 * Ms, 30 * Ms} << Answers{true, true, true};
-    QTest::newRow("jitter in both directions")
-        << 10 * Ms << Ticks{6 * Ms, 24 * Ms, 27 * Ms, 44 * Ms} << Answers{true, true, true, true};
-    QTest::newRow("half an interval early counts") << 10 * Ms << Ticks{5 * Ms} << Answers{true};
-    QTest::newRow("earlier does not") << 10 * Ms << Ticks{5 * Ms - 1, 10 * Ms} << Answers{false, true};
+    QTest::newRow("on time") << 10 * Ms << Times{10 * Ms, 20 * Ms, 30 * Ms} << Times{20 * Ms, 30 * Ms, 40 * Ms};
     QTest::newRow("one late tick does not shift the next")
-        << 10 * Ms << Ticks{10 * Ms, 29 * Ms, 30 * Ms, 40 * Ms} << Answers{true, true, true, true};
-    QTest::newRow("late by a whole interval, and one queued behind")
-        << 10 * Ms << Ticks{10 * Ms, 30 * Ms, 30 * Ms, 40 * Ms} << Answers{true, true, false, true};
-    QTest::newRow("ten ticks at once") << 10 * Ms
-                                       << Ticks{10 * Ms,  115 * Ms, 115 * Ms, 115 * Ms, 115 * Ms, 115 * Ms, 115 * Ms,
-                                                115 * Ms, 115 * Ms, 115 * Ms, 115 * Ms, 125 * Ms, 135 * Ms}
-                                       << Answers{true,  true,  false, false, false, false, false,
-                                                  false, false, false, false, true,  true};
-    QTest::newRow("a timer that keeps its own schedule after a delay")
-        << 10 * Ms << Ticks{79 * Ms, 80 * Ms, 90 * Ms, 100 * Ms} << Answers{true, false, true, true};
-    QTest::newRow("an hour asleep") << 10 * Ms << Ticks{10 * Ms, Hour, Hour, Hour + 10 * Ms, Hour + 20 * Ms}
-                                    << Answers{true, true, false, true, true};
-    QTest::newRow("1 ms") << Ms << Ticks{Ms, 2 * Ms, 2 * Ms + Ms / 4, 3 * Ms} << Answers{true, true, false, true};
-    QTest::newRow("65535 ms") << 65535 * Ms << Ticks{65535 * Ms, 65536 * Ms, 131070 * Ms, 24 * Hour, 24 * Hour}
-                              << Answers{true, false, true, true, false};
+        << 10 * Ms << Times{14 * Ms, 20 * Ms} << Times{20 * Ms, 30 * Ms};
+    QTest::newRow("half an interval lies between two ticks")
+        << 10 * Ms << Times{19 * Ms, 24 * Ms, 30 * Ms} << Times{24 * Ms, 30 * Ms, 40 * Ms};
+    QTest::newRow("early by the rounding of a timer") << Ms << Times{Ms / 2, Ms + Ms / 2} << Times{2 * Ms, 3 * Ms};
+    QTest::newRow("made up for at twice the pace")
+        << 10 * Ms << Times{41 * Ms, 46 * Ms, 51 * Ms, 56 * Ms, 61 * Ms, 66 * Ms, 71 * Ms, 80 * Ms}
+        << Times{46 * Ms, 51 * Ms, 56 * Ms, 61 * Ms, 66 * Ms, 71 * Ms, 80 * Ms, 90 * Ms};
+    QTest::newRow("as far behind as can be made up for")
+        << 10 * Ms << Times{120 * Ms, 125 * Ms} << Times{125 * Ms, 130 * Ms};
+    QTest::newRow("further behind") << 10 * Ms << Times{120 * Ms + 1, 130 * Ms + 1}
+                                    << Times{130 * Ms + 1, 140 * Ms + 1};
+    QTest::newRow("an hour asleep") << 10 * Ms << Times{10 * Ms, Hour, Hour + 10 * Ms}
+                                    << Times{20 * Ms, Hour + 10 * Ms, Hour + 20 * Ms};
+    QTest::newRow("65535 ms") << 65535 * Ms << Times{65535 * Ms, 131071 * Ms} << Times{131070 * Ms, 196605 * Ms};
 }
 
-void tst_TickPace::accepts()
+void tst_TickPace::schedules()
 {
     QFETCH(qint64, interval);
-    QFETCH(QVector<qint64>, ticks);
+    QFETCH(Times, ticks);
     constexpr qint64 Start = 7 * Hour;
     TickPace pace;
     pace.start(Start, interval);
-    QVector<bool> accepted;
+    QCOMPARE(pace.next(), Start + interval);
+    Times next;
     for (const qint64 tick : std::as_const(ticks)) {
-        accepted.append(pace.accept(Start + tick));
+        QVERIFY(pace.accept(Start + tick));
+        next.append(pace.next() - Start);
     }
-    QTEST(accepted, "accepted");
+    QTEST(next, "next");
+}
+
+void tst_TickPace::refusesWhatIsEarly()
+{
+    TickPace pace;
+    pace.start(0, 10 * Ms);
+    QVERIFY(!pace.accept(10 * Ms - TickPace::EarlyNs - 1));
+    QCOMPARE(pace.next(), 10 * Ms);
+    QVERIFY(pace.accept(10 * Ms - TickPace::EarlyNs));
+    QCOMPARE(pace.next(), 20 * Ms);
+    QVERIFY(!pace.accept(11 * Ms));
+}
+
+/// Intervals that change at every tick add up, whatever the ticks' delays.
+void tst_TickPace::changesTheInterval()
+{
+    TickPace pace;
+    pace.start(0, Ms);
+    qint64 due = Ms;
+    for (const qint64 interval : {5 * Ms, 2 * Ms, 100 * Ms, Ms, 20 * Ms}) {
+        QVERIFY(pace.accept(due + Ms / 4));
+        pace.setInterval(interval);
+        due += interval;
+        QCOMPARE(pace.next(), std::max(due, due - interval + Ms / 4 + interval / 2));
+    }
 }
 
 void tst_TickPace::keepsTheAverageUnderJitter()
 {
     constexpr int Ticks = 10000;
     std::mt19937 random(1);
-    std::uniform_int_distribution<qint64> jitter(0, Ms - 1);
+    std::uniform_int_distribution<qint64> delay(0, 3 * Ms);
     TickPace pace;
-    pace.start(0, Ms);
-    int accepted = 0;
-    for (qint64 tick = 1; tick <= Ticks; ++tick) {
-        accepted += pace.accept(tick * Ms + jitter(random)) ? 1 : 0;
+    pace.start(0, 4 * Ms);
+    for (int tick = 0; tick < Ticks; ++tick) {
+        QVERIFY(pace.accept(pace.next() + delay(random)));
     }
-    QCOMPARE(accepted, Ticks); // one for each interval, so the average is the interval
-    QVERIFY(!pace.accept((Ticks + 1) * Ms - Ms / 2 - 1));
-    QVERIFY(pace.accept((Ticks + 1) * Ms - Ms / 2));
+    QVERIFY(pace.next() - (Ticks + 1) * 4 * Ms < 8 * Ms);
 }
 
-/// A timer whose clock runs fast by a tenth of a percent: what comes too much is left out.
-void tst_TickPace::keepsTheAverageOfAFastTimer()
+void tst_TickPace::makesUpForHeldUpTicks_data()
 {
-    constexpr int Ticks = 10010;
+    QTest::addColumn<qint64>("heldUp");
+    QTest::addColumn<int>("dropped");
+    QTest::newRow("9 ms") << 9 * Ms << 0;
+    QTest::newRow("50 ms") << 50 * Ms << 0;
+    QTest::newRow("101 ms") << 101 * Ms << 0;
+    QTest::newRow("102 ms") << 102 * Ms << 102;
+}
+
+/// One tick of 1000 at 1 ms is held up.
+void tst_TickPace::makesUpForHeldUpTicks()
+{
+    QFETCH(qint64, heldUp);
     TickPace pace;
     pace.start(0, Ms);
-    int accepted = 0;
-    for (qint64 tick = 1; tick <= Ticks; ++tick) {
-        accepted += pace.accept(tick * (Ms - Ms / 1000)) ? 1 : 0;
+    int ticks = 0;
+    while (pace.next() <= 1000 * Ms) {
+        const bool isHeldUp = ticks == 99;
+        QVERIFY(pace.accept(pace.next() + (isHeldUp ? heldUp : 0)));
+        ++ticks;
     }
-    QCOMPARE(accepted, 10000);
+    QTEST(1000 - ticks, "dropped");
 }
 
 void tst_TickPace::startsAnew()
@@ -104,8 +138,9 @@ void tst_TickPace::startsAnew()
     pace.start(0, Ms);
     QVERIFY(pace.accept(Ms));
     pace.start(Ms + 1, 5 * Ms);
+    QCOMPARE(pace.next(), 6 * Ms + 1);
     QVERIFY(!pace.accept(2 * Ms));
-    QVERIFY(pace.accept(6 * Ms));
+    QVERIFY(pace.accept(6 * Ms + 1));
 }
 
 QTEST_APPLESS_MAIN(tst_TickPace)

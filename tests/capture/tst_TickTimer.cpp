@@ -9,6 +9,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <vector>
 
 class tst_TickTimer : public QObject
@@ -19,7 +20,8 @@ private slots:
     void ticksUntilItIsStopped();
     void stopsWithinATick();
     void startsAnewWithAnotherInterval();
-    void doesNotMakeUpForADelay();
+    void makesUpForADelay();
+    void changesTheIntervalWithinATick();
     void ticksWithoutADescriptor();
 };
 
@@ -79,8 +81,9 @@ void tst_TickTimer::startsAnewWithAnotherInterval()
     QCOMPARE(ticks, before);
 }
 
-/// The event loop is held up from the first tick (20 ms) until just before the fourth (80 ms).
-void tst_TickTimer::doesNotMakeUpForADelay()
+/// The event loop is held up from the first tick (20 ms) until just before the fourth (80 ms): the second and third
+/// come late, one by one, and the sixth comes at its time.
+void tst_TickTimer::makesUpForADelay()
 {
     constexpr int IntervalMs = 20;
     TickTimer timer;
@@ -93,17 +96,49 @@ void tst_TickTimer::doesNotMakeUpForADelay()
     });
     QEventLoop loop; // runs on without the pauses of the test's own waiting
     connect(&timer, &TickTimer::sig_tick, &loop, [&] {
-        if (ticks.size() == 5) {
+        if (ticks.size() == 50) {
             loop.quit();
         }
     });
-    QTimer::singleShot(5000, &loop, &QEventLoop::quit);
+    QTimer::singleShot(10000, &loop, &QEventLoop::quit);
     clock.start();
     timer.start(IntervalMs);
     loop.exec();
-    QCOMPARE(ticks.size(), std::size_t(5));
+    QCOMPARE(ticks.size(), std::size_t(50));
     QVERIFY(ticks.at(1) >= 4 * IntervalMs - 2);
     QVERIFY2(ticks.at(2) - ticks.at(1) >= IntervalMs / 4, qPrintable(QString::number(ticks.at(2) - ticks.at(1))));
+    // None is missing: without making up, two would be.
+    QVERIFY2(ticks.back() < 51 * IntervalMs + IntervalMs / 2, qPrintable(QString::number(ticks.back())));
+}
+
+/// 1, 2, 1, 2... ms: the delays of the ticks do not add up.
+void tst_TickTimer::changesTheIntervalWithinATick()
+{
+    constexpr int Ticks = 200;
+    TickTimer timer;
+    TickTimer reference;
+    int ticks = 0;
+    int references = 0;
+    QEventLoop loop;
+    connect(&reference, &TickTimer::sig_tick, this, [&references] { ++references; });
+    connect(&timer, &TickTimer::sig_tick, this, [&] {
+        ++ticks;
+        timer.setInterval(ticks % 2 == 0 ? 1 : 2);
+        if (ticks == Ticks) {
+            timer.stop();
+            timer.setInterval(1); // changes nothing in a stopped timer
+            loop.quit();
+        }
+    });
+    QTimer::singleShot(10000, &loop, &QEventLoop::quit);
+    timer.start(1);
+    reference.start(3);
+    loop.exec();
+    QCOMPARE(ticks, Ticks);
+    QVERIFY(!timer.isActive());
+    QVERIFY2(std::abs(references - Ticks / 2) <= 2, qPrintable(QString::number(references)));
+    QTRY_VERIFY(references >= Ticks / 2 + 5);
+    QCOMPARE(ticks, Ticks);
 }
 
 void tst_TickTimer::ticksWithoutADescriptor()
