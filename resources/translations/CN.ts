@@ -380,7 +380,7 @@
     </message>
     <message>
         <source>ID</source>
-        <translation>ID</translation>
+        <translation>帧ID</translation>
     </message>
     <message>
         <source>Type</source>
