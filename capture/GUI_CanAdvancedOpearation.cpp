@@ -196,8 +196,10 @@ void GUI_CanAdvancedOpearation::sendList()
         return;
     }
     emit sig_sendStateChanged(false);
-    m_p->updateControls();
-    m_p->timer.start(FirstTickMs);
+    if (m_p->list.isRunning()) { // unless whoever listens has stopped it
+        m_p->updateControls();
+        m_p->timer.start(FirstTickMs);
+    }
 }
 
 void GUI_CanAdvancedOpearation::sendStop()

@@ -312,6 +312,7 @@ private slots:
     void tableIsNotChangedBySending();
     void stops();
     void stoppedByAListener();
+    void stoppedAtTheStart();
     void slotsWhileIdle();
     void closingStops_data();
     void closingStops();
@@ -1198,6 +1199,20 @@ void tst_GUI_CanAdvancedOpearation::stoppedByAListener()
     lister.hasSent(0);
     QCOMPARE(static_cast<int>(lister.sent.size()), 1);
     QCOMPARE(lister.stateChanges(), (QVector<bool>{false, true}));
+}
+
+void tst_GUI_CanAdvancedOpearation::stoppedAtTheStart()
+{
+    Lister lister;
+    lister.addFrame(1, 60000);
+    QObject::connect(lister.dialog.get(), &GUI_CanAdvancedOpearation::sig_sendStateChanged, lister.dialog.get(),
+                     &GUI_CanAdvancedOpearation::sendStop);
+    lister.click("btnListSend");
+    QVERIFY(lister.isIdle());
+    // The spy was there first, so it hears of the start before the listener ends it.
+    QCOMPARE(lister.stateChanges(), (QVector<bool>{false, true}));
+    letTicksPass(20);
+    QVERIFY(!lister.hasSent(1));
 }
 
 void tst_GUI_CanAdvancedOpearation::slotsWhileIdle()
