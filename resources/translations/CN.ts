@@ -345,6 +345,69 @@
     </message>
 </context>
 <context>
+    <name>GUI_CanGateWay</name>
+    <message>
+        <source>Gateway filtering rule</source>
+        <translation>网关过滤规则</translation>
+    </message>
+    <message>
+        <source>ID:  0x</source>
+        <translation>ID:  0x</translation>
+    </message>
+    <message>
+        <source>Identifier in hexadecimal</source>
+        <translation>十六进制ID</translation>
+    </message>
+    <message>
+        <source>Frame type</source>
+        <translation>帧类型</translation>
+    </message>
+    <message>
+        <source>Standard</source>
+        <translation>标准帧</translation>
+    </message>
+    <message>
+        <source>Extend</source>
+        <translation>扩展帧</translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation>应用</translation>
+    </message>
+    <message>
+        <source>Forwarded identifiers</source>
+        <translation>转发的ID</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>清空</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancle</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Maximum frame count 64!</source>
+        <translation>最多64个帧！</translation>
+    </message>
+    <message>
+        <source>The ID already exists in the list!</source>
+        <translation>该ID已在列表中！</translation>
+    </message>
+    <message>
+        <source>Frame ID error, Standard frame valid range: 0x0-0x7FF, Extend frame valid range: 0x0-0x1FFFFFFF</source>
+        <translation>帧ID错误，标准帧有效范围：0x0-0x7FF，扩展帧有效范围：0x0-0x1FFFFFFF</translation>
+    </message>
+</context>
+<context>
     <name>GUI_CanSendFile</name>
     <message>
         <source>File name</source>

@@ -345,6 +345,69 @@
     </message>
 </context>
 <context>
+    <name>GUI_CanGateWay</name>
+    <message>
+        <source>Gateway filtering rule</source>
+        <translation>Gateway filtering rule</translation>
+    </message>
+    <message>
+        <source>ID:  0x</source>
+        <translation>ID:  0x</translation>
+    </message>
+    <message>
+        <source>Identifier in hexadecimal</source>
+        <translation>Identifier in hexadecimal</translation>
+    </message>
+    <message>
+        <source>Frame type</source>
+        <translation>Frame type</translation>
+    </message>
+    <message>
+        <source>Standard</source>
+        <translation>Standard</translation>
+    </message>
+    <message>
+        <source>Extend</source>
+        <translation>Extend</translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation>Apply</translation>
+    </message>
+    <message>
+        <source>Forwarded identifiers</source>
+        <translation>Forwarded identifiers</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Clear</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancle</source>
+        <translation>Cancle</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>Maximum frame count 64!</source>
+        <translation>Maximum frame count 64!</translation>
+    </message>
+    <message>
+        <source>The ID already exists in the list!</source>
+        <translation>The ID already exists in the list!</translation>
+    </message>
+    <message>
+        <source>Frame ID error, Standard frame valid range: 0x0-0x7FF, Extend frame valid range: 0x0-0x1FFFFFFF</source>
+        <translation>Frame ID error, Standard frame valid range: 0x0-0x7FF, Extend frame valid range: 0x0-0x1FFFFFFF</translation>
+    </message>
+</context>
+<context>
     <name>GUI_CanSendFile</name>
     <message>
         <source>File name</source>
