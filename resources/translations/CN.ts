@@ -795,4 +795,118 @@ Install the adapter's current library.</source>
         <translation>重做</translation>
     </message>
 </context>
+<context>
+    <name>GUI_CanAdvancedOpearation</name>
+    <message>
+        <source>All</source>
+        <translation>全选</translation>
+    </message>
+    <message>
+        <source>Invert</source>
+        <translation>反选</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>添加</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>导入</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>导出</translation>
+    </message>
+    <message>
+        <source>Send list</source>
+        <translation>发送列表</translation>
+    </message>
+    <message>
+        <source>No.</source>
+        <translation>序号</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>长度</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>数据</translation>
+    </message>
+    <message>
+        <source>Frame count</source>
+        <translation>帧数</translation>
+    </message>
+    <message>
+        <source>Send count</source>
+        <translation>发送次数</translation>
+    </message>
+    <message>
+        <source>Interval</source>
+        <translation>间隔</translation>
+    </message>
+    <message>
+        <source>Send mode</source>
+        <translation>发送模式</translation>
+    </message>
+    <message>
+        <source>Repeat</source>
+        <translation>重复</translation>
+    </message>
+    <message>
+        <source>Print to table</source>
+        <translation>打印到表格</translation>
+    </message>
+    <message>
+        <source>List send</source>
+        <translation>列表发送</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>Parallel send mode</source>
+        <translation>并行发送模式</translation>
+    </message>
+    <message>
+        <source>Order send mode</source>
+        <translation>顺序发送模式</translation>
+    </message>
+    <message>
+        <source>The send list is empty</source>
+        <translation>发送列表为空</translation>
+    </message>
+    <message>
+        <source>Please check the items you want to send</source>
+        <translation>请勾选要发送的项</translation>
+    </message>
+    <message>
+        <source>Please select the delete item first</source>
+        <translation>请先选择要删除的项</translation>
+    </message>
+</context>
+<context>
+    <name>WidgetDelegateCAN</name>
+    <message>
+        <source>Standard</source>
+        <translation>标准帧</translation>
+    </message>
+    <message>
+        <source>Extend</source>
+        <translation>扩展帧</translation>
+    </message>
+</context>
 </TS>

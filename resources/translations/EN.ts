@@ -795,4 +795,118 @@ Install the adapter's current library.</translation>
         <translation>Redo</translation>
     </message>
 </context>
+<context>
+    <name>GUI_CanAdvancedOpearation</name>
+    <message>
+        <source>All</source>
+        <translation>All</translation>
+    </message>
+    <message>
+        <source>Invert</source>
+        <translation>Invert</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Add</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Remove</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>Import</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Export</translation>
+    </message>
+    <message>
+        <source>Send list</source>
+        <translation>Send list</translation>
+    </message>
+    <message>
+        <source>No.</source>
+        <translation>No.</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>Length</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>Data</translation>
+    </message>
+    <message>
+        <source>Frame count</source>
+        <translation>Frame count</translation>
+    </message>
+    <message>
+        <source>Send count</source>
+        <translation>Send count</translation>
+    </message>
+    <message>
+        <source>Interval</source>
+        <translation>Interval</translation>
+    </message>
+    <message>
+        <source>Send mode</source>
+        <translation>Send mode</translation>
+    </message>
+    <message>
+        <source>Repeat</source>
+        <translation>Repeat</translation>
+    </message>
+    <message>
+        <source>Print to table</source>
+        <translation>Print to table</translation>
+    </message>
+    <message>
+        <source>List send</source>
+        <translation>List send</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>Parallel send mode</source>
+        <translation>Parallel send mode</translation>
+    </message>
+    <message>
+        <source>Order send mode</source>
+        <translation>Order send mode</translation>
+    </message>
+    <message>
+        <source>The send list is empty</source>
+        <translation>The send list is empty</translation>
+    </message>
+    <message>
+        <source>Please check the items you want to send</source>
+        <translation>Please check the items you want to send</translation>
+    </message>
+    <message>
+        <source>Please select the delete item first</source>
+        <translation>Please select the delete item first</translation>
+    </message>
+</context>
+<context>
+    <name>WidgetDelegateCAN</name>
+    <message>
+        <source>Standard</source>
+        <translation>Standard</translation>
+    </message>
+    <message>
+        <source>Extend</source>
+        <translation>Extend</translation>
+    </message>
+</context>
 </TS>

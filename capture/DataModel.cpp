@@ -1,0 +1,69 @@
+#include "capture/DataModel.h"
+
+#include <QByteArray>
+
+#include <algorithm>
+
+namespace {
+constexpr int DigitsPerByte = 2;
+
+bool isHexDigit(QChar character)
+{
+    const ushort code = character.unicode();
+    return (code >= '0' && code <= '9') || (code >= 'A' && code <= 'F') || (code >= 'a' && code <= 'f');
+}
+
+quint16 sendListNumber(int number)
+{
+    return static_cast<quint16>(std::clamp(number, 1, MaxSendListNumber));
+}
+} // namespace
+
+DataModel dataModelOf(const DataModelCells &cells)
+{
+    DataModel model;
+    model.frame.ID = std::min(cells.id, cells.isExtended ? MaxExtendedFrameId : MaxStandardFrameId);
+    model.frame.ExternFlag = cells.isExtended ? 1 : 0;
+    const int length = std::clamp(cells.length, 0, MaxClassicLength);
+    model.frame.DataLen = static_cast<quint8>(length);
+    const QByteArray data = QByteArray::fromHex(payloadDigits(cells.data).toLatin1());
+    std::copy_n(data.cbegin(), std::min(length, data.size()), model.frame.Data);
+    model.frameCount = sendListNumber(cells.frameCount);
+    model.sendCount = sendListNumber(cells.sendCount);
+    model.interval = sendListNumber(cells.interval);
+    return model;
+}
+
+QString payloadDigits(const QString &typed)
+{
+    QString digits;
+    for (const QChar character : typed) {
+        if (isHexDigit(character) && digits.size() < DigitsPerByte * MaxClassicLength) {
+            digits += character.toUpper();
+        }
+    }
+    if (digits.size() % DigitsPerByte != 0) {
+        digits.insert(digits.size() - 1, QLatin1Char('0'));
+    }
+    return digits;
+}
+
+QString payloadText(const QString &digits)
+{
+    QString text = digits;
+    for (int i = DigitsPerByte; i < text.size(); i += DigitsPerByte + 1) {
+        text.insert(i, QLatin1Char(' '));
+    }
+    return text;
+}
+
+VCI_CANFD_OBJ toCanFdRecord(const VCI_CAN_OBJ &frame)
+{
+    VCI_CANFD_OBJ record{};
+    record.ID = frame.ID;
+    record.ExternFlag = frame.ExternFlag;
+    const int length = std::min<int>(frame.DataLen, MaxClassicLength);
+    record.DataLen = static_cast<quint8>(length);
+    std::copy_n(frame.Data, length, record.Data);
+    return record;
+}
