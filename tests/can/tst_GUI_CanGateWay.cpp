@@ -132,7 +132,7 @@ private slots:
     void deletesRowByRow();
     void deletingKeepsWhatIsInView();
     void deletesWithTheKeyboard();
-    void delInTheEntryDeletesText();
+    void delElsewhereDeletesNoRow();
     void delNeedsASelectedRow();
     void clears();
     void oddWordsStay();
@@ -379,7 +379,7 @@ void tst_GUI_CanGateWay::deletesWithTheKeyboard()
     QCOMPARE(user.list()->count(), 0);
 }
 
-void tst_GUI_CanGateWay::delInTheEntryDeletesText()
+void tst_GUI_CanGateWay::delElsewhereDeletesNoRow()
 {
     DialogUnderTest user(standardWords(2));
     QVERIFY(QTest::qWaitForWindowActive(&user.dialog));
@@ -389,6 +389,11 @@ void tst_GUI_CanGateWay::delInTheEntryDeletesText()
     user.entry()->setCursorPosition(0);
     QTest::keyClick(user.entry(), Qt::Key_Delete);
     QCOMPARE(user.entry()->text(), QStringLiteral("2"));
+    for (const char *name : {"cbx_type", "btn_apply", "btn_clear", "btn_ok"}) {
+        auto *widget = user.find<QWidget>(name);
+        widget->setFocus();
+        QTest::keyClick(widget, Qt::Key_Delete);
+    }
     QCOMPARE(user.list()->count(), 2);
 }
 
