@@ -332,8 +332,8 @@ void tst_GUI_CanGateWay::deletesOneOfBothTypes()
 
 void tst_GUI_CanGateWay::deletesRowByRow()
 {
-    DialogUnderTest user(standardWords(64));
-    for (int left = 63; left >= 0; --left) {
+    DialogUnderTest user(standardWords(20));
+    for (int left = 19; left >= 0; --left) {
         user.clickDelete(left / 2);
         QCOMPARE(user.list()->count(), left);
         QCOMPARE(user.dialog.entries().size(), left);
