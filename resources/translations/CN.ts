@@ -352,7 +352,7 @@
     </message>
     <message>
         <source>ID:  0x</source>
-        <translation>ID:  0x</translation>
+        <translation>帧ID：0x</translation>
     </message>
     <message>
         <source>Identifier in hexadecimal</source>
