@@ -15,6 +15,7 @@
 namespace {
 constexpr int NoticeMs = 1000;
 constexpr int RowHeight = 20;
+constexpr int HeaderHeight = 33; ///< leaves room for 13 whole rows
 constexpr std::array<int, 1 + BaudrateScan::ChannelCount> ColumnWidths{100, 200, 200};
 constexpr QRgb EffectiveColour = 0xFF55B155;
 
@@ -64,6 +65,7 @@ void GUI_CanScanBaudratePrivate::prepareTable()
         ui.tableview->setColumnWidth(static_cast<int>(column), ColumnWidths[column]);
     }
     QHeaderView *columns = ui.tableview->horizontalHeader();
+    columns->setFixedHeight(HeaderHeight);
     columns->setSectionResizeMode(QHeaderView::Fixed);
     columns->setSectionsClickable(false);
     columns->setHighlightSections(false);
@@ -215,6 +217,7 @@ void GUI_CanScanBaudrate::slot_scanResultCallback(quint8 can1, quint8 can2, quin
     const QString dataRate = m_p->dataRateText(indexCANFDFre);
     for (QStandardItem *item : row) {
         item->setToolTip(dataRate);
+        item->setTextAlignment(Qt::AlignCenter);
     }
     m_p->model.appendRow(row);
     m_p->ui.tableview->scrollToBottom();
