@@ -86,21 +86,15 @@ void GUI_CanScanBaudratePrivate::connectSignals()
     QObject::connect(&communication, &CANCommunication::sig_scanFinish, q, &Dialog::slot_scanFinish);
 }
 
-/// The focus goes from the button that was used to the one that is of use next.
 void GUI_CanScanBaudratePrivate::setScanning(bool isOn)
 {
     isScanning = isOn;
-    if (isOn) {
-        ui.btn_stop->setEnabled(true);
-        ui.btn_stop->setFocus();
-    }
+    const bool hadStopFocus = ui.btn_stop->hasFocus();
+    ui.btn_stop->setEnabled(isOn); // first: the focus goes on to it from the button that is disabled next
     ui.btn_start->setEnabled(!isOn);
     ui.btn_apply->setEnabled(!isOn);
-    if (!isOn) {
-        if (ui.btn_stop->hasFocus()) {
-            (found[0] || found[1] ? ui.btn_apply : ui.btn_start)->setFocus();
-        }
-        ui.btn_stop->setEnabled(false);
+    if (!isOn && hadStopFocus) {
+        (found[0] || found[1] ? ui.btn_apply : ui.btn_start)->setFocus();
     }
 }
 

@@ -462,7 +462,14 @@ void tst_GUI_CanScanBaudrate::othersScansAreTheirs()
     QCOMPARE(rows(), 0);
     QCOMPARE(found.size(), 0);
     QVERIFY(!find<QPushButton>("btn_stop")->isEnabled());
-    m_dialog.reset(); // nor is it this dialog's to stop
+    m_dialog->hide(); // nor is it this dialog's to stop
+    QVERIFY(m_manager->isScanning());
+    m_dialog->show();
+    m_manager->stopScan();
+    QCOMPARE(notice(), QString());
+    QCOMPARE(progress(), 0);
+    QCOMPARE(m_manager->slot_scanCANBaudrate(0, 0), CAN_OK);
+    m_dialog.reset();
     QVERIFY(m_manager->isScanning());
 }
 
