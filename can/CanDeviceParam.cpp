@@ -55,6 +55,11 @@ std::optional<quint32> numberFromHex(const QString &text)
     return isNumber ? std::optional<quint32>(number) : std::nullopt;
 }
 
+QString hexNumberPattern()
+{
+    return QStringLiteral("(0[xX])?[0-9A-Fa-f]{0,8}");
+}
+
 quint16 linBaudRateFromText(const QString &text)
 {
     bool isNumber = std::all_of(text.cbegin(), text.cend(), isDecimalDigit);

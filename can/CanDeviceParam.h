@@ -34,6 +34,9 @@ QVector<ChannelParam> channelParams(const CanDeviceParam &param);
 /// characters are read. Nothing when the text is no such number or needs more than 32 bits.
 std::optional<quint32> numberFromHex(const QString &text);
 
+/// What may be typed for such a number: the pattern of a validator that takes incomplete numbers, too.
+QString hexNumberPattern();
+
 /// The LIN baud rate in a text of decimal digits, in bits per second; LINBaudRateDefault when the text is no number or
 /// one above 65535, which the adapter cannot take.
 quint16 linBaudRateFromText(const QString &text);
