@@ -281,7 +281,11 @@ GUI_CanDeviceParam::GUI_CanDeviceParam(CANCommunication &communication, QWidget 
     m_p->acceptedEntries = m_p->entries();
 }
 
-GUI_CanDeviceParam::~GUI_CanDeviceParam() = default;
+GUI_CanDeviceParam::~GUI_CanDeviceParam()
+{
+    // Leaving the field that has the focus calls a slot, for which everything must still be there.
+    hide();
+}
 
 const CanDeviceParam &GUI_CanDeviceParam::deviceParam() const
 {
