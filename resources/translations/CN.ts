@@ -968,4 +968,294 @@ Install the adapter's current library.</source>
         <translation>CANFD波特率：%1</translation>
     </message>
 </context>
+<context>
+    <name>GUI_CanDeviceParam</name>
+    <message>
+        <source>Parameter validation</source>
+        <translation>参数确认</translation>
+    </message>
+    <message>
+        <source>CAN parameters</source>
+        <translation>CAN参数</translation>
+    </message>
+    <message>
+        <source>LIN parameters</source>
+        <translation>LIN参数</translation>
+    </message>
+    <message>
+        <source>Device index:</source>
+        <translation>设备索引：</translation>
+    </message>
+    <message>
+        <source>CAN channal:</source>
+        <translation>CAN通道：</translation>
+    </message>
+    <message>
+        <source>LIN channal:</source>
+        <translation>LIN通道：</translation>
+    </message>
+    <message>
+        <source>Acc code:</source>
+        <translation>验收码：</translation>
+    </message>
+    <message>
+        <source>Acc mask:</source>
+        <translation>屏蔽码：</translation>
+    </message>
+    <message>
+        <source>Filter mode:</source>
+        <translation>滤波方式：</translation>
+    </message>
+    <message>
+        <source> BTR0/1:</source>
+        <translation>定时器BTR0/1：</translation>
+    </message>
+    <message>
+        <source>(Hex)</source>
+        <translation>（十六进制）</translation>
+    </message>
+    <message>
+        <source>Operating mode:</source>
+        <translation>工作模式：</translation>
+    </message>
+    <message>
+        <source>CAN baudrate:</source>
+        <translation>CAN波特率：</translation>
+    </message>
+    <message>
+        <source>CANFD baudrate:</source>
+        <translation>CANFD波特率：</translation>
+    </message>
+    <message>
+        <source>Filter configuration tool</source>
+        <translation>滤波配置工具</translation>
+    </message>
+    <message>
+        <source>Open all CAN channel</source>
+        <translation>打开所有通道</translation>
+    </message>
+    <message>
+        <source>Scan baudrate</source>
+        <translation>扫描波特率</translation>
+    </message>
+    <message>
+        <source>Checksum:</source>
+        <translation>校验和：</translation>
+    </message>
+    <message>
+        <source>Baudrate:</source>
+        <translation>波特率：</translation>
+    </message>
+    <message>
+        <source>LIN Setup</source>
+        <translation>LIN设置</translation>
+    </message>
+    <message>
+        <source>LIN setup</source>
+        <translation>LIN设置</translation>
+    </message>
+    <message>
+        <source>CAN setup</source>
+        <translation>CAN设置</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Custom</source>
+        <translation>自定义</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>正常</translation>
+    </message>
+    <message>
+        <source>Listen</source>
+        <translation>只听</translation>
+    </message>
+    <message>
+        <source>Receive all</source>
+        <translation>接收所有</translation>
+    </message>
+    <message>
+        <source>Standard checksum</source>
+        <translation>标准校验</translation>
+    </message>
+    <message>
+        <source>Enhanced checksum</source>
+        <translation>增强校验</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>设备</translation>
+    </message>
+    <message>
+        <source>Channel</source>
+        <translation>通道</translation>
+    </message>
+    <message>
+        <source>BTR0</source>
+        <translation>定时器BTR0</translation>
+    </message>
+    <message>
+        <source>BTR1</source>
+        <translation>定时器BTR1</translation>
+    </message>
+    <message>
+        <source>No adapter found. Connect one and open this dialog again.</source>
+        <translation>未发现设备，请连接设备后重新打开此对话框。</translation>
+    </message>
+    <message>
+        <source>All CAN channels are open already.</source>
+        <translation>所有CAN通道均已打开。</translation>
+    </message>
+    <message>
+        <source>All LIN channels are open already.</source>
+        <translation>所有LIN通道均已打开。</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_CanFilterTool</name>
+    <message>
+        <source>Filter configuration tool</source>
+        <translation>滤波配置工具</translation>
+    </message>
+    <message>
+        <source>Identifiers to receive</source>
+        <translation>要接收的帧ID</translation>
+    </message>
+    <message>
+        <source>Frame type</source>
+        <translation>帧类型</translation>
+    </message>
+    <message>
+        <source>From:</source>
+        <translation>从：</translation>
+    </message>
+    <message>
+        <source>To (optional):</source>
+        <translation>到（可不填）：</translation>
+    </message>
+    <message>
+        <source>(Hex)</source>
+        <translation>（十六进制）</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>添加</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>移除</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>清空</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>帧类型</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>起始ID</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>结束ID</translation>
+    </message>
+    <message>
+        <source>Acceptance filter</source>
+        <translation>验收滤波</translation>
+    </message>
+    <message>
+        <source>Acc code:</source>
+        <translation>验收码：</translation>
+    </message>
+    <message>
+        <source>Acc mask:</source>
+        <translation>屏蔽码：</translation>
+    </message>
+    <message>
+        <source>Others that pass:</source>
+        <translation>其他可通过的ID：</translation>
+    </message>
+    <message>
+        <source>Test an identifier</source>
+        <translation>测试帧ID</translation>
+    </message>
+    <message>
+        <source>Identifier</source>
+        <translation>帧ID</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Standard</source>
+        <translation>标准帧</translation>
+    </message>
+    <message>
+        <source>Extend</source>
+        <translation>扩展帧</translation>
+    </message>
+    <message>
+        <source>Standard: %1, extended: %2</source>
+        <translation>标准帧：%1，扩展帧：%2</translation>
+    </message>
+    <message>
+        <source>An empty list lets everything pass.</source>
+        <translation>列表为空时接收所有帧。</translation>
+    </message>
+    <message>
+        <source>Such standard frames pass or not, depending on their data.</source>
+        <translation>这些标准帧能否通过取决于其数据。</translation>
+    </message>
+    <message>
+        <source>Extended identifiers: 0 to 1FFFFFFF, hexadecimal</source>
+        <translation>扩展帧ID：0到1FFFFFFF，十六进制</translation>
+    </message>
+    <message>
+        <source>Standard identifiers: 0 to 7FF, hexadecimal</source>
+        <translation>标准帧ID：0到7FF，十六进制</translation>
+    </message>
+    <message>
+        <source>The first identifier of the range is above the last one</source>
+        <translation>起始ID大于结束ID</translation>
+    </message>
+    <message>
+        <source>Already in the list</source>
+        <translation>已在列表中</translation>
+    </message>
+    <message>
+        <source>The list is full: %1 entries</source>
+        <translation>列表已满：%1条</translation>
+    </message>
+    <message>
+        <source>Does not pass</source>
+        <translation>不能通过</translation>
+    </message>
+    <message>
+        <source>Passes or not, depending on its data</source>
+        <translation>能否通过取决于其数据</translation>
+    </message>
+    <message>
+        <source>Passes</source>
+        <translation>可以通过</translation>
+    </message>
+</context>
 </TS>
