@@ -619,6 +619,32 @@ Install the adapter's current library.</source>
         <translation>适配器动态库 %1 版本过旧，缺少 %2。
 请安装适配器的最新动态库。</translation>
     </message>
+    <message>
+        <source>Device %1 could not be opened.
+Check that it is plugged in and not used by another program.</source>
+        <translation>无法打开设备%1。
+请检查设备是否已插好，且未被其他程序占用。</translation>
+    </message>
+    <message>
+        <source>Device %1 does not offer CAN FD.
+Open it without a CAN FD bit rate.</source>
+        <translation>设备%1不支持CAN FD。
+请不选择CANFD波特率再打开。</translation>
+    </message>
+    <message>
+        <source>Device %1, channel %2 is open already.</source>
+        <translation>设备%1的通道%2已打开。</translation>
+    </message>
+    <message>
+        <source>Device %1 refused to open channel %2.
+Check the bit rate and the other parameters.</source>
+        <translation>设备%1拒绝打开通道%2。
+请检查波特率和其他参数。</translation>
+    </message>
+    <message>
+        <source>Device %1, channel %2 could not be opened.</source>
+        <translation>无法打开设备%1的通道%2。</translation>
+    </message>
 </context>
 <context>
     <name>WidgetDeviceBase</name>
@@ -831,7 +857,7 @@ Install the adapter's current library.</source>
     </message>
     <message>
         <source>ID</source>
-        <translation>ID</translation>
+        <translation>帧ID</translation>
     </message>
     <message>
         <source>Type</source>

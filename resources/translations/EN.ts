@@ -619,6 +619,32 @@ Install the adapter's current library.</source>
         <translation>The adapter library %1 is too old: it lacks %2.
 Install the adapter's current library.</translation>
     </message>
+    <message>
+        <source>Device %1 could not be opened.
+Check that it is plugged in and not used by another program.</source>
+        <translation>Device %1 could not be opened.
+Check that it is plugged in and not used by another program.</translation>
+    </message>
+    <message>
+        <source>Device %1 does not offer CAN FD.
+Open it without a CAN FD bit rate.</source>
+        <translation>Device %1 does not offer CAN FD.
+Open it without a CAN FD bit rate.</translation>
+    </message>
+    <message>
+        <source>Device %1, channel %2 is open already.</source>
+        <translation>Device %1, channel %2 is open already.</translation>
+    </message>
+    <message>
+        <source>Device %1 refused to open channel %2.
+Check the bit rate and the other parameters.</source>
+        <translation>Device %1 refused to open channel %2.
+Check the bit rate and the other parameters.</translation>
+    </message>
+    <message>
+        <source>Device %1, channel %2 could not be opened.</source>
+        <translation>Device %1, channel %2 could not be opened.</translation>
+    </message>
 </context>
 <context>
     <name>WidgetDeviceBase</name>

@@ -1,6 +1,7 @@
 #include "tools/tour/Tour.h"
 
 #include "app/GUI_CanView.h"
+#include "can/GUI_CanDeviceParam.h"
 #include "capture/CTableViewCAN.h"
 #include "capture/GUI_CanSendFile.h"
 #include "tests/support/SaveDialogDriver.h"
@@ -43,6 +44,17 @@ bool Tour::run()
 
 bool Tour::openChannels()
 {
+    auto *dialog = m_window.findChild<GUI_CanDeviceParam *>();
+    if (!waitUntil("the program asks what to open", [dialog] { return dialog->isVisible(); })) {
+        return false;
+    }
+    QTest::qWait(100);
+    shoot(*dialog, QStringLiteral("open"));
+    pressIn(*dialog, "btn_setup");
+    shoot(*dialog, QStringLiteral("open-lin"));
+    pressIn(*dialog, "btn_setup");
+    dialog->findChild<QAbstractButton *>(QStringLiteral("chbx_openAllChannel"))->setChecked(true);
+    pressIn(*dialog, "btn_ok");
     auto *tabs = m_window.findChild<QTabWidget *>(QStringLiteral("tabWidget"));
     return waitUntil("the two CAN channels open", [tabs] { return tabs->count() == 2; });
 }
@@ -237,7 +249,12 @@ Widget *Tour::widget(const char *name) const
 
 void Tour::click(const char *name) const
 {
-    QTest::mouseClick(widget<QAbstractButton>(name), Qt::LeftButton);
+    pressIn(*tab(), name);
+}
+
+void Tour::pressIn(const QWidget &parent, const char *name)
+{
+    QTest::mouseClick(parent.findChild<QAbstractButton *>(QLatin1String(name)), Qt::LeftButton);
 }
 
 void Tour::type(const char *name, const QString &text) const

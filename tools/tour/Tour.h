@@ -40,6 +40,7 @@ private:
     template<typename Widget>
     Widget *widget(const char *name) const;
     void click(const char *name) const;
+    static void pressIn(const QWidget &parent, const char *name);
     void type(const char *name, const QString &text) const;
     static void type(QLineEdit *field, const QString &text);
     void shoot(QWidget &target, const QString &name);
