@@ -5,6 +5,7 @@
 // 1,000,000 frames are loaded.
 
 #include "bench/BenchReport.h"
+#include "bench/Intervals.h"
 
 #include "capture/GUI_CanSendFile.h"
 #include "device/CANAPI.h"
@@ -24,75 +25,11 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <cmath>
 #include <functional>
-#include <vector>
 
 namespace {
 constexpr int LargeFrames = 1000000;
-constexpr double AverageGoalPercent = 1.0;
 constexpr double LoadGapGoalMs = 200;
-
-/// The times between one event and the next, in milliseconds.
-class Intervals
-{
-public:
-    Intervals() { m_clock.start(); }
-
-    void note()
-    {
-        const double now = static_cast<double>(m_clock.nsecsElapsed()) / 1e6;
-        if (m_last >= 0) {
-            m_values.push_back(now - m_last);
-        }
-        m_last = now;
-    }
-    double average() const
-    {
-        double sum = 0;
-        for (const double value : m_values) {
-            sum += value;
-        }
-        return sum / static_cast<double>(m_values.size());
-    }
-    double percentile(double share)
-    {
-        std::sort(m_values.begin(), m_values.end());
-        return m_values.at(static_cast<std::size_t>(share * static_cast<double>(m_values.size() - 1)));
-    }
-    int count() const { return static_cast<int>(m_values.size()); }
-
-private:
-    QElapsedTimer m_clock;
-    double m_last = -1;
-    std::vector<double> m_values;
-};
-
-void addIntervals(BenchReport &report, const QString &name, Intervals &intervals, int wishMs, bool hasGoal)
-{
-    const QString ms = QStringLiteral("ms");
-    const double deviation = std::abs(intervals.average() - wishMs) / wishMs * 100;
-    report.add(name + QStringLiteral(", average"), intervals.average(), ms);
-    report.add(name + QStringLiteral(", average off by"), deviation, QStringLiteral("%"),
-               hasGoal ? BenchReport::Target::AtMost : BenchReport::Target::None, AverageGoalPercent);
-    report.add(name + QStringLiteral(", 50th percentile"), intervals.percentile(0.5), ms);
-    report.add(name + QStringLiteral(", 99th percentile"), intervals.percentile(0.99), ms);
-    report.add(name + QStringLiteral(", worst"), intervals.percentile(1), ms);
-}
-
-/// Runs the event loop until condition holds; looked at seldom, so that looking does not disturb.
-void runUntil(const std::function<bool()> &condition)
-{
-    QEventLoop loop;
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, &loop, [&] {
-        if (condition()) {
-            loop.quit();
-        }
-    });
-    timer.start(50);
-    loop.exec();
-}
 
 bool write(const QString &path, const QByteArray &content)
 {

@@ -96,11 +96,18 @@ public:
     }
     QTableWidget *table() const { return find<QTableWidget>("tableWidget"); }
     void click(const char *name) const { QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton); }
+    /// Many presses without a picture of the window after each.
+    void press(const char *name, int count = 1) const
+    {
+        auto *button = find<QPushButton>(name);
+        for (int i = 0; i < count && button->isVisible(); ++i) {
+            button->click();
+        }
+    }
     void addRows(int count) const
     {
-        for (int i = 0; i < count; ++i) {
-            click("btnAdd");
-        }
+        press("btnAdd", count - 1);
+        click("btnAdd");
     }
     /// Puts a value where an editor would.
     void set(int row, Column column, int value, int base = 10) const
@@ -482,7 +489,7 @@ void tst_GUI_CanAdvancedOpearation::thousandRowsOneByOne()
     lister.click("btnAllSelect");
     lister.setCurrent(0, Column::Id);
     for (int left = 999; left >= 0; --left) {
-        lister.click("btnRemove");
+        lister.press("btnRemove");
         QCOMPARE(lister.table()->rowCount(), left);
         if (left > 0) {
             QCOMPARE(lister.text(0, Column::Number), QStringLiteral("1"));

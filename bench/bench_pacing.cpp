@@ -1,0 +1,295 @@
+// bench_pacing [--sends N] [--rate FRAMES] [--json FILE]
+//
+// The pace of sending while so many frames per second (20,000) arrive from the virtual adapter in a table on screen:
+// the intervals between N sends (10,000) at 1 ms, fewer at longer intervals. The send list: 1000 rows in order mode,
+// its sends printed to the same table. Before it, how long adding, ticking and removing 1000 rows takes. Ends with 1
+// when a frame was lost, doubled or refused.
+
+#include "bench/BenchReport.h"
+#include "bench/Intervals.h"
+
+#include "capture/CTableViewCAN.h"
+#include "capture/GUI_CanAdvancedOpearation.h"
+#include "capture/WidgetDelegateCAN.h"
+#include "device/CANAPI.h"
+#include "device/CANCommunication.h"
+#include "tests/support/AdapterFolder.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCommandLineParser>
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTableWidget>
+#include <QtEndian>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+
+namespace {
+constexpr int RowCount = 1000;
+constexpr int FirstId = 0x100;
+constexpr quint32 NodeId = 0x123;
+constexpr quint8 Device = 0;
+constexpr quint8 Channel = 0;
+constexpr int WarmUpMs = 1000; ///< opening and the first refresh are not what is measured
+constexpr int RestMs = 800;    ///< the last batches arrive and are refreshed
+
+QByteArray adapterJson(int rate)
+{
+    const QJsonObject node{{QStringLiteral("id"), int(NodeId)},
+                           {QStringLiteral("length"), 8},
+                           {QStringLiteral("rate_hz"), rate},
+                           {QStringLiteral("payload"), QStringLiteral("counting")}};
+    const QJsonObject bus{{QStringLiteral("name"), QStringLiteral("bus")},
+                          {QStringLiteral("bitrate"), QStringLiteral("500k")},
+                          {QStringLiteral("nodes"), QJsonArray{node}}};
+    const QJsonObject channel{{QStringLiteral("bus"), QStringLiteral("bus")}};
+    const QJsonObject device{{QStringLiteral("model"), QStringLiteral("X9FC-BENCH")},
+                             {QStringLiteral("can"), QJsonArray{channel, channel}}};
+    return QJsonDocument(
+               QJsonObject{{QStringLiteral("buses"), QJsonArray{bus}}, {QStringLiteral("devices"), QJsonArray{device}}})
+        .toJson();
+}
+
+ChannelParam channelParam()
+{
+    ChannelParam param;
+    param.device = Device;
+    param.channel = Channel;
+    param.Timing0 = 0x00;
+    param.Timing1 = 0x1C;
+    param.AccMask = 0xFFFFFFFF;
+    return param;
+}
+
+/// What VCI_Transmit is called with on the way to the adapter. Static, because an entry point carries no context.
+struct Transmissions
+{
+    static std::uint32_t X9_ADAPTER_CALL note(std::uint32_t type, std::uint8_t dev, std::uint8_t ch,
+                                              const VCI_CAN_OBJ *frames, std::uint32_t count)
+    {
+        intervals->note();
+        const std::uint32_t accepted = adapter(type, dev, ch, frames, count);
+        sent += accepted;
+        refused += count - accepted;
+        return accepted;
+    }
+    /// The table of the virtual adapter with the notes in between.
+    static std::unique_ptr<CANAPI> table()
+    {
+        auto api = std::make_unique<CANAPI>(QStringLiteral(X9_VIRTUAL_ADAPTER));
+        adapter = api->VCI_Transmit;
+        api->VCI_Transmit = note;
+        return api;
+    }
+    static void restart()
+    {
+        intervals = std::make_unique<Intervals>();
+        sent = 0;
+        refused = 0;
+    }
+
+    static inline AdapterEntry::Transmit adapter = nullptr;
+    static inline std::unique_ptr<Intervals> intervals = std::make_unique<Intervals>();
+    static inline qint64 sent = 0;
+    static inline qint64 refused = 0;
+};
+
+/// The bus with its traffic, and what of it came in by the manager: every frame carries a counter.
+class Traffic
+{
+public:
+    explicit Traffic(int rate)
+        : m_folder(adapterJson(rate))
+        , m_manager(Transmissions::table())
+    {
+        QObject::connect(&m_manager, &CANCommunication::sig_readResultCallback, &m_manager,
+                         [this](quint8, quint8, const QVector<VCI_CAN_OBJ> &frames) { check(frames); });
+    }
+
+    CANCommunication &manager() { return m_manager; }
+    qint64 received() const { return m_received; }
+    /// Counters that are not one above the one before.
+    qint64 gaps() const { return m_gaps; }
+
+private:
+    void check(const QVector<VCI_CAN_OBJ> &frames)
+    {
+        for (const VCI_CAN_OBJ &frame : frames) {
+            const qint64 counter = qFromLittleEndian<quint32>(frame.Data);
+            m_gaps += m_received > 0 && counter != m_counter + 1 ? 1 : 0;
+            m_counter = counter;
+            ++m_received;
+        }
+    }
+
+    AdapterFolder m_folder;
+    CANCommunication m_manager;
+    qint64 m_received = 0;
+    qint64 m_counter = 0;
+    qint64 m_gaps = 0;
+};
+
+void runFor(int ms)
+{
+    QElapsedTimer clock;
+    clock.start();
+    runUntil([&clock, ms] { return clock.elapsed() >= ms; });
+}
+
+/// The send list's dialog beside a table on screen, operated as a user does.
+class List
+{
+public:
+    explicit List(CANCommunication &manager)
+        : m_dialog(manager, Device, Channel, false)
+    {
+        m_table.resize(1000, 500);
+        m_table.setAutoScroll(true);
+        m_table.show();
+        m_dialog.show();
+        QObject::connect(&manager, &CANCommunication::sig_readResultCallback, &m_table,
+                         [this](quint8, quint8, const QVector<VCI_CAN_OBJ> &frames) { list(frames); });
+        QObject::connect(&m_dialog, &GUI_CanAdvancedOpearation::sig_addTableItems, &m_table,
+                         [this](const QVector<FrameRecord> &records) { m_table.append(records); });
+    }
+
+    template<typename Widget>
+    Widget *find(const char *name)
+    {
+        return m_dialog.findChild<Widget *>(QLatin1String(name));
+    }
+    void press(const char *name) { find<QPushButton>(name)->click(); }
+    void fill(int intervalMs)
+    {
+        auto *rows = find<QTableWidget>("tableWidget");
+        for (int row = 0; row < RowCount; ++row) {
+            press("btnAdd");
+            set(rows, row, WidgetDelegateCAN::Id, FirstId + row);
+            set(rows, row, WidgetDelegateCAN::Length, 8);
+            set(rows, row, WidgetDelegateCAN::Interval, intervalMs);
+        }
+        press("btnAllSelect");
+        find<QComboBox>("cbxMode")->setCurrentIndex(1);
+        find<QSpinBox>("cbxRepeat")->setValue(65535);
+        find<QSpinBox>("lbxInterval")->setValue(intervalMs);
+        find<QCheckBox>("checkBox")->setChecked(true);
+    }
+    void removeAll()
+    {
+        auto *rows = find<QTableWidget>("tableWidget");
+        rows->setCurrentCell(0, WidgetDelegateCAN::Id);
+        while (rows->rowCount() > 0) {
+            press("btnRemove");
+        }
+    }
+    int rowsListed() const { return m_table.rowCount(); }
+
+private:
+    static void set(QTableWidget *rows, int row, int column, int value)
+    {
+        rows->model()->setItemData(rows->model()->index(row, column),
+                                   {{Qt::DisplayRole, QString::number(value)}, {Qt::UserRole, value}});
+    }
+    void list(const QVector<VCI_CAN_OBJ> &frames)
+    {
+        const QString now = QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz"));
+        QVector<FrameRecord> records;
+        records.reserve(frames.size());
+        for (const VCI_CAN_OBJ &frame : frames) {
+            records.append(FrameRecord::received(frame, now));
+        }
+        m_table.append(records, true);
+    }
+
+    CTableViewCAN m_table;
+    GUI_CanAdvancedOpearation m_dialog;
+};
+
+void benchEditing(BenchReport &report)
+{
+    const auto add = [&report](const char *what, const std::function<void()> &action) {
+        QElapsedTimer clock;
+        clock.start();
+        action();
+        report.add(QLatin1String(what), static_cast<double>(clock.nsecsElapsed()) / 1e6, QStringLiteral("ms"));
+    };
+    CANCommunication manager(std::make_unique<CANAPI>(QString()));
+    List list(manager);
+    add("1000 rows, added one by one and filled", [&list] { list.fill(1); });
+    add("1000 rows, unticked and ticked", [&list] {
+        list.press("btnInvert");
+        list.press("btnAllSelect");
+    });
+    add("1000 rows, removed one by one from the first on", [&list] { list.removeAll(); });
+}
+
+void addLosses(BenchReport &report, const QString &name, qint64 lost)
+{
+    report.add(name + QStringLiteral(", frames lost"), static_cast<double>(lost), QStringLiteral("frames"),
+               BenchReport::Target::AtMost, 0);
+}
+
+/// False when a frame was lost.
+bool benchList(BenchReport &report, int rate, int sends, int intervalMs)
+{
+    Traffic traffic(rate);
+    List list(traffic.manager());
+    list.fill(intervalMs);
+    if (traffic.manager().openChannel(channelParam()) != CAN_OK) {
+        qCritical("the channel cannot be opened");
+        return false;
+    }
+    runFor(WarmUpMs);
+    Transmissions::restart();
+    list.press("btnListSend");
+    runUntil([sends] { return Transmissions::intervals->count() >= sends; });
+    list.press("m_btnStop");
+    runFor(RestMs);
+    traffic.manager().closeChannel(Device, Channel);
+    runFor(RestMs);
+
+    const qint64 expected = traffic.received() + Transmissions::sent;
+    const qint64 lost = traffic.gaps() + Transmissions::refused + std::abs(expected - list.rowsListed());
+    const QString name = QStringLiteral("send list, %1 rows, %2 ms").arg(RowCount).arg(intervalMs);
+    addIntervals(report, name, *Transmissions::intervals, intervalMs, true);
+    report.add(name + QStringLiteral(", frames received"), static_cast<double>(traffic.received()),
+               QStringLiteral("frames"));
+    addLosses(report, name, lost);
+    return lost == 0;
+}
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    const QApplication application(argc, argv);
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    parser.addOptions({{QStringLiteral("sends"), QStringLiteral("Send N times at 1 ms (10000)."), QStringLiteral("N"),
+                        QStringLiteral("10000")},
+                       {QStringLiteral("rate"), QStringLiteral("Receive FRAMES per second (20000)."),
+                        QStringLiteral("FRAMES"), QStringLiteral("20000")},
+                       {QStringLiteral("json"), QStringLiteral("Write the figures to FILE."), QStringLiteral("FILE")}});
+    parser.process(application);
+    const int sends = std::max(100, parser.value(QStringLiteral("sends")).toInt());
+    const int rate = std::max(1, parser.value(QStringLiteral("rate")).toInt());
+
+    BenchReport report;
+    benchEditing(report);
+    bool isComplete = true;
+    for (const int intervalMs : {1, 5, 10, 20}) {
+        isComplete = benchList(report, rate, sends / intervalMs, intervalMs) && isComplete;
+    }
+    report.print();
+    return report.writeJson(parser.value(QStringLiteral("json"))) && isComplete ? 0 : 1;
+}
