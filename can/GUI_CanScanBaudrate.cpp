@@ -7,6 +7,7 @@
 #include "widgets/CNotice.h"
 
 #include <QColor>
+#include <QHeaderView>
 #include <QHideEvent>
 #include <QStandardItemModel>
 
@@ -22,6 +23,29 @@ constexpr QRgb EffectiveColour = 0xFF55B155;
 bool isFound(quint8 result)
 {
     return result == BaudrateScanReport::FoundNow || result == BaudrateScanReport::FoundBefore;
+}
+
+QStandardItem *channelItem(quint8 result)
+{
+    auto *item = new QStandardItem;
+    if (result == BaudrateScanReport::FoundNow) {
+        item->setText(GUI_CanScanBaudrate::tr("Effective baudrate"));
+        item->setForeground(QColor(EffectiveColour));
+    } else if (!isFound(result)) {
+        item->setText(GUI_CanScanBaudrate::tr("Invalid baudrate"));
+    }
+    return item;
+}
+
+/// For the tool tip; nothing for classic CAN. The scan tries more data rates than are on offer.
+QString dataRateText(quint8 dataRate)
+{
+    if (dataRate == 0) {
+        return {};
+    }
+    const QString name =
+        dataRate < canFDDataRates().size() ? canFDDataRates().at(dataRate).name : QStringLiteral("#%1").arg(dataRate);
+    return GUI_CanScanBaudrate::tr("CANFD baudrate: %1").arg(name);
 }
 } // namespace
 
@@ -41,8 +65,6 @@ public:
     void start();
     void stop();
     QString refusal(CANError error) const;
-    QStandardItem *channelItem(quint8 result) const;
-    QString dataRateText(quint8 dataRate) const;
 
     GUI_CanScanBaudrate *q;
     CANCommunication &communication;
@@ -134,29 +156,6 @@ QString GUI_CanScanBaudratePrivate::refusal(CANError error) const
                                                : GUI_CanScanBaudrate::tr("Device open failed");
 }
 
-QStandardItem *GUI_CanScanBaudratePrivate::channelItem(quint8 result) const
-{
-    auto *item = new QStandardItem;
-    if (result == BaudrateScanReport::FoundNow) {
-        item->setText(GUI_CanScanBaudrate::tr("Effective baudrate"));
-        item->setForeground(QColor(EffectiveColour));
-    } else if (!isFound(result)) {
-        item->setText(GUI_CanScanBaudrate::tr("Invalid baudrate"));
-    }
-    return item;
-}
-
-/// For the tool tip; nothing for classic CAN. The scan tries more data rates than are on offer.
-QString GUI_CanScanBaudratePrivate::dataRateText(quint8 dataRate) const
-{
-    if (dataRate == 0) {
-        return {};
-    }
-    const QString name =
-        dataRate < canFDDataRates().size() ? canFDDataRates().at(dataRate).name : QStringLiteral("#%1").arg(dataRate);
-    return GUI_CanScanBaudrate::tr("CANFD baudrate: %1").arg(name);
-}
-
 GUI_CanScanBaudrate::GUI_CanScanBaudrate(CANCommunication &communication, std::optional<quint8> device, QWidget *parent)
     : QDialog(parent)
     , m_p(std::make_unique<GUI_CanScanBaudratePrivate>(this, communication, device))
@@ -206,9 +205,9 @@ void GUI_CanScanBaudrate::slot_scanResultCallback(quint8 can1, quint8 can2, quin
     if (!m_p->isScanning || index >= canBaudrates().size()) {
         return;
     }
-    const QList<QStandardItem *> row{new QStandardItem(canBaudrates().at(index).name), m_p->channelItem(can1),
-                                     m_p->channelItem(can2)};
-    const QString dataRate = m_p->dataRateText(indexCANFDFre);
+    const QList<QStandardItem *> row{new QStandardItem(canBaudrates().at(index).name), channelItem(can1),
+                                     channelItem(can2)};
+    const QString dataRate = dataRateText(indexCANFDFre);
     for (QStandardItem *item : row) {
         item->setToolTip(dataRate);
         item->setTextAlignment(Qt::AlignCenter);
