@@ -202,6 +202,8 @@ void tst_CanAcceptanceFilter::codeAndMask_data()
     QTest::newRow("ext 0") << Ranges{one(0, Ext)} << 0U << 0x00000007U;
     QTest::newRow("ext highest") << Ranges{one(0x1FFFFFFF, Ext)} << 0xFFFFFFF8U << 0x00000007U;
     QTest::newRow("ext 18FF0000-18FFFFFF") << Ranges{{0x18FF0000, 0x18FFFFFF, Ext}} << 0xC7F80000U << 0x0007FFFFU;
+    QTest::newRow("ext 10000000-18000000") << Ranges{{0x10000000, 0x18000000, Ext}} << 0x80000000U << 0x7FFFFFFFU;
+    QTest::newRow("ext 00000-10000") << Ranges{{0, 0x10000, Ext}} << 0U << 0x000FFFFFU;
     QTest::newRow("ext all") << Ranges{{0, 0x1FFFFFFF, Ext}} << 0U << 0xFFFFFFFFU;
     // The extended identifier begins with the standard one: bits 31..21 agree, 20 and 15..0 are the standard frame's
     // remote bit and data, 19..16 are compared in extended frames alone.
@@ -232,6 +234,7 @@ void tst_CanAcceptanceFilter::addLists()
     QTest::newRow("ext") << Ranges{one(0x1ABCDEF0, Ext)};
     QTest::newRow("ext range") << Ranges{{0x18FF0000, 0x18FF00FF, Ext}};
     QTest::newRow("all ext") << Ranges{{0, 0x1FFFFFFF, Ext}};
+    QTest::newRow("ends that differ in one bit") << Ranges{{0x10000000, 0x18000000, Ext}};
     QTest::newRow("mixed") << Ranges{one(0x123, Std), one(0x048F1234, Ext)};
     QTest::newRow("mixed ranges") << Ranges{{0x100, 0x10F, Std}, {0x04000000, 0x0400FFFF, Ext}, one(0x1FFFFFFF, Ext)};
     QRandomGenerator random(20260101);
