@@ -947,9 +947,11 @@ void tst_GUI_CanDeviceParam::filterToolWritesCodeAndMask()
     DialogUnderTest test(communication);
     test.show();
     test.click("btn_filterTool");
+    const GUI_CanFilterTool *opened = test.tool();
+    QVERIFY(opened != nullptr);
+    QVERIFY(opened->isVisible());
+    QVERIFY(opened->isModal());
     QPointer<GUI_CanFilterTool> tool = test.tool();
-    QVERIFY(tool != nullptr);
-    QVERIFY(tool->isVisible() && tool->isModal());
     addRange(*tool, "123", "", false);
     QCOMPARE(test.text("lbx_accCode"), QStringLiteral("0x00000000"));
     press(*tool, "btn_ok");
