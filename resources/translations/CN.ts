@@ -635,6 +635,65 @@
     </message>
 </context>
 <context>
+    <name>GUI_CanScanBaudrate</name>
+    <message>
+        <source>Auto scan baudrate</source>
+        <translation>自动扫描波特率</translation>
+    </message>
+    <message>
+        <source>Scan</source>
+        <translation>扫描</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation>应用</translation>
+    </message>
+    <message>
+        <source>Baudrate</source>
+        <translation>波特率</translation>
+    </message>
+    <message>
+        <source>Channel</source>
+        <translation>通道</translation>
+    </message>
+    <message>
+        <source>Effective baudrate</source>
+        <translation>有效波特率</translation>
+    </message>
+    <message>
+        <source>Invalid baudrate</source>
+        <translation>无效波特率</translation>
+    </message>
+    <message>
+        <source>No devices</source>
+        <translation>没有可用的设备</translation>
+    </message>
+    <message>
+        <source>Another scan is running</source>
+        <translation>已有扫描正在进行</translation>
+    </message>
+    <message>
+        <source>Both CAN channels are in use</source>
+        <translation>两个CAN通道均已被占用</translation>
+    </message>
+    <message>
+        <source>Device open failed</source>
+        <translation>设备打开失败</translation>
+    </message>
+    <message>
+        <source>The scan was interrupted</source>
+        <translation>扫描已中断</translation>
+    </message>
+    <message>
+        <source>CANFD baudrate: %1</source>
+        <translation>CANFD波特率：%1</translation>
+    </message>
+</context>
+<context>
     <name>GUI_CanSendFile</name>
     <message>
         <source>File name</source>

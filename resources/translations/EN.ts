@@ -635,6 +635,65 @@
     </message>
 </context>
 <context>
+    <name>GUI_CanScanBaudrate</name>
+    <message>
+        <source>Auto scan baudrate</source>
+        <translation>Auto scan baudrate</translation>
+    </message>
+    <message>
+        <source>Scan</source>
+        <translation>Scan</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation>Apply</translation>
+    </message>
+    <message>
+        <source>Baudrate</source>
+        <translation>Baudrate</translation>
+    </message>
+    <message>
+        <source>Channel</source>
+        <translation>Channel</translation>
+    </message>
+    <message>
+        <source>Effective baudrate</source>
+        <translation>Effective baudrate</translation>
+    </message>
+    <message>
+        <source>Invalid baudrate</source>
+        <translation>Invalid baudrate</translation>
+    </message>
+    <message>
+        <source>No devices</source>
+        <translation>No devices</translation>
+    </message>
+    <message>
+        <source>Another scan is running</source>
+        <translation>Another scan is running</translation>
+    </message>
+    <message>
+        <source>Both CAN channels are in use</source>
+        <translation>Both CAN channels are in use</translation>
+    </message>
+    <message>
+        <source>Device open failed</source>
+        <translation>Device open failed</translation>
+    </message>
+    <message>
+        <source>The scan was interrupted</source>
+        <translation>The scan was interrupted</translation>
+    </message>
+    <message>
+        <source>CANFD baudrate: %1</source>
+        <translation>CANFD baudrate: %1</translation>
+    </message>
+</context>
+<context>
     <name>GUI_CanSendFile</name>
     <message>
         <source>File name</source>
