@@ -1,6 +1,7 @@
 #include "can/GUI_CanDeviceParam.h"
 
 #include "can/GUI_CanFilterTool.h"
+#include "can/GUI_CanScanBaudrate.h"
 #include "device/CANBaudrate.h"
 #include "device/CANCommunication.h"
 #include "ui_GUI_CanDeviceParam.h"
@@ -68,6 +69,7 @@ public:
     void fillChannels(Mode mode) const;
     void refillLists() const;
     QVector<quint8> chosenChannels() const;
+    std::optional<quint8> scanDevice() const;
     CanDeviceParam readEntries() const;
     QVector<QWidget *> entryWidgets() const;
     QVariantList entries() const;
@@ -126,6 +128,7 @@ void GUI_CanDeviceParamPrivate::connectSignals()
     }
     QObject::connect(ui.btn_setup, &QPushButton::clicked, q, &Dialog::slot_setupBtnClicked);
     QObject::connect(ui.btn_filterTool, &QPushButton::clicked, q, &Dialog::slot_filterToolBtnClicked);
+    QObject::connect(ui.btn_scan, &QPushButton::clicked, q, &Dialog::slot_scanBtnClicked);
     QObject::connect(ui.btn_ok, &QPushButton::clicked, q, &Dialog::accept);
     QObject::connect(ui.btn_cancel, &QPushButton::clicked, q, &Dialog::reject);
 }
@@ -218,6 +221,15 @@ QVector<quint8> GUI_CanDeviceParamPrivate::chosenChannels() const
         }
     }
     return channels;
+}
+
+/// The device chosen. When all channels are open none can be, and the scan of any device says what is the matter.
+std::optional<quint8> GUI_CanDeviceParamPrivate::scanDevice() const
+{
+    if (ui.cbx_index->count() > 0) {
+        return dataOf(ui.cbx_index);
+    }
+    return present.isEmpty() ? std::nullopt : std::optional<quint8>(present.constFirst().device);
 }
 
 CanDeviceParam GUI_CanDeviceParamPrivate::readEntries() const
@@ -354,6 +366,26 @@ void GUI_CanDeviceParam::slot_filterToolBtnClicked()
         m_p->ui.lbx_accMask->setText(acceptanceText(tool->filter().mask));
     });
     tool->open();
+}
+
+void GUI_CanDeviceParam::slot_scanBtnClicked()
+{
+    auto *scan = new GUI_CanScanBaudrate(m_p->communication, m_p->scanDevice(), this);
+    scan->setAttribute(Qt::WA_DeleteOnClose);
+    connect(scan, &GUI_CanScanBaudrate::sig_rateFound, this, &GUI_CanDeviceParam::slot_rateFound);
+    scan->open();
+}
+
+/// A rate that is not on offer leaves what is chosen.
+void GUI_CanDeviceParam::slot_rateFound(int index, int indexCANFDFre)
+{
+    if (index >= 0 && index < m_p->ui.cbx_baudrate->count()) {
+        m_p->ui.cbx_baudrate->setCurrentIndex(index);
+    }
+    const int entry = m_p->ui.cbx_baudrateCANFD->findData(indexCANFDFre);
+    if (entry >= 0) {
+        m_p->ui.cbx_baudrateCANFD->setCurrentIndex(entry);
+    }
 }
 
 /// What is no number becomes the number it counts as, so that the user sees it.

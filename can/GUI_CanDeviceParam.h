@@ -46,6 +46,8 @@ private slots:
     void slot_baudrateChanged();
     void slot_setupBtnClicked();
     void slot_filterToolBtnClicked();
+    void slot_scanBtnClicked();
+    void slot_rateFound(int index, int indexCANFDFre);
     void slot_completeEntries();
 
 private:

@@ -190,7 +190,7 @@ GUI_CanFilterTool::GUI_CanFilterTool(const QVector<CanIdRange> &ids, QWidget *pa
 
 GUI_CanFilterTool::~GUI_CanFilterTool() = default;
 
-const QVector<CanIdRange> &GUI_CanFilterTool::ids() const
+QVector<CanIdRange> GUI_CanFilterTool::ids() const
 {
     return m_p->ids;
 }

@@ -20,7 +20,7 @@ public:
     explicit GUI_CanFilterTool(const QVector<CanIdRange> &ids, QWidget *parent = nullptr);
     ~GUI_CanFilterTool() override;
 
-    const QVector<CanIdRange> &ids() const;
+    QVector<CanIdRange> ids() const;
     CanAcceptanceFilter filter() const;
 
 public slots:

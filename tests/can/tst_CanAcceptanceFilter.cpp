@@ -4,8 +4,8 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <array>
 #include <set>
-#include <string>
 
 using Ranges = QVector<CanIdRange>;
 Q_DECLARE_METATYPE(Ranges)
@@ -19,13 +19,22 @@ CanIdRange one(quint32 id, bool extended)
     return {id, id, extended};
 }
 
-std::string binary(quint32 number, int digits)
+/// 32 characters from bit 31 down: '0', '1', and '-' where there is no bit.
+using Picture = std::array<char, 32>;
+
+/// Writes the lowest bits of a number into a picture.
+void draw(Picture &picture, std::size_t place, quint32 number, unsigned bits)
 {
-    std::string text;
-    for (int bit = digits - 1; bit >= 0; --bit) {
-        text += ((number >> static_cast<unsigned>(bit)) & 1U) != 0 ? '1' : '0';
+    for (unsigned i = 0; i < bits; ++i) {
+        picture[place + i] = ((number >> (bits - 1 - i)) & 1U) != 0 ? '1' : '0';
     }
-    return text;
+}
+
+Picture pictureOf(quint32 number)
+{
+    Picture picture{};
+    draw(picture, 0, number, 32);
+    return picture;
 }
 
 struct Frame
@@ -36,22 +45,27 @@ struct Frame
     quint16 data; ///< the first two bytes
 };
 
-/// The frame as the 32 bits that the filter compares, from bit 31 down; '-' where it has none.
-std::string picture(const Frame &frame)
+Picture pictureOf(const Frame &frame)
 {
-    const std::string remote = frame.remote ? "1" : "0";
+    Picture picture{};
+    picture.fill('-');
     if (frame.extended) {
-        return binary(frame.id, 29) + remote + "--";
+        draw(picture, 0, frame.id, 29);
+        draw(picture, 29, frame.remote ? 1 : 0, 1);
+    } else {
+        draw(picture, 0, frame.id, 11);
+        draw(picture, 11, frame.remote ? 1 : 0, 1);
+        draw(picture, 16, frame.data, 16);
     }
-    return binary(frame.id, 11) + remote + "----" + binary(frame.data, 16);
+    return picture;
 }
 
 /// Written down from the data sheet, without a thought of the product's code: compares character by character.
 bool receives(const CanAcceptanceFilter &filter, const Frame &frame)
 {
-    const std::string code = binary(filter.code, 32);
-    const std::string mask = binary(filter.mask, 32);
-    const std::string bits = picture(frame);
+    const Picture code = pictureOf(filter.code);
+    const Picture mask = pictureOf(filter.mask);
+    const Picture bits = pictureOf(frame);
     for (std::size_t i = 0; i < bits.size(); ++i) {
         if (mask[i] == '0' && bits[i] != '-' && bits[i] != code[i]) {
             return false;
@@ -65,7 +79,7 @@ std::vector<Frame> framesWith(quint32 id, bool extended)
 {
     std::vector<Frame> frames;
     for (const bool remote : {false, true}) {
-        for (const unsigned data : {0x0000U, 0xFFFFU, 0x5555U, 0xAAAAU, 0x00FFU, 0xFF00U}) {
+        for (const unsigned data : {0x0000U, 0xFFFFU}) {
             frames.push_back({id, extended, remote, static_cast<quint16>(data)});
         }
     }
@@ -75,7 +89,7 @@ std::vector<Frame> framesWith(quint32 id, bool extended)
 /// Tries the frame that is likest the code and the one that is unlike it wherever it can be.
 CanPassage passageByTrying(const CanAcceptanceFilter &filter, quint32 id, bool extended)
 {
-    const std::string code = binary(filter.code, 32);
+    const Picture code = pictureOf(filter.code);
     const bool remote = code[extended ? 29 : 11] == '1';
     const auto data = static_cast<quint16>(filter.code & 0xFFFFU);
     if (!receives(filter, {id, extended, remote, data})) {
@@ -96,7 +110,7 @@ bool isListed(const Ranges &listed, quint32 id, bool extended)
 std::set<quint32> samples(const CanIdRange &range, QRandomGenerator &random)
 {
     std::set<quint32> ids{range.first, range.last};
-    for (quint32 id = range.first; id <= range.last && id - range.first < 300; ++id) {
+    for (quint32 id = range.first; id <= range.last && id - range.first < 40; ++id) {
         ids.insert(id);
     }
     for (unsigned bit = 0; bit < 29; ++bit) {
@@ -106,7 +120,7 @@ std::set<quint32> samples(const CanIdRange &range, QRandomGenerator &random)
             }
         }
     }
-    for (int i = 0; i < 50; ++i) {
+    for (int i = 0; i < 10; ++i) {
         ids.insert(range.first + static_cast<quint32>(random.bounded(static_cast<int>(range.last - range.first) + 1)));
     }
     return ids;
@@ -202,6 +216,8 @@ void tst_CanAcceptanceFilter::codeAndMask_data()
     QTest::newRow("ext 0") << Ranges{one(0, Ext)} << 0U << 0x00000007U;
     QTest::newRow("ext highest") << Ranges{one(0x1FFFFFFF, Ext)} << 0xFFFFFFF8U << 0x00000007U;
     QTest::newRow("ext 18FF0000-18FFFFFF") << Ranges{{0x18FF0000, 0x18FFFFFF, Ext}} << 0xC7F80000U << 0x0007FFFFU;
+    QTest::newRow("ext 10000000-18000000") << Ranges{{0x10000000, 0x18000000, Ext}} << 0x80000000U << 0x7FFFFFFFU;
+    QTest::newRow("ext 00000-10000") << Ranges{{0, 0x10000, Ext}} << 0U << 0x000FFFFFU;
     QTest::newRow("ext all") << Ranges{{0, 0x1FFFFFFF, Ext}} << 0U << 0xFFFFFFFFU;
     // The extended identifier begins with the standard one: bits 31..21 agree, 20 and 15..0 are the standard frame's
     // remote bit and data, 19..16 are compared in extended frames alone.
@@ -232,10 +248,11 @@ void tst_CanAcceptanceFilter::addLists()
     QTest::newRow("ext") << Ranges{one(0x1ABCDEF0, Ext)};
     QTest::newRow("ext range") << Ranges{{0x18FF0000, 0x18FF00FF, Ext}};
     QTest::newRow("all ext") << Ranges{{0, 0x1FFFFFFF, Ext}};
+    QTest::newRow("ends that differ in one bit") << Ranges{{0x10000000, 0x18000000, Ext}};
     QTest::newRow("mixed") << Ranges{one(0x123, Std), one(0x048F1234, Ext)};
     QTest::newRow("mixed ranges") << Ranges{{0x100, 0x10F, Std}, {0x04000000, 0x0400FFFF, Ext}, one(0x1FFFFFFF, Ext)};
     QRandomGenerator random(20260101);
-    for (int i = 0; i < 200; ++i) {
+    for (int i = 0; i < 100; ++i) {
         QTest::addRow("random %d", i) << randomRanges(random);
     }
 }

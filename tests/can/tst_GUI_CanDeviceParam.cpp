@@ -1,10 +1,12 @@
 #include "can/GUI_CanDeviceParam.h"
 #include "can/GUI_CanFilterTool.h"
+#include "can/GUI_CanScanBaudrate.h"
 #include "device/CANAPI.h"
 #include "device/CANBaudrate.h"
 #include "device/CANCommunication.h"
 #include "tests/support/AdapterFolder.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "widgets/CNotice.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -30,6 +32,12 @@ const QByteArray TwoDevices = R"({
   "buses": [{"name": "quiet", "bitrate": "500k", "nodes": []}],
   "devices": [{"serial": "A", "model": "X9FC-1", "can": [{"bus": "quiet"}, {"bus": "quiet"}], "lin": []},
               {"serial": "B", "model": "X9EC-1", "can": [], "lin": []}]
+})";
+
+const QByteArray BusyDevice = R"({
+  "buses": [{"name": "busy", "bitrate": "250k", "data_rate": 1,
+             "nodes": [{"id": "0x100", "format": "fd", "length": 8, "period_us": 2000}]}],
+  "devices": [{"model": "X9FC-1", "can": []}, {"model": "X9FC-2", "can": [{"bus": "busy"}, {"bus": "busy"}]}]
 })";
 
 /// A dialog on the virtual adapter, its widgets by name.
@@ -87,6 +95,7 @@ public:
         return dialog.result() == QDialog::Accepted ? dialog.deviceParam() : CanDeviceParam();
     }
     GUI_CanFilterTool *tool() const { return dialog.findChild<GUI_CanFilterTool *>(); }
+    GUI_CanScanBaudrate *scan() const { return dialog.findChild<GUI_CanScanBaudrate *>(); }
     void takeAll(Mode mode)
     {
         for (const quint8 device : {quint8(0), quint8(1)}) {
@@ -118,9 +127,9 @@ void addRange(const GUI_CanFilterTool &tool, const char *first, const char *last
     QTest::mouseClick(tool.findChild<QPushButton *>(QStringLiteral("btn_add")), Qt::LeftButton);
 }
 
-void press(const GUI_CanFilterTool &tool, const char *button)
+void press(const QDialog &dialog, const char *button)
 {
-    QTest::mouseClick(tool.findChild<QPushButton *>(QLatin1String(button)), Qt::LeftButton);
+    QTest::mouseClick(dialog.findChild<QPushButton *>(QLatin1String(button)), Qt::LeftButton);
 }
 
 /// Identifier with bit 31 for an extended one.
@@ -212,6 +221,13 @@ private slots:
     void filterToolShowsItsListAgain();
     void closesWithTheFilterToolOpen();
     void closesWithAFieldInFocus();
+    void scanOpensItsDialog();
+    void scanFindsTheRates();
+    void scanWithoutADevice();
+    void scanWhenAllChannelsAreOpen();
+    void rateFound_data();
+    void rateFound();
+    void closesWhileAScanRuns();
     void filterActsOnTheBus_data();
     void filterActsOnTheBus();
 };
@@ -947,9 +963,11 @@ void tst_GUI_CanDeviceParam::filterToolWritesCodeAndMask()
     DialogUnderTest test(communication);
     test.show();
     test.click("btn_filterTool");
+    const GUI_CanFilterTool *opened = test.tool();
+    QVERIFY(opened != nullptr);
+    QVERIFY(opened->isVisible());
+    QVERIFY(opened->isModal());
     QPointer<GUI_CanFilterTool> tool = test.tool();
-    QVERIFY(tool != nullptr);
-    QVERIFY(tool->isVisible() && tool->isModal());
     addRange(*tool, "123", "", false);
     QCOMPARE(test.text("lbx_accCode"), QStringLiteral("0x00000000"));
     press(*tool, "btn_ok");
@@ -1023,6 +1041,120 @@ void tst_GUI_CanDeviceParam::closesWithAFieldInFocus()
     QVERIFY(test.show());
     test.type("lbx_accMask", "0x");
     QVERIFY(test.line("lbx_accMask")->hasFocus());
+}
+
+void tst_GUI_CanDeviceParam::scanOpensItsDialog()
+{
+    const AdapterFolder folder(BusyDevice);
+    CANCommunication communication(virtualAdapter());
+    DialogUnderTest test(communication);
+    test.show();
+    test.click("btn_scan");
+    const GUI_CanScanBaudrate *opened = test.scan();
+    QVERIFY(opened != nullptr);
+    QVERIFY(opened->isVisible());
+    QVERIFY(opened->isModal());
+    QPointer<GUI_CanScanBaudrate> scan = test.scan();
+    press(*scan, "btn_apply");
+    QTRY_VERIFY(scan == nullptr);
+    QCOMPARE(test.combo("cbx_baudrate")->currentIndex(), 3);
+}
+
+// Device 1 is busy at 250 kbit/s with frames that nobody sees without the data rate.
+void tst_GUI_CanDeviceParam::scanFindsTheRates()
+{
+    const AdapterFolder folder(BusyDevice);
+    CANCommunication communication(virtualAdapter());
+    DialogUnderTest test(communication);
+    test.show();
+    test.choose("cbx_index", 1);
+    test.click("btn_scan");
+    press(*test.scan(), "btn_start");
+    QVERIFY(communication.isScanning());
+    QTRY_VERIFY_WITH_TIMEOUT(!communication.isScanning(), 20000);
+    QCOMPARE(test.combo("cbx_baudrate")->currentText(), QStringLiteral("250k bps"));
+    QCOMPARE(test.combo("cbx_baudrateCANFD")->currentText(), QStringLiteral("1M bps"));
+    QCOMPARE(test.text("lbx_time0"), QStringLiteral("01"));
+    press(*test.scan(), "btn_apply");
+    const CanDeviceParam param = test.accepted();
+    QCOMPARE(param.device, quint8(1));
+    QCOMPARE(param.timing0, quint8(0x01));
+    QCOMPARE(param.dataRateCANFD, quint8(1));
+    QVERIFY(!communication.isDeviceOpen(1));
+}
+
+void tst_GUI_CanDeviceParam::scanWithoutADevice()
+{
+    const AdapterFolder folder(NoDevices);
+    CANCommunication communication(virtualAdapter());
+    DialogUnderTest test(communication);
+    test.show();
+    test.click("btn_scan");
+    press(*test.scan(), "btn_start");
+    QCOMPARE(test.scan()->findChild<CNotice *>()->accessibleName(), QStringLiteral("No devices"));
+}
+
+void tst_GUI_CanDeviceParam::scanWhenAllChannelsAreOpen()
+{
+    const AdapterFolder folder(TwoDevices);
+    CANCommunication communication(virtualAdapter());
+    DialogUnderTest test(communication);
+    ChannelParam channel;
+    for (const quint8 index : {quint8(0), quint8(1)}) {
+        channel.channel = index;
+        QCOMPARE(communication.openChannel(channel), CAN_OK);
+    }
+    test.takeAll(Mode::CAN);
+    test.show();
+    test.click("btn_scan");
+    press(*test.scan(), "btn_start");
+    QVERIFY(!communication.isScanning());
+    QCOMPARE(test.scan()->findChild<CNotice *>()->accessibleName(), QStringLiteral("Both CAN channels are in use"));
+    QCOMPARE(communication.closeChannel(0, 0), CAN_OK);
+    QCOMPARE(communication.closeChannel(0, 1), CAN_OK);
+}
+
+void tst_GUI_CanDeviceParam::rateFound_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<int>("dataRate");
+    QTest::addColumn<int>("shownIndex");
+    QTest::addColumn<int>("shownDataRate");
+    QTest::newRow("both") << 9 << 4 << 9 << 4;
+    QTest::newRow("classic") << 1 << 0 << 1 << 0;
+    QTest::newRow("data rate not on offer") << 5 << 5 << 5 << 2;
+    QTest::newRow("rate not on offer") << 11 << 1 << 3 << 1;
+    QTest::newRow("below") << -1 << -1 << 3 << 2;
+}
+
+void tst_GUI_CanDeviceParam::rateFound()
+{
+    QFETCH(int, index);
+    QFETCH(int, dataRate);
+    const AdapterFolder folder(TwoDevices);
+    CANCommunication communication(virtualAdapter());
+    DialogUnderTest test(communication);
+    test.show();
+    test.choose("cbx_baudrateCANFD", 2);
+    test.click("btn_scan");
+    emit test.scan()->sig_rateFound(index, dataRate);
+    QTEST(test.combo("cbx_baudrate")->currentIndex(), "shownIndex");
+    QTEST(test.combo("cbx_baudrateCANFD")->currentIndex(), "shownDataRate");
+}
+
+void tst_GUI_CanDeviceParam::closesWhileAScanRuns()
+{
+    const AdapterFolder folder(TwoDevices);
+    CANCommunication communication(virtualAdapter());
+    {
+        DialogUnderTest test(communication);
+        test.show();
+        test.click("btn_scan");
+        press(*test.scan(), "btn_start");
+        QVERIFY(communication.isScanning());
+    }
+    QVERIFY(!communication.isScanning());
+    QVERIFY(!communication.isDeviceOpen(0));
 }
 
 void tst_GUI_CanDeviceParam::filterActsOnTheBus_data()
