@@ -12,10 +12,19 @@
 #include <QWindow>
 
 #include <optional>
+#include <vector>
 
 namespace {
 constexpr int NoticeMs = 1000;
 constexpr int FirstTickMs = 1;
+
+/// The copies of a row for one transmit call.
+struct Batch
+{
+    std::optional<std::size_t> row; ///< of the list that runs
+    std::vector<VCI_CAN_OBJ> frames;
+    std::vector<VCI_CANFD_OBJ> fdFrames; ///< instead, on a CAN FD channel
+};
 } // namespace
 
 class GUI_CanAdvancedOpearationPrivate
@@ -49,10 +58,8 @@ public:
     CNotice *notice = nullptr; ///< a child of the dialog
     SendList list;
     TickTimer timer;
-    std::optional<std::size_t> batchRow; ///< row of the list that the batch in use is made of
-    std::vector<VCI_CAN_OBJ> batch;      ///< on a classic channel
-    std::vector<VCI_CANFD_OBJ> fdBatch;  ///< on a CAN FD channel
-    bool isAllowed = true;               ///< the tab lets the dialog send
+    Batch batch;
+    bool isAllowed = true; ///< the tab lets the dialog send
 };
 
 void GUI_CanAdvancedOpearationPrivate::fillTexts()
@@ -109,9 +116,7 @@ void GUI_CanAdvancedOpearationPrivate::end()
 {
     timer.stop();
     list.stop();
-    batchRow.reset();
-    batch = {};
-    fdBatch = {};
+    batch = Batch();
     updateControls();
     emit q->sig_sendStateChanged(true);
 }
@@ -120,18 +125,18 @@ void GUI_CanAdvancedOpearationPrivate::end()
 bool GUI_CanAdvancedOpearationPrivate::transmitCurrent()
 {
     const DataModel &row = list.current();
-    const bool isNew = batchRow != list.currentIndex();
-    batchRow = list.currentIndex();
+    const bool isNew = batch.row != list.currentIndex();
+    batch.row = list.currentIndex();
     if (isCANFD) {
         if (isNew) {
-            fdBatch.assign(row.frameCount, toCanFdRecord(row.frame));
+            batch.fdFrames.assign(row.frameCount, toCanFdRecord(row.frame));
         }
-        return communication.transmitCANFD(devInd, canInd, fdBatch.data(), row.frameCount) == CAN_OK;
+        return communication.transmitCANFD(devInd, canInd, batch.fdFrames.data(), row.frameCount) == CAN_OK;
     }
     if (isNew) {
-        batch.assign(row.frameCount, row.frame);
+        batch.frames.assign(row.frameCount, row.frame);
     }
-    return communication.transmit(devInd, canInd, batch.data(), row.frameCount) == CAN_OK;
+    return communication.transmit(devInd, canInd, batch.frames.data(), row.frameCount) == CAN_OK;
 }
 
 void GUI_CanAdvancedOpearationPrivate::print(const DataModel &row, bool accepted) const

@@ -140,7 +140,7 @@ bool SendListTable::focusNextPrevChild(bool next)
 
 void SendListTable::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Space && state() != EditingState && currentRow() >= 0) {
+    if (event->key() == Qt::Key_Space && currentRow() >= 0) {
         toggleTick(currentRow());
         return;
     }

@@ -308,6 +308,7 @@ private slots:
     void switchedByTheTabWhileSending();
     void modeSwitchesRepetition();
     void worksOnCopies();
+    void takesTheRowsAnew();
     void tableIsNotChangedBySending();
     void stops();
     void stoppedByAListener();
@@ -1123,6 +1124,19 @@ void tst_GUI_CanAdvancedOpearation::worksOnCopies()
     QTRY_VERIFY(lister.isIdle());
     lister.hasSent(0);
     QCOMPARE(idsOf(lister.sent), QVector<quint32>{0xC});
+}
+
+void tst_GUI_CanAdvancedOpearation::takesTheRowsAnew()
+{
+    Lister lister;
+    lister.addFrame(0xA, 2);
+    lister.click("btnListSend");
+    QTRY_VERIFY(lister.hasSent(2) && lister.isIdle());
+    lister.set(0, Column::Id, 0xB, 16);
+    lister.set(0, Column::FrameCount, 2);
+    lister.click("btnListSend");
+    QTRY_VERIFY(lister.hasSent(6) && lister.isIdle());
+    QCOMPARE(idsOf(lister.sent), (QVector<quint32>{0xA, 0xA, 0xB, 0xB, 0xB, 0xB}));
 }
 
 void tst_GUI_CanAdvancedOpearation::tableIsNotChangedBySending()
