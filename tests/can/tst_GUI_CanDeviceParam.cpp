@@ -138,6 +138,24 @@ quint32 idWord(const VCI_CAN_OBJ &frame)
     return frame.ID | (frame.ExternFlag != 0 ? 0x80000000U : 0U);
 }
 
+/// What a channel receives.
+struct Receiver
+{
+    quint8 channel;
+    QSet<quint32> ids = {};
+    bool isMarked = false;
+
+    void take(quint8 canInd, const QVector<VCI_CAN_OBJ> &frames)
+    {
+        for (const VCI_CAN_OBJ &frame : frames) {
+            if (canInd == channel) {
+                ids.insert(idWord(frame));
+                isMarked = isMarked || frame.Data[7] == Mark;
+            }
+        }
+    }
+};
+
 bool isListed(const QVector<CanIdRange> &listed, const VCI_CAN_OBJ &frame)
 {
     return std::any_of(listed.begin(), listed.end(), [&frame](const CanIdRange &range) {
@@ -1190,18 +1208,10 @@ void tst_GUI_CanDeviceParam::filterActsOnTheBus()
     QCOMPARE(receiver.AccMask, filter.mask);
     ChannelParam sender = receiver;
     sender.channel = 1;
-    QSet<quint32> received;
-    bool isMarkReceived = false;
-    const auto onFrames = [&](quint8, quint8 canInd, const QVector<VCI_CAN_OBJ> &frames) {
-        for (const VCI_CAN_OBJ &frame : frames) {
-            if (canInd == receiver.channel) {
-                received.insert(idWord(frame));
-                isMarkReceived = isMarkReceived || frame.Data[7] == Mark;
-            }
-        }
-    };
+    Receiver received{receiver.channel};
     QObject context;
-    connect(&communication, &CANCommunication::sig_readResultCallback, &context, onFrames);
+    connect(&communication, &CANCommunication::sig_readResultCallback, &context,
+            [&received](quint8, quint8 canInd, const QVector<VCI_CAN_OBJ> &frames) { received.take(canInd, frames); });
     QCOMPARE(communication.openChannel(receiver), CAN_OK);
     QCOMPARE(communication.openChannel(sender), CAN_OK);
 
@@ -1227,9 +1237,9 @@ void tst_GUI_CanDeviceParam::filterActsOnTheBus()
     frames.back().Data[7] = Mark;
     QCOMPARE(communication.transmit(sender.device, sender.channel, frames.data(), static_cast<quint32>(frames.size())),
              CAN_OK);
-    QTRY_VERIFY(isMarkReceived);
-    QCOMPARE(passing - received, QSet<quint32>());
-    QCOMPARE(received - passing - sometimes, QSet<quint32>());
+    QTRY_VERIFY(received.isMarked);
+    QCOMPARE(passing - received.ids, QSet<quint32>());
+    QCOMPARE(received.ids - passing - sometimes, QSet<quint32>());
     QCOMPARE(communication.closeChannel(receiver.device, receiver.channel), CAN_OK);
     QCOMPARE(communication.closeChannel(sender.device, sender.channel), CAN_OK);
 }
