@@ -148,7 +148,6 @@ void GUI_CanDeviceParamPrivate::showPage(bool isLINPage)
     ui.widget_CAN->setVisible(!isLIN);
     ui.widget_LIN->setVisible(isLIN);
     ui.btn_setup->setText(isLIN ? GUI_CanDeviceParam::tr("CAN setup") : GUI_CanDeviceParam::tr("LIN setup"));
-    ui.btn_ok->setEnabled(page(shownMode()).channel->count() > 0);
 }
 
 QVector<quint8> GUI_CanDeviceParamPrivate::freeChannels(Mode mode, const DevicePresence &device) const
@@ -208,7 +207,6 @@ void GUI_CanDeviceParamPrivate::refillLists() const
     fillDevices(Mode::CAN);
     fillDevices(Mode::LIN);
     setEntries(kept);
-    ui.btn_ok->setEnabled(page(shownMode()).channel->count() > 0);
 }
 
 QVector<quint8> GUI_CanDeviceParamPrivate::chosenChannels() const

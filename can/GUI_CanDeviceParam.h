@@ -13,7 +13,7 @@ class GUI_CanDeviceParamPrivate;
 /// Asks which channels of which device to open, and how. One dialog serves the whole run of the program:
 /// - Each time it is shown, it looks once for devices (CANCommunication::presentDevices(), which takes as long as the
 ///   adapters take to answer) and offers the channels that no tab holds open. When there is none for the page shown,
-///   the page says why and OK is disabled.
+///   the page says why, and OK gives no channels.
 /// - It shows what was last accepted; after Cancel nothing of what was changed meanwhile is left, but for the list of
 ///   the filter tool, which keeps what was last accepted there.
 class GUI_CanDeviceParam : public QDialog
