@@ -48,3 +48,35 @@ QString adapterLibraryProblem(const CANAPI &api)
     }
     return {};
 }
+
+QString channelOpenProblem(CANError error, const ChannelParam &param)
+{
+    const auto fill = [&param](const QString &text) {
+        return text.arg(param.device).arg(param.channel);
+    };
+    switch (error) {
+    case CAN_DeviceOpenFailed:
+        return tr(QT_TRANSLATE_NOOP("AdapterProblem", "Device %1 could not be opened.\n"
+                                                      "Check that it is plugged in and not used by another program."))
+            .arg(param.device);
+    case CAN_DeviceNotSupport:
+        return tr(QT_TRANSLATE_NOOP("AdapterProblem", "Device %1 does not offer CAN FD.\n"
+                                                      "Open it without a CAN FD bit rate."))
+            .arg(param.device);
+    case CAN_ChannelExists:
+        return fill(tr(QT_TRANSLATE_NOOP("AdapterProblem", "Device %1, channel %2 is open already.")));
+    case CAN_ChannelOpenFailed:
+        return fill(tr(QT_TRANSLATE_NOOP("AdapterProblem", "Device %1 refused to open channel %2.\n"
+                                                           "Check the bit rate and the other parameters.")));
+    case CAN_OK:
+    case CAN_DeviceExists:
+    case CAN_DeviceNotExists:
+    case CAN_ChannelNotExists:
+    case CAN_SendFailed:
+    case CAN_ReadFailed:
+    case CAN_GatewayOperationFailed:
+    case CAN_Unknown:
+        break; // no answers to opening
+    }
+    return fill(tr(QT_TRANSLATE_NOOP("AdapterProblem", "Device %1, channel %2 could not be opened.")));
+}

@@ -1,8 +1,14 @@
 #pragma once
 
+#include "device/CANError.h"
+#include "device/ChannelParam.h"
+
 #include <QString>
 
 class CANAPI;
 
 /// In the user's language: why the adapter library cannot be used and what to do about it. Empty when it can.
 QString adapterLibraryProblem(const CANAPI &api);
+
+/// In the user's language: why a channel could not be opened. error is what opening it answered, anything but CAN_OK.
+QString channelOpenProblem(CANError error, const ChannelParam &param);

@@ -2,6 +2,7 @@
 
 #include "app/AdapterProblem.h"
 #include "can/GUI_CanDevice.h"
+#include "can/GUI_CanDeviceParam.h"
 #include "device/CANCommunication.h"
 #include "ui_GUI_CanView.h"
 #include "widgets/CMessageBox.h"
@@ -23,19 +24,6 @@ constexpr int MessageCritical = 4;
 constexpr int MaxOpenMessages = 5;
 constexpr int OpenDelayMs = 200;
 constexpr const char *MessageText = "messageText"; ///< a message's text without what was added later
-
-/// Device 0, channel ch, 500 kbit/s, every frame accepted.
-ChannelParam firstDeviceChannel(quint8 ch)
-{
-    ChannelParam param;
-    param.channel = ch;
-    param.Filter = 1;
-    param.Timing0 = 0x00;
-    param.Timing1 = 0x1C;
-    param.AccCode = 0;
-    param.AccMask = 0xFFFFFFFF;
-    return param;
-}
 
 CMessageBox::Icon iconOf(int type)
 {
@@ -65,6 +53,7 @@ public:
 
     void buildToolBar();
     bool openTab(const ChannelParam &param);
+    void addTab(GUI_CanDevice *tab);
     QList<CMessageBox *> openMessages() const;
     void openMessage(const QString &text, CMessageBox::Icon icon);
 
@@ -72,7 +61,8 @@ public:
     std::unique_ptr<CANCommunication> communication;
     Ui::GUI_CanView ui;
     CNotice *notice = nullptr;
-    int unshownMessages = 0; ///< since the newest open message was opened
+    GUI_CanDeviceParam *deviceParam = nullptr; ///< a child of the window; keeps what was chosen last
+    int unshownMessages = 0;                   ///< since the newest open message was opened
 };
 
 void GUI_CanViewPrivate::buildToolBar()
@@ -93,11 +83,19 @@ void GUI_CanViewPrivate::buildToolBar()
 bool GUI_CanViewPrivate::openTab(const ChannelParam &param)
 {
     auto tab = std::make_unique<GUI_CanDevice>(param, *communication, q);
-    if (!tab->isChannelOpen()) {
+    if (tab->openResult() != CAN_OK) {
+        q->slot_showMessageBox(channelOpenProblem(tab->openResult(), param), MessageCritical);
         return false;
     }
-    QObject::connect(tab.get(), &WidgetDeviceBase::sig_showMessageBox, q, &GUI_CanView::slot_showMessageBox);
-    QObject::connect(tab.get(), &WidgetDeviceBase::sig_showNotice, q, &GUI_CanView::slot_showNotice);
+    addTab(tab.release());
+    return true;
+}
+
+void GUI_CanViewPrivate::addTab(GUI_CanDevice *tab)
+{
+    QObject::connect(tab, &WidgetDeviceBase::sig_showMessageBox, q, &GUI_CanView::slot_showMessageBox);
+    QObject::connect(tab, &WidgetDeviceBase::sig_showNotice, q, &GUI_CanView::slot_showNotice);
+    const ChannelParam &param = tab->channelParam();
     const QString protocol = param.isCANFD ? QStringLiteral("CANFD") : QStringLiteral("CAN");
     const QString title = QStringLiteral("%1 %2: %3 %4: %5")
                               .arg(protocol, GUI_CanView::tr("Device"))
@@ -105,8 +103,8 @@ bool GUI_CanViewPrivate::openTab(const ChannelParam &param)
                               .arg(GUI_CanView::tr("Channel"))
                               .arg(param.channel);
     tab->setObjectName(title); // its dialogs are titled with it
-    ui.tabWidget->setCurrentIndex(ui.tabWidget->addTab(tab.release(), title));
-    return true;
+    ui.tabWidget->setCurrentIndex(ui.tabWidget->addTab(tab, title));
+    deviceParam->append(GUI_CanDeviceParam::Mode::CAN, param.device, param.channel);
 }
 
 /// The newest last.
@@ -154,6 +152,8 @@ GUI_CanView::GUI_CanView(std::unique_ptr<CANCommunication> communication, QWidge
     m_p->ui.setupUi(this);
     m_p->buildToolBar();
     m_p->notice = new CNotice(this);
+    m_p->deviceParam = new GUI_CanDeviceParam(*m_p->communication, this);
+    connect(m_p->deviceParam, &QDialog::accepted, this, &GUI_CanView::slot_openChosenChannels);
     setWindowTitle(QStringLiteral("X9CAN V") + QStringLiteral(X9_VERSION));
     connect(m_p->ui.tabWidget, &QTabWidget::tabCloseRequested, this, &GUI_CanView::slot_closeTabRequest);
     QTimer::singleShot(OpenDelayMs, this, &GUI_CanView::slot_openCanDevice);
@@ -167,16 +167,26 @@ GUI_CanView::~GUI_CanView()
 
 void GUI_CanView::slot_openCanDevice()
 {
-    const bool isFirstOpen = m_p->openTab(firstDeviceChannel(0));
-    const bool isSecondOpen = m_p->openTab(firstDeviceChannel(1));
-    if (isFirstOpen || isSecondOpen) {
-        slot_showNotice(tr("Devices is open"), CNotice::Done, NoticeMs);
-        return;
-    }
-    slot_showNotice(tr("No devices!!!"), CNotice::Failure, NoticeMs);
+    m_p->deviceParam->open();
     const QString problem = adapterLibraryProblem(m_p->communication->api());
     if (!problem.isEmpty()) {
         slot_showMessageBox(problem, MessageCritical);
+    }
+}
+
+void GUI_CanView::slot_openChosenChannels()
+{
+    const CanDeviceParam &chosen = m_p->deviceParam->deviceParam();
+    bool isAnyOpen = false;
+    if (chosen.isLIN == 0) {
+        for (const ChannelParam &param : channelParams(chosen)) {
+            isAnyOpen |= m_p->openTab(param);
+        }
+    }
+    if (isAnyOpen) {
+        slot_showNotice(tr("Devices is open"), CNotice::Done, NoticeMs);
+    } else {
+        slot_showNotice(tr("No devices!!!"), CNotice::Failure, NoticeMs);
     }
 }
 
@@ -190,7 +200,11 @@ void GUI_CanView::slot_closeCanDevice()
 
 void GUI_CanView::slot_closeTabRequest(int index)
 {
-    QWidget *tab = m_p->ui.tabWidget->widget(index);
+    auto *tab = qobject_cast<WidgetDeviceBase *>(m_p->ui.tabWidget->widget(index));
+    if (tab == nullptr) {
+        return;
+    }
+    m_p->deviceParam->remove(GUI_CanDeviceParam::Mode::CAN, tab->channelParam().device, tab->channelParam().channel);
     m_p->ui.tabWidget->removeTab(index);
     tab->deleteLater();
 }

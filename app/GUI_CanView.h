@@ -18,7 +18,7 @@ public:
     ~GUI_CanView() override;
 
 public slots:
-    /// Opens both CAN channels of device 0 at 500 kbit/s, each in a tab.
+    /// Asks which channels to open, and how; each one that opens gets a tab. Does not wait for the answer.
     void slot_openCanDevice();
     void slot_closeCanDevice();
     void slot_closeTabRequest(int index);
@@ -28,6 +28,9 @@ public slots:
     void slot_showMessageBox(const QString &text, int type);
     /// Types: 0 done, 1 warning, 2 question, 3 failure, 4 about, any other shows nothing. delayms as in CNotice.
     void slot_showNotice(const QString &text, int type, int delayms);
+
+private slots:
+    void slot_openChosenChannels();
 
 private:
     std::unique_ptr<GUI_CanViewPrivate> m_p;

@@ -1,13 +1,14 @@
 // bench_pacing [--sends N] [--rate FRAMES] [--json FILE]
 //
-// The pace of sending while so many frames per second (20,000) arrive from the virtual adapter in a table on screen:
-// the intervals between N sends (10,000) at 1 ms, fewer at longer intervals. The send list: 1000 rows in order mode,
-// its sends printed to the same table. Before it, how long adding, ticking and removing 1000 rows takes. Ends with 1
-// when a frame was lost, doubled or refused.
+// The pace of sending from a CAN tab on screen while so many frames per second (20,000) arrive in its table from the
+// virtual adapter: the intervals between N sends (10,000) at 1 ms, fewer at longer intervals. First of a single frame
+// with increasing data, then of a send list of 1000 rows in order mode that is printed to the table. Before it, how
+// long adding, ticking and removing 1000 rows takes. Ends with 1 when a frame was lost, doubled or refused.
 
 #include "bench/BenchReport.h"
 #include "bench/Intervals.h"
 
+#include "can/GUI_CanDevice.h"
 #include "capture/CTableViewCAN.h"
 #include "capture/GUI_CanAdvancedOpearation.h"
 #include "capture/WidgetDelegateCAN.h"
@@ -23,6 +24,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTableWidget>
@@ -30,7 +32,9 @@
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 #include <memory>
+#include <vector>
 
 namespace {
 constexpr int RowCount = 1000;
@@ -144,30 +148,22 @@ void runFor(int ms)
     runUntil([&clock, ms] { return clock.elapsed() >= ms; });
 }
 
-/// The send list's dialog beside a table on screen, operated as a user does.
-class List
+/// A tab on screen and its send list, operated as a user does.
+class Workbench
 {
 public:
-    explicit List(CANCommunication &manager)
-        : m_dialog(manager, Device, Channel, false)
+    explicit Workbench(CANCommunication &manager)
+        : m_tab(channelParam(), manager)
     {
-        m_table.resize(1000, 500);
-        m_table.setAutoScroll(true);
-        m_table.show();
-        m_dialog.show();
-        QObject::connect(&manager, &CANCommunication::sig_readResultCallback, &m_table,
-                         [this](quint8, quint8, const QVector<VCI_CAN_OBJ> &frames) { list(frames); });
-        QObject::connect(&m_dialog, &GUI_CanAdvancedOpearation::sig_addTableItems, &m_table,
-                         [this](const QVector<FrameRecord> &records) { m_table.append(records); });
+        m_tab.resize(1000, 600);
+        m_tab.show();
     }
 
-    template<typename Widget>
-    Widget *find(const char *name)
-    {
-        return m_dialog.findChild<Widget *>(QLatin1String(name));
-    }
-    void press(const char *name) { find<QPushButton>(name)->click(); }
-    void fill(int intervalMs)
+    bool isOpen() const { return m_tab.isChannelOpen(); }
+    void press(const char *name) { find<QAbstractButton>(name)->click(); }
+    void type(const char *name, int number) { find<QLineEdit>(name)->setText(QString::number(number)); }
+    void openList() { press("btn_advancedOperation"); }
+    void fillList(int intervalMs)
     {
         auto *rows = find<QTableWidget>("tableWidget");
         for (int row = 0; row < RowCount; ++row) {
@@ -182,7 +178,7 @@ public:
         find<QSpinBox>("lbxInterval")->setValue(intervalMs);
         find<QCheckBox>("checkBox")->setChecked(true);
     }
-    void removeAll()
+    void emptyList()
     {
         auto *rows = find<QTableWidget>("tableWidget");
         rows->setCurrentCell(0, WidgetDelegateCAN::Id);
@@ -190,27 +186,22 @@ public:
             press("btnRemove");
         }
     }
-    int rowsListed() const { return m_table.rowCount(); }
+    int rowsListed() const { return m_tab.findChild<CTableViewCAN *>()->rowCount(); }
 
 private:
+    /// The list's dialog is a child of the tab.
+    template<typename Widget>
+    Widget *find(const char *name)
+    {
+        return m_tab.findChild<Widget *>(QLatin1String(name));
+    }
     static void set(QTableWidget *rows, int row, int column, int value)
     {
         rows->model()->setItemData(rows->model()->index(row, column),
                                    {{Qt::DisplayRole, QString::number(value)}, {Qt::UserRole, value}});
     }
-    void list(const QVector<VCI_CAN_OBJ> &frames)
-    {
-        const QString now = QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz"));
-        QVector<FrameRecord> records;
-        records.reserve(frames.size());
-        for (const VCI_CAN_OBJ &frame : frames) {
-            records.append(FrameRecord::received(frame, now));
-        }
-        m_table.append(records, true);
-    }
 
-    CTableViewCAN m_table;
-    GUI_CanAdvancedOpearation m_dialog;
+    GUI_CanDevice m_tab;
 };
 
 void benchEditing(BenchReport &report)
@@ -222,13 +213,14 @@ void benchEditing(BenchReport &report)
         report.add(QLatin1String(what), static_cast<double>(clock.nsecsElapsed()) / 1e6, QStringLiteral("ms"));
     };
     CANCommunication manager(std::make_unique<CANAPI>(QString()));
-    List list(manager);
-    add("1000 rows, added one by one and filled", [&list] { list.fill(1); });
-    add("1000 rows, unticked and ticked", [&list] {
-        list.press("btnInvert");
-        list.press("btnAllSelect");
+    Workbench bench(manager);
+    bench.openList();
+    add("1000 rows, added one by one and filled", [&bench] { bench.fillList(1); });
+    add("1000 rows, unticked and ticked", [&bench] {
+        bench.press("btnInvert");
+        bench.press("btnAllSelect");
     });
-    add("1000 rows, removed one by one from the first on", [&list] { list.removeAll(); });
+    add("1000 rows, removed one by one from the first on", [&bench] { bench.emptyList(); });
 }
 
 void addLosses(BenchReport &report, const QString &name, qint64 lost)
@@ -237,28 +229,52 @@ void addLosses(BenchReport &report, const QString &name, qint64 lost)
                BenchReport::Target::AtMost, 0);
 }
 
+/// What is sent, and how it is started and stopped.
+struct Scenario
+{
+    QString name;
+    std::function<void(Workbench &, int intervalMs)> prepare;
+    const char *startButton;
+    const char *stopButton;
+};
+
+std::vector<Scenario> scenarios()
+{
+    const auto prepareFrame = [](Workbench &bench, int intervalMs) {
+        bench.type("lbx_frameOfSend", std::numeric_limits<int>::max());
+        bench.type("lbx_sendingCycle", intervalMs);
+        bench.press("chbx_dataIncrease");
+    };
+    const auto prepareList = [](Workbench &bench, int intervalMs) {
+        bench.openList();
+        bench.fillList(intervalMs);
+    };
+    return {{QStringLiteral("single frame"), prepareFrame, "btn_sendData", "btn_stopSending"},
+            {QStringLiteral("send list, %1 rows").arg(RowCount), prepareList, "btnListSend", "m_btnStop"}};
+}
+
 /// False when a frame was lost.
-bool benchList(BenchReport &report, int rate, int sends, int intervalMs)
+bool benchPace(BenchReport &report, const Scenario &scenario, int rate, int sends, int intervalMs)
 {
     Traffic traffic(rate);
-    List list(traffic.manager());
-    list.fill(intervalMs);
-    if (traffic.manager().openChannel(channelParam()) != CAN_OK) {
+    Workbench bench(traffic.manager());
+    if (!bench.isOpen()) {
         qCritical("the channel cannot be opened");
         return false;
     }
+    scenario.prepare(bench, intervalMs);
     runFor(WarmUpMs);
     Transmissions::restart();
-    list.press("btnListSend");
+    bench.press(scenario.startButton);
     runUntil([sends] { return Transmissions::intervals->count() >= sends; });
-    list.press("m_btnStop");
+    bench.press(scenario.stopButton);
     runFor(RestMs);
     traffic.manager().closeChannel(Device, Channel);
     runFor(RestMs);
 
     const qint64 expected = traffic.received() + Transmissions::sent;
-    const qint64 lost = traffic.gaps() + Transmissions::refused + std::abs(expected - list.rowsListed());
-    const QString name = QStringLiteral("send list, %1 rows, %2 ms").arg(RowCount).arg(intervalMs);
+    const qint64 lost = traffic.gaps() + Transmissions::refused + std::abs(expected - bench.rowsListed());
+    const QString name = QStringLiteral("%1, %2 ms").arg(scenario.name).arg(intervalMs);
     addIntervals(report, name, *Transmissions::intervals, intervalMs, true);
     report.add(name + QStringLiteral(", frames received"), static_cast<double>(traffic.received()),
                QStringLiteral("frames"));
@@ -287,8 +303,10 @@ int main(int argc, char *argv[])
     BenchReport report;
     benchEditing(report);
     bool isComplete = true;
-    for (const int intervalMs : {1, 5, 10, 20}) {
-        isComplete = benchList(report, rate, sends / intervalMs, intervalMs) && isComplete;
+    for (const Scenario &scenario : scenarios()) {
+        for (const int intervalMs : {1, 5, 10, 20}) {
+            isComplete = benchPace(report, scenario, rate, sends / intervalMs, intervalMs) && isComplete;
+        }
     }
     report.print();
     return report.writeJson(parser.value(QStringLiteral("json"))) && isComplete ? 0 : 1;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 
 namespace {
 constexpr quint32 StandardIdMax = 0x7FF;
@@ -26,11 +27,16 @@ quint8 copyPayload(const QByteArray &data, std::uint8_t *target, std::size_t cap
 }
 } // namespace
 
+quint32 frameIdMax(bool extended)
+{
+    return extended ? ExtendedIdMax : StandardIdMax;
+}
+
 std::optional<quint32> frameIdFromText(const QString &text, bool extended)
 {
     bool isNumber = false;
     const quint64 id = withoutBlanks(text).left(NumberCharactersMax).toULongLong(&isNumber, 16);
-    if (!isNumber || id > (extended ? ExtendedIdMax : StandardIdMax)) {
+    if (!isNumber || id > frameIdMax(extended)) {
         return std::nullopt;
     }
     return static_cast<quint32>(id);
@@ -40,11 +46,24 @@ QString correctedFrameIdText(const QString &text, bool extended)
 {
     QString digits = withoutBlanks(text);
     const int digitsMax = extended ? ExtendedIdDigits : StandardIdDigits;
-    const quint32 idMax = extended ? ExtendedIdMax : StandardIdMax;
+    const quint32 idMax = frameIdMax(extended);
     if (digits.size() > digitsMax || digits.toULongLong(nullptr, 16) > idMax) {
         return QString::number(idMax, 16).toUpper();
     }
     return digits;
+}
+
+std::optional<quint32> countFromText(const QString &text)
+{
+    const bool isNumber = !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar character) {
+        return character >= QLatin1Char('0') && character <= QLatin1Char('9');
+    });
+    if (!isNumber) {
+        return std::nullopt;
+    }
+    bool fits = false;
+    const quint32 count = text.toUInt(&fits);
+    return fits ? count : std::numeric_limits<quint32>::max();
 }
 
 QVector<int> payloadLengths(bool isCANFD)

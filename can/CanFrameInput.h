@@ -18,13 +18,20 @@ struct CanFrameInput
     QByteArray data;       ///< at most 8 (CAN FD: 64) bytes are sent
 };
 
+/// The highest identifier (ISO 11898-1): 0x7FF standard, 0x1FFFFFFF extended.
+quint32 frameIdMax(bool extended);
+
 /// The identifier in a text of hexadecimal digits, blanks ignored, at most 16 characters read. Nothing when the text is
-/// no number or above the range of the frame type (ISO 11898-1: 0x7FF standard, 0x1FFFFFFF extended).
+/// no number or above the range of the frame type (frameIdMax()).
 std::optional<quint32> frameIdFromText(const QString &text, bool extended);
 
 /// What a half-typed identifier becomes while the user types: blanks removed, and the highest identifier of the frame
 /// type instead of anything above it or longer than its digits.
 QString correctedFrameIdText(const QString &text, bool extended);
+
+/// A decimal number typed by the user; above the range the highest 32-bit one. Nothing when the text is empty or has
+/// anything but digits.
+std::optional<quint32> countFromText(const QString &text);
 
 /// The payload lengths on offer: 1 to 8, for CAN FD also 12 to 64 (ISO 11898-1 data length codes).
 QVector<int> payloadLengths(bool isCANFD);

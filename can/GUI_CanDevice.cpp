@@ -1,11 +1,17 @@
 #include "can/GUI_CanDevice.h"
 
 #include "can/CanFrameInput.h"
+#include "can/FrameIncrement.h"
+#include "can/GUI_CanGateWay.h"
+#include "capture/GUI_CanAdvancedOpearation.h"
 #include "capture/GUI_CanSendFile.h"
 #include "device/CANCommunication.h"
+#include "device/TickTimer.h"
 #include "ui_GUI_CanDevice.h"
 #include "widgets/CNotice.h"
 
+#include <QPropertyAnimation>
+#include <QSet>
 #include <QSignalBlocker>
 #include <QTime>
 
@@ -14,22 +20,21 @@
 
 namespace {
 constexpr int NoticeMs = 1500;
+constexpr int MessageSuccess = 1;
 constexpr int MessageCritical = 4;
+constexpr int FoldMs = 500;
+constexpr int PanelHeight = 155;
+constexpr int ClassicLengthMax = 8;
 
 QString clockText()
 {
     return QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz"));
 }
 
-/// A count typed by the user; above the range of int it is the highest int, nothing typed is 0.
-int countFromText(const QString &text)
+/// At most the highest int.
+int toInt(quint32 count)
 {
-    bool isNumber = false;
-    const qulonglong count = text.toULongLong(&isNumber);
-    if (!isNumber) {
-        return text.isEmpty() ? 0 : std::numeric_limits<int>::max();
-    }
-    return static_cast<int>(std::min<qulonglong>(count, std::numeric_limits<int>::max()));
+    return static_cast<int>(std::min<quint32>(count, std::numeric_limits<int>::max()));
 }
 
 /// All frames of a batch share one clock text.
@@ -53,29 +58,53 @@ public:
         : q(tab)
         , communication(manager)
     {
+        foldAnimation.setPropertyName("maximumHeight");
+        foldAnimation.setDuration(FoldMs);
     }
 
     void openChannel();
     void fillCombos();
     void fillLengths(bool isFdProtocol);
+    void setValidators() const;
     void connectSignals();
+    void connectSending();
+    void connectFunctions();
     bool isThisChannel(quint8 devInd, quint8 canInd) const;
     bool isExtended() const { return ui.cbx_frameType->currentData().toInt() != 0; }
     bool checkFrameId();
-    CanFrameInput input() const;
-    void send(const CanFrameInput &frame);
+    void readInput();
+    void startTimedSending(quint32 cycleMs);
+    void endTimedSending();
+    template<typename Dialog>
+    void prepareDialog(Dialog *dialog, const QString &title);
+    static void bringUp(QWidget *dialog);
+    void createSendList();
+    void writeGatewayFilter(const QSet<quint32> &entries);
+    void showGatewayFilterFailure() const;
     void showNotice(const QString &text, int type) const { emit q->sig_showNotice(text, type, NoticeMs); }
+    void showMessage(const QString &text, int mode) const { emit q->sig_showMessageBox(text, mode); }
 
     GUI_CanDevice *q;
     CANCommunication &communication;
     Ui::GUI_CanDevice ui;
-    GUI_CanSendFile *sendFile = nullptr; ///< a child of the tab, made when it is first asked for
-    bool isOpen = false;
+    QPropertyAnimation foldAnimation;
+    CANError openResult = CAN_DeviceNotExists;
+    QString cacheText; ///< as the field showed it before the user edited it
+
+    CanFrameInput frame;    ///< sent at the next tick
+    quint32 framesLeft = 0; ///< of the timed sending, the one sent last counted
+    bool isIdIncreasing = false;
+    bool isDataIncreasing = false;
+    TickTimer sendTimer;
+
+    // Children of the tab, made when they are first asked for.
+    GUI_CanSendFile *sendFile = nullptr;
+    GUI_CanAdvancedOpearation *sendList = nullptr;
 };
 
 void GUI_CanDevicePrivate::openChannel()
 {
-    isOpen = communication.openChannel(q->channelParam()) == CAN_OK;
+    openResult = communication.openChannel(q->channelParam());
 }
 
 void GUI_CanDevicePrivate::fillCombos()
@@ -87,12 +116,6 @@ void GUI_CanDevicePrivate::fillCombos()
     ui.cbx_protocol->addItem(GUI_CanDevice::tr("CAN"), 0);
     ui.cbx_protocol->addItem(GUI_CanDevice::tr("CANFD"), 1);
     ui.cbx_protocol->addItem(GUI_CanDevice::tr("CANFD Speed"), 2);
-    const bool isCANFD = q->channelParam().isCANFD;
-    ui.cbx_frameFormat->setEnabled(!isCANFD);
-    ui.cbx_protocol->setEnabled(isCANFD);
-    fillLengths(false);
-    ui.cbx_length->setCurrentIndex(ui.cbx_length->count() - 1);
-    q->slot_candataLengthChanged();
 }
 
 void GUI_CanDevicePrivate::fillLengths(bool isFdProtocol)
@@ -108,6 +131,15 @@ void GUI_CanDevicePrivate::fillLengths(bool isFdProtocol)
     ui.cbx_length->setCurrentIndex(std::min(index, ui.cbx_length->count() - 1));
 }
 
+void GUI_CanDevicePrivate::setValidators() const
+{
+    ui.lbx_frameID->setValidator(q->hexBlankValidator());
+    ui.lbx_setFilter->setValidator(q->hexBlankValidator());
+    for (QLineEdit *field : {ui.lbx_frameOfSend, ui.lbx_sendingCycle, ui.lbx_frameOfSaved, ui.lbx_cache}) {
+        field->setValidator(q->decimalValidator());
+    }
+}
+
 void GUI_CanDevicePrivate::connectSignals()
 {
     using Tab = GUI_CanDevice;
@@ -115,23 +147,46 @@ void GUI_CanDevicePrivate::connectSignals()
     QObject::connect(&communication, &CANCommunication::sig_readResultCallback, q, &Tab::slot_readResultCallback);
     QObject::connect(&communication, &CANCommunication::sig_readResultCallbackCANFD, q,
                      &Tab::slot_readResultCallbackCANFD);
+    QObject::connect(&communication, &CANCommunication::sig_gatewayStateChanged, q, &Tab::slot_gatewayStateChanged);
     QObject::connect(ui.tableView, &Table::updateRate, q, &Tab::slot_updateRate);
     QObject::connect(ui.tableView, &Table::sig_realTimeSaveFailed, q, &Tab::slot_realTimeSaveFailed);
-    QObject::connect(ui.cbx_protocol, QOverload<int>::of(&QComboBox::currentIndexChanged), q,
-                     &Tab::slot_changeCANProtocol);
-    QObject::connect(ui.cbx_length, QOverload<int>::of(&QComboBox::currentIndexChanged), q,
-                     &Tab::slot_candataLengthChanged);
+    connectSending();
+    connectFunctions();
+}
+
+void GUI_CanDevicePrivate::connectSending()
+{
+    using Tab = GUI_CanDevice;
+    const auto indexChanged = QOverload<int>::of(&QComboBox::currentIndexChanged);
+    QObject::connect(ui.cbx_protocol, indexChanged, q,
+                     [this] { q->slot_changeCANProtocol(ui.cbx_protocol->currentData().toInt() != 0); });
+    QObject::connect(ui.cbx_length, indexChanged, q, &Tab::slot_candataLengthChanged);
     QObject::connect(ui.lbx_frameID, &QLineEdit::textEdited, q, &Tab::slot_frameIDTextEdited);
     QObject::connect(ui.lbx_cache, &QLineEdit::editingFinished, q, &Tab::slot_cacheLbxEditingFinished);
     QObject::connect(ui.btn_sendData, &QPushButton::clicked, q, &Tab::slot_sendBtnClicked);
-    QObject::connect(ui.btn_save, &QPushButton::clicked, q, &Tab::slot_saveBtnClicked);
-    QObject::connect(ui.btn_realTimeSaving, &QPushButton::clicked, q, &Tab::slot_realTimeSaveBtnClicked);
-    QObject::connect(ui.btn_clear, &QPushButton::clicked, ui.tableView, &Table::clear);
-    QObject::connect(ui.btn_pause, &QPushButton::clicked, q, &Tab::slot_pauseBtnSendClicked);
-    QObject::connect(ui.btn_pauseReceiving, &QPushButton::clicked, q, &Tab::slot_pauseBtnReceiveClicked);
-    QObject::connect(ui.btn_setFilter, &QPushButton::clicked, q, &Tab::slot_setFilterBtnClicked);
-    QObject::connect(ui.btn_sendFile, &QPushButton::clicked, q, &Tab::slot_canSendFileBtnClicked);
-    QObject::connect(ui.rbtn_disable, &QRadioButton::clicked, q, &Tab::slot_setFilterDisableBtnClicked);
+    QObject::connect(&sendTimer, &TickTimer::sig_tick, q, &Tab::slot_sendTimeout);
+    QObject::connect(ui.btn_stopSending, &QPushButton::clicked, q, &Tab::slot_stopSendBtnClicked);
+}
+
+void GUI_CanDevicePrivate::connectFunctions()
+{
+    using Tab = GUI_CanDevice;
+    const auto onClick = [this](QAbstractButton *button, auto slot) {
+        QObject::connect(button, &QAbstractButton::clicked, q, slot);
+    };
+    onClick(ui.btn_fold, &Tab::slot_foldBtnClicked);
+    onClick(ui.btn_reset, &Tab::slot_resetBtnClicked);
+    onClick(ui.btn_save, &Tab::slot_saveBtnClicked);
+    onClick(ui.btn_realTimeSaving, &Tab::slot_realTimeSaveBtnClicked);
+    onClick(ui.btn_pause, &Tab::slot_pauseBtnSendClicked);
+    onClick(ui.btn_pauseReceiving, &Tab::slot_pauseBtnReceiveClicked);
+    onClick(ui.btn_setFilter, &Tab::slot_setFilterBtnClicked);
+    onClick(ui.rbtn_disable, &Tab::slot_setFilterDisableBtnClicked);
+    onClick(ui.btn_sendFile, &Tab::slot_canSendFileBtnClicked);
+    onClick(ui.btn_advancedOperation, &Tab::slot_advancedOperationBtnClicked);
+    onClick(ui.btn_gatewaySwitch, &Tab::slot_canGateWaySwitchBtnClicked);
+    onClick(ui.btn_gatewayFilter, &Tab::slot_canGateWayFilterBtnClicked);
+    QObject::connect(ui.btn_clear, &QPushButton::clicked, ui.tableView, &CTableViewCAN::clear);
 }
 
 bool GUI_CanDevicePrivate::isThisChannel(quint8 devInd, quint8 canInd) const
@@ -155,33 +210,76 @@ bool GUI_CanDevicePrivate::checkFrameId()
     return false;
 }
 
-CanFrameInput GUI_CanDevicePrivate::input() const
+/// Takes over the frame and how it changes from one to the next.
+void GUI_CanDevicePrivate::readInput()
 {
-    CanFrameInput frame;
     frame.extended = isExtended();
     frame.id = frameIdFromText(ui.lbx_frameID->text(), frame.extended).value_or(0);
     frame.remote = ui.cbx_frameFormat->currentData().toInt() != 0;
     frame.protocol = static_cast<quint8>(ui.cbx_protocol->currentData().toInt());
     frame.data = ui.lbx_data->payload();
-    return frame;
+    isIdIncreasing = ui.chbx_idIncrease->isChecked();
+    isDataIncreasing = ui.chbx_dataIncrease->isChecked();
 }
 
-/// Sends one frame and lists it, unless listing of sent frames is paused.
-void GUI_CanDevicePrivate::send(const CanFrameInput &frame)
+void GUI_CanDevicePrivate::startTimedSending(quint32 cycleMs)
+{
+    if (sendList != nullptr) {
+        sendList->btnStateChanged(false);
+    }
+    q->slot_changeBtnState(false);
+    sendTimer.start(std::max(toInt(cycleMs), 1));
+}
+
+void GUI_CanDevicePrivate::endTimedSending()
+{
+    sendTimer.stop();
+    q->slot_changeBtnState(true);
+    if (sendList != nullptr) {
+        sendList->btnStateChanged(true);
+    }
+}
+
+/// What the file sender and the send list have in common.
+template<typename Dialog>
+void GUI_CanDevicePrivate::prepareDialog(Dialog *dialog, const QString &title)
+{
+    dialog->setWindowTitle(q->objectName() + QStringLiteral("  -  ") + title);
+    QObject::connect(dialog, &Dialog::sig_showNotice, q, &GUI_CanDevice::sig_showNotice);
+}
+
+void GUI_CanDevicePrivate::bringUp(QWidget *dialog)
+{
+    dialog->show();
+    dialog->raise();
+    dialog->activateWindow();
+}
+
+void GUI_CanDevicePrivate::createSendList()
+{
+    using List = GUI_CanAdvancedOpearation;
+    const ChannelParam &channel = q->channelParam();
+    sendList = new List(communication, channel.device, channel.channel, channel.isCANFD, q);
+    prepareDialog(sendList, GUI_CanDevice::tr("List send"));
+    QObject::connect(sendList, &List::sig_sendStateChanged, q, &GUI_CanDevice::slot_changeBtnState);
+    QObject::connect(sendList, &List::sig_addTableItem, q, &GUI_CanDevice::slot_addTableItem);
+    QObject::connect(sendList, &List::sig_addTableItems, q,
+                     [this](const QVector<CTableViewCAN::DataObject> &rows) { q->slot_addTableItems(rows); });
+}
+
+void GUI_CanDevicePrivate::showGatewayFilterFailure() const
+{
+    showMessage(GUI_CanDevice::tr("Setup failure, Please check whether the gateway function is enabled!"),
+                MessageCritical);
+}
+
+void GUI_CanDevicePrivate::writeGatewayFilter(const QSet<quint32> &entries)
 {
     const ChannelParam &channel = q->channelParam();
-    CTableViewCAN::DataObject row;
-    if (channel.isCANFD) {
-        const VCI_CANFD_OBJ record = toFdFrame(frame);
-        const bool accepted = communication.transmitCANFD(channel.device, channel.channel, &record, 1) == CAN_OK;
-        row = CTableViewCAN::DataObject::sent(record, accepted, clockText());
+    if (communication.setGatewayIDFilter(channel.device, channel.channel, entries) == CAN_OK) {
+        showMessage(GUI_CanDevice::tr("Successful setting!"), MessageSuccess);
     } else {
-        const VCI_CAN_OBJ record = toClassicFrame(frame);
-        const bool accepted = communication.transmit(channel.device, channel.channel, &record, 1) == CAN_OK;
-        row = CTableViewCAN::DataObject::sent(record, accepted, clockText());
-    }
-    if (!ui.btn_pause->isChecked()) {
-        ui.tableView->append(row);
+        showGatewayFilterFailure();
     }
 }
 
@@ -190,26 +288,30 @@ GUI_CanDevice::GUI_CanDevice(const ChannelParam &param, CANCommunication &commun
     , m_p(std::make_unique<GUI_CanDevicePrivate>(this, communication))
 {
     m_p->ui.setupUi(this);
-    m_p->ui.lbx_frameID->setValidator(hexBlankValidator());
-    m_p->ui.lbx_setFilter->setValidator(hexBlankValidator());
-    m_p->ui.lbx_frameOfSaved->setValidator(decimalValidator());
-    m_p->ui.lbx_cache->setValidator(decimalValidator());
+    m_p->foldAnimation.setTargetObject(m_p->ui.widget_content);
+    m_p->cacheText = m_p->ui.lbx_cache->text();
     m_p->ui.tableView->setAutoScroll(true);
+    m_p->setValidators();
     m_p->fillCombos();
     m_p->connectSignals();
     m_p->openChannel();
+    slot_gatewayStateChanged(param.device, communication.isGatewayOn(param.device) != 0);
+    slot_changeCANMode(param.isCANFD);
 }
 
 GUI_CanDevice::~GUI_CanDevice()
 {
-    if (m_p->isOpen) {
+    // While the tab is whole: a list that is still running says that it ends.
+    delete m_p->sendList;
+    delete m_p->sendFile;
+    if (isChannelOpen()) {
         m_p->communication.closeChannel(channelParam().device, channelParam().channel);
     }
 }
 
-bool GUI_CanDevice::isChannelOpen() const
+CANError GUI_CanDevice::openResult() const
 {
-    return m_p->isOpen;
+    return m_p->openResult;
 }
 
 void GUI_CanDevice::slot_readResultCallback(quint8 devInd, quint8 canInd, const QVector<VCI_CAN_OBJ> &obj)
@@ -232,9 +334,46 @@ void GUI_CanDevice::slot_updateRate(int rateT, int rateR)
     m_p->ui.lbx_rateR->setText(QStringLiteral("%1 p/s").arg(rateR));
 }
 
-void GUI_CanDevice::slot_changeCANProtocol()
+void GUI_CanDevice::slot_addTableItem(const CTableViewCAN::DataObject &obj, bool filter)
 {
-    m_p->fillLengths(m_p->ui.cbx_protocol->currentData().toInt() != 0);
+    m_p->ui.tableView->append(obj, filter);
+}
+
+void GUI_CanDevice::slot_addTableItems(const QVector<CTableViewCAN::DataObject> &objs, bool filter)
+{
+    m_p->ui.tableView->append(objs, filter);
+}
+
+void GUI_CanDevice::slot_gatewayStateChanged(quint8 devInd, bool state)
+{
+    if (devInd == channelParam().device) {
+        m_p->ui.btn_gatewaySwitch->setText(state ? tr("Close") : tr("Open"));
+    }
+}
+
+void GUI_CanDevice::slot_changeBtnState(bool enabled)
+{
+    const Ui::GUI_CanDevice &ui = m_p->ui;
+    const std::initializer_list<QWidget *> controls{ui.lbx_data, ui.btn_sendData, ui.btn_sendFile,
+                                                    ui.btn_advancedOperation, ui.btn_reset};
+    for (QWidget *control : controls) {
+        control->setEnabled(enabled);
+    }
+    emit sig_btnStateChanged(enabled);
+}
+
+void GUI_CanDevice::slot_changeCANMode(bool isCANFD)
+{
+    m_p->ui.cbx_frameFormat->setEnabled(!isCANFD);
+    m_p->ui.cbx_protocol->setEnabled(isCANFD);
+    m_p->fillLengths(isCANFD && m_p->ui.cbx_protocol->currentData().toInt() != 0);
+    m_p->ui.cbx_length->setCurrentIndex(m_p->ui.cbx_length->findData(ClassicLengthMax));
+    slot_candataLengthChanged();
+}
+
+void GUI_CanDevice::slot_changeCANProtocol(bool isCANFD)
+{
+    m_p->fillLengths(isCANFD);
     slot_candataLengthChanged();
 }
 
@@ -253,8 +392,79 @@ void GUI_CanDevice::slot_frameIDTextEdited(const QString &text)
 
 void GUI_CanDevice::slot_sendBtnClicked()
 {
-    if (m_p->checkFrameId()) {
-        m_p->send(m_p->input());
+    if (!m_p->checkFrameId()) {
+        return;
+    }
+    for (QLineEdit *field : {m_p->ui.lbx_frameOfSend, m_p->ui.lbx_sendingCycle}) {
+        if (field->text().isEmpty()) {
+            field->setText(QStringLiteral("1"));
+        }
+    }
+    m_p->framesLeft = countFromText(m_p->ui.lbx_frameOfSend->text()).value_or(1);
+    m_p->readInput();
+    slot_send();
+    if (m_p->framesLeft > 1) {
+        m_p->startTimedSending(countFromText(m_p->ui.lbx_sendingCycle->text()).value_or(1));
+    }
+}
+
+void GUI_CanDevice::slot_sendTimeout()
+{
+    CanFrameInput &frame = m_p->frame;
+    if (m_p->isIdIncreasing) {
+        frame.id = incrementedFrameId(frame.id, frame.extended);
+    }
+    if (m_p->isDataIncreasing) {
+        frame.data = incrementedPayload(frame.data);
+    }
+    slot_send();
+    if (--m_p->framesLeft <= 1) {
+        m_p->endTimedSending();
+    }
+}
+
+/// Sends one frame and lists it, unless listing of sent frames is paused.
+void GUI_CanDevice::slot_send()
+{
+    const ChannelParam &channel = channelParam();
+    CTableViewCAN::DataObject row;
+    if (channel.isCANFD) {
+        const VCI_CANFD_OBJ record = toFdFrame(m_p->frame);
+        const CANError error = m_p->communication.transmitCANFD(channel.device, channel.channel, &record, 1);
+        row = CTableViewCAN::DataObject::sent(record, error == CAN_OK, clockText());
+    } else {
+        const VCI_CAN_OBJ record = toClassicFrame(m_p->frame);
+        const CANError error = m_p->communication.transmit(channel.device, channel.channel, &record, 1);
+        row = CTableViewCAN::DataObject::sent(record, error == CAN_OK, clockText());
+    }
+    if (!m_p->ui.btn_pause->isChecked()) {
+        slot_addTableItem(row, false);
+    }
+}
+
+void GUI_CanDevice::slot_stopSendBtnClicked()
+{
+    if (m_p->sendTimer.isActive()) {
+        m_p->endTimedSending();
+        m_p->showNotice(tr("Send stopped"), CNotice::Done);
+    }
+}
+
+void GUI_CanDevice::slot_foldBtnClicked(bool checked)
+{
+    QPropertyAnimation &animation = m_p->foldAnimation;
+    animation.stop();
+    animation.setStartValue(m_p->ui.widget_content->height());
+    animation.setEndValue(checked ? 0 : PanelHeight);
+    animation.start();
+}
+
+void GUI_CanDevice::slot_resetBtnClicked()
+{
+    if (m_p->communication.reconfigureChannel(channelParam()) == CAN_OK) {
+        m_p->showMessage(tr("Device reset"), MessageSuccess);
+    } else {
+        m_p->showMessage(tr("Device reset failure"), MessageCritical);
     }
 }
 
@@ -265,7 +475,7 @@ void GUI_CanDevice::slot_saveBtnClicked()
         return;
     }
     const int rows = m_p->ui.tableView->rowCount();
-    const int count = std::min(rows, countFromText(m_p->ui.lbx_frameOfSaved->text()));
+    const int count = std::min(rows, toInt(countFromText(m_p->ui.lbx_frameOfSaved->text()).value_or(0)));
     if (m_p->ui.tableView->saveRange(path, rows - count, count)) {
         m_p->showNotice(tr("File saved successfully!"), CNotice::Done);
     } else {
@@ -325,12 +535,16 @@ void GUI_CanDevice::slot_pauseBtnReceiveClicked(bool checked)
 
 void GUI_CanDevice::slot_cacheLbxEditingFinished()
 {
-    const int count = countFromText(m_p->ui.lbx_cache->text());
-    // Leaving an emptied field must not cost the frames on screen.
-    if (m_p->ui.lbx_cache->isModified() && count > 0) {
-        m_p->ui.tableView->setCacheSize(count);
+    QLineEdit *field = m_p->ui.lbx_cache;
+    if (!field->isModified() && field->text() == m_p->cacheText) {
+        return; // passed through, and the table has a size of its own at first
     }
-    m_p->ui.lbx_cache->setModified(false);
+    const quint32 count = countFromText(field->text()).value_or(0);
+    if (count > 0) {
+        m_p->ui.tableView->setCacheSize(toInt(count));
+    }
+    m_p->cacheText = QString::number(m_p->ui.tableView->cacheSize());
+    field->setText(m_p->cacheText);
 }
 
 void GUI_CanDevice::slot_canSendFileBtnClicked()
@@ -338,11 +552,40 @@ void GUI_CanDevice::slot_canSendFileBtnClicked()
     if (m_p->sendFile == nullptr) {
         const ChannelParam &channel = channelParam();
         m_p->sendFile = new GUI_CanSendFile(m_p->communication, channel.device, channel.channel, channel.isCANFD, this);
-        m_p->sendFile->setWindowTitle(objectName() + QStringLiteral("  -  ") + tr("Send File"));
-        connect(m_p->sendFile, &GUI_CanSendFile::sig_showNotice, this, &GUI_CanDevice::sig_showNotice);
+        m_p->prepareDialog(m_p->sendFile, tr("Send File"));
         connect(m_p->sendFile, &GUI_CanSendFile::sig_showMessageBox, this, &GUI_CanDevice::sig_showMessageBox);
     }
-    m_p->sendFile->show();
-    m_p->sendFile->raise();
-    m_p->sendFile->activateWindow();
+    m_p->bringUp(m_p->sendFile);
+}
+
+void GUI_CanDevice::slot_advancedOperationBtnClicked()
+{
+    if (m_p->sendList == nullptr) {
+        m_p->createSendList();
+    }
+    m_p->bringUp(m_p->sendList);
+}
+
+void GUI_CanDevice::slot_canGateWaySwitchBtnClicked()
+{
+    const quint8 device = channelParam().device;
+    if (m_p->communication.isGatewayOn(device) != 0) {
+        m_p->communication.closeGateway(device);
+    } else if (m_p->communication.openGateway(device) != CAN_OK) {
+        m_p->showMessage(tr("The gateway function fails to be enabled!"), MessageCritical);
+    }
+}
+
+void GUI_CanDevice::slot_canGateWayFilterBtnClicked()
+{
+    QSet<quint32> entries;
+    if (m_p->communication.getGatewayIDFilter(channelParam().device, channelParam().channel, entries) != CAN_OK) {
+        m_p->showGatewayFilterFailure(); // an empty list shown instead would replace the one in the adapter
+        return;
+    }
+    auto *dialog = new GUI_CanGateWay(entries, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &GUI_CanGateWay::sig_showMessageBox, this, &GUI_CanDevice::sig_showMessageBox);
+    connect(dialog, &QDialog::accepted, this, [this, dialog] { m_p->writeGatewayFilter(dialog->entries()); });
+    dialog->open();
 }

@@ -3,6 +3,7 @@
 #include "can/WidgetDeviceBase.h"
 #include "capture/CTableViewCAN.h"
 #include "device/AdapterRecords.h"
+#include "device/CANError.h"
 
 #include <QVector>
 
@@ -11,8 +12,9 @@
 class CANCommunication;
 class GUI_CanDevicePrivate;
 
-/// The tab of one CAN channel: opens it, lists what it receives, sends single frames, saves what is listed. Closes the
-/// channel when it is destroyed.
+/// The tab of one CAN channel: opens it, lists what it receives, sends frames once or at a cycle, saves what is listed,
+/// switches the device's gateway, and opens the send list, the file sender and the gateway filter. Closes the channel
+/// when it is destroyed.
 class GUI_CanDevice : public WidgetDeviceBase
 {
     Q_OBJECT
@@ -22,19 +24,36 @@ public:
     GUI_CanDevice(const ChannelParam &param, CANCommunication &communication, QWidget *parent = nullptr);
     ~GUI_CanDevice() override;
 
-    /// Whether the channel was opened; a tab without its channel is of no use.
-    bool isChannelOpen() const;
+    /// What opening the channel answered; a tab without its channel is of no use.
+    CANError openResult() const;
+    bool isChannelOpen() const { return openResult() == CAN_OK; }
+
+signals:
+    /// False when a timed send or a list starts, true when it ends.
+    void sig_btnStateChanged(bool enabled);
 
 public slots:
     void slot_readResultCallback(quint8 devInd, quint8 canInd, const QVector<VCI_CAN_OBJ> &obj);
     void slot_readResultCallbackCANFD(quint8 devInd, quint8 canInd, const QVector<VCI_CANFD_OBJ> &obj);
+    /// List frames that a dialog has sent; filter as in CTableViewCAN::append().
+    void slot_addTableItem(const CTableViewCAN::DataObject &obj, bool filter = false);
+    void slot_addTableItems(const QVector<CTableViewCAN::DataObject> &objs, bool filter = false);
     void slot_updateRate(int rateT, int rateR);
+    void slot_gatewayStateChanged(quint8 devInd, bool state);
+    /// Enables or disables what must not be used while frames are being sent.
+    void slot_changeBtnState(bool enabled);
 
 private slots:
-    void slot_changeCANProtocol();
+    void slot_changeCANMode(bool isCANFD);
+    void slot_changeCANProtocol(bool isCANFD);
     void slot_candataLengthChanged();
     void slot_frameIDTextEdited(const QString &text);
     void slot_sendBtnClicked();
+    void slot_sendTimeout();
+    void slot_send();
+    void slot_stopSendBtnClicked();
+    void slot_foldBtnClicked(bool checked);
+    void slot_resetBtnClicked();
     void slot_saveBtnClicked();
     void slot_realTimeSaveBtnClicked();
     void slot_realTimeSaveFailed();
@@ -44,6 +63,9 @@ private slots:
     void slot_pauseBtnReceiveClicked(bool checked);
     void slot_cacheLbxEditingFinished();
     void slot_canSendFileBtnClicked();
+    void slot_advancedOperationBtnClicked();
+    void slot_canGateWaySwitchBtnClicked();
+    void slot_canGateWayFilterBtnClicked();
 
 private:
     friend class GUI_CanDevicePrivate;

@@ -398,6 +398,11 @@ void CTableViewCAN::setCacheSize(int count)
     }
 }
 
+int CTableViewCAN::cacheSize() const
+{
+    return m_p->cacheSize;
+}
+
 void CTableViewCAN::setAutoScroll(bool enabled)
 {
     m_p->autoScroll = enabled;

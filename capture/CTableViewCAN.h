@@ -25,6 +25,7 @@ public:
     bool isRealTimeSaving() const;
     /// Most frames that the store and the queue may hold together; cuts the store to its oldest count frames.
     void setCacheSize(int count);
+    int cacheSize() const;
     /// When on, each refresh that brings new rows scrolls to the bottom.
     void setAutoScroll(bool enabled);
     /// Frames with this 29-bit identifier are dropped by append() with filter on.

@@ -1,8 +1,8 @@
 #include "capture/GUI_CanAdvancedOpearation.h"
 
 #include "capture/SendList.h"
-#include "capture/TickTimer.h"
 #include "device/CANCommunication.h"
+#include "device/TickTimer.h"
 #include "ui_GUI_CanAdvancedOpearation.h"
 #include "widgets/CNotice.h"
 
@@ -55,7 +55,6 @@ public:
     const quint8 canInd;
     const bool isCANFD;
     Ui::GUI_CanAdvancedOpearation ui;
-    CNotice *notice = nullptr; ///< a child of the dialog
     SendList list;
     TickTimer timer;
     Batch batch;
@@ -87,7 +86,6 @@ void GUI_CanAdvancedOpearationPrivate::connectSignals()
     onClick(ui.m_btnStop, &Dialog::sendStop);
     QObject::connect(ui.cbxMode, QOverload<int>::of(&QComboBox::currentIndexChanged), q, [this] { updateControls(); });
     QObject::connect(&timer, &TickTimer::sig_tick, q, &Dialog::sendTimeout);
-    QObject::connect(q, &Dialog::sig_showNotice, notice, &CNotice::setMesseage);
 }
 
 void GUI_CanAdvancedOpearationPrivate::updateControls()
@@ -161,7 +159,6 @@ GUI_CanAdvancedOpearation::GUI_CanAdvancedOpearation(CANCommunication &communica
     m_p->ui.setupUi(this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowStaysOnTopHint);
-    m_p->notice = new CNotice(this);
     m_p->fillTexts();
     m_p->connectSignals();
     m_p->updateControls();

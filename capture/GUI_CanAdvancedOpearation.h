@@ -34,7 +34,7 @@ signals:
     void sig_addTableItem(const CTableViewCAN::DataObject &obj, bool filter);
     /// The copies of one send for the frame table.
     void sig_addTableItems(const QVector<CTableViewCAN::DataObject> &objs);
-    /// Tells of a notice that the dialog itself shows. Types: see CNotice.
+    /// Asks for a notice that goes away by itself. Types: 0 done, 1 warning, 2 question, 3 failure, 4 about.
     void sig_showNotice(const QString &text, int type, int delayms);
 
 public slots:

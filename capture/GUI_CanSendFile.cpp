@@ -3,7 +3,7 @@
 #include "capture/CANFile.h"
 #include "capture/CaptureLoader.h"
 #include "capture/PlaybackRecord.h"
-#include "capture/TickTimer.h"
+#include "device/TickTimer.h"
 #include "device/CANCommunication.h"
 #include "ui_GUI_CanSendFile.h"
 #include "widgets/CNotice.h"

@@ -1,5 +1,7 @@
 #include "device/CANCommunication.h"
 
+#include "device/BaudrateScan.h"
+#include "device/CANBaudrate.h"
 #include "device/CANReadHandle.h"
 
 #include <QMap>
@@ -9,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <map>
 #include <optional>
 #include <utility>
@@ -18,6 +21,7 @@ namespace {
 constexpr quint8 DeviceCount = 8;
 constexpr quint8 ChannelCount = 2;
 constexpr int ReopenDelayMs = 800;
+constexpr int ScanTickMs = 10;
 
 using ChannelFlags = std::array<quint8, ChannelCount>;
 
@@ -36,6 +40,14 @@ struct DeviceInfo
     QString serial;
     QString model;
     QString firmware;
+};
+
+struct RunningScan
+{
+    quint32 number = 0; ///< tells one scan from the next
+    quint8 device = 0;
+    bool wasOpen = false; ///< the device was open before the scan
+    BaudrateScan steps;
 };
 
 bool isAnySet(const ChannelFlags &flags)
@@ -91,6 +103,8 @@ public:
     std::optional<DeviceInfo> readInfo(quint8 dev) const;
     bool offersCANFD(quint8 dev) const;
     bool startCAN(const ChannelParam &param) const;
+    /// Starts a free channel for the scan's current step if it is a new one, and looks whether frames arrive.
+    void tryChannel(BaudrateScan &steps, quint8 dev, quint8 ch) const;
     /// The gateway's state after the operation; nothing when the call failed.
     std::optional<quint32> gateway(quint8 dev, quint8 operation) const;
 
@@ -99,6 +113,10 @@ public:
     std::map<quint8, DeviceEntry> devices; ///< by device index; holds a device exactly while it is open
     QMap<ChannelKey, quint32> reopenings;  ///< channels waiting to be re-opened: number of the latest request
     quint32 lastReopening = 0;
+    std::atomic<bool> scanning{false}; ///< read by any thread; set from before the scan opens until it has closed
+    std::optional<RunningScan> scan;   ///< what the timer goes on with
+    quint32 lastScan = 0;
+    QTimer *scanTimer = nullptr; ///< child of the manager
 };
 
 CANCommunicationPrivate::CANCommunicationPrivate(std::unique_ptr<CANAPI> table, FirmwareQuery query)
@@ -150,6 +168,30 @@ bool CANCommunicationPrivate::startCAN(const ChannelParam &param) const
            succeeds(api->VCI_StartCAN, param.device, param.channel);
 }
 
+void CANCommunicationPrivate::tryChannel(BaudrateScan &steps, quint8 dev, quint8 ch) const
+{
+    if (steps.isFirstTick()) {
+        const CANBaudrate &rate = canBaudrates().at(steps.index());
+        ChannelParam param;
+        param.device = dev;
+        param.channel = ch;
+        param.Timing0 = rate.timing0();
+        param.Timing1 = rate.timing1();
+        param.AccMask = 0xFFFFFFFFU;
+        param.dataRateCANFD = steps.dataRate();
+        if (!startCAN(param)) {
+            steps.setRefused(ch);
+            return;
+        }
+        succeeds(api->VCI_ClearBuffer, dev, ch);
+    }
+    const auto waiting = steps.dataRate() == 0 ? api->VCI_GetReceiveNum : api->KQ_GetReceiveNumCANFD;
+    const quint32 count = waiting == nullptr ? 0 : waiting(AdapterDeviceType, dev, ch);
+    if (count != 0 && count != AdapterReceiveError) {
+        steps.setFound(ch);
+    }
+}
+
 std::optional<quint32> CANCommunicationPrivate::gateway(quint8 dev, quint8 operation) const
 {
     quint32 state = 0;
@@ -168,10 +210,15 @@ CANCommunication::CANCommunication(std::unique_ptr<CANAPI> api, FirmwareQuery fi
     qRegisterMetaType<QVector<VCI_CAN_OBJ>>("QVector<VCI_CAN_OBJ>");
     qRegisterMetaType<QVector<VCI_CANFD_OBJ>>("QVector<VCI_CANFD_OBJ>");
     qRegisterMetaType<CANAPI *>("CANAPI*");
+    m_p->scanTimer = new QTimer(this);
+    m_p->scanTimer->setObjectName(QStringLiteral("scanTimer"));
+    m_p->scanTimer->setTimerType(Qt::PreciseTimer);
+    connect(m_p->scanTimer, &QTimer::timeout, this, &CANCommunication::slot_scanTick);
 }
 
 CANCommunication::~CANCommunication()
 {
+    endScan();
     if (!m_p->devices.empty()) {
         qWarning("CANCommunication destroyed with %u open device(s)", static_cast<unsigned>(m_p->devices.size()));
         static_cast<void>(m_p->api.release()); // the workers still call through it
@@ -253,6 +300,9 @@ CANError CANCommunication::closeDevice(quint8 dev)
     entry->thread->wait();
     m_p->closeInLibrary(dev);
     m_p->devices.erase(dev);
+    if (m_p->scan && m_p->scan->device == dev) {
+        stopScan();
+    }
     return CAN_OK;
 }
 
@@ -501,4 +551,79 @@ CANError CANCommunication::receiveLIN(quint8 dev, quint8 ch, VCI_LIN_OBJ *frame)
 CANError CANCommunication::receiveLINBySlave(quint8 dev, quint8 ch, VCI_LIN_OBJ *frame)
 {
     return succeeds(m_p->api->KQ_ReceiveLINBySlave, dev, ch, frame) ? CAN_OK : CAN_ReadFailed;
+}
+
+bool CANCommunication::isScanning() const
+{
+    return m_p->scanning;
+}
+
+CANError CANCommunication::slot_scanCANBaudrate(quint8 dev, quint8 /*second*/)
+{
+    if (m_p->scanning.exchange(true)) {
+        return CAN_DeviceExists;
+    }
+    const CANError opened = openDevice(dev);
+    const bool isOpen = opened == CAN_OK || opened == CAN_DeviceExists;
+    const ChannelFlags canOpen = isOpen ? m_p->devices.at(dev).canOpen : ChannelFlags{};
+    if (!isOpen || areAllSet(canOpen)) {
+        m_p->scanning = false;
+        return CAN_DeviceOpenFailed;
+    }
+    const BaudrateScan::ChannelFlags inUse{canOpen[0] != 0, canOpen[1] != 0};
+    m_p->scan = RunningScan{++m_p->lastScan, dev, opened == CAN_DeviceExists, BaudrateScan(inUse)};
+    m_p->scanTimer->start(ScanTickMs);
+    return CAN_OK;
+}
+
+void CANCommunication::slot_scanTick()
+{
+    if (!m_p->scan) {
+        return;
+    }
+    const quint8 dev = m_p->scan->device;
+    const ChannelFlags canOpen = m_p->devices.at(dev).canOpen; // closeDevice() ends the scan
+    BaudrateScan &steps = m_p->scan->steps;
+    for (quint8 ch = 0; ch < ChannelCount; ++ch) {
+        if (canOpen[ch] != 0) {
+            steps.setInUse(ch); // for good: it may have been opened meanwhile
+        }
+        if (steps.isToBeTried(ch)) {
+            m_p->tryChannel(steps, dev, ch);
+        }
+    }
+    if (steps.areAllInUse()) {
+        stopScan();
+        return;
+    }
+    const BaudrateScan::Outcome outcome = steps.endTick();
+    const quint32 number = m_p->scan->number;
+    if (const auto &report = outcome.report) {
+        emit sig_scanResultCallback(report->can1, report->can2, report->index, report->dataRate);
+    }
+    // Whoever heard of the report may have stopped the scan, or even started another one.
+    if (outcome.isEnd && m_p->scan && m_p->scan->number == number) {
+        stopScan();
+    }
+}
+
+void CANCommunication::stopScan()
+{
+    if (endScan()) {
+        emit sig_scanFinish();
+    }
+}
+
+bool CANCommunication::endScan()
+{
+    const std::optional<RunningScan> ended = std::exchange(m_p->scan, std::nullopt);
+    if (!ended) {
+        return false;
+    }
+    m_p->scanTimer->stop();
+    if (!ended->wasOpen) {
+        closeDevice(ended->device); // refuses, as is wanted here, when a channel was opened meanwhile
+    }
+    m_p->scanning = false;
+    return true;
 }

@@ -27,7 +27,8 @@ struct DevicePresence
 
 /// The one object through which the windows reach the adapter: opens and closes devices and channels, transmits,
 /// switches the gateway. Every operation runs on the GUI thread and answers a CANError; received frames arrive by
-/// signal from one worker thread per open device. Devices must be closed before this object is destroyed.
+/// signal from one worker thread per open device. Devices must be closed before this object is destroyed; a running
+/// scan ends with it.
 ///
 /// A missing library or entry answers like a library that refuses the call. CAN and LIN channel indices are 0 and 1.
 class CANCommunication : public QObject
@@ -101,6 +102,20 @@ public:
     /// The next frame seen on the bus; frame must be zero before. DataLen 0 means that there was none. CAN_ReadFailed.
     CANError receiveLINBySlave(quint8 dev, quint8 ch, VCI_LIN_OBJ *frame);
 
+    /// Whether a scan for bit rates runs. From any thread.
+    bool isScanning() const;
+    /// Ends the scan as if it were through: the device closed if the scan opened it, sig_scanFinish. Nothing while
+    /// there is no scan.
+    void stopScan();
+
+public slots:
+    /// Searches for the bit rates of the device's two buses: each free channel is initialised with one rate after the
+    /// other until frames arrive. Takes 8.6 s at most. Every step sends sig_scanResultCallback, the end sig_scanFinish.
+    /// A closed device is opened for it. A channel that is opened meanwhile is left alone from then on; when both are,
+    /// or when the device is closed, the scan ends. second has no meaning.
+    /// CAN_DeviceExists while a scan runs; CAN_DeviceOpenFailed, also when both channels are open.
+    CANError slot_scanCANBaudrate(quint8 dev, quint8 second);
+
 signals:
     void sig_showMessageBox(const QString &text, int mode);
     void sig_showFrimwareUpgrade();
@@ -108,11 +123,18 @@ signals:
     void sig_gatewayStateChanged(quint8 devInd, bool state);
     void sig_readResultCallback(quint8 devInd, quint8 canInd, const QVector<VCI_CAN_OBJ> &obj);
     void sig_readResultCallbackCANFD(quint8 devInd, quint8 canInd, const QVector<VCI_CANFD_OBJ> &obj);
+    /// One step of a scan. can1, can2: 1 found, 0 found at an earlier step, 2 not found; index in canBaudrates(), 1 to
+    /// 9; indexCANFDFre: CAN FD data-rate index, 0 to 5.
     void sig_scanResultCallback(quint8 can1, quint8 can2, quint8 index, quint8 indexCANFDFre);
     void sig_scanFinish();
 
+private slots:
+    void slot_scanTick();
+
 private:
     CANError stopChannel(quint8 dev, quint8 ch);
+    /// Ends the scan without a word. False when there is none.
+    bool endScan();
 
     std::unique_ptr<CANCommunicationPrivate> m_p;
 };

@@ -3,7 +3,7 @@
 /// Result of every operation of CANCommunication.
 enum CANError {
     CAN_OK = 0,
-    CAN_DeviceExists,           ///< opening a device that is already open
+    CAN_DeviceExists,           ///< opening a device that is already open; a scan while another one runs
     CAN_DeviceNotExists,        ///< closing something of a device that is not open
     CAN_DeviceOpenFailed,       ///< the library is missing or refused the device; a scan while both channels are open
     CAN_DeviceNotSupport,       ///< CAN FD on a model that has none, or whose information could not be read

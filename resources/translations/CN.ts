@@ -345,110 +345,23 @@
     </message>
 </context>
 <context>
-    <name>GUI_CanAdvancedOpearation</name>
+    <name>GUI_CanGateWay</name>
     <message>
-        <source>All</source>
-        <translation>全选</translation>
+        <source>Gateway filtering rule</source>
+        <translation>网关过滤规则</translation>
     </message>
     <message>
-        <source>Invert</source>
-        <translation>反选</translation>
+        <source>ID:  0x</source>
+        <translation>帧ID：0x</translation>
     </message>
     <message>
-        <source>Add</source>
-        <translation>添加</translation>
+        <source>Identifier in hexadecimal</source>
+        <translation>十六进制ID</translation>
     </message>
     <message>
-        <source>Remove</source>
-        <translation>删除</translation>
+        <source>Frame type</source>
+        <translation>帧类型</translation>
     </message>
-    <message>
-        <source>Import</source>
-        <translation>导入</translation>
-    </message>
-    <message>
-        <source>Export</source>
-        <translation>导出</translation>
-    </message>
-    <message>
-        <source>Send list</source>
-        <translation>发送列表</translation>
-    </message>
-    <message>
-        <source>No.</source>
-        <translation>序号</translation>
-    </message>
-    <message>
-        <source>ID</source>
-        <translation>帧ID</translation>
-    </message>
-    <message>
-        <source>Type</source>
-        <translation>类型</translation>
-    </message>
-    <message>
-        <source>Length</source>
-        <translation>长度</translation>
-    </message>
-    <message>
-        <source>Data</source>
-        <translation>数据</translation>
-    </message>
-    <message>
-        <source>Frame count</source>
-        <translation>帧数</translation>
-    </message>
-    <message>
-        <source>Send count</source>
-        <translation>发送次数</translation>
-    </message>
-    <message>
-        <source>Interval</source>
-        <translation>间隔</translation>
-    </message>
-    <message>
-        <source>Send mode</source>
-        <translation>发送模式</translation>
-    </message>
-    <message>
-        <source>Repeat</source>
-        <translation>重复</translation>
-    </message>
-    <message>
-        <source>Print to table</source>
-        <translation>打印到表格</translation>
-    </message>
-    <message>
-        <source>List send</source>
-        <translation>列表发送</translation>
-    </message>
-    <message>
-        <source>Stop</source>
-        <translation>停止</translation>
-    </message>
-    <message>
-        <source>Parallel send mode</source>
-        <translation>并行发送模式</translation>
-    </message>
-    <message>
-        <source>Order send mode</source>
-        <translation>顺序发送模式</translation>
-    </message>
-    <message>
-        <source>The send list is empty</source>
-        <translation>发送列表为空</translation>
-    </message>
-    <message>
-        <source>Please check the items you want to send</source>
-        <translation>请勾选要发送的项</translation>
-    </message>
-    <message>
-        <source>Please select the delete item first</source>
-        <translation>请先选择要删除的项</translation>
-    </message>
-</context>
-<context>
-    <name>WidgetDelegateCAN</name>
     <message>
         <source>Standard</source>
         <translation>标准帧</translation>
@@ -456,6 +369,42 @@
     <message>
         <source>Extend</source>
         <translation>扩展帧</translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation>应用</translation>
+    </message>
+    <message>
+        <source>Forwarded identifiers</source>
+        <translation>转发的ID</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>清空</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancle</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Maximum frame count 64!</source>
+        <translation>最多64个帧！</translation>
+    </message>
+    <message>
+        <source>The ID already exists in the list!</source>
+        <translation>该ID已在列表中！</translation>
+    </message>
+    <message>
+        <source>Frame ID error, Standard frame valid range: 0x0-0x7FF, Extend frame valid range: 0x0-0x1FFFFFFF</source>
+        <translation>帧ID错误，标准帧有效范围：0x0-0x7FF，扩展帧有效范围：0x0-0x1FFFFFFF</translation>
     </message>
 </context>
 <context>
@@ -670,6 +619,32 @@ Install the adapter's current library.</source>
         <translation>适配器动态库 %1 版本过旧，缺少 %2。
 请安装适配器的最新动态库。</translation>
     </message>
+    <message>
+        <source>Device %1 could not be opened.
+Check that it is plugged in and not used by another program.</source>
+        <translation>无法打开设备%1。
+请检查设备是否已插好，且未被其他程序占用。</translation>
+    </message>
+    <message>
+        <source>Device %1 does not offer CAN FD.
+Open it without a CAN FD bit rate.</source>
+        <translation>设备%1不支持CAN FD。
+请不选择CANFD波特率再打开。</translation>
+    </message>
+    <message>
+        <source>Device %1, channel %2 is open already.</source>
+        <translation>设备%1的通道%2已打开。</translation>
+    </message>
+    <message>
+        <source>Device %1 refused to open channel %2.
+Check the bit rate and the other parameters.</source>
+        <translation>设备%1拒绝打开通道%2。
+请检查波特率和其他参数。</translation>
+    </message>
+    <message>
+        <source>Device %1, channel %2 could not be opened.</source>
+        <translation>无法打开设备%1的通道%2。</translation>
+    </message>
 </context>
 <context>
     <name>WidgetDeviceBase</name>
@@ -844,6 +819,469 @@ Install the adapter's current library.</source>
     <message>
         <source>Redo</source>
         <translation>重做</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_CanAdvancedOpearation</name>
+    <message>
+        <source>All</source>
+        <translation>全选</translation>
+    </message>
+    <message>
+        <source>Invert</source>
+        <translation>反选</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>添加</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>导入</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>导出</translation>
+    </message>
+    <message>
+        <source>Send list</source>
+        <translation>发送列表</translation>
+    </message>
+    <message>
+        <source>No.</source>
+        <translation>序号</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>帧ID</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>长度</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>数据</translation>
+    </message>
+    <message>
+        <source>Frame count</source>
+        <translation>帧数</translation>
+    </message>
+    <message>
+        <source>Send count</source>
+        <translation>发送次数</translation>
+    </message>
+    <message>
+        <source>Interval</source>
+        <translation>间隔</translation>
+    </message>
+    <message>
+        <source>Send mode</source>
+        <translation>发送模式</translation>
+    </message>
+    <message>
+        <source>Repeat</source>
+        <translation>重复</translation>
+    </message>
+    <message>
+        <source>Print to table</source>
+        <translation>打印到表格</translation>
+    </message>
+    <message>
+        <source>List send</source>
+        <translation>列表发送</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>Parallel send mode</source>
+        <translation>并行发送模式</translation>
+    </message>
+    <message>
+        <source>Order send mode</source>
+        <translation>顺序发送模式</translation>
+    </message>
+    <message>
+        <source>The send list is empty</source>
+        <translation>发送列表为空</translation>
+    </message>
+    <message>
+        <source>Please check the items you want to send</source>
+        <translation>请勾选要发送的项</translation>
+    </message>
+    <message>
+        <source>Please select the delete item first</source>
+        <translation>请先选择要删除的项</translation>
+    </message>
+</context>
+<context>
+    <name>WidgetDelegateCAN</name>
+    <message>
+        <source>Standard</source>
+        <translation>标准帧</translation>
+    </message>
+    <message>
+        <source>Extend</source>
+        <translation>扩展帧</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_CanScanBaudrate</name>
+    <message>
+        <source>Auto scan baudrate</source>
+        <translation>自动扫描波特率</translation>
+    </message>
+    <message>
+        <source>Scan</source>
+        <translation>扫描</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation>应用</translation>
+    </message>
+    <message>
+        <source>Baudrate</source>
+        <translation>波特率</translation>
+    </message>
+    <message>
+        <source>Channel</source>
+        <translation>通道</translation>
+    </message>
+    <message>
+        <source>Effective baudrate</source>
+        <translation>有效波特率</translation>
+    </message>
+    <message>
+        <source>Invalid baudrate</source>
+        <translation>无效波特率</translation>
+    </message>
+    <message>
+        <source>No devices</source>
+        <translation>没有可用的设备</translation>
+    </message>
+    <message>
+        <source>Another scan is running</source>
+        <translation>已有扫描正在进行</translation>
+    </message>
+    <message>
+        <source>Both CAN channels are in use</source>
+        <translation>两个CAN通道均已被占用</translation>
+    </message>
+    <message>
+        <source>Device open failed</source>
+        <translation>设备打开失败</translation>
+    </message>
+    <message>
+        <source>The scan was interrupted</source>
+        <translation>扫描已中断</translation>
+    </message>
+    <message>
+        <source>CANFD baudrate: %1</source>
+        <translation>CANFD波特率：%1</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_CanDeviceParam</name>
+    <message>
+        <source>Parameter validation</source>
+        <translation>参数确认</translation>
+    </message>
+    <message>
+        <source>CAN parameters</source>
+        <translation>CAN参数</translation>
+    </message>
+    <message>
+        <source>LIN parameters</source>
+        <translation>LIN参数</translation>
+    </message>
+    <message>
+        <source>Device index:</source>
+        <translation>设备索引：</translation>
+    </message>
+    <message>
+        <source>CAN channal:</source>
+        <translation>CAN通道：</translation>
+    </message>
+    <message>
+        <source>LIN channal:</source>
+        <translation>LIN通道：</translation>
+    </message>
+    <message>
+        <source>Acc code:</source>
+        <translation>验收码：</translation>
+    </message>
+    <message>
+        <source>Acc mask:</source>
+        <translation>屏蔽码：</translation>
+    </message>
+    <message>
+        <source>Filter mode:</source>
+        <translation>滤波方式：</translation>
+    </message>
+    <message>
+        <source> BTR0/1:</source>
+        <translation>定时器BTR0/1：</translation>
+    </message>
+    <message>
+        <source>(Hex)</source>
+        <translation>（十六进制）</translation>
+    </message>
+    <message>
+        <source>Operating mode:</source>
+        <translation>工作模式：</translation>
+    </message>
+    <message>
+        <source>CAN baudrate:</source>
+        <translation>CAN波特率：</translation>
+    </message>
+    <message>
+        <source>CANFD baudrate:</source>
+        <translation>CANFD波特率：</translation>
+    </message>
+    <message>
+        <source>Filter configuration tool</source>
+        <translation>滤波配置工具</translation>
+    </message>
+    <message>
+        <source>Open all CAN channel</source>
+        <translation>打开所有通道</translation>
+    </message>
+    <message>
+        <source>Scan baudrate</source>
+        <translation>扫描波特率</translation>
+    </message>
+    <message>
+        <source>Checksum:</source>
+        <translation>校验和：</translation>
+    </message>
+    <message>
+        <source>Baudrate:</source>
+        <translation>波特率：</translation>
+    </message>
+    <message>
+        <source>LIN Setup</source>
+        <translation>LIN设置</translation>
+    </message>
+    <message>
+        <source>LIN setup</source>
+        <translation>LIN设置</translation>
+    </message>
+    <message>
+        <source>CAN setup</source>
+        <translation>CAN设置</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Custom</source>
+        <translation>自定义</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>正常</translation>
+    </message>
+    <message>
+        <source>Listen</source>
+        <translation>只听</translation>
+    </message>
+    <message>
+        <source>Receive all</source>
+        <translation>接收所有</translation>
+    </message>
+    <message>
+        <source>Standard checksum</source>
+        <translation>标准校验</translation>
+    </message>
+    <message>
+        <source>Enhanced checksum</source>
+        <translation>增强校验</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>设备</translation>
+    </message>
+    <message>
+        <source>Channel</source>
+        <translation>通道</translation>
+    </message>
+    <message>
+        <source>BTR0</source>
+        <translation>定时器BTR0</translation>
+    </message>
+    <message>
+        <source>BTR1</source>
+        <translation>定时器BTR1</translation>
+    </message>
+    <message>
+        <source>No adapter found. Connect one and open this dialog again.</source>
+        <translation>未发现设备，请连接设备后重新打开此对话框。</translation>
+    </message>
+    <message>
+        <source>All CAN channels are open already.</source>
+        <translation>所有CAN通道均已打开。</translation>
+    </message>
+    <message>
+        <source>All LIN channels are open already.</source>
+        <translation>所有LIN通道均已打开。</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_CanFilterTool</name>
+    <message>
+        <source>Filter configuration tool</source>
+        <translation>滤波配置工具</translation>
+    </message>
+    <message>
+        <source>Identifiers to receive</source>
+        <translation>要接收的帧ID</translation>
+    </message>
+    <message>
+        <source>Frame type</source>
+        <translation>帧类型</translation>
+    </message>
+    <message>
+        <source>From:</source>
+        <translation>从：</translation>
+    </message>
+    <message>
+        <source>To (optional):</source>
+        <translation>到（可不填）：</translation>
+    </message>
+    <message>
+        <source>(Hex)</source>
+        <translation>（十六进制）</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>添加</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>移除</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>清空</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>帧类型</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>起始ID</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>结束ID</translation>
+    </message>
+    <message>
+        <source>Acceptance filter</source>
+        <translation>验收滤波</translation>
+    </message>
+    <message>
+        <source>Acc code:</source>
+        <translation>验收码：</translation>
+    </message>
+    <message>
+        <source>Acc mask:</source>
+        <translation>屏蔽码：</translation>
+    </message>
+    <message>
+        <source>Others that pass:</source>
+        <translation>其他可通过的ID：</translation>
+    </message>
+    <message>
+        <source>Test an identifier</source>
+        <translation>测试帧ID</translation>
+    </message>
+    <message>
+        <source>Identifier</source>
+        <translation>帧ID</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Standard</source>
+        <translation>标准帧</translation>
+    </message>
+    <message>
+        <source>Extend</source>
+        <translation>扩展帧</translation>
+    </message>
+    <message>
+        <source>Standard: %1, extended: %2</source>
+        <translation>标准帧：%1，扩展帧：%2</translation>
+    </message>
+    <message>
+        <source>An empty list lets everything pass.</source>
+        <translation>列表为空时接收所有帧。</translation>
+    </message>
+    <message>
+        <source>Such standard frames pass or not, depending on their data.</source>
+        <translation>这些标准帧能否通过取决于其数据。</translation>
+    </message>
+    <message>
+        <source>Extended identifiers: 0 to 1FFFFFFF, hexadecimal</source>
+        <translation>扩展帧ID：0到1FFFFFFF，十六进制</translation>
+    </message>
+    <message>
+        <source>Standard identifiers: 0 to 7FF, hexadecimal</source>
+        <translation>标准帧ID：0到7FF，十六进制</translation>
+    </message>
+    <message>
+        <source>The first identifier of the range is above the last one</source>
+        <translation>起始ID大于结束ID</translation>
+    </message>
+    <message>
+        <source>Already in the list</source>
+        <translation>已在列表中</translation>
+    </message>
+    <message>
+        <source>The list is full: %1 entries</source>
+        <translation>列表已满：%1条</translation>
+    </message>
+    <message>
+        <source>Does not pass</source>
+        <translation>不能通过</translation>
+    </message>
+    <message>
+        <source>Passes or not, depending on its data</source>
+        <translation>能否通过取决于其数据</translation>
+    </message>
+    <message>
+        <source>Passes</source>
+        <translation>可以通过</translation>
     </message>
 </context>
 </TS>

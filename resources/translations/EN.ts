@@ -345,110 +345,23 @@
     </message>
 </context>
 <context>
-    <name>GUI_CanAdvancedOpearation</name>
+    <name>GUI_CanGateWay</name>
     <message>
-        <source>All</source>
-        <translation>All</translation>
+        <source>Gateway filtering rule</source>
+        <translation>Gateway filtering rule</translation>
     </message>
     <message>
-        <source>Invert</source>
-        <translation>Invert</translation>
+        <source>ID:  0x</source>
+        <translation>ID:  0x</translation>
     </message>
     <message>
-        <source>Add</source>
-        <translation>Add</translation>
+        <source>Identifier in hexadecimal</source>
+        <translation>Identifier in hexadecimal</translation>
     </message>
     <message>
-        <source>Remove</source>
-        <translation>Remove</translation>
+        <source>Frame type</source>
+        <translation>Frame type</translation>
     </message>
-    <message>
-        <source>Import</source>
-        <translation>Import</translation>
-    </message>
-    <message>
-        <source>Export</source>
-        <translation>Export</translation>
-    </message>
-    <message>
-        <source>Send list</source>
-        <translation>Send list</translation>
-    </message>
-    <message>
-        <source>No.</source>
-        <translation>No.</translation>
-    </message>
-    <message>
-        <source>ID</source>
-        <translation>ID</translation>
-    </message>
-    <message>
-        <source>Type</source>
-        <translation>Type</translation>
-    </message>
-    <message>
-        <source>Length</source>
-        <translation>Length</translation>
-    </message>
-    <message>
-        <source>Data</source>
-        <translation>Data</translation>
-    </message>
-    <message>
-        <source>Frame count</source>
-        <translation>Frame count</translation>
-    </message>
-    <message>
-        <source>Send count</source>
-        <translation>Send count</translation>
-    </message>
-    <message>
-        <source>Interval</source>
-        <translation>Interval</translation>
-    </message>
-    <message>
-        <source>Send mode</source>
-        <translation>Send mode</translation>
-    </message>
-    <message>
-        <source>Repeat</source>
-        <translation>Repeat</translation>
-    </message>
-    <message>
-        <source>Print to table</source>
-        <translation>Print to table</translation>
-    </message>
-    <message>
-        <source>List send</source>
-        <translation>List send</translation>
-    </message>
-    <message>
-        <source>Stop</source>
-        <translation>Stop</translation>
-    </message>
-    <message>
-        <source>Parallel send mode</source>
-        <translation>Parallel send mode</translation>
-    </message>
-    <message>
-        <source>Order send mode</source>
-        <translation>Order send mode</translation>
-    </message>
-    <message>
-        <source>The send list is empty</source>
-        <translation>The send list is empty</translation>
-    </message>
-    <message>
-        <source>Please check the items you want to send</source>
-        <translation>Please check the items you want to send</translation>
-    </message>
-    <message>
-        <source>Please select the delete item first</source>
-        <translation>Please select the delete item first</translation>
-    </message>
-</context>
-<context>
-    <name>WidgetDelegateCAN</name>
     <message>
         <source>Standard</source>
         <translation>Standard</translation>
@@ -456,6 +369,42 @@
     <message>
         <source>Extend</source>
         <translation>Extend</translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation>Apply</translation>
+    </message>
+    <message>
+        <source>Forwarded identifiers</source>
+        <translation>Forwarded identifiers</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Clear</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancle</source>
+        <translation>Cancle</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>Maximum frame count 64!</source>
+        <translation>Maximum frame count 64!</translation>
+    </message>
+    <message>
+        <source>The ID already exists in the list!</source>
+        <translation>The ID already exists in the list!</translation>
+    </message>
+    <message>
+        <source>Frame ID error, Standard frame valid range: 0x0-0x7FF, Extend frame valid range: 0x0-0x1FFFFFFF</source>
+        <translation>Frame ID error, Standard frame valid range: 0x0-0x7FF, Extend frame valid range: 0x0-0x1FFFFFFF</translation>
     </message>
 </context>
 <context>
@@ -670,6 +619,32 @@ Install the adapter's current library.</source>
         <translation>The adapter library %1 is too old: it lacks %2.
 Install the adapter's current library.</translation>
     </message>
+    <message>
+        <source>Device %1 could not be opened.
+Check that it is plugged in and not used by another program.</source>
+        <translation>Device %1 could not be opened.
+Check that it is plugged in and not used by another program.</translation>
+    </message>
+    <message>
+        <source>Device %1 does not offer CAN FD.
+Open it without a CAN FD bit rate.</source>
+        <translation>Device %1 does not offer CAN FD.
+Open it without a CAN FD bit rate.</translation>
+    </message>
+    <message>
+        <source>Device %1, channel %2 is open already.</source>
+        <translation>Device %1, channel %2 is open already.</translation>
+    </message>
+    <message>
+        <source>Device %1 refused to open channel %2.
+Check the bit rate and the other parameters.</source>
+        <translation>Device %1 refused to open channel %2.
+Check the bit rate and the other parameters.</translation>
+    </message>
+    <message>
+        <source>Device %1, channel %2 could not be opened.</source>
+        <translation>Device %1, channel %2 could not be opened.</translation>
+    </message>
 </context>
 <context>
     <name>WidgetDeviceBase</name>
@@ -844,6 +819,469 @@ Install the adapter's current library.</translation>
     <message>
         <source>Redo</source>
         <translation>Redo</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_CanAdvancedOpearation</name>
+    <message>
+        <source>All</source>
+        <translation>All</translation>
+    </message>
+    <message>
+        <source>Invert</source>
+        <translation>Invert</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Add</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Remove</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>Import</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Export</translation>
+    </message>
+    <message>
+        <source>Send list</source>
+        <translation>Send list</translation>
+    </message>
+    <message>
+        <source>No.</source>
+        <translation>No.</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>Length</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>Data</translation>
+    </message>
+    <message>
+        <source>Frame count</source>
+        <translation>Frame count</translation>
+    </message>
+    <message>
+        <source>Send count</source>
+        <translation>Send count</translation>
+    </message>
+    <message>
+        <source>Interval</source>
+        <translation>Interval</translation>
+    </message>
+    <message>
+        <source>Send mode</source>
+        <translation>Send mode</translation>
+    </message>
+    <message>
+        <source>Repeat</source>
+        <translation>Repeat</translation>
+    </message>
+    <message>
+        <source>Print to table</source>
+        <translation>Print to table</translation>
+    </message>
+    <message>
+        <source>List send</source>
+        <translation>List send</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>Parallel send mode</source>
+        <translation>Parallel send mode</translation>
+    </message>
+    <message>
+        <source>Order send mode</source>
+        <translation>Order send mode</translation>
+    </message>
+    <message>
+        <source>The send list is empty</source>
+        <translation>The send list is empty</translation>
+    </message>
+    <message>
+        <source>Please check the items you want to send</source>
+        <translation>Please check the items you want to send</translation>
+    </message>
+    <message>
+        <source>Please select the delete item first</source>
+        <translation>Please select the delete item first</translation>
+    </message>
+</context>
+<context>
+    <name>WidgetDelegateCAN</name>
+    <message>
+        <source>Standard</source>
+        <translation>Standard</translation>
+    </message>
+    <message>
+        <source>Extend</source>
+        <translation>Extend</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_CanScanBaudrate</name>
+    <message>
+        <source>Auto scan baudrate</source>
+        <translation>Auto scan baudrate</translation>
+    </message>
+    <message>
+        <source>Scan</source>
+        <translation>Scan</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation>Apply</translation>
+    </message>
+    <message>
+        <source>Baudrate</source>
+        <translation>Baudrate</translation>
+    </message>
+    <message>
+        <source>Channel</source>
+        <translation>Channel</translation>
+    </message>
+    <message>
+        <source>Effective baudrate</source>
+        <translation>Effective baudrate</translation>
+    </message>
+    <message>
+        <source>Invalid baudrate</source>
+        <translation>Invalid baudrate</translation>
+    </message>
+    <message>
+        <source>No devices</source>
+        <translation>No devices</translation>
+    </message>
+    <message>
+        <source>Another scan is running</source>
+        <translation>Another scan is running</translation>
+    </message>
+    <message>
+        <source>Both CAN channels are in use</source>
+        <translation>Both CAN channels are in use</translation>
+    </message>
+    <message>
+        <source>Device open failed</source>
+        <translation>Device open failed</translation>
+    </message>
+    <message>
+        <source>The scan was interrupted</source>
+        <translation>The scan was interrupted</translation>
+    </message>
+    <message>
+        <source>CANFD baudrate: %1</source>
+        <translation>CANFD baudrate: %1</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_CanDeviceParam</name>
+    <message>
+        <source>Parameter validation</source>
+        <translation>Parameter validation</translation>
+    </message>
+    <message>
+        <source>CAN parameters</source>
+        <translation>CAN parameters</translation>
+    </message>
+    <message>
+        <source>LIN parameters</source>
+        <translation>LIN parameters</translation>
+    </message>
+    <message>
+        <source>Device index:</source>
+        <translation>Device index:</translation>
+    </message>
+    <message>
+        <source>CAN channal:</source>
+        <translation>CAN channal:</translation>
+    </message>
+    <message>
+        <source>LIN channal:</source>
+        <translation>LIN channal:</translation>
+    </message>
+    <message>
+        <source>Acc code:</source>
+        <translation>Acc code:</translation>
+    </message>
+    <message>
+        <source>Acc mask:</source>
+        <translation>Acc mask:</translation>
+    </message>
+    <message>
+        <source>Filter mode:</source>
+        <translation>Filter mode:</translation>
+    </message>
+    <message>
+        <source> BTR0/1:</source>
+        <translation> BTR0/1:</translation>
+    </message>
+    <message>
+        <source>(Hex)</source>
+        <translation>(Hex)</translation>
+    </message>
+    <message>
+        <source>Operating mode:</source>
+        <translation>Operating mode:</translation>
+    </message>
+    <message>
+        <source>CAN baudrate:</source>
+        <translation>CAN baudrate:</translation>
+    </message>
+    <message>
+        <source>CANFD baudrate:</source>
+        <translation>CANFD baudrate:</translation>
+    </message>
+    <message>
+        <source>Filter configuration tool</source>
+        <translation>Filter configuration tool</translation>
+    </message>
+    <message>
+        <source>Open all CAN channel</source>
+        <translation>Open all CAN channel</translation>
+    </message>
+    <message>
+        <source>Scan baudrate</source>
+        <translation>Scan baudrate</translation>
+    </message>
+    <message>
+        <source>Checksum:</source>
+        <translation>Checksum:</translation>
+    </message>
+    <message>
+        <source>Baudrate:</source>
+        <translation>Baudrate:</translation>
+    </message>
+    <message>
+        <source>LIN Setup</source>
+        <translation>LIN Setup</translation>
+    </message>
+    <message>
+        <source>LIN setup</source>
+        <translation>LIN setup</translation>
+    </message>
+    <message>
+        <source>CAN setup</source>
+        <translation>CAN setup</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Custom</source>
+        <translation>Custom</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>None</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>Normal</translation>
+    </message>
+    <message>
+        <source>Listen</source>
+        <translation>Listen</translation>
+    </message>
+    <message>
+        <source>Receive all</source>
+        <translation>Receive all</translation>
+    </message>
+    <message>
+        <source>Standard checksum</source>
+        <translation>Standard checksum</translation>
+    </message>
+    <message>
+        <source>Enhanced checksum</source>
+        <translation>Enhanced checksum</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>Device</translation>
+    </message>
+    <message>
+        <source>Channel</source>
+        <translation>Channel</translation>
+    </message>
+    <message>
+        <source>BTR0</source>
+        <translation>BTR0</translation>
+    </message>
+    <message>
+        <source>BTR1</source>
+        <translation>BTR1</translation>
+    </message>
+    <message>
+        <source>No adapter found. Connect one and open this dialog again.</source>
+        <translation>No adapter found. Connect one and open this dialog again.</translation>
+    </message>
+    <message>
+        <source>All CAN channels are open already.</source>
+        <translation>All CAN channels are open already.</translation>
+    </message>
+    <message>
+        <source>All LIN channels are open already.</source>
+        <translation>All LIN channels are open already.</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_CanFilterTool</name>
+    <message>
+        <source>Filter configuration tool</source>
+        <translation>Filter configuration tool</translation>
+    </message>
+    <message>
+        <source>Identifiers to receive</source>
+        <translation>Identifiers to receive</translation>
+    </message>
+    <message>
+        <source>Frame type</source>
+        <translation>Frame type</translation>
+    </message>
+    <message>
+        <source>From:</source>
+        <translation>From:</translation>
+    </message>
+    <message>
+        <source>To (optional):</source>
+        <translation>To (optional):</translation>
+    </message>
+    <message>
+        <source>(Hex)</source>
+        <translation>(Hex)</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Add</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Remove</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Clear</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>From</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>To</translation>
+    </message>
+    <message>
+        <source>Acceptance filter</source>
+        <translation>Acceptance filter</translation>
+    </message>
+    <message>
+        <source>Acc code:</source>
+        <translation>Acc code:</translation>
+    </message>
+    <message>
+        <source>Acc mask:</source>
+        <translation>Acc mask:</translation>
+    </message>
+    <message>
+        <source>Others that pass:</source>
+        <translation>Others that pass:</translation>
+    </message>
+    <message>
+        <source>Test an identifier</source>
+        <translation>Test an identifier</translation>
+    </message>
+    <message>
+        <source>Identifier</source>
+        <translation>Identifier</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Standard</source>
+        <translation>Standard</translation>
+    </message>
+    <message>
+        <source>Extend</source>
+        <translation>Extend</translation>
+    </message>
+    <message>
+        <source>Standard: %1, extended: %2</source>
+        <translation>Standard: %1, extended: %2</translation>
+    </message>
+    <message>
+        <source>An empty list lets everything pass.</source>
+        <translation>An empty list lets everything pass.</translation>
+    </message>
+    <message>
+        <source>Such standard frames pass or not, depending on their data.</source>
+        <translation>Such standard frames pass or not, depending on their data.</translation>
+    </message>
+    <message>
+        <source>Extended identifiers: 0 to 1FFFFFFF, hexadecimal</source>
+        <translation>Extended identifiers: 0 to 1FFFFFFF, hexadecimal</translation>
+    </message>
+    <message>
+        <source>Standard identifiers: 0 to 7FF, hexadecimal</source>
+        <translation>Standard identifiers: 0 to 7FF, hexadecimal</translation>
+    </message>
+    <message>
+        <source>The first identifier of the range is above the last one</source>
+        <translation>The first identifier of the range is above the last one</translation>
+    </message>
+    <message>
+        <source>Already in the list</source>
+        <translation>Already in the list</translation>
+    </message>
+    <message>
+        <source>The list is full: %1 entries</source>
+        <translation>The list is full: %1 entries</translation>
+    </message>
+    <message>
+        <source>Does not pass</source>
+        <translation>Does not pass</translation>
+    </message>
+    <message>
+        <source>Passes or not, depending on its data</source>
+        <translation>Passes or not, depending on its data</translation>
+    </message>
+    <message>
+        <source>Passes</source>
+        <translation>Passes</translation>
     </message>
 </context>
 </TS>

@@ -15,6 +15,8 @@ private slots:
     void unloadableLibrary();
     void libraryThatIsTooOld();
     void nothingToTell();
+    void channelThatDoesNotOpen_data();
+    void channelThatDoesNotOpen();
 };
 
 namespace {
@@ -85,6 +87,26 @@ void tst_AdapterProblem::libraryThatIsTooOld()
 void tst_AdapterProblem::nothingToTell()
 {
     QVERIFY(adapterLibraryProblem(CANAPI(QString())).isEmpty());
+}
+
+void tst_AdapterProblem::channelThatDoesNotOpen_data()
+{
+    QTest::addColumn<int>("error");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("no device") << int(CAN_DeviceOpenFailed) << "Device 3 could not be opened.";
+    QTest::newRow("no CAN FD") << int(CAN_DeviceNotSupport) << "Device 3 does not offer CAN FD.";
+    QTest::newRow("open already") << int(CAN_ChannelExists) << "Device 3, channel 1 is open already.";
+    QTest::newRow("refused") << int(CAN_ChannelOpenFailed) << "Device 3 refused to open channel 1.";
+    QTest::newRow("anything else") << int(CAN_Unknown) << "Device 3, channel 1 could not be opened.";
+}
+
+void tst_AdapterProblem::channelThatDoesNotOpen()
+{
+    QFETCH(int, error);
+    ChannelParam param;
+    param.device = 3;
+    param.channel = 1;
+    QTEST(channelOpenProblem(static_cast<CANError>(error), param).section(QLatin1Char('\n'), 0, 0), "text");
 }
 
 QTEST_GUILESS_MAIN(tst_AdapterProblem)

@@ -1,6 +1,7 @@
 #include "app/ApplicationSetup.h"
 #include "app/GUI_CanView.h"
 #include "can/GUI_CanDevice.h"
+#include "can/GUI_CanDeviceParam.h"
 #include "capture/CTableViewCAN.h"
 #include "capture/GUI_CanSendFile.h"
 #include "device/CANAPI.h"
@@ -11,6 +12,7 @@
 #include "widgets/CNotice.h"
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFile>
 #include <QLabel>
@@ -61,6 +63,42 @@ QList<CMessageBox *> messagesOf(const GUI_CanView &window)
     return open;
 }
 
+GUI_CanDeviceParam *dialogOf(const GUI_CanView &window)
+{
+    return window.findChild<GUI_CanDeviceParam *>();
+}
+
+void clickIn(const QWidget &parent, const char *button)
+{
+    QTest::mouseClick(parent.findChild<QAbstractButton *>(QLatin1String(button)), Qt::LeftButton);
+}
+
+void chooseIn(const QWidget &parent, const char *combo, int index)
+{
+    parent.findChild<QComboBox *>(QLatin1String(combo))->setCurrentIndex(index);
+}
+
+/// What can be chosen in one of the dialog's lists.
+QStringList choicesIn(const QWidget &parent, const char *combo)
+{
+    const auto *box = parent.findChild<QComboBox *>(QLatin1String(combo));
+    QStringList texts;
+    for (int index = 0; index < box->count(); ++index) {
+        texts.append(box->itemText(index));
+    }
+    return texts;
+}
+
+/// Waits for the dialog that comes by itself and opens every channel of the device it shows.
+void openAllChannels(const GUI_CanView &window)
+{
+    QTRY_VERIFY(dialogOf(window)->isVisible());
+    auto *all = dialogOf(window)->findChild<QAbstractButton *>(QStringLiteral("chbx_openAllChannel"));
+    all->setChecked(true);
+    clickIn(*dialogOf(window), "btn_ok");
+    QTRY_VERIFY(!dialogOf(window)->isVisible());
+}
+
 void pressOk(const CMessageBox &box)
 {
     auto *buttons = box.findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"));
@@ -75,7 +113,13 @@ class tst_GUI_CanView : public QObject
     Q_OBJECT
 
 private slots:
-    void opensBothChannelsByItself();
+    void asksByItselfWhatToOpen();
+    void cancelOpensNothing();
+    void opensOneChannelAfterTheOther();
+    void offersAClosedChannelAgain();
+    void opensCANFD();
+    void saysWhyAChannelDoesNotOpen();
+    void opensAgainWhenTheAdapterIsBack();
     void closesTabs();
     void closingATabEndsItsPlayback();
     void closesAndOpensFromTheMenu();
@@ -91,14 +135,17 @@ private slots:
     void dimmedBehindDialogs();
 };
 
-void tst_GUI_CanView::opensBothChannelsByItself()
+void tst_GUI_CanView::asksByItselfWhatToOpen()
 {
     const AdapterFolder folder(OneDevice);
     GUI_CanView window(manager());
     window.show();
     QCOMPARE(window.windowTitle(), QStringLiteral("X9CAN V1.1.1"));
     QCOMPARE(window.size(), QSize(1000, 650));
-    QTRY_COMPARE(tabsOf(window)->count(), 2);
+    QVERIFY(!dialogOf(window)->isVisible());
+    openAllChannels(window);
+    QCOMPARE(tabsOf(window)->count(), 2);
+    QCOMPARE(tabsOf(window)->currentIndex(), 1);
     QCOMPARE(tabsOf(window)->tabText(0), QStringLiteral("CAN Device: 0 Channel: 0"));
     QCOMPARE(tabsOf(window)->tabText(1), QStringLiteral("CAN Device: 0 Channel: 1"));
     QCOMPARE(noticeOf(window), QStringLiteral("Devices is open"));
@@ -107,12 +154,141 @@ void tst_GUI_CanView::opensBothChannelsByItself()
     QTRY_VERIFY(tables.at(0)->rowCount() > 100 && tables.at(1)->rowCount() > 100);
 }
 
+void tst_GUI_CanView::cancelOpensNothing()
+{
+    const AdapterFolder folder(OneDevice);
+    GUI_CanView window(manager());
+    window.show();
+    QTRY_VERIFY(dialogOf(window)->isVisible());
+    QVERIFY(dialogOf(window)->isModal());
+    clickIn(*dialogOf(window), "btn_cancel");
+    QVERIFY(!dialogOf(window)->isVisible());
+    QCOMPARE(tabsOf(window)->count(), 0);
+    QCOMPARE(noticeOf(window), QString());
+}
+
+/// A channel that a tab holds is not offered; what was chosen for the first is offered for the second.
+void tst_GUI_CanView::opensOneChannelAfterTheOther()
+{
+    const AdapterFolder folder(OneDevice);
+    GUI_CanView window(manager());
+    window.show();
+    QTRY_VERIFY(dialogOf(window)->isVisible());
+    const QWidget &dialog = *dialogOf(window);
+    QCOMPARE(choicesIn(dialog, "cbx_channel").size(), 2);
+    chooseIn(dialog, "cbx_channel", 1);
+    chooseIn(dialog, "cbx_operatingMode", 1);
+    clickIn(dialog, "btn_ok");
+    QCOMPARE(tabsOf(window)->tabText(0), QStringLiteral("CAN Device: 0 Channel: 1"));
+    QVERIFY(qobject_cast<WidgetDeviceBase *>(tabsOf(window)->widget(0))->channelParam().listenOnly == 1);
+
+    window.slot_openCanDevice();
+    QCOMPARE(choicesIn(dialog, "cbx_channel"), QStringList{QStringLiteral("Channel0")});
+    QCOMPARE(dialog.findChild<QComboBox *>(QStringLiteral("cbx_operatingMode"))->currentIndex(), 1);
+    clickIn(dialog, "btn_ok");
+    QCOMPARE(tabsOf(window)->tabText(1), QStringLiteral("CAN Device: 0 Channel: 0"));
+    window.slot_openCanDevice();
+    QCOMPARE(choicesIn(dialog, "cbx_channel"), QStringList());
+    clickIn(dialog, "btn_cancel");
+}
+
+void tst_GUI_CanView::offersAClosedChannelAgain()
+{
+    const AdapterFolder folder(OneDevice);
+    GUI_CanView window(manager());
+    window.show();
+    openAllChannels(window);
+    QCOMPARE(tabsOf(window)->count(), 2);
+    window.slot_closeTabRequest(0);
+    window.slot_openCanDevice();
+    QCOMPARE(choicesIn(*dialogOf(window), "cbx_channel"), QStringList{QStringLiteral("Channel0")});
+    QTRY_COMPARE(window.findChildren<GUI_CanDevice *>().size(), 1);
+    clickIn(*dialogOf(window), "btn_ok");
+    QCOMPARE(tabsOf(window)->tabText(1), QStringLiteral("CAN Device: 0 Channel: 0"));
+    window.slot_closeTabRequest(7); // no such tab
+    QCOMPARE(tabsOf(window)->count(), 2);
+}
+
+void tst_GUI_CanView::opensCANFD()
+{
+    const AdapterFolder folder(OneDevice);
+    GUI_CanView window(manager());
+    window.show();
+    QTRY_VERIFY(dialogOf(window)->isVisible());
+    chooseIn(*dialogOf(window), "cbx_baudrateCANFD", 2);
+    clickIn(*dialogOf(window), "btn_ok");
+    QCOMPARE(tabsOf(window)->tabText(0), QStringLiteral("CANFD Device: 0 Channel: 0"));
+}
+
+void tst_GUI_CanView::saysWhyAChannelDoesNotOpen()
+{
+    const AdapterFolder folder(R"({
+      "buses": [{"name": "busy", "bitrate": "500k"}],
+      "devices": [{"model": "X9EC-1", "can": [{"bus": "busy", "faults": {"start_refused": true}}, {"bus": "busy"}]}]
+    })");
+    GUI_CanView window(manager());
+    window.show();
+    openAllChannels(window); // one of them opens
+    QCOMPARE(tabsOf(window)->count(), 1);
+    QCOMPARE(noticeOf(window), QStringLiteral("Devices is open"));
+    QCOMPARE(messagesOf(window).size(), 1);
+    const CMessageBox &refused = *messagesOf(window).first();
+    QCOMPARE(refused.icon(), CMessageBox::Critical);
+    QVERIFY2(refused.text().startsWith(QLatin1String("Device 0 refused to open channel 0.")),
+             qPrintable(refused.text()));
+    pressOk(refused);
+
+    window.slot_openCanDevice();
+    chooseIn(*dialogOf(window), "cbx_baudrateCANFD", 1);
+    clickIn(*dialogOf(window), "btn_ok");
+    QCOMPARE(tabsOf(window)->count(), 1);
+    QCOMPARE(noticeOf(window), QStringLiteral("No devices!!!"));
+    QVERIFY(messagesOf(window).first()->text().startsWith(QLatin1String("Device 0 does not offer CAN FD.")));
+}
+
+/// Pulled out while the channel runs: the tab stays until it is closed, and the channel opens again.
+void tst_GUI_CanView::opensAgainWhenTheAdapterIsBack()
+{
+    const AdapterFolder folder(R"({
+      "buses": [{"name": "busy", "bitrate": "500k", "nodes": [{"id": "0x100", "length": 8, "period_us": 1000}]}],
+      "devices": [{"model": "X9FC-1", "can": [{"bus": "busy"}],
+                   "faults": {"vanish_after_ms": 900, "return_after_ms": 1}}]
+    })");
+    GUI_CanView window(manager());
+    window.show();
+    QTRY_VERIFY(dialogOf(window)->isVisible());
+    clickIn(*dialogOf(window), "btn_ok");
+    QCOMPARE(tabsOf(window)->count(), 1);
+    QWidget *tab = tabsOf(window)->widget(0);
+    auto *table = tab->findChild<CTableViewCAN *>();
+    const auto sendFails = [&] {
+        clickIn(*tab, "btn_sendData");
+        return table->save(folder.filePath(QStringLiteral("a.csv"))) && [&] {
+            QFile file(folder.filePath(QStringLiteral("a.csv")));
+            return file.open(QIODevice::ReadOnly) && file.readAll().contains("Send failure");
+        }();
+    };
+    QTRY_VERIFY(sendFails());
+    const int rows = table->rowCount();
+    QVERIFY(rows > 100);
+    QTest::qWait(600); // nothing comes, and nothing goes
+    QVERIFY(table->rowCount() >= rows);
+    window.slot_closeTabRequest(0);
+    QTRY_VERIFY(window.findChildren<GUI_CanDevice *>().isEmpty());
+    window.slot_openCanDevice();
+    clickIn(*dialogOf(window), "btn_ok");
+    QCOMPARE(tabsOf(window)->count(), 1);
+    auto *again = tabsOf(window)->widget(0)->findChild<CTableViewCAN *>();
+    QTRY_VERIFY(again->rowCount() > 100);
+}
+
 void tst_GUI_CanView::closesTabs()
 {
     const AdapterFolder folder(OneDevice);
     GUI_CanView window(manager());
     window.show();
-    QTRY_COMPARE(tabsOf(window)->count(), 2);
+    openAllChannels(window);
+    QCOMPARE(tabsOf(window)->count(), 2);
     auto *button = qobject_cast<QAbstractButton *>(tabsOf(window)->tabBar()->tabButton(0, QTabBar::RightSide));
     QVERIFY(button != nullptr);
     QTest::mouseClick(button, Qt::LeftButton);
@@ -126,7 +302,8 @@ void tst_GUI_CanView::closingATabEndsItsPlayback()
     const AdapterFolder folder(OneDevice);
     GUI_CanView window(manager());
     window.show();
-    QTRY_COMPARE(tabsOf(window)->count(), 2);
+    openAllChannels(window);
+    QCOMPARE(tabsOf(window)->count(), 2);
     QWidget *tab = tabsOf(window)->widget(1);
     QTest::mouseClick(tab->findChild<QAbstractButton *>(QStringLiteral("btn_sendFile")), Qt::LeftButton);
     QPointer<GUI_CanSendFile> dialog = tab->findChild<GUI_CanSendFile *>();
@@ -153,7 +330,8 @@ void tst_GUI_CanView::closesAndOpensFromTheMenu()
     const AdapterFolder folder(OneDevice);
     GUI_CanView window(manager());
     window.show();
-    QTRY_COMPARE(tabsOf(window)->count(), 2);
+    openAllChannels(window);
+    QCOMPARE(tabsOf(window)->count(), 2);
     const QList<QAction *> actions = window.findChild<QToolButton *>(QStringLiteral("btn_connect"))->menu()->actions();
     QCOMPARE(actions.at(0)->text(), QStringLiteral("Open device"));
     QCOMPARE(actions.at(1)->text(), QStringLiteral("Close device"));
@@ -162,6 +340,7 @@ void tst_GUI_CanView::closesAndOpensFromTheMenu()
     QCOMPARE(noticeOf(window), QStringLiteral("Device turned off"));
     QTRY_COMPARE(window.findChildren<GUI_CanDevice *>().size(), 0);
     actions.at(0)->trigger();
+    openAllChannels(window);
     QCOMPARE(tabsOf(window)->count(), 2);
 }
 
@@ -170,7 +349,8 @@ void tst_GUI_CanView::saysThatThereIsNoDevice()
     const AdapterFolder folder(NoDevice);
     GUI_CanView window(manager());
     window.show();
-    QTRY_COMPARE(noticeOf(window), QStringLiteral("No devices!!!"));
+    openAllChannels(window);
+    QCOMPARE(noticeOf(window), QStringLiteral("No devices!!!"));
     QCOMPARE(tabsOf(window)->count(), 0);
     QVERIFY(window.findChild<CMessageBox *>() == nullptr); // the library is fine
 }
@@ -184,7 +364,7 @@ void tst_GUI_CanView::explainsAMissingLibrary()
     QVERIFY2(box->text().contains(QLatin1String("no-such-library")), qPrintable(box->text()));
     QVERIFY(box->isModal());
     QCOMPARE(box->icon(), CMessageBox::Critical);
-    QCOMPARE(noticeOf(window), QStringLiteral("No devices!!!"));
+    QVERIFY(dialogOf(window)->isVisible()); // behind the message
     pressOk(*box);
     QTRY_VERIFY(window.findChild<CMessageBox *>() == nullptr);
 }
@@ -296,7 +476,8 @@ void tst_GUI_CanView::closesWhileFramesArrive()
     {
         GUI_CanView window(manager());
         window.show();
-        QTRY_COMPARE(tabsOf(window)->count(), 2);
+        openAllChannels(window);
+        QCOMPARE(tabsOf(window)->count(), 2);
         QTRY_VERIFY(window.findChildren<CTableViewCAN *>().first()->rowCount() > 0);
         window.slot_closeTabRequest(0); // waits to be deleted while the window goes
         window.close();
@@ -316,6 +497,8 @@ void tst_GUI_CanView::dimmedBehindDialogs()
     const AdapterFolder folder(OneDevice);
     GUI_CanView window(manager());
     window.show();
+    QTRY_VERIFY(dialogOf(window)->isVisible());
+    clickIn(*dialogOf(window), "btn_cancel");
     window.slot_showMessageBox(QStringLiteral("one"), 1);
     window.slot_showMessageBox(QStringLiteral("two"), 4);
     const auto boxes = messagesOf(window);

@@ -1,23 +1,21 @@
-#include "can/GUI_CanDevice.h"
-#include "capture/CTableViewCAN.h"
 #include "capture/GUI_CanSendFile.h"
 #include "device/CANAPI.h"
 #include "device/CANCommunication.h"
 #include "tests/support/AdapterFolder.h"
 #include "tests/support/SaveDialogDriver.h"
+#include "tests/support/TabUser.h"
 #include "widgets/CHexEditView.h"
 
-#include <QComboBox>
 #include <QFile>
-#include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QSpinBox>
-#include <QTableView>
 #include <QtTest>
+
+#include <limits>
 
 namespace {
 // Both channels of device 0 sit on one bus, so each receives what the other sends; device 1 has a bus with traffic.
@@ -43,63 +41,6 @@ const QByteArray Unplugged = R"({
   "devices": [{"model": "X9FC-1", "can": [{"bus": "busy"}],
                "faults": {"vanish_after_ms": 500, "return_after_ms": 1}}]
 })";
-
-ChannelParam channel(quint8 device, quint8 ch, bool isCANFD = false)
-{
-    ChannelParam param;
-    param.device = device;
-    param.channel = ch;
-    param.Timing0 = 0x00;
-    param.Timing1 = 0x1C;
-    param.AccMask = 0xFFFFFFFF;
-    param.isCANFD = isCANFD;
-    param.dataRateCANFD = isCANFD ? 2 : 0;
-    return param;
-}
-
-/// A tab on screen, its widgets by name.
-class TabUnderTest
-{
-public:
-    TabUnderTest(const ChannelParam &param, CANCommunication &communication)
-        : tab(param, communication)
-    {
-        tab.resize(1000, 600);
-        tab.show();
-    }
-
-    template<typename Widget>
-    Widget *find(const char *name) const
-    {
-        return tab.findChild<Widget *>(QLatin1String(name));
-    }
-    void click(const char *name) const { QTest::mouseClick(find<QAbstractButton>(name), Qt::LeftButton); }
-    void type(const char *name, const QString &text) const { type(find<QLineEdit>(name), text); }
-    void typeData(const QString &text) const { type(dataLine(), text); }
-    static void type(QLineEdit *field, const QString &text)
-    {
-        field->setFocus();
-        field->selectAll();
-        QTest::keyClick(field, Qt::Key_Delete);
-        QTest::keyClicks(field, text);
-    }
-    void choose(const char *name, int data) const
-    {
-        auto *combo = find<QComboBox>(name);
-        combo->setCurrentIndex(combo->findData(data));
-    }
-    QLineEdit *dataLine() const { return find<QWidget>("lbx_data")->findChild<QLineEdit *>(); }
-    CTableViewCAN *table() const { return find<CTableViewCAN>("tableView"); }
-    GUI_CanSendFile *fileSender() const { return tab.findChild<GUI_CanSendFile *>(); }
-    int rows() const { return table()->rowCount(); }
-    QString cell(int row, int column) const
-    {
-        const QAbstractItemModel *model = table()->findChild<QTableView *>()->model();
-        return model->index(row, column).data().toString();
-    }
-
-    GUI_CanDevice tab;
-};
 } // namespace
 
 class tst_GUI_CanDevice : public QObject
@@ -134,7 +75,14 @@ private slots:
     void reportsAFailedSave();
     void savesInRealTime();
     void realTimeSavingEndsWithTheFolder();
-    void keepsTheRowsWhenTheCacheFieldIsEmptied();
+    void cacheFieldActsWhenItIsEdited();
+    void oddCacheSizesKeepTheOneInForce_data();
+    void oddCacheSizesKeepTheOneInForce();
+    void takesALongIdentifier();
+    void folds();
+    void resetsTheChannel();
+    void reportsAFailedReset();
+    void offersLengthsByMode();
     void losesNothingWhenTheAdapterIsPulledOut();
     void opensTheFileSender();
     void playsAFile();
@@ -162,7 +110,7 @@ void tst_GUI_CanDevice::cleanup()
 void tst_GUI_CanDevice::opensAndClosesItsChannel()
 {
     {
-        const TabUnderTest user(channel(0, 0), *m_manager);
+        const TabUser user(channel(0, 0), *m_manager);
         QVERIFY(user.tab.isChannelOpen());
         QVERIFY(m_manager->isDeviceOpen(0));
     }
@@ -171,9 +119,9 @@ void tst_GUI_CanDevice::opensAndClosesItsChannel()
 
 void tst_GUI_CanDevice::isNotOpenWhenTheChannelIsTaken()
 {
-    const TabUnderTest user(channel(0, 0), *m_manager);
+    const TabUser user(channel(0, 0), *m_manager);
     {
-        const TabUnderTest second(channel(0, 0), *m_manager);
+        const TabUser second(channel(0, 0), *m_manager);
         QVERIFY(!second.tab.isChannelOpen());
     }
     QVERIFY(m_manager->isDeviceOpen(0)); // the second tab has not closed what it did not open
@@ -181,8 +129,8 @@ void tst_GUI_CanDevice::isNotOpenWhenTheChannelIsTaken()
 
 void tst_GUI_CanDevice::sendsOneFrameAndListsIt()
 {
-    const TabUnderTest user(channel(0, 0), *m_manager);
-    const TabUnderTest other(channel(0, 1), *m_manager);
+    const TabUser user(channel(0, 0), *m_manager);
+    const TabUser other(channel(0, 1), *m_manager);
     user.choose("cbx_frameType", 1);
     user.type("lbx_frameID", QStringLiteral("1ABCDEF"));
     user.choose("cbx_length", 3);
@@ -203,7 +151,7 @@ void tst_GUI_CanDevice::listsARefusedFrame()
 {
     ChannelParam listening = channel(0, 0);
     listening.listenOnly = 1;
-    const TabUnderTest user(listening, *m_manager);
+    const TabUser user(listening, *m_manager);
     user.click("btn_sendData");
     QTRY_COMPARE(user.rows(), 1);
     QCOMPARE(user.cell(0, 3), QStringLiteral("Send failure"));
@@ -211,7 +159,7 @@ void tst_GUI_CanDevice::listsARefusedFrame()
 
 void tst_GUI_CanDevice::refusesAnIdentifierOutOfRange()
 {
-    const TabUnderTest user(channel(0, 0), *m_manager);
+    const TabUser user(channel(0, 0), *m_manager);
     QSignalSpy messages(&user.tab, &WidgetDeviceBase::sig_showMessageBox);
     user.choose("cbx_frameType", 1);
     user.type("lbx_frameID", QStringLiteral("800"));
@@ -229,7 +177,7 @@ void tst_GUI_CanDevice::refusesAnIdentifierOutOfRange()
 
 void tst_GUI_CanDevice::emptyIdentifierIsOne()
 {
-    const TabUnderTest user(channel(0, 0), *m_manager);
+    const TabUser user(channel(0, 0), *m_manager);
     user.type("lbx_frameID", QString());
     user.click("btn_sendData");
     QCOMPARE(user.find<QLineEdit>("lbx_frameID")->text(), QStringLiteral("1"));
@@ -239,7 +187,7 @@ void tst_GUI_CanDevice::emptyIdentifierIsOne()
 
 void tst_GUI_CanDevice::cancelledSavingDoesNothing()
 {
-    const TabUnderTest user(channel(0, 0), *m_manager);
+    const TabUser user(channel(0, 0), *m_manager);
     QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
     for (const char *button : {"btn_save", "btn_realTimeSaving"}) {
         const SaveDialogDriver dialog{QString()};
@@ -253,19 +201,19 @@ void tst_GUI_CanDevice::cancelledSavingDoesNothing()
 
 void tst_GUI_CanDevice::correctsTheIdentifierWhileTyping()
 {
-    const TabUnderTest user(channel(0, 0), *m_manager);
+    const TabUser user(channel(0, 0), *m_manager);
     user.type("lbx_frameID", QStringLiteral("8000"));
     QCOMPARE(user.find<QLineEdit>("lbx_frameID")->text(), QStringLiteral("7FF"));
 }
 
 void tst_GUI_CanDevice::offersLengthsByProtocol()
 {
-    const TabUnderTest classic(channel(0, 0), *m_manager);
+    const TabUser classic(channel(0, 0), *m_manager);
     QVERIFY(classic.find<QComboBox>("cbx_frameFormat")->isEnabled());
     QVERIFY(!classic.find<QComboBox>("cbx_protocol")->isEnabled());
     QCOMPARE(classic.find<QComboBox>("cbx_length")->count(), 8);
 
-    const TabUnderTest fd(channel(0, 1, true), *m_manager);
+    const TabUser fd(channel(0, 1, true), *m_manager);
     QVERIFY(fd.tab.isChannelOpen());
     QVERIFY(!fd.find<QComboBox>("cbx_frameFormat")->isEnabled());
     QVERIFY(fd.find<QComboBox>("cbx_protocol")->isEnabled());
@@ -278,8 +226,8 @@ void tst_GUI_CanDevice::offersLengthsByProtocol()
 
 void tst_GUI_CanDevice::sendsFdFrames()
 {
-    const TabUnderTest user(channel(0, 0, true), *m_manager);
-    const TabUnderTest other(channel(0, 1, true), *m_manager);
+    const TabUser user(channel(0, 0, true), *m_manager);
+    const TabUser other(channel(0, 1, true), *m_manager);
     user.choose("cbx_protocol", 2);
     user.choose("cbx_length", 64);
     user.typeData(QString(128, QLatin1Char('5')));
@@ -292,7 +240,7 @@ void tst_GUI_CanDevice::sendsFdFrames()
 
 void tst_GUI_CanDevice::lengthSizesTheData()
 {
-    const TabUnderTest user(channel(0, 0), *m_manager);
+    const TabUser user(channel(0, 0), *m_manager);
     QCOMPARE(user.dataLine()->text(), QStringLiteral("00 00 00 00 00 00 00 00 "));
     user.typeData(QStringLiteral("1122334455667788"));
     user.choose("cbx_length", 2);
@@ -312,7 +260,7 @@ void tst_GUI_CanDevice::lengthSizesTheData()
 
 void tst_GUI_CanDevice::protocolKeepsTheData()
 {
-    const TabUnderTest user(channel(0, 0, true), *m_manager);
+    const TabUser user(channel(0, 0, true), *m_manager);
     user.typeData(QStringLiteral("1122334455667788"));
     user.choose("cbx_protocol", 1);
     QCOMPARE(user.dataLine()->text(), QStringLiteral("11 22 33 44 55 66 77 88 "));
@@ -328,7 +276,7 @@ void tst_GUI_CanDevice::protocolKeepsTheData()
 
 void tst_GUI_CanDevice::editsTheDataOfALongFrame()
 {
-    const TabUnderTest user(channel(0, 0, true), *m_manager);
+    const TabUser user(channel(0, 0, true), *m_manager);
     user.choose("cbx_protocol", 1);
     user.choose("cbx_length", 64);
     QTest::mouseClick(user.find<QWidget>("lbx_data")->findChild<QPushButton *>(), Qt::LeftButton);
@@ -347,7 +295,7 @@ void tst_GUI_CanDevice::closesWhileTheDataIsEdited()
 {
     QPointer<CHexEditView> dialog;
     {
-        const TabUnderTest user(channel(0, 0), *m_manager);
+        const TabUser user(channel(0, 0), *m_manager);
         QTest::mouseClick(user.find<QWidget>("lbx_data")->findChild<QPushButton *>(), Qt::LeftButton);
         dialog = user.tab.findChild<CHexEditView *>();
         QVERIFY(dialog != nullptr);
@@ -358,8 +306,8 @@ void tst_GUI_CanDevice::closesWhileTheDataIsEdited()
 
 void tst_GUI_CanDevice::pausedSendingSendsButDoesNotList()
 {
-    const TabUnderTest user(channel(0, 0), *m_manager);
-    const TabUnderTest other(channel(0, 1), *m_manager);
+    const TabUser user(channel(0, 0), *m_manager);
+    const TabUser other(channel(0, 1), *m_manager);
     QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
     user.click("btn_pause");
     QCOMPARE(notices.last().at(0).toString(), QStringLiteral("Suspend CAN sending"));
@@ -375,7 +323,7 @@ void tst_GUI_CanDevice::pausedSendingSendsButDoesNotList()
 
 void tst_GUI_CanDevice::listsOnlyItsOwnChannel()
 {
-    TabUnderTest user(channel(0, 0), *m_manager);
+    TabUser user(channel(0, 0), *m_manager);
     VCI_CAN_OBJ frame{};
     frame.ID = 0x123;
     user.tab.slot_readResultCallback(0, 1, {frame});
@@ -389,7 +337,7 @@ void tst_GUI_CanDevice::listsOnlyItsOwnChannel()
 
 void tst_GUI_CanDevice::pausedReceivingListsNothing()
 {
-    TabUnderTest user(channel(0, 0), *m_manager);
+    TabUser user(channel(0, 0), *m_manager);
     QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
     user.click("btn_pauseReceiving");
     QCOMPARE(notices.last().at(0).toString(), QStringLiteral("Suspend CAN receiving"));
@@ -406,7 +354,7 @@ void tst_GUI_CanDevice::pausedReceivingListsNothing()
 
 void tst_GUI_CanDevice::hidesAnIdentifier()
 {
-    TabUnderTest user(channel(0, 0), *m_manager);
+    TabUser user(channel(0, 0), *m_manager);
     VCI_CAN_OBJ hidden{};
     hidden.ID = 0x100;
     VCI_CAN_OBJ shown{};
@@ -429,7 +377,7 @@ void tst_GUI_CanDevice::hidesAnIdentifier()
 
 void tst_GUI_CanDevice::showsTheRates()
 {
-    const TabUnderTest user(channel(1, 0), *m_manager);
+    const TabUser user(channel(1, 0), *m_manager);
     QCOMPARE(user.find<QLineEdit>("lbx_rateR")->text(), QStringLiteral("0 p/s"));
     user.click("btn_sendData");
     QTRY_VERIFY(user.find<QLineEdit>("lbx_rateT")->text() == QLatin1String("1 p/s"));
@@ -438,7 +386,7 @@ void tst_GUI_CanDevice::showsTheRates()
 
 void tst_GUI_CanDevice::savesTheMostRecentFrames()
 {
-    TabUnderTest user(channel(0, 0), *m_manager);
+    TabUser user(channel(0, 0), *m_manager);
     QVector<VCI_CAN_OBJ> frames(5, VCI_CAN_OBJ{});
     for (int i = 0; i < frames.size(); ++i) {
         frames[i].ID = static_cast<quint32>(i);
@@ -466,7 +414,7 @@ void tst_GUI_CanDevice::savesTheMostRecentFrames()
 
 void tst_GUI_CanDevice::reportsAFailedSave()
 {
-    const TabUnderTest user(channel(0, 0), *m_manager);
+    const TabUser user(channel(0, 0), *m_manager);
     QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
     const SaveDialogDriver dialog(m_folder->filePath(QStringLiteral("capture.bin")));
     user.click("btn_save");
@@ -476,7 +424,7 @@ void tst_GUI_CanDevice::reportsAFailedSave()
 
 void tst_GUI_CanDevice::savesInRealTime()
 {
-    TabUnderTest user(channel(0, 0), *m_manager);
+    TabUser user(channel(0, 0), *m_manager);
     user.tab.slot_readResultCallback(0, 0, {VCI_CAN_OBJ{}});
     user.table()->refresh();
     const QString path = m_folder->filePath(QStringLiteral("live.csv"));
@@ -500,7 +448,7 @@ void tst_GUI_CanDevice::savesInRealTime()
 
 void tst_GUI_CanDevice::realTimeSavingEndsWithTheFolder()
 {
-    TabUnderTest user(channel(0, 0), *m_manager);
+    TabUser user(channel(0, 0), *m_manager);
     QTemporaryDir folder;
     const SaveDialogDriver dialog(folder.filePath(QStringLiteral("live.csv")));
     user.click("btn_realTimeSaving");
@@ -516,17 +464,147 @@ void tst_GUI_CanDevice::realTimeSavingEndsWithTheFolder()
     QCOMPARE(user.find<QPushButton>("btn_realTimeSaving")->text(), QStringLiteral("Real time saving"));
 }
 
-void tst_GUI_CanDevice::keepsTheRowsWhenTheCacheFieldIsEmptied()
+void tst_GUI_CanDevice::cacheFieldActsWhenItIsEdited()
 {
-    TabUnderTest user(channel(0, 0), *m_manager);
+    TabUser user(channel(0, 0), *m_manager);
+    auto *field = user.find<QLineEdit>("lbx_cache");
+    QCOMPARE(field->text(), QStringLiteral("20000"));
+    QCOMPARE(user.table()->cacheSize(), 1000000);
+    field->setFocus();
+    QTest::keyClick(field, Qt::Key_Return); // passed through
+    QCOMPARE(user.table()->cacheSize(), 1000000);
+    user.type("lbx_cache", QStringLiteral("20000")); // typed, though it reads as before
+    QTest::keyClick(field, Qt::Key_Return);
+    QCOMPARE(user.table()->cacheSize(), 20000);
+
     user.tab.slot_readResultCallback(0, 0, QVector<VCI_CAN_OBJ>(10, VCI_CAN_OBJ{}));
     user.table()->refresh();
-    user.type("lbx_cache", QString());
-    QTest::keyClick(user.find<QLineEdit>("lbx_cache"), Qt::Key_Return);
-    QCOMPARE(user.rows(), 10);
     user.type("lbx_cache", QStringLiteral("4"));
-    QTest::keyClick(user.find<QLineEdit>("lbx_cache"), Qt::Key_Return);
+    QCOMPARE(user.rows(), 10);
+    QTest::keyClick(field, Qt::Key_Return);
     QCOMPARE(user.rows(), 4);
+    QCOMPARE(field->text(), QStringLiteral("4"));
+}
+
+void tst_GUI_CanDevice::oddCacheSizesKeepTheOneInForce_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("size");
+    QTest::addColumn<int>("rows");
+    QTest::newRow("empty") << QString() << 500 << 10;
+    QTest::newRow("zero") << "0" << 500 << 10;
+    QTest::newRow("zeros") << "000" << 500 << 10;
+    QTest::newRow("negative") << "-3" << 500 << 10;
+    QTest::newRow("no number") << "abc" << 500 << 10;
+    QTest::newRow("number and more") << "12x" << 500 << 10;
+    QTest::newRow("blanks") << "  " << 500 << 10;
+    QTest::newRow("ten million") << "10000000" << 10000000 << 10;
+    QTest::newRow("above the range") << "99999999999999999999" << std::numeric_limits<int>::max() << 10;
+    QTest::newRow("leading zeros") << "0007" << 7 << 7;
+}
+
+/// Typed, where the field lets only digits through, and set from outside.
+void tst_GUI_CanDevice::oddCacheSizesKeepTheOneInForce()
+{
+    QFETCH(QString, text);
+    QFETCH(int, size);
+    TabUser user(channel(0, 0), *m_manager);
+    auto *field = user.find<QLineEdit>("lbx_cache");
+    user.type("lbx_cache", QStringLiteral("500"));
+    QTest::keyClick(field, Qt::Key_Return);
+    user.tab.slot_readResultCallback(0, 0, QVector<VCI_CAN_OBJ>(10, VCI_CAN_OBJ{}));
+    user.table()->refresh();
+    field->setText(text);
+    emit field->editingFinished();
+    QCOMPARE(user.table()->cacheSize(), size);
+    QCOMPARE(field->text(), QString::number(size));
+    QTEST(user.rows(), "rows");
+
+    QString digits = text;
+    user.type("lbx_cache", text);
+    QCOMPARE(field->text(), digits.remove(QRegularExpression(QStringLiteral("[^0-9]"))));
+}
+
+void tst_GUI_CanDevice::takesALongIdentifier()
+{
+    const TabUser user(channel(0, 0), *m_manager);
+    QSignalSpy messages(&user.tab, &WidgetDeviceBase::sig_showMessageBox);
+    const QString longText(40, QLatin1Char('A'));
+    user.type("lbx_frameID", longText);
+    QCOMPARE(user.find<QLineEdit>("lbx_frameID")->text(), QStringLiteral("7FF"));
+    user.find<QLineEdit>("lbx_frameID")->setText(longText);
+    user.click("btn_sendData");
+    QCOMPARE(messages.count(), 1);
+    user.type("lbx_setFilter", longText);
+    user.click("rbtn_enable");
+    user.click("btn_setFilter"); // no identifier: hides nothing
+    user.tab.findChild<QLineEdit *>(QStringLiteral("lbx_frameID"))->setText(QStringLiteral("5"));
+    user.click("btn_sendData");
+    QTRY_COMPARE(user.rows(), 1);
+}
+
+void tst_GUI_CanDevice::folds()
+{
+    const TabUser user(channel(0, 0), *m_manager);
+    auto *panel = user.find<QWidget>("widget_content");
+    const int height = panel->height();
+    const int tableHeight = user.table()->height();
+    QVERIFY(height > 0);
+    QVERIFY(height <= 155);
+    QCOMPARE(panel->maximumHeight(), 155);
+    user.click("btn_fold");
+    QVERIFY(panel->maximumHeight() > 0); // on its way
+    QTRY_COMPARE(panel->maximumHeight(), 0);
+    QTRY_COMPARE(user.table()->height(), tableHeight + height);
+    user.click("btn_fold");
+    QTRY_COMPARE(panel->maximumHeight(), 155);
+    QTRY_COMPARE(panel->height(), height);
+
+    user.click("btn_fold"); // turned round half-way
+    QTRY_VERIFY(panel->maximumHeight() < 100);
+    user.click("btn_fold");
+    QTRY_COMPARE(panel->maximumHeight(), 155);
+}
+
+void tst_GUI_CanDevice::resetsTheChannel()
+{
+    const TabUser other(channel(0, 1), *m_manager);
+    const TabUser user(channel(0, 0), *m_manager);
+    QSignalSpy messages(&user.tab, &WidgetDeviceBase::sig_showMessageBox);
+    user.click("btn_reset");
+    QCOMPARE(messages.count(), 1);
+    QCOMPARE(messages.first(), (QVariantList{QStringLiteral("Device reset"), 1}));
+    user.click("btn_sendData"); // 800 ms long closed
+    const auto isHeard = [&] {
+        user.click("btn_sendData");
+        other.table()->refresh();
+        return other.rows() > 0;
+    };
+    QTRY_VERIFY(isHeard());
+    QCOMPARE(user.cell(0, 3), QStringLiteral("Send failure"));
+    QVERIFY(user.tab.isChannelOpen());
+}
+
+void tst_GUI_CanDevice::reportsAFailedReset()
+{
+    const TabUser user(channel(0, 0), *m_manager);
+    QSignalSpy messages(&user.tab, &WidgetDeviceBase::sig_showMessageBox);
+    QCOMPARE(m_manager->closeChannel(0, 0), CAN_OK); // and with it the device
+    user.click("btn_reset");
+    QCOMPARE(messages.count(), 1);
+    QCOMPARE(messages.first(), (QVariantList{QStringLiteral("Device reset failure"), 4}));
+}
+
+void tst_GUI_CanDevice::offersLengthsByMode()
+{
+    const TabUser classic(channel(0, 0), *m_manager);
+    QVERIFY(classic.find<QComboBox>("cbx_frameFormat")->isEnabled());
+    QVERIFY(!classic.find<QComboBox>("cbx_protocol")->isEnabled());
+    QCOMPARE(classic.find<QComboBox>("cbx_length")->count(), 8);
+    const TabUser fd(channel(0, 1, true), *m_manager);
+    QVERIFY(!fd.find<QComboBox>("cbx_frameFormat")->isEnabled());
+    QVERIFY(fd.find<QComboBox>("cbx_protocol")->isEnabled());
+    QCOMPARE(fd.find<QComboBox>("cbx_length")->count(), 8); // the protocol is still CAN
 }
 
 void tst_GUI_CanDevice::losesNothingWhenTheAdapterIsPulledOut()
@@ -536,7 +614,7 @@ void tst_GUI_CanDevice::losesNothingWhenTheAdapterIsPulledOut()
     m_folder = std::make_unique<AdapterFolder>(Unplugged);
     m_manager = std::make_unique<CANCommunication>(std::make_unique<CANAPI>(QStringLiteral(X9_VIRTUAL_ADAPTER)));
     {
-        const TabUnderTest user(channel(0, 0), *m_manager);
+        const TabUser user(channel(0, 0), *m_manager);
         QVERIFY(user.tab.isChannelOpen());
         const QString path = m_folder->filePath(QStringLiteral("live.csv"));
         QVERIFY(user.table()->realTimeSave(true, path));
@@ -558,18 +636,18 @@ void tst_GUI_CanDevice::losesNothingWhenTheAdapterIsPulledOut()
         QCOMPARE(file.readAll().count('\n'), rows + 3); // own header, titles, the empty line of the first save
     }
     QVERIFY(!m_manager->isDeviceOpen(0));
-    const TabUnderTest again(channel(0, 0), *m_manager);
+    const TabUser again(channel(0, 0), *m_manager);
     QVERIFY(again.tab.isChannelOpen());
     QTRY_VERIFY(again.rows() > 0);
 }
 
 void tst_GUI_CanDevice::opensTheFileSender()
 {
-    TabUnderTest user(channel(0, 0), *m_manager);
+    TabUser user(channel(0, 0), *m_manager);
     user.tab.setObjectName(QStringLiteral("CAN Device: 0 Channel: 0"));
-    QVERIFY(user.fileSender() == nullptr);
+    QVERIFY(user.dialog<GUI_CanSendFile>() == nullptr);
     user.click("btn_sendFile");
-    QPointer<GUI_CanSendFile> dialog = user.fileSender();
+    QPointer<GUI_CanSendFile> dialog = user.dialog<GUI_CanSendFile>();
     QVERIFY(dialog != nullptr);
     QVERIFY(dialog->isVisible());
     QVERIFY(!dialog->isModal());
@@ -587,8 +665,8 @@ void tst_GUI_CanDevice::opensTheFileSender()
 /// What the tab has received and saved goes out on the tab's own channel, and stops with the tab.
 void tst_GUI_CanDevice::playsAFile()
 {
-    const TabUnderTest other(channel(0, 1), *m_manager);
-    auto user = std::make_unique<TabUnderTest>(channel(0, 0), *m_manager);
+    const TabUser other(channel(0, 1), *m_manager);
+    auto user = std::make_unique<TabUser>(channel(0, 0), *m_manager);
     for (const char *id : {"123", "456"}) {
         user->type("lbx_frameID", QLatin1String(id));
         user->click("btn_sendData");
@@ -599,7 +677,7 @@ void tst_GUI_CanDevice::playsAFile()
     QTRY_COMPARE(other.rows(), 2);
 
     user->click("btn_sendFile");
-    GUI_CanSendFile *dialog = user->fileSender();
+    GUI_CanSendFile *dialog = user->dialog<GUI_CanSendFile>();
     dialog->findChild<QLineEdit *>(QStringLiteral("lbx_fileName"))->setText(path);
     dialog->findChild<QSpinBox *>(QStringLiteral("sbx_interval"))->setValue(1);
     auto *count = dialog->findChild<QSpinBox *>(QStringLiteral("sbx_count"));
@@ -620,11 +698,11 @@ void tst_GUI_CanDevice::playsAFile()
 
 void tst_GUI_CanDevice::routesTheNoticesOfTheFileSender()
 {
-    const TabUnderTest user(channel(0, 0), *m_manager);
+    const TabUser user(channel(0, 0), *m_manager);
     QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
     QSignalSpy messages(&user.tab, &WidgetDeviceBase::sig_showMessageBox);
     user.click("btn_sendFile");
-    GUI_CanSendFile *dialog = user.fileSender();
+    GUI_CanSendFile *dialog = user.dialog<GUI_CanSendFile>();
     dialog->findChild<QLineEdit *>(QStringLiteral("lbx_fileName"))->setText(QStringLiteral("/no/such/file.can"));
     QTest::mouseClick(dialog->findChild<QPushButton *>(QStringLiteral("btn_send")), Qt::LeftButton);
     QTRY_COMPARE(notices.count(), 1);

@@ -1,7 +1,12 @@
 #include "tools/tour/Tour.h"
 
 #include "app/GUI_CanView.h"
+#include "can/GUI_CanDeviceParam.h"
+#include "can/GUI_CanFilterTool.h"
+#include "can/GUI_CanGateWay.h"
+#include "can/GUI_CanScanBaudrate.h"
 #include "capture/CTableViewCAN.h"
+#include "capture/GUI_CanAdvancedOpearation.h"
 #include "capture/GUI_CanSendFile.h"
 #include "tests/support/SaveDialogDriver.h"
 #include "widgets/CHexEditView.h"
@@ -19,6 +24,7 @@
 #include <QTextStream>
 #include <QtTest>
 
+#include <array>
 #include <utility>
 
 namespace {
@@ -37,14 +43,69 @@ Tour::Tour(GUI_CanView &window, QString language, const QDir &folder)
 
 bool Tour::run()
 {
-    return openChannels() && receive() && send() && refuseIdentifier() && hideIdentifier() && saveCaptures() &&
-           playCapture() && saveInRealTime() && closeChannels();
+    return openChannels() && receive() && send() && sendRepeatedly() && sendList() && filterGateway() &&
+           refuseIdentifier() && hideIdentifier() && saveCaptures() && playCapture() && saveInRealTime() &&
+           closeChannels();
 }
 
 bool Tour::openChannels()
 {
+    auto *dialog = m_window.findChild<GUI_CanDeviceParam *>();
+    if (!waitUntil("the program asks what to open", [dialog] { return dialog->isVisible(); })) {
+        return false;
+    }
+    QTest::qWait(100);
+    shoot(*dialog, QStringLiteral("open"));
+    pressIn(*dialog, "btn_setup");
+    QTest::qWait(100);
+    shoot(*dialog, QStringLiteral("open-lin"));
+    pressIn(*dialog, "btn_setup");
+    if (!computeFilter(*dialog) || !scan(*dialog)) {
+        return false;
+    }
+    dialog->findChild<QAbstractButton *>(QStringLiteral("chbx_openAllChannel"))->setChecked(true);
+    pressIn(*dialog, "btn_ok");
     auto *tabs = m_window.findChild<QTabWidget *>(QStringLiteral("tabWidget"));
     return waitUntil("the two CAN channels open", [tabs] { return tabs->count() == 2; });
+}
+
+/// A filter for two ranges, not taken over.
+bool Tour::computeFilter(const GUI_CanDeviceParam &dialog)
+{
+    pressIn(dialog, "btn_filterTool");
+    const QPointer<GUI_CanFilterTool> tool(dialog.findChild<GUI_CanFilterTool *>());
+    if (!waitUntil("the filter tool opens", [&] { return tool && tool->isActiveWindow(); })) {
+        return false;
+    }
+    const std::array<std::array<const char *, 2>, 2> ranges{{{"100", "10F"}, {"120", ""}}};
+    for (const auto &range : ranges) {
+        typeIn(*tool, "lbx_idFrom", QLatin1String(range[0]));
+        typeIn(*tool, "lbx_idTo", QLatin1String(range[1]));
+        pressIn(*tool, "btn_add");
+    }
+    typeIn(*tool, "lbx_testID", QStringLiteral("130"));
+    QTest::qWait(100);
+    shoot(*tool, QStringLiteral("filter-tool"));
+    pressIn(*tool, "btn_cancel");
+    return waitUntil("the filter tool closes", [&] { return tool.isNull(); });
+}
+
+bool Tour::scan(const GUI_CanDeviceParam &dialog)
+{
+    pressIn(dialog, "btn_scan");
+    const QPointer<GUI_CanScanBaudrate> scan(dialog.findChild<GUI_CanScanBaudrate *>());
+    if (!waitUntil("the scan opens", [&] { return scan && scan->isActiveWindow(); })) {
+        return false;
+    }
+    pressIn(*scan, "btn_start");
+    const auto *bar = scan->findChild<QProgressBar *>();
+    if (!waitUntil("the bit rates are found", [bar] { return bar->value() == bar->maximum(); })) {
+        return false;
+    }
+    QTest::qWait(100);
+    shoot(*scan, QStringLiteral("scan"));
+    pressIn(*scan, "btn_apply");
+    return waitUntil("the scan closes", [&] { return scan.isNull(); });
 }
 
 bool Tour::receive()
@@ -77,6 +138,70 @@ bool Tour::send()
     shoot(m_window, QStringLiteral("send"));
     click("btn_pauseReceiving");
     return true;
+}
+
+/// Twenty frames that count up.
+bool Tour::sendRepeatedly()
+{
+    type("lbx_frameOfSend", QStringLiteral("20"));
+    type("lbx_sendingCycle", QStringLiteral("5"));
+    click("chbx_idIncrease");
+    click("chbx_dataIncrease");
+    click("btn_sendData");
+    const auto *button = widget<QAbstractButton>("btn_sendData");
+    if (!waitUntil("the frames have been sent", [button] { return button->isEnabled(); })) {
+        return false;
+    }
+    QTest::qWait(600); // until they are listed
+    shoot(m_window, QStringLiteral("send-repeatedly"));
+    click("btn_fold");
+    const auto *panel = widget<QWidget>("widget_content");
+    if (!waitUntil("the panel folds", [panel] { return panel->maximumHeight() == 0; })) {
+        return false;
+    }
+    shoot(m_window, QStringLiteral("fold"));
+    click("btn_fold");
+    return waitUntil("the panel unfolds", [panel] { return panel->maximumHeight() == 155; });
+}
+
+bool Tour::sendList()
+{
+    click("btn_advancedOperation");
+    auto *dialog = tab()->findChild<GUI_CanAdvancedOpearation *>();
+    if (!waitUntil("the send list opens", [dialog] { return dialog != nullptr && dialog->isVisible(); })) {
+        return false;
+    }
+    for (int row = 0; row < 12; ++row) {
+        pressIn(*dialog, "btnAdd");
+    }
+    pressIn(*dialog, "btnAllSelect");
+    pressIn(*dialog, "checkBox");
+    QTest::qWait(100);
+    shoot(*dialog, QStringLiteral("send-list"));
+    pressIn(*dialog, "btnListSend");
+    const auto *stop = dialog->findChild<QAbstractButton *>(QStringLiteral("m_btnStop"));
+    return waitUntil("the list has been sent", [stop] { return !stop->isEnabled(); }) && dialog->close();
+}
+
+/// Switches the gateway on, lets two identifiers through, and switches it off.
+bool Tour::filterGateway()
+{
+    click("btn_gatewaySwitch");
+    click("btn_gatewayFilter");
+    const QPointer<GUI_CanGateWay> dialog(tab()->findChild<GUI_CanGateWay *>());
+    if (!waitUntil("the gateway filter opens", [&] { return dialog && dialog->isActiveWindow(); })) {
+        return false;
+    }
+    for (const char *id : {"101", "2B0"}) {
+        typeIn(*dialog, "lbx_id", QLatin1String(id));
+        pressIn(*dialog, "btn_apply");
+    }
+    QTest::qWait(100);
+    shoot(*dialog, QStringLiteral("gateway-filter"));
+    pressIn(*dialog, "btn_ok");
+    const bool isDone = closeMessage();
+    click("btn_gatewaySwitch");
+    return isDone;
 }
 
 /// A look at all bytes of the data, left as they are.
@@ -114,6 +239,17 @@ bool Tour::refuseIdentifier()
     shoot(m_window, QStringLiteral("behind-the-message"));
     QTest::keyClick(message.data(), Qt::Key_Return);
     return waitUntil("the message closes", [&] { return message.isNull() && !isDimmed(); });
+}
+
+/// The one message that is expected.
+bool Tour::closeMessage()
+{
+    const QPointer<CMessageBox> message(m_window.findChild<CMessageBox *>());
+    if (!waitUntil("a message opens", [&] { return message && message->isActiveWindow(); })) {
+        return false;
+    }
+    QTest::keyClick(message.data(), Qt::Key_Return);
+    return waitUntil("the message closes", [&] { return message.isNull(); });
 }
 
 bool Tour::hideIdentifier()
@@ -237,24 +373,35 @@ Widget *Tour::widget(const char *name) const
 
 void Tour::click(const char *name) const
 {
-    QTest::mouseClick(widget<QAbstractButton>(name), Qt::LeftButton);
+    pressIn(*tab(), name);
+}
+
+void Tour::pressIn(const QWidget &parent, const char *name)
+{
+    QTest::mouseClick(parent.findChild<QAbstractButton *>(QLatin1String(name)), Qt::LeftButton);
 }
 
 void Tour::type(const char *name, const QString &text) const
 {
-    type(widget<QLineEdit>(name), text);
+    typeIn(*tab(), name, text);
+}
+
+void Tour::typeIn(const QWidget &parent, const char *name, const QString &text)
+{
+    type(parent.findChild<QLineEdit *>(QLatin1String(name)), text);
 }
 
 void Tour::type(QLineEdit *field, const QString &text)
 {
     field->selectAll();
+    QTest::keyClick(field, Qt::Key_Delete);
     QTest::keyClicks(field, text);
 }
 
 void Tour::shoot(QWidget &target, const QString &name)
 {
     ++m_shots;
-    target.grab().save(file(QStringLiteral("%1-%2.png").arg(m_shots).arg(name)));
+    target.grab().save(file(QStringLiteral("%1-%2.png").arg(m_shots, 2, 10, QLatin1Char('0')).arg(name)));
 }
 
 QString Tour::file(const QString &name) const

@@ -6,6 +6,7 @@
 #include <functional>
 
 class CTableViewCAN;
+class GUI_CanDeviceParam;
 class GUI_CanView;
 class QFileDialog;
 class QLineEdit;
@@ -23,10 +24,16 @@ public:
 
 private:
     bool openChannels();
+    bool computeFilter(const GUI_CanDeviceParam &dialog);
+    bool scan(const GUI_CanDeviceParam &dialog);
     bool receive();
     bool send();
+    bool sendRepeatedly();
+    bool sendList();
+    bool filterGateway();
     bool editData();
     bool refuseIdentifier();
+    bool closeMessage();
     bool hideIdentifier();
     bool saveCaptures();
     static bool isHiddenIn(const QString &path);
@@ -40,7 +47,9 @@ private:
     template<typename Widget>
     Widget *widget(const char *name) const;
     void click(const char *name) const;
+    static void pressIn(const QWidget &parent, const char *name);
     void type(const char *name, const QString &text) const;
+    static void typeIn(const QWidget &parent, const char *name, const QString &text);
     static void type(QLineEdit *field, const QString &text);
     void shoot(QWidget &target, const QString &name);
     QString file(const QString &name) const;

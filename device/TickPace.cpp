@@ -1,4 +1,4 @@
-#include "capture/TickPace.h"
+#include "device/TickPace.h"
 
 #include <algorithm>
 

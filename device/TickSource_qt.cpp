@@ -1,4 +1,4 @@
-#include "capture/TickSource.h"
+#include "device/TickSource.h"
 
 #include <QTimer>
 

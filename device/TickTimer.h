@@ -1,7 +1,7 @@
 #pragma once
 
-#include "capture/TickPace.h"
-#include "capture/TickSource.h"
+#include "device/TickPace.h"
+#include "device/TickSource.h"
 
 #include <QElapsedTimer>
 #include <QObject>

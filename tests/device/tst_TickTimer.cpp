@@ -1,4 +1,4 @@
-#include "capture/TickTimer.h"
+#include "device/TickTimer.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>

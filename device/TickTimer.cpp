@@ -1,4 +1,4 @@
-#include "capture/TickTimer.h"
+#include "device/TickTimer.h"
 
 namespace {
 constexpr qint64 NsPerMs = 1000000;

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <array>
+#include <optional>
+
+/// What a scan tells of one step.
+struct BaudrateScanReport
+{
+    enum Channel : quint8 {
+        FoundBefore = 0, ///< found and reported at an earlier step
+        FoundNow = 1,    ///< found, first report
+        NotFound = 2,
+    };
+
+    quint8 can1 = NotFound; ///< a Channel, of channel 0
+    quint8 can2 = NotFound; ///< a Channel, of channel 1
+    quint8 index = 0;       ///< bit rate tried, index in canBaudrates()
+    quint8 dataRate = 0;    ///< CAN FD data-rate index tried, 0 for classic CAN
+};
+
+/// The order of a scan for the bit rates of a device's two buses, without its timer and without the adapter. Each of
+/// the bit rates 1000k to 10k is tried for a step of 16 ticks, first as classic CAN, then with each data rate. A tick
+/// consists of looking at every channel that isToBeTried(), setFound() for those that receive, and endTick().
+///
+/// A channel that was found is not tried again. One that is in use is never tried and never found, so a scan beside a
+/// channel in use goes through all steps.
+class BaudrateScan
+{
+public:
+    static constexpr int ChannelCount = 2;
+    static constexpr int TicksPerStep = 16;
+    static constexpr int BitRateCount = 9;  ///< without "Custom" and 5k
+    static constexpr int DataRateCount = 6; ///< 0 to 5
+    static constexpr int StepCount = BitRateCount * DataRateCount;
+
+    using ChannelFlags = std::array<bool, ChannelCount>;
+
+    struct Outcome
+    {
+        std::optional<BaudrateScanReport> report;
+        bool isEnd = false;
+    };
+
+    explicit BaudrateScan(const ChannelFlags &inUse);
+
+    /// Bit rate of the current step, index 1 to 9 in canBaudrates().
+    quint8 index() const { return static_cast<quint8>(m_step + 1); }
+    /// CAN FD data-rate index of the current step, 0 to 5.
+    quint8 dataRate() const { return static_cast<quint8>(m_dataRate); }
+    /// Whether the channels have to be initialised for the step.
+    bool isFirstTick() const { return m_tick == 0; }
+    bool isToBeTried(int channel) const;
+    bool areAllInUse() const { return m_inUse[0] && m_inUse[1]; }
+
+    /// The channel is not tried any more.
+    void setInUse(int channel) { m_inUse.at(static_cast<std::size_t>(channel)) = true; }
+    /// The adapter refused the step's settings: what the channel receives now says nothing about this step.
+    void setRefused(int channel) { m_refused.at(static_cast<std::size_t>(channel)) = true; }
+    void setFound(int channel) { m_found.at(static_cast<std::size_t>(channel)) = true; }
+
+    /// Moves on to the next tick, and says what is to be reported before that. After the end there is no further tick.
+    Outcome endTick();
+
+private:
+    BaudrateScanReport takeReport();
+    /// False past the last step.
+    bool nextStep();
+
+    ChannelFlags m_inUse;
+    ChannelFlags m_refused{};
+    ChannelFlags m_found{};
+    ChannelFlags m_reported{};
+    int m_tick = 0;
+    int m_step = 0;
+    int m_dataRate = 0;
+};

@@ -1,0 +1,225 @@
+#include "can/CanDeviceParam.h"
+
+#include <QtTest>
+
+namespace {
+constexpr qint64 None = -1;
+}
+
+class tst_CanDeviceParam : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void numberFromHexText_data();
+    void numberFromHexText();
+    void linBaudRate_data();
+    void linBaudRate();
+    void timing_data();
+    void timing();
+    void acceptance_data();
+    void acceptance();
+    void oneChannelParamPerChannel();
+    void listenOnly_data();
+    void listenOnly();
+    void fdWithADataRate_data();
+    void fdWithADataRate();
+    void linFields();
+    void noChannels();
+};
+
+void tst_CanDeviceParam::numberFromHexText_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qint64>("number");
+    const auto row = [](const char *text, qint64 number) {
+        QTest::newRow(text) << QString::fromLatin1(text) << number;
+    };
+    row("0", 0);
+    row("00000000", 0);
+    row("1c", 0x1C);
+    row("BF", 0xBF);
+    row("0x1234abCD", 0x1234ABCD);
+    row("0X1234ABCD", 0x1234ABCD);
+    row("FFFFFFFF", 0xFFFFFFFF);
+    row("0xFFFFFFFF", 0xFFFFFFFF);
+    row(" 0x12 34 ", 0x1234);
+    row("000000000012", 0x12);
+    row("100000000", None);
+    row("0x1FFFFFFFF", None);
+    row("0000000000000001FFFFFFFFFFFFFFFFFFFFFFFF", 1); // the first 16 characters alone are read
+    row("", None);
+    row(" ", None);
+    row("0x", None);
+    row("0x0x1", None);
+    row("x1", None);
+    row("G", None);
+    row("12h", None);
+    row("-1", None);
+    row("+1", None);
+    row("1.5", None);
+    QTest::newRow("other digits") << QStringLiteral("\u0661\u0662") << None;
+    QTest::newRow("wide digits") << QStringLiteral("\uFF11") << None;
+}
+
+void tst_CanDeviceParam::numberFromHexText()
+{
+    QFETCH(QString, text);
+    const std::optional<quint32> number = numberFromHex(text);
+    QTEST(number ? qint64(*number) : None, "number");
+}
+
+void tst_CanDeviceParam::linBaudRate_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<quint16>("rate");
+    const auto row = [](const char *text, quint16 rate) {
+        QTest::newRow(text) << QString::fromLatin1(text) << rate;
+    };
+    row("19200", 19200);
+    row("4800", 4800);
+    row("9600", 9600);
+    row("1", 1);
+    row("0", 0);
+    row("65535", 65535);
+    row("65536", 4800);
+    row("99999999999999999999999", 4800);
+    row("", 4800);
+    row(" ", 4800);
+    row("abc", 4800);
+    row("0x10", 4800);
+    row("-1", 4800);
+    row("+1", 4800);
+    row("19200.5", 4800);
+}
+
+void tst_CanDeviceParam::linBaudRate()
+{
+    QFETCH(QString, text);
+    QTEST(linBaudRateFromText(text), "rate");
+}
+
+void tst_CanDeviceParam::timing_data()
+{
+    QTest::addColumn<quint8>("timing");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("zero") << quint8(0) << QStringLiteral("00");
+    QTest::newRow("one digit") << quint8(1) << QStringLiteral("01");
+    QTest::newRow("letters") << quint8(0xBF) << QStringLiteral("BF");
+    QTest::newRow("highest") << quint8(0xFF) << QStringLiteral("FF");
+}
+
+void tst_CanDeviceParam::timing()
+{
+    QFETCH(quint8, timing);
+    QTEST(timingText(timing), "text");
+    QCOMPARE(numberFromHex(timingText(timing)).value_or(0x100), quint32(timing));
+}
+
+void tst_CanDeviceParam::acceptance_data()
+{
+    QTest::addColumn<quint32>("value");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("zero") << 0U << QStringLiteral("0x00000000");
+    QTest::newRow("filled") << 0x24600000U << QStringLiteral("0x24600000");
+    QTest::newRow("zeros before") << 0xABCU << QStringLiteral("0x00000ABC");
+    QTest::newRow("highest") << 0xFFFFFFFFU << QStringLiteral("0xFFFFFFFF");
+}
+
+void tst_CanDeviceParam::acceptance()
+{
+    QFETCH(quint32, value);
+    QTEST(acceptanceText(value), "text");
+    QVERIFY(numberFromHex(acceptanceText(value)) == value);
+}
+
+void tst_CanDeviceParam::oneChannelParamPerChannel()
+{
+    CanDeviceParam param;
+    param.operatingMode = 1;
+    param.filterMode = 1;
+    param.timing0 = 0x03;
+    param.timing1 = 0x1C;
+    param.accCode = 0x12345678;
+    param.accMask = 0x9ABCDEF0;
+    param.dataRateCANFD = 4;
+    param.device = 5;
+    param.channels = {1, 0};
+    const QVector<ChannelParam> channels = channelParams(param);
+    QCOMPARE(channels.size(), 2);
+    QCOMPARE(channels.at(0).channel, quint8(1));
+    QCOMPARE(channels.at(1).channel, quint8(0));
+    for (const ChannelParam &channel : channels) {
+        QCOMPARE(channel.device, quint8(5));
+        QCOMPARE(channel.listenOnly, quint8(1));
+        QCOMPARE(channel.Filter, quint8(1));
+        QCOMPARE(channel.Timing0, quint8(0x03));
+        QCOMPARE(channel.Timing1, quint8(0x1C));
+        QCOMPARE(channel.AccCode, 0x12345678U);
+        QCOMPARE(channel.AccMask, 0x9ABCDEF0U);
+        QCOMPARE(channel.dataRateCANFD, quint8(4));
+        QVERIFY(channel.isCANFD);
+    }
+}
+
+void tst_CanDeviceParam::listenOnly_data()
+{
+    QTest::addColumn<quint8>("operatingMode");
+    QTest::newRow("normal") << quint8(0);
+    QTest::newRow("listen") << quint8(1);
+}
+
+void tst_CanDeviceParam::listenOnly()
+{
+    QFETCH(quint8, operatingMode);
+    CanDeviceParam param;
+    param.operatingMode = operatingMode;
+    param.channels = {0};
+    QCOMPARE(channelParams(param).constFirst().listenOnly, operatingMode);
+}
+
+void tst_CanDeviceParam::fdWithADataRate_data()
+{
+    QTest::addColumn<quint8>("index");
+    QTest::addColumn<bool>("isCANFD");
+    QTest::newRow("None") << quint8(0) << false;
+    QTest::newRow("1M bps") << quint8(1) << true;
+    QTest::newRow("5M bps") << quint8(4) << true;
+}
+
+void tst_CanDeviceParam::fdWithADataRate()
+{
+    QFETCH(quint8, index);
+    CanDeviceParam param;
+    param.dataRateCANFD = index;
+    param.channels = {0};
+    QCOMPARE(channelParams(param).constFirst().dataRateCANFD, index);
+    QTEST(channelParams(param).constFirst().isCANFD, "isCANFD");
+}
+
+void tst_CanDeviceParam::linFields()
+{
+    CanDeviceParam param;
+    param.linChecksum = 1;
+    param.linBaudRate = 19200;
+    param.device = 2;
+    param.isLIN = 1;
+    param.channels = {0, 1};
+    const QVector<ChannelParam> channels = channelParams(param);
+    QCOMPARE(channels.size(), 2);
+    for (int i = 0; i < channels.size(); ++i) {
+        QCOMPARE(channels.at(i).device, quint8(2));
+        QCOMPARE(channels.at(i).channel, quint8(i));
+        QCOMPARE(channels.at(i).linChecksum, quint8(1));
+        QCOMPARE(channels.at(i).linBaudRate, quint16(19200));
+        QCOMPARE(channels.at(i).isCANFD, false);
+    }
+}
+
+void tst_CanDeviceParam::noChannels()
+{
+    QVERIFY(channelParams(CanDeviceParam()).isEmpty());
+}
+
+QTEST_APPLESS_MAIN(tst_CanDeviceParam)
+#include "tst_CanDeviceParam.moc"
