@@ -22,6 +22,7 @@ private slots:
     void startsAnewWithAnotherInterval();
     void makesUpForADelay();
     void changesTheIntervalWithinATick();
+    void takesAShorterIntervalAtOnce();
     void ticksWithoutADescriptor();
 };
 
@@ -139,6 +140,16 @@ void tst_TickTimer::changesTheIntervalWithinATick()
     QVERIFY2(std::abs(references - Ticks / 2) <= 2, qPrintable(QString::number(references)));
     QTRY_VERIFY(references >= Ticks / 2 + 5);
     QCOMPARE(ticks, Ticks);
+}
+
+void tst_TickTimer::takesAShorterIntervalAtOnce()
+{
+    TickTimer timer;
+    int ticks = 0;
+    connect(&timer, &TickTimer::sig_tick, this, [&ticks] { ++ticks; });
+    timer.start(60000);
+    timer.setInterval(1);
+    QTRY_VERIFY(ticks >= 5);
 }
 
 void tst_TickTimer::ticksWithoutADescriptor()
