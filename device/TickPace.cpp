@@ -29,8 +29,9 @@ bool TickPace::accept(qint64 nowNs)
 void TickPace::schedule()
 {
     m_due = m_lastDue + m_interval;
-    if (m_lastTick - m_due > MaxBehindNs) {
+    const qint64 soonest = m_lastTick + m_interval / 2;
+    if (m_isMakingUp ? m_lastTick - m_due > MaxBehindNs : soonest > m_due) {
         m_due = m_lastTick + m_interval;
     }
-    m_next = std::max(m_due, m_lastTick + m_interval / 2);
+    m_next = std::max(m_due, soonest);
 }

@@ -15,6 +15,9 @@ class TickTimer : public QObject
 public:
     explicit TickTimer(QObject *parent = nullptr);
 
+    /// On at first. Off for ticks that call something slow: however long a call takes, one tick at most waits behind
+    /// it.
+    void setMakingUp(bool enabled) { m_pace.setMakingUp(enabled); }
     /// intervalMs above 0; the first tick comes one interval from now. Starts anew when it is running.
     void start(int intervalMs);
     /// From now on intervalMs, above 0, lie between two ticks. Within a tick: the next one comes intervalMs after the

@@ -25,6 +25,8 @@ private slots:
     void keepsTheAverageUnderJitter();
     void makesUpForHeldUpTicks_data();
     void makesUpForHeldUpTicks();
+    void withoutMakingUp_data();
+    void withoutMakingUp();
     void startsAnew();
 };
 
@@ -130,6 +132,37 @@ void tst_TickPace::makesUpForHeldUpTicks()
         ++ticks;
     }
     QTEST(1000 - ticks, "dropped");
+}
+
+/// As schedules(), with ticks that are not made up for.
+void tst_TickPace::withoutMakingUp_data()
+{
+    QTest::addColumn<Times>("ticks");
+    QTest::addColumn<Times>("next");
+
+    QTest::newRow("on time") << Times{10 * Ms, 20 * Ms} << Times{20 * Ms, 30 * Ms};
+    QTest::newRow("late by half an interval: the next is on time")
+        << Times{15 * Ms, 20 * Ms, 30 * Ms} << Times{20 * Ms, 30 * Ms, 40 * Ms};
+    QTest::newRow("later: a whole interval follows")
+        << Times{15 * Ms + 2, 25 * Ms + 2} << Times{25 * Ms + 2, 35 * Ms + 2};
+    QTest::newRow("missed ticks are dropped")
+        << Times{10 * Ms, 72 * Ms, 82 * Ms, 92 * Ms} << Times{20 * Ms, 82 * Ms, 92 * Ms, 102 * Ms};
+    QTest::newRow("each held up by a call of 12 ms")
+        << Times{10 * Ms, 22 * Ms, 34 * Ms, 46 * Ms} << Times{20 * Ms, 30 * Ms, 40 * Ms, 56 * Ms};
+}
+
+void tst_TickPace::withoutMakingUp()
+{
+    QFETCH(Times, ticks);
+    TickPace pace;
+    pace.setMakingUp(false);
+    pace.start(0, 10 * Ms);
+    Times next;
+    for (const qint64 tick : std::as_const(ticks)) {
+        QVERIFY(pace.accept(tick));
+        next.append(pace.next());
+    }
+    QTEST(next, "next");
 }
 
 void tst_TickPace::startsAnew()

@@ -21,6 +21,7 @@ private slots:
     void stopsWithinATick();
     void startsAnewWithAnotherInterval();
     void makesUpForADelay();
+    void dropsWhatASlowTickHeldUp();
     void changesTheIntervalWithinATick();
     void takesAShorterIntervalAtOnce();
     void ticksWithoutADescriptor();
@@ -110,6 +111,35 @@ void tst_TickTimer::makesUpForADelay()
     QVERIFY2(ticks.at(2) - ticks.at(1) >= IntervalMs / 4, qPrintable(QString::number(ticks.at(2) - ticks.at(1))));
     // None is missing: without making up, two would be.
     QVERIFY2(ticks.back() < 51 * IntervalMs + IntervalMs / 2, qPrintable(QString::number(ticks.back())));
+}
+
+/// Not made up for: of the ticks that the first one holds up, one comes at once, the others never.
+void tst_TickTimer::dropsWhatASlowTickHeldUp()
+{
+    constexpr int IntervalMs = 10;
+    constexpr int SlowMs = 95;
+    TickTimer timer;
+    timer.setMakingUp(false);
+    QElapsedTimer clock;
+    std::vector<qint64> ticks;
+    QEventLoop loop;
+    connect(&timer, &TickTimer::sig_tick, this, [&] {
+        const qint64 begin = clock.elapsed();
+        ticks.push_back(begin);
+        while (ticks.size() == 1 && clock.elapsed() - begin < SlowMs) {
+        }
+        if (ticks.size() == 5) {
+            loop.quit();
+        }
+    });
+    QTimer::singleShot(10000, &loop, &QEventLoop::quit);
+    clock.start();
+    timer.start(IntervalMs);
+    loop.exec();
+    QCOMPARE(ticks.size(), std::size_t(5));
+    // Three whole intervals; made up for, they would be halves.
+    QVERIFY2(ticks.back() - ticks.at(1) >= 3 * IntervalMs - IntervalMs / 2,
+             qPrintable(QString::number(ticks.back() - ticks.at(1))));
 }
 
 /// 1, 2, 1, 2... ms: the delays of the ticks do not add up.

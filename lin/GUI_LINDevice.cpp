@@ -1,0 +1,155 @@
+#include "lin/GUI_LINDevice.h"
+
+#include "device/CANCommunication.h"
+#include "lin/GUI_LINModeDeveloper.h"
+#include "lin/GUI_LINModeList.h"
+#include "lin/GUI_LINModeMonitor.h"
+#include "ui_GUI_LINDevice.h"
+
+#include <QButtonGroup>
+
+#include <array>
+
+namespace {
+enum Page { ListPage, MonitorPage, DeveloperPage };
+} // namespace
+
+class GUI_LINDevicePrivate
+{
+public:
+    GUI_LINDevicePrivate(GUI_LINDevice *tab, CANCommunication &manager)
+        : q(tab)
+        , communication(manager)
+    {
+    }
+
+    void fillSettings();
+    void addPages();
+    void groupModeButtons();
+    void connectSignals();
+    void store(const ChannelParam &param);
+
+    GUI_LINDevice *q;
+    CANCommunication &communication;
+    Ui::GUI_LINDevice ui;
+    QButtonGroup *modes = nullptr;
+    GUI_LINModeList *list = nullptr;
+    GUI_LINModeMonitor *monitor = nullptr;
+    GUI_LINModeDeveloper *developer = nullptr;
+    std::array<LINModePage *, 3> pages{}; ///< the same, in the order of Page
+    CANError openResult = CAN_Unknown;
+};
+
+void GUI_LINDevicePrivate::fillSettings()
+{
+    ui.cbx_checksum->addItem(GUI_LINDevice::tr("Standard checksum"), 0);
+    ui.cbx_checksum->addItem(GUI_LINDevice::tr("Enhanced checksum"), 1);
+    ui.cbx_checksum->setCurrentIndex(ui.cbx_checksum->findData(q->channelParam().linChecksum));
+    ui.spx_baudrate->setValue(q->channelParam().linBaudRate);
+}
+
+void GUI_LINDevicePrivate::addPages()
+{
+    const ChannelParam &param = q->channelParam();
+    list = new GUI_LINModeList(param, communication, ui.widget_content);
+    monitor = new GUI_LINModeMonitor(param, communication, ui.widget_content);
+    developer = new GUI_LINModeDeveloper(param, communication, ui.widget_content);
+    pages = {list, monitor, developer};
+    for (LINModePage *page : pages) {
+        ui.widget_content->addWidget(page);
+    }
+}
+
+void GUI_LINDevicePrivate::groupModeButtons()
+{
+    modes = new QButtonGroup(q);
+    modes->setExclusive(true);
+    modes->addButton(ui.btn_modeList, ListPage);
+    modes->addButton(ui.btn_modeMonitor, MonitorPage);
+    modes->addButton(ui.btn_modeDeveloper, DeveloperPage);
+}
+
+void GUI_LINDevicePrivate::connectSignals()
+{
+    using Tab = GUI_LINDevice;
+    for (const LINModePage *page : pages) {
+        QObject::connect(page, &LINModePage::sig_showMessageBox, q, &Tab::sig_showMessageBox);
+        QObject::connect(page, &LINModePage::sig_showNotice, q, &Tab::sig_showNotice);
+        QObject::connect(page, &LINModePage::sig_changeBtnEnableState, q, &Tab::sig_changeBtnEnableState);
+    }
+    QObject::connect(q, &Tab::sig_changeBtnEnableState, q, &Tab::slot_changeBtnEnableState);
+    QObject::connect(developer, &GUI_LINModeDeveloper::sig_addRowItems, q, &Tab::slot_addRowItems);
+    QObject::connect(modes, &QButtonGroup::idClicked, q, &Tab::slot_modeBtnClicked);
+    QObject::connect(ui.btn_set, &QPushButton::clicked, q, &Tab::slot_setBtnClicked);
+}
+
+void GUI_LINDevicePrivate::store(const ChannelParam &param)
+{
+    for (LINModePage *page : pages) {
+        page->setChannelParam(param);
+    }
+    q->setChannelParam(param);
+}
+
+GUI_LINDevice::GUI_LINDevice(const ChannelParam &param, CANCommunication &communication, QWidget *parent)
+    : WidgetDeviceBase(param, parent)
+    , m_p(std::make_unique<GUI_LINDevicePrivate>(this, communication))
+{
+    qRegisterMetaType<QVector<CTableViewLIN::DataObject>>();
+    m_p->ui.setupUi(this);
+    m_p->fillSettings();
+    m_p->addPages();
+    m_p->groupModeButtons();
+    m_p->connectSignals();
+    m_p->openResult = communication.openLIN(param);
+}
+
+GUI_LINDevice::~GUI_LINDevice()
+{
+    for (LINModePage *page : m_p->pages) {
+        page->disconnect(this); // a page that ends its run when it is destroyed would find no tab any more
+    }
+    if (isChannelOpen()) {
+        m_p->communication.closeLIN(channelParam().device, channelParam().channel);
+    }
+}
+
+CANError GUI_LINDevice::openResult() const
+{
+    return m_p->openResult;
+}
+
+void GUI_LINDevice::slot_changeBtnEnableState(uint8_t mode, bool newState)
+{
+    for (LINModePage *page : m_p->pages) {
+        page->slot_changeBtnEnableState(mode, newState);
+    }
+    m_p->ui.btn_set->setEnabled(newState);
+    m_p->ui.spx_baudrate->setEnabled(newState);
+    m_p->ui.cbx_checksum->setEnabled(newState);
+}
+
+void GUI_LINDevice::slot_setBtnClicked()
+{
+    ChannelParam param = channelParam();
+    param.linChecksum = static_cast<quint8>(m_p->ui.cbx_checksum->currentData().toInt());
+    param.linBaudRate = static_cast<quint16>(m_p->ui.spx_baudrate->value());
+    if (m_p->communication.changeLINParam(param) != CAN_OK) {
+        emit sig_showMessageBox(tr("Switchover failure"), LINModePage::MessageCritical);
+        return;
+    }
+    m_p->store(param);
+    emit sig_showMessageBox(tr("Switchover successful"), LINModePage::MessageSuccess);
+}
+
+void GUI_LINDevice::slot_modeBtnClicked(int page)
+{
+    m_p->ui.widget_content->setCurrentIndex(page);
+}
+
+void GUI_LINDevice::slot_addRowItems(const QVector<CTableViewLIN::DataObject> &datas)
+{
+    m_p->list->slot_addRowItems(datas);
+    m_p->ui.btn_modeList->setChecked(true);
+    m_p->ui.widget_content->setCurrentIndex(ListPage);
+}
