@@ -269,11 +269,7 @@ GUI_LINModeList::GUI_LINModeList(const ChannelParam &param, CANCommunication &co
     m_p->timer.setMakingUp(false);
 }
 
-GUI_LINModeList::~GUI_LINModeList()
-{
-    // An editor that is open is closed with the model still there.
-    m_p->ui.tableViewParam->setModel(nullptr);
-}
+GUI_LINModeList::~GUI_LINModeList() = default;
 
 void GUI_LINModeList::slot_changeBtnEnableState(uint8_t mode, bool newState)
 {

@@ -83,6 +83,18 @@ void LINListPage::setMode(int data) const
     combo->setCurrentIndex(combo->findData(data));
 }
 
+void LINListPage::onFrame(int rows, const std::function<void()> &act) const
+{
+    QObject::connect(
+        frames()->model(), &QAbstractItemModel::rowsInserted, frames(),
+        [this, rows, act] {
+            if (rowCount() == rows) {
+                act();
+            }
+        },
+        Qt::QueuedConnection);
+}
+
 QStringList LINListPage::frameTexts() const
 {
     QStringList texts;

@@ -10,6 +10,8 @@
 #include <QStringList>
 #include <QTableView>
 
+#include <functional>
+
 class LINFrameView;
 
 /// A LIN tab on screen with its list page, used as a user does.
@@ -52,6 +54,8 @@ public:
     QTableView *frames() const { return find<QTableView>("tableview"); }
     int rowCount() const { return frames()->model()->rowCount(); }
     QString frame(int row, int column) const { return frames()->model()->index(row, column).data().toString(); }
+    /// Acts once the table has so many rows, before the next tick.
+    void onFrame(int rows, const std::function<void()> &act) const;
     /// "Send 01[C1] 2 01 A2  5C V1": the cells but number and time, data with its trailing blank.
     QStringList frameTexts() const;
 

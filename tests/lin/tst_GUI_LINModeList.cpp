@@ -423,11 +423,11 @@ void tst_GUI_LINModeList::displayModeChangesWhileItRuns()
     Bench bench;
     bench.page.tick(5);
     bench.page.setCount(6);
-    bench.page.click("btn_start");
-    QTRY_COMPARE(bench.page.rowCount(), 2);
-    QVERIFY(bench.page.isEnabled("cbx_mode"));
-    bench.page.setMode(1);
-    QTRY_VERIFY(!bench.page.page().isRunning());
+    bench.page.onFrame(2, [&bench] {
+        QVERIFY(bench.page.isEnabled("cbx_mode"));
+        bench.page.setMode(1);
+    });
+    bench.run();
     QCOMPARE(bench.page.rowCount(), 2);
     QCOMPARE(bench.sent().size(), 6);
 }
@@ -525,7 +525,7 @@ void tst_GUI_LINModeList::startsAgainAfterAStop()
     bench.page.tick(1);
     bench.page.setCount(65535);
     bench.page.click("btn_start");
-    QTRY_COMPARE(bench.page.rowCount(), 1);
+    QTRY_VERIFY(bench.page.rowCount() >= 1);
     bench.page.click("btn_stop");
     bench.page.setCount(3);
     bench.adapter.takeCalls();
