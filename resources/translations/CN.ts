@@ -795,4 +795,55 @@ Install the adapter's current library.</source>
         <translation>重做</translation>
     </message>
 </context>
+<context>
+    <name>GUI_LINModeMonitor</name>
+    <message>
+        <source>Monitor Parameter Settings</source>
+        <translation>监听参数设置</translation>
+    </message>
+    <message>
+        <source>Monitor mode:</source>
+        <translation>监听模式：</translation>
+    </message>
+    <message>
+        <source>Display mode:</source>
+        <translation>显示模式：</translation>
+    </message>
+    <message>
+        <source>Fixed ID Settings</source>
+        <translation>固定ID设置</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>开始</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>清空</translation>
+    </message>
+    <message>
+        <source>Fixed ID</source>
+        <translation>固定ID</translation>
+    </message>
+    <message>
+        <source>Bus monitoring</source>
+        <translation>总线监听</translation>
+    </message>
+    <message>
+        <source>Dynamic display</source>
+        <translation>动态显示</translation>
+    </message>
+    <message>
+        <source>Static display</source>
+        <translation>静态显示</translation>
+    </message>
+</context>
 </TS>

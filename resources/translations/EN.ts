@@ -795,4 +795,55 @@ Install the adapter's current library.</translation>
         <translation>Redo</translation>
     </message>
 </context>
+<context>
+    <name>GUI_LINModeMonitor</name>
+    <message>
+        <source>Monitor Parameter Settings</source>
+        <translation>Monitor Parameter Settings</translation>
+    </message>
+    <message>
+        <source>Monitor mode:</source>
+        <translation>Monitor mode:</translation>
+    </message>
+    <message>
+        <source>Display mode:</source>
+        <translation>Display mode:</translation>
+    </message>
+    <message>
+        <source>Fixed ID Settings</source>
+        <translation>Fixed ID Settings</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Clear</translation>
+    </message>
+    <message>
+        <source>Fixed ID</source>
+        <translation>Fixed ID</translation>
+    </message>
+    <message>
+        <source>Bus monitoring</source>
+        <translation>Bus monitoring</translation>
+    </message>
+    <message>
+        <source>Dynamic display</source>
+        <translation>Dynamic display</translation>
+    </message>
+    <message>
+        <source>Static display</source>
+        <translation>Static display</translation>
+    </message>
+</context>
 </TS>
