@@ -106,6 +106,9 @@ GUI_LINDevice::GUI_LINDevice(const ChannelParam &param, CANCommunication &commun
 
 GUI_LINDevice::~GUI_LINDevice()
 {
+    for (LINModePage *page : m_p->pages) {
+        page->disconnect(this); // a page that ends its run when it is destroyed would find no tab any more
+    }
     if (isChannelOpen()) {
         m_p->communication.closeLIN(channelParam().device, channelParam().channel);
     }

@@ -98,7 +98,8 @@ bool saveLINCapture(const QString &path, const LINFrameModel &frames)
             text.clear();
         }
     }
-    return file.write(codec->fromUnicode(text)) >= 0 && file.commit();
+    // Without the flush, a file smaller than a buffer would be taken for saved when the disk is full.
+    return file.write(codec->fromUnicode(text)) >= 0 && file.flush() && file.commit();
 }
 
 void LINCaptureParser::feed(const char *bytes, int size)
@@ -142,8 +143,8 @@ void LINCaptureParser::endLine()
         m_isHeader = false;
         return;
     }
-    const int id = number(field(line, 3).left(2), 16, MaxId);
-    const int length = number(field(line, 4), 10, MaxLength);
+    const int id = number(field(line, 3).left(2).trimmed(), 16, MaxId);
+    const int length = number(field(line, 4).trimmed(), 10, MaxLength);
     if (id < 0 || length < 0 || m_frames.size() == MaxFrames) {
         m_isFailed = true;
         return;

@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QTimer>
 
+#include <algorithm>
 #include <array>
 
 class LINCaptureReaderPrivate
@@ -14,7 +15,8 @@ class LINCaptureReaderPrivate
 public:
     QFile file;
     LINCaptureParser parser;
-    QTimer timer; ///< runs while a file is read
+    qint64 unread = 0; ///< bytes, of those that the file had at the beginning
+    QTimer timer;      ///< runs while a file is read
 };
 
 LINCaptureReader::LINCaptureReader(QObject *parent)
@@ -35,6 +37,7 @@ bool LINCaptureReader::start(const QString &path)
         return false;
     }
     m_p->parser = LINCaptureParser();
+    m_p->unread = m_p->file.size();
     m_p->timer.start(0);
     readSlice();
     return true;
@@ -59,8 +62,9 @@ void LINCaptureReader::readSlice()
     std::array<char, PieceSize> piece;
     qint64 size = 0;
     do {
-        size = m_p->file.read(piece.data(), PieceSize);
+        size = m_p->file.read(piece.data(), std::min<qint64>(PieceSize, m_p->unread));
         if (size > 0) {
+            m_p->unread -= size;
             m_p->parser.feed(piece.data(), static_cast<int>(size));
         }
     } while (size > 0 && !m_p->parser.isFailed() && !clock.hasExpired(SliceMs));

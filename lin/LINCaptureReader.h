@@ -9,7 +9,7 @@
 class LINCaptureReaderPrivate;
 
 /// Reads a capture file on the event loop, SliceMs at a time, so that the window stays alive however large the file is.
-/// One file at a time.
+/// One file at a time; what is appended to it meanwhile is not read.
 class LINCaptureReader : public QObject
 {
     Q_OBJECT

@@ -12,9 +12,22 @@ struct Texts
     Q_DECLARE_TR_FUNCTIONS(LINFrameModel)
 };
 
-QString hexByte(quint32 byte)
+void appendHex(QString &text, quint32 byte)
 {
-    return QStringLiteral("%1").arg(byte & 0xFFU, 2, 16, QLatin1Char('0')).toUpper();
+    constexpr char Digits[] = "0123456789ABCDEF";
+    text.append(QLatin1Char(Digits[byte >> 4U & 15U]));
+    text.append(QLatin1Char(Digits[byte & 15U]));
+}
+
+/// "12[92]"
+QString idText(quint8 id, quint8 pid)
+{
+    QString text;
+    appendHex(text, id);
+    text.append(QLatin1Char('['));
+    appendHex(text, pid);
+    text.append(QLatin1Char(']'));
+    return text;
 }
 
 /// "01 A2 ", with a blank at the end.
@@ -23,11 +36,16 @@ QString dataText(const QByteArray &data)
     QString text;
     text.reserve(data.size() * 3);
     for (const char byte : data) {
-        constexpr char Digits[] = "0123456789ABCDEF";
-        text.append(QLatin1Char(Digits[static_cast<quint8>(byte) >> 4U]));
-        text.append(QLatin1Char(Digits[static_cast<quint8>(byte) & 15U]));
+        appendHex(text, static_cast<quint8>(byte));
         text.append(QLatin1Char(' '));
     }
+    return text;
+}
+
+QString checkText(quint32 checksum)
+{
+    QString text;
+    appendHex(text, checksum);
     return text;
 }
 
@@ -95,13 +113,13 @@ QString linCell(const CTableViewLIN::DataObject &frame, int number, LINFrameStat
     case LINColumn::Direction:
         return frame.direction == CTableViewLIN::DataObject::Received ? Texts::tr("Revice") : Texts::tr("Send");
     case LINColumn::Id:
-        return hexByte(frame.ID) + QLatin1Char('[') + hexByte(frame.PID) + QLatin1Char(']');
+        return idText(frame.ID, frame.PID);
     case LINColumn::Length:
         return QString::number(frame.data.size());
     case LINColumn::Data:
         return dataText(frame.data);
     case LINColumn::Check:
-        return hexByte(frame.checksum);
+        return checkText(frame.checksum);
     case LINColumn::State:
         return stateText(state);
     }

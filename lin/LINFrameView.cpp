@@ -119,7 +119,7 @@ void LINFrameView::dataChanged(const QModelIndex & /*topLeft*/, const QModelInde
 
 void LINFrameView::countChanged(int before, int now)
 {
-    if (now < before) {
+    if (now <= before) {
         rowCountChanged(before, now);
     } else {
         m_p->schedule();

@@ -8,6 +8,7 @@ LINModePage::LINModePage(LINMode mode, const ChannelParam &param, CANCommunicati
     , m_communication(communication)
     , m_mode(mode)
 {
+    qRegisterMetaType<uint8_t>("uint8_t"); // as the signal names it, for queued connections
 }
 
 LINModePage::~LINModePage() = default;

@@ -1,6 +1,8 @@
 #include "lin/WidgetDelegate.h"
 
 #include <QComboBox>
+#include <QString>
+#include <QVector>
 
 WidgetDelegate::WidgetDelegate(QObject *parent)
     : QStyledItemDelegate(parent)

@@ -1,11 +1,6 @@
 #pragma once
 
-#include <QMetaType>
-#include <QString>
 #include <QStyledItemDelegate>
-#include <QVector>
-
-Q_DECLARE_METATYPE(QVector<QString>)
 
 /// Edits cells that are a choice from a list with a combo box. Such a cell keeps its choices, a QVector<QString>, in
 /// ChoicesRole, the position of the chosen one in ChosenRole and the chosen text as its text.

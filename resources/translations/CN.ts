@@ -621,6 +621,111 @@ Install the adapter's current library.</source>
     </message>
 </context>
 <context>
+    <name>GUI_LINDevice</name>
+    <message>
+        <source>List mode</source>
+        <translation>列表模式</translation>
+    </message>
+    <message>
+        <source>Monitor mode</source>
+        <translation>监听模式</translation>
+    </message>
+    <message>
+        <source>Developer mode</source>
+        <translation>开发者模式</translation>
+    </message>
+    <message>
+        <source>LIN Baudrate:</source>
+        <translation>LIN波特率:</translation>
+    </message>
+    <message>
+        <source>Checksum:</source>
+        <translation>校验:</translation>
+    </message>
+    <message>
+        <source>Set</source>
+        <translation>设置</translation>
+    </message>
+    <message>
+        <source>Standard checksum</source>
+        <translation>标准校验</translation>
+    </message>
+    <message>
+        <source>Enhanced checksum</source>
+        <translation>增强校验</translation>
+    </message>
+    <message>
+        <source>Switchover failure</source>
+        <translation>切换失败</translation>
+    </message>
+    <message>
+        <source>Switchover successful</source>
+        <translation>切换成功</translation>
+    </message>
+</context>
+<context>
+    <name>LINFrameModel</name>
+    <message>
+        <source>System Time</source>
+        <translation>系统时间</translation>
+    </message>
+    <message>
+        <source>Direction</source>
+        <translation>方向</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>长度</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>数据</translation>
+    </message>
+    <message>
+        <source>Check</source>
+        <translation>校验</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>状态</translation>
+    </message>
+    <message>
+        <source>Revice</source>
+        <translation>接收</translation>
+    </message>
+    <message>
+        <source>Send</source>
+        <translation>发送</translation>
+    </message>
+    <message>
+        <source>Error state</source>
+        <translation>校验错误</translation>
+    </message>
+    <message>
+        <source>Error checksum</source>
+        <translation>校验类型错误</translation>
+    </message>
+</context>
+<context>
+    <name>LINModePage</name>
+    <message>
+        <source>Communication error</source>
+        <translation>通信错误</translation>
+    </message>
+    <message>
+        <source>Csv File(*.csv)</source>
+        <translation>CSV文件(*.csv)</translation>
+    </message>
+    <message>
+        <source>Save successfully</source>
+        <translation>保存成功</translation>
+    </message>
+    <message>
+        <source>Save failure</source>
+        <translation>保存失败</translation>
+    </message>
+</context>
+<context>
     <name>WidgetDeviceBase</name>
     <message>
         <source>Save File</source>

@@ -621,6 +621,111 @@ Install the adapter's current library.</translation>
     </message>
 </context>
 <context>
+    <name>GUI_LINDevice</name>
+    <message>
+        <source>List mode</source>
+        <translation>List mode</translation>
+    </message>
+    <message>
+        <source>Monitor mode</source>
+        <translation>Monitor mode</translation>
+    </message>
+    <message>
+        <source>Developer mode</source>
+        <translation>Developer mode</translation>
+    </message>
+    <message>
+        <source>LIN Baudrate:</source>
+        <translation>LIN Baudrate:</translation>
+    </message>
+    <message>
+        <source>Checksum:</source>
+        <translation>Checksum:</translation>
+    </message>
+    <message>
+        <source>Set</source>
+        <translation>Set</translation>
+    </message>
+    <message>
+        <source>Standard checksum</source>
+        <translation>Standard checksum</translation>
+    </message>
+    <message>
+        <source>Enhanced checksum</source>
+        <translation>Enhanced checksum</translation>
+    </message>
+    <message>
+        <source>Switchover failure</source>
+        <translation>Switchover failure</translation>
+    </message>
+    <message>
+        <source>Switchover successful</source>
+        <translation>Switchover successful</translation>
+    </message>
+</context>
+<context>
+    <name>LINFrameModel</name>
+    <message>
+        <source>System Time</source>
+        <translation>System Time</translation>
+    </message>
+    <message>
+        <source>Direction</source>
+        <translation>Direction</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>Length</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>Data</translation>
+    </message>
+    <message>
+        <source>Check</source>
+        <translation>Check</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>State</translation>
+    </message>
+    <message>
+        <source>Revice</source>
+        <translation>Revice</translation>
+    </message>
+    <message>
+        <source>Send</source>
+        <translation>Send</translation>
+    </message>
+    <message>
+        <source>Error state</source>
+        <translation>Error state</translation>
+    </message>
+    <message>
+        <source>Error checksum</source>
+        <translation>Error checksum</translation>
+    </message>
+</context>
+<context>
+    <name>LINModePage</name>
+    <message>
+        <source>Communication error</source>
+        <translation>Communication error</translation>
+    </message>
+    <message>
+        <source>Csv File(*.csv)</source>
+        <translation>Csv File(*.csv)</translation>
+    </message>
+    <message>
+        <source>Save successfully</source>
+        <translation>Save successfully</translation>
+    </message>
+    <message>
+        <source>Save failure</source>
+        <translation>Save failure</translation>
+    </message>
+</context>
+<context>
     <name>WidgetDeviceBase</name>
     <message>
         <source>Save File</source>
