@@ -951,4 +951,83 @@ Install the adapter's current library.</translation>
         <translation>Static display</translation>
     </message>
 </context>
+<context>
+    <name>GUI_LINModeDeveloper</name>
+    <message>
+        <source>Communication parameter area</source>
+        <translation>Communication parameter area</translation>
+    </message>
+    <message>
+        <source>Length:</source>
+        <translation>Length:</translation>
+    </message>
+    <message>
+        <source>Data:</source>
+        <translation>Data:</translation>
+    </message>
+    <message>
+        <source>Calculation parameter</source>
+        <translation>Calculation parameter</translation>
+    </message>
+    <message>
+        <source>Checksum:</source>
+        <translation>Checksum:</translation>
+    </message>
+    <message>
+        <source>Automatic slave recognition</source>
+        <translation>Automatic slave recognition</translation>
+    </message>
+    <message>
+        <source>Timed receiving interval(ms):</source>
+        <translation>Timed receiving interval(ms):</translation>
+    </message>
+    <message>
+        <source>Playback count:</source>
+        <translation>Playback count:</translation>
+    </message>
+    <message>
+        <source>Mask send ID</source>
+        <translation>Mask send ID</translation>
+    </message>
+    <message>
+        <source>Import data</source>
+        <translation>Import data</translation>
+    </message>
+    <message>
+        <source>Send status:</source>
+        <translation>Send status:</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>Cycle</source>
+        <translation>Cycle</translation>
+    </message>
+    <message>
+        <source>The data is not valid</source>
+        <translation>The data is not valid</translation>
+    </message>
+    <message>
+        <source>Open CSV File</source>
+        <translation>Open CSV File</translation>
+    </message>
+    <message>
+        <source>CSV files (*.csv)</source>
+        <translation>CSV files (*.csv)</translation>
+    </message>
+    <message>
+        <source>Please import data first</source>
+        <translation>Please import data first</translation>
+    </message>
+    <message>
+        <source>Import failure</source>
+        <translation>Import failure</translation>
+    </message>
+</context>
 </TS>
