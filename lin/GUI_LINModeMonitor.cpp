@@ -11,7 +11,7 @@
 namespace {
 constexpr int PollMs = 5;
 constexpr int FixedIds = 12;
-constexpr int FixedIdsPerRow = 6;
+constexpr int FixedIdsPerRow = 4;
 
 int itemData(LINMonitorMode mode)
 {
