@@ -7,6 +7,8 @@
 
 class GUI_LINModeDeveloperPrivate;
 
+/// Tools for the development of a LIN node: a calculator of PID and checksum, a search for the identifiers that slaves
+/// answer, and the playback of an imported capture.
 class GUI_LINModeDeveloper : public LINModePage
 {
     Q_OBJECT
@@ -23,6 +25,17 @@ signals:
 public slots:
     void slot_changeBtnEnableState(uint8_t mode, bool newState) override;
 
+private slots:
+    void slot_calculateBtnClicked();
+    void slot_scanIDBtnClicked();
+    void slot_importDataBtnClicked();
+    void slot_startBtnClicked();
+    /// Ends a playback or gives up reading a file; a scan goes on.
+    void slot_stopBtnClicked();
+    void slot_sendTimeoutEvent();
+    void slot_imported(const QVector<CTableViewLIN::DataObject> &frames, bool isCapture);
+
 private:
+    friend class GUI_LINModeDeveloperPrivate;
     std::unique_ptr<GUI_LINModeDeveloperPrivate> m_p;
 };

@@ -7,6 +7,7 @@
 
 class GUI_LINModeMonitorPrivate;
 
+/// Lists the frames seen on the bus, all or those of up to twelve identifiers, until it is stopped.
 class GUI_LINModeMonitor : public LINModePage
 {
     Q_OBJECT
@@ -18,8 +19,17 @@ public:
 
 public slots:
     void slot_changeBtnEnableState(uint8_t mode, bool newState) override;
-    void slot_addRowItem(const CTableViewLIN::DataObject &data, bool isStaticMode);
+    /// isStaticMode: the frame takes the place of the one with its identifier.
+    void slot_addRowItem(const CTableViewLIN::DataObject &frame, bool isStaticMode);
+
+private slots:
+    void slot_startBtnClicked();
+    void slot_stopBtnClicked();
+    void slot_saveBtnClicked();
+    void slot_clearBtnClicked();
+    void slot_sendTimeoutEvent();
 
 private:
+    friend class GUI_LINModeMonitorPrivate;
     std::unique_ptr<GUI_LINModeMonitorPrivate> m_p;
 };

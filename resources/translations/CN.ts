@@ -1476,4 +1476,134 @@ Check the bit rate and the other parameters.</source>
         <translation>可以通过</translation>
     </message>
 </context>
+<context>
+    <name>GUI_LINModeMonitor</name>
+    <message>
+        <source>Monitor Parameter Settings</source>
+        <translation>监听参数设置</translation>
+    </message>
+    <message>
+        <source>Monitor mode:</source>
+        <translation>监听模式：</translation>
+    </message>
+    <message>
+        <source>Display mode:</source>
+        <translation>显示模式：</translation>
+    </message>
+    <message>
+        <source>Fixed ID Settings</source>
+        <translation>固定ID设置</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>开始</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>清空</translation>
+    </message>
+    <message>
+        <source>Fixed ID</source>
+        <translation>固定ID</translation>
+    </message>
+    <message>
+        <source>Bus monitoring</source>
+        <translation>总线监听</translation>
+    </message>
+    <message>
+        <source>Dynamic display</source>
+        <translation>动态显示</translation>
+    </message>
+    <message>
+        <source>Static display</source>
+        <translation>静态显示</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_LINModeDeveloper</name>
+    <message>
+        <source>Communication parameter area</source>
+        <translation>通信参数区</translation>
+    </message>
+    <message>
+        <source>Length:</source>
+        <translation>数据长度：</translation>
+    </message>
+    <message>
+        <source>Data:</source>
+        <translation>数据：</translation>
+    </message>
+    <message>
+        <source>Calculation parameter</source>
+        <translation>计算参数</translation>
+    </message>
+    <message>
+        <source>Checksum:</source>
+        <translation>校验：</translation>
+    </message>
+    <message>
+        <source>Automatic slave recognition</source>
+        <translation>自动识别从机</translation>
+    </message>
+    <message>
+        <source>Timed receiving interval(ms):</source>
+        <translation>定时接收间隔(ms)：</translation>
+    </message>
+    <message>
+        <source>Playback count:</source>
+        <translation>回放次数：</translation>
+    </message>
+    <message>
+        <source>Mask send ID</source>
+        <translation>屏蔽发送ID</translation>
+    </message>
+    <message>
+        <source>Import data</source>
+        <translation>导入数据</translation>
+    </message>
+    <message>
+        <source>Send status:</source>
+        <translation>发送状态：</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>开始</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>Cycle</source>
+        <translation>次循环</translation>
+    </message>
+    <message>
+        <source>The data is not valid</source>
+        <translation>数据无效</translation>
+    </message>
+    <message>
+        <source>Open CSV File</source>
+        <translation>打开CSV文件</translation>
+    </message>
+    <message>
+        <source>CSV files (*.csv)</source>
+        <translation>CSV文件 (*.csv)</translation>
+    </message>
+    <message>
+        <source>Please import data first</source>
+        <translation>请先导入数据</translation>
+    </message>
+    <message>
+        <source>Import failure</source>
+        <translation>导入失败</translation>
+    </message>
+</context>
 </TS>

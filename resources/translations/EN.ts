@@ -1476,4 +1476,134 @@ Check the bit rate and the other parameters.</translation>
         <translation>Passes</translation>
     </message>
 </context>
+<context>
+    <name>GUI_LINModeMonitor</name>
+    <message>
+        <source>Monitor Parameter Settings</source>
+        <translation>Monitor Parameter Settings</translation>
+    </message>
+    <message>
+        <source>Monitor mode:</source>
+        <translation>Monitor mode:</translation>
+    </message>
+    <message>
+        <source>Display mode:</source>
+        <translation>Display mode:</translation>
+    </message>
+    <message>
+        <source>Fixed ID Settings</source>
+        <translation>Fixed ID Settings</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Clear</translation>
+    </message>
+    <message>
+        <source>Fixed ID</source>
+        <translation>Fixed ID</translation>
+    </message>
+    <message>
+        <source>Bus monitoring</source>
+        <translation>Bus monitoring</translation>
+    </message>
+    <message>
+        <source>Dynamic display</source>
+        <translation>Dynamic display</translation>
+    </message>
+    <message>
+        <source>Static display</source>
+        <translation>Static display</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_LINModeDeveloper</name>
+    <message>
+        <source>Communication parameter area</source>
+        <translation>Communication parameter area</translation>
+    </message>
+    <message>
+        <source>Length:</source>
+        <translation>Length:</translation>
+    </message>
+    <message>
+        <source>Data:</source>
+        <translation>Data:</translation>
+    </message>
+    <message>
+        <source>Calculation parameter</source>
+        <translation>Calculation parameter</translation>
+    </message>
+    <message>
+        <source>Checksum:</source>
+        <translation>Checksum:</translation>
+    </message>
+    <message>
+        <source>Automatic slave recognition</source>
+        <translation>Automatic slave recognition</translation>
+    </message>
+    <message>
+        <source>Timed receiving interval(ms):</source>
+        <translation>Timed receiving interval(ms):</translation>
+    </message>
+    <message>
+        <source>Playback count:</source>
+        <translation>Playback count:</translation>
+    </message>
+    <message>
+        <source>Mask send ID</source>
+        <translation>Mask send ID</translation>
+    </message>
+    <message>
+        <source>Import data</source>
+        <translation>Import data</translation>
+    </message>
+    <message>
+        <source>Send status:</source>
+        <translation>Send status:</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>Cycle</source>
+        <translation>Cycle</translation>
+    </message>
+    <message>
+        <source>The data is not valid</source>
+        <translation>The data is not valid</translation>
+    </message>
+    <message>
+        <source>Open CSV File</source>
+        <translation>Open CSV File</translation>
+    </message>
+    <message>
+        <source>CSV files (*.csv)</source>
+        <translation>CSV files (*.csv)</translation>
+    </message>
+    <message>
+        <source>Please import data first</source>
+        <translation>Please import data first</translation>
+    </message>
+    <message>
+        <source>Import failure</source>
+        <translation>Import failure</translation>
+    </message>
+</context>
 </TS>
