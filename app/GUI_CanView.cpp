@@ -4,6 +4,7 @@
 #include "can/GUI_CanDevice.h"
 #include "can/GUI_CanDeviceParam.h"
 #include "device/CANCommunication.h"
+#include "lin/GUI_LINDevice.h"
 #include "ui_GUI_CanView.h"
 #include "widgets/CMessageBox.h"
 #include "widgets/CNotice.h"
@@ -16,6 +17,8 @@
 #include <utility>
 
 namespace {
+using ChannelMode = GUI_CanDeviceParam::Mode;
+
 constexpr int NoticeMs = 1500;
 constexpr int MessageSuccess = 1;
 constexpr int MessageQuestion = 2;
@@ -52,8 +55,10 @@ public:
     }
 
     void buildToolBar();
-    bool openTab(const ChannelParam &param);
-    void addTab(GUI_CanDevice *tab);
+    template<typename Tab>
+    bool openTab(const ChannelParam &param, const QString &protocol);
+    void addTab(WidgetDeviceBase *tab, const QString &protocol);
+    static ChannelMode modeOf(const WidgetDeviceBase &tab);
     QList<CMessageBox *> openMessages() const;
     void openMessage(const QString &text, CMessageBox::Icon icon);
 
@@ -80,23 +85,23 @@ void GUI_CanViewPrivate::buildToolBar()
     ui.ToolBar->addWidget(connectButton);
 }
 
-bool GUI_CanViewPrivate::openTab(const ChannelParam &param)
+template<typename Tab>
+bool GUI_CanViewPrivate::openTab(const ChannelParam &param, const QString &protocol)
 {
-    auto tab = std::make_unique<GUI_CanDevice>(param, *communication, q);
+    auto tab = std::make_unique<Tab>(param, *communication, q);
     if (tab->openResult() != CAN_OK) {
         q->slot_showMessageBox(channelOpenProblem(tab->openResult(), param), MessageCritical);
         return false;
     }
-    addTab(tab.release());
+    addTab(tab.release(), protocol);
     return true;
 }
 
-void GUI_CanViewPrivate::addTab(GUI_CanDevice *tab)
+void GUI_CanViewPrivate::addTab(WidgetDeviceBase *tab, const QString &protocol)
 {
     QObject::connect(tab, &WidgetDeviceBase::sig_showMessageBox, q, &GUI_CanView::slot_showMessageBox);
     QObject::connect(tab, &WidgetDeviceBase::sig_showNotice, q, &GUI_CanView::slot_showNotice);
     const ChannelParam &param = tab->channelParam();
-    const QString protocol = param.isCANFD ? QStringLiteral("CANFD") : QStringLiteral("CAN");
     const QString title = QStringLiteral("%1 %2: %3 %4: %5")
                               .arg(protocol, GUI_CanView::tr("Device"))
                               .arg(param.device)
@@ -104,7 +109,12 @@ void GUI_CanViewPrivate::addTab(GUI_CanDevice *tab)
                               .arg(param.channel);
     tab->setObjectName(title); // its dialogs are titled with it
     ui.tabWidget->setCurrentIndex(ui.tabWidget->addTab(tab, title));
-    deviceParam->append(GUI_CanDeviceParam::Mode::CAN, param.device, param.channel);
+    deviceParam->append(modeOf(*tab), param.device, param.channel);
+}
+
+ChannelMode GUI_CanViewPrivate::modeOf(const WidgetDeviceBase &tab)
+{
+    return qobject_cast<const GUI_LINDevice *>(&tab) == nullptr ? ChannelMode::CAN : ChannelMode::LIN;
 }
 
 /// The newest last.
@@ -178,9 +188,12 @@ void GUI_CanView::slot_openChosenChannels()
 {
     const CanDeviceParam &chosen = m_p->deviceParam->deviceParam();
     bool isAnyOpen = false;
-    if (chosen.isLIN == 0) {
-        for (const ChannelParam &param : channelParams(chosen)) {
-            isAnyOpen |= m_p->openTab(param);
+    for (const ChannelParam &param : channelParams(chosen)) {
+        if (chosen.isLIN != 0) {
+            isAnyOpen |= m_p->openTab<GUI_LINDevice>(param, QStringLiteral("LIN"));
+        } else {
+            const QString protocol = param.isCANFD ? QStringLiteral("CANFD") : QStringLiteral("CAN");
+            isAnyOpen |= m_p->openTab<GUI_CanDevice>(param, protocol);
         }
     }
     if (isAnyOpen) {
@@ -204,7 +217,7 @@ void GUI_CanView::slot_closeTabRequest(int index)
     if (tab == nullptr) {
         return;
     }
-    m_p->deviceParam->remove(GUI_CanDeviceParam::Mode::CAN, tab->channelParam().device, tab->channelParam().channel);
+    m_p->deviceParam->remove(m_p->modeOf(*tab), tab->channelParam().device, tab->channelParam().channel);
     m_p->ui.tabWidget->removeTab(index);
     tab->deleteLater();
 }
