@@ -812,11 +812,11 @@ Check the bit rate and the other parameters.</source>
     </message>
     <message>
         <source>Error state</source>
-        <translation>校验错误</translation>
+        <translation>状态错误</translation>
     </message>
     <message>
         <source>Error checksum</source>
-        <translation>校验类型错误</translation>
+        <translation>校验和错误</translation>
     </message>
 </context>
 <context>
