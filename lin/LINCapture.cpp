@@ -7,7 +7,9 @@
 #include <QTextCodec>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
+#include <string_view>
 
 namespace {
 
@@ -20,42 +22,71 @@ bool isBlank(char c)
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-QByteArray field(const QByteArray &line, int number)
+std::string_view trimmed(std::string_view text)
 {
-    int begin = 0;
+    while (!text.empty() && isBlank(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && isBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+/// Empty when there is none of that number.
+std::string_view field(std::string_view line, int number)
+{
     for (; number > 0; --number) {
-        begin = line.indexOf(',', begin) + 1;
-        if (begin == 0) {
+        const std::size_t comma = line.find(',');
+        if (comma == std::string_view::npos) {
             return {};
         }
+        line.remove_prefix(comma + 1);
     }
-    const int end = line.indexOf(',', begin);
-    return line.mid(begin, end < 0 ? -1 : end - begin);
+    return line.substr(0, line.find(','));
+}
+
+int digit(char c)
+{
+    if (c >= '0' && c <= '9') {
+        return c - '0';
+    }
+    if (c >= 'A' && c <= 'F') {
+        return c - 'A' + 10;
+    }
+    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
 }
 
 /// A number of digits only, from 0 to maximum; -1 when it is none.
-int number(const QByteArray &text, int base, int maximum)
+int number(std::string_view text, int base, int maximum)
 {
-    const auto isDigit = [base](char c) {
-        return (c >= '0' && c <= '9') || (base == 16 && ((c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f')));
-    };
-    bool isNumber = false;
-    const int value = text.toInt(&isNumber, base);
-    return isNumber && std::all_of(text.begin(), text.end(), isDigit) && value <= maximum ? value : -1;
+    int value = text.empty() ? -1 : 0;
+    for (const char c : text) {
+        const int next = digit(c);
+        if (next < 0 || next >= base) {
+            return -1;
+        }
+        value = value * base + next;
+        if (value > maximum) {
+            return -1;
+        }
+    }
+    return value;
 }
 
-QByteArray payload(const QByteArray &text, int length)
+QByteArray payload(std::string_view text, int length)
 {
-    QByteArray digits;
+    std::array<char, std::size_t{2} * MaxLength> digits{};
+    int count = 0;
     for (const char c : text) {
-        if (digits.size() == 2 * length) {
+        if (count == 2 * length) {
             break;
         }
         if (!isBlank(c)) {
-            digits.append(c);
+            digits[static_cast<std::size_t>(count++)] = c;
         }
     }
-    return QByteArray::fromHex(digits);
+    return QByteArray::fromHex(QByteArray::fromRawData(digits.data(), count));
 }
 
 QString titles(const LINFrameModel &frames)
@@ -136,15 +167,20 @@ void LINCaptureParser::takePart(const char *bytes, int size)
 
 void LINCaptureParser::endLine()
 {
-    const QByteArray line = m_line;
-    m_line.clear();
-    m_hasLine = false;
     if (m_isHeader) {
         m_isHeader = false;
-        return;
+    } else {
+        takeFrame();
     }
-    const int id = number(field(line, 3).left(2).trimmed(), 16, MaxId);
-    const int length = number(field(line, 4).trimmed(), 10, MaxLength);
+    m_line.resize(0); // keeps its memory
+    m_hasLine = false;
+}
+
+void LINCaptureParser::takeFrame()
+{
+    const std::string_view line(m_line.constData(), static_cast<std::size_t>(m_line.size()));
+    const int id = number(trimmed(field(line, 3).substr(0, 2)), 16, MaxId);
+    const int length = number(trimmed(field(line, 4)), 10, MaxLength);
     if (id < 0 || length < 0 || m_frames.size() == MaxFrames) {
         m_isFailed = true;
         return;

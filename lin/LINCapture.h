@@ -37,6 +37,7 @@ public:
 private:
     void takePart(const char *bytes, int size);
     void endLine();
+    void takeFrame();
 
     QVector<CTableViewLIN::DataObject> m_frames;
     QByteArray m_line; ///< the beginning of the line under way

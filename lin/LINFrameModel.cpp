@@ -149,7 +149,7 @@ bool LINFrameModel::hasChildren(const QModelIndex &parent) const
 
 QVariant LINFrameModel::data(const QModelIndex &index, int role) const
 {
-    if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole)) {
+    if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole && role != Qt::ToolTipRole)) {
         return {};
     }
     return cellText(index.row(), index.column());

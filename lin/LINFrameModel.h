@@ -41,7 +41,7 @@ public:
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
     bool hasChildren(const QModelIndex &parent = QModelIndex()) const override;
-    /// Qt::DisplayRole and Qt::EditRole give the cell's text.
+    /// Qt::DisplayRole, Qt::EditRole and, as a column may be too narrow for it, Qt::ToolTipRole give the cell's text.
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     QMap<int, QVariant> itemData(const QModelIndex &index) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;

@@ -5,6 +5,8 @@
 #include <QTimer>
 #include <QtTest>
 
+#include <vector>
+
 #if defined(Q_OS_UNIX)
 #include <sys/stat.h>
 #endif
@@ -19,7 +21,7 @@ struct Result
 {
     int count = 0;
     bool isCapture = false;
-    QVector<CTableViewLIN::DataObject> frames;
+    std::vector<CTableViewLIN::DataObject> frames;
 };
 } // namespace
 
@@ -60,7 +62,7 @@ void tst_LINCaptureReader::listenTo(LINCaptureReader &reader)
     connect(&reader, &LINCaptureReader::sig_finished, this,
             [this](const QVector<CTableViewLIN::DataObject> &frames, bool isCapture) {
                 ++m_result.count;
-                m_result.frames = frames;
+                m_result.frames.assign(frames.begin(), frames.end());
                 m_result.isCapture = isCapture;
             });
 }
@@ -68,7 +70,9 @@ void tst_LINCaptureReader::listenTo(LINCaptureReader &reader)
 void tst_LINCaptureReader::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
-    m_result = Result();
+    m_result.count = 0;
+    m_result.isCapture = false;
+    m_result.frames.clear();
 }
 
 void tst_LINCaptureReader::readsASmallFileAtOnce()
@@ -78,7 +82,7 @@ void tst_LINCaptureReader::readsASmallFileAtOnce()
     QVERIFY(reader.start(write(QStringLiteral("a.csv"), Titles + Line + Line)));
     QCOMPARE(m_result.count, 1);
     QVERIFY(m_result.isCapture);
-    QCOMPARE(m_result.frames.size(), 2);
+    QCOMPARE(m_result.frames.size(), std::size_t{2});
     QCOMPARE(m_result.frames.at(1).ID, quint8(0x12));
     QCOMPARE(m_result.frames.at(1).data, QByteArray::fromHex("0011223344556677"));
     QVERIFY(!reader.isReading());
@@ -133,7 +137,7 @@ void tst_LINCaptureReader::keepsTheEventLoopRunning()
     QTRY_COMPARE_WITH_TIMEOUT(m_result.count, 1, 60000);
     QVERIFY(ticks >= 3);
     QVERIFY(m_result.isCapture);
-    QCOMPARE(m_result.frames.size(), Million);
+    QCOMPARE(m_result.frames.size(), std::size_t(Million));
     QVERIFY(!reader.isReading());
 }
 
@@ -145,7 +149,7 @@ void tst_LINCaptureReader::readsALineOfMegabytes()
     QVERIFY(reader.start(write(QStringLiteral("a.csv"), large + '\n' + Line + ",,,01,1,11," + large)));
     QTRY_COMPARE_WITH_TIMEOUT(m_result.count, 1, 60000);
     QVERIFY(m_result.isCapture);
-    QCOMPARE(m_result.frames.size(), 2);
+    QCOMPARE(m_result.frames.size(), std::size_t{2});
 }
 
 /// The frames read until then are not handed over, and the rest is not read.
@@ -156,7 +160,7 @@ void tst_LINCaptureReader::stopsAtTheFirstDamage()
     QVERIFY(reader.start(write(QStringLiteral("a.csv"), Titles + Line + "damage\n" + Line.repeated(Million))));
     QCOMPARE(m_result.count, 1);
     QVERIFY(!m_result.isCapture);
-    QVERIFY(m_result.frames.isEmpty());
+    QVERIFY(m_result.frames.empty());
 }
 
 void tst_LINCaptureReader::cancels()
@@ -169,7 +173,7 @@ void tst_LINCaptureReader::cancels()
     QVERIFY(!reader.isReading());
     QVERIFY(reader.start(write(QStringLiteral("b.csv"), Titles + Line)));
     QCOMPARE(m_result.count, 1);
-    QCOMPARE(m_result.frames.size(), 1);
+    QCOMPARE(m_result.frames.size(), std::size_t{1});
     QCoreApplication::processEvents();
     QCOMPARE(m_result.count, 1);
 }
@@ -184,7 +188,7 @@ void tst_LINCaptureReader::givesUpOneForAnother()
     QVERIFY(reader.start(m_folder->filePath(QStringLiteral("a.csv"))));
     QVERIFY(reader.start(write(QStringLiteral("b.csv"), Titles + Line)));
     QCOMPARE(m_result.count, 1);
-    QCOMPARE(m_result.frames.size(), 1);
+    QCOMPARE(m_result.frames.size(), std::size_t{1});
 }
 
 void tst_LINCaptureReader::goesAwayWhileReading()

@@ -71,6 +71,7 @@ void tst_LINFrameModel::appends()
     QCOMPARE(row(model, 0), QStringLiteral("1|12:34:56.789|Revice|12[92]|2|01 A2 |5C|V1"));
     QCOMPARE(row(model, 1), QStringLiteral("2|12:34:56.789|Revice|12[92]|0||FF|V1"));
     QCOMPARE(model.headerData(1, Qt::Vertical).toInt(), 2);
+    QCOMPARE(model.index(0, 7).data(Qt::ToolTipRole).toString(), QStringLiteral("V1"));
     QCOMPARE(model.index(0, 5).data(Qt::EditRole).toString(), QStringLiteral("01 A2 "));
 }
 
