@@ -75,6 +75,7 @@ LINFrameView::LINFrameView(QWidget *parent)
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setAlternatingRowColors(true);
     setWordWrap(false);
+    setTextElideMode(Qt::ElideMiddle); // a state ends with what tells it from the others
 }
 
 LINFrameView::~LINFrameView()

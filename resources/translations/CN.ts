@@ -786,11 +786,11 @@ Install the adapter's current library.</source>
     </message>
     <message>
         <source>Error state</source>
-        <translation>校验错误</translation>
+        <translation>状态错误</translation>
     </message>
     <message>
         <source>Error checksum</source>
-        <translation>校验类型错误</translation>
+        <translation>校验和错误</translation>
     </message>
 </context>
 <context>

@@ -185,7 +185,7 @@ void tst_LINCapture::savesChineseInTheLocalEncoding()
     const QByteArray bytes = content(path).replace("\r\n", "\n");
     QCOMPARE(QTextCodec::codecForName(used)->toUnicode(bytes),
              QString::fromUtf8("No.,系统时间,方向,ID[PID],长度,数据(Hex),校验(Hex),状态\n"
-                               "1,12:34:56.789,接收,12[92],2,01 A2 ,5C,校验类型错误(V1)\n"));
+                               "1,12:34:56.789,接收,12[92],2,01 A2 ,5C,校验和错误(V1)\n"));
     QCOMPARE(summary(parse(bytes, 7)), QStringLiteral("12:01a2"));
 }
 

@@ -118,10 +118,10 @@ void tst_LINFrameCells::inChinese()
              QString::fromUtf8("No.|系统时间|方向|ID[PID]|长度|数据(Hex)|校验(Hex)|状态"));
     CTableViewLIN::DataObject frame = linFrame(0x12, "01A2");
     QCOMPARE(cells(frame, 1, LINFrameState::WrongEnhanced).join(QLatin1Char('|')),
-             QString::fromUtf8("1|12:34:56.789|接收|12[92]|2|01 A2 |5C|校验类型错误(V2)"));
+             QString::fromUtf8("1|12:34:56.789|接收|12[92]|2|01 A2 |5C|校验和错误(V2)"));
     frame.direction = CTableViewLIN::DataObject::Sent;
     QCOMPARE(cells(frame, 1, LINFrameState::Wrong).join(QLatin1Char('|')),
-             QString::fromUtf8("1|12:34:56.789|发送|12[92]|2|01 A2 |5C|校验错误"));
+             QString::fromUtf8("1|12:34:56.789|发送|12[92]|2|01 A2 |5C|状态错误"));
     QCoreApplication::removeTranslator(&translator);
 }
 
