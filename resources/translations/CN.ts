@@ -664,6 +664,93 @@ Install the adapter's current library.</source>
     </message>
 </context>
 <context>
+    <name>GUI_LINModeList</name>
+    <message>
+        <source>Parameter setting</source>
+        <translation>参数设置</translation>
+    </message>
+    <message>
+        <source>Frame count:</source>
+        <translation>帧数量：</translation>
+    </message>
+    <message>
+        <source>Display mode:</source>
+        <translation>显示模式：</translation>
+    </message>
+    <message>
+        <source>Dynamic display</source>
+        <translation>动态显示</translation>
+    </message>
+    <message>
+        <source>Static display</source>
+        <translation>静态显示</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>启动</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>清空</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>选择</translation>
+    </message>
+    <message>
+        <source>Direction</source>
+        <translation>方向</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>数据</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>长度</translation>
+    </message>
+    <message>
+        <source>Interval</source>
+        <translation>间隔</translation>
+    </message>
+    <message>
+        <source>Send</source>
+        <translation>发送</translation>
+    </message>
+    <message>
+        <source>Revice</source>
+        <translation>接收</translation>
+    </message>
+    <message>
+        <source>The ID is out of range, Error line</source>
+        <translation>ID超出范围，错误行</translation>
+    </message>
+    <message>
+        <source>Valid ID range: 0x0-0x3F</source>
+        <translation>有效ID范围：0x0-0x3F</translation>
+    </message>
+    <message>
+        <source>The data length is out of range, Error line</source>
+        <translation>数据长度超出范围，错误行</translation>
+    </message>
+    <message>
+        <source>The interval is out of range, Error line</source>
+        <translation>间隔超出范围，错误行</translation>
+    </message>
+    <message>
+        <source>The data is not valid, Error line</source>
+        <translation>数据无效，错误行</translation>
+    </message>
+</context>
+<context>
     <name>LINFrameModel</name>
     <message>
         <source>System Time</source>

@@ -664,6 +664,93 @@ Install the adapter's current library.</translation>
     </message>
 </context>
 <context>
+    <name>GUI_LINModeList</name>
+    <message>
+        <source>Parameter setting</source>
+        <translation>Parameter setting</translation>
+    </message>
+    <message>
+        <source>Frame count:</source>
+        <translation>Frame count:</translation>
+    </message>
+    <message>
+        <source>Display mode:</source>
+        <translation>Display mode:</translation>
+    </message>
+    <message>
+        <source>Dynamic display</source>
+        <translation>Dynamic display</translation>
+    </message>
+    <message>
+        <source>Static display</source>
+        <translation>Static display</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Clear</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>Select</translation>
+    </message>
+    <message>
+        <source>Direction</source>
+        <translation>Direction</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>Data</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>Length</translation>
+    </message>
+    <message>
+        <source>Interval</source>
+        <translation>Interval</translation>
+    </message>
+    <message>
+        <source>Send</source>
+        <translation>Send</translation>
+    </message>
+    <message>
+        <source>Revice</source>
+        <translation>Revice</translation>
+    </message>
+    <message>
+        <source>The ID is out of range, Error line</source>
+        <translation>The ID is out of range, Error line</translation>
+    </message>
+    <message>
+        <source>Valid ID range: 0x0-0x3F</source>
+        <translation>Valid ID range: 0x0-0x3F</translation>
+    </message>
+    <message>
+        <source>The data length is out of range, Error line</source>
+        <translation>The data length is out of range, Error line</translation>
+    </message>
+    <message>
+        <source>The interval is out of range, Error line</source>
+        <translation>The interval is out of range, Error line</translation>
+    </message>
+    <message>
+        <source>The data is not valid, Error line</source>
+        <translation>The data is not valid, Error line</translation>
+    </message>
+</context>
+<context>
     <name>LINFrameModel</name>
     <message>
         <source>System Time</source>
