@@ -51,8 +51,8 @@ public:
     QVector<CTableViewLIN::DataObject> frames; ///< imported, or found by the scan
     LINSlaveScan scan;
     LINPlayback playback;
-    bool isScanning = false;
-    bool isFree = true; ///< no mode runs
+    bool isScanning = false; ///< the timer strikes for the scan, otherwise for the playback
+    bool isFree = true;      ///< no mode runs
 };
 
 void GUI_LINModeDeveloperPrivate::prepareForm()
@@ -120,7 +120,6 @@ void GUI_LINModeDeveloperPrivate::scanNext()
 void GUI_LINModeDeveloperPrivate::finishScan()
 {
     timer.stop();
-    isScanning = false;
     ui.btn_stop->setEnabled(true);
     ui.lbl_allCount->setText(QString::number(frames.size()));
     emit q->sig_addRowItems(frames);
@@ -217,6 +216,7 @@ void GUI_LINModeDeveloper::slot_startBtnClicked()
     if (isRunning() || !startRunning()) {
         return;
     }
+    m_p->isScanning = false;
     m_p->playback.start(m_p->frames.size(), m_p->ui.sbx_count->value());
     for (const quint8 id : m_p->masks->checkedIds()) {
         m_p->playback.mask(id);
@@ -232,9 +232,7 @@ void GUI_LINModeDeveloper::slot_stopBtnClicked()
         m_p->reader.cancel();
         m_p->enableControls();
     }
-    if (!m_p->isScanning) {
-        m_p->finishPlayback();
-    }
+    m_p->finishPlayback();
 }
 
 void GUI_LINModeDeveloper::slot_sendTimeoutEvent()

@@ -30,7 +30,7 @@ private slots:
     void slot_scanIDBtnClicked();
     void slot_importDataBtnClicked();
     void slot_startBtnClicked();
-    /// Ends a playback or gives up reading a file; a scan goes on.
+    /// Ends a playback or gives up reading a file. Out of reach during a scan.
     void slot_stopBtnClicked();
     void slot_sendTimeoutEvent();
     void slot_imported(const QVector<CTableViewLIN::DataObject> &frames, bool isCapture);

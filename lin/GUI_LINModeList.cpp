@@ -4,15 +4,13 @@
 #include "device/LINFrame.h"
 #include "device/TickTimer.h"
 #include "lin/LINFrameModel.h"
+#include "lin/LINRecords.h"
 #include "lin/LINSchedule.h"
 #include "lin/WidgetDelegate.h"
 #include "ui_GUI_LINModeList.h"
 
 #include <QElapsedTimer>
 #include <QStandardItemModel>
-#include <QTime>
-
-#include <algorithm>
 
 namespace {
 
@@ -32,11 +30,6 @@ constexpr int FirstTickMs = 1;
 /// Places in the choice of directions.
 constexpr int DirectionSend = 0;
 constexpr int DirectionRequest = 1;
-
-QString clockText()
-{
-    return QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz"));
-}
 
 QStandardItem *cell(const QString &text)
 {
@@ -222,33 +215,20 @@ void GUI_LINModeListPrivate::serve(const LINScheduleRow &row)
 std::optional<CTableViewLIN::DataObject> GUI_LINModeListPrivate::request(quint8 id)
 {
     const ChannelParam &channel = q->channelParam();
-    VCI_LIN_OBJ answer{};
-    answer.ID = id;
+    VCI_LIN_OBJ answer = linRecord(id, {});
     if (communication.receiveLIN(channel.device, channel.channel, &answer) != CAN_OK || answer.DataLen == 0) {
         return std::nullopt;
     }
-    CTableViewLIN::DataObject frame;
-    frame.time = clockText();
-    frame.direction = CTableViewLIN::DataObject::Received;
-    frame.ID = answer.ID & LINScheduleRow::MaxId;
-    frame.PID = calcPID(frame.ID);
-    const int length = std::min<int>(answer.DataLen, LINScheduleRow::MaxLength);
-    frame.data = QByteArray(reinterpret_cast<const char *>(answer.Data), length);
-    frame.checksum = answer.Checksum;
-    return frame;
+    return answeredLINFrame(answer.ID & LINScheduleRow::MaxId, answer, linTimeNow());
 }
 
 /// A frame that the adapter refuses is listed all the same.
 CTableViewLIN::DataObject GUI_LINModeListPrivate::send(quint8 id, const QByteArray &data)
 {
     const ChannelParam &channel = q->channelParam();
-    VCI_LIN_OBJ object{};
-    object.ID = id;
-    object.DataLen = static_cast<quint8>(data.size());
-    std::copy(data.begin(), data.end(), object.Data);
-    communication.transmitLIN(channel.device, channel.channel, object);
+    communication.transmitLIN(channel.device, channel.channel, linRecord(id, data));
     CTableViewLIN::DataObject frame;
-    frame.time = clockText();
+    frame.time = linTimeNow();
     frame.direction = CTableViewLIN::DataObject::Sent;
     frame.ID = id;
     frame.PID = calcPID(id);

@@ -1,6 +1,7 @@
 #include "lin/LINCalculator.h"
 
 #include "device/LINFrame.h"
+#include "lin/LINHexPairs.h"
 
 #include <algorithm>
 #include <iterator>
@@ -12,6 +13,6 @@ std::optional<LINCalculation> calculateLIN(quint8 id, int length, const QString 
     if (digits.size() < 2 * length) {
         return std::nullopt;
     }
-    const QByteArray bytes = QByteArray::fromHex(digits.left(2 * length).toLatin1());
+    const QByteArray bytes = bytesOfHexPairs(digits, length);
     return LINCalculation{calcPID(id), calcChecksum(id, enhanced, bytes)};
 }

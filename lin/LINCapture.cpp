@@ -2,12 +2,12 @@
 
 #include "lin/LINFrameCells.h"
 #include "lin/LINFrameModel.h"
+#include "lin/LINHexPairs.h"
 
 #include <QSaveFile>
 #include <QTextCodec>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <string_view>
 
@@ -76,17 +76,7 @@ int number(std::string_view text, int base, int maximum)
 
 QByteArray payload(std::string_view text, int length)
 {
-    std::array<char, std::size_t{2} * MaxLength> digits{};
-    int count = 0;
-    for (const char c : text) {
-        if (count == 2 * length) {
-            break;
-        }
-        if (!isBlank(c)) {
-            digits[static_cast<std::size_t>(count++)] = c;
-        }
-    }
-    return QByteArray::fromHex(QByteArray::fromRawData(digits.data(), count));
+    return bytesOfHexPairs(QString::fromLatin1(text.data(), static_cast<int>(text.size())), length);
 }
 
 QString titles(const LINFrameModel &frames)

@@ -11,6 +11,12 @@ LINIdSpinBox::LINIdSpinBox(QWidget *parent)
     setRange(0, MaxId);
 }
 
+QValidator::State LINIdSpinBox::validate(QString &input, int &position) const
+{
+    input = input.toUpper();
+    return QSpinBox::validate(input, position);
+}
+
 QString LINIdSpinBox::textFromValue(int value) const
 {
     return QString::number(value, 16).toUpper();

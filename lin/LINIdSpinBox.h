@@ -13,5 +13,7 @@ public:
     quint8 id() const { return static_cast<quint8>(value()); }
 
 protected:
+    /// Turns what is typed to upper case.
+    QValidator::State validate(QString &input, int &position) const override;
     QString textFromValue(int value) const override;
 };

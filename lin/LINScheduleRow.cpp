@@ -1,5 +1,7 @@
 #include "lin/LINScheduleRow.h"
 
+#include "lin/LINHexPairs.h"
+
 #include <QCoreApplication>
 
 namespace {
@@ -33,17 +35,6 @@ bool hasDigits(const QString &text, int count)
     return count <= 0;
 }
 
-/// NoNumber for what is no hexadecimal digit.
-int digit(QChar c)
-{
-    const ushort code = c.unicode();
-    if (code >= '0' && code <= '9') {
-        return code - '0';
-    }
-    const int letter = (code | 0x20) - 'a';
-    return code < 0x80 && letter >= 0 && letter < 6 ? letter + 10 : NoNumber;
-}
-
 } // namespace
 
 std::optional<LINScheduleRow> readLINScheduleRow(const LINScheduleTexts &texts, int number, QString &error)
@@ -74,26 +65,4 @@ std::optional<LINScheduleRow> readLINScheduleRow(const LINScheduleTexts &texts, 
     row.data = bytesOfHexPairs(texts.data, length);
     row.intervalMs = interval;
     return row;
-}
-
-QByteArray bytesOfHexPairs(const QString &text, int length)
-{
-    QByteArray bytes;
-    int high = NoNumber;
-    int characters = 0;
-    for (const QChar c : text) {
-        if (characters == 2 * length) {
-            break;
-        }
-        if (c.isSpace()) {
-            continue;
-        }
-        const int value = digit(c);
-        if (++characters % 2 == 1) {
-            high = value;
-        } else if (high != NoNumber && value != NoNumber) {
-            bytes.append(static_cast<char>(high << 4 | value));
-        }
-    }
-    return bytes;
 }

@@ -32,6 +32,3 @@ struct LINScheduleRow
 /// number, out of range, or when there are fewer than 2 x length digits: error then says so in the program's language
 /// and names the row by number.
 std::optional<LINScheduleRow> readLINScheduleRow(const LINScheduleTexts &texts, int number, QString &error);
-
-/// The first 2 x length characters other than white space, as bytes; a pair that is not hexadecimal is dropped.
-QByteArray bytesOfHexPairs(const QString &text, int length);

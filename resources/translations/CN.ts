@@ -662,11 +662,11 @@ Check the bit rate and the other parameters.</source>
     </message>
     <message>
         <source>LIN Baudrate:</source>
-        <translation>LIN波特率:</translation>
+        <translation>LIN波特率：</translation>
     </message>
     <message>
         <source>Checksum:</source>
-        <translation>校验:</translation>
+        <translation>校验：</translation>
     </message>
     <message>
         <source>Set</source>

@@ -987,7 +987,7 @@ void tst_GUI_LINModeDeveloper::slowCallsDoNotPileUp()
     developer.adapter.onCall(entry, [&] {
         if (calls < 0) {
             reference.timer.start(intervalMs);
-            QThread::msleep(static_cast<unsigned long>(3 * intervalMs)); // the adapter takes its time, once
+            QThread::msleep(static_cast<unsigned long>(5 * intervalMs / 2)); // the adapter takes its time, once
         }
         ++calls;
     });

@@ -144,6 +144,7 @@ void tst_LINIdPairs::takesTypedIdentifiers()
     box.show();
     box.selectAll();
     QTest::keyClicks(&box, typed);
+    QCOMPARE(box.text(), shown);
     QTest::keyClick(&box, Qt::Key_Return);
     QCOMPARE(box.text(), shown);
     QCOMPARE(int(box.id()), value);

@@ -1,3 +1,4 @@
+#include "lin/LINHexPairs.h"
 #include "lin/LINSchedule.h"
 
 #include <QtTest>

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+/// The first 2 x length characters other than white space, as bytes; a pair that is not hexadecimal is dropped.
+QByteArray bytesOfHexPairs(const QString &text, int length);
