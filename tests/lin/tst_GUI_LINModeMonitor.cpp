@@ -32,10 +32,10 @@ const QByteArray Refusing = R"({
   "devices": [{"model": "X9FC-1", "lin": [{"faults": {"mode_refused": [3]}}]}]
 })";
 
-// Pulled out a third of a second after it was opened.
+// Pulled out a second and a half after it was opened.
 const QByteArray Unplugged = R"({
   "lin_buses": [{"name": "lin", "traffic": [{"id": 1, "period_ms": 5, "data": "AA"}]}],
-  "devices": [{"model": "X9FC-1", "lin": [{"bus": "lin"}], "faults": {"vanish_after_ms": 300}}]
+  "devices": [{"model": "X9FC-1", "lin": [{"bus": "lin"}], "faults": {"vanish_after_ms": 1500}}]
 })";
 
 enum Column { Number, Time, Direction, Id, Length, Data, Check, State };

@@ -6,6 +6,7 @@
 #include "lin/GUI_LINModeMonitor.h"
 #include "tests/support/AdapterFolder.h"
 #include "tests/support/SaveDialogDriver.h"
+#include "tests/support/ScriptedAdapter.h"
 
 #include <QAbstractButton>
 #include <QFile>
@@ -24,11 +25,10 @@ enum class End { ByItself, Stop, DeviceGone };
 
 const QByteArray Bus = R"("lin_buses": [{"name": "lin", "slaves": [{"id": 0, "data": "01"}]}])";
 
-/// A device on that bus, with these faults of its own and of its LIN channel.
-QByteArray adapter(const QByteArray &deviceFaults = "{}", const QByteArray &channelFaults = "{}")
+/// A device on that bus, with these faults of its LIN channel.
+QByteArray adapter(const QByteArray &faults = "{}")
 {
-    return "{" + Bus + R"(, "devices": [{"model": "X9FC-1", "faults": )" + deviceFaults +
-           R"(, "lin": [{"bus": "lin", "faults": )" + channelFaults + "}]}]}";
+    return "{" + Bus + R"(, "devices": [{"model": "X9FC-1", "lin": [{"bus": "lin", "faults": )" + faults + "}]}]}";
 }
 
 ChannelParam channel()
@@ -217,8 +217,9 @@ void tst_LINModes::locksAndComesBack()
     QFETCH(Run, run);
     QFETCH(End, end);
     const bool isPulledOut = end == End::DeviceGone;
-    const AdapterFolder folder(adapter(isPulledOut ? R"({"vanish_after_ms": 600})" : "{}"));
-    const auto manager = virtualManager();
+    const AdapterFolder folder(adapter());
+    ScriptedAdapter scripted; // can be pulled out at a given moment
+    const auto manager = isPulledOut ? std::make_unique<CANCommunication>(scripted.table()) : virtualManager();
     Tab user(*manager);
     QVERIFY(user.prepare());
     const QStringList idle = user.enabled();
@@ -235,8 +236,15 @@ void tst_LINModes::locksAndComesBack()
         QCOMPARE(user.announced, started);
     }
     if (isPulledOut) {
-        QString text;
-        QTRY_VERIFY(manager->readDeviceInfo(0, text, text, text) != CAN_OK);
+        int refused = 0;
+        for (const char *entry : {"KQ_TransmitLIN", "KQ_ReceiveLIN", "KQ_ReceiveLINBySlave", "KQ_ChangeLINMode"}) {
+            scripted.answer(entry, 0);
+            scripted.onCall(entry, [&refused] { ++refused; });
+        }
+        QTRY_VERIFY(refused >= 3);
+        for (const char *entry : {"KQ_TransmitLIN", "KQ_ReceiveLIN", "KQ_ReceiveLINBySlave", "KQ_ChangeLINMode"}) {
+            scripted.onCall(entry, {});
+        }
         QVERIFY(user.isRunning());
         QCOMPARE(user.enabled(), runningState(run));
     }
@@ -262,7 +270,7 @@ void tst_LINModes::refusedModeLocksNothing_data()
 void tst_LINModes::refusedModeLocksNothing()
 {
     QFETCH(Run, run);
-    const AdapterFolder folder(adapter("{}", R"({"mode_refused": [)" + Tab::mode(run) + "]}"));
+    const AdapterFolder folder(adapter(R"({"mode_refused": [)" + Tab::mode(run) + "]}"));
     const auto manager = virtualManager();
     Tab user(*manager);
     QVERIFY(user.prepare());
