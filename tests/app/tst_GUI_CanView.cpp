@@ -6,6 +6,7 @@
 #include "capture/GUI_CanSendFile.h"
 #include "device/CANAPI.h"
 #include "device/CANCommunication.h"
+#include "lin/GUI_LINDevice.h"
 #include "tests/support/AdapterFolder.h"
 #include "widgets/CMaskWidget.h"
 #include "widgets/CMessageBox.h"
@@ -118,6 +119,8 @@ private slots:
     void opensOneChannelAfterTheOther();
     void offersAClosedChannelAgain();
     void opensCANFD();
+    void opensLIN();
+    void explainsALINChannelThatDoesNotOpen();
     void saysWhyAChannelDoesNotOpen();
     void opensAgainWhenTheAdapterIsBack();
     void closesTabs();
@@ -218,6 +221,55 @@ void tst_GUI_CanView::opensCANFD()
     chooseIn(*dialogOf(window), "cbx_baudrateCANFD", 2);
     clickIn(*dialogOf(window), "btn_ok");
     QCOMPARE(tabsOf(window)->tabText(0), QStringLiteral("CANFD Device: 0 Channel: 0"));
+}
+
+void tst_GUI_CanView::opensLIN()
+{
+    const AdapterFolder folder(R"({
+      "lin_buses": [{"name": "doors", "slaves": [{"id": 5, "data": [1, 2]}]}],
+      "devices": [{"model": "X9FC-1", "lin": [{"bus": "doors"}, {"bus": "doors"}]}]
+    })");
+    GUI_CanView window(manager());
+    window.show();
+    QTRY_VERIFY(dialogOf(window)->isVisible());
+    const QWidget &dialog = *dialogOf(window);
+    clickIn(dialog, "btn_setup");
+    chooseIn(dialog, "cbx_channelLIN", 1);
+    clickIn(dialog, "btn_ok");
+    QCOMPARE(tabsOf(window)->count(), 1);
+    QCOMPARE(tabsOf(window)->tabText(0), QStringLiteral("LIN Device: 0 Channel: 1"));
+    QVERIFY(qobject_cast<GUI_LINDevice *>(tabsOf(window)->widget(0)) != nullptr);
+    QCOMPARE(noticeOf(window), QStringLiteral("Devices is open"));
+
+    window.slot_openCanDevice();
+    QCOMPARE(choicesIn(dialog, "cbx_channelLIN"), QStringList{QStringLiteral("Channel0")});
+    QCOMPARE(choicesIn(dialog, "cbx_channel").size(), 2); // of another kind
+    clickIn(dialog, "btn_cancel");
+    emit qobject_cast<WidgetDeviceBase *>(tabsOf(window)->widget(0))->sig_showMessageBox(QStringLiteral("text"), 4);
+    QCOMPARE(messagesOf(window).size(), 1);
+    pressOk(*messagesOf(window).first());
+
+    window.slot_closeTabRequest(0);
+    QTRY_VERIFY(window.findChild<GUI_LINDevice *>() == nullptr);
+    window.slot_openCanDevice();
+    QCOMPARE(choicesIn(dialog, "cbx_channelLIN").size(), 2);
+    clickIn(dialog, "btn_cancel");
+}
+
+void tst_GUI_CanView::explainsALINChannelThatDoesNotOpen()
+{
+    const AdapterFolder folder(R"({
+      "lin_buses": [{"name": "doors"}],
+      "devices": [{"model": "X9FC-1", "lin": [{"bus": "doors", "faults": {"open_refused": true}}]}]
+    })");
+    GUI_CanView window(manager());
+    window.show();
+    QTRY_VERIFY(dialogOf(window)->isVisible());
+    clickIn(*dialogOf(window), "btn_setup");
+    clickIn(*dialogOf(window), "btn_ok");
+    QCOMPARE(tabsOf(window)->count(), 0);
+    QCOMPARE(noticeOf(window), QStringLiteral("No devices!!!"));
+    QVERIFY(messagesOf(window).first()->text().startsWith(QLatin1String("Device 0 refused to open channel 0.")));
 }
 
 void tst_GUI_CanView::saysWhyAChannelDoesNotOpen()

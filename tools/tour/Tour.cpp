@@ -8,6 +8,10 @@
 #include "capture/CTableViewCAN.h"
 #include "capture/GUI_CanAdvancedOpearation.h"
 #include "capture/GUI_CanSendFile.h"
+#include "lin/GUI_LINDevice.h"
+#include "lin/GUI_LINModeDeveloper.h"
+#include "lin/GUI_LINModeList.h"
+#include "lin/GUI_LINModeMonitor.h"
 #include "tests/support/SaveDialogDriver.h"
 #include "widgets/CHexEditView.h"
 #include "widgets/CMaskWidget.h"
@@ -20,6 +24,7 @@
 #include <QPointer>
 #include <QProgressBar>
 #include <QSpinBox>
+#include <QTableView>
 #include <QTabWidget>
 #include <QTextStream>
 #include <QtTest>
@@ -32,6 +37,8 @@ constexpr int StepTimeoutMs = 15000;
 constexpr int FramesToSee = 200;
 /// Sent a hundred times a second on the channel that is shown.
 constexpr char HiddenId[] = "101";
+/// Identifiers that the slaves of the first LIN bus answer.
+constexpr std::array<int, 4> LINSlaves{0x10, 0x11, 0x12, 0x21};
 } // namespace
 
 Tour::Tour(GUI_CanView &window, QString language, const QDir &folder)
@@ -44,8 +51,8 @@ Tour::Tour(GUI_CanView &window, QString language, const QDir &folder)
 bool Tour::run()
 {
     return openChannels() && receive() && send() && sendRepeatedly() && sendList() && filterGateway() &&
-           refuseIdentifier() && hideIdentifier() && saveCaptures() && playCapture() && saveInRealTime() &&
-           closeChannels();
+           refuseIdentifier() && hideIdentifier() && saveCaptures() && playCapture() && saveInRealTime() && openLIN() &&
+           runSchedule() && monitorLIN() && developLIN() && closeChannels();
 }
 
 bool Tour::openChannels()
@@ -336,6 +343,69 @@ bool Tour::saveInRealTime()
     shoot(m_window, QStringLiteral("real-time-saving"));
     click("btn_realTimeSaving");
     return isGrowing;
+}
+
+bool Tour::openLIN()
+{
+    m_window.slot_openCanDevice();
+    auto *dialog = m_window.findChild<GUI_CanDeviceParam *>();
+    pressIn(*dialog, "btn_setup");
+    pressIn(*dialog, "btn_ok");
+    return waitUntil("the LIN channel opens", [this] { return qobject_cast<GUI_LINDevice *>(tab()) != nullptr; });
+}
+
+/// One frame is sent, the others are asked of slaves.
+bool Tour::runSchedule()
+{
+    auto *page = tab()->findChild<GUI_LINModeList *>();
+    QAbstractItemModel *rows = page->findChild<QTableView *>(QStringLiteral("tableViewParam"))->model();
+    for (int row = 0; row < 5; ++row) {
+        rows->setData(rows->index(row, 0), Qt::Checked, Qt::CheckStateRole);
+        if (row > 0) {
+            rows->setData(rows->index(row, 1), 1, Qt::UserRole);
+            rows->setData(rows->index(row, 1), GUI_LINModeList::tr("Revice"));
+            rows->setData(rows->index(row, 2), QString::number(LINSlaves.at(static_cast<std::size_t>(row) - 1), 16));
+        }
+    }
+    page->findChild<QSpinBox *>(QStringLiteral("lbx_count"))->setValue(20);
+    pressIn(*page, "btn_start");
+    const auto *start = page->findChild<QAbstractButton *>(QStringLiteral("btn_start"));
+    if (!waitUntil("the schedule ends", [start] { return start->isEnabled(); })) {
+        return false;
+    }
+    QTest::qWait(100);
+    shoot(m_window, QStringLiteral("lin-list"));
+    return page->findChild<QTableView *>(QStringLiteral("tableview"))->model()->rowCount() > 0;
+}
+
+bool Tour::monitorLIN()
+{
+    pressIn(*tab(), "btn_modeMonitor");
+    auto *page = tab()->findChild<GUI_LINModeMonitor *>();
+    page->findChild<QComboBox *>(QStringLiteral("cbx_mode"))->setCurrentIndex(1);
+    pressIn(*page, "btn_start");
+    const QAbstractItemModel *rows = page->findChild<QTableView *>(QStringLiteral("tableView"))->model();
+    if (!waitUntil("LIN frames are seen", [rows] { return rows->rowCount() >= 8; })) {
+        return false;
+    }
+    QTest::qWait(100);
+    shoot(m_window, QStringLiteral("lin-monitor"));
+    pressIn(*page, "btn_stop");
+    return true;
+}
+
+bool Tour::developLIN()
+{
+    pressIn(*tab(), "btn_modeDeveloper");
+    auto *page = tab()->findChild<GUI_LINModeDeveloper *>();
+    page->findChild<QSpinBox *>(QStringLiteral("sbx_ID"))->setValue(0x12);
+    page->findChild<QSpinBox *>(QStringLiteral("sbx_length"))->setValue(4);
+    typeIn(*page, "lbx_data", QStringLiteral("01 02 03 04"));
+    pressIn(*page, "btn_calculate");
+    const auto *pid = page->findChild<QLineEdit *>(QStringLiteral("lbx_PID"));
+    QTest::qWait(100);
+    shoot(m_window, QStringLiteral("lin-developer"));
+    return waitUntil("the identifier is protected", [pid] { return pid->text() == QLatin1String("92"); });
 }
 
 bool Tour::closeChannels()

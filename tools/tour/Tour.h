@@ -39,6 +39,10 @@ private:
     static bool isHiddenIn(const QString &path);
     bool playCapture();
     bool saveInRealTime();
+    bool openLIN();
+    bool runSchedule();
+    bool monitorLIN();
+    bool developLIN();
     bool closeChannels();
 
     static bool waitUntil(const char *what, const std::function<bool()> &condition);
