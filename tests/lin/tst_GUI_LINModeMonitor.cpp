@@ -15,6 +15,8 @@
 #include <QTemporaryDir>
 #include <QThread>
 
+#include <deque>
+
 namespace {
 
 // Silent but for what the second channel sends and requests.
@@ -57,19 +59,22 @@ public:
     {
         adapter.onCall("KQ_ReceiveLINBySlave", [this] {
             ++polls;
-            adapter.setLINFrame(waiting.isEmpty() ? VCI_LIN_OBJ{} : waiting.takeFirst());
+            adapter.setLINFrame(waiting.empty() ? VCI_LIN_OBJ{} : waiting.front());
+            if (!waiting.empty()) {
+                waiting.pop_front();
+            }
         });
     }
     /// Runs until all of records have been polled, and once more.
-    bool see(const QVector<VCI_LIN_OBJ> &records)
+    bool see(const std::deque<VCI_LIN_OBJ> &records)
     {
         waiting = records;
-        const int last = polls + records.size() + 1;
+        const int last = polls + static_cast<int>(records.size()) + 1;
         return QTest::qWaitFor([this, last] { return polls >= last; });
     }
 
     ScriptedAdapter adapter;
-    QVector<VCI_LIN_OBJ> waiting;
+    std::deque<VCI_LIN_OBJ> waiting;
     int polls = 0;
     CANCommunication manager;
     LINTabUnderTest<GUI_LINModeMonitor> user;
