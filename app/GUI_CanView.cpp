@@ -11,8 +11,10 @@
 
 #include <QList>
 #include <QMenu>
+#include <QPointer>
 #include <QTimer>
 #include <QToolButton>
+#include <QVector>
 
 #include <utility>
 
@@ -172,7 +174,11 @@ GUI_CanView::GUI_CanView(std::unique_ptr<CANCommunication> communication, QWidge
 GUI_CanView::~GUI_CanView()
 {
     // Also the tabs that were closed and wait to be deleted: each one still holds its channel.
-    qDeleteAll(findChildren<WidgetDeviceBase *>());
+    const QList<WidgetDeviceBase *> found = findChildren<WidgetDeviceBase *>();
+    const QVector<QPointer<WidgetDeviceBase>> tabs(found.begin(), found.end());
+    for (const QPointer<WidgetDeviceBase> &tab : tabs) {
+        delete tab; // and with a LIN tab its pages, which were found as well
+    }
 }
 
 void GUI_CanView::slot_openCanDevice()

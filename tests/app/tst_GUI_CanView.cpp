@@ -7,6 +7,7 @@
 #include "device/CANAPI.h"
 #include "device/CANCommunication.h"
 #include "lin/GUI_LINDevice.h"
+#include "lin/GUI_LINModeMonitor.h"
 #include "tests/support/AdapterFolder.h"
 #include "widgets/CMaskWidget.h"
 #include "widgets/CMessageBox.h"
@@ -120,6 +121,7 @@ private slots:
     void offersAClosedChannelAgain();
     void opensCANFD();
     void opensLIN();
+    void closesWithALINTab();
     void explainsALINChannelThatDoesNotOpen();
     void saysWhyAChannelDoesNotOpen();
     void opensAgainWhenTheAdapterIsBack();
@@ -254,6 +256,28 @@ void tst_GUI_CanView::opensLIN()
     window.slot_openCanDevice();
     QCOMPARE(choicesIn(dialog, "cbx_channelLIN").size(), 2);
     clickIn(dialog, "btn_cancel");
+}
+
+void tst_GUI_CanView::closesWithALINTab()
+{
+    const AdapterFolder folder(R"({"lin_buses": [{"name": "doors"}],
+                                   "devices": [{"model": "X9FC-1", "lin": [{"bus": "doors"}, {"bus": "doors"}]}]})");
+    {
+        GUI_CanView window(manager());
+        window.show();
+        QTRY_VERIFY(dialogOf(window)->isVisible());
+        clickIn(*dialogOf(window), "btn_setup");
+        dialogOf(window)->findChild<QAbstractButton *>(QStringLiteral("chbx_openAllChannelLIN"))->setChecked(true);
+        clickIn(*dialogOf(window), "btn_ok");
+        QCOMPARE(tabsOf(window)->count(), 2);
+        clickIn(*tabsOf(window)->widget(0), "btn_modeMonitor");
+        clickIn(*tabsOf(window)->widget(0)->findChild<GUI_LINModeMonitor *>(), "btn_start");
+        window.slot_closeTabRequest(1); // waits to be deleted while the window goes
+    }
+    CANCommunication second(std::make_unique<CANAPI>(QStringLiteral(X9_VIRTUAL_ADAPTER)));
+    QCOMPARE(second.openDevice(0), CAN_OK);
+    QCOMPARE(second.closeDevice(0), CAN_OK);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 void tst_GUI_CanView::explainsALINChannelThatDoesNotOpen()
