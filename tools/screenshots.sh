@@ -12,7 +12,7 @@ cd build/release/bin
 export QT_LOGGING_RULES="qt.qpa.xcb=false" # without a window manager there is no input focus to give
 for language in zh en; do
   xvfb-run -a -s "-screen 0 1280x900x24" ../tools/x9_tour "$language" "$folder"
-  for picture in "$folder/$language"-[0-9][0-9]-{open,filter-tool,scan,receive,send-repeatedly,send-list,gateway-filter,filter,edit-data,behind-the-message,send-file}.png; do
+  for picture in "$folder/$language"-[0-9][0-9]-{open,filter-tool,scan,receive,send-repeatedly,send-list,gateway-filter,filter,edit-data,behind-the-message,send-file,lin-list,lin-monitor,lin-developer}.png; do
     name=$(basename "$picture")
     [[ -f $picture ]] || continue
     cp "$picture" "$pictures/$language-${name#"$language"-[0-9][0-9]-}"
