@@ -713,7 +713,7 @@ Check the bit rate and the other parameters.</source>
     </message>
     <message>
         <source>Start</source>
-        <translation>启动</translation>
+        <translation>开始</translation>
     </message>
     <message>
         <source>Stop</source>
