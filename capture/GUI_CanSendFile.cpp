@@ -3,8 +3,8 @@
 #include "capture/CANFile.h"
 #include "capture/CaptureLoader.h"
 #include "capture/PlaybackRecord.h"
-#include "device/TickTimer.h"
 #include "device/CANCommunication.h"
+#include "device/TickTimer.h"
 #include "ui_GUI_CanSendFile.h"
 #include "widgets/CNotice.h"
 

@@ -14,6 +14,8 @@
 #include <QDir>
 #include <QFileDialog>
 
+#include <utility>
+
 namespace {
 constexpr int ScanMs = 50;
 constexpr int MaskedIds = 3;
@@ -35,7 +37,7 @@ public:
     void prepareForm();
     void connectSignals();
     void import(const QString &path);
-    void setFrames(const QVector<CTableViewLIN::DataObject> &newFrames);
+    void setFrames(QVector<CTableViewLIN::DataObject> newFrames);
     void enableControls();
     void showCycle() { ui.lbl_cycle->setText(QString::number(playback.passes()) + GUI_LINModeDeveloper::tr("Cycle")); }
     void scanNext();
@@ -82,9 +84,9 @@ void GUI_LINModeDeveloperPrivate::import(const QString &path)
     }
 }
 
-void GUI_LINModeDeveloperPrivate::setFrames(const QVector<CTableViewLIN::DataObject> &newFrames)
+void GUI_LINModeDeveloperPrivate::setFrames(QVector<CTableViewLIN::DataObject> newFrames)
 {
-    frames = newFrames;
+    frames = std::move(newFrames);
     ui.lbl_allCount->setText(QString::number(frames.size()));
 }
 
