@@ -347,7 +347,7 @@ void tst_GUI_CanView::opensAgainWhenTheAdapterIsBack()
     QTRY_VERIFY(sendFails());
     const int rows = table->rowCount();
     QVERIFY(rows > 100);
-    QTest::qWait(600); // nothing comes, and nothing goes
+    table->refresh();
     QVERIFY(table->rowCount() >= rows);
     window.slot_closeTabRequest(0);
     QTRY_VERIFY(window.findChildren<GUI_CanDevice *>().isEmpty());

@@ -2,6 +2,7 @@
 #include "device/CANCommunication.h"
 #include "tests/support/ScriptedAdapter.h"
 #include "tests/support/TabUser.h"
+#include "tests/support/Ticks.h"
 
 #include <QPointer>
 #include <QPushButton>
@@ -191,7 +192,7 @@ void tst_CanTabSendList::closingTheTabEndsTheList()
     user.reset();
     QVERIFY(list.isNull());
     m_adapter->takeFrames();
-    QTest::qWait(20);
+    letTicksPass(20);
     QVERIFY(m_adapter->takeFrames().empty());
 }
 

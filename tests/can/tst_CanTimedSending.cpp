@@ -5,6 +5,7 @@
 #include "device/TickTimer.h"
 #include "tests/support/ScriptedAdapter.h"
 #include "tests/support/TabUser.h"
+#include "tests/support/Ticks.h"
 
 #include <QCheckBox>
 #include <QPushButton>
@@ -96,7 +97,7 @@ void tst_CanTimedSending::sendsAsManyFramesAsAskedFor()
     QCOMPARE(m_adapter->takeFrames().size(), std::size_t(5));
     QTRY_COMPARE(user.rows(), 5);
     QCOMPARE(user.cell(4, 3), QStringLiteral("Send successfully"));
-    QTest::qWait(20); // twenty cycles
+    letTicksPass(20); // twenty cycles
     QVERIFY(m_adapter->takeFrames().empty());
 }
 
@@ -121,7 +122,7 @@ void tst_CanTimedSending::oneFrameNeedsNoTimer()
         user.type("lbx_frameOfSend", QLatin1String(count));
         user.click("btn_sendData");
         QVERIFY(areControlsEnabled(user));
-        QTest::qWait(15);
+        letTicksPass(15);
         QCOMPARE(m_adapter->takeFrames().size(), std::size_t(1));
     }
     QCOMPARE(states.count(), 0);
@@ -169,7 +170,7 @@ void tst_CanTimedSending::hugeNumbersAreCut()
     user.type("lbx_sendingCycle", QStringLiteral("99999999999999999999999999"));
     user.click("btn_sendData");
     QVERIFY(!areControlsEnabled(user));
-    QTest::qWait(20);
+    letTicksPass(20);
     QCOMPARE(m_adapter->takeFrames().size(), std::size_t(1)); // the next one in 24 days
     user.click("btn_stopSending");
     QVERIFY(areControlsEnabled(user));
@@ -325,7 +326,7 @@ void tst_CanTimedSending::stopMeansNotOneMoreFrame()
     QCOMPARE(states.count(), 2);
     QCOMPARE(states.last(), QVariantList{true});
     QVERIFY(areControlsEnabled(user));
-    QTest::qWait(30);
+    letTicksPass(30);
     QVERIFY(m_adapter->takeFrames().empty());
 
     user.type("lbx_frameOfSend", QStringLiteral("2")); // and it can be started again
@@ -393,7 +394,7 @@ void tst_CanTimedSending::closingTheTabEndsIt()
     user->table()->refresh();
     user.reset();
     m_adapter->takeFrames();
-    QTest::qWait(20);
+    letTicksPass(20);
     QVERIFY(m_adapter->takeFrames().empty());
     QVERIFY(!m_manager->isDeviceOpen(0));
 }

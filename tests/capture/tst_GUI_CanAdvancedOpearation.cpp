@@ -5,6 +5,7 @@
 #include "device/CANCommunication.h"
 #include "resources/Resources.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/Ticks.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -218,17 +219,6 @@ public:
     bool isOpen = false;
     bool isActive = false;
 };
-
-/// Lets so many ticks of a timer of 1 ms pass, each a chance for a frame to go out that must not.
-void letTicksPass(int count)
-{
-    int ticks = 0;
-    QTimer timer;
-    timer.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&timer, &QTimer::timeout, &timer, [&ticks] { ++ticks; });
-    timer.start(1);
-    QTRY_VERIFY(ticks >= count);
-}
 
 QStringList warning(const char *text)
 {

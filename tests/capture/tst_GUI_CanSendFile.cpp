@@ -6,6 +6,7 @@
 #include "resources/Resources.h"
 #include "tests/support/SaveDialogDriver.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/Ticks.h"
 
 #include <QComboBox>
 #include <QFileDialog>
@@ -191,17 +192,6 @@ public:
     std::vector<VCI_CAN_OBJ> sent; ///< what hasSent() has taken
     bool isOpen = false;
 };
-
-/// Lets so many ticks of a timer of 1 ms pass, each a chance for a frame to go out that must not.
-void letTicksPass(int count)
-{
-    int ticks = 0;
-    QTimer timer;
-    timer.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&timer, &QTimer::timeout, &timer, [&ticks] { ++ticks; });
-    timer.start(1);
-    QTRY_VERIFY(ticks >= count);
-}
 
 /// How a window can go away.
 using Closing = void (*)(GUI_CanSendFile &);
