@@ -1,4 +1,32 @@
 #pragma once
 
-/// The interface language stored in "Init.ini" beside the program: 0 Chinese (also when nothing is stored), 1 English.
+#include <QString>
+
+// The settings are in "Init.ini" beside the program. Where that cannot be written, in a program folder for all users
+// for instance, what the user chooses goes to a file of the same name in the user's own configuration folder, which
+// then counts first.
+
+/// The interface language: 0 Chinese, also when nothing is stored or the file cannot be read; 1 English.
 int getLanguage();
+/// Stores the interface language. False when it could be stored nowhere.
+bool setLanguage(int language);
+/// The base URL of the update server that is set for this installation, by the key "updateServer" of the file beside
+/// the program; empty when there is none.
+QString storedUpdateServer();
+
+/// The settings in two given files, as the functions above read and write them.
+class SettingsFiles
+{
+public:
+    SettingsFiles(QString programFile, QString userFile);
+    /// The files of this program and this user.
+    static SettingsFiles ofProgram();
+
+    int language() const;
+    bool setLanguage(int language) const;
+    QString updateServer() const;
+
+private:
+    QString m_programFile;
+    QString m_userFile;
+};

@@ -6,7 +6,7 @@ set -euo pipefail
 declare -A packages=(
   [build]="cmake ninja-build g++ ccache qtbase5-dev qttools5-dev-tools nlohmann-json3-dev
            librsvg2-bin icoutils"
-  [run]="xvfb xauth fonts-noto-cjk libqt5gui5 qttranslations5-l10n"
+  [run]="xvfb xauth fonts-noto-cjk libqt5gui5 qttranslations5-l10n python3"
   [check]="clang-format"
   [fuzz]="clang libclang-rt-14-dev"
 )
