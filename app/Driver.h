@@ -19,8 +19,8 @@ DriverCommand driverCommand(const QString &installer, const QString &application
 /// Installs the driver of an adapter that waits to be migrated.
 DriverCommand migrationDriverCommand(const QString &installer, const QString &applicationDir);
 
-/// Runs the first command and waits for it, 60 s at most, then starts the second one and lets it run by itself, whatever
-/// became of the first. Whether the second one was started.
+/// Runs the first command and waits for it, 60 s at most, then starts the second one and lets it run by itself,
+/// whatever became of the first. Whether the second one was started.
 bool runDriverCommands(const DriverCommand &certificate, const DriverCommand &install);
 /// Starts a command and lets it run by itself. False when it cannot be started.
 bool startDriverCommand(const DriverCommand &command);
@@ -28,8 +28,8 @@ bool startDriverCommand(const DriverCommand &command);
 /// Installs the certificate and the driver of the adapter; part of every start. Whether the installer was started. On
 /// systems other than Windows nothing is to be installed: false at once.
 bool installDriver();
-/// Installs the driver of an adapter that waits to be migrated. Whether the installer was started; on systems other than
-/// Windows false.
+/// Installs the driver of an adapter that waits to be migrated. Whether the installer was started; on systems other
+/// than Windows false.
 bool installMigrationDriver();
 /// Whether this computer has never seen an adapter that waits to be migrated. On systems other than Windows true.
 bool isDeviceUnregistered();

@@ -1,6 +1,9 @@
 #include "app/GUI_CanView.h"
 
 #include "app/AdapterProblem.h"
+#include "app/Application.h"
+#include "app/Settings.h"
+#include "app/WindowMessages.h"
 #include "can/GUI_CanDevice.h"
 #include "can/GUI_CanDeviceParam.h"
 #include "device/CANCommunication.h"
@@ -9,6 +12,9 @@
 #include "widgets/CMessageBox.h"
 #include "widgets/CNotice.h"
 
+#include <QActionGroup>
+#include <QCoreApplication>
+#include <QEvent>
 #include <QList>
 #include <QMenu>
 #include <QPointer>
@@ -16,19 +22,20 @@
 #include <QToolButton>
 #include <QVector>
 
+#include <array>
 #include <utility>
 
 namespace {
 using ChannelMode = GUI_CanDeviceParam::Mode;
 
+constexpr int LanguageChinese = 0;
+constexpr int LanguageEnglish = 1;
 constexpr int NoticeMs = 1500;
 constexpr int MessageSuccess = 1;
 constexpr int MessageQuestion = 2;
 constexpr int MessageWarning = 3;
 constexpr int MessageCritical = 4;
-constexpr int MaxOpenMessages = 5;
 constexpr int OpenDelayMs = 200;
-constexpr const char *MessageText = "messageText"; ///< a message's text without what was added later
 
 CMessageBox::Icon iconOf(int type)
 {
@@ -52,39 +59,74 @@ class GUI_CanViewPrivate
 public:
     GUI_CanViewPrivate(GUI_CanView *window, std::unique_ptr<CANCommunication> manager)
         : q(window)
+        , messages(*window)
         , communication(std::move(manager))
     {
     }
 
+    QMenu *addMenu(const char *name, const QString &text, const QString &toolTip);
     void buildToolBar();
+    void buildLanguageMenu(QMenu *menu);
+    void checkStoredLanguage();
     template<typename Tab>
     bool openTab(const ChannelParam &param, const QString &protocol);
     void addTab(WidgetDeviceBase *tab, const QString &protocol);
     static ChannelMode modeOf(const WidgetDeviceBase &tab);
-    QList<CMessageBox *> openMessages() const;
-    void openMessage(const QString &text, CMessageBox::Icon icon);
 
     GUI_CanView *q;
+    WindowMessages messages;
     std::unique_ptr<CANCommunication> communication;
     Ui::GUI_CanView ui;
     CNotice *notice = nullptr;
+    QActionGroup *languages = nullptr;         ///< in the order of their numbers
     GUI_CanDeviceParam *deviceParam = nullptr; ///< a child of the window; keeps what was chosen last
-    int unshownMessages = 0;                   ///< since the newest open message was opened
 };
+
+QMenu *GUI_CanViewPrivate::addMenu(const char *name, const QString &text, const QString &toolTip)
+{
+    auto *button = new QToolButton(q);
+    button->setObjectName(QLatin1String(name));
+    button->setProperty("nav", QStringLiteral("tBtnStyle_5"));
+    button->setText(text);
+    button->setToolTip(toolTip);
+    button->setPopupMode(QToolButton::InstantPopup);
+    button->setFocusPolicy(Qt::StrongFocus);
+    button->setMenu(new QMenu(button));
+    ui.ToolBar->addWidget(button);
+    return button->menu();
+}
 
 void GUI_CanViewPrivate::buildToolBar()
 {
-    auto *connectButton = new QToolButton(q);
-    connectButton->setObjectName(QStringLiteral("btn_connect"));
-    connectButton->setProperty("nav", QStringLiteral("tBtnStyle_5"));
-    connectButton->setText(GUI_CanView::tr("Connect") + QStringLiteral("(&D)"));
-    connectButton->setToolTip(GUI_CanView::tr("Connect to the device"));
-    connectButton->setPopupMode(QToolButton::InstantPopup);
-    auto *menu = new QMenu(connectButton);
-    menu->addAction(GUI_CanView::tr("Open device"), q, &GUI_CanView::slot_openCanDevice);
-    menu->addAction(GUI_CanView::tr("Close device"), q, &GUI_CanView::slot_closeCanDevice);
-    connectButton->setMenu(menu);
-    ui.ToolBar->addWidget(connectButton);
+    QMenu *connectMenu = addMenu("btn_connect", GUI_CanView::tr("Connect") + QStringLiteral("(&D)"),
+                                 GUI_CanView::tr("Connect to the device"));
+    connectMenu->addAction(GUI_CanView::tr("Open device"), q, &GUI_CanView::slot_openCanDevice);
+    connectMenu->addAction(GUI_CanView::tr("Close device"), q, &GUI_CanView::slot_closeCanDevice);
+    QMenu *about = addMenu("btn_about", GUI_CanView::tr("About") + QStringLiteral("(&A)"), GUI_CanView::tr("About"));
+    about->addAction(GUI_CanView::tr("Software information"), q, &GUI_CanView::slot_showSoftwareInfo);
+    about->addAction(GUI_CanView::tr("Device information"), q, &GUI_CanView::slot_showDeviceInfo);
+    buildLanguageMenu(
+        addMenu("btn_language", GUI_CanView::tr("Language") + QStringLiteral("(&L)"), GUI_CanView::tr("Language")));
+}
+
+void GUI_CanViewPrivate::buildLanguageMenu(QMenu *menu)
+{
+    languages = new QActionGroup(menu);
+    const std::array<std::pair<QString, QString>, 2> entries{
+        {{QStringLiteral("CN"), GUI_CanView::tr("Chinese")}, {QStringLiteral("EN"), GUI_CanView::tr("English")}}};
+    for (const auto &entry : entries) {
+        QAction *action = languages->addAction(entry.second);
+        action->setObjectName(entry.first);
+        action->setCheckable(true);
+    }
+    menu->addActions(languages->actions());
+    checkStoredLanguage();
+}
+
+void GUI_CanViewPrivate::checkStoredLanguage()
+{
+    const int stored = getLanguage() == LanguageChinese ? LanguageChinese : LanguageEnglish;
+    languages->actions().at(stored)->setChecked(true);
 }
 
 template<typename Tab>
@@ -119,53 +161,18 @@ ChannelMode GUI_CanViewPrivate::modeOf(const WidgetDeviceBase &tab)
     return qobject_cast<const GUI_LINDevice *>(&tab) == nullptr ? ChannelMode::CAN : ChannelMode::LIN;
 }
 
-/// The newest last.
-QList<CMessageBox *> GUI_CanViewPrivate::openMessages() const
-{
-    QList<CMessageBox *> open;
-    for (CMessageBox *box : q->findChildren<CMessageBox *>(QString(), Qt::FindDirectChildrenOnly)) {
-        if (box->isVisible() && box->property(MessageText).isValid()) {
-            open.append(box);
-        }
-    }
-    return open;
-}
-
-/// Messages may come in masses, from frames sent every millisecond for instance. What the user has to click away stays
-/// bounded, and nothing is dropped silently.
-void GUI_CanViewPrivate::openMessage(const QString &text, CMessageBox::Icon icon)
-{
-    const QList<CMessageBox *> messages = openMessages();
-    for (const CMessageBox *message : messages) {
-        if (message->icon() == icon && message->property(MessageText) == text) {
-            return;
-        }
-    }
-    if (messages.size() >= MaxOpenMessages) {
-        ++unshownMessages;
-        CMessageBox *newest = messages.last();
-        newest->setText(newest->property(MessageText).toString() + QStringLiteral("\n\n") +
-                        GUI_CanView::tr("Further messages not shown: %1").arg(unshownMessages));
-        return;
-    }
-    const auto buttons = icon == CMessageBox::Question ? CMessageBox::Yes | CMessageBox::No
-                                                       : CMessageBox::StandardButtons(CMessageBox::Ok);
-    auto *box = new CMessageBox(icon, GUI_CanView::tr("Tips"), text, buttons, q);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setProperty(MessageText, text);
-    unshownMessages = 0;
-    box->open();
-}
-
 GUI_CanView::GUI_CanView(std::unique_ptr<CANCommunication> communication, QWidget *parent)
     : QMainWindow(parent)
     , m_p(std::make_unique<GUI_CanViewPrivate>(this, std::move(communication)))
 {
     m_p->ui.setupUi(this);
     m_p->buildToolBar();
+    connect(m_p->languages, &QActionGroup::triggered, this, &GUI_CanView::slot_languageTriggered);
     m_p->notice = new CNotice(this);
     m_p->deviceParam = new GUI_CanDeviceParam(*m_p->communication, this);
     connect(m_p->deviceParam, &QDialog::accepted, this, &GUI_CanView::slot_openChosenChannels);
+    connect(m_p->communication.get(), &CANCommunication::sig_showFrimwareUpgrade, this,
+            &GUI_CanView::slot_showFrimwareUpgrade);
     setWindowTitle(QStringLiteral("X9CAN V") + QStringLiteral(X9_VERSION));
     connect(m_p->ui.tabWidget, &QTabWidget::tabCloseRequested, this, &GUI_CanView::slot_closeTabRequest);
     QTimer::singleShot(OpenDelayMs, this, &GUI_CanView::slot_openCanDevice);
@@ -178,6 +185,15 @@ GUI_CanView::~GUI_CanView()
     const QVector<QPointer<WidgetDeviceBase>> tabs(found.begin(), found.end());
     for (const QPointer<WidgetDeviceBase> &tab : tabs) {
         delete tab; // and with a LIN tab its pages, which were found as well
+    }
+}
+
+void GUI_CanView::finishFiles()
+{
+    // Frames that a worker has handed over and that were not yet delivered.
+    QCoreApplication::sendPostedEvents(m_p->communication.get(), QEvent::MetaCall);
+    for (GUI_CanDevice *tab : findChildren<GUI_CanDevice *>()) {
+        tab->finishFiles();
     }
 }
 
@@ -230,8 +246,33 @@ void GUI_CanView::slot_closeTabRequest(int index)
 
 void GUI_CanView::slot_showMessageBox(const QString &text, int type)
 {
-    m_p->openMessage(text, iconOf(type));
+    m_p->messages.show(text, iconOf(type));
 }
+
+void GUI_CanView::slot_languageTriggered(const QAction *action)
+{
+    const bool isChinese = action->objectName() == QLatin1String("CN");
+    if (!setLanguage(isChinese ? LanguageChinese : LanguageEnglish)) {
+        m_p->checkStoredLanguage();
+        slot_showMessageBox(tr("The language could not be stored. Check that \"Init.ini\" beside the program, or your "
+                               "configuration folder, can be written."),
+                            MessageCritical);
+        return;
+    }
+    m_p->messages.ask(tr("The current language has changed and takes effect after the restart.") +
+                          QStringLiteral("<br>") + tr("Do you wish to restart it now?"),
+                      [] { QCoreApplication::exit(RestartExitCode); });
+}
+
+void GUI_CanView::slot_showFrimwareUpgrade()
+{
+    m_p->messages.ask(tr("New firmware version detected,") + QStringLiteral("<br>") +
+                          tr("Do you want to go update it now?"),
+                      [this] { slot_showDeviceInfo(); });
+}
+
+void GUI_CanView::slot_showSoftwareInfo() {}
+void GUI_CanView::slot_showDeviceInfo() {}
 
 void GUI_CanView::slot_showNotice(const QString &text, int type, int delayms)
 {

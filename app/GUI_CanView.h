@@ -6,6 +6,7 @@
 
 class CANCommunication;
 class GUI_CanViewPrivate;
+class QAction;
 
 /// The main window: toolbar and one tab per open channel. Owns the device manager.
 class GUI_CanView : public QMainWindow
@@ -16,6 +17,9 @@ public:
     explicit GUI_CanView(std::unique_ptr<CANCommunication> communication, QWidget *parent = nullptr);
     /// Closes the tabs, with them their channels and devices, before the manager goes.
     ~GUI_CanView() override;
+
+    /// Writes what was received so far into the files that are saved in real time, and ends them.
+    void finishFiles();
 
 public slots:
     /// Asks which channels to open, and how; each one that opens gets a tab. Does not wait for the answer.
@@ -28,9 +32,14 @@ public slots:
     void slot_showMessageBox(const QString &text, int type);
     /// Types: 0 done, 1 warning, 2 question, 3 failure, 4 about, any other shows nothing. delayms as in CNotice.
     void slot_showNotice(const QString &text, int type, int delayms);
+    /// Asks whether to go to the device information, where the firmware can be updated.
+    void slot_showFrimwareUpgrade();
+    void slot_showSoftwareInfo();
+    void slot_showDeviceInfo();
 
 private slots:
     void slot_openChosenChannels();
+    void slot_languageTriggered(const QAction *action);
 
 private:
     std::unique_ptr<GUI_CanViewPrivate> m_p;

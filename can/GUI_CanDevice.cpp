@@ -304,9 +304,15 @@ GUI_CanDevice::~GUI_CanDevice()
     // While the tab is whole: a list that is still running says that it ends.
     delete m_p->sendList;
     delete m_p->sendFile;
+    finishFiles();
     if (isChannelOpen()) {
         m_p->communication.closeChannel(channelParam().device, channelParam().channel);
     }
+}
+
+void GUI_CanDevice::finishFiles()
+{
+    m_p->ui.tableView->realTimeSave(false, QString());
 }
 
 CANError GUI_CanDevice::openResult() const

@@ -27,6 +27,8 @@ public:
     /// What opening the channel answered; a tab without its channel is of no use.
     CANError openResult() const;
     bool isChannelOpen() const { return openResult() == CAN_OK; }
+    /// Ends saving in real time; what was received so far is in the file then. Destroying the tab does it as well.
+    void finishFiles();
 
 signals:
     /// False when a timed send or a list starts, true when it ends.

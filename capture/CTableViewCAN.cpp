@@ -50,6 +50,7 @@ public:
     void clear();
     bool save(const QString &path, int first, int count);
     bool startRealTime(const QString &path);
+    void finishRealTime();
 
     CTableViewCAN *q;
     QTableView *view;
@@ -209,6 +210,16 @@ void CTableViewCANPrivate::countQueue()
     }));
     received += in;
     transmitted += count - in;
+}
+
+/// Rows that wait for the next refresh belong into the file as well.
+void CTableViewCANPrivate::finishRealTime()
+{
+    if (realTime.isOpen()) {
+        countQueue();
+        moveQueueToStore();
+        realTime.close();
+    }
 }
 
 void CTableViewCANPrivate::moveQueueToStore()
@@ -451,7 +462,7 @@ bool CTableViewCAN::save(const QString &path, int count)
 bool CTableViewCAN::realTimeSave(bool enabled, const QString &path)
 {
     if (!enabled) {
-        m_p->realTime.close();
+        m_p->finishRealTime();
         return false;
     }
     return !isRealTimeSaving() && m_p->startRealTime(path);

@@ -549,10 +549,6 @@
         <translation>English</translation>
     </message>
     <message>
-        <source>Tips</source>
-        <translation>提示</translation>
-    </message>
-    <message>
         <source>The current language has changed and takes effect after the restart.</source>
         <translation>界面语言已更改，重启后生效。</translation>
     </message>
@@ -589,8 +585,8 @@
         <translation>通道</translation>
     </message>
     <message>
-        <source>Further messages not shown: %1</source>
-        <translation>另有 %1 条消息未显示</translation>
+        <source>The language could not be stored. Check that &quot;Init.ini&quot; beside the program, or your configuration folder, can be written.</source>
+        <translation>语言设置无法保存。请检查程序旁的“Init.ini”或您的配置文件夹是否可写。</translation>
     </message>
 </context>
 <context>
@@ -1604,6 +1600,17 @@ Check the bit rate and the other parameters.</source>
     <message>
         <source>Import failure</source>
         <translation>导入失败</translation>
+    </message>
+</context>
+<context>
+    <name>WindowMessages</name>
+    <message>
+        <source>Tips</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>Further messages not shown: %1</source>
+        <translation>另有 %1 条消息未显示</translation>
     </message>
 </context>
 </TS>

@@ -549,10 +549,6 @@
         <translation>English</translation>
     </message>
     <message>
-        <source>Tips</source>
-        <translation>Tips</translation>
-    </message>
-    <message>
         <source>The current language has changed and takes effect after the restart.</source>
         <translation>The current language has changed and takes effect after the restart.</translation>
     </message>
@@ -589,8 +585,8 @@
         <translation>Channel</translation>
     </message>
     <message>
-        <source>Further messages not shown: %1</source>
-        <translation>Further messages not shown: %1</translation>
+        <source>The language could not be stored. Check that &quot;Init.ini&quot; beside the program, or your configuration folder, can be written.</source>
+        <translation>The language could not be stored. Check that &quot;Init.ini&quot; beside the program, or your configuration folder, can be written.</translation>
     </message>
 </context>
 <context>
@@ -1604,6 +1600,17 @@ Check the bit rate and the other parameters.</translation>
     <message>
         <source>Import failure</source>
         <translation>Import failure</translation>
+    </message>
+</context>
+<context>
+    <name>WindowMessages</name>
+    <message>
+        <source>Tips</source>
+        <translation>Tips</translation>
+    </message>
+    <message>
+        <source>Further messages not shown: %1</source>
+        <translation>Further messages not shown: %1</translation>
     </message>
 </context>
 </TS>
