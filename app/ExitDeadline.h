@@ -6,8 +6,8 @@
 #include <mutex>
 #include <thread>
 
-/// Ends the process when its owner is not destroyed in time: for the end of the program, where an adapter's library that
-/// never returns must not leave a process behind that nobody sees.
+/// Ends the process when its owner is not destroyed in time: for the end of the program, where an adapter's library
+/// that never returns must not leave a process behind that nobody sees.
 class ExitDeadline
 {
 public:

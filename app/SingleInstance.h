@@ -4,9 +4,9 @@
 #include <QSharedMemory>
 #include <QString>
 
-/// Holds, as long as it lives, what only one process of a user may hold: a lock file in the temporary folder and a shared
-/// memory segment of one byte, both named after the key. What a process left behind that crashed or was killed is taken
-/// over.
+/// Holds, as long as it lives, what only one process of a user may hold: a lock file in the temporary folder and a
+/// shared memory segment of one byte, both named after the key. What a process left behind that crashed or was killed
+/// is taken over.
 class SingleInstance
 {
 public:
@@ -15,8 +15,8 @@ public:
     SingleInstance(const SingleInstance &) = delete;
     SingleInstance &operator=(const SingleInstance &) = delete;
 
-    /// "X9CAN"; on systems whose temporary folder is shared between users, with the user's number behind it, as what one
-    /// user left behind there cannot be removed by another.
+    /// "X9CAN"; on systems whose temporary folder is shared between users, with the user's number behind it, as what
+    /// one user left behind there cannot be removed by another.
     static QString userKey();
 
     /// False when another process holds it, or when it cannot be held at all.

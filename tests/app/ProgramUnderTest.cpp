@@ -1,0 +1,221 @@
+// The whole program, worked by a script as by a user: the names of the steps stand in X9_STEPS, separated by commas, and
+// what happened is appended to the file X9_LOG, a line each. A program that finds itself restarted ends at once.
+
+#include "app/Application.h"
+#include "app/GUI_CanView.h"
+#include "can/GUI_CanDevice.h"
+#include "can/GUI_CanDeviceParam.h"
+#include "can/GUI_CanScanBaudrate.h"
+#include "capture/CTableViewCAN.h"
+#include "capture/GUI_CanAdvancedOpearation.h"
+#include "capture/GUI_CanSendFile.h"
+#include "lin/GUI_LINDevice.h"
+#include "lin/GUI_LINModeMonitor.h"
+#include "tests/support/SaveDialogDriver.h"
+#include "widgets/CMessageBox.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFile>
+#include <QLineEdit>
+#include <QMap>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QToolButton>
+#include <QtTest>
+
+#include <functional>
+
+namespace {
+void log(const QString &line)
+{
+    QFile file(qEnvironmentVariable("X9_LOG"));
+    if (file.open(QIODevice::Append | QIODevice::Text)) {
+        file.write(line.toUtf8() + '\n');
+    }
+}
+
+QString logged()
+{
+    QFile file(qEnvironmentVariable("X9_LOG"));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+void waitUntil(const char *what, const std::function<bool()> &condition)
+{
+    if (!QTest::qWaitFor(condition, 30000)) {
+        log(QStringLiteral("failed: ") + QLatin1String(what));
+        std::_Exit(3);
+    }
+}
+
+GUI_CanView *window()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (auto *view = qobject_cast<GUI_CanView *>(widget)) {
+            return view;
+        }
+    }
+    return nullptr;
+}
+
+template<typename Widget>
+Widget *in(const QWidget *parent, const char *name)
+{
+    return parent->findChild<Widget *>(QLatin1String(name));
+}
+
+void click(const QWidget *parent, const char *name)
+{
+    QTest::mouseClick(in<QAbstractButton>(parent, name), Qt::LeftButton);
+}
+
+QWidget *tab(int index)
+{
+    auto *tabs = in<QTabWidget>(window(), "tabWidget");
+    tabs->setCurrentIndex(index);
+    return tabs->currentWidget();
+}
+
+QWidget *linTab()
+{
+    return window()->findChild<GUI_LINDevice *>();
+}
+
+/// The parameters dialog, opened if it is not.
+GUI_CanDeviceParam *paramDialog()
+{
+    auto *dialog = window()->findChild<GUI_CanDeviceParam *>();
+    if (!dialog->isVisible()) {
+        window()->slot_openCanDevice();
+    }
+    return dialog;
+}
+
+void openCAN()
+{
+    auto *dialog = window()->findChild<GUI_CanDeviceParam *>();
+    waitUntil("the program asks", [dialog] { return dialog->isVisible(); });
+    in<QAbstractButton>(dialog, "chbx_openAllChannel")->setChecked(true);
+    click(dialog, "btn_ok");
+    waitUntil("frames arrive", [] { return tab(0)->findChild<CTableViewCAN *>()->rowCount() > 100; });
+}
+
+void openLIN()
+{
+    auto *dialog = paramDialog();
+    click(dialog, "btn_setup");
+    in<QAbstractButton>(dialog, "chbx_openAllChannelLIN")->setChecked(true);
+    click(dialog, "btn_ok");
+    waitUntil("LIN opens", [] { return linTab() != nullptr; });
+    click(linTab(), "btn_modeMonitor");
+    click(linTab()->findChild<GUI_LINModeMonitor *>(), "btn_start");
+}
+
+void sendForEver()
+{
+    in<QLineEdit>(tab(0), "lbx_frameOfSend")->setText(QStringLiteral("1000000"));
+    in<QLineEdit>(tab(0), "lbx_sendingCycle")->setText(QStringLiteral("1"));
+    click(tab(0), "btn_sendData");
+    log(QStringLiteral("sending ") + QString::number(!in<QAbstractButton>(tab(0), "btn_sendData")->isEnabled()));
+}
+
+void sendList()
+{
+    click(tab(1), "btn_advancedOperation");
+    auto *list = tab(1)->findChild<GUI_CanAdvancedOpearation *>();
+    click(list, "btnAdd");
+    click(list, "btnAllSelect");
+    in<QSpinBox>(list, "cbxRepeat")->setValue(1000);
+    in<QSpinBox>(list, "lbxInterval")->setValue(10);
+    click(list, "btnListSend");
+    log(QStringLiteral("listing ") + QString::number(in<QAbstractButton>(list, "m_btnStop")->isEnabled()));
+}
+
+void saveInRealTime()
+{
+    SaveDialogDriver answer(qEnvironmentVariable("X9_REAL_TIME"));
+    click(tab(0), "btn_realTimeSaving");
+    log(QStringLiteral("saving ") + QString::number(tab(0)->findChild<CTableViewCAN *>()->isRealTimeSaving()));
+}
+
+void play()
+{
+    const QString path = qEnvironmentVariable("X9_REAL_TIME") + QStringLiteral(".can");
+    tab(0)->findChild<CTableViewCAN *>()->save(path);
+    click(tab(0), "btn_sendFile");
+    auto *dialog = tab(0)->findChild<GUI_CanSendFile *>();
+    in<QLineEdit>(dialog, "lbx_fileName")->setText(path);
+    in<QSpinBox>(dialog, "sbx_count")->setValue(1000);
+    in<QSpinBox>(dialog, "sbx_interval")->setValue(5);
+    click(dialog, "btn_send");
+    waitUntil("the file is played", [dialog] { return in<QProgressBar>(dialog, "progressBar")->value() > 0; });
+    log(QStringLiteral("playing 1"));
+}
+
+void scan()
+{
+    auto *dialog = paramDialog();
+    in<QComboBox>(dialog, "cbx_index")->setCurrentIndex(in<QComboBox>(dialog, "cbx_index")->count() - 1);
+    click(dialog, "btn_scan");
+    auto *scanner = dialog->findChild<GUI_CanScanBaudrate *>();
+    click(scanner, "btn_start");
+    log(QStringLiteral("scanning ") + QString::number(!in<QAbstractButton>(scanner, "btn_start")->isEnabled()));
+}
+
+void restartInEnglish()
+{
+    log(QStringLiteral("restarting"));
+    window()->findChild<QAction *>(QStringLiteral("EN"))->trigger();
+    const auto *box = window()->findChild<CMessageBox *>();
+    QTest::mouseClick(in<QDialogButtonBox>(box, "buttonBox")->button(QDialogButtonBox::Yes), Qt::LeftButton);
+}
+
+void close()
+{
+    const auto *table = window()->findChild<CTableViewCAN *>();
+    log(QStringLiteral("closing with %1 rows").arg(table == nullptr ? 0 : table->rowCount()));
+    window()->close();
+}
+
+void run()
+{
+    static const QMap<QString, void (*)()> steps{
+        {QStringLiteral("openCAN"), openCAN},
+        {QStringLiteral("openLIN"), openLIN},
+        {QStringLiteral("send"), sendForEver},
+        {QStringLiteral("list"), sendList},
+        {QStringLiteral("save"), saveInRealTime},
+        {QStringLiteral("play"), play},
+        {QStringLiteral("scan"), scan},
+        {QStringLiteral("restart"), restartInEnglish},
+        {QStringLiteral("close"), close},
+    };
+    const bool isRestarted = logged().contains(QLatin1String("restarting"));
+    waitUntil("the window is shown", [] { return window() != nullptr && window()->isVisible(); });
+    log(QStringLiteral("shown, %1, %2 arguments")
+            .arg(in<QToolButton>(window(), "btn_language")->text())
+            .arg(QCoreApplication::arguments().size() - 1));
+    const QString script = isRestarted ? QStringLiteral("close") : qEnvironmentVariable("X9_STEPS");
+    for (const QString &step : script.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+        steps.value(step)();
+    }
+}
+
+void startScript()
+{
+    log(QStringLiteral("application"));
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    QTimer::singleShot(0, QCoreApplication::instance(), run);
+}
+Q_COREAPP_STARTUP_FUNCTION(startScript)
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    return runApplication(argc, argv);
+}

@@ -1,0 +1,174 @@
+#include "tests/app/RunningProgram.h"
+
+#include <QFile>
+#include <QtTest>
+
+namespace {
+/// How long the process may live after its window was closed.
+constexpr int EndMs = 2000;
+
+const QByteArray TwoDevices = R"({
+  "buses": [{"name": "busy", "bitrate": "500k", "nodes": [{"id": "0x100", "length": 8, "period_us": 1000}]}],
+  "lin_buses": [{"name": "doors", "slaves": [{"id": 5, "data": [1, 2]}]}],
+  "devices": [{"model": "X9FC-1", "can": [{"bus": "busy"}, {"bus": "busy"}], "lin": [{"bus": "doors"}]},
+              {"model": "X9FC-1", "can": [{"bus": "busy"}, {"bus": "busy"}]}]
+})";
+
+QByteArray deviceWithSlowCalls(const QByteArray &delays)
+{
+    return QByteArray(R"({
+      "buses": [{"name": "busy", "bitrate": "500k", "nodes": [{"id": "0x100", "length": 8, "period_us": 1000}]}],
+      "devices": [{"model": "X9FC-1", "can": [{"bus": "busy"}, {"bus": "busy"}],
+                   "faults": {"call_delay_ms": )") +
+           delays + "}}]}";
+}
+} // namespace
+
+/// Starts the program as real processes.
+class tst_Application : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void startsOnce();
+    void startsAfterAKill();
+    void restarts();
+    void restartsInTheOtherLanguage();
+    void startsWithADamagedSettingsFile();
+    void endsInTime_data();
+    void endsInTime();
+    void finishesTheFileBeforeItEnds();
+    void startsAfterALibraryThatHung();
+    void startsWithoutALibrary();
+};
+
+void tst_Application::startsOnce()
+{
+    const ProgramFolder folder(TwoDevices);
+    RunningProgram first(folder, QString());
+    QVERIFY(first.waitForLine(QStringLiteral("shown")));
+    RunningProgram second(folder, QString());
+    QVERIFY(second.waitForEnd());
+    QCOMPARE(second.exitCode(), 0);
+    QCOMPARE(folder.log().count(QLatin1String("application")), 1);
+    QCOMPARE(folder.log().count(QLatin1String("shown")), 1);
+    QVERIFY(first.isRunning());
+}
+
+/// What the killed one left behind does not lock the user out.
+void tst_Application::startsAfterAKill()
+{
+    const ProgramFolder folder(TwoDevices);
+    for (int start = 1; start <= 3; ++start) {
+        RunningProgram program(folder, QStringLiteral("openCAN"));
+        QVERIFY(program.waitForLine(QStringLiteral("shown"), start));
+        program.kill();
+    }
+    RunningProgram last(folder, QStringLiteral("close"));
+    QVERIFY(last.waitForEnd());
+    QCOMPARE(folder.log().count(QLatin1String("shown")), 4);
+}
+
+void tst_Application::restarts()
+{
+    const ProgramFolder folder(TwoDevices);
+    RunningProgram first(folder, QStringLiteral("openCAN,restart"), {QStringLiteral("argument")});
+    QVERIFY(first.waitForEnd());
+    QCOMPARE(first.exitCode(), 100);
+    QVERIFY(first.waitForLine(QStringLiteral("closing")));
+    QCOMPARE(folder.log().count(QLatin1String("application")), 2);
+    QVERIFY(folder.log().contains(QLatin1String("(&L), 1 arguments")));
+    QVERIFY(folder.log().contains(QLatin1String("(&L), 0 arguments")));
+    QVERIFY(folder.isFree());
+}
+
+void tst_Application::restartsInTheOtherLanguage()
+{
+    const ProgramFolder folder(TwoDevices);
+    RunningProgram first(folder, QStringLiteral("restart"));
+    QVERIFY(first.waitForEnd());
+    QVERIFY(first.waitForLine(QStringLiteral("closing")));
+    QVERIFY(folder.isFree());
+    QVERIFY(folder.log().indexOf(QStringLiteral("语言(&L)")) >= 0);
+    QVERIFY(folder.log().indexOf(QLatin1String("Language(&L)")) > folder.log().indexOf(QStringLiteral("语言(&L)")));
+    QVERIFY(folder.read(QStringLiteral("program/Init.ini")).contains("language=1"));
+}
+
+void tst_Application::startsWithADamagedSettingsFile()
+{
+    const ProgramFolder folder(TwoDevices);
+    folder.write(QStringLiteral("program/Init.ini"), QByteArray("\0\xFF[[[language\0=1\n=\n[", 21));
+    RunningProgram program(folder, QStringLiteral("close"));
+    QVERIFY(program.waitForEnd());
+    QVERIFY(folder.log().contains(QStringLiteral("语言(&L)")));
+}
+
+void tst_Application::endsInTime_data()
+{
+    QTest::addColumn<QByteArray>("adapter");
+    QTest::addColumn<QString>("steps");
+    QTest::addColumn<bool>("isCutOff");
+    QTest::newRow("idle") << TwoDevices << QString() << false;
+    QTest::newRow("receiving") << TwoDevices << QStringLiteral("openCAN,openLIN") << false;
+    QTest::newRow("saving and playing") << TwoDevices << QStringLiteral("openCAN,openLIN,save,list,play") << false;
+    QTest::newRow("sending") << TwoDevices << QStringLiteral("openCAN,send,list") << false;
+    QTest::newRow("scanning") << TwoDevices << QStringLiteral("openCAN,scan") << false;
+    const auto slow = [](const char *name, const QByteArray &delays, bool isCutOff) {
+        QTest::newRow(name) << deviceWithSlowCalls(delays) << QStringLiteral("openCAN") << isCutOff;
+    };
+    slow("slow receiving", R"({"VCI_Receive": 1000})", false);
+    slow("slow closing", R"({"VCI_CloseDevice": 1000})", false);
+    slow("slow in many calls", R"({"VCI_ResetCAN": 1000, "VCI_CloseDevice": 1000})", true);
+    slow("hanging", R"({"VCI_ResetCAN": 60000})", true);
+}
+
+void tst_Application::endsInTime()
+{
+    QFETCH(QByteArray, adapter);
+    QFETCH(QString, steps);
+    QFETCH(bool, isCutOff);
+    const ProgramFolder folder(adapter);
+    RunningProgram program(folder, steps + QStringLiteral(",close"));
+    QVERIFY2(program.waitForLine(QStringLiteral("closing")), qPrintable(folder.log()));
+    QVERIFY2(program.waitForEnd(EndMs), qPrintable(folder.log()));
+    QCOMPARE(program.exitCode(), 0);
+    QVERIFY2(!folder.log().contains(QLatin1String("failed")), qPrintable(folder.log()));
+    QVERIFY2(!folder.log().contains(QLatin1String("ing 0")), qPrintable(folder.log())); // every activity was under way
+    QVERIFY(folder.isFree());
+    const QString cutOff = QStringLiteral("The adapter's library does not answer; the program ends without closing it.");
+    QCOMPARE(program.errors(), isCutOff ? cutOff : QString());
+}
+
+/// Nothing that was listed is missing, and the last line is whole.
+void tst_Application::finishesTheFileBeforeItEnds()
+{
+    const ProgramFolder folder(deviceWithSlowCalls(R"({"VCI_ResetCAN": 60000})"));
+    RunningProgram program(folder, QStringLiteral("openCAN,save,close"));
+    QVERIFY(program.waitForEnd());
+    const QString closing = folder.log().section(QStringLiteral("closing with "), 1).section(QLatin1Char(' '), 0, 0);
+    const QByteArray file = folder.read(QStringLiteral("real-time.csv"));
+    QVERIFY(closing.toInt() > 100);
+    QVERIFY2(file.count('\n') >= closing.toInt() + 1, qPrintable(closing));
+    QVERIFY(file.endsWith('\n'));
+}
+
+void tst_Application::startsAfterALibraryThatHung()
+{
+    const ProgramFolder folder(deviceWithSlowCalls(R"({"VCI_ResetCAN": 60000})"));
+    RunningProgram first(folder, QStringLiteral("openCAN,restart"));
+    QVERIFY(first.waitForEnd());
+    QCOMPARE(first.exitCode(), 100);
+    QVERIFY(first.waitForLine(QStringLiteral("closing")));
+    QVERIFY(folder.isFree());
+}
+
+void tst_Application::startsWithoutALibrary()
+{
+    const ProgramFolder folder(TwoDevices, ProgramFolder::Library::Missing);
+    RunningProgram program(folder, QStringLiteral("close"));
+    QVERIFY(program.waitForEnd());
+    QCOMPARE(program.exitCode(), 0);
+}
+
+QTEST_GUILESS_MAIN(tst_Application)
+#include "tst_Application.moc"
