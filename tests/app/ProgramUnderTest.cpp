@@ -1,5 +1,5 @@
-// The whole program, worked by a script as by a user: the names of the steps stand in X9_STEPS, separated by commas, and
-// what happened is appended to the file X9_LOG, a line each. A program that finds itself restarted ends at once.
+// The whole program, worked by a script as by a user: the names of the steps stand in X9_STEPS, separated by commas,
+// and what happened is appended to the file X9_LOG, a line each. A program that finds itself restarted ends at once.
 
 #include "app/Application.h"
 #include "app/GUI_CanView.h"
@@ -185,14 +185,10 @@ void close()
 void run()
 {
     static const QMap<QString, void (*)()> steps{
-        {QStringLiteral("openCAN"), openCAN},
-        {QStringLiteral("openLIN"), openLIN},
-        {QStringLiteral("send"), sendForEver},
-        {QStringLiteral("list"), sendList},
-        {QStringLiteral("save"), saveInRealTime},
-        {QStringLiteral("play"), play},
-        {QStringLiteral("scan"), scan},
-        {QStringLiteral("restart"), restartInEnglish},
+        {QStringLiteral("openCAN"), openCAN},     {QStringLiteral("openLIN"), openLIN},
+        {QStringLiteral("send"), sendForEver},    {QStringLiteral("list"), sendList},
+        {QStringLiteral("save"), saveInRealTime}, {QStringLiteral("play"), play},
+        {QStringLiteral("scan"), scan},           {QStringLiteral("restart"), restartInEnglish},
         {QStringLiteral("close"), close},
     };
     const bool isRestarted = logged().contains(QLatin1String("restarting"));

@@ -23,7 +23,8 @@ ProgramFolder::ProgramFolder(const QByteArray &adapter, Library library)
     for (const char *name : {"program", "temporary", "home"}) {
         folder.mkdir(QLatin1String(name));
     }
-    QFile::setPermissions(folder.filePath(QStringLiteral("home")), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QFile::setPermissions(folder.filePath(QStringLiteral("home")),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     const QFileInfo program(QStringLiteral(X9_PROGRAM_UNDER_TEST));
     copy(program.filePath(), folder.filePath(QStringLiteral("program/") + program.fileName()));
     if (library == Library::Present) {
@@ -75,8 +76,9 @@ RunningProgram::RunningProgram(const ProgramFolder &folder, const QString &steps
     variables.insert(QStringLiteral("X9_STEPS"), steps);
     m_process.setProcessEnvironment(variables);
     m_process.setWorkingDirectory(folder.path(QString()));
-    m_process.start(folder.path(QStringLiteral("program/") + QFileInfo(QStringLiteral(X9_PROGRAM_UNDER_TEST)).fileName()),
-                    arguments);
+    m_process.start(
+        folder.path(QStringLiteral("program/") + QFileInfo(QStringLiteral(X9_PROGRAM_UNDER_TEST)).fileName()),
+        arguments);
     if (!m_process.waitForStarted(WaitMs)) {
         qFatal("cannot start the program under test: %s", qPrintable(m_process.errorString()));
     }
@@ -89,10 +91,13 @@ RunningProgram::~RunningProgram()
 
 bool RunningProgram::waitForLine(const QString &begin, int count) const
 {
-    return QTest::qWaitFor([this, &begin, count] {
-        const QStringList lines = m_folder.log().split(QLatin1Char('\n'));
-        return lines.filter(QRegularExpression(QLatin1Char('^') + QRegularExpression::escape(begin))).size() >= count;
-    }, WaitMs);
+    return QTest::qWaitFor(
+        [this, &begin, count] {
+            const QStringList lines = m_folder.log().split(QLatin1Char('\n'));
+            return lines.filter(QRegularExpression(QLatin1Char('^') + QRegularExpression::escape(begin))).size() >=
+                   count;
+        },
+        WaitMs);
 }
 
 bool RunningProgram::waitForEnd(int limitMs)

@@ -6,8 +6,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
-/// A folder with a copy of the program under test and of the virtual adapter, apart from everything else on the machine:
-/// temporary files, settings and the guard against a second instance are its own.
+/// A folder with a copy of the program under test and of the virtual adapter, apart from everything else on the
+/// machine: temporary files, settings and the guard against a second instance are its own.
 class ProgramFolder
 {
 public:

@@ -135,7 +135,8 @@ void tst_Application::endsInTime()
     QVERIFY2(!folder.log().contains(QLatin1String("failed")), qPrintable(folder.log()));
     QVERIFY2(!folder.log().contains(QLatin1String("ing 0")), qPrintable(folder.log())); // every activity was under way
     QVERIFY(folder.isFree());
-    const QString cutOff = QStringLiteral("The adapter's library does not answer; the program ends without closing it.");
+    const QString cutOff =
+        QStringLiteral("The adapter's library does not answer; the program ends without closing it.");
     QCOMPARE(program.errors(), isCutOff ? cutOff : QString());
 }
 

@@ -1,5 +1,7 @@
 #include "app/ApplicationSetup.h"
 #include "app/GUI_CanView.h"
+#include "app/GUI_DeviceInfo.h"
+#include "app/Settings.h"
 #include "can/GUI_CanDevice.h"
 #include "can/GUI_CanDeviceParam.h"
 #include "capture/CTableViewCAN.h"
@@ -14,8 +16,10 @@
 #include "widgets/CNotice.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -25,6 +29,7 @@
 #include <QPushButton>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QToolBar>
 #include <QToolButton>
 #include <QtTest>
 
@@ -101,11 +106,41 @@ void openAllChannels(const GUI_CanView &window)
     QTRY_VERIFY(!dialogOf(window)->isVisible());
 }
 
-void pressOk(const CMessageBox &box)
+void press(const CMessageBox &box, QDialogButtonBox::StandardButton button)
 {
     auto *buttons = box.findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"));
-    QTest::mouseClick(buttons->button(QDialogButtonBox::Ok), Qt::LeftButton);
+    QTest::mouseClick(buttons->button(button), Qt::LeftButton);
 }
+
+void pressOk(const CMessageBox &box)
+{
+    press(box, QDialogButtonBox::Ok);
+}
+
+QAction *actionIn(const GUI_CanView &window, const char *button, int index)
+{
+    return window.findChild<QToolButton *>(QLatin1String(button))->menu()->actions().at(index);
+}
+
+/// No language is stored at first, and none afterwards.
+class StoredLanguage
+{
+public:
+    StoredLanguage() { remove(); }
+    ~StoredLanguage() { remove(); }
+    StoredLanguage(const StoredLanguage &) = delete;
+    StoredLanguage &operator=(const StoredLanguage &) = delete;
+
+    static QString path() { return QCoreApplication::applicationDirPath() + QStringLiteral("/Init.ini"); }
+    static bool isStored() { return QFile::exists(path()); }
+
+private:
+    static void remove()
+    {
+        QFile::remove(path());
+        QDir(path()).removeRecursively();
+    }
+};
 } // namespace
 
 Q_DECLARE_METATYPE(CMessageBox::Icon)
@@ -138,6 +173,13 @@ private slots:
     void closesWithMessagesOpen();
     void closesWhileFramesArrive();
     void dimmedBehindDialogs();
+    void toolBarMenus();
+    void closesWithNothingOpen();
+    void choosesTheLanguage();
+    void choosesTheActiveLanguage();
+    void restartsOnRequest();
+    void saysThatTheLanguageCannotBeStored();
+    void asksToUpdateTheFirmware();
 };
 
 void tst_GUI_CanView::asksByItselfWhatToOpen()
@@ -588,6 +630,134 @@ void tst_GUI_CanView::dimmedBehindDialogs()
     QCOMPARE(masksOn(window), 1);
     pressOk(*boxes.at(0));
     QCOMPARE(masksOn(window), 0);
+}
+
+void tst_GUI_CanView::toolBarMenus()
+{
+    const AdapterFolder folder(NoDevice);
+    const GUI_CanView window(manager());
+    QVERIFY(window.findChild<QToolBar *>(QStringLiteral("ToolBar")) != nullptr);
+    const auto check = [&window](const char *name, const char *text, const char *toolTip, const QStringList &entries) {
+        const auto *button = window.findChild<QToolButton *>(QLatin1String(name));
+        QCOMPARE(button->text(), QLatin1String(text));
+        QCOMPARE(button->toolTip(), QLatin1String(toolTip));
+        QCOMPARE(button->property("nav").toString(), QStringLiteral("tBtnStyle_5"));
+        QCOMPARE(button->popupMode(), QToolButton::InstantPopup);
+        QStringList texts;
+        for (const QAction *action : button->menu()->actions()) {
+            texts.append(action->text());
+        }
+        QCOMPARE(texts, entries);
+    };
+    check("btn_connect", "Connect(&D)", "Connect to the device",
+          {QStringLiteral("Open device"), QStringLiteral("Close device")});
+    check("btn_about", "About(&A)", "About",
+          {QStringLiteral("Software information"), QStringLiteral("Device information")});
+    check("btn_language", "Language(&L)", "Language", {QStringLiteral("Chinese"), QStringLiteral("English")});
+}
+
+void tst_GUI_CanView::closesWithNothingOpen()
+{
+    const AdapterFolder folder(NoDevice);
+    GUI_CanView window(manager());
+    window.show();
+    actionIn(window, "btn_connect", 1)->trigger();
+    QCOMPARE(noticeOf(window), QStringLiteral("Device turned off"));
+    QVERIFY(messagesOf(window).isEmpty());
+    QCOMPARE(tabsOf(window)->count(), 0);
+}
+
+void tst_GUI_CanView::choosesTheLanguage()
+{
+    const StoredLanguage stored;
+    const AdapterFolder folder(NoDevice);
+    GUI_CanView window(manager());
+    window.show();
+    const auto *chinese = window.findChild<QAction *>(QStringLiteral("CN"));
+    auto *english = window.findChild<QAction *>(QStringLiteral("EN"));
+    QVERIFY(chinese->isChecked() && !english->isChecked());
+    english->trigger();
+    QVERIFY(!chinese->isChecked() && english->isChecked());
+    QCOMPARE(getLanguage(), 1);
+    QCOMPARE(messagesOf(window).size(), 1);
+    const CMessageBox &question = *messagesOf(window).first();
+    QCOMPARE(question.icon(), CMessageBox::Question);
+    QCOMPARE(question.windowTitle(), QStringLiteral("Tips"));
+    QCOMPARE(question.text(), QStringLiteral("The current language has changed and takes effect after the restart.<br>"
+                                             "Do you wish to restart it now?"));
+    QCOMPARE(question.standardButtons(), CMessageBox::Yes | CMessageBox::No);
+    QVERIFY(!question.findChild<QLabel *>(QStringLiteral("textLabel"))->text().isEmpty());
+    press(question, QDialogButtonBox::No);
+    QTRY_VERIFY(messagesOf(window).isEmpty());
+    const GUI_CanView next(manager());
+    QVERIFY(next.findChild<QAction *>(QStringLiteral("EN"))->isChecked());
+}
+
+/// It is stored, and the question comes, all the same.
+void tst_GUI_CanView::choosesTheActiveLanguage()
+{
+    const StoredLanguage stored;
+    const AdapterFolder folder(NoDevice);
+    GUI_CanView window(manager());
+    window.show();
+    auto *chinese = window.findChild<QAction *>(QStringLiteral("CN"));
+    QVERIFY(chinese->isChecked());
+    QVERIFY(!StoredLanguage::isStored());
+    chinese->trigger();
+    QVERIFY(chinese->isChecked());
+    QVERIFY(StoredLanguage::isStored());
+    QCOMPARE(getLanguage(), 0);
+    QCOMPARE(messagesOf(window).size(), 1);
+}
+
+void tst_GUI_CanView::restartsOnRequest()
+{
+    const StoredLanguage stored;
+    const AdapterFolder folder(NoDevice);
+    GUI_CanView window(manager());
+    window.show();
+    QTimer::singleShot(0, &window, [&window] {
+        window.findChild<QAction *>(QStringLiteral("EN"))->trigger();
+        press(*messagesOf(window).first(), QDialogButtonBox::Yes);
+    });
+    QCOMPARE(QApplication::exec(), 100);
+}
+
+void tst_GUI_CanView::saysThatTheLanguageCannotBeStored()
+{
+    const StoredLanguage stored;
+    const AdapterFolder folder(NoDevice);
+    QVERIFY(QDir().mkpath(StoredLanguage::path() + QStringLiteral("/taken"))); // no file can be written there
+    const QByteArray home = qgetenv("XDG_CONFIG_HOME");
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.filePath(QStringLiteral("virtual-adapter.json"))));
+    GUI_CanView window(manager());
+    window.show();
+    window.findChild<QAction *>(QStringLiteral("EN"))->trigger();
+    qputenv("XDG_CONFIG_HOME", home);
+    QCOMPARE(messagesOf(window).size(), 1);
+    QCOMPARE(messagesOf(window).first()->icon(), CMessageBox::Critical);
+    QVERIFY(messagesOf(window).first()->text().startsWith(QLatin1String("The language could not be stored.")));
+    QVERIFY(window.findChild<QAction *>(QStringLiteral("CN"))->isChecked());
+}
+
+void tst_GUI_CanView::asksToUpdateTheFirmware()
+{
+    const AdapterFolder folder(NoDevice);
+    auto communication = manager();
+    CANCommunication *adapter = communication.get();
+    GUI_CanView window(std::move(communication));
+    window.show();
+    emit adapter->sig_showFrimwareUpgrade();
+    QCOMPARE(messagesOf(window).size(), 1);
+    QCOMPARE(messagesOf(window).first()->text(),
+             QStringLiteral("New firmware version detected,<br>Do you want to go update it now?"));
+    QCOMPARE(messagesOf(window).first()->windowTitle(), QStringLiteral("Tips"));
+    press(*messagesOf(window).first(), QDialogButtonBox::No);
+    QTRY_VERIFY(messagesOf(window).isEmpty());
+    QVERIFY(window.findChild<GUI_DeviceInfo *>() == nullptr);
+    window.slot_showFrimwareUpgrade();
+    press(*messagesOf(window).first(), QDialogButtonBox::Yes);
+    QVERIFY(window.findChild<GUI_DeviceInfo *>()->isVisible());
 }
 
 QTEST_MAIN(tst_GUI_CanView)

@@ -1,40 +1,152 @@
 #include "app/Settings.h"
 
+#include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 #include <QtTest>
+
+#include <memory>
 
 class tst_Settings : public QObject
 {
     Q_OBJECT
 
 private slots:
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
     void cleanup() { QFile::remove(iniPath()); }
-    void noFileIsChinese() { QCOMPARE(getLanguage(), 0); }
+    void noFileIsChinese();
     void storedLanguage();
+    void storesTheLanguage();
+    void damagedFileIsChinese_data();
     void damagedFileIsChinese();
+    void keepsOtherKeys();
+    void storesForTheUser_data();
+    void storesForTheUser();
+    void theProgramsFileCountsAgain();
+    void isStoredNowhere();
+    void updateServerIsTheInstallations();
 
 private:
     static QString iniPath() { return QCoreApplication::applicationDirPath() + QStringLiteral("/Init.ini"); }
-    static void write(const QByteArray &content);
+    static void write(const QString &path, const QByteArray &content);
+    static QByteArray read(const QString &path);
+    QString file(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-void tst_Settings::write(const QByteArray &content)
+void tst_Settings::write(const QString &path, const QByteArray &content)
 {
-    QFile file(iniPath());
+    QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(content), qint64(content.size()));
 }
 
+QByteArray tst_Settings::read(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void tst_Settings::noFileIsChinese()
+{
+    QCOMPARE(getLanguage(), 0);
+    QVERIFY(storedUpdateServer().isEmpty());
+}
+
 void tst_Settings::storedLanguage()
 {
-    write("[General]\nlanguage=1\n");
+    write(iniPath(), "[General]\nlanguage=1\n");
     QCOMPARE(getLanguage(), 1);
+}
+
+void tst_Settings::storesTheLanguage()
+{
+    QVERIFY(setLanguage(1));
+    QVERIFY(read(iniPath()).contains("language=1"));
+    QCOMPARE(getLanguage(), 1);
+    QVERIFY(setLanguage(0));
+    QVERIFY(read(iniPath()).contains("language=0"));
+    QCOMPARE(getLanguage(), 0);
+}
+
+void tst_Settings::damagedFileIsChinese_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("binary") << QByteArray("\0\xFF[[[language\0=1", 16);
+    QTest::newRow("no number") << QByteArray("[General]\nlanguage=English\n");
+    QTest::newRow("no value") << QByteArray("[General]\nlanguage\n");
+    QTest::newRow("list") << QByteArray("[General]\nlanguage=1, 2\n");
+    QTest::newRow("large") << QByteArray(1 << 20, '[');
 }
 
 void tst_Settings::damagedFileIsChinese()
 {
-    write(QByteArray("\0\xFF[[[language\0=1", 16));
+    QFETCH(QByteArray, content);
+    write(iniPath(), content);
     QCOMPARE(getLanguage(), 0);
+    QVERIFY(setLanguage(1)); // and can be mended
+    QCOMPARE(getLanguage(), 1);
+}
+
+void tst_Settings::keepsOtherKeys()
+{
+    write(file("program.ini"), "[General]\nupdateServer=https://updates.example.com\n[Other]\nkey=value\n");
+    const SettingsFiles settings(file("program.ini"), file("user.ini"));
+    QVERIFY(settings.setLanguage(1));
+    QCOMPARE(settings.updateServer(), QStringLiteral("https://updates.example.com"));
+    QVERIFY(read(file("program.ini")).contains("key=value"));
+    QVERIFY(!QFile::exists(file("user.ini")));
+}
+
+void tst_Settings::storesForTheUser_data()
+{
+    QTest::addColumn<QString>("programFile");
+    QTest::newRow("a folder of that name") << QStringLiteral("taken");
+    QTest::newRow("folder is a file") << QStringLiteral("plain/Init.ini");
+}
+
+/// Where the program's own file cannot be written.
+void tst_Settings::storesForTheUser()
+{
+    QFETCH(QString, programFile);
+    QVERIFY(QDir(m_folder->path()).mkpath(QStringLiteral("taken/full")));
+    write(file("plain"), "x");
+    const SettingsFiles settings(m_folder->filePath(programFile), file("home/X9CAN/Init.ini"));
+    QCOMPARE(settings.language(), 0);
+    QVERIFY(settings.setLanguage(1));
+    QCOMPARE(settings.language(), 1);
+    QVERIFY(read(file("home/X9CAN/Init.ini")).contains("language=1"));
+    QVERIFY(settings.setLanguage(0));
+    QCOMPARE(settings.language(), 0);
+}
+
+void tst_Settings::theProgramsFileCountsAgain()
+{
+    write(file("user.ini"), "[General]\nlanguage=1\n");
+    const SettingsFiles settings(file("program.ini"), file("user.ini"));
+    QCOMPARE(settings.language(), 1);
+    QVERIFY(settings.setLanguage(0));
+    QCOMPARE(settings.language(), 0);
+    write(file("program.ini"), "[General]\nlanguage=1\n");
+    QCOMPARE(settings.language(), 1);
+}
+
+void tst_Settings::isStoredNowhere()
+{
+    write(file("plain"), "x");
+    const SettingsFiles settings(file("plain/a.ini"), file("plain/b.ini"));
+    QVERIFY(!settings.setLanguage(1));
+    QCOMPARE(settings.language(), 0);
+}
+
+void tst_Settings::updateServerIsTheInstallations()
+{
+    write(file("program.ini"), "[General]\nupdateServer=http://a\n");
+    write(file("user.ini"), "[General]\nupdateServer=http://b\n");
+    QCOMPARE(SettingsFiles(file("program.ini"), file("user.ini")).updateServer(), QStringLiteral("http://a"));
+    QVERIFY(SettingsFiles(file("none.ini"), file("user.ini")).updateServer().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(tst_Settings)

@@ -1,0 +1,84 @@
+#include "app/SingleInstance.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSharedMemory>
+#include <QTemporaryDir>
+#include <QtTest>
+
+class tst_SingleInstance : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void isNamedAfterTheProgram();
+    void holdsOnce();
+    void isFreeAfterRelease();
+    void holdsTheSegmentToo();
+    void cannotHoldWithoutATemporaryFolder();
+
+private:
+    QTemporaryDir m_folder;
+};
+
+void tst_SingleInstance::initTestCase()
+{
+    qputenv("TMPDIR", QFile::encodeName(m_folder.path())); // apart from programs that run
+}
+
+void tst_SingleInstance::isNamedAfterTheProgram()
+{
+    QVERIFY(SingleInstance::userKey().startsWith(QLatin1String("X9CAN")));
+#ifdef Q_OS_WIN
+    QCOMPARE(SingleInstance::userKey(), QStringLiteral("X9CAN"));
+#endif
+}
+
+void tst_SingleInstance::holdsOnce()
+{
+    const SingleInstance first;
+    QVERIFY(first.isHeld());
+    const SingleInstance second;
+    QVERIFY(!second.isHeld());
+    const SingleInstance other(QStringLiteral("another"));
+    QVERIFY(other.isHeld());
+}
+
+void tst_SingleInstance::isFreeAfterRelease()
+{
+    SingleInstance first;
+    first.release();
+    QVERIFY(!first.isHeld());
+    SingleInstance second;
+    QVERIFY(second.isHeld());
+    first.release(); // not its any more
+    const SingleInstance third;
+    QVERIFY(!third.isHeld());
+}
+
+/// Also when somebody has taken the lock file away.
+void tst_SingleInstance::holdsTheSegmentToo()
+{
+    QSharedMemory segment(SingleInstance::userKey());
+    QVERIFY(segment.create(1));
+    {
+        const SingleInstance instance;
+        QVERIFY(!instance.isHeld());
+    }
+    QVERIFY(segment.detach());
+    const SingleInstance instance;
+    QVERIFY(instance.isHeld());
+    QVERIFY(!segment.create(1));
+    QCOMPARE(segment.error(), QSharedMemory::AlreadyExists);
+}
+
+void tst_SingleInstance::cannotHoldWithoutATemporaryFolder()
+{
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("no lock file can be written")));
+    const SingleInstance instance(QStringLiteral("missing/folder"));
+    QVERIFY(!instance.isHeld());
+}
+
+QTEST_GUILESS_MAIN(tst_SingleInstance)
+#include "tst_SingleInstance.moc"
