@@ -100,6 +100,9 @@ private:
     std::atomic<bool> m_isScanning{false};
     std::atomic<int> m_reports{0};
     std::atomic<std::size_t> m_reportThread{0};
+    std::atomic<bool> m_isBusy{false}; ///< a hook of the test has begun
+    std::atomic<bool> m_isDone{false}; ///< it has come to its end
+    std::atomic<bool> m_isDoneAtClose{false};
     int m_reads = 0;
     std::unique_ptr<FirmwareMonitor> m_monitor;
 };
@@ -110,6 +113,9 @@ void tst_FirmwareMonitor::init()
     m_publisher = std::make_unique<FirmwarePublisher>();
     m_isScanning = false;
     m_reports = 0;
+    m_isBusy = false;
+    m_isDone = false;
+    m_isDoneAtClose = false;
     m_reads = 0;
 }
 
@@ -428,18 +434,16 @@ void tst_FirmwareMonitor::managerWithoutQuery()
 
 void tst_FirmwareMonitor::managerEndsItFirst()
 {
-    std::atomic<bool> hasEnded{false};
-    std::atomic<bool> hadEndedAtClose{false};
-    m_publisher->onQuery([&hasEnded](const std::atomic<bool> &isCancelled) {
+    m_publisher->onQuery([this](const std::atomic<bool> &isCancelled) {
         waitFor(isCancelled);
-        hasEnded = isCancelled.load();
+        m_isDone = isCancelled.load();
     });
-    m_adapter->onCall("VCI_CloseDevice", [&] { hadEndedAtClose = hasEnded.load(); });
+    m_adapter->onCall("VCI_CloseDevice", [this] { m_isDoneAtClose = m_isDone.load(); });
     auto manager = std::make_unique<CANCommunication>(m_adapter->table(), m_publisher->query(), nullptr, 1ms);
     QTRY_COMPARE(m_publisher->asked().size(), 1);
     QCOMPARE(manager->slot_scanCANBaudrate(1, 0), CAN_OK);
     manager.reset(); // closes the device that the scan has opened
-    QVERIFY(hadEndedAtClose);
+    QVERIFY(m_isDoneAtClose);
 }
 
 void tst_FirmwareMonitor::noThreadLeft()
@@ -481,22 +485,20 @@ void tst_FirmwareMonitor::stopsAsleep()
 
 void tst_FirmwareMonitor::stopsAQuery()
 {
-    std::atomic<bool> isAsking{false};
-    std::atomic<bool> wasCancelled{false};
     m_publisher->publish(QStringLiteral("9.0")); // an answer that comes all the same is dropped
-    m_publisher->onQuery([&](const std::atomic<bool> &isCancelled) {
-        isAsking = true;
+    m_publisher->onQuery([this](const std::atomic<bool> &isCancelled) {
+        m_isBusy = true;
         waitFor(isCancelled);
-        wasCancelled = isCancelled.load();
+        m_isDone = isCancelled.load();
     });
     start();
-    QTRY_VERIFY(isAsking);
+    QTRY_VERIFY(m_isBusy);
     letTicksPass(QuietTicks);
-    QVERIFY(!wasCancelled);
+    QVERIFY(!m_isDone);
     QElapsedTimer clock;
     clock.start();
     m_monitor.reset();
-    QVERIFY(wasCancelled);
+    QVERIFY(m_isDone);
     QVERIFY(clock.elapsed() < StopBoundMs);
     QCOMPARE(m_publisher->asked().size(), 1);
     QCOMPARE(m_reports.load(), 0);
@@ -504,21 +506,19 @@ void tst_FirmwareMonitor::stopsAQuery()
 
 void tst_FirmwareMonitor::stopsAfterAnAdapterCall()
 {
-    std::atomic<bool> isCalling{false};
-    std::atomic<bool> hasReturned{false};
     m_publisher->publish(QStringLiteral("9.0"));
-    m_adapter->onCall("KQ_ReadInfo", [&] {
-        isCalling = true;
+    m_adapter->onCall("KQ_ReadInfo", [this] {
+        m_isBusy = true;
         block(1000ms);
-        hasReturned = true;
+        m_isDone = true;
     });
     start();
-    QTRY_VERIFY(isCalling);
-    QVERIFY(!hasReturned);
+    QTRY_VERIFY(m_isBusy);
+    QVERIFY(!m_isDone);
     QElapsedTimer clock;
     clock.start();
     m_monitor.reset();
-    QVERIFY(hasReturned);
+    QVERIFY(m_isDone);
     QVERIFY(clock.elapsed() < StopBoundMs);
     QCOMPARE(m_publisher->asked(), QStringList()); // nobody is asked any more
     QCOMPARE(m_reports.load(), 0);

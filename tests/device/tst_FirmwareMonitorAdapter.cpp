@@ -101,7 +101,8 @@ private:
     std::unique_ptr<CANCommunication> m_manager;
     int m_prompts = 0;
     std::atomic<bool> m_isPromptOnGuiThread{false};
-    QMap<int, int> m_frames; ///< received, by channel
+    std::atomic<bool> m_wasCancelled{false}; ///< the query that is under way has seen it
+    QMap<int, int> m_frames;                 ///< received, by channel
     QMap<int, quint64> m_last;
     int m_lost = 0;
     int m_readsAtReport = 0; ///< reads begun at the scan's last report
@@ -113,6 +114,7 @@ void tst_FirmwareMonitorAdapter::init()
     m_publisher = std::make_unique<FirmwarePublisher>();
     m_prompts = 0;
     m_isPromptOnGuiThread = false;
+    m_wasCancelled = false;
     m_frames.clear();
     m_last.clear();
     m_lost = 0;
@@ -354,21 +356,20 @@ void tst_FirmwareMonitorAdapter::endsAsleep()
 
 void tst_FirmwareMonitorAdapter::endsWhileAsking()
 {
-    std::atomic<bool> wasCancelled{false};
     m_publisher->publish(QStringLiteral("2.06"));
-    m_publisher->onQuery([&wasCancelled](const std::atomic<bool> &isCancelled) {
+    m_publisher->onQuery([this](const std::atomic<bool> &isCancelled) {
         waitFor(isCancelled);
-        wasCancelled = isCancelled.load();
+        m_wasCancelled = isCancelled.load();
     });
     start(configuration("X9FC-200", "V2.05"));
     QCOMPARE(m_manager->openDevice(0), CAN_OK);
-    QVERIFY(asksAgain(1));
+    QTRY_COMPARE(asked(), 1);
     QCOMPARE(m_manager->closeDevice(0), CAN_OK);
-    QVERIFY(!wasCancelled);
+    QVERIFY(!m_wasCancelled);
     QElapsedTimer clock;
     clock.start();
     m_manager.reset();
-    QVERIFY(wasCancelled);
+    QVERIFY(m_wasCancelled);
     QVERIFY(clock.elapsed() < StopBoundMs);
     QCoreApplication::processEvents();
     QCOMPARE(m_prompts, 0);
