@@ -3,6 +3,7 @@
 #include "device/BaudrateScan.h"
 #include "device/CANBaudrate.h"
 #include "device/CANReadHandle.h"
+#include "device/DeviceInfo.h"
 
 #include <QMap>
 #include <QMetaType>
@@ -35,13 +36,6 @@ struct DeviceEntry
     QThread *thread = nullptr;       ///< goes by itself when it has finished
 };
 
-struct DeviceInfo
-{
-    QString serial;
-    QString model;
-    QString firmware;
-};
-
 struct RunningScan
 {
     quint32 number = 0; ///< tells one scan from the next
@@ -67,13 +61,6 @@ bool succeeds(Entry entry, Arguments... arguments)
     return entry != nullptr && entry(AdapterDeviceType, arguments...) == AdapterSuccess;
 }
 
-/// Local 8-bit text up to its first zero; the library may have used the whole buffer and left no zero.
-QString textOf(const std::array<char, AdapterInfoSize> &buffer)
-{
-    const auto end = std::find(buffer.begin(), buffer.end(), '\0');
-    return QString::fromLocal8Bit(buffer.data(), static_cast<int>(end - buffer.begin()));
-}
-
 VCI_INIT_CONFIG initConfig(const ChannelParam &param)
 {
     VCI_INIT_CONFIG config{};
@@ -94,13 +81,12 @@ class CANCommunicationPrivate
 public:
     using ChannelKey = std::pair<quint8, quint8>;
 
-    CANCommunicationPrivate(std::unique_ptr<CANAPI> table, FirmwareQuery query);
+    explicit CANCommunicationPrivate(std::unique_ptr<CANAPI> table);
 
     /// Null for a device that is not open.
     DeviceEntry *device(quint8 dev);
     bool openInLibrary(quint8 dev) const;
     void closeInLibrary(quint8 dev) const;
-    std::optional<DeviceInfo> readInfo(quint8 dev) const;
     bool offersCANFD(quint8 dev) const;
     bool startCAN(const ChannelParam &param) const;
     /// Starts a free channel for the scan's current step if it is a new one, and looks whether frames arrive.
@@ -109,19 +95,18 @@ public:
     std::optional<quint32> gateway(quint8 dev, quint8 operation) const;
 
     std::unique_ptr<CANAPI> api;
-    FirmwareQuery firmwareQuery;
     std::map<quint8, DeviceEntry> devices; ///< by device index; holds a device exactly while it is open
     QMap<ChannelKey, quint32> reopenings;  ///< channels waiting to be re-opened: number of the latest request
     quint32 lastReopening = 0;
     std::atomic<bool> scanning{false}; ///< read by any thread; set from before the scan opens until it has closed
     std::optional<RunningScan> scan;   ///< what the timer goes on with
     quint32 lastScan = 0;
-    QTimer *scanTimer = nullptr; ///< child of the manager
+    QTimer *scanTimer = nullptr;                      ///< child of the manager
+    std::unique_ptr<FirmwareMonitor> firmwareMonitor; ///< its thread uses api and scanning
 };
 
-CANCommunicationPrivate::CANCommunicationPrivate(std::unique_ptr<CANAPI> table, FirmwareQuery query)
+CANCommunicationPrivate::CANCommunicationPrivate(std::unique_ptr<CANAPI> table)
     : api(std::move(table))
-    , firmwareQuery(std::move(query))
 {
     if (!api) {
         api = std::make_unique<CANAPI>(QString());
@@ -145,18 +130,9 @@ void CANCommunicationPrivate::closeInLibrary(quint8 dev) const
     api->VCI_CloseDevice(AdapterDeviceType, dev); // openInLibrary() has seen that it is there
 }
 
-std::optional<DeviceInfo> CANCommunicationPrivate::readInfo(quint8 dev) const
-{
-    std::array<std::array<char, AdapterInfoSize>, 4> texts{}; // serial, model, firmware, hardware
-    if (!succeeds(api->KQ_ReadInfo, dev, texts[0].data(), texts[1].data(), texts[2].data(), texts[3].data())) {
-        return std::nullopt;
-    }
-    return DeviceInfo{textOf(texts[0]), textOf(texts[1]), textOf(texts[2])};
-}
-
 bool CANCommunicationPrivate::offersCANFD(quint8 dev) const
 {
-    const std::optional<DeviceInfo> info = readInfo(dev);
+    const std::optional<DeviceInfo> info = readInfo(*api, dev);
     return info && info->model.startsWith(QLatin1String("X9FC")) && api->KQ_GetReceiveNumCANFD != nullptr &&
            api->KQ_TransmitCANFD != nullptr && api->KQ_ReceiveCANFD != nullptr;
 }
@@ -203,9 +179,10 @@ CANCommunication::CANCommunication(FirmwareQuery firmwareQuery, QObject *parent)
 {
 }
 
-CANCommunication::CANCommunication(std::unique_ptr<CANAPI> api, FirmwareQuery firmwareQuery, QObject *parent)
+CANCommunication::CANCommunication(std::unique_ptr<CANAPI> api, FirmwareQuery firmwareQuery, QObject *parent,
+                                   std::chrono::milliseconds firmwareInterval)
     : QObject(parent)
-    , m_p(std::make_unique<CANCommunicationPrivate>(std::move(api), std::move(firmwareQuery)))
+    , m_p(std::make_unique<CANCommunicationPrivate>(std::move(api)))
 {
     qRegisterMetaType<QVector<VCI_CAN_OBJ>>("QVector<VCI_CAN_OBJ>");
     qRegisterMetaType<QVector<VCI_CANFD_OBJ>>("QVector<VCI_CANFD_OBJ>");
@@ -214,10 +191,16 @@ CANCommunication::CANCommunication(std::unique_ptr<CANAPI> api, FirmwareQuery fi
     m_p->scanTimer->setObjectName(QStringLiteral("scanTimer"));
     m_p->scanTimer->setTimerType(Qt::PreciseTimer);
     connect(m_p->scanTimer, &QTimer::timeout, this, &CANCommunication::slot_scanTick);
+    const auto announce = [this] {
+        QMetaObject::invokeMethod(this, &CANCommunication::sig_showFrimwareUpgrade, Qt::QueuedConnection);
+    };
+    m_p->firmwareMonitor = std::make_unique<FirmwareMonitor>(*m_p->api, m_p->scanning, std::move(firmwareQuery),
+                                                             announce, firmwareInterval);
 }
 
 CANCommunication::~CANCommunication()
 {
+    m_p->firmwareMonitor.reset(); // first: its thread uses this object, the table and the scan's flag
     endScan();
     if (!m_p->devices.empty()) {
         qWarning("CANCommunication destroyed with %u open device(s)", static_cast<unsigned>(m_p->devices.size()));
@@ -243,7 +226,7 @@ QVector<DevicePresence> CANCommunication::presentDevices()
         if (!isOpen && !m_p->openInLibrary(dev)) {
             continue;
         }
-        const DeviceInfo info = m_p->readInfo(dev).value_or(DeviceInfo());
+        const DeviceInfo info = readInfo(*m_p->api, dev).value_or(DeviceInfo());
         if (!isOpen) {
             m_p->closeInLibrary(dev);
         }
@@ -470,7 +453,7 @@ CANError CANCommunication::readDeviceInfo(quint8 dev, QString &serial, QString &
     if (!isOpen && !m_p->openInLibrary(dev)) {
         return CAN_DeviceOpenFailed;
     }
-    const std::optional<DeviceInfo> info = m_p->readInfo(dev);
+    const std::optional<DeviceInfo> info = readInfo(*m_p->api, dev);
     if (!isOpen) {
         m_p->closeInLibrary(dev);
     }

@@ -4,6 +4,7 @@
 #include "device/CANAPI.h"
 #include "device/CANError.h"
 #include "device/ChannelParam.h"
+#include "device/FirmwareMonitor.h"
 #include "device/FirmwareQuery.h"
 
 #include <QObject>
@@ -11,6 +12,7 @@
 #include <QString>
 #include <QVector>
 
+#include <chrono>
 #include <memory>
 
 class CANCommunicationPrivate;
@@ -28,7 +30,8 @@ struct DevicePresence
 /// The one object through which the windows reach the adapter: opens and closes devices and channels, transmits,
 /// switches the gateway. Every operation runs on the GUI thread and answers a CANError; received frames arrive by
 /// signal from one worker thread per open device. Devices must be closed before this object is destroyed; a running
-/// scan ends with it.
+/// scan ends with it. With a firmware query it watches for a newer firmware of device 0 (FirmwareMonitor), from its
+/// construction on.
 ///
 /// A missing library or entry answers like a library that refuses the call. CAN and LIN channel indices are 0 and 1.
 class CANCommunication : public QObject
@@ -38,9 +41,12 @@ class CANCommunication : public QObject
 public:
     /// Loads CANAPI::defaultLibraryPath().
     explicit CANCommunication(FirmwareQuery firmwareQuery = {}, QObject *parent = nullptr);
-    /// Uses the given table instead (another library path, or entries filled by hand).
-    explicit CANCommunication(std::unique_ptr<CANAPI> api, FirmwareQuery firmwareQuery = {}, QObject *parent = nullptr);
-    /// Closes nothing. If a device is still open, its worker keeps polling, so the library stays loaded for it.
+    /// Uses the given table instead (another library path, or entries filled by hand). firmwareInterval is the
+    /// monitor's sleep between two checks.
+    explicit CANCommunication(std::unique_ptr<CANAPI> api, FirmwareQuery firmwareQuery = {}, QObject *parent = nullptr,
+                              std::chrono::milliseconds firmwareInterval = FirmwareMonitor::Interval);
+    /// Ends the firmware monitor before anything else, within the time that FirmwareMonitor::stop() gives. Closes
+    /// nothing. If a device is still open, its worker keeps polling, so the library stays loaded for it.
     ~CANCommunication() override;
 
     /// The library's table, for its state and the reason why it is unusable.
@@ -118,6 +124,7 @@ public slots:
 
 signals:
     void sig_showMessageBox(const QString &text, int mode);
+    /// A newer firmware than that of device 0 is published; once per run.
     void sig_showFrimwareUpgrade();
     void sig_showSoftwareUpgrade();
     void sig_gatewayStateChanged(quint8 devInd, bool state);

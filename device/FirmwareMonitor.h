@@ -1,0 +1,49 @@
+#pragma once
+
+#include "device/CANAPI.h"
+#include "device/FirmwareQuery.h"
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <memory>
+
+class FirmwareMonitorPrivate;
+
+/// Watches on a thread of its own whether a newer firmware is published than the one of device 0: reads the device's
+/// texts, asks for the newest version published for its model, sleeps, and starts again. The thread ends with the first
+/// newer firmware, so one is reported per run. A device that does not answer or is of another model is not asked about.
+///
+/// The device is not opened for it: an adapter that answers for open devices only is checked while somebody else has
+/// device 0 open. Calls into the library are made while other threads use the same device. A scan holds them off:
+/// its flag is looked at immediately before each call, so at most a call already under way goes on beside a scan.
+class FirmwareMonitor
+{
+public:
+    /// Runs on the monitor's thread, once at most; must not stop or destroy the monitor.
+    using NewerFirmware = std::function<void()>;
+
+    /// Sleep between two checks.
+    static constexpr std::chrono::milliseconds Interval{2000};
+
+    /// Starts at once. There is no thread without a query, without the entry that reads the texts, or when the system
+    /// has no thread left; nothing is reported then. api and isScanning must outlive the monitor.
+    FirmwareMonitor(const CANAPI &api, const std::atomic<bool> &isScanning, FirmwareQuery query,
+                    NewerFirmware newerFirmware, std::chrono::milliseconds interval = Interval);
+    /// As stop().
+    ~FirmwareMonitor();
+    FirmwareMonitor(const FirmwareMonitor &) = delete;
+    FirmwareMonitor &operator=(const FirmwareMonitor &) = delete;
+
+    /// Ends the thread for good; nothing is called or reported afterwards. Takes no time when the monitor sleeps,
+    /// 500 ms at most when it waits for the query (which has to heed its flag), and otherwise until the adapter call
+    /// it is in returns.
+    void stop();
+    /// False when there is no thread, after stop(), and from a newer firmware on.
+    bool isRunning() const;
+    /// Leaves out the checks while set. Off at first.
+    void setPaused(bool paused);
+
+private:
+    std::unique_ptr<FirmwareMonitorPrivate> m_p;
+};
