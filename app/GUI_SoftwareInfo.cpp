@@ -1,5 +1,6 @@
 #include "app/GUI_SoftwareInfo.h"
 
+#include "app/Release.h"
 #include "ui_GUI_SoftwareInfo.h"
 
 #include <QIcon>
@@ -38,7 +39,7 @@ GUI_SoftwareInfo::GUI_SoftwareInfo(const QString &supportAddress, QWidget *paren
     m_ui->setupUi(this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_ui->lbl_icon->setPixmap(QIcon(QStringLiteral(":/Logo/Logo16x16.ico")).pixmap(QSize(LogoSize, LogoSize)));
-    m_ui->lbl_softwareVersion->setText(QStringLiteral("V" X9_VERSION));
+    m_ui->lbl_softwareVersion->setText(QStringLiteral("V") + programVersion());
     showAddress(m_ui->lbl_web, supportAddress);
     m_ui->label_web->setVisible(!supportAddress.isEmpty());
     m_ui->lbl_web->setVisible(!supportAddress.isEmpty());

@@ -647,6 +647,81 @@ Check the bit rate and the other parameters.</source>
     </message>
 </context>
 <context>
+    <name>GUI_DeviceInfo</name>
+    <message>
+        <source>About Device</source>
+        <translation>关于设备</translation>
+    </message>
+    <message>
+        <source>Product SN：</source>
+        <translation>产品SN：</translation>
+    </message>
+    <message>
+        <source>Firmware version:</source>
+        <translation>固件版本：</translation>
+    </message>
+    <message>
+        <source>Check updates</source>
+        <translation>检查更新</translation>
+    </message>
+    <message>
+        <source>Updating...</source>
+        <translation>正在更新...</translation>
+    </message>
+    <message>
+        <source>Migration</source>
+        <translation>迁移</translation>
+    </message>
+    <message>
+        <source>New version detected</source>
+        <translation>检测到新版本</translation>
+    </message>
+    <message>
+        <source>Do you wish to update it now?</source>
+        <translation>是否立即更新？</translation>
+    </message>
+    <message>
+        <source>The upgrade program has crashed.</source>
+        <translation>升级程序已崩溃。</translation>
+    </message>
+    <message>
+        <source>The upgrade program cannot be started.</source>
+        <translation>无法启动升级程序。</translation>
+    </message>
+    <message>
+        <source>Tips</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>No device was found. Connect it and open this window again.</source>
+        <translation>未找到设备。请连接设备后重新打开此窗口。</translation>
+    </message>
+    <message>
+        <source>No firmware is published for this device.</source>
+        <translation>没有适用于此设备的固件。</translation>
+    </message>
+    <message>
+        <source>Network connection exception!</source>
+        <translation>网络连接异常！</translation>
+    </message>
+    <message>
+        <source>Server request failed!</source>
+        <translation>服务器请求失败！</translation>
+    </message>
+    <message>
+        <source>Congratulations, This is the latest version!</source>
+        <translation>恭喜，当前已是最新版本！</translation>
+    </message>
+    <message>
+        <source>The firmware cannot be downloaded: its address names no file.</source>
+        <translation>无法下载固件：其地址不含文件名。</translation>
+    </message>
+    <message>
+        <source>The firmware could not be downloaded.</source>
+        <translation>固件下载失败。</translation>
+    </message>
+</context>
+<context>
     <name>GUI_SoftwareInfo</name>
     <message>
         <source>About Software</source>

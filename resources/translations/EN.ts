@@ -647,6 +647,81 @@ Check the bit rate and the other parameters.</translation>
     </message>
 </context>
 <context>
+    <name>GUI_DeviceInfo</name>
+    <message>
+        <source>About Device</source>
+        <translation>About Device</translation>
+    </message>
+    <message>
+        <source>Product SN：</source>
+        <translation>Product SN：</translation>
+    </message>
+    <message>
+        <source>Firmware version:</source>
+        <translation>Firmware version:</translation>
+    </message>
+    <message>
+        <source>Check updates</source>
+        <translation>Check updates</translation>
+    </message>
+    <message>
+        <source>Updating...</source>
+        <translation>Updating...</translation>
+    </message>
+    <message>
+        <source>Migration</source>
+        <translation>Migration</translation>
+    </message>
+    <message>
+        <source>New version detected</source>
+        <translation>New version detected</translation>
+    </message>
+    <message>
+        <source>Do you wish to update it now?</source>
+        <translation>Do you wish to update it now?</translation>
+    </message>
+    <message>
+        <source>The upgrade program has crashed.</source>
+        <translation>The upgrade program has crashed.</translation>
+    </message>
+    <message>
+        <source>The upgrade program cannot be started.</source>
+        <translation>The upgrade program cannot be started.</translation>
+    </message>
+    <message>
+        <source>Tips</source>
+        <translation>Tips</translation>
+    </message>
+    <message>
+        <source>No device was found. Connect it and open this window again.</source>
+        <translation>No device was found. Connect it and open this window again.</translation>
+    </message>
+    <message>
+        <source>No firmware is published for this device.</source>
+        <translation>No firmware is published for this device.</translation>
+    </message>
+    <message>
+        <source>Network connection exception!</source>
+        <translation>Network connection exception!</translation>
+    </message>
+    <message>
+        <source>Server request failed!</source>
+        <translation>Server request failed!</translation>
+    </message>
+    <message>
+        <source>Congratulations, This is the latest version!</source>
+        <translation>Congratulations, This is the latest version!</translation>
+    </message>
+    <message>
+        <source>The firmware cannot be downloaded: its address names no file.</source>
+        <translation>The firmware cannot be downloaded: its address names no file.</translation>
+    </message>
+    <message>
+        <source>The firmware could not be downloaded.</source>
+        <translation>The firmware could not be downloaded.</translation>
+    </message>
+</context>
+<context>
     <name>GUI_SoftwareInfo</name>
     <message>
         <source>About Software</source>
