@@ -4,6 +4,8 @@
 #include "app/Driver.h"
 #include "app/ExitDeadline.h"
 #include "app/GUI_CanView.h"
+#include "app/HttpServer.h"
+#include "app/ServiceAddress.h"
 #include "app/Settings.h"
 #include "app/SingleInstance.h"
 #include "device/CANCommunication.h"
@@ -29,7 +31,7 @@ void leave(SingleInstance &instance, int exitCode)
 
 int runWindow(SingleInstance &instance)
 {
-    auto window = std::make_unique<GUI_CanView>(std::make_unique<CANCommunication>());
+    auto window = std::make_unique<GUI_CanView>(std::make_unique<CANCommunication>(firmwareQuery(updateServer())));
     window->show();
     const int exitCode = QApplication::exec();
     QApplication::closeAllWindows();

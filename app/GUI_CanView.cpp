@@ -2,6 +2,9 @@
 
 #include "app/AdapterProblem.h"
 #include "app/Application.h"
+#include "app/GUI_DeviceInfo.h"
+#include "app/GUI_SoftwareInfo.h"
+#include "app/ServiceAddress.h"
 #include "app/Settings.h"
 #include "app/WindowMessages.h"
 #include "can/GUI_CanDevice.h"
@@ -72,6 +75,7 @@ public:
     bool openTab(const ChannelParam &param, const QString &protocol);
     void addTab(WidgetDeviceBase *tab, const QString &protocol);
     static ChannelMode modeOf(const WidgetDeviceBase &tab);
+    void showDevice(GUI_DeviceInfo &dialog);
 
     GUI_CanView *q;
     WindowMessages messages;
@@ -159,6 +163,23 @@ void GUI_CanViewPrivate::addTab(WidgetDeviceBase *tab, const QString &protocol)
 ChannelMode GUI_CanViewPrivate::modeOf(const WidgetDeviceBase &tab)
 {
     return qobject_cast<const GUI_LINDevice *>(&tab) == nullptr ? ChannelMode::CAN : ChannelMode::LIN;
+}
+
+/// The device of the tab on top; without a tab, the first that is there.
+void GUI_CanViewPrivate::showDevice(GUI_DeviceInfo &dialog)
+{
+    quint8 device = 0;
+    if (const auto *tab = qobject_cast<WidgetDeviceBase *>(ui.tabWidget->currentWidget())) {
+        device = tab->channelParam().device;
+    } else {
+        const QVector<DevicePresence> devices = communication->presentDevices();
+        device = devices.isEmpty() ? 0 : devices.first().device;
+    }
+    QString serial;
+    QString model;
+    QString firmware;
+    communication->readDeviceInfo(device, serial, model, firmware); // leaves the texts empty when there is no device
+    dialog.setDevice(serial, model, firmware);
 }
 
 GUI_CanView::GUI_CanView(std::unique_ptr<CANCommunication> communication, QWidget *parent)

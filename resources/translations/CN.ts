@@ -643,6 +643,104 @@ Check the bit rate and the other parameters.</source>
     </message>
 </context>
 <context>
+    <name>GUI_DeviceInfo</name>
+    <message>
+        <source>About Device</source>
+        <translation>关于设备</translation>
+    </message>
+    <message>
+        <source>Product SN：</source>
+        <translation>产品SN：</translation>
+    </message>
+    <message>
+        <source>Firmware version:</source>
+        <translation>固件版本：</translation>
+    </message>
+    <message>
+        <source>Check updates</source>
+        <translation>检查更新</translation>
+    </message>
+    <message>
+        <source>Updating...</source>
+        <translation>正在更新...</translation>
+    </message>
+    <message>
+        <source>Migration</source>
+        <translation>迁移</translation>
+    </message>
+    <message>
+        <source>New version detected</source>
+        <translation>检测到新版本</translation>
+    </message>
+    <message>
+        <source>Do you wish to update it now?</source>
+        <translation>是否立即更新？</translation>
+    </message>
+    <message>
+        <source>The upgrade program has crashed.</source>
+        <translation>升级程序已崩溃。</translation>
+    </message>
+    <message>
+        <source>The upgrade program cannot be started.</source>
+        <translation>无法启动升级程序。</translation>
+    </message>
+    <message>
+        <source>Tips</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>No device was found. Connect it and open this window again.</source>
+        <translation>未找到设备。请连接设备后重新打开此窗口。</translation>
+    </message>
+    <message>
+        <source>No firmware is published for this device.</source>
+        <translation>没有适用于此设备的固件。</translation>
+    </message>
+    <message>
+        <source>Network connection exception!</source>
+        <translation>网络连接异常！</translation>
+    </message>
+    <message>
+        <source>Server request failed!</source>
+        <translation>服务器请求失败！</translation>
+    </message>
+    <message>
+        <source>Congratulations, This is the latest version!</source>
+        <translation>恭喜，当前已是最新版本！</translation>
+    </message>
+    <message>
+        <source>The firmware cannot be downloaded: its address names no file.</source>
+        <translation>无法下载固件：其地址不含文件名。</translation>
+    </message>
+    <message>
+        <source>The firmware could not be downloaded.</source>
+        <translation>固件下载失败。</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_SoftwareInfo</name>
+    <message>
+        <source>About Software</source>
+        <translation>关于软件</translation>
+    </message>
+    <message>
+        <source>Software name:</source>
+        <translation>软件名称：</translation>
+    </message>
+    <message>
+        <source>Software version:</source>
+        <translation>软件版本：</translation>
+    </message>
+    <message>
+        <source>Technical support:</source>
+        <translation>技术支持：</translation>
+    </message>
+    <message>
+        <source>Check updates</source>
+        <translation>检查更新</translation>
+    </message>
+</context>
+<context>
     <name>GUI_LINDevice</name>
     <message>
         <source>List mode</source>
@@ -832,6 +930,80 @@ Check the bit rate and the other parameters.</source>
     <message>
         <source>Save failure</source>
         <translation>保存失败</translation>
+    </message>
+</context>
+<context>
+    <name>MigrationWidget</name>
+    <message>
+        <source>Migration</source>
+        <translation>迁移</translation>
+    </message>
+    <message>
+        <source>Result:</source>
+        <translation>结果：</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>清空</translation>
+    </message>
+    <message>
+        <source>Device upgrade succeeded</source>
+        <translation>设备升级成功</translation>
+    </message>
+    <message>
+        <source>File cannot be accessed</source>
+        <translation>文件无法访问</translation>
+    </message>
+    <message>
+        <source>Hardware version does not match</source>
+        <translation>硬件版本不匹配</translation>
+    </message>
+    <message>
+        <source>No old device was found</source>
+        <translation>未找到旧设备</translation>
+    </message>
+    <message>
+        <source>Enter BootLoader failed</source>
+        <translation>进入BootLoader失败</translation>
+    </message>
+    <message>
+        <source>Version read failed</source>
+        <translation>版本读取失败</translation>
+    </message>
+    <message>
+        <source>Flash erasing failed</source>
+        <translation>Flash擦除失败</translation>
+    </message>
+    <message>
+        <source>Data send failed</source>
+        <translation>数据发送失败</translation>
+    </message>
+    <message>
+        <source>Unknown error</source>
+        <translation>未知错误</translation>
+    </message>
+    <message>
+        <source>Device migration operation description</source>
+        <translation>设备迁移操作说明</translation>
+    </message>
+    <message>
+        <source>Firmware version less than</source>
+        <translation>适用于固件版本低于</translation>
+    </message>
+    <message>
+        <source>Do not power off during the upgrade</source>
+        <translation>升级过程中请勿断电</translation>
+    </message>
+    <message>
+        <source>If the operation fails, remove and reinsert the device and try again</source>
+        <translation>如果操作失败，请拔出并重新插入设备后重试</translation>
+    </message>
+</context>
+<context>
+    <name>PopupWidget</name>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
     </message>
 </context>
 <context>

@@ -643,6 +643,104 @@ Check the bit rate and the other parameters.</translation>
     </message>
 </context>
 <context>
+    <name>GUI_DeviceInfo</name>
+    <message>
+        <source>About Device</source>
+        <translation>About Device</translation>
+    </message>
+    <message>
+        <source>Product SN：</source>
+        <translation>Product SN：</translation>
+    </message>
+    <message>
+        <source>Firmware version:</source>
+        <translation>Firmware version:</translation>
+    </message>
+    <message>
+        <source>Check updates</source>
+        <translation>Check updates</translation>
+    </message>
+    <message>
+        <source>Updating...</source>
+        <translation>Updating...</translation>
+    </message>
+    <message>
+        <source>Migration</source>
+        <translation>Migration</translation>
+    </message>
+    <message>
+        <source>New version detected</source>
+        <translation>New version detected</translation>
+    </message>
+    <message>
+        <source>Do you wish to update it now?</source>
+        <translation>Do you wish to update it now?</translation>
+    </message>
+    <message>
+        <source>The upgrade program has crashed.</source>
+        <translation>The upgrade program has crashed.</translation>
+    </message>
+    <message>
+        <source>The upgrade program cannot be started.</source>
+        <translation>The upgrade program cannot be started.</translation>
+    </message>
+    <message>
+        <source>Tips</source>
+        <translation>Tips</translation>
+    </message>
+    <message>
+        <source>No device was found. Connect it and open this window again.</source>
+        <translation>No device was found. Connect it and open this window again.</translation>
+    </message>
+    <message>
+        <source>No firmware is published for this device.</source>
+        <translation>No firmware is published for this device.</translation>
+    </message>
+    <message>
+        <source>Network connection exception!</source>
+        <translation>Network connection exception!</translation>
+    </message>
+    <message>
+        <source>Server request failed!</source>
+        <translation>Server request failed!</translation>
+    </message>
+    <message>
+        <source>Congratulations, This is the latest version!</source>
+        <translation>Congratulations, This is the latest version!</translation>
+    </message>
+    <message>
+        <source>The firmware cannot be downloaded: its address names no file.</source>
+        <translation>The firmware cannot be downloaded: its address names no file.</translation>
+    </message>
+    <message>
+        <source>The firmware could not be downloaded.</source>
+        <translation>The firmware could not be downloaded.</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_SoftwareInfo</name>
+    <message>
+        <source>About Software</source>
+        <translation>About Software</translation>
+    </message>
+    <message>
+        <source>Software name:</source>
+        <translation>Software name:</translation>
+    </message>
+    <message>
+        <source>Software version:</source>
+        <translation>Software version:</translation>
+    </message>
+    <message>
+        <source>Technical support:</source>
+        <translation>Technical support:</translation>
+    </message>
+    <message>
+        <source>Check updates</source>
+        <translation>Check updates</translation>
+    </message>
+</context>
+<context>
     <name>GUI_LINDevice</name>
     <message>
         <source>List mode</source>
@@ -832,6 +930,80 @@ Check the bit rate and the other parameters.</translation>
     <message>
         <source>Save failure</source>
         <translation>Save failure</translation>
+    </message>
+</context>
+<context>
+    <name>MigrationWidget</name>
+    <message>
+        <source>Migration</source>
+        <translation>Migration</translation>
+    </message>
+    <message>
+        <source>Result:</source>
+        <translation>Result:</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Clear</translation>
+    </message>
+    <message>
+        <source>Device upgrade succeeded</source>
+        <translation>Device upgrade succeeded</translation>
+    </message>
+    <message>
+        <source>File cannot be accessed</source>
+        <translation>File cannot be accessed</translation>
+    </message>
+    <message>
+        <source>Hardware version does not match</source>
+        <translation>Hardware version does not match</translation>
+    </message>
+    <message>
+        <source>No old device was found</source>
+        <translation>No old device was found</translation>
+    </message>
+    <message>
+        <source>Enter BootLoader failed</source>
+        <translation>Enter BootLoader failed</translation>
+    </message>
+    <message>
+        <source>Version read failed</source>
+        <translation>Version read failed</translation>
+    </message>
+    <message>
+        <source>Flash erasing failed</source>
+        <translation>Flash erasing failed</translation>
+    </message>
+    <message>
+        <source>Data send failed</source>
+        <translation>Data send failed</translation>
+    </message>
+    <message>
+        <source>Unknown error</source>
+        <translation>Unknown error</translation>
+    </message>
+    <message>
+        <source>Device migration operation description</source>
+        <translation>Device migration operation description</translation>
+    </message>
+    <message>
+        <source>Firmware version less than</source>
+        <translation>Firmware version less than</translation>
+    </message>
+    <message>
+        <source>Do not power off during the upgrade</source>
+        <translation>Do not power off during the upgrade</translation>
+    </message>
+    <message>
+        <source>If the operation fails, remove and reinsert the device and try again</source>
+        <translation>If the operation fails, remove and reinsert the device and try again</translation>
+    </message>
+</context>
+<context>
+    <name>PopupWidget</name>
+    <message>
+        <source>Close</source>
+        <translation>Close</translation>
     </message>
 </context>
 <context>

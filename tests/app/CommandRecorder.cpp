@@ -1,5 +1,5 @@
-// Stands in for a program that another one starts: writes its arguments, a line each, to a file beside itself whose name
-// is its own with ".arguments" behind it, and ends with 0.
+// Stands in for a program that another one starts: writes its arguments, a line each, to a file beside itself whose
+// name is its own with ".arguments" behind it, and ends with 0.
 
 #include <cstdio>
 #include <string>

@@ -44,9 +44,13 @@ void tst_Driver::certificate()
 {
     const DriverCommand command = certificateCommand(QStringLiteral("C:/Program Files/X9CAN"));
     QCOMPARE(command.program, QStringLiteral("C:/Program Files/X9CAN/Driver/Q2/certmgr.exe"));
-    const QStringList arguments{QStringLiteral("-c"), QStringLiteral("-add"),
-                                QStringLiteral("C:/Program Files/X9CAN/Driver/Q2/korvaneQ2.crt"), QStringLiteral("-r"),
-                                QStringLiteral("localMachine"), QStringLiteral("-s"), QStringLiteral("root")};
+    const QStringList arguments{QStringLiteral("-c"),
+                                QStringLiteral("-add"),
+                                QStringLiteral("C:/Program Files/X9CAN/Driver/Q2/korvaneQ2.crt"),
+                                QStringLiteral("-r"),
+                                QStringLiteral("localMachine"),
+                                QStringLiteral("-s"),
+                                QStringLiteral("root")};
     QCOMPARE(command.arguments, arguments);
 }
 
@@ -80,7 +84,8 @@ void tst_Driver::installerByWindows()
 void tst_Driver::runsTheCertificateToolFirst()
 {
     const QTemporaryDir folder;
-    const DriverCommand tool{standIn(folder, QStringLiteral("tool.exe")), {QStringLiteral("-add"), QStringLiteral("a b")}};
+    const DriverCommand tool{standIn(folder, QStringLiteral("tool.exe")),
+                             {QStringLiteral("-add"), QStringLiteral("a b")}};
     const DriverCommand installer{standIn(folder, QStringLiteral("installer.exe")), {QStringLiteral("install")}};
     QVERIFY(runDriverCommands(tool, installer));
     QCOMPARE(argumentsOf(tool.program), tool.arguments);

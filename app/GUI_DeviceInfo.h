@@ -1,0 +1,66 @@
+#pragma once
+
+#include "app/Driver.h"
+#include "app/ServiceAddress.h"
+
+#include <QCoreApplication>
+#include <QDialog>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+class GUI_DeviceInfoPrivate;
+
+/// What GUI_DeviceInfo works with: the program's own folder, server and driver unless said otherwise.
+struct DeviceInfoSetup
+{
+    /// Holds "UpgradeCAN.exe", "UpCode" and "Migration".
+    QString applicationDir = QCoreApplication::applicationDirPath();
+    /// The base URL of the update server.
+    QString updateServer = ::updateServer();
+    /// An answer that takes longer, in milliseconds, is a failed query.
+    int queryLimitMs = 30000;
+    std::function<bool()> isDeviceUnregistered = ::isDeviceUnregistered;
+    std::function<bool()> installMigrationDriver = ::installMigrationDriver;
+};
+
+/// The product code under which the firmware of a model is published; empty for a model that has none.
+QString firmwareProductCode(const QString &model);
+
+/// Shows which adapter is connected, brings its firmware up to date, and hosts the migration of older adapters.
+///
+/// A query or download that runs ends with the dialog; an upgrade program that runs is left to run.
+class GUI_DeviceInfo : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit GUI_DeviceInfo(DeviceInfoSetup setup = {}, QWidget *parent = nullptr);
+    ~GUI_DeviceInfo() override;
+
+    /// The texts as the adapter gives them; all empty, as at first, when there is none.
+    void setDevice(const QString &serial, const QString &model, const QString &firmware);
+
+public slots:
+    /// Shows the migration page, after starting the installation of its driver where the adapter needs it.
+    void slot_migrationBtnClicked();
+    /// Ends what runs, but not an upgrade program.
+    void done(int result) override;
+
+signals:
+    /// "Check updates" was clicked. What setDevice() is told in a slot that is called directly counts for this check.
+    void sig_updataBtnClicked();
+    /// The user has agreed to an upgrade; the download comes next.
+    void sig_updateRequest();
+    /// An upgrade has run for its time. Does not come when a download or the start of the upgrade program fails, nor
+    /// when the dialog is closed meanwhile.
+    void sig_updateFinish();
+
+private slots:
+    void slot_updateBtnClicked();
+
+private:
+    friend class GUI_DeviceInfoPrivate;
+    std::unique_ptr<GUI_DeviceInfoPrivate> m_p;
+};

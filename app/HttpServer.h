@@ -1,0 +1,52 @@
+#pragma once
+
+#include "app/Release.h"
+#include "device/FirmwareQuery.h"
+
+#include <QObject>
+#include <QString>
+
+#include <atomic>
+#include <memory>
+#include <optional>
+
+class HttpServerPrivate;
+
+/// The product code under which this program itself is published.
+QString programProductCode();
+
+/// Asks the update server for the newest release under a product code. A query fails on network and HTTP errors, on an
+/// answer of more than 1 MiB or that is no JSON object, on more than 5 redirects and on one that leaves http and https.
+/// There is no time-out.
+class HttpServer : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// baseUrl: http or https, with or without a path; with any other one every query fails at once.
+    explicit HttpServer(QString baseUrl, QObject *parent = nullptr);
+    /// Aborts a query that runs.
+    ~HttpServer() override;
+
+    /// Asks and returns at once; sig_finished tells the outcome, never from within this call. A query that still runs
+    /// is aborted.
+    void start(const QString &productCode);
+    /// Ends a query; sig_finished is not emitted for it any more.
+    void abort();
+    bool isRunning() const;
+
+    /// Asks and waits for the answer in an event loop of its own: for threads other than the GUI's, also such that Qt
+    /// does not know. Nothing when the query failed, and within 500 ms of isCancelled becoming true. May be called on
+    /// any thread, also while a query of start() runs.
+    std::optional<Release> query(const QString &productCode, const std::atomic<bool> &isCancelled) const;
+
+signals:
+    /// release: empty unless ok; keys that the answer lacks, or that are no texts, are empty.
+    void sig_finished(bool ok, const Release &release);
+
+private:
+    std::unique_ptr<HttpServerPrivate> m_p;
+};
+
+/// The query that the firmware monitor is given.
+FirmwareQuery firmwareQuery(const QString &baseUrl);

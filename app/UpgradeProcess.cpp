@@ -1,0 +1,83 @@
+#include "app/UpgradeProcess.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+
+#include <utility>
+
+/// Can be deleted without harm to its program, which the base class would kill.
+class UpgradeProcess::Process : public QProcess
+{
+public:
+    explicit Process(QObject *parent)
+        : QProcess(parent)
+    {
+    }
+    ~Process() override { setProcessState(NotRunning); }
+};
+
+UpgradeProcess::UpgradeProcess(QObject *parent)
+    : QObject(parent)
+{
+}
+
+UpgradeProcess::~UpgradeProcess()
+{
+    release();
+}
+
+void UpgradeProcess::start(const QString &program, const QStringList &arguments)
+{
+    if (isRunning()) {
+        return;
+    }
+    m_process = new Process(this);
+    // Not to a pipe: it would be full, or broken, once nobody reads it any more.
+    m_process->setStandardOutputFile(QProcess::nullDevice());
+    m_process->setStandardErrorFile(QProcess::nullDevice());
+    connect(m_process, &QProcess::started, this, &UpgradeProcess::sig_started);
+    connect(m_process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
+            [this](int exitCode, QProcess::ExitStatus status) {
+                if (status == QProcess::CrashExit) {
+                    fail(m_process->errorString());
+                    return;
+                }
+                freeProcess();
+                emit sig_finished(exitCode);
+            });
+    connect(m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart) { // a crash is told by finished() as well
+            fail(m_process->errorString());
+        }
+    });
+    m_process->start(program, arguments, QIODevice::ReadWrite);
+}
+
+void UpgradeProcess::release()
+{
+    if (!isRunning()) {
+        return;
+    }
+    Process *process = std::exchange(m_process, nullptr);
+    process->disconnect(this);
+    // From now on it ends with its program, so that the system can forget that one, or else with the application.
+    process->setParent(QCoreApplication::instance());
+    connect(process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), process, &QObject::deleteLater);
+    connect(process, &QProcess::errorOccurred, process, [process](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart) {
+            process->deleteLater();
+        }
+    });
+}
+
+void UpgradeProcess::fail(const QString &reason)
+{
+    qWarning("Upgrade program %s: %s", qUtf8Printable(m_process->program()), qUtf8Printable(reason));
+    freeProcess();
+    emit sig_failed(reason);
+}
+
+void UpgradeProcess::freeProcess()
+{
+    std::exchange(m_process, nullptr)->deleteLater();
+}

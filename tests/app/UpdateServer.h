@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QProcess>
+#include <QStringList>
+
+/// tools/update-server.py as a process of its own; ends with this object, and with the test.
+class UpdateServer
+{
+public:
+    /// Starts it and waits until it can be asked. arguments: as the script describes them.
+    explicit UpdateServer(const QStringList &arguments = {});
+    ~UpdateServer();
+    Q_DISABLE_COPY_MOVE(UpdateServer)
+
+    /// "http://127.0.0.1:<port>"; empty when it could not be started.
+    QString url() const;
+    /// A base URL or a prefix under which the server behaves as named.
+    QString url(const char *behaviour) const { return url() + QLatin1String("/behave/") + QLatin1String(behaviour); }
+    /// The request lines so far, in the order in which they came.
+    QStringList requests();
+    /// Ends it, so that connections are refused.
+    void stop();
+
+private:
+    QProcess m_process;
+    QString m_port;
+    QStringList m_requests;
+};

@@ -1,0 +1,80 @@
+// Stands in for an upgrade program. Beside it lies a file of orders, named after it with ".orders" behind, one a line:
+//   print <n>    writes so many bytes to the standard output and as many to the standard error
+//   wait         waits for the file ".go", a minute at most
+//   crash        ends by a fault
+//   exit <code>  ends with the code; 0 without this order
+// It appends one line to the file ".started" at its start, its arguments with tabs between, and one to the file
+// ".ended" when it ends by itself.
+
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <utility>
+
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
+namespace {
+
+[[noreturn]] void crash()
+{
+#ifdef _WIN32
+    TerminateProcess(GetCurrentProcess(), 0xC0000005u);
+#else
+    std::raise(SIGKILL); // a fault that no sanitizer catches
+#endif
+    std::abort();
+}
+
+void print(long count)
+{
+    for (long i = 0; i < count; ++i) {
+        std::fputc('x', stdout);
+        std::fputc('x', stderr);
+    }
+    std::fflush(stdout);
+}
+
+void waitFor(const std::string &file)
+{
+    constexpr int Steps = 6000;
+    for (int i = 0; i < Steps && !std::filesystem::exists(file); ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const std::string self = argv[0];
+    std::string line;
+    for (int i = 1; i < argc; ++i) {
+        line += (i > 1 ? "\t" : "") + std::string(argv[i]);
+    }
+    std::ofstream(self + ".started", std::ios::app) << line << std::endl;
+
+    long code = 0;
+    std::ifstream orders(self + ".orders");
+    std::string order;
+    while (orders >> order) {
+        if (order == "crash") {
+            crash();
+        } else if (order == "wait") {
+            waitFor(self + ".go");
+        } else if (order == "print") {
+            orders >> code;
+            print(std::exchange(code, 0));
+        } else if (order == "exit") {
+            orders >> code;
+        }
+    }
+    std::ofstream(self + ".ended", std::ios::app) << code << std::endl;
+    return static_cast<int>(code);
+}

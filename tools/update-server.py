@@ -1,0 +1,222 @@
+#!/usr/bin/env python3
+"""A stand-in for the update server, for the tests and for trying the program out. Serves on 127.0.0.1 only.
+
+    tools/update-server.py [--port N] [--records FOLDER] [--record CODE=JSON]... [--downloads FOLDER]
+                           [--behaviour CODE=NAME]... [--until-input-ends]
+
+Prints "READY <port>" when it can be asked, then every request line as it came.
+
+    /api/software-product-versions/latest-byswcode?langCode=CN&swSnCode=CODE
+        the record of a product code: that of --record, else the content of FOLDER/CODE.json, else 404
+    /downloads/NAME
+        a file of the downloads' folder
+
+In front of either stands, if wanted, /behave/NAME, which makes the answer go wrong; --behaviour does so for every query
+of one product code. "{port}" in a record is replaced by the server's port. The names:
+
+    no-answer        accepts the request and stays silent
+    slow             one byte per second
+    stall            half of the answer, then silence
+    short            announces one byte more than it sends
+    404, 500         the HTTP error, with a record as its page
+    invalid          no JSON
+    list             JSON that is no object
+    types            an object whose values are no texts
+    empty            an object without keys
+    nothing          an answer of no bytes
+    large            a valid record of 2 MiB
+    rubbish          200 MB of rubbish, announced
+    rubbish-chunked  200 MB of rubbish, not announced
+    redirect         to the same place without the behaviour
+    redirect-file    to a file of this computer
+    redirect-ftp     to an ftp address
+    redirect-self    to itself, without end
+"""
+import argparse
+import http.server
+import os
+import pathlib
+import sys
+import threading
+import time
+import urllib.parse
+
+QUERY = "/api/software-product-versions/latest-byswcode"
+RUBBISH = 200 * 1000 * 1000
+
+
+class Handler(http.server.BaseHTTPRequestHandler):
+    """Answers one connection."""
+
+    protocol_version = "HTTP/1.1"
+
+    def do_GET(self):
+        print(self.requestline, flush=True)
+        address = urllib.parse.urlsplit(self.path)
+        path, behaviour = address.path, ""
+        if path.startswith("/behave/"):
+            behaviour, _, rest = path[len("/behave/"):].partition("/")
+            path = "/" + rest
+        code = dict(urllib.parse.parse_qsl(address.query)).get("swSnCode", "")
+        if path == QUERY:
+            behaviour = behaviour or self.server.behaviours.get(code, "")
+            body = self.server.record(code)
+        else:
+            body = self.server.download(path)
+        self.close_connection = True
+        try:
+            self.behave(behaviour, body, path + ("?" + address.query if address.query else ""))
+        except (ConnectionError, TimeoutError):
+            pass  # the client has gone
+
+    def behave(self, behaviour, body, plain):
+        if behaviour in ("404", "500"):
+            self.send(int(behaviour), body or b"{}")
+        elif behaviour in BODIES:
+            self.send(200, BODIES[behaviour]())
+        elif behaviour in TARGETS:
+            self.redirect(TARGETS[behaviour])
+        elif behaviour == "redirect":
+            self.redirect(plain)
+        elif behaviour == "redirect-self":
+            self.redirect(self.path)
+        elif behaviour == "no-answer":
+            self.wait_for_client()
+        elif behaviour == "rubbish":
+            self.rubbish(is_chunked=False)
+        elif behaviour == "rubbish-chunked":
+            self.rubbish(is_chunked=True)
+        elif body is None or behaviour not in ("", "slow", "stall", "short"):
+            self.send(404, b"")
+        elif behaviour == "slow":
+            self.slow(body)
+        elif behaviour == "stall":
+            self.head(200, len(body))
+            self.wfile.write(body[: len(body) // 2])
+            self.wait_for_client()
+        elif behaviour == "short":
+            self.head(200, len(body) + 1)
+            self.wfile.write(body)
+        else:
+            self.send(200, body)
+
+    def head(self, status, length):
+        self.send_response(status)
+        self.send_header("Content-Length", str(length))
+        self.send_header("Connection", "close")
+        self.end_headers()
+
+    def send(self, status, body):
+        self.head(status, len(body))
+        self.wfile.write(body)
+
+    def redirect(self, target):
+        self.send_response(302)
+        self.send_header("Location", target)
+        self.send_header("Content-Length", "0")
+        self.send_header("Connection", "close")
+        self.end_headers()
+
+    def slow(self, body):
+        self.head(200, len(body))
+        for index in range(len(body)):
+            self.wfile.write(body[index:index + 1])
+            time.sleep(1)
+
+    def rubbish(self, is_chunked):
+        self.send_response(200)
+        if is_chunked:
+            self.send_header("Transfer-Encoding", "chunked")
+        else:
+            self.send_header("Content-Length", str(RUBBISH))
+        self.send_header("Connection", "close")
+        self.end_headers()
+        block = b"\xa5" * 100000
+        for _ in range(RUBBISH // len(block)):
+            self.wfile.write(b"%x\r\n%s\r\n" % (len(block), block) if is_chunked else block)
+        if is_chunked:
+            self.wfile.write(b"0\r\n\r\n")
+
+    def wait_for_client(self):
+        while self.connection.recv(4096):
+            pass
+
+    def log_message(self, *_):
+        """The request lines are printed as they come; nothing else is."""
+
+
+BODIES = {
+    "invalid": lambda: b'{"versionNo": "9.9.9"',
+    "list": lambda: b'[{"versionNo": "9.9.9"}]',
+    "types": lambda: b'{"name": 1, "summary": null, "versionNo": ["9.9.9"], "url": {"a": "b"}}',
+    "empty": lambda: b"{}",
+    "nothing": lambda: b"",
+    "large": lambda: b'{"versionNo": "9.9.9", "summary": "%s"}' % (b"a" * 2 * 1024 * 1024),
+}
+TARGETS = {"redirect-file": "file:///etc/hostname", "redirect-ftp": "ftp://127.0.0.1/record.json"}
+
+
+class Server(http.server.ThreadingHTTPServer):
+    """Serves the records and the downloads named on the command line."""
+
+    daemon_threads = True
+
+    def __init__(self, arguments):
+        super().__init__(("127.0.0.1", arguments.port), Handler)
+        self.records = dict(record.split("=", 1) for record in arguments.record)
+        self.behaviours = dict(behaviour.split("=", 1) for behaviour in arguments.behaviour)
+        self.record_folder = arguments.records
+        self.download_folder = arguments.downloads
+
+    def record(self, code):
+        text = self.records.get(code)
+        if text is None:
+            content = stored(self.record_folder, code + ".json")
+            if content is None:
+                return None
+            text = content.decode()
+        return text.replace("{port}", str(self.server_port)).encode()
+
+    def download(self, path):
+        prefix = "/downloads/"
+        if not path.startswith(prefix):
+            return None
+        return stored(self.download_folder, urllib.parse.unquote(path[len(prefix):]))
+
+    def handle_error(self, request, client_address):
+        """A client that goes away is part of the tests."""
+
+
+def stored(folder, name):
+    """The content of a file in the folder itself; None when there is none."""
+    if folder is None or pathlib.PurePath(name).name != name:
+        return None
+    path = pathlib.Path(folder, name)
+    return path.read_bytes() if path.is_file() else None
+
+
+def end_with_input():
+    sys.stdin.buffer.read()
+    os._exit(0)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--port", type=int, default=0, help="0: any that is free")
+    parser.add_argument("--records")
+    parser.add_argument("--record", action="append", default=[])
+    parser.add_argument("--downloads")
+    parser.add_argument("--behaviour", action="append", default=[])
+    parser.add_argument("--until-input-ends", action="store_true", help="end when the standard input does")
+    server = Server(parser.parse_args())
+    if parser.parse_args().until_input_ends:
+        threading.Thread(target=end_with_input, daemon=True).start()
+    print("READY", server.server_port, flush=True)
+    try:
+        server.serve_forever()
+    except KeyboardInterrupt:
+        pass
+
+
+if __name__ == "__main__":
+    main()
