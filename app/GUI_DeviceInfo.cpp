@@ -20,7 +20,6 @@ namespace {
 constexpr int LogoSize = 64; ///< device-independent pixels
 constexpr int PopupWidth = 500;
 constexpr int PopupHeight = 400;
-constexpr int StartDelayMs = 2000;
 constexpr int TickMs = 10;
 constexpr qint64 MaximumFirmware = 64 * 1024 * 1024; ///< bytes
 constexpr int LongestVersion = 64;                   ///< characters that are shown of a published version
@@ -110,7 +109,7 @@ void GUI_DeviceInfoPrivate::build()
     queryLimit.setSingleShot(true);
     queryLimit.setInterval(setup.queryLimitMs);
     startDelay.setSingleShot(true);
-    startDelay.setInterval(StartDelayMs);
+    startDelay.setInterval(setup.startDelayMs);
     timer.setInterval(TickMs);
     showDevice();
     showIdle();

@@ -21,6 +21,8 @@ struct DeviceInfoSetup
     QString updateServer = ::updateServer();
     /// An answer that takes longer, in milliseconds, is a failed query.
     int queryLimitMs = 30000;
+    /// From the end of the download to the start of the upgrade program, in milliseconds.
+    int startDelayMs = 2000;
     std::function<bool()> isDeviceUnregistered = ::isDeviceUnregistered;
     std::function<bool()> installMigrationDriver = ::installMigrationDriver;
 };

@@ -43,6 +43,7 @@ GUI_SoftwareInfo::GUI_SoftwareInfo(const QString &supportAddress, QWidget *paren
     showAddress(m_ui->lbl_web, supportAddress);
     m_ui->label_web->setVisible(!supportAddress.isEmpty());
     m_ui->lbl_web->setVisible(!supportAddress.isEmpty());
+    m_ui->btn_update->setFocus(); // not the link
     connect(m_ui->btn_update, &QPushButton::clicked, this, &GUI_SoftwareInfo::sig_update);
 }
 
