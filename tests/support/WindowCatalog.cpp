@@ -504,25 +504,34 @@ void showImportDialog(const Visitor &visit)
 
 // The catalogue
 
+/// The visitor finds the window laid out.
+Visitor settled(const Visitor &visit)
+{
+    return [visit](QWidget &window) {
+        QTest::qWait(0); // until every level of layouts has passed its new size on
+        visit(window);
+    };
+}
+
 template<typename... Arguments>
 CatalogWindow entry(const char *name, void (*show)(const Visitor &, Arguments...), Arguments... arguments)
 {
     return {QLatin1String(name), [=](const Visitor &visit) {
-                show(visit, arguments...);
+                show(settled(visit), arguments...);
             }};
 }
 
 CatalogWindow messageEntry(const char *name, int messageType, const char *context, const char *key)
 {
     return {QLatin1String(name), [=](const Visitor &visit) {
-                showMessage(visit, programText(context, key), messageType);
+                showMessage(settled(visit), programText(context, key), messageType);
             }};
 }
 
 CatalogWindow noticeEntry(const char *name, CNotice::Type noticeType, const char *context, const char *key)
 {
     return {QLatin1String(name), [=](const Visitor &visit) {
-                showNotice(visit, noticeType, context, key);
+                showNotice(settled(visit), noticeType, context, key);
             }};
 }
 } // namespace
