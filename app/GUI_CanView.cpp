@@ -292,8 +292,27 @@ void GUI_CanView::slot_showFrimwareUpgrade()
                       [this] { slot_showDeviceInfo(); });
 }
 
-void GUI_CanView::slot_showSoftwareInfo() {}
-void GUI_CanView::slot_showDeviceInfo() {}
+void GUI_CanView::slot_showSoftwareInfo()
+{
+    auto *dialog = new GUI_SoftwareInfo(supportAddress(), this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
+void GUI_CanView::slot_showDeviceInfo()
+{
+    auto *dialog = new GUI_DeviceInfo({}, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    const auto showDevice = [this, dialog] {
+        m_p->showDevice(*dialog);
+    };
+    connect(dialog, &GUI_DeviceInfo::sig_updataBtnClicked, this, showDevice);
+    connect(dialog, &GUI_DeviceInfo::sig_updateFinish, this, showDevice);
+    // The upgrade program needs the adapter for itself.
+    connect(dialog, &GUI_DeviceInfo::sig_updateRequest, this, &GUI_CanView::slot_closeCanDevice);
+    showDevice();
+    dialog->open();
+}
 
 void GUI_CanView::slot_showNotice(const QString &text, int type, int delayms)
 {

@@ -20,9 +20,15 @@ QString languageKey()
 bool store(const QString &file, int language)
 {
     QSettings settings(file, QSettings::IniFormat);
+    const QVariant before = settings.value(languageKey());
     settings.setValue(languageKey(), language);
     settings.sync();
-    return settings.status() == QSettings::NoError && QFileInfo(file).isFile();
+    const bool isStored = settings.status() == QSettings::NoError && QFileInfo(file).isFile();
+    if (!isStored) {
+        // QSettings would answer the new value from its memory as long as the program runs.
+        before.isValid() ? settings.setValue(languageKey(), before) : settings.remove(languageKey());
+    }
+    return isStored;
 }
 } // namespace
 

@@ -27,6 +27,7 @@
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QStandardPaths>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QToolBar>
@@ -126,19 +127,36 @@ QAction *actionIn(const GUI_CanView &window, const char *button, int index)
 class StoredLanguage
 {
 public:
-    StoredLanguage() { remove(); }
+    StoredLanguage()
+    {
+        QStandardPaths::setTestModeEnabled(true); // not the user's own file
+        remove();
+    }
     ~StoredLanguage() { remove(); }
     StoredLanguage(const StoredLanguage &) = delete;
     StoredLanguage &operator=(const StoredLanguage &) = delete;
 
-    static QString path() { return QCoreApplication::applicationDirPath() + QStringLiteral("/Init.ini"); }
-    static bool isStored() { return QFile::exists(path()); }
+    static QString programFile() { return QCoreApplication::applicationDirPath() + QStringLiteral("/Init.ini"); }
+    static QString userFile()
+    {
+        return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+               QStringLiteral("/X9CAN/Init.ini");
+    }
+    static bool isStored() { return QFile::exists(programFile()) || QFile::exists(userFile()); }
+    /// Puts folders where the files would be.
+    static bool makeUnwritable()
+    {
+        return QDir().mkpath(programFile() + QStringLiteral("/taken")) &&
+               QDir().mkpath(userFile() + QStringLiteral("/taken"));
+    }
 
 private:
     static void remove()
     {
-        QFile::remove(path());
-        QDir(path()).removeRecursively();
+        for (const QString &path : {programFile(), userFile()}) {
+            QFile::remove(path);
+            QDir(path).removeRecursively();
+        }
     }
 };
 } // namespace
@@ -727,13 +745,10 @@ void tst_GUI_CanView::saysThatTheLanguageCannotBeStored()
 {
     const StoredLanguage stored;
     const AdapterFolder folder(NoDevice);
-    QVERIFY(QDir().mkpath(StoredLanguage::path() + QStringLiteral("/taken"))); // no file can be written there
-    const QByteArray home = qgetenv("XDG_CONFIG_HOME");
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.filePath(QStringLiteral("virtual-adapter.json"))));
+    QVERIFY(StoredLanguage::makeUnwritable());
     GUI_CanView window(manager());
     window.show();
     window.findChild<QAction *>(QStringLiteral("EN"))->trigger();
-    qputenv("XDG_CONFIG_HOME", home);
     QCOMPARE(messagesOf(window).size(), 1);
     QCOMPARE(messagesOf(window).first()->icon(), CMessageBox::Critical);
     QVERIFY(messagesOf(window).first()->text().startsWith(QLatin1String("The language could not be stored.")));

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -12,6 +13,7 @@ class tst_Settings : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { QStandardPaths::setTestModeEnabled(true); } // not the user's own file
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
     void cleanup() { QFile::remove(iniPath()); }
     void noFileIsChinese();
@@ -136,9 +138,12 @@ void tst_Settings::theProgramsFileCountsAgain()
 void tst_Settings::isStoredNowhere()
 {
     write(file("plain"), "x");
-    const SettingsFiles settings(file("plain/a.ini"), file("plain/b.ini"));
-    QVERIFY(!settings.setLanguage(1));
-    QCOMPARE(settings.language(), 0);
+    QVERIFY(QDir(m_folder->path()).mkpath(QStringLiteral("folder.ini/taken")));
+    for (const char *program : {"plain/a.ini", "folder.ini"}) {
+        const SettingsFiles settings(file(program), file("plain/b.ini"));
+        QVERIFY(!settings.setLanguage(1));
+        QCOMPARE(settings.language(), 0);
+    }
 }
 
 void tst_Settings::updateServerIsTheInstallations()
