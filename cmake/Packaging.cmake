@@ -1,0 +1,22 @@
+# What `cmake --install` puts where, and the packages that CPack makes of it. Each system has a file of its own, which
+# adds its install rules and names its generators in CPACK_GENERATOR.
+
+# The day of this version: in the changelogs, and the time of all files in a package, so that the same sources make the
+# same package.
+set(X9_RELEASE_DATE "2026-11-21")
+
+set(CPACK_PACKAGE_NAME "${PROJECT_NAME}")
+set(CPACK_PACKAGE_VENDOR "X9CAN developers")
+set(CPACK_PACKAGE_CONTACT "X9CAN developers <x9can@example.com>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}/package")
+set(CPACK_STRIP_FILES ON)
+
+if(UNIX AND NOT APPLE)
+  include(PackagingLinux)
+endif()
+
+# After everything that sets CPACK_ variables.
+if(CPACK_GENERATOR)
+  include(CPack)
+endif()

@@ -1,0 +1,106 @@
+# The layout under /usr (or any other prefix; the launchers find the program from their own place) and the .deb.
+#
+# The program has a folder of its own, because it loads the adapter's library from its working directory and has its
+# other files beside itself. The virtual adapter is kept out of that folder: there it would pass for the real library.
+set(x9_linux "${PROJECT_SOURCE_DIR}/packaging/linux")
+set(x9_linux_made "${PROJECT_BINARY_DIR}/packaging")
+set(x9_program_folder lib/x9can)
+set(x9_doc_folder share/doc/x9can)
+
+# The same day as a time stamp and as the changelog writes it.
+set(ENV{LC_ALL} C)
+execute_process(COMMAND date -u -d "${X9_RELEASE_DATE}" +%s OUTPUT_VARIABLE x9_release_seconds
+                OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+execute_process(COMMAND date -u -d "${X9_RELEASE_DATE}" -R OUTPUT_VARIABLE x9_release_day
+                OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+unset(ENV{LC_ALL})
+
+# Programs
+install(TARGETS X9CAN RUNTIME DESTINATION ${x9_program_folder})
+install(TARGETS ControlCAN LIBRARY DESTINATION ${x9_program_folder}/virtual-adapter)
+install(PROGRAMS "${x9_linux}/x9can" "${x9_linux}/x9can-demo" DESTINATION bin)
+
+# Desktop entries and software catalogue
+configure_file("${x9_linux}/com.example.x9can.metainfo.xml.in" "${x9_linux_made}/com.example.x9can.metainfo.xml" @ONLY)
+install(FILES "${x9_linux}/x9can.desktop" "${x9_linux}/x9can-demo.desktop" DESTINATION share/applications)
+install(FILES "${x9_linux_made}/com.example.x9can.metainfo.xml" DESTINATION share/metainfo)
+
+# Icons. As in the program's own icon, the simple drawing is taken below 24 pixels.
+set(x9_logo "${PROJECT_SOURCE_DIR}/resources/images/logo")
+set(x9_linux_files "")
+foreach(size IN ITEMS 16 22 24 32 48 64 128 256)
+  set(svg "${x9_logo}/Logo.svg")
+  if(size LESS 24)
+    set(svg "${x9_logo}/LogoSmall.svg")
+  endif()
+  set(png "${x9_linux_made}/icons/${size}/x9can.png")
+  file(MAKE_DIRECTORY "${x9_linux_made}/icons/${size}")
+  add_custom_command(
+    OUTPUT "${png}"
+    COMMAND "${X9_RSVG_CONVERT}" --width ${size} --height ${size} --output "${png}" "${svg}"
+    DEPENDS "${svg}"
+    COMMENT "Rendering the icon of ${size} pixels"
+    VERBATIM)
+  list(APPEND x9_linux_files "${png}")
+  install(FILES "${png}" DESTINATION share/icons/hicolor/${size}x${size}/apps)
+endforeach()
+install(FILES "${x9_logo}/Logo.svg" DESTINATION share/icons/hicolor/scalable/apps RENAME x9can.svg)
+
+# x9_install_gzipped(<file> DESTINATION <folder> NAME <name without .gz>)
+function(x9_install_gzipped file)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "DESTINATION;NAME" "")
+  set(copy "${x9_linux_made}/gzipped/${arg_NAME}")
+  add_custom_command(
+    OUTPUT "${copy}.gz"
+    COMMAND "${CMAKE_COMMAND}" -E copy "${file}" "${copy}"
+    COMMAND gzip -9 --no-name --force "${copy}"
+    DEPENDS "${file}"
+    COMMENT "Compressing ${arg_NAME}"
+    VERBATIM)
+  install(FILES "${copy}.gz" DESTINATION ${arg_DESTINATION})
+  set(x9_linux_files ${x9_linux_files} "${copy}.gz" PARENT_SCOPE)
+endfunction()
+
+# Documents
+configure_file("${x9_linux}/changelog.Debian.in" "${x9_linux_made}/changelog.Debian" @ONLY)
+x9_install_gzipped("${PROJECT_SOURCE_DIR}/CHANGELOG.md" DESTINATION ${x9_doc_folder} NAME changelog)
+x9_install_gzipped("${x9_linux_made}/changelog.Debian" DESTINATION ${x9_doc_folder} NAME changelog.Debian)
+x9_install_gzipped("${x9_linux}/x9can.1" DESTINATION share/man/man1 NAME x9can.1)
+x9_install_gzipped("${x9_linux}/x9can-demo.1" DESTINATION share/man/man1 NAME x9can-demo.1)
+install(FILES "${x9_linux}/copyright" DESTINATION ${x9_doc_folder})
+install(DIRECTORY docs/ DESTINATION ${x9_doc_folder}
+        FILES_MATCHING REGEX "/(guide|formats|virtual-adapter)[^/]*\\.md$|/screenshots/[^/]*\\.png$")
+install(FILES "${PROJECT_SOURCE_DIR}/adapter/example.virtual-adapter.json" DESTINATION ${x9_doc_folder}/examples
+        RENAME virtual-adapter.json)
+
+add_custom_target(x9_linux_files ALL DEPENDS ${x9_linux_files})
+
+# The .deb: `cpack --config build/<preset>/CPackConfig.cmake` after a build, or the build target `package`.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_PRE_BUILD_SCRIPTS "${x9_linux}/StagedPermissions.cmake")
+configure_file("${x9_linux}/PackageTime.cmake.in" "${x9_linux_made}/PackageTime.cmake" @ONLY)
+set(CPACK_PROJECT_CONFIG_FILE "${x9_linux_made}/PackageTime.cmake")
+
+set(CPACK_DEBIAN_PACKAGE_NAME x9can)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1) # also in changelog.Debian.in
+set(CPACK_DEBIAN_PACKAGE_SECTION electronics)
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+    "Shows the frames of CAN, CAN FD and LIN buses in a live table, saves them in
+four kinds of files, sends frames once, at a cycle, from a list or from a
+file, and finds unknown bit rates.
+.
+It reaches the buses through a USB adapter, whose maker's library
+libControlCAN.so has to be put into /usr/lib/x9can. A virtual adapter for
+work without hardware is part of the package: x9can-demo.")
+# What is linked is found by dpkg-shlibdeps; the platform and icon plugins, loaded at run time, come with libqt5gui5.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-noto-cjk, qttranslations5-l10n")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${x9_linux}/postrm")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+
+if(X9_BUILD_TESTS)
+  add_test(NAME install COMMAND "${x9_linux}/check-install.sh" "${CMAKE_COMMAND}" "${PROJECT_BINARY_DIR}")
+  set_tests_properties(install PROPERTIES LABELS gui TIMEOUT 120 ENVIRONMENT "${X9_TEST_ENVIRONMENT}")
+endif()
