@@ -1,6 +1,7 @@
 #include "app/DownloadThread.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QNetworkAccessManager>
@@ -14,12 +15,14 @@
 
 namespace {
 constexpr qint64 ReadBuffer = 1024 * 1024; ///< bytes that are taken from the network before they are written
+constexpr int ProgressIntervalMs = 100;
 constexpr int MaximumRedirects = 5;
 constexpr int HttpOk = 200;
 
 bool isHttp(const QUrl &url)
 {
-    return url.isValid() && (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https"));
+    return url.isValid() && !url.host().isEmpty() &&
+           (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https"));
 }
 
 /// The file that is being written. Without a commit() nothing of it stays, the folder made for it included.
@@ -49,6 +52,7 @@ public:
         return m_isCommitted;
     }
 
+    bool isFolderNew() const { return m_isFolderNew; }
     QString errorText() const { return m_file.errorString(); }
 
 private:
@@ -78,18 +82,22 @@ class Transfer : public QObject
 public:
     using Progress = std::function<void(qint64 received, qint64 total)>;
 
-    Transfer(const DownloadJob &job, const Progress &progress);
+    Transfer(const DownloadJob &job, Progress progress);
     DownloadOutcome outcome() const { return m_outcome; }
     /// To be called when outcome() is without an error: puts the file in its place.
     DownloadOutcome commit();
+    bool isFolderNew() const { return m_file.isFolderNew(); }
 
 private:
     void checkAnnouncedSize();
     void receive();
+    void report();
     void end();
     void finish(DownloadOutcome outcome);
 
     const DownloadJob &m_job;
+    const Progress m_progress;
+    QElapsedTimer m_sinceProgress; ///< invalid before the first report
     QNetworkAccessManager m_manager;
     QNetworkReply *m_reply = nullptr; ///< owned by the manager
     TargetFile m_file;
@@ -99,8 +107,9 @@ private:
     DownloadOutcome m_outcome;
 };
 
-Transfer::Transfer(const DownloadJob &job, const Progress &progress)
+Transfer::Transfer(const DownloadJob &job, Progress progress)
     : m_job(job)
+    , m_progress(std::move(progress))
     , m_file(job.target)
 {
     QNetworkRequest request(job.url);
@@ -111,7 +120,6 @@ Transfer::Transfer(const DownloadJob &job, const Progress &progress)
     m_reply->setReadBufferSize(ReadBuffer);
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &Transfer::checkAnnouncedSize);
     connect(m_reply, &QNetworkReply::readyRead, this, &Transfer::receive);
-    connect(m_reply, &QNetworkReply::downloadProgress, this, progress);
     connect(m_reply, &QNetworkReply::finished, this, &Transfer::end);
     connect(&m_stall, &QTimer::timeout, this, [this] { finish({DownloadError::Stalled, {}}); });
     m_stall.setSingleShot(true);
@@ -139,6 +147,16 @@ void Transfer::receive()
         finish({DownloadError::TooLarge, {}});
     } else if (!m_file.write(bytes)) {
         finish({DownloadError::Disk, m_file.errorText()});
+    } else {
+        report();
+    }
+}
+
+void Transfer::report()
+{
+    if (!m_sinceProgress.isValid() || m_sinceProgress.hasExpired(ProgressIntervalMs) || m_received == m_announced) {
+        m_sinceProgress.start();
+        m_progress(m_received, m_announced);
     }
 }
 
@@ -194,8 +212,12 @@ DownloadOutcome DownloadThread::outcome() const
 
 void DownloadThread::removeTarget() const
 {
-    if (m_isCommitted) {
-        QFile::remove(m_job.target);
+    if (!m_isCommitted) {
+        return;
+    }
+    QFile::remove(m_job.target);
+    if (m_isFolderNew) {
+        QDir().rmdir(QFileInfo(m_job.target).absolutePath());
     }
 }
 
@@ -214,6 +236,7 @@ DownloadOutcome DownloadThread::transferred()
         return transfer.outcome();
     }
     const DownloadOutcome outcome = transfer.commit();
+    m_isFolderNew = transfer.isFolderNew();
     m_isCommitted = outcome.error == DownloadError::None;
     if (m_isCancelled) {
         removeTarget(); // cancelled while the system was writing, perhaps with nobody waiting any more

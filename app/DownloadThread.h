@@ -37,7 +37,7 @@ public:
     void cancel();
     /// After the thread has ended.
     DownloadOutcome outcome() const;
-    /// After the thread has ended: removes the file that it has put in its place.
+    /// After the thread has ended: removes the file that it has put in its place, and the folder it made for it.
     void removeTarget() const;
 
 signals:
@@ -52,6 +52,7 @@ private:
     const DownloadJob m_job;
     std::atomic<bool> m_isCancelled{false};
     std::atomic<bool> m_isCommitted{false};
-    mutable std::mutex m_mutex; ///< guards m_outcome
+    std::atomic<bool> m_isFolderNew{false}; ///< the target's folder was made for it; known once it is committed
+    mutable std::mutex m_mutex;             ///< guards m_outcome
     DownloadOutcome m_outcome;
 };

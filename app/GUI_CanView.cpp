@@ -6,6 +6,7 @@
 #include "app/GUI_SoftwareInfo.h"
 #include "app/ServiceAddress.h"
 #include "app/Settings.h"
+#include "app/SoftwareUpdate.h"
 #include "app/WindowMessages.h"
 #include "can/GUI_CanDevice.h"
 #include "can/GUI_CanDeviceParam.h"
@@ -39,6 +40,7 @@ constexpr int MessageQuestion = 2;
 constexpr int MessageWarning = 3;
 constexpr int MessageCritical = 4;
 constexpr int OpenDelayMs = 200;
+constexpr int OfferDelayMs = 500;
 
 CMessageBox::Icon iconOf(int type)
 {
@@ -76,6 +78,7 @@ public:
     void addTab(WidgetDeviceBase *tab, const QString &protocol);
     static ChannelMode modeOf(const WidgetDeviceBase &tab);
     void showDevice(GUI_DeviceInfo &dialog);
+    void connectUpdate();
 
     GUI_CanView *q;
     WindowMessages messages;
@@ -83,6 +86,7 @@ public:
     Ui::GUI_CanView ui;
     CNotice *notice = nullptr;
     QActionGroup *languages = nullptr;         ///< in the order of their numbers
+    SoftwareUpdate *update = nullptr;          ///< a child of the window
     GUI_CanDeviceParam *deviceParam = nullptr; ///< a child of the window; keeps what was chosen last
 };
 
@@ -165,6 +169,20 @@ ChannelMode GUI_CanViewPrivate::modeOf(const WidgetDeviceBase &tab)
     return qobject_cast<const GUI_LINDevice *>(&tab) == nullptr ? ChannelMode::CAN : ChannelMode::LIN;
 }
 
+/// The program asks what to open when it has looked for a newer release of itself and found none.
+void GUI_CanViewPrivate::connectUpdate()
+{
+    QObject::connect(update, &SoftwareUpdate::sig_startChecked, q, [this](bool isNewer) {
+        if (isNewer) {
+            QTimer::singleShot(OfferDelayMs, q, [this] { q->slot_updateRuquest(true); });
+        } else {
+            QTimer::singleShot(OpenDelayMs, q, &GUI_CanView::slot_openCanDevice);
+        }
+    });
+    QObject::connect(update, &SoftwareUpdate::sig_closeProgram, q, &QWidget::close);
+    update->checkAtStart();
+}
+
 /// The device of the tab on top; without a tab, the first that is there.
 void GUI_CanViewPrivate::showDevice(GUI_DeviceInfo &dialog)
 {
@@ -196,7 +214,8 @@ GUI_CanView::GUI_CanView(std::unique_ptr<CANCommunication> communication, QWidge
             &GUI_CanView::slot_showFrimwareUpgrade);
     setWindowTitle(QStringLiteral("X9CAN V") + QStringLiteral(X9_VERSION));
     connect(m_p->ui.tabWidget, &QTabWidget::tabCloseRequested, this, &GUI_CanView::slot_closeTabRequest);
-    QTimer::singleShot(OpenDelayMs, this, &GUI_CanView::slot_openCanDevice);
+    m_p->update = new SoftwareUpdate(this);
+    m_p->connectUpdate();
 }
 
 GUI_CanView::~GUI_CanView()
@@ -296,7 +315,18 @@ void GUI_CanView::slot_showSoftwareInfo()
 {
     auto *dialog = new GUI_SoftwareInfo(supportAddress(), this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &GUI_SoftwareInfo::sig_update, this, [this] { slot_updateRuquest(false); });
     dialog->open();
+}
+
+void GUI_CanView::slot_updateRuquest(bool first)
+{
+    m_p->update->request(first);
+}
+
+void GUI_CanView::slot_update(const QString &urlStr)
+{
+    m_p->update->update(urlStr);
 }
 
 void GUI_CanView::slot_showDeviceInfo()

@@ -36,6 +36,10 @@ public slots:
     void slot_showFrimwareUpgrade();
     void slot_showSoftwareInfo();
     void slot_showDeviceInfo();
+    /// first: offers the release that the search at the start has found; otherwise searches and shows the outcome.
+    void slot_updateRuquest(bool first);
+    /// Downloads a package of this program and hands it to the program that installs it, which ends this one.
+    void slot_update(const QString &urlStr);
 
 private slots:
     void slot_openChosenChannels();

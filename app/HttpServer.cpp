@@ -139,14 +139,17 @@ public:
 
     const QString m_baseUrl;
     Query *m_query = nullptr; ///< a child of the object
-    QTimer m_failure;         ///< tells of a query that could not even be sent, from the event loop
+    QTimer m_failure;         ///< the limit, and what tells of a query that could not even be sent
 };
 
 HttpServer::HttpServer(QString baseUrl, QObject *parent)
     : QObject(parent)
     , m_p(std::make_unique<HttpServerPrivate>(std::move(baseUrl)))
 {
-    connect(&m_p->m_failure, &QTimer::timeout, this, [this] { emit sig_finished(false, {}); });
+    connect(&m_p->m_failure, &QTimer::timeout, this, [this] {
+        abort();
+        emit sig_finished(false, {});
+    });
 }
 
 HttpServer::~HttpServer()
@@ -154,7 +157,7 @@ HttpServer::~HttpServer()
     abort();
 }
 
-void HttpServer::start(const QString &productCode)
+void HttpServer::start(const QString &productCode, int limitMs)
 {
     abort();
     const QUrl url = queryUrl(m_p->m_baseUrl, productCode);
@@ -162,7 +165,11 @@ void HttpServer::start(const QString &productCode)
         m_p->m_failure.start(0);
         return;
     }
+    if (limitMs != NoLimit) {
+        m_p->m_failure.start(limitMs);
+    }
     const auto done = [this](const std::optional<Release> &release) {
+        m_p->m_failure.stop();
         Query *query = std::exchange(m_p->m_query, nullptr);
         query->setParent(nullptr); // it is what calls, and a receiver of the signal may delete this object
         query->deleteLater();

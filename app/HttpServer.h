@@ -17,20 +17,22 @@ QString programProductCode();
 
 /// Asks the update server for the newest release under a product code. A query fails on network and HTTP errors, on an
 /// answer of more than 1 MiB or that is no JSON object, on more than 5 redirects and on one that leaves http and https.
-/// There is no time-out.
+/// Without a limit it waits as long as the connection lasts.
 class HttpServer : public QObject
 {
     Q_OBJECT
 
 public:
+    static constexpr int NoLimit = -1;
+
     /// baseUrl: http or https, with or without a path; with any other one every query fails at once.
     explicit HttpServer(QString baseUrl, QObject *parent = nullptr);
     /// Aborts a query that runs.
     ~HttpServer() override;
 
     /// Asks and returns at once; sig_finished tells the outcome, never from within this call. A query that still runs
-    /// is aborted.
-    void start(const QString &productCode);
+    /// is aborted. limitMs: the query fails when there is no answer by then, and one that comes later is dropped.
+    void start(const QString &productCode, int limitMs = NoLimit);
     /// Ends a query; sig_finished is not emitted for it any more.
     void abort();
     bool isRunning() const;

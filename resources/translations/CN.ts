@@ -1785,4 +1785,101 @@ Check the bit rate and the other parameters.</source>
         <translation>另有 %1 条消息未显示</translation>
     </message>
 </context>
+<context>
+    <name>FileDownload</name>
+    <message>
+        <source>The address of the file cannot be used.</source>
+        <translation>文件地址无效。</translation>
+    </message>
+    <message>
+        <source>The file on the server is empty.</source>
+        <translation>服务器上的文件为空。</translation>
+    </message>
+    <message>
+        <source>The file on the server is too large.</source>
+        <translation>服务器上的文件过大。</translation>
+    </message>
+    <message>
+        <source>The connection ended before the file was complete.</source>
+        <translation>文件尚未下载完整，连接已断开。</translation>
+    </message>
+    <message>
+        <source>The server does not answer any more.</source>
+        <translation>服务器不再响应。</translation>
+    </message>
+    <message>
+        <source>The file cannot be written: %1</source>
+        <translation>无法写入文件：%1</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_Update</name>
+    <message>
+        <source>This is the latest version</source>
+        <translation>当前已是最新版本</translation>
+    </message>
+    <message>
+        <source>Check upgrade failure</source>
+        <translation>检查升级失败</translation>
+    </message>
+    <message>
+        <source>New version detected</source>
+        <translation>检测到新版本</translation>
+    </message>
+    <message>
+        <source>You are advised to check that the network connection is normal and try again</source>
+        <translation>建议您检查网络连接是否正常，然后重试</translation>
+    </message>
+    <message>
+        <source>You can choose to download the installation package from the official website</source>
+        <translation>您也可以从官方网站下载安装包</translation>
+    </message>
+    <message>
+        <source>About this version</source>
+        <translation>版本说明</translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>upgrade</source>
+        <translation>立即升级</translation>
+    </message>
+    <message>
+        <source>Exit upgrade</source>
+        <translation>退出升级</translation>
+    </message>
+</context>
+<context>
+    <name>SoftwareUpdate</name>
+    <message>
+        <source>Current version</source>
+        <translation>当前版本</translation>
+    </message>
+    <message>
+        <source>Please wait</source>
+        <translation>请稍候</translation>
+    </message>
+    <message>
+        <source>Downloading a new version of the program</source>
+        <translation>正在下载新版本程序</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>The new version could not be downloaded.</source>
+        <translation>新版本下载失败。</translation>
+    </message>
+    <message>
+        <source>The program that installs the new version cannot be started. The new version lies in:</source>
+        <translation>无法启动安装新版本的程序。新版本位于：</translation>
+    </message>
+    <message>
+        <source>Tips</source>
+        <translation>提示</translation>
+    </message>
+</context>
 </TS>

@@ -1785,4 +1785,101 @@ Check the bit rate and the other parameters.</translation>
         <translation>Further messages not shown: %1</translation>
     </message>
 </context>
+<context>
+    <name>FileDownload</name>
+    <message>
+        <source>The address of the file cannot be used.</source>
+        <translation>The address of the file cannot be used.</translation>
+    </message>
+    <message>
+        <source>The file on the server is empty.</source>
+        <translation>The file on the server is empty.</translation>
+    </message>
+    <message>
+        <source>The file on the server is too large.</source>
+        <translation>The file on the server is too large.</translation>
+    </message>
+    <message>
+        <source>The connection ended before the file was complete.</source>
+        <translation>The connection ended before the file was complete.</translation>
+    </message>
+    <message>
+        <source>The server does not answer any more.</source>
+        <translation>The server does not answer any more.</translation>
+    </message>
+    <message>
+        <source>The file cannot be written: %1</source>
+        <translation>The file cannot be written: %1</translation>
+    </message>
+</context>
+<context>
+    <name>GUI_Update</name>
+    <message>
+        <source>This is the latest version</source>
+        <translation>This is the latest version</translation>
+    </message>
+    <message>
+        <source>Check upgrade failure</source>
+        <translation>Check upgrade failure</translation>
+    </message>
+    <message>
+        <source>New version detected</source>
+        <translation>New version detected</translation>
+    </message>
+    <message>
+        <source>You are advised to check that the network connection is normal and try again</source>
+        <translation>You are advised to check that the network connection is normal and try again</translation>
+    </message>
+    <message>
+        <source>You can choose to download the installation package from the official website</source>
+        <translation>You can choose to download the installation package from the official website</translation>
+    </message>
+    <message>
+        <source>About this version</source>
+        <translation>About this version</translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation>Ok</translation>
+    </message>
+    <message>
+        <source>upgrade</source>
+        <translation>upgrade</translation>
+    </message>
+    <message>
+        <source>Exit upgrade</source>
+        <translation>Exit upgrade</translation>
+    </message>
+</context>
+<context>
+    <name>SoftwareUpdate</name>
+    <message>
+        <source>Current version</source>
+        <translation>Current version</translation>
+    </message>
+    <message>
+        <source>Please wait</source>
+        <translation>Please wait</translation>
+    </message>
+    <message>
+        <source>Downloading a new version of the program</source>
+        <translation>Downloading a new version of the program</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>The new version could not be downloaded.</source>
+        <translation>The new version could not be downloaded.</translation>
+    </message>
+    <message>
+        <source>The program that installs the new version cannot be started. The new version lies in:</source>
+        <translation>The program that installs the new version cannot be started. The new version lies in:</translation>
+    </message>
+    <message>
+        <source>Tips</source>
+        <translation>Tips</translation>
+    </message>
+</context>
 </TS>

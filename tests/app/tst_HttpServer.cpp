@@ -92,6 +92,8 @@ private slots:
     void refusedConnection();
     void silentServers_data();
     void silentServers();
+    void limit_data();
+    void limit();
     void oneByteAfterTheOther();
     void startEndsTheOneBefore();
     void deletedInItsSignal();
@@ -346,6 +348,32 @@ void tst_HttpServer::silentServers()
     QVERIFY(!server.isRunning());
     QTRY_VERIFY(turns.count() > 100);
     QCOMPARE(answers.count(), 0);
+}
+
+void tst_HttpServer::limit_data()
+{
+    silentServers_data();
+}
+
+/// The query fails once, and is over; one that is answered in time is not touched by the limit.
+void tst_HttpServer::limit()
+{
+    QFETCH(QByteArray, behaviour);
+    HttpServer server(m_server.url(behaviour.constData()));
+    const Answers answers(server);
+    server.start(Code, 200);
+    QTRY_COMPARE(answers.count(), 1);
+    QVERIFY(!answers.last().ok);
+    QVERIFY(!server.isRunning());
+
+    HttpServer good(m_server.url());
+    const Answers goodAnswers(good);
+    good.start(Code, 400);
+    QTRY_COMPARE(goodAnswers.count(), 1);
+    const Turns turns;
+    QTRY_VERIFY(turns.count() > 60);
+    QCOMPARE(goodAnswers.count(), 1);
+    QVERIFY(goodAnswers.last().ok);
 }
 
 void tst_HttpServer::oneByteAfterTheOther()

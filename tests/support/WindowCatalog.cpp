@@ -210,7 +210,7 @@ void showMessageButtons(const Visitor &visit)
     for (int button = CMessageBox::FirstButton; button <= CMessageBox::LastButton; button <<= 1) {
         buttons |= button;
     }
-    CMessageBox box(CMessageBox::Question, programText("GUI_CanView", "Tips"),
+    CMessageBox box(CMessageBox::Question, programText("WindowMessages", "Tips"),
                     programText("GUI_CanView", "Do you wish to restart it now?"),
                     CMessageBox::StandardButtons(buttons));
     box.show();

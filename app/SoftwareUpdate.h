@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+class QWidget;
+class SoftwareUpdatePrivate;
+
+/// Searches for a newer release of this program, offers it, downloads it and starts the program that installs it.
+/// All its dialogs are children of the window, and none has an event loop of its own. It may be deleted at any time,
+/// before the window or with it; what it does then ends within 500 ms.
+class SoftwareUpdate : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Where things are, and how long they may take.
+    struct Setup
+    {
+        QString baseUrl;            ///< of the update server; empty: every search fails at once
+        QString applicationDir;     ///< the folder with "Update/Update.exe"
+        QString packageFolder;      ///< the package is stored below it as "X9CAN_Install/Install.zip"
+        int startLimitMs = 3000;    ///< of the search at the start
+        int requestLimitMs = 30000; ///< of a search that the user asked for
+        int stallLimitMs = 30000;   ///< of a download without a byte
+
+        /// Those of this program and this user. The package folder is the system's place for a user's own data
+        /// (QStandardPaths::GenericDataLocation: AppData/Local on Windows, ~/.local/share on Linux).
+        static Setup ofProgram();
+    };
+
+    /// window: the parent of every dialog; owns this object unless something else does.
+    explicit SoftwareUpdate(QWidget *window, Setup setup = Setup::ofProgram());
+    ~SoftwareUpdate() override;
+
+    /// Searches once, when the program starts; sig_startChecked tells the outcome, never from within this call.
+    void checkAtStart();
+    /// first: offers the release that the search at the start found. Otherwise, or when there is none, searches and
+    /// shows the outcome. Returns at once; does nothing while an earlier one is not over, dialogs included.
+    void request(bool first);
+    /// Downloads a package and hands it to the program that installs it. Returns at once; does nothing while a download
+    /// runs.
+    void update(const QString &url);
+    /// Whether a request or an update is under way, dialogs included.
+    bool isBusy() const;
+
+signals:
+    /// Once per checkAtStart(). A search that fails, or has no answer in time, found nothing newer.
+    void sig_startChecked(bool isNewer);
+    /// The program that installs the new version has been started; this one is to end.
+    void sig_closeProgram();
+
+private:
+    std::unique_ptr<SoftwareUpdatePrivate> m_p;
+};

@@ -1,0 +1,510 @@
+#include "app/FileDownload.h"
+#include "tests/app/UpdateServer.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QtTest>
+#include <QUrl>
+
+#include <memory>
+
+#ifdef Q_OS_UNIX
+#include <csignal>
+#include <sys/resource.h>
+#endif
+
+namespace {
+constexpr qint64 Plenty = 1000 * 1000 * 1000;
+
+/// What a download tells, each as it came.
+struct Reports
+{
+    explicit Reports(FileDownload &download)
+    {
+        QObject::connect(&download, &FileDownload::sig_progress, &context, [this](qint64 received, qint64 total) {
+            isGrowing = isGrowing && received >= lastReceived;
+            lastReceived = received;
+            lastTotal = total;
+            ++progress;
+        });
+        QObject::connect(&download, &FileDownload::sig_finished, &context, [this](bool ok, const QString &errorText) {
+            ++finished;
+            isOk = ok;
+            text = errorText;
+        });
+    }
+
+    QObject context;
+    int progress = 0;
+    int finished = 0;
+    bool isGrowing = true;
+    qint64 lastReceived = 0;
+    qint64 lastTotal = 0;
+    bool isOk = false;
+    QString text;
+};
+
+/// Counts how often the event loop of this thread turns.
+class Turns
+{
+public:
+    Turns()
+    {
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { ++m_count; });
+        m_timer.start(1);
+    }
+
+    int count() const { return m_count; }
+
+private:
+    QTimer m_timer;
+    int m_count = 0;
+};
+
+QByteArray content()
+{
+    QByteArray bytes;
+    for (int index = 0; index < 3000000; ++index) {
+        bytes.append(static_cast<char>((index * 7 + index / 251) & 0xFF));
+    }
+    return bytes;
+}
+
+QByteArray read(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void write(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), qint64(bytes.size()));
+}
+
+#ifdef Q_OS_UNIX
+/// While it lives, no file of this process can grow beyond a size: a disk that is full.
+class FullDisk
+{
+public:
+    explicit FullDisk(rlim_t bytes)
+        : m_oldHandler(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        getrlimit(RLIMIT_FSIZE, &m_old);
+        const rlimit limit{bytes, m_old.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FullDisk()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_old);
+        std::signal(SIGXFSZ, m_oldHandler);
+    }
+    Q_DISABLE_COPY_MOVE(FullDisk)
+
+private:
+    void (*m_oldHandler)(int);
+    rlimit m_old{};
+};
+#endif
+} // namespace
+
+class tst_FileDownload : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void downloads();
+    void replacesAFile();
+    void followsARedirect();
+    void failures_data();
+    void failures();
+    void failureLeavesWhatWasThere();
+    void addresses_data();
+    void addresses();
+    void sizeLimit();
+    void stalls_data();
+    void stalls();
+    void slowButSteady();
+    void cannotWrite_data();
+    void cannotWrite();
+#ifdef Q_OS_UNIX
+    void diskIsFull();
+#endif
+    void cancels_data();
+    void cancels();
+    void cancelsWhatIsCompleteButUntold();
+    void deletedWhileItRuns_data();
+    void deletedWhileItRuns();
+    void deletedInItsSignal();
+    void startEndsTheOneBefore();
+    void manyStartsAndCancels();
+
+private:
+    QUrl url(const char *behaviour = "", const char *name = "package.zip") const;
+    /// Every file and folder below the test's own folder.
+    QStringList remains() const;
+
+    QByteArray m_content = content();
+    QTemporaryDir m_served;
+    std::unique_ptr<UpdateServer> m_server;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_target; ///< in a folder that is not there yet
+};
+
+void tst_FileDownload::initTestCase()
+{
+    write(m_served.filePath(QStringLiteral("package.zip")), m_content);
+    write(m_served.filePath(QStringLiteral("small")), "0123456789");
+    write(m_served.filePath(QStringLiteral("nothing")), QByteArray());
+    m_server = std::make_unique<UpdateServer>(QStringList{QStringLiteral("--downloads"), m_served.path()});
+    QVERIFY(!m_server->url().isEmpty());
+}
+
+void tst_FileDownload::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_target = m_folder->filePath(QStringLiteral("X9CAN_Install/Install.zip"));
+}
+
+QUrl tst_FileDownload::url(const char *behaviour, const char *name) const
+{
+    const QString base = *behaviour == '\0' ? m_server->url() : m_server->url(behaviour);
+    return QUrl(base + QStringLiteral("/downloads/") + QLatin1String(name));
+}
+
+QStringList tst_FileDownload::remains() const
+{
+    QStringList entries;
+    QDirIterator walk(m_folder->path(), QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                      QDirIterator::Subdirectories);
+    while (walk.hasNext()) {
+        entries.append(walk.next());
+    }
+    return entries;
+}
+
+void tst_FileDownload::downloads()
+{
+    FileDownload download;
+    Reports reports(download);
+    download.start(url(), m_target, Plenty);
+    QVERIFY(download.isRunning());
+    QCOMPARE(reports.finished, 0);
+    QTRY_COMPARE(reports.finished, 1);
+    QCOMPARE(reports.text, QString());
+    QVERIFY(reports.isOk);
+    QVERIFY(!download.isRunning());
+    QVERIFY(read(m_target) == m_content);
+    QCOMPARE(remains().count(), 2); // the folder and the file
+    QVERIFY(reports.progress > 0);
+    QVERIFY(reports.isGrowing);
+    QCOMPARE(reports.lastReceived, qint64(m_content.size()));
+    QCOMPARE(reports.lastTotal, qint64(m_content.size()));
+}
+
+void tst_FileDownload::replacesAFile()
+{
+    QDir().mkpath(QFileInfo(m_target).path());
+    write(m_target, "old");
+    FileDownload download;
+    Reports reports(download);
+    download.start(url("", "small"), m_target, Plenty);
+    QTRY_COMPARE(reports.finished, 1);
+    QVERIFY(reports.isOk);
+    QCOMPARE(read(m_target), QByteArray("0123456789"));
+}
+
+void tst_FileDownload::followsARedirect()
+{
+    FileDownload download;
+    Reports reports(download);
+    download.start(url("redirect"), m_target, Plenty);
+    QTRY_COMPARE(reports.finished, 1);
+    QVERIFY(reports.isOk);
+    QVERIFY(read(m_target) == m_content);
+}
+
+void tst_FileDownload::failures_data()
+{
+    QTest::addColumn<QByteArray>("behaviour");
+    QTest::addColumn<QByteArray>("name");
+    for (const char *name : {"404", "500", "short", "nothing", "redirect-file", "redirect-ftp", "redirect-self"}) {
+        QTest::newRow(name) << QByteArray(name) << QByteArray("package.zip");
+    }
+    QTest::newRow("no such file") << QByteArray() << QByteArray("other");
+    QTest::newRow("empty file") << QByteArray() << QByteArray("nothing");
+}
+
+void tst_FileDownload::failures()
+{
+    QFETCH(QByteArray, behaviour);
+    QFETCH(QByteArray, name);
+    FileDownload download;
+    Reports reports(download);
+    const Turns turns;
+    download.start(url(behaviour.constData(), name.constData()), m_target, Plenty);
+    QTRY_COMPARE(reports.finished, 1);
+    QVERIFY(!reports.isOk);
+    QVERIFY(!reports.text.isEmpty());
+    QCOMPARE(remains(), QStringList());
+    QTRY_VERIFY(turns.count() > 20);
+    QCOMPARE(reports.finished, 1);
+}
+
+void tst_FileDownload::failureLeavesWhatWasThere()
+{
+    QDir().mkpath(QFileInfo(m_target).path());
+    write(m_target, "old");
+    FileDownload download;
+    Reports reports(download);
+    download.start(url("short"), m_target, Plenty);
+    QTRY_COMPARE(reports.finished, 1);
+    QVERIFY(!reports.isOk);
+    QCOMPARE(read(m_target), QByteArray("old"));
+    QCOMPARE(remains().count(), 2);
+}
+
+void tst_FileDownload::addresses_data()
+{
+    QTest::addColumn<QString>("address");
+    for (const char *address : {"", "package.zip", "file:///etc/hostname", "ftp://127.0.0.1/a", "qrc:/a", "data:,abc",
+                                "http:", "http://", "//127.0.0.1/a"}) {
+        QTest::newRow(*address == '\0' ? "empty" : address) << QString::fromLatin1(address);
+    }
+}
+
+void tst_FileDownload::addresses()
+{
+    QFETCH(QString, address);
+    FileDownload download;
+    Reports reports(download);
+    download.start(QUrl(address), m_target, Plenty);
+    QCOMPARE(reports.finished, 0);
+    QTRY_COMPARE(reports.finished, 1);
+    QVERIFY(!reports.isOk);
+    QCOMPARE(reports.text, QStringLiteral("The address of the file cannot be used."));
+    QCOMPARE(remains(), QStringList());
+}
+
+/// As announced, and while it comes; exactly as much as allowed is enough.
+void tst_FileDownload::sizeLimit()
+{
+    for (const char *behaviour : {"", "rubbish", "rubbish-chunked"}) {
+        FileDownload download;
+        Reports reports(download);
+        download.start(url(behaviour), m_target, m_content.size() - 1);
+        QTRY_COMPARE(reports.finished, 1);
+        QCOMPARE(reports.text, QStringLiteral("The file on the server is too large."));
+        QVERIFY(reports.lastReceived < 20 * 1000 * 1000);
+        QCOMPARE(remains(), QStringList());
+    }
+    FileDownload download;
+    Reports reports(download);
+    download.start(url(), m_target, m_content.size());
+    QTRY_COMPARE(reports.finished, 1);
+    QVERIFY(reports.isOk);
+}
+
+void tst_FileDownload::stalls_data()
+{
+    QTest::addColumn<QByteArray>("behaviour");
+    QTest::newRow("no answer") << QByteArray("no-answer");
+    QTest::newRow("stops halfway") << QByteArray("stall");
+}
+
+void tst_FileDownload::stalls()
+{
+    QFETCH(QByteArray, behaviour);
+    FileDownload download;
+    download.setStallLimit(300);
+    Reports reports(download);
+    const Turns turns;
+    download.start(url(behaviour.constData()), m_target, Plenty);
+    QTRY_COMPARE(reports.finished, 1);
+    QVERIFY(!reports.isOk);
+    QCOMPARE(reports.text, QStringLiteral("The server does not answer any more."));
+    QCOMPARE(remains(), QStringList());
+    QVERIFY(turns.count() > 5);
+}
+
+/// The whole takes longer than the stall limit, no pause does.
+void tst_FileDownload::slowButSteady()
+{
+    FileDownload download;
+    download.setStallLimit(3000);
+    Reports reports(download);
+    download.start(url("slow", "small"), m_target, Plenty);
+    QTRY_COMPARE_WITH_TIMEOUT(reports.finished, 1, 60000);
+    QCOMPARE(reports.text, QString());
+    QCOMPARE(read(m_target), QByteArray("0123456789"));
+}
+
+void tst_FileDownload::cannotWrite_data()
+{
+    QTest::addColumn<QString>("target");
+    QTest::newRow("a file where the folder should be") << QStringLiteral("file/Install.zip");
+    QTest::newRow("a folder where the file should be") << QStringLiteral("folder");
+    QTest::newRow("a name that no file can have") << QString(300, QLatin1Char('a'));
+}
+
+void tst_FileDownload::cannotWrite()
+{
+    QFETCH(QString, target);
+    write(m_folder->filePath(QStringLiteral("file")), "x");
+    QDir().mkpath(m_folder->filePath(QStringLiteral("folder")));
+    FileDownload download;
+    Reports reports(download);
+    download.start(url("", "small"), m_folder->filePath(target), Plenty);
+    QTRY_COMPARE(reports.finished, 1);
+    QVERIFY(!reports.isOk);
+    const QRegularExpression expected(QStringLiteral("^The file cannot be written: .+"));
+    QVERIFY2(expected.match(reports.text).hasMatch(), qPrintable(reports.text));
+    QCOMPARE(remains().count(), 2);
+}
+
+#ifdef Q_OS_UNIX
+void tst_FileDownload::diskIsFull()
+{
+    FileDownload download;
+    Reports reports(download);
+    {
+        const FullDisk disk(500 * 1000);
+        download.start(url(), m_target, Plenty);
+        QTRY_COMPARE(reports.finished, 1);
+    }
+    QVERIFY(!reports.isOk);
+    QVERIFY2(reports.text.startsWith(QLatin1String("The file cannot be written: ")), qPrintable(reports.text));
+    QCOMPARE(remains(), QStringList());
+}
+#endif
+
+void tst_FileDownload::cancels_data()
+{
+    QTest::addColumn<QByteArray>("behaviour");
+    QTest::addColumn<bool>("isBegun"); ///< bytes come before it is cancelled
+    QTest::newRow("at once") << QByteArray() << false;
+    QTest::newRow("no answer") << QByteArray("no-answer") << false;
+    QTest::newRow("stops halfway") << QByteArray("stall") << true;
+    QTest::newRow("one byte per second") << QByteArray("slow") << true;
+    QTest::newRow("in full flow") << QByteArray("rubbish") << true;
+    QTest::newRow("in full flow, size unknown") << QByteArray("rubbish-chunked") << true;
+}
+
+/// Nothing is emitted afterwards, and nothing is left.
+void tst_FileDownload::cancels()
+{
+    QFETCH(QByteArray, behaviour);
+    QFETCH(bool, isBegun);
+    FileDownload download;
+    Reports reports(download);
+    const int before = m_server->requests().count();
+    download.start(url(behaviour.constData()), m_target, Plenty);
+    if (!behaviour.isEmpty()) {
+        QTRY_COMPARE(m_server->requests().count(), before + 1);
+    }
+    if (isBegun) {
+        QTRY_VERIFY(reports.progress > 0);
+        QVERIFY(!remains().isEmpty()); // the temporary file
+    }
+    download.cancel();
+    QVERIFY(!download.isRunning());
+    QCOMPARE(remains(), QStringList());
+    const int progress = reports.progress;
+    const Turns turns;
+    QTRY_VERIFY(turns.count() > 50);
+    QCOMPARE(reports.progress, progress);
+    QCOMPARE(reports.finished, 0);
+    QCOMPARE(remains(), QStringList());
+
+    download.start(url("", "small"), m_target, Plenty);
+    QTRY_COMPARE(reports.finished, 1);
+    QVERIFY(reports.isOk);
+}
+
+/// The thread has put the file in its place, but its message is not yet read.
+void tst_FileDownload::cancelsWhatIsCompleteButUntold()
+{
+    FileDownload download;
+    Reports reports(download);
+    download.start(url("", "small"), m_target, Plenty);
+    const QDeadlineTimer limit(5000);
+    while (!QFile::exists(m_target) && !limit.hasExpired()) {
+        QThread::yieldCurrentThread(); // no event loop: that would read the message
+    }
+    QVERIFY(QFile::exists(m_target));
+    download.cancel();
+    QVERIFY(!QFile::exists(m_target));
+    const Turns turns;
+    QTRY_VERIFY(turns.count() > 50);
+    QCOMPARE(reports.finished, 0);
+}
+
+void tst_FileDownload::deletedWhileItRuns_data()
+{
+    cancels_data();
+}
+
+void tst_FileDownload::deletedWhileItRuns()
+{
+    QFETCH(QByteArray, behaviour);
+    QFETCH(bool, isBegun);
+    auto download = std::make_unique<FileDownload>();
+    Reports reports(*download);
+    download->start(url(behaviour.constData()), m_target, Plenty);
+    if (isBegun) {
+        QTRY_VERIFY(reports.progress > 0);
+    }
+    download.reset();
+    QCOMPARE(remains(), QStringList());
+    QCOMPARE(reports.finished, 0);
+}
+
+void tst_FileDownload::deletedInItsSignal()
+{
+    auto download = std::make_unique<FileDownload>();
+    connect(download.get(), &FileDownload::sig_finished, this, [&download] { download.reset(); });
+    download->start(url("", "small"), m_target, Plenty);
+    QTRY_VERIFY(download == nullptr);
+    QVERIFY(QFile::exists(m_target)); // it had been told
+}
+
+void tst_FileDownload::startEndsTheOneBefore()
+{
+    FileDownload download;
+    Reports reports(download);
+    const QString other = m_folder->filePath(QStringLiteral("other"));
+    download.start(url("stall"), other, Plenty);
+    QTRY_VERIFY(reports.progress > 0);
+    download.start(url("", "small"), m_target, Plenty);
+    QTRY_COMPARE(reports.finished, 1);
+    QVERIFY(reports.isOk);
+    QCOMPARE(remains().count(), 2);
+}
+
+/// At every moment of a download's life.
+void tst_FileDownload::manyStartsAndCancels()
+{
+    FileDownload download;
+    Reports reports(download);
+    const Turns turns;
+    for (int round = 0; round < 30; ++round) {
+        download.start(url(), m_target, Plenty);
+        const int until = turns.count() + round % 6;
+        QTRY_VERIFY(turns.count() >= until || reports.finished > 0);
+        if (download.isRunning()) {
+            download.cancel();
+            QCOMPARE(remains(), QStringList());
+        }
+        QFile::remove(m_target);
+        QDir().rmdir(QFileInfo(m_target).path());
+        reports.finished = 0;
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_FileDownload)
+#include "tst_FileDownload.moc"
