@@ -63,13 +63,13 @@ public:
 
 void GUI_CanAdvancedOpearationPrivate::fillTexts()
 {
-    using Dialog = GUI_CanAdvancedOpearation;
-    const QString interval = Dialog::tr("Interval");
+    const QString interval = GUI_CanAdvancedOpearation::tr("Interval");
     ui.tableWidget->horizontalHeaderItem(ui.tableWidget->columnCount() - 1)->setText(interval + QStringLiteral("(ms)"));
     ui.lblInterval->setText(interval + QStringLiteral("(ms):"));
-    ui.lblRepeat->setText(Dialog::tr("Repeat") + QLatin1Char(':'));
-    ui.cbxMode->addItem(Dialog::tr("Parallel send mode"), static_cast<int>(SendList::Mode::Parallel));
-    ui.cbxMode->addItem(Dialog::tr("Order send mode"), static_cast<int>(SendList::Mode::Order));
+    ui.lblRepeat->setText(GUI_CanAdvancedOpearation::tr("Repeat") + QLatin1Char(':'));
+    ui.cbxMode->addItem(GUI_CanAdvancedOpearation::tr("Parallel send mode"),
+                        static_cast<int>(SendList::Mode::Parallel));
+    ui.cbxMode->addItem(GUI_CanAdvancedOpearation::tr("Order send mode"), static_cast<int>(SendList::Mode::Order));
 }
 
 void GUI_CanAdvancedOpearationPrivate::connectSignals()

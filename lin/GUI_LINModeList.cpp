@@ -109,9 +109,9 @@ void GUI_LINModeListPrivate::fillParam()
         numbers.append(QString::number(row));
     }
     param.setVerticalHeaderLabels(numbers);
-    using Page = GUI_LINModeList;
-    param.setHorizontalHeaderLabels({Page::tr("Select"), Page::tr("Direction"), QStringLiteral("ID"), Page::tr("Data"),
-                                     Page::tr("Length"), Page::tr("Interval") + QStringLiteral("(ms)")});
+    param.setHorizontalHeaderLabels({GUI_LINModeList::tr("Select"), GUI_LINModeList::tr("Direction"),
+                                     QStringLiteral("ID"), GUI_LINModeList::tr("Data"), GUI_LINModeList::tr("Length"),
+                                     GUI_LINModeList::tr("Interval") + QStringLiteral("(ms)")});
 }
 
 void GUI_LINModeListPrivate::showParam()

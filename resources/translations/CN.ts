@@ -228,14 +228,6 @@
         <translation>发送帧率：</translation>
     </message>
     <message>
-        <source>0 p/s</source>
-        <translation>0 p/s</translation>
-    </message>
-    <message>
-        <source> p/s</source>
-        <translation> p/s</translation>
-    </message>
-    <message>
         <source>Error check:</source>
         <translation>错误检测：</translation>
     </message>
@@ -284,10 +276,6 @@
         <translation>已恢复CAN接收</translation>
     </message>
     <message>
-        <source>Save File</source>
-        <translation>保存文件</translation>
-    </message>
-    <message>
         <source>CAN File(*.can);;CANFD File(*.canfd);;Csv File(*.csv);;Text File(*.txt)</source>
         <translation>CAN文件(*.can);;CANFD文件(*.canfd);;CSV文件(*.csv);;文本文件(*.txt)</translation>
     </message>
@@ -306,10 +294,6 @@
     <message>
         <source>The gateway function fails to be enabled!</source>
         <translation>网关功能开启失败！</translation>
-    </message>
-    <message>
-        <source>Gateway filtering rule</source>
-        <translation>网关过滤规则</translation>
     </message>
     <message>
         <source>Successful setting!</source>

@@ -228,14 +228,6 @@
         <translation>Frame rate T:</translation>
     </message>
     <message>
-        <source>0 p/s</source>
-        <translation>0 p/s</translation>
-    </message>
-    <message>
-        <source> p/s</source>
-        <translation> p/s</translation>
-    </message>
-    <message>
         <source>Error check:</source>
         <translation>Error check:</translation>
     </message>
@@ -284,10 +276,6 @@
         <translation>Resume CAN receiving</translation>
     </message>
     <message>
-        <source>Save File</source>
-        <translation>Save File</translation>
-    </message>
-    <message>
         <source>CAN File(*.can);;CANFD File(*.canfd);;Csv File(*.csv);;Text File(*.txt)</source>
         <translation>CAN File(*.can);;CANFD File(*.canfd);;Csv File(*.csv);;Text File(*.txt)</translation>
     </message>
@@ -306,10 +294,6 @@
     <message>
         <source>The gateway function fails to be enabled!</source>
         <translation>The gateway function fails to be enabled!</translation>
-    </message>
-    <message>
-        <source>Gateway filtering rule</source>
-        <translation>Gateway filtering rule</translation>
     </message>
     <message>
         <source>Successful setting!</source>

@@ -3,9 +3,14 @@
 #include "tests/app/ShownTexts.h"
 #include "tests/support/WindowCatalog.h"
 
+#include <QApplication>
+#include <QMainWindow>
+#include <QRegularExpression>
 #include <QtTest>
 
 namespace {
+constexpr QSize MainWindowSize(1000, 650);
+
 /// What the Chinese program writes in Latin letters, and why. Taken away in this order.
 struct Untranslated
 {
@@ -98,6 +103,9 @@ void tst_Texts::window()
             }
         }
         problems.append(cutTexts(shown));
+        if (qobject_cast<QMainWindow *>(&shown) != nullptr && shown.size() != MainWindowSize) {
+            problems.append(QStringLiteral("the window had to grow to %1 pixels").arg(shown.width()));
+        }
     });
     QCOMPARE(visits, 1);
     problems.removeDuplicates();
