@@ -129,8 +129,8 @@ void GUI_DeviceInfoPrivate::connectSignals()
     QObject::connect(&timer, &QTimer::timeout, q, [this] { tick(); });
     QObject::connect(&process, &UpgradeProcess::sig_started, q, [this] { hasStarted = true; });
     QObject::connect(&process, &UpgradeProcess::sig_failed, q, [this](const QString &reason) {
-        failUpgrade((hasStarted ? Dialog::tr("The upgrade program has crashed.")
-                                : Dialog::tr("The upgrade program cannot be started.")) +
+        failUpgrade((hasStarted ? GUI_DeviceInfo::tr("The upgrade program has crashed.")
+                                : GUI_DeviceInfo::tr("The upgrade program cannot be started.")) +
                     QLatin1Char('\n') + reason);
     });
 }
