@@ -32,6 +32,7 @@ struct DeviceEntry
     ChannelFlags canOpen{};
     ChannelFlags linOpen{};
     quint8 gatewayOn = 0;
+    quint32 opening = 0;             ///< tells one opening from the next
     CANReadHandle *reader = nullptr; ///< lives on thread, goes with it
     QThread *thread = nullptr;       ///< goes by itself when it has finished
 };
@@ -98,11 +99,13 @@ public:
     std::map<quint8, DeviceEntry> devices; ///< by device index; holds a device exactly while it is open
     QMap<ChannelKey, quint32> reopenings;  ///< channels waiting to be re-opened: number of the latest request
     quint32 lastReopening = 0;
+    quint32 lastOpening = 0;
     std::atomic<bool> scanning{false}; ///< read by any thread; set from before the scan opens until it has closed
     std::optional<RunningScan> scan;   ///< what the timer goes on with
     quint32 lastScan = 0;
     QTimer *scanTimer = nullptr;                      ///< child of the manager
     std::unique_ptr<FirmwareMonitor> firmwareMonitor; ///< its thread uses api and scanning
+    std::unique_ptr<DeviceWatch> deviceWatch;         ///< the same; null while nothing is watched
 };
 
 CANCommunicationPrivate::CANCommunicationPrivate(std::unique_ptr<CANAPI> table)
@@ -177,6 +180,7 @@ std::optional<quint32> CANCommunicationPrivate::gateway(quint8 dev, quint8 opera
 CANCommunication::CANCommunication(FirmwareQuery firmwareQuery, QObject *parent)
     : CANCommunication(std::make_unique<CANAPI>(CANAPI::defaultLibraryPath()), std::move(firmwareQuery), parent)
 {
+    watchDevices();
 }
 
 CANCommunication::CANCommunication(std::unique_ptr<CANAPI> api, FirmwareQuery firmwareQuery, QObject *parent,
@@ -200,7 +204,13 @@ CANCommunication::CANCommunication(std::unique_ptr<CANAPI> api, FirmwareQuery fi
 
 CANCommunication::~CANCommunication()
 {
-    m_p->firmwareMonitor.reset(); // first: its thread uses this object, the table and the scan's flag
+    // First: their threads use this object, the table and the scan's flag. The watch begins no other call while the
+    // monitor's last one is waited for.
+    if (m_p->deviceWatch) {
+        m_p->deviceWatch->stop();
+    }
+    m_p->firmwareMonitor.reset();
+    m_p->deviceWatch.reset();
     endScan();
     if (!m_p->devices.empty()) {
         qWarning("CANCommunication destroyed with %u open device(s)", static_cast<unsigned>(m_p->devices.size()));
@@ -211,6 +221,27 @@ CANCommunication::~CANCommunication()
 const CANAPI &CANCommunication::api() const
 {
     return *m_p->api;
+}
+
+void CANCommunication::watchDevices(std::chrono::milliseconds interval)
+{
+    const auto announce = [this](quint8 dev, quint32 opening) {
+        QMetaObject::invokeMethod(
+            this, [this, dev, opening] { tellDeviceLost(dev, opening); }, Qt::QueuedConnection);
+    };
+    m_p->deviceWatch = std::make_unique<DeviceWatch>(*m_p->api, m_p->scanning, announce, interval);
+    for (const auto &[dev, entry] : m_p->devices) {
+        m_p->deviceWatch->add(dev, entry.opening);
+    }
+}
+
+void CANCommunication::tellDeviceLost(quint8 dev, quint32 opening)
+{
+    // It may have been closed, and even opened again, since the watch has seen it.
+    const DeviceEntry *entry = m_p->device(dev);
+    if (entry != nullptr && entry->opening == opening) {
+        emit sig_deviceLost(dev);
+    }
 }
 
 bool CANCommunication::isDeviceOpen(quint8 dev) const
@@ -244,6 +275,7 @@ CANError CANCommunication::openDevice(quint8 dev)
         return CAN_DeviceOpenFailed;
     }
     DeviceEntry &entry = m_p->devices[dev];
+    entry.opening = ++m_p->lastOpening;
     entry.thread = new QThread;
     entry.reader = new CANReadHandle;
     entry.reader->moveToThread(entry.thread);
@@ -265,7 +297,10 @@ CANError CANCommunication::openDevice(quint8 dev)
     // NOLINTEND(performance-unnecessary-value-param)
     QMetaObject::invokeMethod(entry.reader, "readHandle", Qt::QueuedConnection, Q_ARG(quint8, dev),
                               Q_ARG(CANAPI *, m_p->api.get()));
-    entry.thread->start(); // last, so that the thread finds everything in place
+    entry.thread->start(); // after everything that the thread has to find in place
+    if (m_p->deviceWatch) {
+        m_p->deviceWatch->add(dev, entry.opening);
+    }
     return CAN_OK;
 }
 
@@ -277,6 +312,9 @@ CANError CANCommunication::closeDevice(quint8 dev)
     }
     if (isAnySet(entry->canOpen) || isAnySet(entry->linOpen)) {
         return CAN_ChannelExists;
+    }
+    if (m_p->deviceWatch) {
+        m_p->deviceWatch->remove(dev);
     }
     entry->reader->setFlagRead(false);
     entry->thread->quit();

@@ -4,6 +4,7 @@
 #include "device/CANAPI.h"
 #include "device/CANError.h"
 #include "device/ChannelParam.h"
+#include "device/DeviceWatch.h"
 #include "device/FirmwareMonitor.h"
 #include "device/FirmwareQuery.h"
 
@@ -39,18 +40,22 @@ class CANCommunication : public QObject
     Q_OBJECT
 
 public:
-    /// Loads CANAPI::defaultLibraryPath().
+    /// Loads CANAPI::defaultLibraryPath() and watches the devices as watchDevices() does.
     explicit CANCommunication(FirmwareQuery firmwareQuery = {}, QObject *parent = nullptr);
     /// Uses the given table instead (another library path, or entries filled by hand). firmwareInterval is the
-    /// monitor's sleep between two checks.
+    /// monitor's sleep between two checks. The devices are not watched until watchDevices() is called.
     explicit CANCommunication(std::unique_ptr<CANAPI> api, FirmwareQuery firmwareQuery = {}, QObject *parent = nullptr,
                               std::chrono::milliseconds firmwareInterval = FirmwareMonitor::Interval);
-    /// Ends the firmware monitor before anything else, within the time that FirmwareMonitor::stop() gives. Closes
-    /// nothing. If a device is still open, its worker keeps polling, so the library stays loaded for it.
+    /// Ends the watch and the firmware monitor before anything else: within the time that FirmwareMonitor::stop() gives
+    /// and after the watch's adapter call under way. Closes nothing. If a device is still open, its worker keeps
+    /// polling, so the library stays loaded for it.
     ~CANCommunication() override;
 
     /// The library's table, for its state and the reason why it is unusable.
     const CANAPI &api() const;
+    /// Watches every device from its opening to its closing, for sig_deviceLost. interval is the sleep between two
+    /// checks (DeviceWatch). Called again, it starts anew.
+    void watchDevices(std::chrono::milliseconds interval = DeviceWatch::Interval);
     bool isDeviceOpen(quint8 dev) const;
     /// Devices 0 to 7 that are there. A closed one is opened and closed again for it; an open one is not touched.
     QVector<DevicePresence> presentDevices();
@@ -123,6 +128,9 @@ public slots:
     CANError slot_scanCANBaudrate(quint8 dev, quint8 second);
 
 signals:
+    /// An open device does not answer any more, as after it was pulled out. Once per opening, and only while that
+    /// opening lasts; the device stays open until somebody closes it. Needs watchDevices().
+    void sig_deviceLost(quint8 devInd);
     void sig_showMessageBox(const QString &text, int mode);
     /// A newer firmware than that of device 0 is published; once per run.
     void sig_showFrimwareUpgrade();
@@ -140,6 +148,7 @@ private slots:
 
 private:
     CANError stopChannel(quint8 dev, quint8 ch);
+    void tellDeviceLost(quint8 dev, quint32 opening);
     /// Ends the scan without a word. False when there is none.
     bool endScan();
 
