@@ -80,3 +80,12 @@ QString channelOpenProblem(CANError error, const ChannelParam &param)
     }
     return fill(tr(QT_TRANSLATE_NOOP("AdapterProblem", "Device %1, channel %2 could not be opened.")));
 }
+
+QString deviceLostProblem(quint8 device)
+{
+    return tr(QT_TRANSLATE_NOOP("AdapterProblem",
+                                "Device %1 does not answer any more. Was it unplugged?\n"
+                                "What was received stays in its tabs and can be saved. To go on, close "
+                                "these tabs, plug it in and open the channels again."))
+        .arg(device);
+}

@@ -12,3 +12,6 @@ QString adapterLibraryProblem(const CANAPI &api);
 
 /// In the user's language: why a channel could not be opened. error is what opening it answered, anything but CAN_OK.
 QString channelOpenProblem(CANError error, const ChannelParam &param);
+
+/// In the user's language: an open device does not answer any more, and what to do about it.
+QString deviceLostProblem(quint8 device);

@@ -212,6 +212,8 @@ GUI_CanView::GUI_CanView(std::unique_ptr<CANCommunication> communication, QWidge
     connect(m_p->deviceParam, &QDialog::accepted, this, &GUI_CanView::slot_openChosenChannels);
     connect(m_p->communication.get(), &CANCommunication::sig_showFrimwareUpgrade, this,
             &GUI_CanView::slot_showFrimwareUpgrade);
+    connect(m_p->communication.get(), &CANCommunication::sig_deviceLost, this,
+            [this](quint8 device) { slot_showMessageBox(deviceLostProblem(device), MessageWarning); });
     setWindowTitle(QStringLiteral("X9CAN V") + QStringLiteral(X9_VERSION));
     connect(m_p->ui.tabWidget, &QTabWidget::tabCloseRequested, this, &GUI_CanView::slot_closeTabRequest);
     m_p->update = new SoftwareUpdate(this);

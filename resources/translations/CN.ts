@@ -625,6 +625,12 @@ Check the bit rate and the other parameters.</source>
         <source>Device %1, channel %2 could not be opened.</source>
         <translation>无法打开设备%1的通道%2。</translation>
     </message>
+    <message>
+        <source>Device %1 does not answer any more. Was it unplugged?
+What was received stays in its tabs and can be saved. To go on, close these tabs, plug it in and open the channels again.</source>
+        <translation>设备 %1 不再响应。是否已被拔出？
+已接收的内容保留在其标签页中，仍可保存。如要继续，请关闭这些标签页，重新插入设备，再打开通道。</translation>
+    </message>
 </context>
 <context>
     <name>GUI_DeviceInfo</name>

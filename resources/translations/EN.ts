@@ -625,6 +625,12 @@ Check the bit rate and the other parameters.</translation>
         <source>Device %1, channel %2 could not be opened.</source>
         <translation>Device %1, channel %2 could not be opened.</translation>
     </message>
+    <message>
+        <source>Device %1 does not answer any more. Was it unplugged?
+What was received stays in its tabs and can be saved. To go on, close these tabs, plug it in and open the channels again.</source>
+        <translation>Device %1 does not answer any more. Was it unplugged?
+What was received stays in its tabs and can be saved. To go on, close these tabs, plug it in and open the channels again.</translation>
+    </message>
 </context>
 <context>
     <name>GUI_DeviceInfo</name>

@@ -178,6 +178,7 @@ private slots:
     void explainsALINChannelThatDoesNotOpen();
     void saysWhyAChannelDoesNotOpen();
     void opensAgainWhenTheAdapterIsBack();
+    void saysOnceThatADeviceIsGone();
     void closesTabs();
     void closingATabEndsItsPlayback();
     void closesAndOpensFromTheMenu();
@@ -416,6 +417,32 @@ void tst_GUI_CanView::opensAgainWhenTheAdapterIsBack()
     QCOMPARE(tabsOf(window)->count(), 1);
     auto *again = tabsOf(window)->widget(0)->findChild<CTableViewCAN *>();
     QTRY_VERIFY(again->rowCount() > 100);
+}
+
+/// Both of its tabs stay, with what they have received.
+void tst_GUI_CanView::saysOnceThatADeviceIsGone()
+{
+    const AdapterFolder folder(R"({
+      "buses": [{"name": "busy", "bitrate": "500k", "nodes": [{"id": "0x100", "length": 8, "period_us": 1000}]}],
+      "devices": [{"model": "X9FC-1", "can": [{"bus": "busy"}, {"bus": "busy"}], "faults": {"vanish_after_ms": 900}}]
+    })");
+    auto communication = manager();
+    communication->watchDevices(std::chrono::milliseconds(10));
+    GUI_CanView window(std::move(communication));
+    window.show();
+    openAllChannels(window);
+    QTRY_COMPARE(messagesOf(window).size(), 1);
+    QCOMPARE(messagesOf(window).first()->icon(), CMessageBox::Warning);
+    QVERIFY(messagesOf(window).first()->text().startsWith(QLatin1String("Device 0 does not answer any more.")));
+    QCOMPARE(tabsOf(window)->count(), 2);
+    pressOk(*messagesOf(window).first());
+    QTRY_VERIFY(messagesOf(window).isEmpty());
+    auto *table = window.findChild<CTableViewCAN *>();
+    table->refresh();
+    QVERIFY(table->rowCount() > 0);
+    actionIn(window, "btn_connect", 1)->trigger();
+    QCOMPARE(tabsOf(window)->count(), 0);
+    QVERIFY(messagesOf(window).isEmpty());
 }
 
 void tst_GUI_CanView::closesTabs()
