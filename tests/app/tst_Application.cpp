@@ -1,4 +1,5 @@
 #include "tests/app/RunningProgram.h"
+#include "tests/app/UpdateServer.h"
 
 #include <QFile>
 #include <QtTest>
@@ -37,6 +38,8 @@ private slots:
     void startsWithADamagedSettingsFile();
     void endsInTime_data();
     void endsInTime();
+    void endsWhileTheServerHangs_data();
+    void endsWhileTheServerHangs();
     void finishesTheFileBeforeItEnds();
     void startsAfterALibraryThatHung();
     void startsWithoutALibrary();
@@ -138,6 +141,27 @@ void tst_Application::endsInTime()
     const QString cutOff =
         QStringLiteral("The adapter's library does not answer; the program ends without closing it.");
     QCOMPARE(program.errors(), isCutOff ? cutOff : QString());
+}
+
+void tst_Application::endsWhileTheServerHangs_data()
+{
+    QTest::addColumn<QString>("steps");
+    QTest::newRow("looking for a newer program") << QStringLiteral("close");
+    QTest::newRow("looking for newer firmware") << QStringLiteral("openCAN,close");
+}
+
+void tst_Application::endsWhileTheServerHangs()
+{
+    QFETCH(QString, steps);
+    UpdateServer server;
+    const ProgramFolder folder(TwoDevices);
+    folder.write(QStringLiteral("program/Init.ini"),
+                 "[General]\nupdateServer=" + server.url("no-answer").toUtf8() + '\n');
+    RunningProgram program(folder, steps);
+    QVERIFY2(program.waitForLine(QStringLiteral("closing")), qPrintable(folder.log()));
+    QVERIFY(program.waitForEnd(EndMs));
+    QCOMPARE(program.errors(), QString());
+    QVERIFY(!server.requests().isEmpty());
 }
 
 /// Nothing that was listed is missing, and the last line is whole.

@@ -1,6 +1,8 @@
 #include "app/ApplicationSetup.h"
 #include "app/GUI_CanView.h"
 #include "app/GUI_DeviceInfo.h"
+#include "app/GUI_SoftwareInfo.h"
+#include "app/GUI_Update.h"
 #include "app/Settings.h"
 #include "can/GUI_CanDevice.h"
 #include "can/GUI_CanDeviceParam.h"
@@ -10,6 +12,7 @@
 #include "device/CANCommunication.h"
 #include "lin/GUI_LINDevice.h"
 #include "lin/GUI_LINModeMonitor.h"
+#include "tests/app/UpdateServer.h"
 #include "tests/support/AdapterFolder.h"
 #include "widgets/CMaskWidget.h"
 #include "widgets/CMessageBox.h"
@@ -142,6 +145,11 @@ public:
         return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
                QStringLiteral("/X9CAN/Init.ini");
     }
+    static bool setUpdateServer(const QString &url)
+    {
+        QFile file(programFile());
+        return file.open(QIODevice::WriteOnly) && file.write("[General]\nupdateServer=" + url.toUtf8() + '\n') > 0;
+    }
     static bool isStored() { return QFile::exists(programFile()) || QFile::exists(userFile()); }
     /// Puts folders where the files would be.
     static bool makeUnwritable()
@@ -199,6 +207,9 @@ private slots:
     void restartsOnRequest();
     void saysThatTheLanguageCannotBeStored();
     void asksToUpdateTheFirmware();
+    void offersANewerRelease();
+    void searchesOnRequest();
+    void tellsOfTheDeviceOnTop();
 };
 
 void tst_GUI_CanView::asksByItselfWhatToOpen()
@@ -800,6 +811,63 @@ void tst_GUI_CanView::asksToUpdateTheFirmware()
     window.slot_showFrimwareUpgrade();
     press(*messagesOf(window).first(), QDialogButtonBox::Yes);
     QVERIFY(window.findChild<GUI_DeviceInfo *>()->isVisible());
+}
+
+/// In place of the question what to open.
+void tst_GUI_CanView::offersANewerRelease()
+{
+    const StoredLanguage stored;
+    const AdapterFolder folder(OneDevice);
+    const UpdateServer server({QStringLiteral("--record"), QStringLiteral(R"(Korvane_CAN={"versionNo": "9.0.0"})")});
+    QVERIFY(StoredLanguage::setUpdateServer(server.url()));
+    GUI_CanView window(manager());
+    window.show();
+    QTRY_VERIFY(window.findChild<GUI_Update *>() != nullptr);
+    QTRY_VERIFY(window.findChild<GUI_Update *>()->isVisible());
+    QVERIFY(window.findChild<GUI_Update *>()->findChild<QWidget *>(QStringLiteral("btn_update"))->isVisible());
+    QVERIFY(!dialogOf(window)->isVisible());
+}
+
+void tst_GUI_CanView::searchesOnRequest()
+{
+    const AdapterFolder folder(NoDevice);
+    GUI_CanView window(manager());
+    window.show();
+    actionIn(window, "btn_about", 0)->trigger();
+    auto *information = window.findChild<GUI_SoftwareInfo *>();
+    QVERIFY(information->isVisible());
+    clickIn(*information, "btn_update");
+    QTRY_VERIFY(window.findChild<GUI_Update *>() != nullptr); // there is no server
+    QTRY_VERIFY(window.findChild<GUI_Update *>()->findChild<QWidget *>(QStringLiteral("btn_cancel"))->isVisible());
+}
+
+void tst_GUI_CanView::tellsOfTheDeviceOnTop()
+{
+    const AdapterFolder folder(R"({
+      "buses": [{"name": "busy", "bitrate": "500k"}],
+      "devices": [{"serial": "A", "model": "X9EC-1", "firmware": "V2.05", "can": [{"bus": "busy"}]},
+                  {"serial": "B", "model": "X9FC-1", "firmware": "V3.01", "can": [{"bus": "busy"}]}]
+    })");
+    GUI_CanView window(manager());
+    window.show();
+    QTRY_VERIFY(dialogOf(window)->isVisible());
+    clickIn(*dialogOf(window), "btn_cancel");
+    const auto shown = [&window](const char *label) {
+        return window.findChild<GUI_DeviceInfo *>()->findChild<QLabel *>(QLatin1String(label))->text();
+    };
+    actionIn(window, "btn_about", 1)->trigger();
+    QCOMPARE(shown("lbl_productSN"), QStringLiteral("A"));
+    QCOMPARE(shown("lbl_firmware"), QStringLiteral("V2.05"));
+    window.findChild<GUI_DeviceInfo *>()->close();
+    QTRY_VERIFY(window.findChild<GUI_DeviceInfo *>() == nullptr);
+
+    window.slot_openCanDevice();
+    chooseIn(*dialogOf(window), "cbx_index", 1);
+    clickIn(*dialogOf(window), "btn_ok");
+    QCOMPARE(tabsOf(window)->count(), 1);
+    actionIn(window, "btn_about", 1)->trigger();
+    QCOMPARE(shown("lbl_productSN"), QStringLiteral("B"));
+    QCOMPARE(shown("lbl_firmware"), QStringLiteral("V3.01"));
 }
 
 QTEST_MAIN(tst_GUI_CanView)

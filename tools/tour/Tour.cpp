@@ -1,6 +1,9 @@
 #include "tools/tour/Tour.h"
 
 #include "app/GUI_CanView.h"
+#include "app/GUI_DeviceInfo.h"
+#include "app/GUI_SoftwareInfo.h"
+#include "app/Settings.h"
 #include "can/GUI_CanDeviceParam.h"
 #include "can/GUI_CanFilterTool.h"
 #include "can/GUI_CanGateWay.h"
@@ -18,6 +21,7 @@
 #include "widgets/CMessageBox.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -52,7 +56,7 @@ bool Tour::run()
 {
     return openChannels() && receive() && send() && sendRepeatedly() && sendList() && filterGateway() &&
            refuseIdentifier() && hideIdentifier() && saveCaptures() && playCapture() && saveInRealTime() && openLIN() &&
-           runSchedule() && monitorLIN() && developLIN() && closeChannels();
+           runSchedule() && monitorLIN() && developLIN() && closeChannels() && lookAround() && switchLanguage();
 }
 
 bool Tour::openChannels()
@@ -70,7 +74,12 @@ bool Tour::openChannels()
     if (!computeFilter(*dialog) || !scan(*dialog)) {
         return false;
     }
-    dialog->findChild<QAbstractButton *>(QStringLiteral("chbx_openAllChannel"))->setChecked(true);
+    // The first one for CAN FD at 2 Mbit/s, the second one classic.
+    auto *dataRate = dialog->findChild<QComboBox *>(QStringLiteral("cbx_baudrateCANFD"));
+    dataRate->setCurrentIndex(2);
+    pressIn(*dialog, "btn_ok");
+    m_window.slot_openCanDevice();
+    dataRate->setCurrentIndex(0);
     pressIn(*dialog, "btn_ok");
     auto *tabs = m_window.findChild<QTabWidget *>(QStringLiteral("tabWidget"));
     return waitUntil("the two CAN channels open", [tabs] { return tabs->count() == 2; });
@@ -413,6 +422,44 @@ bool Tour::closeChannels()
     m_window.slot_closeCanDevice();
     auto *tabs = m_window.findChild<QTabWidget *>(QStringLiteral("tabWidget"));
     return waitUntil("the channels close", [tabs] { return tabs->count() == 0; });
+}
+
+/// The dialogs of the About menu.
+bool Tour::lookAround()
+{
+    m_window.slot_showSoftwareInfo();
+    const QPointer<GUI_SoftwareInfo> software(m_window.findChild<GUI_SoftwareInfo *>());
+    if (!waitUntil("the software information opens", [&] { return software && software->isActiveWindow(); })) {
+        return false;
+    }
+    QTest::qWait(100);
+    shoot(*software, QStringLiteral("software-information"));
+    QTest::keyClick(software.data(), Qt::Key_Escape);
+    m_window.slot_showDeviceInfo();
+    const QPointer<GUI_DeviceInfo> device(m_window.findChild<GUI_DeviceInfo *>());
+    if (!waitUntil("the device information opens", [&] { return device && device->isActiveWindow(); })) {
+        return false;
+    }
+    QTest::qWait(100);
+    shoot(*device, QStringLiteral("device-information"));
+    QTest::keyClick(device.data(), Qt::Key_Escape);
+    return waitUntil("the dialogs close", [&] { return software.isNull() && device.isNull(); });
+}
+
+/// To the other language; the restart that is offered would end the tour.
+bool Tour::switchLanguage()
+{
+    const QString other = m_language == QLatin1String("zh") ? QStringLiteral("EN") : QStringLiteral("CN");
+    m_window.findChild<QAction *>(other)->trigger();
+    const QPointer<CMessageBox> question(m_window.findChild<CMessageBox *>());
+    if (!waitUntil("the restart is offered", [&] { return question && question->isActiveWindow(); })) {
+        return false;
+    }
+    QTest::qWait(100);
+    shoot(*question, QStringLiteral("language"));
+    QTest::keyClick(question.data(), Qt::Key_Escape);
+    return waitUntil("the question closes", [&] { return question.isNull(); }) &&
+           waitUntil("the language is stored", [&] { return (getLanguage() == 0) == (other == QLatin1String("CN")); });
 }
 
 bool Tour::waitUntil(const char *what, const std::function<bool()> &condition)

@@ -44,6 +44,8 @@ private:
     bool monitorLIN();
     bool developLIN();
     bool closeChannels();
+    bool lookAround();
+    bool switchLanguage();
 
     static bool waitUntil(const char *what, const std::function<bool()> &condition);
     QWidget *tab() const;
