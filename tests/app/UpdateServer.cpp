@@ -34,6 +34,9 @@ QString UpdateServer::url() const
 
 QStringList UpdateServer::requests()
 {
+    // The server prints a request before it answers; what it has printed may not have been read yet.
+    while (m_process.waitForReadyRead(0)) {
+    }
     while (m_process.canReadLine()) {
         m_requests.append(QString::fromUtf8(m_process.readLine()).trimmed());
     }

@@ -233,17 +233,28 @@ void tst_FileDownload::failures_data()
 {
     QTest::addColumn<QByteArray>("behaviour");
     QTest::addColumn<QByteArray>("name");
-    for (const char *name : {"404", "500", "short", "nothing", "redirect-file", "redirect-ftp", "redirect-self"}) {
-        QTest::newRow(name) << QByteArray(name) << QByteArray("package.zip");
+    QTest::addColumn<QString>("text"); ///< empty: the toolkit's own
+    QTest::addColumn<int>("requests");
+    const QString empty = QStringLiteral("The file on the server is empty.");
+    const QByteArray file = "package.zip";
+    for (const char *name : {"404", "500", "redirect-file", "redirect-ftp"}) {
+        QTest::newRow(name) << QByteArray(name) << file << QString() << 1;
     }
-    QTest::newRow("no such file") << QByteArray() << QByteArray("other");
-    QTest::newRow("empty file") << QByteArray() << QByteArray("nothing");
+    QTest::newRow("redirect-self") << QByteArray("redirect-self") << file << QString() << 6;
+    QTest::newRow("no such file") << QByteArray() << QByteArray("other") << QString() << 1;
+    QTest::newRow("empty answer") << QByteArray("nothing") << file << empty << 1;
+    QTest::newRow("empty file") << QByteArray() << QByteArray("nothing") << empty << 1;
+    QTest::newRow("short") << QByteArray("short") << file
+                           << QStringLiteral("The connection ended before the file was complete.") << 1;
 }
 
 void tst_FileDownload::failures()
 {
     QFETCH(QByteArray, behaviour);
     QFETCH(QByteArray, name);
+    QFETCH(QString, text);
+    QFETCH(int, requests);
+    const int before = m_server->requests().count();
     FileDownload download;
     Reports reports(download);
     const Turns turns;
@@ -251,7 +262,11 @@ void tst_FileDownload::failures()
     QTRY_COMPARE(reports.finished, 1);
     QVERIFY(!reports.isOk);
     QVERIFY(!reports.text.isEmpty());
+    if (!text.isEmpty()) {
+        QCOMPARE(reports.text, text);
+    }
     QCOMPARE(remains(), QStringList());
+    QTRY_COMPARE(m_server->requests().count(), before + requests);
     QTRY_VERIFY(turns.count() > 20);
     QCOMPARE(reports.finished, 1);
 }
@@ -300,6 +315,8 @@ void tst_FileDownload::sizeLimit()
         download.start(url(behaviour), m_target, m_content.size() - 1);
         QTRY_COMPARE(reports.finished, 1);
         QCOMPARE(reports.text, QStringLiteral("The file on the server is too large."));
+        const bool isAnnounced = qstrcmp(behaviour, "rubbish-chunked") != 0;
+        QVERIFY(!isAnnounced || reports.progress == 0);
         QVERIFY(reports.lastReceived < 20 * 1000 * 1000);
         QCOMPARE(remains(), QStringList());
     }

@@ -368,12 +368,10 @@ void tst_HttpServer::limit()
 
     HttpServer good(m_server.url());
     const Answers goodAnswers(good);
-    good.start(Code, 400);
+    good.start(Code, 60000);
     QTRY_COMPARE(goodAnswers.count(), 1);
-    const Turns turns;
-    QTRY_VERIFY(turns.count() > 60);
-    QCOMPARE(goodAnswers.count(), 1);
     QVERIFY(goodAnswers.last().ok);
+    QVERIFY(!good.isRunning()); // nothing is left that could end
 }
 
 void tst_HttpServer::oneByteAfterTheOther()

@@ -32,7 +32,7 @@ QStringList serving(const QByteArray &record, const QStringList &more = {})
     return QStringList{QStringLiteral("--record"), QStringLiteral("Korvane_CAN=") + QString::fromUtf8(record)} + more;
 }
 
-/// Counts how often the event loop turns, and the longest time between two turns.
+/// Counts how often the event loop turns.
 class Turns
 {
 public:
@@ -48,6 +48,13 @@ private:
     QTimer m_timer;
     int m_count = 0;
 };
+
+/// The limits of a test: short where the server keeps silent, and otherwise none that a slow computer could reach.
+int limitFor(const QByteArray &behaviour)
+{
+    const bool isSilent = behaviour == "no-answer" || behaviour == "stall" || behaviour == "slow";
+    return isSilent ? 300 : 60000;
+}
 
 void letTurn()
 {
@@ -95,7 +102,7 @@ private slots:
     void endsAtAnyTime();
 
 private:
-    SoftwareUpdate *make(const QString &baseUrl, int stallLimitMs = 400);
+    SoftwareUpdate *make(const QString &baseUrl, int limitMs = 60000);
     void serve(const QByteArray &record, const QStringList &more = {});
     void placeProgram();
     QString package() const { return m_data->filePath(QStringLiteral("X9CAN_Install/Install.zip")); }
@@ -146,15 +153,15 @@ void tst_SoftwareUpdate::cleanup()
     m_server.reset();
 }
 
-SoftwareUpdate *tst_SoftwareUpdate::make(const QString &baseUrl, int stallLimitMs)
+SoftwareUpdate *tst_SoftwareUpdate::make(const QString &baseUrl, int limitMs)
 {
     SoftwareUpdate::Setup setup;
     setup.baseUrl = baseUrl;
     setup.applicationDir = m_program->path();
     setup.packageFolder = m_data->path();
-    setup.startLimitMs = 400;
-    setup.requestLimitMs = 400;
-    setup.stallLimitMs = stallLimitMs;
+    setup.startLimitMs = limitMs;
+    setup.requestLimitMs = limitMs;
+    setup.stallLimitMs = limitMs;
     return new SoftwareUpdate(m_window.get(), setup);
 }
 
@@ -229,7 +236,8 @@ void tst_SoftwareUpdate::startFindsNothing()
 {
     QFETCH(QByteArray, behaviour);
     serve(NewRecord);
-    SoftwareUpdate *update = make(behaviour.isEmpty() ? QString() : m_server->url(behaviour.constData()));
+    SoftwareUpdate *update =
+        make(behaviour.isEmpty() ? QString() : m_server->url(behaviour.constData()), limitFor(behaviour));
     QSignalSpy checked(update, &SoftwareUpdate::sig_startChecked);
     const Turns turns;
     update->checkAtStart();
@@ -243,9 +251,9 @@ void tst_SoftwareUpdate::startFindsNothing()
 
 void tst_SoftwareUpdate::lateAnswerIsDropped()
 {
-    // Two bytes, the second one a second after the limit has long passed.
+    // Two bytes, the second one a second after the first and long after the limit.
     serve("{}", {QStringLiteral("--behaviour"), QStringLiteral("Korvane_CAN=slow")});
-    SoftwareUpdate *update = make(m_server->url());
+    SoftwareUpdate *update = make(m_server->url(), limitFor("slow"));
     QSignalSpy checked(update, &SoftwareUpdate::sig_startChecked);
     update->checkAtStart();
     QTRY_COMPARE(checked.count(), 1);
@@ -323,7 +331,8 @@ void tst_SoftwareUpdate::requests()
     QFETCH(QByteArray, behaviour);
     QFETCH(QString, headline);
     serve(record);
-    SoftwareUpdate *update = make(behaviour.isEmpty() ? m_server->url() : m_server->url(behaviour.constData()));
+    SoftwareUpdate *update =
+        make(behaviour.isEmpty() ? m_server->url() : m_server->url(behaviour.constData()), limitFor(behaviour));
     update->request(false);
     QVERIFY(update->isBusy());
     QCOMPARE(QApplication::activeModalWidget(), nullptr); // the window can be used
@@ -337,7 +346,7 @@ void tst_SoftwareUpdate::requests()
 void tst_SoftwareUpdate::requestWithoutAnAnswer()
 {
     serve(NewRecord);
-    SoftwareUpdate *update = make(m_server->url("no-answer"));
+    SoftwareUpdate *update = make(m_server->url("no-answer"), limitFor("no-answer"));
     const Turns turns;
     update->request(false);
     QTRY_VERIFY(offer() != nullptr);
@@ -439,7 +448,7 @@ void tst_SoftwareUpdate::cancels()
     QFETCH(int, how);
     serve(NewRecord);
     placeProgram();
-    SoftwareUpdate *update = make(m_server->url(), 30000);
+    SoftwareUpdate *update = make(m_server->url());
     QSignalSpy close(update, &SoftwareUpdate::sig_closeProgram);
     update->update(download(behaviour.constData()));
     QTRY_COMPARE(m_server->requests().count(), 1);
@@ -475,7 +484,7 @@ void tst_SoftwareUpdate::failedDownloads()
     QFETCH(QByteArray, behaviour);
     serve(NewRecord);
     placeProgram();
-    SoftwareUpdate *update = make(m_server->url());
+    SoftwareUpdate *update = make(m_server->url(), limitFor(behaviour));
     QSignalSpy close(update, &SoftwareUpdate::sig_closeProgram);
     update->update(download(behaviour.constData()));
     QTRY_VERIFY(message() != nullptr);
@@ -517,7 +526,7 @@ void tst_SoftwareUpdate::emptyAddress()
 void tst_SoftwareUpdate::oneDownloadAtATime()
 {
     serve(NewRecord);
-    SoftwareUpdate *update = make(m_server->url(), 30000);
+    SoftwareUpdate *update = make(m_server->url());
     update->update(download("slow"));
     update->update(download("slow"));
     update->request(false);
@@ -558,7 +567,7 @@ void tst_SoftwareUpdate::endsAtAnyTime()
     QFETCH(bool, withTheWindow);
     serve(NewRecord);
     const bool isSilent = moment == "start" || moment == "search";
-    SoftwareUpdate *update = make(isSilent ? m_server->url("no-answer") : m_server->url(), 30000);
+    SoftwareUpdate *update = make(isSilent ? m_server->url("no-answer") : m_server->url());
     if (moment == "start") {
         update->checkAtStart();
         QTRY_COMPARE(m_server->requests().count(), 1);
