@@ -61,7 +61,7 @@ private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
     static QList<QProcess *> released()
     {
-        return qApp->findChildren<QProcess *>(QString(), Qt::FindDirectChildrenOnly);
+        return QCoreApplication::instance()->findChildren<QProcess *>(QString(), Qt::FindDirectChildrenOnly);
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
