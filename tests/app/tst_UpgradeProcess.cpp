@@ -182,6 +182,7 @@ void tst_UpgradeProcess::destroyingLeavesTheProgramRunning()
     process->start(program.path(), {});
     QTRY_COMPARE(started.count(), 1);
     process.reset();
+    QCOMPARE(released().size(), 1);
     program.letGo();
     QTRY_COMPARE(program.ends(), QStringList(QStringLiteral("3")));
     QTRY_COMPARE(released().size(), 0);
