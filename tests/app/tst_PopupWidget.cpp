@@ -24,7 +24,7 @@ public:
     PopupDialog()
     {
         auto *layout = new QVBoxLayout(this);
-        for (QPushButton *button : {defaultButton, disabledButton}) {
+        for (QPushButton *button : {defaultButton, disabledButton, lastButton}) {
             layout->addWidget(button);
         }
         defaultButton->setDefault(true);
@@ -47,6 +47,7 @@ public:
 
     QPushButton *defaultButton = new QPushButton(QStringLiteral("&Default"));
     QPushButton *disabledButton = new QPushButton(QStringLiteral("Disabled"));
+    QPushButton *lastButton = new QPushButton(QStringLiteral("Last"));
     QWidget *content = new QWidget(this);
     QLineEdit *field = new QLineEdit;
     QPushButton *contentButton = new QPushButton(QStringLiteral("&Content"));
@@ -208,13 +209,13 @@ void tst_PopupWidget::enterAndMnemonicsDoNotReachTheDialog()
 
 void tst_PopupWidget::dialogWorksAgainAfterwards()
 {
-    m_dialog->defaultButton->setFocus();
+    m_dialog->lastButton->setFocus();
     m_dialog->popup->show();
     QVERIFY(!m_dialog->defaultButton->isEnabled());
     m_dialog->popup->close();
     QVERIFY(m_dialog->defaultButton->isEnabled());
     QVERIFY(!m_dialog->disabledButton->isEnabled()); // as it was before
-    QCOMPARE(m_dialog->focusWidget(), m_dialog->defaultButton);
+    QCOMPARE(m_dialog->focusWidget(), m_dialog->lastButton);
 }
 
 void tst_PopupWidget::dialogWorksAgainWhenThePopupIsDeleted()

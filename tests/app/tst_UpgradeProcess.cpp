@@ -61,7 +61,7 @@ private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
     static QList<QProcess *> released()
     {
-        return qApp->findChildren<QProcess *>(QString(), Qt::FindDirectChildrenOnly);
+        return QCoreApplication::instance()->findChildren<QProcess *>(QString(), Qt::FindDirectChildrenOnly);
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -182,6 +182,7 @@ void tst_UpgradeProcess::destroyingLeavesTheProgramRunning()
     process->start(program.path(), {});
     QTRY_COMPARE(started.count(), 1);
     process.reset();
+    QCOMPARE(released().size(), 1);
     program.letGo();
     QTRY_COMPARE(program.ends(), QStringList(QStringLiteral("3")));
     QTRY_COMPARE(released().size(), 0);
