@@ -289,6 +289,9 @@ GUI_CanDevice::GUI_CanDevice(const ChannelParam &param, CANCommunication &commun
 {
     m_p->ui.setupUi(this);
     m_p->foldAnimation.setTargetObject(m_p->ui.widget_content);
+    // A folded panel is out of Tab's way.
+    connect(&m_p->foldAnimation, &QPropertyAnimation::finished, this,
+            [this] { m_p->ui.widget_content->setVisible(m_p->ui.widget_content->maximumHeight() > 0); });
     m_p->cacheText = m_p->ui.lbx_cache->text();
     m_p->ui.tableView->setAutoScroll(true);
     m_p->setValidators();
@@ -301,7 +304,8 @@ GUI_CanDevice::GUI_CanDevice(const ChannelParam &param, CANCommunication &commun
 
 GUI_CanDevice::~GUI_CanDevice()
 {
-    // While the tab is whole: a list that is still running says that it ends.
+    hide(); // while the tab is whole: leaving the field that has the focus calls a slot
+    // Likewise: a list that is still running says that it ends.
     delete m_p->sendList;
     delete m_p->sendFile;
     finishFiles();
@@ -460,6 +464,7 @@ void GUI_CanDevice::slot_foldBtnClicked(bool checked)
 {
     QPropertyAnimation &animation = m_p->foldAnimation;
     animation.stop();
+    m_p->ui.widget_content->show();
     animation.setStartValue(m_p->ui.widget_content->height());
     animation.setEndValue(checked ? 0 : PanelHeight);
     animation.start();

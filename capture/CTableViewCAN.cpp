@@ -143,6 +143,7 @@ void CTableViewCANPrivate::createView()
     view->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     view->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     view->setAutoScroll(false);
+    view->setTabKeyNavigation(false); // Tab goes on
     QHeaderView *rows = view->verticalHeader();
     rows->hide();
     rows->setSectionResizeMode(QHeaderView::Fixed);

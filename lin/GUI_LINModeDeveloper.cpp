@@ -60,6 +60,7 @@ public:
 void GUI_LINModeDeveloperPrivate::prepareForm()
 {
     masks = std::make_unique<LINIdPairs>(*ui.maskLayout, MaskedIds, MaskedIds);
+    masks->setTabOrderAfter(ui.sbx_count);
     ui.lbx_data->setValidator(q->hexBlankValidator());
     showCycle();
 }

@@ -50,6 +50,7 @@ void GUI_LINModeMonitorPrivate::addFixedIds()
 {
     fixedIds = std::make_unique<LINIdPairs>(*ui.fixedIdLayout, FixedIds, FixedIdsPerRow);
     fixedIds->setWrapping(true);
+    fixedIds->setTabOrderAfter(ui.cbx_modeDisplay);
 }
 
 void GUI_LINModeMonitorPrivate::connectSignals()

@@ -73,6 +73,7 @@ LINFrameView::LINFrameView(QWidget *parent)
     }
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setTabKeyNavigation(false); // Tab goes on
     setAlternatingRowColors(true);
     setWordWrap(false);
     setTextElideMode(Qt::ElideMiddle); // a state ends with what tells it from the others

@@ -45,3 +45,13 @@ void LINIdPairs::setWrapping(bool wrapping)
         pair.id->setWrapping(wrapping);
     }
 }
+
+void LINIdPairs::setTabOrderAfter(QWidget *control) const
+{
+    QWidget *previous = control;
+    for (const Pair &pair : m_pairs) {
+        QWidget::setTabOrder(previous, pair.check);
+        QWidget::setTabOrder(pair.check, pair.id);
+        previous = pair.id;
+    }
+}

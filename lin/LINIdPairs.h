@@ -6,6 +6,7 @@
 
 class QCheckBox;
 class QGridLayout;
+class QWidget;
 
 /// Identifiers that can be ticked: check boxes "chbx_ID1", "chbx_ID2" ... with the spin boxes "sbx_ID1", "sbx_ID2" ...
 /// beside them, unticked at first. The widgets belong to the widget whose layout they are in.
@@ -20,6 +21,8 @@ public:
     void setEnabled(bool enabled);
     /// Whether the spin boxes go from 3F to 0 and back; off at first.
     void setWrapping(bool wrapping);
+    /// Tab goes from the control, which is in the same window, to the first pair and through all of them.
+    void setTabOrderAfter(QWidget *control) const;
 
 private:
     struct Pair

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, check, fuzz, package) from
-# Debian's packages, quietly; does nothing when all is there. As root, or through sudo.
+# tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, check, docs, fuzz,
+# package) from Debian's packages, quietly; does nothing when all is there. As root, or through sudo.
 set -euo pipefail
 
 declare -A packages=(
@@ -8,6 +8,7 @@ declare -A packages=(
            librsvg2-bin icoutils"
   [run]="xvfb xauth fonts-noto-cjk libqt5gui5 qttranslations5-l10n python3"
   [check]="clang-format"
+  [docs]="pngquant"
   [fuzz]="clang libclang-rt-14-dev"
   [package]="dpkg-dev file desktop-file-utils appstream lintian binutils xvfb xauth python3 python3-xlib"
 )

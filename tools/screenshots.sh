@@ -1,22 +1,32 @@
 #!/usr/bin/env bash
-# tools/screenshots.sh   Takes the pictures of the documents anew: docs/screenshots/<language>-<step>.png, and at 200 %
-# docs/screenshots/<language>-receive@2x.png. Needs a finished ./run.sh build.
+# tools/screenshots.sh [FOLDER]   Takes the pictures of the documents anew, in both languages, at 100 % and at 200 %:
+# FOLDER/<language>-<window>.png and ...@2x.png, docs/screenshots by default. Every window of the program is there, and
+# the steps of the guided tour that the documents show; where both have a picture of one name it is the tour's. Needs a
+# finished ./run.sh build.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-pictures=$PWD/docs/screenshots
-mkdir -p "$pictures"
+tools/install-packages.sh run docs
+mkdir -p "${1:-docs/screenshots}"
+pictures=$(cd "${1:-docs/screenshots}" && pwd)
+steps="open filter-tool scan receive send-repeatedly send-list gateway-filter filter edit-data behind-the-message
+       send-file lin-list lin-monitor lin-developer"
+
+taken=$(mktemp -d)
 folder=$PWD/build/release/bin/captures # a short path in the pictures
 mkdir -p "$folder"
-trap 'rm -rf "$folder"' EXIT
+trap 'rm -rf "$folder" "$taken"' EXIT
 cd build/release/bin
 export QT_LOGGING_RULES="qt.qpa.xcb=false" # without a window manager there is no input focus to give
 for language in zh en; do
-  xvfb-run -a -s "-screen 0 1280x900x24" ../tools/x9_tour "$language" "$folder"
-  for picture in "$folder/$language"-[0-9][0-9]-{open,filter-tool,scan,receive,send-repeatedly,send-list,gateway-filter,filter,edit-data,behind-the-message,send-file,lin-list,lin-monitor,lin-developer}.png; do
-    name=$(basename "$picture")
-    [[ -f $picture ]] || continue
-    cp "$picture" "$pictures/$language-${name#"$language"-[0-9][0-9]-}"
+  for scale in 1 2; do
+    suffix=$([[ $scale == 1 ]] || echo @2x)
+    screen=(env QT_SCALE_FACTOR=$scale xvfb-run -a -s "-screen 0 $((1280 * scale))x$((900 * scale))x24")
+    "${screen[@]}" ../tools/x9_gallery "$language" "$taken"
+    "${screen[@]}" ../tools/x9_tour "$language" "$folder"
+    for step in $steps; do
+      cp "$folder/$language"-[0-9][0-9]-"$step.png" "$taken/$language-$step$suffix.png"
+    done
   done
-  QT_SCALE_FACTOR=2 xvfb-run -a -s "-screen 0 2560x1800x24" ../tools/x9_tour "$language" "$folder"
-  cp "$folder/$language"-[0-9][0-9]-receive.png "$pictures/$language-receive@2x.png"
 done
+pngquant --quality 70-95 --strip --skip-if-larger --force --ext .png "$taken"/*.png || (($? == 98)) # some were smaller
+cp "$taken"/*.png "$pictures"

@@ -212,7 +212,11 @@ CHexLineEdit::CHexLineEdit(QWidget *parent)
     m_p->connectSignals();
 }
 
-CHexLineEdit::~CHexLineEdit() = default;
+CHexLineEdit::~CHexLineEdit()
+{
+    // A line that goes while it has the focus says that the editing ends; nobody is left to show the payload.
+    m_p->lineEdit->disconnect(this);
+}
 
 void CHexLineEdit::setPayload(const QByteArray &payload)
 {

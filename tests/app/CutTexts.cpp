@@ -89,12 +89,6 @@ public:
     QStringList takeProblems() { return std::move(m_problems); }
 
 private:
-    /// In a panel of no height.
-    static bool isFolded(const QWidget &widget)
-    {
-        return widget.size().isEmpty() || (widget.parentWidget() != nullptr && isFolded(*widget.parentWidget()));
-    }
-
     void complain(const QString &what) { m_problems.append(nameOf(*m_widget) + QStringLiteral(": ") + what); }
 
     void needSize(const QString &text, const QSize &needed, const QSize &given)

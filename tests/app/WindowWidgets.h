@@ -30,3 +30,9 @@ inline bool isInside(const QWidget &widget, const char *className)
     }
     return false;
 }
+
+/// In a panel of no height.
+inline bool isFolded(const QWidget &widget)
+{
+    return widget.size().isEmpty() || (widget.parentWidget() != nullptr && isFolded(*widget.parentWidget()));
+}
