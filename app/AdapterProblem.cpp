@@ -7,10 +7,11 @@
 
 namespace {
 
-QString tr(const char *text)
+/// The place of these texts in the translations.
+class AdapterProblem
 {
-    return QCoreApplication::translate("AdapterProblem", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(AdapterProblem)
+};
 
 /// Where the library is looked for: a relative path counts from the working directory, which need not be the program's.
 QString fullPath(const QString &path)
@@ -29,21 +30,20 @@ QString adapterLibraryProblem(const CANAPI &api)
     case AdapterLibraryState::Loaded:
         return {};
     case AdapterLibraryState::NotFound:
-        return tr(QT_TRANSLATE_NOOP("AdapterProblem", "The adapter library %1 was not found.\n"
-                                                      "Put it beside the program and start the program again."))
+        return AdapterProblem::tr("The adapter library %1 was not found.\n"
+                                  "Put it beside the program and start the program again.")
             .arg(file);
     case AdapterLibraryState::WrongArchitecture:
-        return tr(QT_TRANSLATE_NOOP("AdapterProblem", "The adapter library %1 is made for another kind of processor; "
-                                                      "this program needs the %2-bit one.\n"
-                                                      "Put the right library beside the program and start it again."))
+        return AdapterProblem::tr("The adapter library %1 is made for another kind of processor; "
+                                  "this program needs the %2-bit one.\n"
+                                  "Put the right library beside the program and start it again.")
             .arg(file)
             .arg(8 * sizeof(void *));
     case AdapterLibraryState::LoadFailed:
-        return tr(QT_TRANSLATE_NOOP("AdapterProblem", "The adapter library %1 could not be loaded:\n%2"))
-            .arg(file, api.systemMessage());
+        return AdapterProblem::tr("The adapter library %1 could not be loaded:\n%2").arg(file, api.systemMessage());
     case AdapterLibraryState::EntriesMissing:
-        return tr(QT_TRANSLATE_NOOP("AdapterProblem", "The adapter library %1 is too old: it lacks %2.\n"
-                                                      "Install the adapter's current library."))
+        return AdapterProblem::tr("The adapter library %1 is too old: it lacks %2.\n"
+                                  "Install the adapter's current library.")
             .arg(file, api.missingEntries().join(QStringLiteral(", ")));
     }
     return {};
@@ -56,18 +56,18 @@ QString channelOpenProblem(CANError error, const ChannelParam &param)
     };
     switch (error) {
     case CAN_DeviceOpenFailed:
-        return tr(QT_TRANSLATE_NOOP("AdapterProblem", "Device %1 could not be opened.\n"
-                                                      "Check that it is plugged in and not used by another program."))
+        return AdapterProblem::tr("Device %1 could not be opened.\n"
+                                  "Check that it is plugged in and not used by another program.")
             .arg(param.device);
     case CAN_DeviceNotSupport:
-        return tr(QT_TRANSLATE_NOOP("AdapterProblem", "Device %1 does not offer CAN FD.\n"
-                                                      "Open it without a CAN FD bit rate."))
+        return AdapterProblem::tr("Device %1 does not offer CAN FD.\n"
+                                  "Open it without a CAN FD bit rate.")
             .arg(param.device);
     case CAN_ChannelExists:
-        return fill(tr(QT_TRANSLATE_NOOP("AdapterProblem", "Device %1, channel %2 is open already.")));
+        return fill(AdapterProblem::tr("Device %1, channel %2 is open already."));
     case CAN_ChannelOpenFailed:
-        return fill(tr(QT_TRANSLATE_NOOP("AdapterProblem", "Device %1 refused to open channel %2.\n"
-                                                           "Check the bit rate and the other parameters.")));
+        return fill(AdapterProblem::tr("Device %1 refused to open channel %2.\n"
+                                       "Check the bit rate and the other parameters."));
     case CAN_OK:
     case CAN_DeviceExists:
     case CAN_DeviceNotExists:
@@ -78,14 +78,13 @@ QString channelOpenProblem(CANError error, const ChannelParam &param)
     case CAN_Unknown:
         break; // no answers to opening
     }
-    return fill(tr(QT_TRANSLATE_NOOP("AdapterProblem", "Device %1, channel %2 could not be opened.")));
+    return fill(AdapterProblem::tr("Device %1, channel %2 could not be opened."));
 }
 
 QString deviceLostProblem(quint8 device)
 {
-    return tr(QT_TRANSLATE_NOOP("AdapterProblem",
-                                "Device %1 does not answer any more. Was it unplugged?\n"
-                                "What was received stays in its tabs and can be saved. To go on, close "
-                                "these tabs, plug it in and open the channels again."))
+    return AdapterProblem::tr("Device %1 does not answer any more. Was it unplugged?\n"
+                              "What was received stays in its tabs and can be saved. To go on, close "
+                              "these tabs, plug it in and open the channels again.")
         .arg(device);
 }

@@ -22,6 +22,7 @@
 #include <QList>
 #include <QMenu>
 #include <QPointer>
+#include <QTabBar>
 #include <QTimer>
 #include <QToolButton>
 #include <QVector>
@@ -71,6 +72,7 @@ public:
 
     QMenu *addMenu(const char *name, const QString &text, const QString &toolTip);
     void buildToolBar();
+    void orderTabBar();
     void buildLanguageMenu(QMenu *menu);
     void checkStoredLanguage();
     template<typename Tab>
@@ -115,6 +117,20 @@ void GUI_CanViewPrivate::buildToolBar()
     about->addAction(GUI_CanView::tr("Device information"), q, &GUI_CanView::slot_showDeviceInfo);
     buildLanguageMenu(
         addMenu("btn_language", GUI_CanView::tr("Language") + QStringLiteral("(&L)"), GUI_CanView::tr("Language")));
+}
+
+/// After the tool bar, before the pages; not while it is empty and cannot be seen.
+void GUI_CanViewPrivate::orderTabBar()
+{
+    QTabBar *tabBar = ui.tabWidget->tabBar();
+    QWidget::setTabOrder(q->findChild<QToolButton *>(QStringLiteral("btn_language")), tabBar);
+    ui.tabWidget->setFocusProxy(nullptr); // it would give its bar the focus a second time, after the pages
+    ui.tabWidget->setFocusPolicy(Qt::NoFocus);
+    const auto setFocusPolicy = [tabBar](int currentIndex) {
+        tabBar->setFocusPolicy(currentIndex < 0 ? Qt::NoFocus : Qt::TabFocus);
+    };
+    QObject::connect(ui.tabWidget, &QTabWidget::currentChanged, tabBar, setFocusPolicy);
+    setFocusPolicy(ui.tabWidget->currentIndex());
 }
 
 void GUI_CanViewPrivate::buildLanguageMenu(QMenu *menu)
@@ -206,6 +222,7 @@ GUI_CanView::GUI_CanView(std::unique_ptr<CANCommunication> communication, QWidge
 {
     m_p->ui.setupUi(this);
     m_p->buildToolBar();
+    m_p->orderTabBar();
     connect(m_p->languages, &QActionGroup::triggered, this, &GUI_CanView::slot_languageTriggered);
     m_p->notice = new CNotice(this);
     m_p->deviceParam = new GUI_CanDeviceParam(*m_p->communication, this);

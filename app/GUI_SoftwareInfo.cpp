@@ -28,7 +28,8 @@ void showAddress(QLabel *label, const QString &address)
     }
     label->setTextFormat(Qt::RichText);
     label->setOpenExternalLinks(true);
-    label->setText(QStringLiteral("<a href=\"%1\">%2</a>").arg(link.toHtmlEscaped(), address.toHtmlEscaped()));
+    // Shift+Tab does not leave a link that is the very beginning of a text: a space of no width goes before it.
+    label->setText(QStringLiteral("&#8203;<a href=\"%1\">%2</a>").arg(link.toHtmlEscaped(), address.toHtmlEscaped()));
 }
 } // namespace
 

@@ -289,7 +289,10 @@ GUI_CanDevice::GUI_CanDevice(const ChannelParam &param, CANCommunication &commun
 {
     m_p->ui.setupUi(this);
     m_p->foldAnimation.setTargetObject(m_p->ui.widget_content);
-    // A folded panel is out of Tab's way.
+    // A folded panel is out of Tab's way; the table does not jump when it goes.
+    QSizePolicy panelPolicy = m_p->ui.widget_content->sizePolicy();
+    panelPolicy.setRetainSizeWhenHidden(true);
+    m_p->ui.widget_content->setSizePolicy(panelPolicy);
     connect(&m_p->foldAnimation, &QPropertyAnimation::finished, this,
             [this] { m_p->ui.widget_content->setVisible(m_p->ui.widget_content->maximumHeight() > 0); });
     m_p->cacheText = m_p->ui.lbx_cache->text();

@@ -1,7 +1,7 @@
-# cmake -DROOT=<sources> -DTRANSLATIONS=<folder of the .ts files> -DLUPDATE=<lupdate> -DWORK=<folder> [-DALLOWED=<contexts>]
+# cmake -DROOT=<sources> -DTRANSLATIONS=<folder of the .ts files> -DLUPDATE=<lupdate> -DWORK=<folder>
 #       -P check_translations.cmake
 # Brings copies of the .ts files up to date with the texts in the sources and fails on each text that this adds, and on
-# each that is not translated or no longer in the sources. Vanished texts of the contexts in ALLOWED are let pass.
+# each that is not translated or no longer in the sources.
 cmake_minimum_required(VERSION 3.25)
 
 if(NOT LUPDATE)
@@ -43,10 +43,7 @@ foreach(copy IN LISTS copies)
       math(EXPR count "${count} + 1")
     endif()
     if(line MATCHES "<translation[^>]* type=\"(unfinished|vanished|obsolete)\"")
-      set(state "${CMAKE_MATCH_1}")
-      if(NOT (state MATCHES "vanished|obsolete" AND context IN_LIST ALLOWED))
-        list(APPEND found "${name}: ${context}: '${source}' is ${state}")
-      endif()
+      list(APPEND found "${name}: ${context}: '${source}' is ${CMAKE_MATCH_1}")
     endif()
   endforeach()
   if(count EQUAL 0)

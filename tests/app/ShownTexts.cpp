@@ -14,6 +14,8 @@
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTabBar>
+#include <QTextDocument>
+#include <QTextDocumentFragment>
 #include <QToolButton>
 
 #include <algorithm>
@@ -41,6 +43,14 @@ public:
     QVector<ShownText> takeTexts() { return std::move(m_texts); }
 
 private:
+    /// Without the tags of rich text.
+    static QString readable(const QLabel &label)
+    {
+        const bool isRich = label.textFormat() == Qt::RichText ||
+                            (label.textFormat() == Qt::AutoText && Qt::mightBeRichText(label.text()));
+        return isRich ? QTextDocumentFragment::fromHtml(label.text()).toPlainText() : label.text();
+    }
+
     void add(const char *kind, const QString &text)
     {
         if (!text.trimmed().isEmpty()) {
@@ -61,7 +71,7 @@ private:
     void readCaptions(const QWidget &widget)
     {
         if (const auto *label = qobject_cast<const QLabel *>(&widget)) {
-            add("text", label->text());
+            add("text", readable(*label));
         } else if (const auto *button = qobject_cast<const QAbstractButton *>(&widget)) {
             add("caption", button->text());
         } else if (const auto *group = qobject_cast<const QGroupBox *>(&widget)) {

@@ -43,10 +43,11 @@ void tst_GUI_SoftwareInfo::supportAddress_data()
 {
     QTest::addColumn<QString>("address");
     QTest::addColumn<QString>("text");
-    QTest::newRow("web") << "https://example.org/x9?a=1&b=2"
-                         << "<a href=\"https://example.org/x9?a=1&amp;b=2\">https://example.org/x9?a=1&amp;b=2</a>";
+    QTest::newRow("web")
+        << "https://example.org/x9?a=1&b=2"
+        << "&#8203;<a href=\"https://example.org/x9?a=1&amp;b=2\">https://example.org/x9?a=1&amp;b=2</a>";
     QTest::newRow("mail") << "support@example.org"
-                          << "<a href=\"mailto:support@example.org\">support@example.org</a>";
+                          << "&#8203;<a href=\"mailto:support@example.org\">support@example.org</a>";
     QTest::newRow("telephone") << "+49 30 123 <456>"
                                << "+49 30 123 <456>";
     QTest::newRow("sentence") << "mail to x@example.org"

@@ -19,6 +19,8 @@ struct Untranslated
 };
 constexpr Untranslated UntranslatedTexts[] = {
     {R"(X9CAN( V[0-9.]+)?)", "the program's name and version"},
+    {R"(\S+@\S+)", "mail addresses"},
+    {R"(\bX9FC-[-0-9]+|\bSN\b)", "serial numbers"},
     {R"(\b(CAN|CAN ?FD|LIN|P?ID[0-9]*|BTR[0-9/]+)\b)", "names of the standards"},
     {R"(\b([0-9]+[kM] bps|p/s|ms)\b)", "units"},
     {R"(\(Hex\)|^No\.$|\bV[12]\b)", "headings and cells of the LIN tables that the saved files hold as well"},
@@ -42,7 +44,9 @@ QString foreignLetters(const QString &text, bool isChinese)
 {
     static const QRegularExpression latin(QStringLiteral("[A-Za-z]+"));
     static const QRegularExpression chinese(QStringLiteral("[\\x{2E80}-\\x{9FFF}\\x{FF00}-\\x{FFEF}]+"));
-    return isChinese ? latin.match(withoutUntranslated(text)).captured() : chinese.match(text).captured();
+    // This label has its full-width colon in both languages.
+    const QString english = text == QStringLiteral("Product SN\uFF1A") ? QString() : text;
+    return isChinese ? latin.match(withoutUntranslated(text)).captured() : chinese.match(english).captured();
 }
 } // namespace
 

@@ -1,6 +1,10 @@
 #include "tests/support/WindowCatalog.h"
 
 #include "app/GUI_CanView.h"
+#include "app/GUI_DeviceInfo.h"
+#include "app/GUI_SoftwareInfo.h"
+#include "app/GUI_Update.h"
+#include "app/SoftwareUpdate.h"
 #include "can/GUI_CanDeviceParam.h"
 #include "can/GUI_CanFilterTool.h"
 #include "can/GUI_CanGateWay.h"
@@ -13,6 +17,7 @@
 #include "lin/GUI_LINModeDeveloper.h"
 #include "lin/GUI_LINModeList.h"
 #include "lin/GUI_LINModeMonitor.h"
+#include "tests/app/UpdateServer.h"
 #include "tests/support/AdapterFolder.h"
 #include "widgets/CHexEditView.h"
 #include "widgets/CMessageBox.h"
@@ -22,14 +27,18 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QContextMenuEvent>
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
 #include <QProgressBar>
+#include <QProgressDialog>
+#include <QPushButton>
 #include <QSpinBox>
 #include <QTableView>
 #include <QTabWidget>
+#include <QTextEdit>
 #include <QToolButton>
 #include <QtTest>
 
@@ -502,6 +511,83 @@ void showImportDialog(const Visitor &visit)
     visitFileDialog([&stage] { press(stage.tab(), "btn_importData"); }, visit);
 }
 
+// About
+
+void showSoftwareInfo(const Visitor &visit)
+{
+    Stage stage;
+    stage.openNothing();
+    stage.window.slot_showSoftwareInfo();
+    visit(*stage.dialogOf<GUI_SoftwareInfo>(&stage.window));
+}
+
+void showUpdate(const Visitor &visit, int state)
+{
+    GUI_Update dialog(nullptr, QStringLiteral("https://www.example.org/"));
+    dialog.setVersionLine(programText("SoftwareUpdate", "Current version") +
+                          (state == 2 ? QStringLiteral(" V1.1.0 \u2192 V1.2.0") : QStringLiteral(" V1.1.0")));
+    dialog.setSummary(QStringLiteral("<ul><li>CAN FD: 8 Mbps</li><li>LIN: ID 0x3C</li></ul>"));
+    dialog.setState(state);
+    dialog.show();
+    visit(dialog);
+}
+
+void showUpdateDownload(const Visitor &visit)
+{
+    Stage stage;
+    stage.openNothing();
+    UpdateServer server;
+    SoftwareUpdate::Setup setup;
+    setup.packageFolder = stage.folder.filePath(QStringLiteral("packages"));
+    SoftwareUpdate update(&stage.window, setup);
+    update.update(server.url("no-answer") + QStringLiteral("/downloads/Install.zip"));
+    visit(*stage.dialogOf<QProgressDialog>(&stage.window));
+}
+
+void showDeviceInfo(const Visitor &visit)
+{
+    Stage stage;
+    stage.openNothing();
+    stage.window.slot_showDeviceInfo();
+    visit(*stage.dialogOf<GUI_DeviceInfo>(&stage.window));
+}
+
+void showDeviceInfoUpdating(const Visitor &visit)
+{
+    Stage stage;
+    stage.openNothing();
+    UpdateServer server(
+        {QStringLiteral("--record"), QStringLiteral(R"(X9770CANFirmWare={"name": "", "summary": "", "versionNo": "2.06",
+                                           "url": "http://127.0.0.1:{port}/behave/no-answer/downloads/X9.bin"})")});
+    DeviceInfoSetup setup;
+    setup.applicationDir = stage.folder.filePath(QString());
+    setup.updateServer = server.url();
+    GUI_DeviceInfo dialog(setup, &stage.window);
+    dialog.setDevice(QStringLiteral("X9FC-2024-00017"), QStringLiteral("X9FC-200 CANFD"), QStringLiteral("V2.05"));
+    dialog.open();
+    press(&dialog, "btn_update");
+    waitUntil("the server answers", [&dialog] { return dialog.findChild<CMessageBox *>() != nullptr; });
+    const auto *answers = in<QDialogButtonBox>(in<CMessageBox>(&dialog));
+    answers->button(QDialogButtonBox::Yes)->click();
+    const auto *bar = in<QProgressBar>(&dialog, "progressBar");
+    waitUntil("the firmware is downloaded", [bar] { return bar->isVisible(); });
+    visit(dialog);
+}
+
+/// After a run that failed.
+void showMigration(const Visitor &visit)
+{
+    Stage stage;
+    stage.openNothing();
+    stage.window.slot_showDeviceInfo();
+    auto *dialog = stage.dialogOf<GUI_DeviceInfo>(&stage.window);
+    press(dialog, "btn_migration");
+    press(in<QWidget>(dialog, "MigrationWidget"), "btn_migration");
+    const auto *results = in<QTextEdit>(dialog, "tbx_result");
+    waitUntil("the migration ends", [results] { return !results->toPlainText().isEmpty(); });
+    visit(*dialog);
+}
+
 // The catalogue
 
 /// The visitor finds the window laid out.
@@ -541,6 +627,8 @@ std::vector<CatalogWindow> windowCatalog()
     return {
         entry("main", showMain),
         entry("menu-connect", showMenu, "btn_connect"),
+        entry("menu-about", showMenu, "btn_about"),
+        entry("menu-language", showMenu, "btn_language"),
         entry("open", showQuestion),
         entry("open-lin", showQuestionLin),
         entry("open-no-adapter", showQuestionWithoutAdapter),
@@ -567,6 +655,14 @@ std::vector<CatalogWindow> windowCatalog()
         entry("lin-monitor-idle", showLinMonitorIdle),
         entry("lin-developer", showLinDeveloper),
         entry("import-dialog", showImportDialog),
+        entry("software-information", showSoftwareInfo),
+        entry("update-none", showUpdate, 0),
+        entry("update-failed", showUpdate, 1),
+        entry("update", showUpdate, 2),
+        entry("update-download", showUpdateDownload),
+        entry("device-information", showDeviceInfo),
+        entry("device-information-updating", showDeviceInfoUpdating),
+        entry("migration", showMigration),
         messageEntry("message-information", 0, "AdapterProblem",
                      "Device %1 refused to open channel %2.\nCheck the bit rate and the other parameters."),
         messageEntry("message-success", 1, "GUI_CanDevice", "Successful setting!"),

@@ -2,6 +2,7 @@
 // platform as well as on a screen: FOLDER/<LANGUAGE>-<window>.png, for a QT_SCALE_FACTOR of 2 ...@2x.png.
 
 #include "app/ApplicationSetup.h"
+#include "app/Settings.h"
 #include "tests/support/WindowCatalog.h"
 
 #include <QAbstractAnimation>
@@ -41,7 +42,9 @@ int main(int argc, char *argv[])
     applyApplicationLook(application);
     const QString language = arguments.at(1);
     Translators translators;
-    installLanguage(translators, language == QLatin1String("en") ? 1 : 0);
+    const int languageIndex = language == QLatin1String("en") ? 1 : 0;
+    installLanguage(translators, languageIndex);
+    setLanguage(languageIndex); // the language menu shows what is stored
 
     const QDir folder(QDir(arguments.at(2)).absolutePath()); // the windows change the working directory
     const QString suffix = application.devicePixelRatio() > 1 ? QStringLiteral("@2x.png") : QStringLiteral(".png");
