@@ -22,8 +22,10 @@ void setApplicationAttributes()
 void applyApplicationLook(QApplication &application)
 {
     initResources();
-    // Where the font is not installed; the frame table asks for it by name as well.
-    QFont::insertSubstitution(QStringLiteral("Microsoft Yahei"), QStringLiteral("Noto Sans CJK SC"));
+    // Where the font is not installed; the frame table and the update dialog ask for it by name as well.
+    for (const QString &name : {QStringLiteral("Microsoft Yahei"), QStringLiteral("\u5fae\u8f6f\u96c5\u9ed1")}) {
+        QFont::insertSubstitution(name, QStringLiteral("Noto Sans CJK SC"));
+    }
     QApplication::setFont(QFont(QStringLiteral("Microsoft Yahei"), FontPointSize));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/Logo/Logo16x16.ico")));
     application.setStyleSheet(QStringLiteral("file:///:/Skins/White/White.css"));
