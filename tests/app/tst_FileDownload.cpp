@@ -1,5 +1,6 @@
 #include "app/FileDownload.h"
 #include "tests/app/UpdateServer.h"
+#include "tests/support/Ticks.h"
 
 #include <QDir>
 #include <QFile>
@@ -44,23 +45,6 @@ struct Reports
     qint64 lastTotal = 0;
     bool isOk = false;
     QString text;
-};
-
-/// Counts how often the event loop of this thread turns.
-class Turns
-{
-public:
-    Turns()
-    {
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { ++m_count; });
-        m_timer.start(1);
-    }
-
-    int count() const { return m_count; }
-
-private:
-    QTimer m_timer;
-    int m_count = 0;
 };
 
 QByteArray content()

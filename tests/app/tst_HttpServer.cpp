@@ -1,5 +1,6 @@
 #include "app/HttpServer.h"
 #include "tests/app/UpdateServer.h"
+#include "tests/support/Ticks.h"
 
 #include <QTimer>
 #include <QtTest>
@@ -36,23 +37,6 @@ public:
 private:
     QObject m_context;
     QVector<Answer> m_answers;
-};
-
-/// Counts how often the event loop of this thread turns.
-class Turns
-{
-public:
-    Turns()
-    {
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { ++m_count; });
-        m_timer.start(1);
-    }
-
-    int count() const { return m_count; }
-
-private:
-    QTimer m_timer;
-    int m_count = 0;
 };
 
 bool isEmpty(const Release &release)

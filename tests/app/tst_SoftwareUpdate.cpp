@@ -3,6 +3,7 @@
 #include "app/GUI_Update.h"
 #include "resources/Resources.h"
 #include "tests/app/UpdateServer.h"
+#include "tests/support/Ticks.h"
 #include "widgets/CMessageBox.h"
 
 #include <QDir>
@@ -31,23 +32,6 @@ QStringList serving(const QByteArray &record, const QStringList &more = {})
 {
     return QStringList{QStringLiteral("--record"), QStringLiteral("Korvane_CAN=") + QString::fromUtf8(record)} + more;
 }
-
-/// Counts how often the event loop turns.
-class Turns
-{
-public:
-    Turns()
-    {
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { ++m_count; });
-        m_timer.start(1);
-    }
-
-    int count() const { return m_count; }
-
-private:
-    QTimer m_timer;
-    int m_count = 0;
-};
 
 /// The limits of a test: short where the server keeps silent, and otherwise none that a slow computer could reach.
 int limitFor(const QByteArray &behaviour)

@@ -13,3 +13,20 @@ inline void letTicksPass(int count)
     timer.start(1);
     QTRY_VERIFY(ticks >= count);
 }
+
+/// Counts how often the event loop of this thread turns.
+class Turns
+{
+public:
+    Turns()
+    {
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { ++m_count; });
+        m_timer.start(1);
+    }
+
+    int count() const { return m_count; }
+
+private:
+    QTimer m_timer;
+    int m_count = 0;
+};
