@@ -594,7 +594,8 @@ void showMigration(const Visitor &visit)
 Visitor settled(const Visitor &visit)
 {
     return [visit](QWidget &window) {
-        QTest::qWait(0); // until every level of layouts has passed its new size on
+        QTest::qWait(0);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest); // each level of layouts asks the next one
         visit(window);
     };
 }
