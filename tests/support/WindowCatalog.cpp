@@ -45,7 +45,7 @@
 namespace {
 using Visitor = CatalogWindow::Visitor;
 
-constexpr int StepTimeoutMs = 20000;
+constexpr int StepTimeoutMs = 60000;
 constexpr int RowsToSee = 40;
 constexpr int NoticeMs = 60000;
 
