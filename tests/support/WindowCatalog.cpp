@@ -4,6 +4,7 @@
 #include "app/GUI_DeviceInfo.h"
 #include "app/GUI_SoftwareInfo.h"
 #include "app/GUI_Update.h"
+#include "app/Release.h"
 #include "app/SoftwareUpdate.h"
 #include "can/GUI_CanDeviceParam.h"
 #include "can/GUI_CanFilterTool.h"
@@ -524,8 +525,8 @@ void showSoftwareInfo(const Visitor &visit)
 void showUpdate(const Visitor &visit, int state)
 {
     GUI_Update dialog(nullptr, QStringLiteral("https://www.example.org/"));
-    dialog.setVersionLine(programText("SoftwareUpdate", "Current version") +
-                          (state == 2 ? QStringLiteral(" V1.1.0 \u2192 V1.2.0") : QStringLiteral(" V1.1.0")));
+    const QString current = programText("SoftwareUpdate", "Current version") + QStringLiteral(" V") + programVersion();
+    dialog.setVersionLine(state == 2 ? current + QStringLiteral(" \u2192 V1.2.0") : current);
     dialog.setSummary(QStringLiteral("<ul><li>CAN FD: 8 Mbps</li><li>LIN: ID 0x3C</li></ul>"));
     dialog.setState(state);
     dialog.show();
