@@ -4,6 +4,7 @@
 #include "app/GUI_DeviceInfo.h"
 #include "app/GUI_SoftwareInfo.h"
 #include "app/GUI_Update.h"
+#include "app/Release.h"
 #include "app/SoftwareUpdate.h"
 #include "can/GUI_CanDeviceParam.h"
 #include "can/GUI_CanFilterTool.h"
@@ -45,7 +46,7 @@
 namespace {
 using Visitor = CatalogWindow::Visitor;
 
-constexpr int StepTimeoutMs = 20000;
+constexpr int StepTimeoutMs = 60000;
 constexpr int RowsToSee = 40;
 constexpr int NoticeMs = 60000;
 
@@ -524,8 +525,8 @@ void showSoftwareInfo(const Visitor &visit)
 void showUpdate(const Visitor &visit, int state)
 {
     GUI_Update dialog(nullptr, QStringLiteral("https://www.example.org/"));
-    dialog.setVersionLine(programText("SoftwareUpdate", "Current version") +
-                          (state == 2 ? QStringLiteral(" V1.1.0 \u2192 V1.2.0") : QStringLiteral(" V1.1.0")));
+    const QString current = programText("SoftwareUpdate", "Current version") + QStringLiteral(" V") + programVersion();
+    dialog.setVersionLine(state == 2 ? current + QStringLiteral(" \u2192 V1.2.0") : current);
     dialog.setSummary(QStringLiteral("<ul><li>CAN FD: 8 Mbps</li><li>LIN: ID 0x3C</li></ul>"));
     dialog.setState(state);
     dialog.show();
@@ -594,7 +595,8 @@ void showMigration(const Visitor &visit)
 Visitor settled(const Visitor &visit)
 {
     return [visit](QWidget &window) {
-        QTest::qWait(0); // until every level of layouts has passed its new size on
+        QTest::qWait(0);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest); // each level of layouts asks the next one
         visit(window);
     };
 }
