@@ -1,12 +1,16 @@
 # x9_add_test(<tst_Name> [SOURCES <file>...] LIBS <library>... LABELS <label>... [TIMEOUT <seconds>] [ADAPTER])
-# One Qt Test program, offscreen, under CTest. SOURCES defaults to <tst_Name>.cpp. Labels: unit, gui, device, slow,
-# layering. ADAPTER hands the paths of the virtual adapter's builds to the test as X9_VIRTUAL_ADAPTER (whole) and
-# X9_VIRTUAL_ADAPTER_CLASSIC (without the CAN FD entries).
+# One Qt Test program under CTest: offscreen, or for Windows on the screen. SOURCES defaults to <tst_Name>.cpp. Labels:
+# unit, gui, device, slow, layering. ADAPTER hands the paths of the virtual adapter's builds to the test as
+# X9_VIRTUAL_ADAPTER (whole) and X9_VIRTUAL_ADAPTER_CLASSIC (without the CAN FD entries).
 # ThreadSanitizer: Qt and GLib are not instrumented, so their locks are unseen; what their own code does with memory and
 # descriptors under these locks is left out of the comparison (ignore_noninstrumented_modules). The project's code stays
 # in; suppressions for it go to cmake/tsan.supp, by function.
+set(X9_TEST_PLATFORM offscreen)
+if(WIN32)
+  set(X9_TEST_PLATFORM windows)
+endif()
 set(X9_TEST_ENVIRONMENT
-    "QT_QPA_PLATFORM=offscreen"
+    "QT_QPA_PLATFORM=${X9_TEST_PLATFORM}"
     "QT_LOGGING_RULES=qt.qpa.*=false"
     "ASAN_OPTIONS=fast_unwind_on_malloc=0:detect_leaks=1:abort_on_error=0"
     "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0"
@@ -27,11 +31,11 @@ function(x9_add_test name)
   add_executable(${name} ${arg_SOURCES})
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests/bin")
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
-  target_compile_definitions(${name} PRIVATE X9_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
+  target_compile_definitions(${name} PRIVATE X9_TEST_DATA="${X9_DRIVE}${PROJECT_SOURCE_DIR}/tests/data")
   target_link_libraries(${name} PRIVATE ${arg_LIBS} Qt5::Test x9_warnings)
   if(arg_ADAPTER)
-    target_compile_definitions(${name} PRIVATE X9_VIRTUAL_ADAPTER="$<TARGET_FILE:ControlCAN>"
-                                               X9_VIRTUAL_ADAPTER_CLASSIC="$<TARGET_FILE:ControlCAN_classic>")
+    target_compile_definitions(${name} PRIVATE X9_VIRTUAL_ADAPTER="${X9_DRIVE}$<TARGET_FILE:ControlCAN>"
+                                               X9_VIRTUAL_ADAPTER_CLASSIC="${X9_DRIVE}$<TARGET_FILE:ControlCAN_classic>")
     add_dependencies(${name} ControlCAN ControlCAN_classic)
   endif()
   add_test(NAME ${name} COMMAND ${name})

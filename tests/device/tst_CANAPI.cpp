@@ -1,6 +1,7 @@
 #include "device/CANAPI.h"
 #include "tests/support/ScriptedAdapter.h"
 
+#include <QtEndian>
 #include <QtTest>
 
 namespace {
@@ -68,6 +69,17 @@ bool write(const QString &path, const QByteArray &content)
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
+/// Where the machine number stands in a library of this system.
+int machineOffset(const QByteArray &library)
+{
+#ifdef Q_OS_WIN
+    constexpr int PeHeaderOffset = 0x3C; // behind the signature of four bytes
+    return qFromLittleEndian<int>(library.constData() + PeHeaderOffset) + 4;
+#else
+    Q_UNUSED(library);
+    return 18; // of the ELF header
+#endif
+}
 } // namespace
 
 class tst_CANAPI : public QObject
@@ -205,7 +217,7 @@ void tst_CANAPI::libraryForAnotherProcessor()
 {
     QByteArray library = contentOf(QStringLiteral(X9_ONE_ENTRY_LIBRARY));
     QVERIFY(library.size() > 64);
-    library[18] = char(library[18] ^ 0x55); // the ELF header's machine number
+    library[machineOffset(library)] = char(library[machineOffset(library)] ^ 0x55);
     const QString path = m_dir.filePath(QStringLiteral("libother.so"));
     QVERIFY(write(path, library));
     const CANAPI api(path);

@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# tools/windows/test.sh [CTEST ARGUMENT...]   Builds for Windows (tools/windows/build.sh) and runs the tests under Wine on
+# a virtual screen. Ends with 3 where Qt for Windows is not at hand.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+
+tools/install-packages.sh run windows wine
+tools/windows/build.sh
+
+# Everything that Wine starts, its server too, needs the same screen: the script runs itself inside one.
+if [[ -z ${X9_WINE_SCREEN:-} ]]; then
+  exec env X9_WINE_SCREEN=yes xvfb-run -a -s "-screen 0 1400x1000x24" "$0" "$@"
+fi
+
+windows_path() { echo "Z:${1//\//\\}"; }
+folder_of() { dirname "$(realpath "$(x86_64-w64-mingw32-g++-posix -print-file-name="$1")")"; }
+
+libraries=$PWD/build/windows-libraries
+WINEPATH="$(windows_path "$libraries/bin");$(windows_path "$(folder_of libstdc++-6.dll)")"
+WINEPATH+=";$(windows_path "$(folder_of libwinpthread-1.dll)")"
+export WINEPATH
+QT_PLUGIN_PATH=$(windows_path "$libraries/plugins")
+export QT_PLUGIN_PATH
+export WINEPREFIX=$PWD/build/windows/wine
+export WINEDEBUG=-all
+
+rm -rf "$WINEPREFIX"
+trap 'wineserver --kill || true' EXIT
+wineboot --init >/dev/null 2>&1
+ctest --preset windows -j "$(nproc)" "$@"
