@@ -195,6 +195,7 @@ private slots:
 
     void managerTells();
     void managerWatchesOpenDevices();
+    void managerLeavesClosedDevices();
     void managerWithoutWatch();
     void managerByDefault();
     void managerClosesBeforeTelling_data();
@@ -668,6 +669,19 @@ void tst_DeviceWatch::managerWatchesOpenDevices()
     m_devices.script(0, "100");
     m_manager->watchDevices(1ms); // starts anew
     QTRY_COMPARE(m_lost, QVector<int>({0}));
+}
+
+void tst_DeviceWatch::managerLeavesClosedDevices()
+{
+    startManager();
+    QCOMPARE(m_manager->openDevice(0), CAN_OK);
+    QCOMPARE(m_manager->openDevice(1), CAN_OK);
+    QVERIFY(m_devices.waitForReads(0, 1));
+    QCOMPARE(m_manager->closeDevice(0), CAN_OK);
+    QVERIFY(readsAgain(1, 2)); // a check that was under way has ended
+    const int reads = m_devices.reads(0);
+    QVERIFY(readsAgain(1, Rounds));
+    QCOMPARE(m_devices.reads(0), reads);
 }
 
 void tst_DeviceWatch::managerWithoutWatch()
