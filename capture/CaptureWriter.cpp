@@ -199,8 +199,10 @@ QTextCodec *captureCodec()
 QTextCodec *captureCodec(QTextCodec *local)
 {
     const QString ascii = QStringLiteral("0x1A, ");
-    if (local != nullptr && local->canEncode(QStringLiteral("\u53d1\u9001\u6210\u529f")) // sent successfully
-        && local->fromUnicode(ascii) == ascii.toLatin1()) {
+    const QString chinese = QStringLiteral("\u53d1\u9001\u6210\u529f"); // sent successfully
+    // Windows' own encoding says yes to canEncode() whatever it is asked, and writes question marks.
+    if (local != nullptr && local->toUnicode(local->fromUnicode(chinese)) == chinese &&
+        local->fromUnicode(ascii) == ascii.toLatin1()) {
         return local;
     }
     return QTextCodec::codecForName("UTF-8");

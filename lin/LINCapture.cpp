@@ -108,7 +108,9 @@ bool saveLINCapture(const QString &path, const LINFrameModel &frames)
     }
     QString text = titles(frames);
     const QTextCodec *local = QTextCodec::codecForLocale();
-    const QTextCodec *codec = local->canEncode(text) ? local : QTextCodec::codecForName("UTF-8");
+    // Not canEncode(): Windows' own encoding always says yes, and writes question marks.
+    const bool isWhole = local->toUnicode(local->fromUnicode(text)) == text;
+    const QTextCodec *codec = isWhole ? local : QTextCodec::codecForName("UTF-8");
     const int rows = frames.rowCount();
     for (int row = 0; row < rows; ++row) {
         text += line(frames, row);

@@ -1,6 +1,7 @@
 #include "CaptureTestData.h"
 
 #include "capture/CaptureWriter.h"
+#include "tests/support/CodePage.h"
 
 #include <QBuffer>
 #include <QTemporaryDir>
@@ -332,6 +333,7 @@ void tst_CaptureWriter::codecChoice()
     QCOMPARE(captureCodec(QTextCodec::codecForName("ISO-8859-1")), utf8);
     QCOMPARE(captureCodec(QTextCodec::codecForName("US-ASCII")), utf8);
     QCOMPARE(captureCodec(QTextCodec::codecForName("UTF-16LE")), utf8); // not a superset of ASCII
+    QCOMPARE(captureCodec(new CodePage), utf8);
     QCOMPARE(captureCodec(nullptr), utf8);
     QCOMPARE(captureCodec(), captureCodec(QTextCodec::codecForLocale()));
 }

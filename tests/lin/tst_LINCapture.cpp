@@ -2,6 +2,7 @@
 #include "lin/LINFrameModel.h"
 #include "resources/Resources.h"
 #include "tests/lin/LINTestFrames.h"
+#include "tests/support/CodePage.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -157,11 +158,13 @@ void tst_LINCapture::savesAnEmptyTable()
 
 void tst_LINCapture::savesChineseInTheLocalEncoding_data()
 {
+    new CodePage; // found by its name
     QTest::addColumn<QByteArray>("local");
     QTest::addColumn<QByteArray>("used");
     QTest::newRow("GB18030") << QByteArray("GB18030") << QByteArray("GB18030");
     QTest::newRow("UTF-8") << QByteArray("UTF-8") << QByteArray("UTF-8");
     QTest::newRow("one that has no Chinese") << QByteArray("ISO-8859-1") << QByteArray("UTF-8");
+    QTest::newRow("one that hides it") << CodePage::codecName() << QByteArray("UTF-8");
 }
 
 void tst_LINCapture::savesChineseInTheLocalEncoding()
