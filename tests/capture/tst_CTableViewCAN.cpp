@@ -92,6 +92,11 @@ public:
     bool isEmpty() const override { return false; }
 };
 
+/// A text file's content, whatever ends its lines.
+QByteArray textOf(const QString &path)
+{
+    return fileContent(path).replace("\r\n", "\n");
+}
 } // namespace
 
 class tst_CTableViewCAN : public QObject
@@ -733,7 +738,7 @@ void tst_CTableViewCAN::saveIgnoresTheCaseOfTheEnding()
     Table table;
     table.show(frames(1));
     QVERIFY(table.widget.save(path("a.Csv")));
-    QVERIFY(fileContent(path("a.Csv")).contains("1,10:20:30.400,0:0:0.0,Revice,0x0,CAN,Data,Standard,0x0,\n"));
+    QVERIFY(textOf(path("a.Csv")).contains("1,10:20:30.400,0:0:0.0,Revice,0x0,CAN,Data,Standard,0x0,\n"));
 }
 
 void tst_CTableViewCAN::saveUnknownEnding()
@@ -760,13 +765,13 @@ void tst_CTableViewCAN::realTimeOnAndOff()
     QVERIFY(!table.widget.isRealTimeSaving());
     QVERIFY(table.widget.realTimeSave(true, path("a.csv")));
     QVERIFY(table.widget.isRealTimeSaving());
-    const QByteArray saved = fileContent(path("a.csv"));
+    const QByteArray saved = textOf(path("a.csv"));
     QCOMPARE(saved.count('\n'), 2 + 2 + 1);
     QVERIFY(!saved.contains(",\n1,"));
     table.show(frames(2, 16));
     const QByteArray line3 = "3,10:20:30.400,0:0:0.0,Revice,0x10,CAN,Data,Standard,0x0,,\n";
     const QByteArray line4 = "4,10:20:30.400,0:0:0.0,Revice,0x11,CAN,Data,Standard,0x0,,\n";
-    QCOMPARE(fileContent(path("a.csv")), saved + line3 + line4);
+    QCOMPARE(textOf(path("a.csv")), saved + line3 + line4);
 
     // Switching on again answers false and changes nothing.
     QVERIFY(!table.widget.realTimeSave(true, path("b.txt")));
@@ -774,13 +779,13 @@ void tst_CTableViewCAN::realTimeOnAndOff()
     QCOMPARE(filesIn(m_folder->path()), QStringList(QStringLiteral("a.csv")));
     table.widget.clear();
     table.show(frames(1, 17));
-    QCOMPARE(fileContent(path("a.csv")), saved + line3 + line4 + QByteArray(line4).replace(0, 1, "1"));
+    QCOMPARE(textOf(path("a.csv")), saved + line3 + line4 + QByteArray(line4).replace(0, 1, "1"));
 
     QVERIFY(!table.widget.realTimeSave(false, QString()));
     QVERIFY(!table.widget.isRealTimeSaving());
-    const QByteArray ended = fileContent(path("a.csv"));
+    const QByteArray ended = textOf(path("a.csv"));
     table.show(frames(1));
-    QCOMPARE(fileContent(path("a.csv")), ended);
+    QCOMPARE(textOf(path("a.csv")), ended);
     QVERIFY(!table.widget.realTimeSave(false, QString()));
 }
 
@@ -790,7 +795,7 @@ void tst_CTableViewCAN::realTimeUpperCaseTxt()
     table.show(frames(1));
     QVERIFY(table.widget.realTimeSave(true, path("a.TXT")));
     table.show(frames(1));
-    const QList<QByteArray> lines = fileContent(path("a.TXT")).split('\n');
+    const QList<QByteArray> lines = textOf(path("a.TXT")).split('\n');
     QVERIFY(lines[2].startsWith("1     10:20:30.400     "));
     QCOMPARE(lines[3], QByteArray());
     QVERIFY(lines[4].startsWith("2,10:20:30.400,"));
@@ -812,6 +817,9 @@ void tst_CTableViewCAN::realTimeFailsToStart()
 
 void tst_CTableViewCAN::realTimeFileVanishes()
 {
+#ifdef Q_OS_WIN
+    QSKIP("Windows does not delete a file that is open.");
+#endif
     Table table;
     QSignalSpy failures(&table.widget, &CTableViewCAN::sig_realTimeSaveFailed);
     bool wasOnWhenTold = true;

@@ -397,9 +397,9 @@ void tst_CaptureWriter::deviceThatTakesNoMore()
     const auto captureFormat = static_cast<CaptureFormat>(format);
     const qint64 whole = written(captureFormat, store, 0, store.size()).size();
     LimitedDevice tooSmall(limit < 0 ? whole + limit : limit);
-    QVERIFY(!writeCapture(tooSmall, captureFormat, store, 0, store.size(), English));
+    QVERIFY(!writeCapture(tooSmall, captureFormat, store, 0, store.size(), English, style("UTF-8")));
     LimitedDevice largeEnough(whole);
-    QVERIFY(writeCapture(largeEnough, captureFormat, store, 0, store.size(), English));
+    QVERIFY(writeCapture(largeEnough, captureFormat, store, 0, store.size(), English, style("UTF-8")));
 }
 
 void tst_CaptureWriter::saveByEnding()

@@ -187,10 +187,15 @@ void tst_RealTimeFile::deletedFile()
     store.append(frame(1));
     RealTimeFile file;
     QVERIFY(file.open(path("a.csv"), m_labels, unixStyle()));
+#ifdef Q_OS_WIN // an open file stays
+    QVERIFY(!QFile::remove(path("a.csv")));
+    QVERIFY(file.append(store, 0));
+#else
     QVERIFY(QFile::remove(path("a.csv")));
     QVERIFY(!file.append(store, 0));
     QVERIFY(!file.isOpen());
     QCOMPARE(filesIn(m_folder->path()), QStringList());
+#endif
 }
 
 void tst_RealTimeFile::replacedFile()
@@ -199,15 +204,23 @@ void tst_RealTimeFile::replacedFile()
     store.append(frame(1));
     RealTimeFile file;
     QVERIFY(file.open(path("a.csv"), m_labels, unixStyle()));
+#ifdef Q_OS_WIN
+    QVERIFY(!saveCapture(path("a.csv"), store, 0, 1, m_labels, unixStyle()));
+    QVERIFY(file.append(store, 0));
+#else
     QVERIFY(saveCapture(path("a.csv"), store, 0, 1, m_labels, unixStyle()));
     const QByteArray other = fileContent(path("a.csv"));
     QVERIFY(!file.append(store, 0));
     QVERIFY(!file.isOpen());
     QCOMPARE(fileContent(path("a.csv")), other);
+#endif
 }
 
 void tst_RealTimeFile::movedFolder()
 {
+#ifdef Q_OS_WIN
+    QSKIP("Windows does not move a folder in which a file is open.");
+#endif
     FrameStore store;
     store.append(frame(1));
     QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("here")));
