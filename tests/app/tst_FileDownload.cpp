@@ -250,7 +250,9 @@ void tst_FileDownload::failures()
         QCOMPARE(reports.text, text);
     }
     QCOMPARE(remains(), QStringList());
-    QTRY_COMPARE(m_server->requests().count(), before + requests);
+    // The toolkit repeats a request whose connection the server has closed meanwhile.
+    QTRY_VERIFY(m_server->requests().count() >= before + requests);
+    QVERIFY(m_server->requests().count() <= before + 2 * requests);
     QTRY_VERIFY(turns.count() > 20);
     QCOMPARE(reports.finished, 1);
 }

@@ -293,7 +293,9 @@ void tst_HttpServer::staysOffOtherSchemes()
     const Answers answers(server);
     server.start(Code);
     QTRY_COMPARE(answers.count(), 1);
-    QTRY_COMPARE(m_server.requests().count(), before + requests);
+    // The toolkit repeats a request whose connection the server has closed meanwhile.
+    QTRY_VERIFY(m_server.requests().count() >= before + requests);
+    QVERIFY(m_server.requests().count() <= before + 2 * requests);
 }
 
 void tst_HttpServer::refusedConnection()
