@@ -817,15 +817,20 @@ void tst_CTableViewCAN::realTimeFailsToStart()
 
 void tst_CTableViewCAN::realTimeFileVanishes()
 {
-#ifdef Q_OS_WIN
-    QSKIP("Windows does not delete a file that is open.");
-#endif
     Table table;
     QSignalSpy failures(&table.widget, &CTableViewCAN::sig_realTimeSaveFailed);
     bool wasOnWhenTold = true;
     connect(&table.widget, &CTableViewCAN::sig_realTimeSaveFailed, this,
             [&] { wasOnWhenTold = table.widget.isRealTimeSaving(); });
     QVERIFY(table.widget.realTimeSave(true, path("a.csv")));
+#ifdef Q_OS_WIN // an open file stays, and saving goes on
+    QVERIFY(!QFile::remove(path("a.csv")));
+    table.show(frames(1));
+    QCOMPARE(failures.count(), 0);
+    QVERIFY(table.widget.isRealTimeSaving());
+    QVERIFY(wasOnWhenTold);
+    return;
+#endif
     QVERIFY(QFile::remove(path("a.csv")));
     table.widget.refresh(); // nothing to write
     QCOMPARE(failures.count(), 0);
