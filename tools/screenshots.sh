@@ -28,5 +28,6 @@ for language in zh en; do
     done
   done
 done
+rm "$taken"/*-dialog.png "$taken"/*-dialog@2x.png # the toolkit's, full of this computer's folders
 pngquant --quality 70-95 --strip --skip-if-larger --force --ext .png "$taken"/*.png || (($? == 98)) # some were smaller
 cp "$taken"/*.png "$pictures"
