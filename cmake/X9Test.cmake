@@ -41,4 +41,14 @@ function(x9_add_test name)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES LABELS "${arg_LABELS}" TIMEOUT ${arg_TIMEOUT}
                                           ENVIRONMENT "${X9_TEST_ENVIRONMENT}")
+  x9_lock_screen(${name})
+endfunction()
+
+# x9_lock_screen(<test>)   Tests on one screen take the focus from each other: those labelled gui run one after the other
+# there. Offscreen, each has a screen of its own.
+function(x9_lock_screen name)
+  get_test_property(${name} LABELS labels)
+  if(WIN32 AND "gui" IN_LIST labels)
+    set_property(TEST ${name} APPEND PROPERTY RESOURCE_LOCK screen)
+  endif()
 endfunction()

@@ -2,9 +2,10 @@
 """A stand-in for the update server, for the tests and for trying the program out. Serves on 127.0.0.1 only.
 
     tools/update-server.py [--port N] [--records FOLDER] [--record CODE=JSON]... [--downloads FOLDER]
-                           [--behaviour CODE=NAME]... [--until-input-ends]
+                           [--behaviour CODE=NAME]... [--control PORT]
 
-Prints "READY <port>" when it can be asked, then every request line as it came.
+Prints "READY <port>" when it can be asked, then every request line as it came. With --control it writes these lines to a
+connection that it opens to that port of 127.0.0.1, and ends when it receives anything there or the connection ends.
 
     /api/software-product-versions/latest-byswcode?langCode=CN&swSnCode=CODE
         the record of a product code: that of --record, else the content of FOLDER/CODE.json, else 404
@@ -36,7 +37,7 @@ import argparse
 import http.server
 import os
 import pathlib
-import sys
+import socket
 import threading
 import time
 import urllib.parse
@@ -51,7 +52,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
     protocol_version = "HTTP/1.1"
 
     def do_GET(self):
-        print(self.requestline, flush=True)
+        self.server.tell(self.requestline)
         address = urllib.parse.urlsplit(self.path)
         path, behaviour = address.path, ""
         if path.startswith("/behave/"):
@@ -167,6 +168,24 @@ class Server(http.server.ThreadingHTTPServer):
         self.behaviours = dict(behaviour.split("=", 1) for behaviour in arguments.behaviour)
         self.record_folder = arguments.records
         self.download_folder = arguments.downloads
+        self.control = socket.create_connection(("127.0.0.1", arguments.control)) if arguments.control else None
+        self.telling = threading.Lock()
+
+    def tell(self, line):
+        """Before this returns, whoever reads the lines can have this one."""
+        with self.telling:
+            if self.control is None:
+                print(line, flush=True)
+            else:
+                self.control.sendall(line.encode() + b"\n")
+
+    def end_with_control(self):
+        try:
+            self.control.recv(1)
+        except ConnectionError:
+            pass
+        self.socket.close()
+        os._exit(0)
 
     def record(self, code):
         text = self.records.get(code)
@@ -195,11 +214,6 @@ def stored(folder, name):
     return path.read_bytes() if path.is_file() else None
 
 
-def end_with_input():
-    sys.stdin.buffer.read()
-    os._exit(0)
-
-
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--port", type=int, default=0, help="0: any that is free")
@@ -207,11 +221,11 @@ def main():
     parser.add_argument("--record", action="append", default=[])
     parser.add_argument("--downloads")
     parser.add_argument("--behaviour", action="append", default=[])
-    parser.add_argument("--until-input-ends", action="store_true", help="end when the standard input does")
+    parser.add_argument("--control", type=int, metavar="PORT", help="write to a connection to this port, end with it")
     server = Server(parser.parse_args())
-    if parser.parse_args().until_input_ends:
-        threading.Thread(target=end_with_input, daemon=True).start()
-    print("READY", server.server_port, flush=True)
+    if server.control is not None:
+        threading.Thread(target=server.end_with_control, daemon=True).start()
+    server.tell(f"READY {server.server_port}")
     try:
         server.serve_forever()
     except KeyboardInterrupt:

@@ -1,5 +1,8 @@
 #include "tests/app/UpdateServer.h"
 
+#include <QProcess>
+#include <QTcpSocket>
+
 namespace {
 constexpr int StartWaitMs = 30000;
 }
@@ -10,13 +13,20 @@ UpdateServer::UpdateServer(const QStringList &arguments)
     for (const char *variable : {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"}) {
         qunsetenv(variable);
     }
-    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(QStringLiteral(X9_PYTHON),
-                    QStringList{QStringLiteral(X9_UPDATE_SERVER_SCRIPT), QStringLiteral("--until-input-ends")} +
-                        arguments);
-    while (!m_process.canReadLine() && m_process.waitForReadyRead(StartWaitMs)) {
+    // A connection instead of pipes: under Wine the script is no Windows process, and pipes do not reach it.
+    if (!m_listener.listen(QHostAddress::LocalHost)) {
+        return;
     }
-    const QString ready = QString::fromUtf8(m_process.readLine()).trimmed();
+    QStringList command{QStringLiteral(X9_UPDATE_SERVER_SCRIPT), QStringLiteral("--control"),
+                        QString::number(m_listener.serverPort())};
+    command += QStringList(arguments).replaceInStrings(QStringLiteral(X9_DRIVE "/"), QStringLiteral("/"));
+    if (!QProcess::startDetached(QStringLiteral(X9_PYTHON), command) || !m_listener.waitForNewConnection(StartWaitMs)) {
+        return;
+    }
+    m_control = m_listener.nextPendingConnection();
+    while (!m_control->canReadLine() && m_control->waitForReadyRead(StartWaitMs)) {
+    }
+    const QString ready = nextLine();
     if (ready.startsWith(QLatin1String("READY "))) {
         m_port = ready.mid(6);
     }
@@ -34,17 +44,24 @@ QString UpdateServer::url() const
 
 QStringList UpdateServer::requests()
 {
-    // The server prints a request before it answers; what it has printed may not have been read yet.
-    while (m_process.waitForReadyRead(0)) {
+    // The server tells of a request before it answers; what it has told may not have been read yet.
+    while (m_control->waitForReadyRead(0)) {
     }
-    while (m_process.canReadLine()) {
-        m_requests.append(QString::fromUtf8(m_process.readLine()).trimmed());
+    while (m_control->canReadLine()) {
+        m_requests.append(nextLine());
     }
     return m_requests;
 }
 
+QString UpdateServer::nextLine()
+{
+    return QString::fromUtf8(m_control->readLine()).trimmed();
+}
+
 void UpdateServer::stop()
 {
-    m_process.kill();
-    m_process.waitForFinished();
+    if (m_control != nullptr && m_control->state() == QAbstractSocket::ConnectedState) {
+        m_control->write("stop\n");
+        m_control->waitForDisconnected(StartWaitMs);
+    }
 }

@@ -1,7 +1,9 @@
 #pragma once
 
-#include <QProcess>
 #include <QStringList>
+#include <QTcpServer>
+
+class QTcpSocket;
 
 /// tools/update-server.py as a process of its own; ends with this object, and with the test.
 class UpdateServer
@@ -22,7 +24,10 @@ public:
     void stop();
 
 private:
-    QProcess m_process;
+    QString nextLine();
+
+    QTcpServer m_listener;
+    QTcpSocket *m_control = nullptr; ///< belongs to m_listener; the server's lines come from here
     QString m_port;
     QStringList m_requests;
 };

@@ -5,6 +5,10 @@
 set -uo pipefail
 program=$1
 shift
+# Wine keeps the host's QT_ variables from its programs, except those whose names begin with WINE.
+while IFS= read -r name; do
+  export "WINE$name=${!name}"
+done < <(compgen -e QT_)
 if [[ $(basename "$program") != tst_* ]]; then
   exec wine "$program" "$@"
 fi

@@ -24,7 +24,14 @@ export QT_PLUGIN_PATH
 export WINEPREFIX=$PWD/build/windows/wine
 export WINEDEBUG=-all
 
-rm -rf "$WINEPREFIX"
+rm -rf "$WINEPREFIX" build/windows/temp
+mkdir build/windows/temp
 trap 'wineserver --kill || true' EXIT
 wineboot --init >/dev/null 2>&1
+# Temporary files lie where programs of this computer can be told of them, too.
+for variable in TEMP TMP; do
+  wine reg add 'HKCU\Environment' /v "$variable" /d "$(windows_path "$PWD/build/windows/temp")" /f >/dev/null
+done
+# There is no window manager on this screen. Wine would wait two seconds for it whenever a window is hidden.
+wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null
 ctest --preset windows -j "$(nproc)" "$@"
