@@ -27,6 +27,7 @@ void applyApplicationLook(QApplication &application)
         QFont::insertSubstitution(name, QStringLiteral("Noto Sans CJK SC"));
     }
     QApplication::setFont(QFont(QStringLiteral("Microsoft Yahei"), FontPointSize));
+    QApplication::setStyle(QStringLiteral("Fusion")); // under the style sheet: sizes and pictures alike on all systems
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/Logo/Logo16x16.ico")));
     application.setStyleSheet(QStringLiteral("file:///:/Skins/White/White.css"));
     new ModalMasks(&application);

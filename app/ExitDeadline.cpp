@@ -1,8 +1,9 @@
 #include "app/ExitDeadline.h"
 
+#include "app/ProcessEnd.h"
+
 #include <QtGlobal>
 
-#include <cstdlib>
 #include <utility>
 
 ExitDeadline::ExitDeadline(std::chrono::milliseconds limit, int exitCode, std::function<void()> lastAct)
@@ -28,5 +29,5 @@ void ExitDeadline::wait(std::chrono::milliseconds limit, int exitCode, const std
     }
     qWarning("The adapter's library does not answer; the program ends without closing it.");
     lastAct();
-    std::_Exit(exitCode);
+    endProcessNow(exitCode);
 }

@@ -11,7 +11,9 @@ if(WIN32)
 endif()
 set(X9_TEST_ENVIRONMENT
     "QT_QPA_PLATFORM=${X9_TEST_PLATFORM}"
+    "QT_STYLE_OVERRIDE=Fusion"
     "QT_LOGGING_RULES=qt.qpa.*=false"
+    "QT_ASSUME_STDERR_HAS_CONSOLE=1" # for Windows, where warnings go to a debugger otherwise
     "ASAN_OPTIONS=fast_unwind_on_malloc=0:detect_leaks=1:abort_on_error=0"
     "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0"
     "UBSAN_OPTIONS=print_stacktrace=1"

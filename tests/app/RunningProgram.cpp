@@ -34,6 +34,14 @@ ProgramFolder::ProgramFolder(const QByteArray &adapter, Library library)
     write(QStringLiteral("virtual-adapter.json"), adapter);
 }
 
+/// A program that ends keeps its files on some systems until it is gone.
+ProgramFolder::~ProgramFolder()
+{
+    if (!QTest::qWaitFor([this] { return QDir(m_folder.path()).removeRecursively(); }, WaitMs)) {
+        qWarning("left behind: %s", qPrintable(m_folder.path()));
+    }
+}
+
 QByteArray ProgramFolder::read(const QString &name) const
 {
     QFile file(path(name));
@@ -116,7 +124,7 @@ void RunningProgram::kill()
 QString RunningProgram::errors()
 {
     QStringList lines;
-    for (const QByteArray &line : m_process.readAllStandardError().split('\n')) {
+    for (const QByteArray &line : m_process.readAllStandardError().replace('\r', "").split('\n')) {
         if (!line.isEmpty() && !line.startsWith("This plugin does not support")) {
             lines.append(QString::fromLocal8Bit(line));
         }

@@ -14,6 +14,8 @@ public:
     enum class Library { Present, Missing };
 
     explicit ProgramFolder(const QByteArray &adapter, Library library = Library::Present);
+    ~ProgramFolder();
+    Q_DISABLE_COPY_MOVE(ProgramFolder)
 
     QString path(const QString &name) const { return m_folder.filePath(name); }
     QByteArray read(const QString &name) const;

@@ -34,11 +34,26 @@ namespace {
 
 void print(long count)
 {
-    for (long i = 0; i < count; ++i) {
-        std::fputc('x', stdout);
-        std::fputc('x', stderr);
+    const std::string text(static_cast<std::size_t>(count), 'x');
+    for (std::FILE *output : {stdout, stderr}) {
+        std::fwrite(text.data(), 1, text.size(), output);
+        std::fflush(output);
     }
-    std::fflush(stdout);
+}
+
+/// Whole also when two runs do it at the same time.
+void appendLine(const std::string &file, const std::string &line)
+{
+#ifdef _WIN32
+    const HANDLE handle = CreateFileA(file.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const std::string text = line + "\n";
+    DWORD written = 0;
+    WriteFile(handle, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+    CloseHandle(handle);
+#else
+    std::ofstream(file, std::ios::app) << line << std::endl;
+#endif
 }
 
 void waitFor(const std::string &file)
@@ -58,7 +73,7 @@ int main(int argc, char *argv[])
     for (int i = 1; i < argc; ++i) {
         line += (i > 1 ? "\t" : "") + std::string(argv[i]);
     }
-    std::ofstream(self + ".started", std::ios::app) << line << std::endl;
+    appendLine(self + ".started", line);
 
     long code = 0;
     std::ifstream orders(self + ".orders");
@@ -75,6 +90,6 @@ int main(int argc, char *argv[])
             orders >> code;
         }
     }
-    std::ofstream(self + ".ended", std::ios::app) << code << std::endl;
+    appendLine(self + ".ended", std::to_string(code));
     return static_cast<int>(code);
 }

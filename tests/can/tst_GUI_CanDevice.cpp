@@ -446,22 +446,30 @@ void tst_GUI_CanDevice::savesInRealTime()
     QVERIFY(lines.at(5).startsWith("3,"));
 }
 
+/// Windows keeps a folder with an open file in it, and saving goes on.
 void tst_GUI_CanDevice::realTimeSavingEndsWithTheFolder()
 {
-    TabUser user(channel(0, 0), *m_manager);
     QTemporaryDir folder;
+    TabUser user(channel(0, 0), *m_manager);
     const SaveDialogDriver dialog(folder.filePath(QStringLiteral("live.csv")));
     user.click("btn_realTimeSaving");
     QVERIFY(user.table()->isRealTimeSaving());
     QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
-    QVERIFY(folder.remove());
+    const bool isGone = QDir(folder.path()).removeRecursively();
     for (int i = 0; i < 2; ++i) {
         user.tab.slot_readResultCallback(0, 0, {VCI_CAN_OBJ{}});
         user.table()->refresh();
     }
+#ifdef Q_OS_WIN
+    QVERIFY(!isGone);
+    QCOMPARE(notices.count(), 0);
+    QVERIFY(user.table()->isRealTimeSaving());
+#else
+    QVERIFY(isGone);
     QCOMPARE(notices.count(), 1);
     QCOMPARE(notices.first(), (QVariantList{QStringLiteral("File saving failure!"), 3, 1500}));
     QCOMPARE(user.find<QPushButton>("btn_realTimeSaving")->text(), QStringLiteral("Real time saving"));
+#endif
 }
 
 void tst_GUI_CanDevice::cacheFieldActsWhenItIsEdited()

@@ -27,6 +27,9 @@ if [[ ! -e $libraries/lib/cmake/Qt5Core ]]; then
   mkdir -p "$libraries.new/include" "$libraries.new/share/cmake"
   cp -r /usr/include/nlohmann "$libraries.new/include"
   cp -r /usr/share/cmake/nlohmann_json "$libraries.new/share/cmake"
+  # Qt's own texts in Chinese are no part of its base, and not made for one system.
+  mkdir -p "$libraries.new/translations"
+  cp /usr/share/qt5/translations/qtbase_zh_CN.qm "$libraries.new/translations"
   mv "$libraries.new" "$libraries"
 fi
 
