@@ -33,7 +33,8 @@ function(x9_add_test name)
   add_executable(${name} ${arg_SOURCES})
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests/bin")
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
-  target_compile_definitions(${name} PRIVATE X9_TEST_DATA="${X9_DRIVE}${PROJECT_SOURCE_DIR}/tests/data")
+  target_compile_definitions(${name} PRIVATE X9_DRIVE="${X9_DRIVE}"
+                                             X9_TEST_DATA="${X9_DRIVE}${PROJECT_SOURCE_DIR}/tests/data")
   target_link_libraries(${name} PRIVATE ${arg_LIBS} Qt5::Test x9_warnings)
   if(arg_ADAPTER)
     target_compile_definitions(${name} PRIVATE X9_VIRTUAL_ADAPTER="${X9_DRIVE}$<TARGET_FILE:ControlCAN>"

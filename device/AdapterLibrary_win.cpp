@@ -1,6 +1,7 @@
 #include "device/AdapterLibrary.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 #include <array>
 
@@ -10,6 +11,11 @@ namespace AdapterLibrary {
 
 void *open(const QString &path, QString &message)
 {
+    // Where it is missing, some systems would go on searching in the folders of the PATH.
+    if (!QFileInfo::exists(path)) {
+        message = qt_error_string(ERROR_MOD_NOT_FOUND);
+        return nullptr;
+    }
     const HMODULE library = LoadLibraryA(QDir::toNativeSeparators(path).toLocal8Bit().constData());
     if (library == nullptr) {
         message = qt_error_string(static_cast<int>(GetLastError()));

@@ -8,6 +8,11 @@
 
 #include <memory>
 
+namespace {
+/// Where nobody may write, not even root.
+const QString ReadOnlyFolder = QStringLiteral(X9_DRIVE "/sys");
+} // namespace
+
 class tst_Settings : public QObject
 {
     Q_OBJECT
@@ -106,6 +111,7 @@ void tst_Settings::storesForTheUser_data()
 {
     QTest::addColumn<QString>("programFile");
     QTest::newRow("a folder of that name") << QStringLiteral("taken");
+    QTest::newRow("read-only folder") << ReadOnlyFolder + QStringLiteral("/Init.ini");
     QTest::newRow("folder is a file") << QStringLiteral("plain/Init.ini");
 }
 
@@ -115,7 +121,7 @@ void tst_Settings::storesForTheUser()
     QFETCH(QString, programFile);
     QVERIFY(QDir(m_folder->path()).mkpath(QStringLiteral("taken/full")));
     write(file("plain"), "x");
-    const SettingsFiles settings(m_folder->filePath(programFile), file("home/X9CAN/Init.ini"));
+    const SettingsFiles settings(QDir(m_folder->path()).filePath(programFile), file("home/X9CAN/Init.ini"));
     QCOMPARE(settings.language(), 0);
     QVERIFY(settings.setLanguage(1));
     QCOMPARE(settings.language(), 1);

@@ -33,5 +33,7 @@ if [[ ! -e $libraries/lib/cmake/Qt5Core ]]; then
   mv "$libraries.new" "$libraries"
 fi
 
+cmake --preset windows32 >/dev/null
+cmake --build --preset windows32 -j "$(nproc)"
 cmake --preset windows >/dev/null
 cmake --build --preset windows -j "$(nproc)" "${@/#/--target=}"

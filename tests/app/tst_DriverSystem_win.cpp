@@ -1,0 +1,165 @@
+// The driver functions on Windows: they start what lies beside the program, and look into the registry.
+
+#include "app/Driver.h"
+
+#include <QSettings>
+#include <QtTest>
+
+class tst_DriverSystem : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void installsCertificateAndDriver();
+    void installsWithoutTheCertificateTool();
+    void installsNothingWithoutItsInstaller();
+    void installsTheMigrationDriver();
+    void deviceNeverSeen();
+    void deviceSeenBefore();
+    void keyWithoutDevices();
+    void otherDevicesDoNotCount();
+
+private:
+    static QString programFile(const char *name);
+    QString workingFile(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
+    static bool standIn(const QString &path);
+    static QStringList argumentsOf(const QString &program);
+
+    QString m_before;
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+namespace {
+const QString UsbDevices = QStringLiteral("HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Enum\\USB");
+const QString InMigration = QStringLiteral("VID_A5A5&PID_2560");
+
+/// What Windows writes when a device is plugged in for the first time: a key of the device's kind, and one for each
+/// device below it.
+void plugIn(const QString &device)
+{
+    QSettings usb(UsbDevices, QSettings::NativeFormat);
+    usb.setValue(device + QStringLiteral("/5&1a2b3c4d&0&1/DeviceDesc"), QStringLiteral("adapter"));
+}
+
+void forget(const QString &device)
+{
+    QSettings(UsbDevices, QSettings::NativeFormat).remove(device);
+}
+} // namespace
+
+QString tst_DriverSystem::programFile(const char *name)
+{
+    return QCoreApplication::applicationDirPath() + QLatin1Char('/') + QLatin1String(name);
+}
+
+bool tst_DriverSystem::standIn(const QString &path)
+{
+    return QDir().mkpath(QFileInfo(path).path()) && QFile::copy(QStringLiteral(X9_COMMAND_RECORDER), path);
+}
+
+/// Empty until the program has written them.
+QStringList tst_DriverSystem::argumentsOf(const QString &program)
+{
+    QFile file(program + QStringLiteral(".arguments"));
+    return file.open(QIODevice::ReadOnly | QIODevice::Text)
+               ? QString::fromLocal8Bit(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)
+               : QStringList();
+}
+
+void tst_DriverSystem::initTestCase()
+{
+    QVERIFY2(!QFile::exists(programFile("Driver")), "is in the way");
+    QVERIFY(QFileInfo(QStringLiteral("C:\\Windows\\SysWOW64")).isDir()); // as on every 64-bit Windows
+}
+
+void tst_DriverSystem::init()
+{
+    m_before = QDir::currentPath();
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(QDir::setCurrent(m_folder->path()));
+    forget(InMigration);
+}
+
+void tst_DriverSystem::cleanup()
+{
+    forget(InMigration);
+    QVERIFY(QDir::setCurrent(m_before));
+    QTRY_VERIFY(QDir(programFile("Driver")).removeRecursively()); // a stand-in may still be ending
+    QTRY_VERIFY(QDir(m_folder->path()).removeRecursively());
+}
+
+void tst_DriverSystem::installsCertificateAndDriver()
+{
+    const QString tool = programFile("Driver/Q2/certmgr.exe");
+    const QString installer = workingFile("Driver/x64/Driver64.exe");
+    QVERIFY(standIn(tool) && standIn(installer));
+    QVERIFY(installDriver());
+    QCOMPARE(argumentsOf(tool),
+             QStringList({QStringLiteral("-c"), QStringLiteral("-add"), programFile("Driver/Q2/korvaneQ2.crt"),
+                          QStringLiteral("-r"), QStringLiteral("localMachine"), QStringLiteral("-s"),
+                          QStringLiteral("root")}));
+    QTRY_COMPARE(argumentsOf(installer),
+                 QStringList({QStringLiteral("install"), QStringLiteral("USB\\VID_A5A5&PID_2566"),
+                              programFile("Driver/Q2/korvaneQ2.inf")}));
+}
+
+void tst_DriverSystem::installsWithoutTheCertificateTool()
+{
+    const QString installer = workingFile("Driver/x64/Driver64.exe");
+    QVERIFY(standIn(installer));
+    QVERIFY(installDriver());
+    QTRY_COMPARE(argumentsOf(installer).size(), 3);
+}
+
+void tst_DriverSystem::installsNothingWithoutItsInstaller()
+{
+    QVERIFY(standIn(workingFile("Driver/x86/Driver.exe"))); // for 32-bit Windows
+    QVERIFY(!installDriver());
+    QVERIFY(!installMigrationDriver());
+}
+
+void tst_DriverSystem::installsTheMigrationDriver()
+{
+    const QString tool = programFile("Driver/Q2/certmgr.exe");
+    const QString installer = workingFile("Driver/x64/Driver64.exe");
+    QVERIFY(standIn(tool) && standIn(installer));
+    QVERIFY(installMigrationDriver());
+    QTRY_COMPARE(argumentsOf(installer),
+                 QStringList({QStringLiteral("install"), QStringLiteral("USB\\VID_A5A5&PID_2560"),
+                              programFile("Driver/X9/nivDrvX9.inf")}));
+    QCOMPARE(argumentsOf(tool), QStringList());
+}
+
+void tst_DriverSystem::deviceNeverSeen()
+{
+    QVERIFY(isDeviceUnregistered());
+}
+
+void tst_DriverSystem::deviceSeenBefore()
+{
+    plugIn(InMigration);
+    QVERIFY(!isDeviceUnregistered());
+    forget(InMigration);
+    QVERIFY(isDeviceUnregistered());
+}
+
+void tst_DriverSystem::keyWithoutDevices()
+{
+    QSettings(UsbDevices, QSettings::NativeFormat).setValue(InMigration + QStringLiteral("/value"), 1);
+    QVERIFY(isDeviceUnregistered());
+}
+
+void tst_DriverSystem::otherDevicesDoNotCount()
+{
+    const QString adapter = QStringLiteral("VID_A5A5&PID_2566"); // the one in normal use
+    plugIn(adapter);
+    const bool isUnregistered = isDeviceUnregistered();
+    forget(adapter);
+    QVERIFY(isUnregistered);
+}
+
+QTEST_GUILESS_MAIN(tst_DriverSystem)
+#include "tst_DriverSystem_win.moc"
