@@ -11,7 +11,7 @@ declare -A packages=(
   [docs]="pngquant"
   [fuzz]="clang libclang-rt-14-dev"
   [windows]="g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix qttranslations5-l10n xz-utils"
-  [wine]="wine wine64 fonts-wine"
+  [wine]="wine wine64 fonts-wine locales"
   [package]="dpkg-dev file desktop-file-utils appstream lintian binutils xvfb xauth python3 python3-xlib"
 )
 

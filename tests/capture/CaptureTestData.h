@@ -23,6 +23,24 @@ inline FrameLabels englishLabels()
     return labels;
 }
 
+inline FrameLabels chineseLabels()
+{
+    FrameLabels labels;
+    labels.titles.fill(QStringLiteral("\u5e8f\u53f7"));
+    labels.words = {QStringLiteral("\u65e0"),
+                    QStringLiteral("\u63a5\u6536"),
+                    QStringLiteral("\u53d1\u9001\u6210\u529f"),
+                    QStringLiteral("\u53d1\u9001\u5931\u8d25"),
+                    QStringLiteral("CAN"),
+                    QStringLiteral("CANFD"),
+                    QStringLiteral("CANFD\u52a0\u901f"),
+                    QStringLiteral("\u6570\u636e\u5e27"),
+                    QStringLiteral("\u8fdc\u7a0b\u5e27"),
+                    QStringLiteral("\u6807\u51c6\u5e27"),
+                    QStringLiteral("\u6269\u5c55\u5e27")};
+    return labels;
+}
+
 /// A received standard data frame.
 inline FrameRecord frame(quint32 id, const QByteArray &data = QByteArray())
 {

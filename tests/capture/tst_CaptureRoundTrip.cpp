@@ -16,24 +16,6 @@ namespace {
 
 constexpr int Cases = 10000;
 
-FrameLabels chineseLabels()
-{
-    FrameLabels labels;
-    labels.titles.fill(QStringLiteral("\u5e8f\u53f7"));
-    labels.words = {QStringLiteral("\u65e0"),
-                    QStringLiteral("\u63a5\u6536"),
-                    QStringLiteral("\u53d1\u9001\u6210\u529f"),
-                    QStringLiteral("\u53d1\u9001\u5931\u8d25"),
-                    QStringLiteral("CAN"),
-                    QStringLiteral("CANFD"),
-                    QStringLiteral("CANFD\u52a0\u901f"),
-                    QStringLiteral("\u6570\u636e\u5e27"),
-                    QStringLiteral("\u8fdc\u7a0b\u5e27"),
-                    QStringLiteral("\u6807\u51c6\u5e27"),
-                    QStringLiteral("\u6269\u5c55\u5e27")};
-    return labels;
-}
-
 FrameRecord randomRecord(QRandomGenerator &random)
 {
     static const int lengths[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 12, 16, 20, 24, 32, 48, 64};

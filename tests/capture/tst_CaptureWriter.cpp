@@ -51,7 +51,7 @@ QByteArray written(CaptureFormat format, const FrameStore &store, int first, int
                                                                                 : QByteArray("<failed>");
 }
 
-FrameLabels chineseLabels()
+FrameLabels partlyChineseLabels()
 {
     FrameLabels labels = English;
     labels.titles[1] = QStringLiteral("\u7cfb\u7edf\u65f6\u95f4");
@@ -311,15 +311,15 @@ void tst_CaptureWriter::codecs()
 {
     FrameStore store;
     store.append(frame(1));
-    const QByteArray utf8 = written(CaptureFormat::Csv, store, 0, 1, chineseLabels(), style("UTF-8"));
+    const QByteArray utf8 = written(CaptureFormat::Csv, store, 0, 1, partlyChineseLabels(), style("UTF-8"));
     QVERIFY(utf8.contains("No.,\xE7\xB3\xBB\xE7\xBB\x9F\xE6\x97\xB6\xE9\x97\xB4,Time Stamp,"));
     QVERIFY(utf8.contains(",0:0:0.0,\xE6\x8E\xA5\xE6\x94\xB6,0x1,"));
     QVERIFY(utf8.startsWith("Vantora")); // no byte order mark
-    const QByteArray gb = written(CaptureFormat::Csv, store, 0, 1, chineseLabels(), style("GB18030"));
+    const QByteArray gb = written(CaptureFormat::Csv, store, 0, 1, partlyChineseLabels(), style("GB18030"));
     QVERIFY(gb.contains("No.,\xCF\xB5\xCD\xB3\xCA\xB1\xBC\xE4,Time Stamp,"));
     QVERIFY(gb.contains(",0:0:0.0,\xBD\xD3\xCA\xD5,0x1,"));
     // Whoever asks for Latin-1 gets what it can write.
-    const QByteArray latin = written(CaptureFormat::Csv, store, 0, 1, chineseLabels(), style("ISO-8859-1"));
+    const QByteArray latin = written(CaptureFormat::Csv, store, 0, 1, partlyChineseLabels(), style("ISO-8859-1"));
     QVERIFY(latin.contains(",0:0:0.0,??,0x1,"));
 }
 

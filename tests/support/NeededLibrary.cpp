@@ -2,8 +2,8 @@
 
 #include "device/AdapterRecords.h"
 
-extern "C" __declspec(dllexport) std::uint32_t X9_ADAPTER_CALL VCI_CloseDevice(std::uint32_t /*type*/,
-                                                                               std::uint8_t /*dev*/)
+extern "C" __declspec(dllexport) std::uint32_t X9_ADAPTER_CALL
+    VCI_CloseDevice(std::uint32_t /*type*/, std::uint8_t /*dev*/)
 {
     return 1;
 }

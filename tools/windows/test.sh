@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # tools/windows/test.sh [CTEST ARGUMENT...]   Builds for Windows (tools/windows/build.sh) and runs the tests under Wine on
-# a virtual screen. Ends with 3 where Qt for Windows is not at hand.
+# a virtual screen: all of them on a Western Windows, then those of files once more on a Chinese one, with temporary files
+# in a folder whose name is Chinese. Ends with 3 where Qt for Windows is not at hand, with 1 when a test failed.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
@@ -12,26 +13,25 @@ if [[ -z ${X9_WINE_SCREEN:-} ]]; then
   exec env X9_WINE_SCREEN=yes xvfb-run -a -s "-screen 0 1400x1000x24" "$0" "$@"
 fi
 
-windows_path() { echo "Z:${1//\//\\}"; }
-folder_of() { dirname "$(realpath "$(x86_64-w64-mingw32-g++-posix -print-file-name="$1")")"; }
+source tools/windows/wine.sh
+make_wine_prefix build/windows/wine
 
-libraries=$PWD/build/windows-libraries
-WINEPATH="$(windows_path "$libraries/bin");$(windows_path "$(folder_of libstdc++-6.dll)")"
-WINEPATH+=";$(windows_path "$(folder_of libwinpthread-1.dll)")"
-export WINEPATH
-QT_PLUGIN_PATH=$(windows_path "$libraries/plugins")
-export QT_PLUGIN_PATH
-export WINEPREFIX=$PWD/build/windows/wine
-export WINEDEBUG=-all
+# test_pass NAME TEMPORARY [CTEST ARGUMENT...]
+test_pass() {
+  echo "== on a $1 Windows"
+  local temporary=$PWD/build/windows/$2
+  shift 2
+  rm -rf "$temporary"
+  mkdir -p "$temporary"
+  set_temporary_folder "$temporary"
+  ctest --preset windows -j "$(nproc)" "$@"
+}
 
-rm -rf "$WINEPREFIX" build/windows/temp
-mkdir build/windows/temp
-trap 'wineserver --kill || true' EXIT
-wineboot --init >/dev/null 2>&1
-# Temporary files lie where programs of this computer can be told of them, too.
-for variable in TEMP TMP; do
-  wine reg add 'HKCU\Environment' /v "$variable" /d "$(windows_path "$PWD/build/windows/temp")" /f >/dev/null
-done
-# There is no window manager on this screen. Wine would wait two seconds for it whenever a window is hidden.
-wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null
-ctest --preset windows -j "$(nproc)" "$@"
+failed=
+X9_CODE_PAGE=1252 LC_ALL=C.UTF-8 test_pass Western temp "$@" || failed=yes
+locales=$PWD/build/windows/locales
+mkdir -p "$locales"
+localedef -i zh_CN -f UTF-8 "$locales/zh_CN.UTF-8"
+X9_CODE_PAGE=936 LOCPATH=$locales LC_ALL=zh_CN.UTF-8 \
+  test_pass Chinese "temp/总线 测试" -L files "$@" 2> >(grep -v setlocale >&2) || failed=yes
+[[ -z $failed ]]
