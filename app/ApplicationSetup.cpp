@@ -26,10 +26,11 @@ void applyApplicationLook(QApplication &application)
     for (const QString &name : {QStringLiteral("Microsoft Yahei"), QStringLiteral("\u5fae\u8f6f\u96c5\u9ed1")}) {
         QFont::insertSubstitution(name, QStringLiteral("Noto Sans CJK SC"));
     }
-    QApplication::setFont(QFont(QStringLiteral("Microsoft Yahei"), FontPointSize));
     QApplication::setStyle(QStringLiteral("Fusion")); // under the style sheet: sizes and pictures alike on all systems
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/Logo/Logo16x16.ico")));
     application.setStyleSheet(QStringLiteral("file:///:/Skins/White/White.css"));
+    // After the style and the style sheet, which give menus and item views the system's fonts back.
+    QApplication::setFont(QFont(QStringLiteral("Microsoft Yahei"), FontPointSize));
     new ModalMasks(&application);
 }
 

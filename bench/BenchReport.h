@@ -3,7 +3,6 @@
 #include <QJsonArray>
 #include <QString>
 
-#include <ctime>
 #include <vector>
 
 /// Collects figures, prints them as a table and writes them as JSON.
@@ -20,11 +19,5 @@ public:
 private:
     QJsonArray m_figures;
 };
-
-/// Seconds of processor time this process has used: not disturbed by what else runs on the machine.
-inline double cpuSeconds()
-{
-    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
-}
 
 double median(std::vector<double> values);

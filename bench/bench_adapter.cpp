@@ -2,6 +2,7 @@
 // program. More nodes on one bus than can be served, read 2,500 frames at a time.
 
 #include "bench/BenchReport.h"
+#include "bench/ProcessFigures.h"
 
 #include "device/CANAPI.h"
 #include "tests/support/AdapterFolder.h"

@@ -9,23 +9,13 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 
 #include <algorithm>
 #include <cstdio>
 
-#include <malloc.h>
-#include <unistd.h>
-
 namespace {
 
 constexpr int BatchSize = 2500;
-
-double allocatedBytes()
-{
-    const struct mallinfo2 info = mallinfo2();
-    return static_cast<double>(info.uordblks + info.hblkhd);
-}
 
 /// A table of full size whose painting is switched off.
 void showWithoutPainting(CTableViewCAN &table, int cacheSize)
@@ -49,7 +39,7 @@ struct AppendRun
 
 AppendRun appendOnce(int frames, int size)
 {
-    malloc_trim(0);
+    releaseFreeMemory();
     const double resident = residentBytes();
     const double allocated = allocatedBytes();
     AppendRun run;
@@ -174,15 +164,6 @@ void benchRefresh(BenchReport &report, const CaptureBenchOptions &options)
     table.refresh();
     report.add(QStringLiteral("  the refresh that gives memory back"), static_cast<double>(wall.nsecsElapsed()) / 1e6,
                QStringLiteral("ms"));
-}
-
-double residentBytes()
-{
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly)) {
-        return 0;
-    }
-    return file.readAll().split(' ').value(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE));
 }
 
 int main(int argc, char *argv[])

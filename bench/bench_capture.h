@@ -1,6 +1,7 @@
 #pragma once
 
 #include "bench/BenchReport.h"
+#include "bench/ProcessFigures.h"
 #include "capture/FrameRecord.h"
 
 struct CaptureBenchOptions
@@ -17,6 +18,3 @@ void benchAppend(BenchReport &report, const CaptureBenchOptions &options, int si
 void benchRefresh(BenchReport &report, const CaptureBenchOptions &options);
 void benchSave(BenchReport &report, const CaptureBenchOptions &options, int size);
 void benchLoad(BenchReport &report, const CaptureBenchOptions &options, int size);
-
-/// Memory of this process that is held in RAM.
-double residentBytes();

@@ -14,8 +14,6 @@
 #include <QFileInfo>
 #include <QTextStream>
 
-#include <malloc.h>
-
 namespace {
 
 void fill(FrameStore &store, int frames, int size)
@@ -78,7 +76,7 @@ double rateOf(const QString &path, int repetitions, Read read)
 {
     std::vector<double> rates;
     for (int i = 0; i < repetitions; ++i) {
-        malloc_trim(0); // each run meets fresh memory
+        releaseFreeMemory(); // each run meets fresh memory
         const double begin = cpuSeconds();
         read();
         rates.push_back(static_cast<double>(QFileInfo(path).size()) / 1e6 / (cpuSeconds() - begin));
@@ -89,7 +87,7 @@ double rateOf(const QString &path, int repetitions, Read read)
 /// Resident memory the frames of a file take, per byte of the frames themselves.
 double memoryRatio(const QString &path)
 {
-    malloc_trim(0);
+    releaseFreeMemory();
     const double before = residentBytes();
     CANFile file;
     if (!file.load(path)) {

@@ -5,6 +5,7 @@
 // checked. Ends with 1 when a frame was lost, doubled or out of order.
 
 #include "bench/BenchReport.h"
+#include "bench/ProcessFigures.h"
 
 #include "can/GUI_CanDevice.h"
 #include "capture/CTableViewCAN.h"

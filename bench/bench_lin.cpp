@@ -6,6 +6,7 @@
 // nothing and when it is full; saving the table and reading it back.
 
 #include "bench/BenchReport.h"
+#include "bench/ProcessFigures.h"
 
 #include "device/LINFrame.h"
 #include "device/TickTimer.h"
@@ -22,8 +23,6 @@
 #include <QTemporaryDir>
 #include <QTime>
 #include <QTimer>
-
-#include <unistd.h>
 
 #include <algorithm>
 #include <functional>
@@ -50,16 +49,6 @@ CTableViewLIN::DataObject frame(int number)
     object.data = QByteArray(8, static_cast<char>(number));
     object.checksum = calcChecksum(object.ID, true, object.data);
     return object;
-}
-
-/// Bytes of this process in memory.
-double residentBytes()
-{
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly)) {
-        return 0;
-    }
-    return file.readAll().split(' ').value(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE));
 }
 
 double elapsedMs(const std::function<void()> &work)

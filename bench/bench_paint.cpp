@@ -2,6 +2,7 @@
 // standard item model that holds the same cells.
 
 #include "bench/BenchReport.h"
+#include "bench/ProcessFigures.h"
 
 #include "capture/CTableViewCAN.h"
 

@@ -322,7 +322,7 @@ void showCanFolded(const Visitor &visit)
     stage.openBusyCan();
     const auto *panel = in<QWidget>(stage.tab(), "widget_content");
     press(stage.tab(), "btn_fold");
-    waitUntil("the panel folds", [panel] { return panel->maximumHeight() == 0; });
+    waitUntil("the panel folds", [panel] { return !panel->isVisible(); });
     visit(stage.window);
 }
 

@@ -1,0 +1,34 @@
+#include "bench/ProcessFigures.h"
+
+#include <QByteArray>
+#include <QFile>
+
+#include <ctime>
+
+#include <malloc.h>
+#include <unistd.h>
+
+double cpuSeconds()
+{
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+double residentBytes()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return 0;
+    }
+    return file.readAll().split(' ').value(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+double allocatedBytes()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd);
+}
+
+void releaseFreeMemory()
+{
+    malloc_trim(0);
+}

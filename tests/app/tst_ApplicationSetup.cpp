@@ -1,0 +1,47 @@
+#include "app/ApplicationSetup.h"
+
+#include <QMenu>
+#include <QStyle>
+#include <QTableView>
+#include <QtTest>
+
+class tst_ApplicationSetup : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void oneFontForAllWidgets();
+    void oneStyleOnAllSystems();
+};
+
+void tst_ApplicationSetup::initTestCase()
+{
+    QApplication::setStyle(QStringLiteral("windows"));
+    applyApplicationLook(*qApp);
+}
+
+/// Windows has fonts of its own for menus and item views.
+void tst_ApplicationSetup::oneFontForAllWidgets()
+{
+    const QFont font(QStringLiteral("Microsoft Yahei"), 9);
+    QCOMPARE(QApplication::font().toString(), font.toString());
+    for (const char *name : {"QAbstractItemView", "QMenu", "QMenuBar", "QMessageBox", "QStatusBar", "QTipLabel"}) {
+        QCOMPARE(QApplication::font(name).toString(), font.toString());
+    }
+    QTableView table;
+    table.ensurePolished();
+    QCOMPARE(table.font().toString(), font.toString());
+    QMenu menu;
+    menu.ensurePolished();
+    QCOMPARE(menu.font().toString(), font.toString());
+}
+
+void tst_ApplicationSetup::oneStyleOnAllSystems()
+{
+    qApp->setStyleSheet(QString()); // which hides the style under it
+    QCOMPARE(QApplication::style()->objectName(), QStringLiteral("fusion"));
+}
+
+QTEST_MAIN(tst_ApplicationSetup)
+#include "tst_ApplicationSetup.moc"
