@@ -1,9 +1,5 @@
 # Run by cpack when all files are staged, once for each kind of package.
 
-# All files have the time of the release.
-file(GLOB_RECURSE paths LIST_DIRECTORIES true "${CPACK_TEMPORARY_DIRECTORY}/*")
-execute_process(COMMAND touch "--date=@$ENV{SOURCE_DATE_EPOCH}" ${paths} COMMAND_ERROR_IS_FATAL ANY)
-
 # The picture at the left of the installer's first and last page, in twice the size that 100 % screens show.
 if(CPACK_GENERATOR STREQUAL "NSIS")
   execute_process(
@@ -13,3 +9,10 @@ if(CPACK_GENERATOR STREQUAL "NSIS")
                       rm panel.ppm"
     WORKING_DIRECTORY "${CPACK_TOPLEVEL_DIRECTORY}" COMMAND_ERROR_IS_FATAL ANY)
 endif()
+
+# All files have the time of the release.
+file(GLOB_RECURSE paths LIST_DIRECTORIES true "${CPACK_TEMPORARY_DIRECTORY}/*")
+if(CPACK_GENERATOR STREQUAL "NSIS")
+  list(APPEND paths "${CPACK_X9_PANEL}")
+endif()
+execute_process(COMMAND touch "--date=@$ENV{SOURCE_DATE_EPOCH}" ${paths} COMMAND_ERROR_IS_FATAL ANY)
