@@ -106,7 +106,13 @@ done < <(grep -E '\.(exe|dll)$' "$work/paths")
 
 step "Wine"
 mkdir "$work/home"
-"${wine[@]}" wineboot --init >/dev/null 2>&1
+mkfifo "$work/nothing"
+start_wine() {
+  "${wine[@]}" wineboot >/dev/null 2>&1
+  # One program that runs all the time: Wine ends with the last one, and what starts just then fails.
+  "${wine[@]}" wine cmd <>"$work/nothing" >/dev/null 2>&1 &
+}
+start_wine
 user=$(basename "$(find "$work/wine/drive_c/users" -mindepth 1 -maxdepth 1 ! -name Public)")
 drive=$work/wine/drive_c
 find "$drive" | sort >"$work/before"
@@ -206,9 +212,13 @@ check_shortcuts() { # check_shortcuts <folder of the start menu> <name>...
 }
 uninstall() { # uninstall <root> <folder>
   run_setup 0 "$(windows_path "$2")\\Uninstall.exe" /S
-  # It goes on in a copy of itself.
-  timeout 60 "${wine[@]}" wineserver --wait || fail "the uninstaller does not end"
-  [[ -z $(registry "$1" DisplayName) ]] || fail "the registry still has the program"
+  # It goes on in a copy of itself, and has done everything when the registry does not know the program any more.
+  local tries
+  for ((tries = 0; tries < 300; ++tries)); do
+    [[ -n $(registry "$1" DisplayName) ]] || return 0
+    sleep 0.1
+  done
+  fail "the registry still has the program"
 }
 left() { # left: what there is more on the drive than before, without what Wine and the programs' font cache write
   comm -13 "$work/before" <(find "$drive" | sort) | sed "s|^$drive/||" |
@@ -270,8 +280,9 @@ rm -r "$installed"
 step "for all users, on a Chinese Windows"
 mkdir "$work/locales"
 localedef -i zh_CN -f UTF-8 "$work/locales/zh_CN.UTF-8"
-"${wine[@]}" wineserver --kill || true
+"${wine[@]}" wineserver --kill
 wine+=(LC_ALL=zh_CN.UTF-8 "LOCPATH=$work/locales")
+start_wine
 installed="$drive/Program Files/X9CAN"
 run_setup 0 "$setup" /S /AllUsers /Desktop
 check_registry HKLM "$installed" "$version"
