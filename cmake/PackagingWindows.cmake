@@ -15,7 +15,7 @@ configure_file("${x9_windows}/demo.cmd" "${x9_windows_made}/X9CAN demo.cmd" @ONL
 install(PROGRAMS "${x9_windows_made}/X9CAN demo.cmd" DESTINATION .)
 
 # What they load: Qt's plugins by name, everything else as the files themselves say.
-set(x9_plugins Qt5::QWindowsIntegrationPlugin Qt5::QWindowsVistaStylePlugin Qt5::QICOPlugin)
+set(x9_plugins Qt5::QWindowsIntegrationPlugin Qt5::QICOPlugin)
 set(x9_plugin_files "")
 foreach(plugin IN LISTS x9_plugins)
   get_target_property(file ${plugin} LOCATION)

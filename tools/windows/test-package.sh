@@ -64,7 +64,7 @@ X9CAN\.exe
 X9CAN demo\.cmd
 (Qt5(Core|Gui|Network|Widgets)|libgcc_s_seh-1|libstdc\+\+-6|libwinpthread-1)\.dll
 qt\.conf
-plugins/(platforms/qwindows|styles/qwindowsvistastyle|imageformats/qico)\.dll
+plugins/(platforms/qwindows|imageformats/qico)\.dll
 translations/qtbase_zh_CN\.qm
 virtual-adapter/(ControlCAN\.dll|example\.virtual-adapter\.json)
 doc/(changelog|formats|guide|guide\.zh|virtual-adapter)\.html
@@ -74,8 +74,8 @@ doc/screenshots/[a-z-]+\.png
 END
 )" "$work/paths") || (($? == 1)) # 2: grep itself failed
 [[ -z $unexpected ]] || fail "files outside the layout:"$'\n'"$unexpected"
-for path in X9CAN.exe "X9CAN demo.cmd" qt.conf plugins/platforms/qwindows.dll plugins/styles/qwindowsvistastyle.dll \
-            plugins/imageformats/qico.dll translations/qtbase_zh_CN.qm virtual-adapter/ControlCAN.dll \
+for path in X9CAN.exe "X9CAN demo.cmd" qt.conf plugins/platforms/qwindows.dll plugins/imageformats/qico.dll \
+            translations/qtbase_zh_CN.qm virtual-adapter/ControlCAN.dll \
             virtual-adapter/example.virtual-adapter.json doc/guide.html doc/guide.zh.html doc/formats.html \
             doc/virtual-adapter.html doc/changelog.html doc/licences.txt \
             doc/licences/{Qt,LGPL-3,GPL-3,GCC-runtime,mingw-w64,nlohmann-json,Qt-translations}.txt; do
@@ -148,8 +148,7 @@ start() { # start <program folder> <working folder> <command>...: the program is
   loaded=$(sed -n 's|^[^/]* /|/|p' "/proc/$program/maps" | sort -u |
            grep -iE '\.(dll|exe)$' | grep -v '/wine/x86_64-' | grep -v "^$drive/windows/") || true
   expected=$(for path in X9CAN.exe Qt5{Core,Gui,Network,Widgets}.dll libgcc_s_seh-1.dll libstdc++-6.dll \
-                         libwinpthread-1.dll plugins/platforms/qwindows.dll plugins/styles/qwindowsvistastyle.dll \
-                         plugins/imageformats/qico.dll; do echo "$at/$path"; done
+                         libwinpthread-1.dll plugins/platforms/qwindows.dll plugins/imageformats/qico.dll; do echo "$at/$path"; done
              [[ ! -e $where/ControlCAN.dll ]] || echo "$where/ControlCAN.dll")
   diff <(sort <<<"$expected") <(sort <<<"$loaded") || fail "these files should be loaded (<), these are (>)"
 }
