@@ -46,7 +46,8 @@ set(x9_documents CHANGELOG.md docs/guide.md docs/guide.zh.md docs/formats.md doc
 list(TRANSFORM x9_documents PREPEND "${PROJECT_SOURCE_DIR}/")
 install(CODE "
   file(REMOVE_RECURSE \"${x9_windows_made}/pages\")
-  execute_process(COMMAND \"${x9_windows}/make-pages.py\" \"${x9_windows_made}/pages\" ${x9_documents}
+  set(documents \"${x9_documents}\")
+  execute_process(COMMAND \"${x9_windows}/make-pages.py\" \"${x9_windows_made}/pages\" \${documents}
                   COMMAND_ERROR_IS_FATAL ANY)")
 install(DIRECTORY "${x9_windows_made}/pages/" DESTINATION doc)
 configure_file("${x9_windows}/licences.txt" "${x9_windows_made}/licences.txt" @ONLY NEWLINE_STYLE DOS)
@@ -65,7 +66,8 @@ endforeach()
 # packaging/windows/NSIS.template.in instead of CPack's own, which knows one language and no installation per user.
 set(CPACK_GENERATOR ZIP NSIS)
 set(CPACK_PACKAGE_FILE_NAME "${PROJECT_NAME}-${PROJECT_VERSION}-windows-x64")
-configure_file("${PROJECT_SOURCE_DIR}/packaging/linux/PackageTime.cmake.in" "${x9_windows_made}/PackageTime.cmake" @ONLY)
+configure_file("${PROJECT_SOURCE_DIR}/packaging/linux/PackageTime.cmake.in" "${x9_windows_made}/PackageTime.cmake"
+               @ONLY)
 configure_file("${x9_windows}/PackageConfig.cmake.in" "${x9_windows_made}/PackageConfig.cmake" @ONLY)
 set(CPACK_PROJECT_CONFIG_FILE "${x9_windows_made}/PackageConfig.cmake")
 set(CPACK_PRE_BUILD_SCRIPTS "${x9_windows}/BeforePacking.cmake")

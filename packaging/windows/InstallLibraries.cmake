@@ -1,4 +1,4 @@
-# Run by `cmake --install`: the plugins, and the DLLs that the program and the plugins need, found in their import tables.
+# Run by `cmake --install`: the plugins, and the DLLs that the program and the plugins need, as their import tables say.
 # PackagingWindows.cmake sets x9_program, x9_plugins, x9_library_folders, x9_objdump and x9_strip before.
 cmake_policy(VERSION 3.25)
 
@@ -7,8 +7,8 @@ set(system_libraries
     advapi32 bcrypt crypt32 d3d11 dnsapi dwmapi dxgi gdi32 imm32 iphlpapi kernel32 mpr msvcrt netapi32 ole32 oleaut32
     secur32 shell32 user32 userenv uxtheme version winmm ws2_32 wtsapi32)
 
-# x9_imports(<list> <file>): the names of the DLLs a file needs. (CMake's GET_RUNTIME_DEPENDENCIES looks for them in lower
-# case, which the files' names are not.)
+# x9_imports(<list> <file>): the names of the DLLs a file needs. (CMake's GET_RUNTIME_DEPENDENCIES looks for them in
+# lower case, which the files' names are not.)
 function(x9_imports names file)
   execute_process(COMMAND "${x9_objdump}" -p "${file}" OUTPUT_VARIABLE tables COMMAND_ERROR_IS_FATAL ANY)
   string(REGEX MATCHALL "DLL Name: [^\n]+" tables "${tables}")

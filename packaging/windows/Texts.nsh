@@ -39,7 +39,7 @@
   LangString InUse ${LANG_SIMPCHINESE} "无法覆盖 $0\X9CAN.exe。请先关闭 X9CAN，然后重试。"
   LangString OlderStays ${LANG_ENGLISH} "The version in $0 could not be removed."
   LangString OlderStays ${LANG_SIMPCHINESE} "无法删除 $0 中的版本。"
-  LangString NeedsAdministrator ${LANG_ENGLISH} "Administrator rights are needed to install X9CAN for all users or to remove it for all users."
+  LangString NeedsAdministrator ${LANG_ENGLISH} "X9CAN can be installed or removed for all users with administrator rights only."
   LangString NeedsAdministrator ${LANG_SIMPCHINESE} "为所有用户安装或卸载 X9CAN 需要管理员权限。"
   LangString NotInstalled ${LANG_ENGLISH} "$INSTDIR is not the folder of an installed X9CAN."
   LangString NotInstalled ${LANG_SIMPCHINESE} "$INSTDIR 中没有已安装的 X9CAN。"

@@ -147,8 +147,8 @@ start() { # start <program folder> <working folder> <command>...: the program is
   # Everything that is no part of Wine.
   loaded=$(sed -n 's|^[^/]* /|/|p' "/proc/$program/maps" | sort -u |
            grep -iE '\.(dll|exe)$' | grep -v '/wine/x86_64-' | grep -v "^$drive/windows/") || true
-  expected=$(for path in X9CAN.exe Qt5{Core,Gui,Network,Widgets}.dll libgcc_s_seh-1.dll libstdc++-6.dll \
-                         libwinpthread-1.dll plugins/platforms/qwindows.dll plugins/imageformats/qico.dll; do echo "$at/$path"; done
+  expected=$(printf "$at/%s\n" X9CAN.exe Qt5{Core,Gui,Network,Widgets}.dll libgcc_s_seh-1.dll libstdc++-6.dll \
+                                  libwinpthread-1.dll plugins/platforms/qwindows.dll plugins/imageformats/qico.dll
              [[ ! -e $where/ControlCAN.dll ]] || echo "$where/ControlCAN.dll")
   diff <(sort <<<"$expected") <(sort <<<"$loaded") || fail "these files should be loaded (<), these are (>)"
 }
@@ -170,7 +170,8 @@ step "X9CAN demo.cmd"
 start "$folder" "$folder/virtual-adapter" wine cmd /c "X9CAN demo.cmd"
 close
 cd "$root"
-diff "$work/paths" <(cd "$folder" && find . ! -type d -printf '%P\n' | sort) || fail "something was written to the folder"
+diff "$work/paths" <(cd "$folder" && find . ! -type d -printf '%P\n' | sort) ||
+  fail "something was written to the folder"
 
 # --- the installer
 
@@ -204,10 +205,12 @@ check_registry() { # check_registry <root> <folder> <version>
 }
 check_files() { # check_files <folder>: what the ZIP has, and the uninstaller
   diff -r "$folder" "$1" >"$work/log" || true
-  [[ $(<"$work/log") == "Only in $1: Uninstall.exe" ]] || { cat "$work/log" >&2; fail "installed is not what was packed"; }
+  [[ $(<"$work/log") == "Only in $1: Uninstall.exe" ]] ||
+    { cat "$work/log" >&2; fail "installed is not what was packed"; }
 }
 check_shortcuts() { # check_shortcuts <folder of the start menu> <name>...
-  diff <(printf '%s.lnk\n' "${@:2}" | sort) <(ls "$1/X9CAN" | sort) || fail "these shortcuts should be there (<), these are (>)"
+  diff <(printf '%s.lnk\n' "${@:2}" | sort) <(ls "$1/X9CAN" | sort) ||
+    fail "these shortcuts should be there (<), these are (>)"
 }
 uninstall() { # uninstall <root> <folder>
   run_setup 0 "$(windows_path "$2")\\Uninstall.exe" /S
@@ -221,8 +224,8 @@ uninstall() { # uninstall <root> <folder>
 }
 left() { # left: what there is more on the drive than before, without what Wine and the programs' font cache write
   comm -13 "$work/before" <(find "$drive" | sort) | sed "s|^$drive/||" |
-    grep -vE '^windows/|^ProgramData/Microsoft|^users/[^/]+/(AppData/)?(Local/)?Temp(/|$)|^users/[^/]+/AppData/Roaming/Microsoft' |
-    grep -vE '^users/[^/]+/AppData/Local(/(Programs|X9CAN))?$' || true
+    grep -vE '^windows/|^ProgramData/Microsoft|^users/[^/]+/(AppData/)?(Local/)?Temp(/|$)' |
+    grep -vE '^users/[^/]+/AppData/(Roaming/Microsoft|Local(/(Programs|X9CAN))?$)' || true
 }
 english=("X9CAN" "X9CAN (virtual adapter)" "X9CAN guide" "Uninstall X9CAN")
 chinese=("X9CAN" "X9CAN（虚拟适配器）" "X9CAN 用户手册" "卸载 X9CAN")
