@@ -12,8 +12,16 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
 set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}/package")
 set(CPACK_STRIP_FILES ON)
 
+# The same day as a time stamp.
+if(CMAKE_HOST_UNIX)
+  execute_process(COMMAND date -u -d "${X9_RELEASE_DATE}" +%s OUTPUT_VARIABLE x9_release_seconds
+                  OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+endif()
+
 if(UNIX AND NOT APPLE)
   include(PackagingLinux)
+elseif(WIN32)
+  include(PackagingWindows)
 endif()
 
 # After everything that sets CPACK_ variables.

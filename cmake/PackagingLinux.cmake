@@ -7,10 +7,8 @@ set(x9_linux_made "${PROJECT_BINARY_DIR}/packaging")
 set(x9_program_folder lib/x9can)
 set(x9_doc_folder share/doc/x9can)
 
-# The same day as a time stamp and as the changelog writes it.
+# The day of the version as the changelog writes it.
 set(ENV{LC_ALL} C)
-execute_process(COMMAND date -u -d "${X9_RELEASE_DATE}" +%s OUTPUT_VARIABLE x9_release_seconds
-                OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 execute_process(COMMAND date -u -d "${X9_RELEASE_DATE}" -R OUTPUT_VARIABLE x9_release_day
                 OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 unset(ENV{LC_ALL})

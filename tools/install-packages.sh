@@ -12,6 +12,7 @@ declare -A packages=(
   [fuzz]="clang libclang-rt-14-dev"
   [windows]="g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix qttranslations5-l10n xz-utils"
   [wine]="wine wine64 fonts-wine locales"
+  [windows-package]="nsis cmark-gfm netpbm unzip qttranslations5-l10n python3-xlib locales"
   [package]="dpkg-dev file desktop-file-utils appstream lintian binutils xvfb xauth python3 python3-xlib"
 )
 

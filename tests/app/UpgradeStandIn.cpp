@@ -10,7 +10,6 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <thread>
@@ -59,7 +58,7 @@ void appendLine(const std::string &file, const std::string &line)
 void waitFor(const std::string &file)
 {
     constexpr int Steps = 6000;
-    for (int i = 0; i < Steps && !std::filesystem::exists(file); ++i) {
+    for (int i = 0; i < Steps && !std::ifstream(file); ++i) {
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
 }

@@ -1,0 +1,316 @@
+#!/usr/bin/env bash
+# tools/windows/test-package.sh   Builds and packs the Windows program, checks what the portable ZIP and the installer
+# hold, and tries both under Wine on a virtual screen: starts the unpacked program, installs for the user and for all
+# users, replaces an older version, uninstalls. Ends with 3 where Qt for Windows is not at hand.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+root=$PWD
+
+fail() { echo "windows/test-package: $*" >&2; exit 1; }
+step() { echo "== $*"; }
+
+# Everything that Wine starts, its server too, needs the same screen: the script runs itself inside one.
+if [[ -z ${X9_WINE_SCREEN:-} ]]; then
+  tools/install-packages.sh build run windows wine windows-package
+  exec env X9_WINE_SCREEN=yes xvfb-run -a -s "-screen 0 1280x900x24" "$0" "$@"
+fi
+
+work=$(mktemp -d)
+# Names that are not ASCII, in the console's encoding, and an environment that knows nothing of the build.
+wine=(env -i "PATH=/usr/bin:/bin" "HOME=$work/home" "DISPLAY=$DISPLAY" "XAUTHORITY=${XAUTHORITY:-}" LC_ALL=C.UTF-8
+      "WINEPREFIX=$work/wine" WINEDEBUG=-all WINEDLLOVERRIDES=winemenubuilder.exe=d)
+clean_up() {
+  "${wine[@]}" wineserver --kill || true
+  rm -rf "$work"
+}
+trap clean_up EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM HUP
+
+# --- the packages
+
+step "building and packing"
+tools/windows/build.sh X9CAN ControlCAN >"$work/log" 2>&1 || { code=$?; tail -50 "$work/log" >&2; exit $code; }
+pack() { # pack <folder> [<argument of cpack>...]
+  # Loose permissions and the time zone of the one who builds must not get into the packages.
+  (umask 077 && TZ=Asia/Shanghai cpack --config build/windows/CPackConfig.cmake -B "$@") >"$work/log" 2>&1 ||
+    { cat "$work/log" >&2; fail "cpack failed"; }
+}
+pack "$work/first"
+pack "$work/second"
+for name in .zip -setup.exe; do
+  cmp "$work/first/"*"$name" "$work/second/"*"$name" || fail "packing twice does not give the same package"
+done
+zip=$(echo "$work/first/"X9CAN-*-windows-x64.zip)
+setup=$(echo "$work/first/"X9CAN-*-windows-x64-setup.exe)
+name=$(basename "$zip" .zip)
+version=${name#X9CAN-}
+version=${version%-windows-x64}
+# What an older version would be: another number, and a file that is gone now.
+mkdir -p "$work/retired/plugins/retired"
+touch "$work/retired/plugins/retired/retired.dll"
+pack "$work/older" -G NSIS -D CPACK_PACKAGE_VERSION=1.0.0 -D "CPACK_INSTALLED_DIRECTORIES=$work/retired;."
+older=$(echo "$work/older/"*-setup.exe)
+
+step "what is in the ZIP"
+place="$work/测试 文件夹"
+mkdir "$place"
+unzip -q "$zip" -d "$place"
+folder=$place/$name
+[[ $(ls "$place") == "$name" ]] || fail "the ZIP does not unpack to one folder"
+(cd "$folder" && find . ! -type d -printf '%P\n' | sort) >"$work/paths"
+unexpected=$(grep -vxE "$(paste -sd'|' <<'END'
+X9CAN\.exe
+X9CAN demo\.cmd
+(Qt5(Core|Gui|Network|Widgets)|libgcc_s_seh-1|libstdc\+\+-6|libwinpthread-1)\.dll
+qt\.conf
+plugins/(platforms/qwindows|imageformats/qico)\.dll
+translations/qtbase_zh_CN\.qm
+virtual-adapter/(ControlCAN\.dll|example\.virtual-adapter\.json)
+doc/(changelog|formats|guide|guide\.zh|virtual-adapter)\.html
+doc/licences\.txt
+doc/licences/[A-Za-z0-9-]+\.txt
+doc/screenshots/[a-z-]+\.png
+END
+)" "$work/paths") || (($? == 1)) # 2: grep itself failed
+[[ -z $unexpected ]] || fail "files outside the layout:"$'\n'"$unexpected"
+for path in X9CAN.exe "X9CAN demo.cmd" qt.conf plugins/platforms/qwindows.dll plugins/imageformats/qico.dll \
+            translations/qtbase_zh_CN.qm virtual-adapter/ControlCAN.dll \
+            virtual-adapter/example.virtual-adapter.json doc/guide.html doc/guide.zh.html doc/formats.html \
+            doc/virtual-adapter.html doc/changelog.html doc/licences.txt \
+            doc/licences/{Qt,LGPL-3,GPL-3,GCC-runtime,mingw-w64,nlohmann-json,Qt-translations}.txt; do
+  [[ -s $folder/$path ]] || fail "$path is missing"
+done
+! grep -rlF "$root" "$folder" || fail "these files tell where they were built"
+while read -r picture; do
+  [[ -s $folder/doc/$picture ]] || fail "a page shows $picture, which is missing"
+done < <(grep -ohE 'src="[^"]+"' "$folder"/doc/*.html | sed 's/src="//; s/"$//' | sort -u)
+
+# What no package needs to bring, as Windows 10 and later have it.
+windows_has=" advapi32 bcrypt crypt32 d3d11 dnsapi dwmapi dxgi gdi32 imm32 iphlpapi kernel32 mpr msvcrt netapi32 ole32
+ oleaut32 secur32 shell32 user32 userenv uxtheme version winmm ws2_32 wtsapi32 "
+while read -r binary; do
+  x86_64-w64-mingw32-objdump -h "$folder/$binary" >"$work/sections"
+  ! grep -E '\.(debug|stab|gnu_debug)' "$work/sections" || fail "$binary has debug information"
+  x86_64-w64-mingw32-objdump -t "$folder/$binary" >"$work/symbols"
+  grep -q 'no symbols' "$work/symbols" || fail "$binary is not stripped"
+  x86_64-w64-mingw32-objdump -p "$folder/$binary" >"$work/tables"
+  while read -r import; do
+    base=${import%.*}
+    [[ -e $folder/$import || $windows_has == *[[:space:]]${base,,}[[:space:]]* ]] ||
+      fail "$binary needs $import, which neither the package nor Windows has"
+  done < <(sed -n 's/^.*DLL Name: //p' "$work/tables")
+done < <(grep -E '\.(exe|dll)$' "$work/paths")
+
+# --- under Wine
+
+step "Wine"
+mkdir "$work/home"
+mkfifo "$work/nothing"
+start_wine() {
+  "${wine[@]}" wineboot >/dev/null 2>&1
+  # One program that runs all the time: Wine ends with the last one, and what starts just then fails.
+  "${wine[@]}" wine cmd <>"$work/nothing" >/dev/null 2>&1 &
+}
+start_wine
+user=$(basename "$(find "$work/wine/drive_c/users" -mindepth 1 -maxdepth 1 ! -name Public)")
+drive=$work/wine/drive_c
+find "$drive" | sort >"$work/before"
+
+windows() { "${wine[@]}" python3 "$root/tools/x11-windows.py" "$@"; }
+running() { # running: the id of the program in this Wine
+  local process
+  for process in /proc/[0-9]*; do
+    if [[ $(cat "$process/comm" 2>/dev/null) == X9CAN.exe ]] &&
+       tr '\0' '\n' 2>/dev/null <"$process/environ" | grep -qxF "WINEPREFIX=$work/wine"; then
+      basename "$process"
+      return
+    fi
+  done
+  return 1
+}
+start() { # start <program folder> <working folder> <command>...: the program is $program then, its starter $starter
+  local at=$1 where=$2
+  shift 2
+  "${wine[@]}" "$@" >"$work/output" 2>&1 &
+  starter=$!
+  local tries
+  for ((tries = 0; tries < 300; ++tries)); do
+    ! program=$(running) || break
+    sleep 0.1
+  done
+  [[ -n $program ]] || { cat "$work/output" >&2; fail "$* starts no program"; }
+  windows show "$program" >"$work/title" || { cat "$work/output" >&2; fail "$* shows no window"; }
+  grep -qxF "X9CAN V$version" "$work/title" || fail "the window is called $(<"$work/title")"
+  [[ $(readlink "/proc/$program/cwd") == "$where" ]] || fail "$* starts it in $(readlink "/proc/$program/cwd")"
+  local loaded expected
+  # Everything that is no part of Wine.
+  loaded=$(sed -n 's|^[^/]* /|/|p' "/proc/$program/maps" | sort -u |
+           grep -iE '\.(dll|exe)$' | grep -v '/wine/x86_64-' | grep -v "^$drive/windows/") || true
+  expected=$(printf "$at/%s\n" X9CAN.exe Qt5{Core,Gui,Network,Widgets}.dll libgcc_s_seh-1.dll libstdc++-6.dll \
+                                  libwinpthread-1.dll plugins/platforms/qwindows.dll plugins/imageformats/qico.dll
+             [[ ! -e $where/ControlCAN.dll ]] || echo "$where/ControlCAN.dll")
+  diff <(sort <<<"$expected") <(sort <<<"$loaded") || fail "these files should be loaded (<), these are (>)"
+}
+close() { # close: in the normal way
+  windows close "$program" || fail "the program does not close"
+  local status=0
+  wait "$starter" || status=$?
+  ((status == 0)) || { cat "$work/output" >&2; fail "the program ended with $status"; }
+  program=
+}
+program=
+starter=
+
+step "the unpacked program, in a folder with Chinese characters and blanks"
+cd "$folder"
+start "$folder" "$folder" wine X9CAN.exe
+close
+step "X9CAN demo.cmd"
+start "$folder" "$folder/virtual-adapter" wine cmd /c "X9CAN demo.cmd"
+close
+cd "$root"
+diff "$work/paths" <(cd "$folder" && find . ! -type d -printf '%P\n' | sort) ||
+  fail "something was written to the folder"
+
+# --- the installer
+
+uninstall_key='Software\Microsoft\Windows\CurrentVersion\Uninstall\X9CAN'
+registry() { # registry <root> <name>: a value of the installation
+  # On a Chinese Windows, what a program prints is in that code page.
+  "${wine[@]}" wine reg query "$1\\$uninstall_key" /v "$2" 2>/dev/null | iconv -f GBK | tr -d '\r' | awk -v name="$2" '
+    $1 == name { sub(/^ *[^ ]+ +REG_[A-Z]+ +/, ""); print }'
+}
+windows_path() { "${wine[@]}" winepath -w "$1" 2>/dev/null; }
+run_setup() { # run_setup <expected code> <program> <argument>...
+  local code=0
+  "${wine[@]}" wine "${@:2}" || code=$?
+  ((code == $1)) || fail "${*:2} ends with $code"
+}
+check_registry() { # check_registry <root> <folder> <version>
+  local at pair
+  at=$(windows_path "$2")
+  for pair in "DisplayName=X9CAN" "DisplayVersion=$3" "Publisher=X9CAN developers" "DisplayIcon=$at\\X9CAN.exe" \
+              "InstallLocation=$at" "UninstallString=\"$at\\Uninstall.exe\"" \
+              "QuietUninstallString=\"$at\\Uninstall.exe\" /S" NoModify=0x1 NoRepair=0x1; do
+    [[ $(registry "$1" "${pair%%=*}") == "${pair#*=}" ]] ||
+      fail "the registry has ${pair%%=*} '$(registry "$1" "${pair%%=*}")' and not '${pair#*=}'"
+  done
+  local size
+  size=$(registry "$1" EstimatedSize)
+  # In KiB; the sum of the files, give or take the rounding of each.
+  local files
+  files=$((($(find "$folder" -type f -printf '%s\n' | paste -sd+)) / 1024))
+  ((size > files - 100 && size < files + 200)) || fail "EstimatedSize is $((size)) KiB, the files have $files"
+}
+check_files() { # check_files <folder>: what the ZIP has, and the uninstaller
+  diff -r "$folder" "$1" >"$work/log" || true
+  [[ $(<"$work/log") == "Only in $1: Uninstall.exe" ]] ||
+    { cat "$work/log" >&2; fail "installed is not what was packed"; }
+}
+check_shortcuts() { # check_shortcuts <folder of the start menu> <name>...
+  diff <(printf '%s.lnk\n' "${@:2}" | sort) <(ls "$1/X9CAN" | sort) ||
+    fail "these shortcuts should be there (<), these are (>)"
+}
+uninstall() { # uninstall <root> <folder>
+  run_setup 0 "$(windows_path "$2")\\Uninstall.exe" /S
+  # It goes on in a copy of itself, and has done everything when the registry does not know the program any more.
+  local tries
+  for ((tries = 0; tries < 300; ++tries)); do
+    [[ -n $(registry "$1" DisplayName) ]] || return 0
+    sleep 0.1
+  done
+  fail "the registry still has the program"
+}
+left() { # left: what there is more on the drive than before, without what Wine and the programs' font cache write
+  comm -13 "$work/before" <(find "$drive" | sort) | sed "s|^$drive/||" |
+    grep -vE '^windows/|^ProgramData/Microsoft|^users/[^/]+/(AppData/)?(Local/)?Temp(/|$)' |
+    grep -vE '^users/[^/]+/AppData/(Roaming/Microsoft|Local(/(Programs|X9CAN))?$)' || true
+}
+english=("X9CAN" "X9CAN (virtual adapter)" "X9CAN guide" "Uninstall X9CAN")
+chinese=("X9CAN" "X9CAN（虚拟适配器）" "X9CAN 用户手册" "卸载 X9CAN")
+user_menu="$drive/users/$user/AppData/Roaming/Microsoft/Windows/Start Menu/Programs"
+all_menu="$drive/ProgramData/Microsoft/Windows/Start Menu/Programs"
+
+step "an older version for the user"
+installed="$drive/users/$user/AppData/Local/Programs/X9CAN"
+run_setup 0 "$older" /S /CurrentUser
+[[ -e $installed/plugins/retired/retired.dll ]] || fail "the older version lacks its file"
+check_registry HKCU "$installed" 1.0.0
+[[ -z $(registry HKLM DisplayName) ]] || fail "installing for the user writes to the registry of all"
+# What is the user's.
+printf '[General]\nlanguage=1\n' >"$installed/Init.ini"
+echo "frame" >"$installed/报文 1.csv"
+cp "$folder/virtual-adapter/ControlCAN.dll" "$installed/ControlCAN.dll"
+cp "$folder/virtual-adapter/example.virtual-adapter.json" "$installed/virtual-adapter/virtual-adapter.json"
+mkdir "$work/users-own" "$work/users-own/virtual-adapter"
+own=(Init.ini "报文 1.csv" ControlCAN.dll virtual-adapter/virtual-adapter.json)
+for path in "${own[@]}"; do cp "$installed/$path" "$work/users-own/$path"; done
+
+step "this version over it"
+run_setup 0 "$setup" /S
+check_registry HKCU "$installed" "$version"
+check_shortcuts "$user_menu" "${english[@]}"
+[[ ! -e $installed/plugins/retired ]] || fail "a file of the older version stays"
+for path in "${own[@]}"; do
+  cmp "$work/users-own/$path" "$installed/$path" || fail "installing changes the user's $path"
+  mv "$installed/$path" "$work/users-own/$path"
+done
+check_files "$installed"
+
+step "the installed program"
+menu='C:\users\'$user'\AppData\Roaming\Microsoft\Windows\Start Menu\Programs\X9CAN\'
+start "$installed" "$installed" wine start /wait "${menu}X9CAN.lnk"
+step "while it runs"
+run_setup 2 "$setup" /S
+run_setup 2 "$(windows_path "$installed")\\Uninstall.exe" /S "_?=$(windows_path "$installed")"
+check_files "$installed"
+close
+start "$installed" "$installed/virtual-adapter" wine start /wait "${menu}X9CAN (virtual adapter).lnk"
+close
+check_files "$installed"
+
+step "uninstalling leaves what is the user's"
+for path in "${own[@]}"; do mv "$work/users-own/$path" "$installed/$path"; done
+uninstall HKCU "$installed"
+diff <(printf '%s\n' "${own[@]}" | sort) <(cd "$installed" && find . -type f -printf '%P\n' | sort) ||
+  fail "these files should stay (<), these do (>)"
+rm -r "$installed"
+[[ ! -e $user_menu/X9CAN ]] || fail "shortcuts stay"
+[[ -z $(left) ]] || fail "left behind:"$'\n'"$(left)"
+
+step "for all users, on a Chinese Windows"
+mkdir "$work/locales"
+localedef -i zh_CN -f UTF-8 "$work/locales/zh_CN.UTF-8"
+"${wine[@]}" wineserver --kill
+wine+=(LC_ALL=zh_CN.UTF-8 "LOCPATH=$work/locales")
+start_wine
+installed="$drive/Program Files/X9CAN"
+run_setup 0 "$setup" /S /AllUsers /Desktop
+check_registry HKLM "$installed" "$version"
+[[ -z $(registry HKCU DisplayName) ]] || fail "installing for all users writes to the user's registry"
+check_files "$installed"
+check_shortcuts "$all_menu" "${chinese[@]}"
+[[ ! -e $user_menu/X9CAN ]] || fail "installing for all users puts shortcuts into the user's menu"
+[[ -e $drive/users/Public/Desktop/X9CAN.lnk ]] || fail "no icon on the desktop"
+start "$installed" "$installed/virtual-adapter" \
+  wine start /wait 'C:\ProgramData\Microsoft\Windows\Start Menu\Programs\X9CAN\X9CAN（虚拟适配器）.lnk'
+close
+# Once more, and the choice of the desktop icon is kept.
+run_setup 0 "$setup" /S
+check_files "$installed"
+[[ -e $drive/users/Public/Desktop/X9CAN.lnk ]] || fail "installing again removes the icon from the desktop"
+
+step "into another folder"
+run_setup 0 "$setup" /S /AllUsers '/D=C:\工具\X9CAN'
+[[ ! -e $installed ]] || fail "the installation in the folder before stays"
+installed="$drive/工具/X9CAN"
+check_registry HKLM "$installed" "$version"
+run_setup 0 "$setup" /S
+check_files "$installed"
+uninstall HKLM "$installed"
+rmdir "$drive/工具"
+[[ ! -e $all_menu/X9CAN ]] || fail "shortcuts stay"
+[[ -z $(left) ]] || fail "left behind:"$'\n'"$(left)"
+
+echo "The packages are good: $(basename "$zip"), $(basename "$setup")"
