@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# tools/windows/build.sh [TARGET...]   Builds the Windows program, the virtual adapter's DLL and all tests with MinGW-w64
-# into build/windows; warnings are errors. Qt for Windows comes from build/qt-windows, where tools/windows/build-qt.sh
-# puts it, or from an archive of that folder: $X9_QT_WINDOWS_ARCHIVE, or ../shared/qt5-windows.tar.xz beside this folder.
-# Ends with 3 where there is neither.
+# tools/windows/build.sh [TARGET...]   Builds the Windows program, the virtual adapter's DLL and all tests with
+# MinGW-w64 into build/windows; warnings are errors. Qt for Windows comes from build/qt-windows, where
+# tools/windows/build-qt.sh puts it, or from an archive of that folder: $X9_QT_WINDOWS_ARCHIVE, or
+# ../shared/qt5-windows.tar.xz beside this folder. Ends with 3 where there is neither.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
@@ -18,7 +18,7 @@ elif [[ -e $libraries ]]; then
   qt=
 else
   echo "windows/build: no Qt for Windows: neither build/qt-windows nor $archive is there." >&2
-  echo "tools/windows/build-qt.sh builds it, which takes about an hour." >&2
+  echo "tools/windows/build-qt.sh builds it, which takes about half an hour." >&2
   exit 3
 fi
 
