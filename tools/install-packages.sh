@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, check, docs, fuzz,
-# windows, wine, package) from Debian's packages, quietly; does nothing when all is there. As root, or through sudo.
+# windows, windows-qt, wine, package) from Debian's packages, quietly; does nothing when all is there. As root, or
+# through sudo.
 set -euo pipefail
 
 declare -A packages=(
@@ -11,6 +12,7 @@ declare -A packages=(
   [docs]="pngquant"
   [fuzz]="clang libclang-rt-14-dev"
   [windows]="g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix qttranslations5-l10n xz-utils"
+  [windows-qt]="g++ make perl"
   [wine]="wine wine64 fonts-wine locales"
   [windows-package]="nsis cmark-gfm netpbm unzip qttranslations5-l10n python3-xlib locales"
   [package]="dpkg-dev file desktop-file-utils appstream lintian binutils xvfb xauth python3 python3-xlib"
