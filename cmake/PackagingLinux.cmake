@@ -77,7 +77,7 @@ add_custom_target(x9_linux_files ALL DEPENDS ${x9_linux_files})
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_PRE_BUILD_SCRIPTS "${x9_linux}/StagedPermissions.cmake")
-configure_file("${x9_linux}/PackageTime.cmake.in" "${x9_linux_made}/PackageTime.cmake" @ONLY)
+configure_file("${PROJECT_SOURCE_DIR}/packaging/PackageTime.cmake.in" "${x9_linux_made}/PackageTime.cmake" @ONLY)
 set(CPACK_PROJECT_CONFIG_FILE "${x9_linux_made}/PackageTime.cmake")
 
 set(CPACK_DEBIAN_PACKAGE_NAME x9can)

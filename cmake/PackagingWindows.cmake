@@ -66,8 +66,7 @@ endforeach()
 # packaging/windows/NSIS.template.in instead of CPack's own, which knows one language and no installation per user.
 set(CPACK_GENERATOR ZIP NSIS)
 set(CPACK_PACKAGE_FILE_NAME "${PROJECT_NAME}-${PROJECT_VERSION}-windows-x64")
-configure_file("${PROJECT_SOURCE_DIR}/packaging/linux/PackageTime.cmake.in" "${x9_windows_made}/PackageTime.cmake"
-               @ONLY)
+configure_file("${PROJECT_SOURCE_DIR}/packaging/PackageTime.cmake.in" "${x9_windows_made}/PackageTime.cmake" @ONLY)
 configure_file("${x9_windows}/PackageConfig.cmake.in" "${x9_windows_made}/PackageConfig.cmake" @ONLY)
 set(CPACK_PROJECT_CONFIG_FILE "${x9_windows_made}/PackageConfig.cmake")
 set(CPACK_PRE_BUILD_SCRIPTS "${x9_windows}/BeforePacking.cmake")
