@@ -84,8 +84,8 @@ unpack() {
   dpkg-deb -x "$work"/download/libwine-dev_*.deb "$work/wine"
 }
 
-# The header of graphic tablets is not in Debian's tarball. Wine has one that needs what MinGW-w64 names otherwise: the
-# functions' calling convention and the choice of the type for wide characters.
+# The header of graphic tablets is not in Debian's tarball. Wine's takes its place, with the name that Qt uses for the
+# calling convention, and with the types for wide characters in place of a macro that only Wine has.
 adapt_tablet_header() {
   local header
   mkdir -p "$work/source/src/3rdparty/wintab"
@@ -96,7 +96,7 @@ adapt_tablet_header() {
   done
 }
 
-# Debian's MinGW-w64 has these libraries in small letters, and Linux tells the two apart.
+# Debian's MinGW-w64 has these libraries in small letters, and Linux tells capitals from small ones.
 adapt_library_names() {
   sed -i 's/-lSecur32/-lsecur32/; s/-lCrypt32/-lcrypt32/' "$work/source/src/network/ssl/ssl.pri"
 }
