@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # tools/windows/build-qt.sh [--keep]   Builds Qt 5.15 (base) for 64-bit Windows with MinGW-w64 from Debian's source
-# package and puts it into build/qt-windows, where tools/windows/build.sh looks first. Takes 35 minutes on two cores and
-# 1.2 GB of disk. Does nothing where build/qt-windows is there; goes on where an interrupted run stopped. What the
-# build writes is in build/qt-windows.log. --keep leaves the sources and the build, build/qt-windows.work, in place.
+# package and puts it into build/qt-windows, where tools/windows/build.sh looks first. Takes about 40 minutes on two
+# cores and 1.1 GB of disk. Does nothing where build/qt-windows is there; goes on where an interrupted run stopped. What
+# the build writes is in build/qt-windows.log. --keep leaves the sources and the build, build/qt-windows.work, in place.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
@@ -163,7 +163,7 @@ if [[ ! -e $work/recipe || $(<"$work/recipe") != "$recipe" ]]; then
   step "configures" configure
   echo "$recipe" >"$work/recipe"
 fi
-step "builds; this takes about half an hour" make -C "$work/build" -j "$(nproc)"
+step "builds; this takes about 40 minutes" make -C "$work/build" -j "$(nproc)"
 step "installs" install_result
 step "checks" check_result
 mv "$installed" "$result"
