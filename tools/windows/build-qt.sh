@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # tools/windows/build-qt.sh [--keep]   Builds Qt 5.15 (base) for 64-bit Windows with MinGW-w64 from Debian's source
-# package and puts it into build/qt-windows, where tools/windows/build.sh looks first. Takes 35 minutes on two cores and
-# 1.2 GB of disk. Does nothing where build/qt-windows is there; goes on where an interrupted run stopped. What the
-# build writes is in build/qt-windows.log. --keep leaves the sources and the build, build/qt-windows.work, in place.
+# package and puts it into build/qt-windows, where tools/windows/build.sh looks first. Takes about 40 minutes on two
+# cores and 1.1 GB of disk. Does nothing where build/qt-windows is there; goes on where an interrupted run stopped. What
+# the build writes is in build/qt-windows.log. --keep leaves the sources and the build, build/qt-windows.work, in place.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
@@ -84,8 +84,8 @@ unpack() {
   dpkg-deb -x "$work"/download/libwine-dev_*.deb "$work/wine"
 }
 
-# The header of graphic tablets is not in Debian's tarball. Wine has one that needs what MinGW-w64 names otherwise: the
-# functions' calling convention and the choice of the type for wide characters.
+# The header of graphic tablets is not in Debian's tarball. Wine's takes its place, with the name that Qt uses for the
+# calling convention, and with the types for wide characters in place of a macro that only Wine has.
 adapt_tablet_header() {
   local header
   mkdir -p "$work/source/src/3rdparty/wintab"
@@ -96,7 +96,7 @@ adapt_tablet_header() {
   done
 }
 
-# Debian's MinGW-w64 has these libraries in small letters, and Linux tells the two apart.
+# Debian's MinGW-w64 has these libraries in small letters, and Linux tells capitals from small ones.
 adapt_library_names() {
   sed -i 's/-lSecur32/-lsecur32/; s/-lCrypt32/-lcrypt32/' "$work/source/src/network/ssl/ssl.pri"
 }
@@ -163,7 +163,7 @@ if [[ ! -e $work/recipe || $(<"$work/recipe") != "$recipe" ]]; then
   step "configures" configure
   echo "$recipe" >"$work/recipe"
 fi
-step "builds; this takes about half an hour" make -C "$work/build" -j "$(nproc)"
+step "builds; this takes about 40 minutes" make -C "$work/build" -j "$(nproc)"
 step "installs" install_result
 step "checks" check_result
 mv "$installed" "$result"

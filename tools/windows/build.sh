@@ -18,7 +18,7 @@ elif [[ -e $libraries ]]; then
   qt=
 else
   echo "windows/build: no Qt for Windows: neither build/qt-windows nor $archive is there." >&2
-  echo "tools/windows/build-qt.sh builds it, which takes about half an hour." >&2
+  echo "tools/windows/build-qt.sh builds it, which takes about 40 minutes." >&2
   exit 3
 fi
 
