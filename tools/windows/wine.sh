@@ -17,6 +17,10 @@ make_wine_prefix() {
   rm -rf "$WINEPREFIX"
   trap 'wineserver --kill || true' EXIT
   wineboot --init >/dev/null 2>&1
+  # One program runs all the time, waiting for its input. When the last one ends, Wine's services end a little later, and
+  # the next program waits ten seconds for them.
+  mkfifo "$WINEPREFIX/no-input"
+  wine cmd <>"$WINEPREFIX/no-input" >/dev/null 2>&1 &
   # There is no window manager on this screen. Wine would wait two seconds for it whenever a window is hidden.
   wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null
 }
