@@ -29,7 +29,7 @@ double residentBytes()
 
 double allocatedBytes()
 {
-    return static_cast<double>(memoryCounters().PrivateUsage);
+    return static_cast<double>(memoryCounters().PagefileUsage);
 }
 
 void releaseFreeMemory()
