@@ -1,7 +1,6 @@
 #include "app/Driver.h"
+#include "tests/app/RecordedCommand.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -21,22 +20,12 @@ private slots:
 private:
     /// A copy of the stand-in program.
     static QString standIn(const QTemporaryDir &folder, const QString &name);
-    static QStringList argumentsOf(const QString &program);
 };
 
 QString tst_Driver::standIn(const QTemporaryDir &folder, const QString &name)
 {
     const QString path = folder.filePath(name);
-    return QFile::copy(QStringLiteral(X9_COMMAND_RECORDER), path) ? path : QString();
-}
-
-/// Empty until the program has written them.
-QStringList tst_Driver::argumentsOf(const QString &program)
-{
-    QFile file(program + QStringLiteral(".arguments"));
-    return file.open(QIODevice::ReadOnly | QIODevice::Text)
-               ? QString::fromLocal8Bit(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)
-               : QStringList();
+    return makeCommandRecorder(path) ? path : QString();
 }
 
 void tst_Driver::certificate()
@@ -87,9 +76,9 @@ void tst_Driver::runsTheCertificateToolFirst()
                              {QStringLiteral("-add"), QStringLiteral("a b")}};
     const DriverCommand installer{standIn(folder, QStringLiteral("installer.exe")), {QStringLiteral("install")}};
     QVERIFY(runDriverCommands(tool, installer));
-    QCOMPARE(argumentsOf(tool.program), tool.arguments);
-    QTRY_VERIFY(!argumentsOf(installer.program).isEmpty());
-    QCOMPARE(argumentsOf(installer.program), installer.arguments);
+    QCOMPARE(recordedArguments(tool.program), tool.arguments);
+    QTRY_VERIFY(!recordedArguments(installer.program).isEmpty());
+    QCOMPARE(recordedArguments(installer.program), installer.arguments);
 }
 
 void tst_Driver::installsWithoutTheCertificateTool()
@@ -98,7 +87,7 @@ void tst_Driver::installsWithoutTheCertificateTool()
     const DriverCommand tool{folder.filePath(QStringLiteral("missing.exe")), {}};
     const DriverCommand installer{standIn(folder, QStringLiteral("installer.exe")), {QStringLiteral("install")}};
     QVERIFY(runDriverCommands(tool, installer));
-    QTRY_VERIFY(!argumentsOf(installer.program).isEmpty());
+    QTRY_VERIFY(!recordedArguments(installer.program).isEmpty());
 }
 
 void tst_Driver::reportsAMissingInstaller()
@@ -107,7 +96,7 @@ void tst_Driver::reportsAMissingInstaller()
     const DriverCommand tool{standIn(folder, QStringLiteral("tool.exe")), {QStringLiteral("-c")}};
     const DriverCommand missing{folder.filePath(QStringLiteral("missing.exe")), {}};
     QVERIFY(!runDriverCommands(tool, missing));
-    QCOMPARE(argumentsOf(tool.program), tool.arguments);
+    QCOMPARE(recordedArguments(tool.program), tool.arguments);
     QVERIFY(!startDriverCommand(missing));
 }
 

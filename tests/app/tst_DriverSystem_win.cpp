@@ -1,6 +1,7 @@
 // The driver functions on Windows: they start what lies beside the program, and look into the registry.
 
 #include "app/Driver.h"
+#include "tests/app/RecordedCommand.h"
 
 #include <QSettings>
 #include <QtTest>
@@ -25,8 +26,6 @@ private slots:
 private:
     static QString programFile(const char *name);
     QString workingFile(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
-    static bool standIn(const QString &path);
-    static QStringList argumentsOf(const QString &program);
 
     QString m_before;
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -55,20 +54,6 @@ QString tst_DriverSystem::programFile(const char *name)
     return QCoreApplication::applicationDirPath() + QLatin1Char('/') + QLatin1String(name);
 }
 
-bool tst_DriverSystem::standIn(const QString &path)
-{
-    return QDir().mkpath(QFileInfo(path).path()) && QFile::copy(QStringLiteral(X9_COMMAND_RECORDER), path);
-}
-
-/// Empty until the program has written them.
-QStringList tst_DriverSystem::argumentsOf(const QString &program)
-{
-    QFile file(program + QStringLiteral(".arguments"));
-    return file.open(QIODevice::ReadOnly | QIODevice::Text)
-               ? QString::fromLocal8Bit(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)
-               : QStringList();
-}
-
 void tst_DriverSystem::initTestCase()
 {
     QVERIFY2(!QFile::exists(programFile("Driver")), "is in the way");
@@ -95,13 +80,13 @@ void tst_DriverSystem::installsCertificateAndDriver()
 {
     const QString tool = programFile("Driver/Q2/certmgr.exe");
     const QString installer = workingFile("Driver/x64/Driver64.exe");
-    QVERIFY(standIn(tool) && standIn(installer));
+    QVERIFY(makeCommandRecorder(tool) && makeCommandRecorder(installer));
     QVERIFY(installDriver());
-    QCOMPARE(argumentsOf(tool),
+    QCOMPARE(recordedArguments(tool),
              QStringList({QStringLiteral("-c"), QStringLiteral("-add"), programFile("Driver/Q2/korvaneQ2.crt"),
                           QStringLiteral("-r"), QStringLiteral("localMachine"), QStringLiteral("-s"),
                           QStringLiteral("root")}));
-    QTRY_COMPARE(argumentsOf(installer),
+    QTRY_COMPARE(recordedArguments(installer),
                  QStringList({QStringLiteral("install"), QStringLiteral("USB\\VID_A5A5&PID_2566"),
                               programFile("Driver/Q2/korvaneQ2.inf")}));
 }
@@ -109,14 +94,14 @@ void tst_DriverSystem::installsCertificateAndDriver()
 void tst_DriverSystem::installsWithoutTheCertificateTool()
 {
     const QString installer = workingFile("Driver/x64/Driver64.exe");
-    QVERIFY(standIn(installer));
+    QVERIFY(makeCommandRecorder(installer));
     QVERIFY(installDriver());
-    QTRY_COMPARE(argumentsOf(installer).size(), 3);
+    QTRY_COMPARE(recordedArguments(installer).size(), 3);
 }
 
 void tst_DriverSystem::installsNothingWithoutItsInstaller()
 {
-    QVERIFY(standIn(workingFile("Driver/x86/Driver.exe"))); // for 32-bit Windows
+    QVERIFY(makeCommandRecorder(workingFile("Driver/x86/Driver.exe"))); // for 32-bit Windows
     QVERIFY(!installDriver());
     QVERIFY(!installMigrationDriver());
 }
@@ -125,12 +110,12 @@ void tst_DriverSystem::installsTheMigrationDriver()
 {
     const QString tool = programFile("Driver/Q2/certmgr.exe");
     const QString installer = workingFile("Driver/x64/Driver64.exe");
-    QVERIFY(standIn(tool) && standIn(installer));
+    QVERIFY(makeCommandRecorder(tool) && makeCommandRecorder(installer));
     QVERIFY(installMigrationDriver());
-    QTRY_COMPARE(argumentsOf(installer),
+    QTRY_COMPARE(recordedArguments(installer),
                  QStringList({QStringLiteral("install"), QStringLiteral("USB\\VID_A5A5&PID_2560"),
                               programFile("Driver/X9/nivDrvX9.inf")}));
-    QCOMPARE(argumentsOf(tool), QStringList());
+    QCOMPARE(recordedArguments(tool), QStringList());
 }
 
 void tst_DriverSystem::deviceNeverSeen()

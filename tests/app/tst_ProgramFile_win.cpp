@@ -290,4 +290,4 @@ void tst_ProgramFile::subsystem()
 }
 
 QTEST_APPLESS_MAIN(tst_ProgramFile)
-#include "tst_ProgramFile.moc"
+#include "tst_ProgramFile_win.moc"
