@@ -12,6 +12,7 @@ class tst_ApplicationSetup : public QObject
 private slots:
     void initTestCase();
     void oneFontForAllWidgets();
+    void scalesAsTheScreenIsSet();
     void oneStyleOnAllSystems();
 };
 
@@ -37,11 +38,26 @@ void tst_ApplicationSetup::oneFontForAllWidgets()
     QCOMPARE(menu.font().toString(), font.toString());
 }
 
+/// Not rounded to whole factors.
+void tst_ApplicationSetup::scalesAsTheScreenIsSet()
+{
+    QVERIFY(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
+    QVERIFY(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
+    QCOMPARE(QGuiApplication::highDpiScaleFactorRoundingPolicy(), Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+}
+
 void tst_ApplicationSetup::oneStyleOnAllSystems()
 {
     qApp->setStyleSheet(QString()); // which hides the style under it
     QCOMPARE(QApplication::style()->objectName(), QStringLiteral("fusion"));
 }
 
-QTEST_MAIN(tst_ApplicationSetup)
+int main(int argc, char *argv[])
+{
+    setApplicationAttributes(); // before the application is made
+    QApplication application(argc, argv);
+    tst_ApplicationSetup test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_ApplicationSetup.moc"
