@@ -1,7 +1,8 @@
 # x9_add_test(<tst_Name> [SOURCES <file>...] LIBS <library>... LABELS <label>... [TIMEOUT <seconds>] [ADAPTER])
 # One Qt Test program under CTest: offscreen, or for Windows on the screen. SOURCES defaults to <tst_Name>.cpp. Labels:
-# unit, gui, device, slow, layering, files (paths, and the text in files: runs in several code pages). ADAPTER hands the paths of the virtual adapter's builds to the test as
-# X9_VIRTUAL_ADAPTER (whole) and X9_VIRTUAL_ADAPTER_CLASSIC (without the CAN FD entries).
+# unit, gui, device, slow, layering, files (paths, and the text in files: runs in several code pages). ADAPTER hands the
+# paths of the virtual adapter's builds to the test as X9_VIRTUAL_ADAPTER (whole) and X9_VIRTUAL_ADAPTER_CLASSIC (without
+# the CAN FD entries).
 # ThreadSanitizer: Qt and GLib are not instrumented, so their locks are unseen; what their own code does with memory and
 # descriptors under these locks is left out of the comparison (ignore_noninstrumented_modules). The project's code stays
 # in; suppressions for it go to cmake/tsan.supp, by function.
