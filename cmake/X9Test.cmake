@@ -45,14 +45,15 @@ function(x9_add_test name)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES LABELS "${arg_LABELS}" TIMEOUT ${arg_TIMEOUT}
                                           ENVIRONMENT "${X9_TEST_ENVIRONMENT}")
-  x9_lock_screen(${name})
+  x9_keep_focus(${name})
 endfunction()
 
-# x9_lock_screen(<test>)   Tests on one screen take the focus from each other: those labelled gui run one after the other
-# there. Offscreen, each has a screen of its own.
-function(x9_lock_screen name)
+# x9_keep_focus(<test>)   A test labelled gui runs alone on Windows: tests on one screen take the focus from each other,
+# and under Wine every program that starts, a console program too, may take it from the window that has it. Offscreen,
+# each has a screen of its own.
+function(x9_keep_focus name)
   get_test_property(${name} LABELS labels)
   if(WIN32 AND "gui" IN_LIST labels)
-    set_property(TEST ${name} APPEND PROPERTY RESOURCE_LOCK screen)
+    set_tests_properties(${name} PROPERTIES RUN_SERIAL ON)
   endif()
 endfunction()
