@@ -102,19 +102,27 @@ adapt_library_names() {
 }
 
 # The compilers with posix threads under the names that Qt's build asks for, whatever the machine's alternatives say.
-link_compilers() {
-  local compiler
+# Where a library names its sources, the name does not tell where they lay.
+name_compilers() {
+  local compiler named
   mkdir -p "$work/bin"
   for compiler in gcc g++; do
-    ln -sf "$(command -v "x86_64-w64-mingw32-$compiler-posix")" "$work/bin/x86_64-w64-mingw32-$compiler"
+    named=$work/bin/x86_64-w64-mingw32-$compiler
+    cat >"$named" <<END
+#!/bin/sh
+exec $(command -v "x86_64-w64-mingw32-$compiler-posix") '-ffile-prefix-map=$work=qt' "\$@"
+END
+    chmod +x "$named"
   done
 }
 
+# The prefix is no folder of this machine, since the libraries tell it wherever they are. They find their plugins from
+# where they lie themselves.
 configure() {
   mkdir -p "$work/build"
   cd "$work/build"
   ../source/configure -opensource -confirm-license -release -shared \
-    -prefix "$result" -extprefix "$result" -hostprefix "$result" \
+    -prefix /qt -extprefix "$result" -hostprefix "$result" \
     -platform linux-g++ -xplatform win32-g++ -device-option CROSS_COMPILE=x86_64-w64-mingw32- \
     -nomake examples -nomake tests -nomake tools -no-pch \
     -no-opengl -no-feature-vulkan -no-dbus -no-icu -no-openssl -schannel \
@@ -149,7 +157,7 @@ check_result() {
 }
 
 # An earlier run's work is of use where it was made in the same way.
-recipe="$result $(declare -f fetch unpack adapt_tablet_header adapt_library_names link_compilers configure)"
+recipe="$result $(declare -f fetch unpack adapt_tablet_header adapt_library_names name_compilers configure)"
 export PATH=$work/bin:$PATH
 if [[ ! -e $work/recipe || $(<"$work/recipe") != "$recipe" ]]; then
   rm -rf "$work"
@@ -159,7 +167,7 @@ if [[ ! -e $work/recipe || $(<"$work/recipe") != "$recipe" ]]; then
   step "unpacks them" unpack
   adapt_tablet_header
   adapt_library_names
-  link_compilers
+  name_compilers
   step "configures" configure
   echo "$recipe" >"$work/recipe"
 fi
