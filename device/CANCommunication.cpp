@@ -16,6 +16,7 @@
 #include <map>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -214,7 +215,9 @@ CANCommunication::~CANCommunication()
     endScan();
     if (!m_p->devices.empty()) {
         qWarning("CANCommunication destroyed with %u open device(s)", static_cast<unsigned>(m_p->devices.size()));
-        static_cast<void>(m_p->api.release()); // the workers still call through it
+        // The workers still call through the table, so it is kept until the process is gone.
+        static auto &leftBehind = *new std::vector<std::unique_ptr<const CANAPI>>;
+        leftBehind.push_back(std::move(m_p->api));
     }
 }
 
