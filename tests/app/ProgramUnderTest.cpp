@@ -177,7 +177,9 @@ void restartInEnglish()
 
 void close()
 {
-    const auto *table = window()->findChild<CTableViewCAN *>();
+    // The first tab's, which is the one that is saved.
+    const QWidget *first = in<QTabWidget>(window(), "tabWidget")->widget(0);
+    const auto *table = first == nullptr ? nullptr : first->findChild<CTableViewCAN *>();
     log(QStringLiteral("closing with %1 rows").arg(table == nullptr ? 0 : table->rowCount()));
     window()->close();
 }
