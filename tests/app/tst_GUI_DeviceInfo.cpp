@@ -502,7 +502,8 @@ void tst_GUI_DeviceInfo::missingUpgradeProgram()
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^Upgrade program .*/UpgradeCAN.exe: .+")));
     press(message(), CMessageBox::Yes);
     QTRY_VERIFY(message() != nullptr);
-    QVERIFY(message()->text().startsWith(QStringLiteral("The upgrade program cannot be started.\n")));
+    const QString text = message()->text();
+    QVERIFY2(text.startsWith(QStringLiteral("The upgrade program cannot be started.\n")), qPrintable(text));
     QCOMPARE(message()->icon(), CMessageBox::Critical);
     press(message(), CMessageBox::Ok);
     QVERIFY(isIdle());
@@ -521,7 +522,8 @@ void tst_GUI_DeviceInfo::crashOfTheUpgradeProgram()
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^Upgrade program .*/UpgradeCAN.exe: .+")));
     press(message(), CMessageBox::Yes);
     QTRY_VERIFY(message() != nullptr);
-    QVERIFY(message()->text().startsWith(QStringLiteral("The upgrade program has crashed.\n")));
+    const QString text = message()->text();
+    QVERIFY2(text.startsWith(QStringLiteral("The upgrade program has crashed.\n")), qPrintable(text));
     QVERIFY(isIdle());
 }
 
