@@ -15,7 +15,7 @@ declare -A packages=(
   [windows-qt]="g++ make perl"
   [wine]="wine wine64 fonts-wine locales"
   [windows-package]="nsis cmark-gfm netpbm unzip qttranslations5-l10n python3-xlib locales"
-  [package]="dpkg-dev file desktop-file-utils appstream lintian binutils xvfb xauth python3 python3-xlib"
+  [package]="dpkg-dev file desktop-file-utils appstream lintian binutils xvfb python3 python3-xlib"
 )
 
 missing=()

@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # tools/test-package.sh   Builds the Debian package (preset release), checks it, installs it on this machine, starts what
 # it brings under Xvfb, and removes it again. As root, or with sudo. Whatever happens, the machine is left as it was.
-set -euo pipefail
+set -Eeuo pipefail
 cd "$(dirname "$0")/.."
 root=$PWD
 
 fail() { echo "test-package: $*" >&2; exit 1; }
+trap 'echo "test-package: line $LINENO ended with $?: $BASH_COMMAND" >&2' ERR
 step() { echo "== $*"; }
 
 as_root=()
@@ -116,17 +117,14 @@ if ((EUID == 0)); then
   chown nobody:nogroup "$home" "$work/tmp"
 fi
 cd /
-as_user+=(env -i "PATH=/usr/bin:/bin" "HOME=$home" "TMPDIR=$work/tmp" "XAUTHORITY=$work/tmp/authority" LANG=C.UTF-8
+as_user+=(env -i "PATH=/usr/bin:/bin" "HOME=$home" "TMPDIR=$work/tmp" LANG=C.UTF-8
           QT_LOGGING_RULES=qt.qpa.xcb=false)
 
-cookie=$(mcookie)
-"${as_user[@]}" xauth -q add :0 . "$cookie" 2>/dev/null # the server does not look at the number
 mkfifo "$work/display"
-"${as_user[@]}" Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp -auth "$work/tmp/authority" \
+"${as_user[@]}" Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp \
   3<>"$work/display" >/dev/null 2>"$work/xvfb" &
 pids+=($!)
 read -rt 30 number <"$work/display" || { cat "$work/xvfb" >&2; fail "Xvfb does not start"; }
-"${as_user[@]}" xauth -q add ":$number" . "$cookie"
 as_user+=("DISPLAY=:$number")
 cp "$root/tools/x11-windows.py" "$work/tmp/"
 chmod 644 "$work/tmp/x11-windows.py"

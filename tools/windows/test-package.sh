@@ -2,11 +2,12 @@
 # tools/windows/test-package.sh   Builds and packs the Windows program, checks what the portable ZIP and the installer
 # hold, and tries both under Wine on a virtual screen: starts the unpacked program, installs for the user and for all
 # users, replaces an older version, uninstalls. Ends with 3 where Qt for Windows is not at hand.
-set -euo pipefail
+set -Eeuo pipefail
 cd "$(dirname "$0")/../.."
 root=$PWD
 
 fail() { echo "windows/test-package: $*" >&2; exit 1; }
+trap 'echo "windows/test-package: line $LINENO ended with $?: $BASH_COMMAND" >&2' ERR
 step() { echo "== $*"; }
 
 # Everything that Wine starts, its server too, needs the same screen: the script runs itself inside one.
