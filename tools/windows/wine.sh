@@ -16,7 +16,7 @@ make_wine_prefix() {
   export WINEDEBUG=-all
   rm -rf "$WINEPREFIX"
   trap 'wineserver --kill || true' EXIT
-  wineboot --init >/dev/null 2>&1
+  wineboot --init >/dev/null 2>&1 || { echo "wine: there is no Windows: wineboot ended with $?." >&2; exit 1; }
   # One program runs all the time, waiting for its input. When the last one ends, Wine's services end a little later, and
   # the next program waits ten seconds for them.
   mkfifo "$WINEPREFIX/no-input"
