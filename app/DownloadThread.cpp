@@ -11,6 +11,7 @@
 #include <QTimer>
 
 #include <functional>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -30,47 +31,44 @@ class TargetFile
 {
 public:
     explicit TargetFile(const QString &path)
-        : m_file(path)
+        : m_file(std::in_place, path)
         , m_folder(QFileInfo(path).absolutePath())
         , m_isFolderNew(!QFileInfo::exists(m_folder))
     {
     }
-    ~TargetFile() { discard(); }
-    Q_DISABLE_COPY_MOVE(TargetFile)
-
-    bool write(const QByteArray &bytes)
-    {
-        if (!m_file.isOpen() && !(QDir().mkpath(m_folder) && m_file.open(QIODevice::WriteOnly))) {
-            return false;
-        }
-        return m_file.write(bytes) == bytes.size();
-    }
-
-    bool commit()
-    {
-        m_isCommitted = m_file.commit();
-        return m_isCommitted;
-    }
-
-    bool isFolderNew() const { return m_isFolderNew; }
-    QString errorText() const { return m_file.errorString(); }
-
-private:
-    void discard()
+    ~TargetFile()
     {
         if (m_isCommitted) {
             return;
         }
-        if (m_file.isOpen()) {
-            m_file.cancelWriting();
-            m_file.commit(); // removes the temporary file
-        }
+        // Its end removes the temporary file. commit() after cancelWriting() would do so, too, but first wait until all
+        // of it is on the disk.
+        m_file.reset();
         if (m_isFolderNew) {
             QDir().rmdir(m_folder); // stays when something else was put there meanwhile
         }
     }
+    Q_DISABLE_COPY_MOVE(TargetFile)
 
-    QSaveFile m_file;
+    bool write(const QByteArray &bytes)
+    {
+        if (!m_file->isOpen() && !(QDir().mkpath(m_folder) && m_file->open(QIODevice::WriteOnly))) {
+            return false;
+        }
+        return m_file->write(bytes) == bytes.size();
+    }
+
+    bool commit()
+    {
+        m_isCommitted = m_file->commit();
+        return m_isCommitted;
+    }
+
+    bool isFolderNew() const { return m_isFolderNew; }
+    QString errorText() const { return m_file->errorString(); }
+
+private:
+    std::optional<QSaveFile> m_file; ///< until the end
     QString m_folder;
     bool m_isFolderNew;
     bool m_isCommitted = false;
