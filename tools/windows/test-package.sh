@@ -16,6 +16,7 @@ if [[ -z ${X9_WINE_SCREEN:-} ]]; then
   exec env X9_WINE_SCREEN=yes xvfb-run -a -s "-screen 0 1280x900x24" "$0" "$@"
 fi
 
+source tools/windows/wine.sh
 work=$(mktemp -d)
 # Names that are not ASCII, in the console's encoding, and an environment that knows nothing of the build.
 wine=(env -i "PATH=/usr/bin:/bin" "HOME=$work/home" "DISPLAY=$DISPLAY" "XAUTHORITY=${XAUTHORITY:-}" LC_ALL=C.UTF-8
@@ -109,7 +110,7 @@ step "Wine"
 mkdir "$work/home"
 mkfifo "$work/nothing"
 start_wine() {
-  "${wine[@]}" wineboot >/dev/null 2>&1
+  set_up_windows "$work/log" "${wine[@]}" wineboot
   # One program that runs all the time: Wine ends with the last one, and what starts just then fails.
   "${wine[@]}" wine cmd <>"$work/nothing" >/dev/null 2>&1 &
 }
@@ -182,7 +183,7 @@ registry() { # registry <root> <name>: a value of the installation
   "${wine[@]}" wine reg query "$1\\$uninstall_key" /v "$2" 2>/dev/null | iconv -f GBK | tr -d '\r' | awk -v name="$2" '
     $1 == name { sub(/^ *[^ ]+ +REG_[A-Z]+ +/, ""); print }'
 }
-windows_path() { "${wine[@]}" winepath -w "$1" 2>/dev/null; }
+wine_path() { "${wine[@]}" winepath -w "$1" 2>/dev/null; }
 run_setup() { # run_setup <expected code> <program> <argument>...
   local code=0
   "${wine[@]}" wine "${@:2}" || code=$?
@@ -190,7 +191,7 @@ run_setup() { # run_setup <expected code> <program> <argument>...
 }
 check_registry() { # check_registry <root> <folder> <version>
   local at pair
-  at=$(windows_path "$2")
+  at=$(wine_path "$2")
   for pair in "DisplayName=X9CAN" "DisplayVersion=$3" "Publisher=X9CAN developers" "DisplayIcon=$at\\X9CAN.exe" \
               "InstallLocation=$at" "UninstallString=\"$at\\Uninstall.exe\"" \
               "QuietUninstallString=\"$at\\Uninstall.exe\" /S" NoModify=0x1 NoRepair=0x1; do
@@ -214,7 +215,7 @@ check_shortcuts() { # check_shortcuts <folder of the start menu> <name>...
     fail "these shortcuts should be there (<), these are (>)"
 }
 uninstall() { # uninstall <root> <folder>
-  run_setup 0 "$(windows_path "$2")\\Uninstall.exe" /S
+  run_setup 0 "$(wine_path "$2")\\Uninstall.exe" /S
   # It goes on in a copy of itself, and has done everything when the registry does not know the program any more.
   local tries
   for ((tries = 0; tries < 300; ++tries)); do
@@ -264,7 +265,7 @@ menu='C:\users\'$user'\AppData\Roaming\Microsoft\Windows\Start Menu\Programs\X9C
 start "$installed" "$installed" wine start /wait "${menu}X9CAN.lnk"
 step "while it runs"
 run_setup 2 "$setup" /S
-run_setup 2 "$(windows_path "$installed")\\Uninstall.exe" /S "_?=$(windows_path "$installed")"
+run_setup 2 "$(wine_path "$installed")\\Uninstall.exe" /S "_?=$(wine_path "$installed")"
 check_files "$installed"
 close
 start "$installed" "$installed/virtual-adapter" wine start /wait "${menu}X9CAN (virtual adapter).lnk"

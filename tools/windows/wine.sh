@@ -3,6 +3,21 @@
 
 windows_path() { echo "Z:${1//\//\\}"; }
 
+# set_up_windows LOG COMMAND...   Has Wine make its Windows, or bring it up to date: the command is wineboot. Once in a long
+# while that fails for no reason of ours: what Wine said is shown then, and it is tried again, twice at most.
+set_up_windows() {
+  local log=$1 try code
+  shift
+  for try in 1 2 3; do
+    code=0
+    "$@" >"$log" 2>&1 || code=$?
+    ((code)) || return 0
+    echo "wine: try $try: wineboot ended with $code:" >&2
+    cat "$log" >&2
+  done
+  return 1
+}
+
 # make_wine_prefix FOLDER   A new Windows installation in the folder; all that follows uses it. Programs find the DLLs of
 # Qt and of the compiler.
 make_wine_prefix() {
@@ -16,7 +31,7 @@ make_wine_prefix() {
   export WINEDEBUG=-all
   rm -rf "$WINEPREFIX"
   trap 'wineserver --kill || true' EXIT
-  wineboot --init >/dev/null 2>&1 || { echo "wine: there is no Windows: wineboot ended with $?." >&2; exit 1; }
+  set_up_windows "$WINEPREFIX.log" wineboot --init
   # One program runs all the time, waiting for its input. When the last one ends, Wine's services end a little later, and
   # the next program waits ten seconds for them.
   mkfifo "$WINEPREFIX/no-input"
