@@ -121,10 +121,16 @@ as_user+=(env -i "PATH=/usr/bin:/bin" "HOME=$home" "TMPDIR=$work/tmp" LANG=C.UTF
           QT_LOGGING_RULES=qt.qpa.xcb=false)
 
 mkfifo "$work/display"
-"${as_user[@]}" Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp \
-  3<>"$work/display" >/dev/null 2>"$work/xvfb" &
-pids+=($!)
-read -rt 30 number <"$work/display" || { cat "$work/xvfb" >&2; fail "Xvfb does not start"; }
+number=
+for try in 1 2 3; do
+  "${as_user[@]}" Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp \
+    3<>"$work/display" >/dev/null 2>"$work/xvfb" &
+  pids+=($!)
+  ! read -rt 30 number <"$work/display" || break
+  echo "test-package: try $try: Xvfb does not start:" >&2
+  cat "$work/xvfb" >&2
+done
+[[ -n $number ]] || fail "there is no screen"
 as_user+=("DISPLAY=:$number")
 cp "$root/tools/x11-windows.py" "$work/tmp/"
 chmod 644 "$work/tmp/x11-windows.py"
