@@ -4,7 +4,7 @@
 windows_path() { echo "Z:${1//\//\\}"; }
 
 # set_up_windows LOG COMMAND...   Has Wine make its Windows, or bring it up to date: the command is wineboot. Once in a long
-# while that fails for no reason of ours: what Wine said is shown then, and it is tried again, twice at most.
+# while that fails, and why is not known: what Wine said is shown then, and it is tried again, twice at most.
 set_up_windows() {
   local log=$1 try code
   shift
