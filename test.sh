@@ -24,5 +24,6 @@ for preset in "${presets[@]}"; do
   if [[ $preset == tsan && $(cat /proc/sys/vm/mmap_rnd_bits) -gt 28 ]]; then
     runner=(setarch -R)
   fi
-  "${runner[@]}" ctest --preset "$preset" -j "$(nproc)"
+  # Tests wait more than they compute.
+  "${runner[@]}" ctest --preset "$preset" -j $((5 * $(nproc)))
 done

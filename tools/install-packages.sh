@@ -5,7 +5,7 @@
 set -euo pipefail
 
 declare -A packages=(
-  [build]="cmake ninja-build g++ ccache qtbase5-dev qttools5-dev-tools nlohmann-json3-dev
+  [build]="cmake ninja-build g++ ccache mold qtbase5-dev qttools5-dev-tools nlohmann-json3-dev
            librsvg2-bin icoutils"
   [run]="xvfb xauth fonts-noto-cjk libqt5gui5 qttranslations5-l10n python3"
   [check]="clang-format"

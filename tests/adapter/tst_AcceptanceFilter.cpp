@@ -1,4 +1,5 @@
 #include "adapter/AcceptanceFilter.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -104,5 +105,5 @@ void tst_AcceptanceFilter::identifierAloneIgnoresTheData()
     QVERIFY(!filter.acceptsIdentifier(frame(0x123, false, true, {})));
 }
 
-QTEST_APPLESS_MAIN(tst_AcceptanceFilter)
+X9_PLAIN_TEST(tst_AcceptanceFilter)
 #include "tst_AcceptanceFilter.moc"

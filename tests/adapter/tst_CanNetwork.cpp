@@ -1,5 +1,6 @@
 #include "adapter/CanNetwork.h"
 #include "tests/adapter/AdapterBench.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -77,5 +78,5 @@ void tst_CanNetwork::oneCallIsBounded()
     QCOMPARE(network.computedFrames(), va::CanNetwork::MaxFramesPerCatchUp);
 }
 
-QTEST_APPLESS_MAIN(tst_CanNetwork)
+X9_PLAIN_TEST(tst_CanNetwork)
 #include "tst_CanNetwork.moc"

@@ -1,5 +1,6 @@
 #include "adapter/ConfigFile.h"
 #include "adapter/ConfigReader.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -111,5 +112,5 @@ void tst_ConfigFile::largerFileIsRefused()
     QCOMPARE(loaded.config.devices.size(), std::size_t{2});
 }
 
-QTEST_APPLESS_MAIN(tst_ConfigFile)
+X9_PLAIN_TEST(tst_ConfigFile)
 #include "tst_ConfigFile.moc"

@@ -1,6 +1,7 @@
 #include "adapter/AdapterConfig.h"
 #include "adapter/ConfigReader.h"
 #include "adapter/JsonTree.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -522,5 +523,5 @@ void tst_ConfigReader::mutatedTextsNeitherCrashNorHang()
     QVERIFY(refused > 1000);
 }
 
-QTEST_APPLESS_MAIN(tst_ConfigReader)
+X9_PLAIN_TEST(tst_ConfigReader)
 #include "tst_ConfigReader.moc"

@@ -1,4 +1,5 @@
 #include "adapter/CyclicSchedule.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -96,5 +97,5 @@ void tst_CyclicSchedule::skipsYearsAtOnce()
     QCOMPARE(microsecond.skipTo(tenYearsNs), tenYearsNs / 1000);
 }
 
-QTEST_APPLESS_MAIN(tst_CyclicSchedule)
+X9_PLAIN_TEST(tst_CyclicSchedule)
 #include "tst_CyclicSchedule.moc"

@@ -1,4 +1,5 @@
 #include "adapter/FrameQueue.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -113,5 +114,5 @@ void tst_FrameQueue::clearEmptiesAndGoesOn()
     QCOMPARE(queue.front().id, 77U);
 }
 
-QTEST_APPLESS_MAIN(tst_FrameQueue)
+X9_PLAIN_TEST(tst_FrameQueue)
 #include "tst_FrameQueue.moc"

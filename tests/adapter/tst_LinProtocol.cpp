@@ -1,4 +1,5 @@
 #include "adapter/LinProtocol.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -66,5 +67,5 @@ void tst_LinProtocol::checksum()
     QCOMPARE(int{sum}, expected);
 }
 
-QTEST_APPLESS_MAIN(tst_LinProtocol)
+X9_PLAIN_TEST(tst_LinProtocol)
 #include "tst_LinProtocol.moc"

@@ -1,4 +1,5 @@
 #include "adapter/Payload.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -68,5 +69,5 @@ void tst_Payload::randomDiffers()
     QCOMPARE(seen.size(), 1000);
 }
 
-QTEST_APPLESS_MAIN(tst_Payload)
+X9_PLAIN_TEST(tst_Payload)
 #include "tst_Payload.moc"

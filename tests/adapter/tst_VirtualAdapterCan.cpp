@@ -1,4 +1,5 @@
 #include "tests/adapter/AdapterBench.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -842,5 +843,5 @@ void tst_VirtualAdapterCan::readInfoNeedsAnOpenDevice()
     QVERIFY(std::all_of(info[0].begin() + 3, info[0].end(), [](char c) { return c == '\0'; }));
 }
 
-QTEST_APPLESS_MAIN(tst_VirtualAdapterCan)
+X9_PLAIN_TEST(tst_VirtualAdapterCan)
 #include "tst_VirtualAdapterCan.moc"

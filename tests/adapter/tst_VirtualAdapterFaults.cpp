@@ -1,4 +1,5 @@
 #include "tests/adapter/AdapterBench.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -271,5 +272,5 @@ void tst_VirtualAdapterFaults::vanishedGatewayForwardsNothing()
     QCOMPARE(bench.receive(1, 0).size(), std::size_t{0}); // nobody asked the vanished device itself
 }
 
-QTEST_APPLESS_MAIN(tst_VirtualAdapterFaults)
+X9_PLAIN_TEST(tst_VirtualAdapterFaults)
 #include "tst_VirtualAdapterFaults.moc"

@@ -1,4 +1,5 @@
 #include "tests/adapter/AdapterBench.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -396,5 +397,5 @@ void tst_VirtualAdapterGateway::faultRefusesEverything()
     QCOMPARE(bench->gatewayFilter(Type, 0, 0, words.data(), &count), 0U);
 }
 
-QTEST_APPLESS_MAIN(tst_VirtualAdapterGateway)
+X9_PLAIN_TEST(tst_VirtualAdapterGateway)
 #include "tst_VirtualAdapterGateway.moc"

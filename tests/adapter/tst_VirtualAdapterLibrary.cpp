@@ -1,5 +1,6 @@
 #include "adapter/EntryPoints.h"
 #include "device/AdapterRecords.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -394,5 +395,5 @@ void tst_VirtualAdapterLibrary::threadsThroughTheEntries()
     QVERIFY(library.unload());
 }
 
-QTEST_APPLESS_MAIN(tst_VirtualAdapterLibrary)
+X9_PLAIN_TEST(tst_VirtualAdapterLibrary)
 #include "tst_VirtualAdapterLibrary.moc"

@@ -1,4 +1,5 @@
 #include "tests/adapter/AdapterBench.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -472,5 +473,5 @@ void tst_VirtualAdapterLin::refusedModes()
     QCOMPARE(bench->changeLinMode(Type, 0, 0, Master), 1U);
 }
 
-QTEST_APPLESS_MAIN(tst_VirtualAdapterLin)
+X9_PLAIN_TEST(tst_VirtualAdapterLin)
 #include "tst_VirtualAdapterLin.moc"

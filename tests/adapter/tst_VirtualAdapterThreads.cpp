@@ -1,4 +1,5 @@
 #include "tests/adapter/AdapterBench.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -206,5 +207,5 @@ void tst_VirtualAdapterThreads::aSlowCallHoldsUpNobody()
     QCOMPARE(answer, 1U);
 }
 
-QTEST_APPLESS_MAIN(tst_VirtualAdapterThreads)
+X9_PLAIN_TEST(tst_VirtualAdapterThreads)
 #include "tst_VirtualAdapterThreads.moc"

@@ -1,5 +1,6 @@
 #include "app/AdapterProblem.h"
 #include "device/CANAPI.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -109,5 +110,5 @@ void tst_AdapterProblem::channelThatDoesNotOpen()
     QTEST(channelOpenProblem(static_cast<CANError>(error), param).section(QLatin1Char('\n'), 0, 0), "text");
 }
 
-QTEST_GUILESS_MAIN(tst_AdapterProblem)
+X9_CORE_TEST(tst_AdapterProblem)
 #include "tst_AdapterProblem.moc"

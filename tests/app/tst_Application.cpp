@@ -1,5 +1,6 @@
 #include "tests/app/RunningProgram.h"
 #include "tests/app/UpdateServer.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFile>
 #include <QtTest>
@@ -195,5 +196,5 @@ void tst_Application::startsWithoutALibrary()
     QCOMPARE(program.exitCode(), 0);
 }
 
-QTEST_GUILESS_MAIN(tst_Application)
+X9_CORE_TEST(tst_Application)
 #include "tst_Application.moc"

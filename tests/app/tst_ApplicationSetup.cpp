@@ -1,4 +1,5 @@
 #include "app/ApplicationSetup.h"
+#include "tests/support/TestProgram.h"
 
 #include <QMenu>
 #include <QStyle>
@@ -52,12 +53,17 @@ void tst_ApplicationSetup::oneStyleOnAllSystems()
     QCOMPARE(QApplication::style()->objectName(), QStringLiteral("fusion"));
 }
 
-int main(int argc, char *argv[])
+namespace {
+
+int runInSetUpApplication(int argc, char *argv[])
 {
     setApplicationAttributes(); // before the application is made
     QApplication application(argc, argv);
-    tst_ApplicationSetup test;
-    return QTest::qExec(&test, argc, argv);
+    return runPlainTest<tst_ApplicationSetup>(argc, argv);
 }
+
+} // namespace
+
+X9_TEST_RUN_BY(tst_ApplicationSetup, runInSetUpApplication)
 
 #include "tst_ApplicationSetup.moc"

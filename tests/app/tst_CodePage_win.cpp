@@ -5,6 +5,7 @@
 #include "lin/LINFrameModel.h"
 #include "resources/Resources.h"
 #include "tests/capture/CaptureTestData.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTemporaryDir>
 #include <QTranslator>
@@ -105,5 +106,5 @@ void tst_CodePage::captureOfLIN()
     QCOMPARE(frames->size(), Rows);
 }
 
-QTEST_GUILESS_MAIN(tst_CodePage)
+X9_CORE_TEST(tst_CodePage)
 #include "tst_CodePage_win.moc"

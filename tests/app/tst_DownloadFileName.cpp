@@ -1,4 +1,5 @@
 #include "app/DownloadFileName.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 #include <QUrl>
@@ -60,5 +61,5 @@ void tst_DownloadFileName::refused()
     QCOMPARE(downloadFileName(QUrl::fromEncoded("http://server/f/" + path)), QString());
 }
 
-QTEST_APPLESS_MAIN(tst_DownloadFileName)
+X9_PLAIN_TEST(tst_DownloadFileName)
 #include "tst_DownloadFileName.moc"

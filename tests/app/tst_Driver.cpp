@@ -1,5 +1,6 @@
 #include "app/Driver.h"
 #include "tests/app/RecordedCommand.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
@@ -100,5 +101,5 @@ void tst_Driver::reportsAMissingInstaller()
     QVERIFY(!startDriverCommand(missing));
 }
 
-QTEST_GUILESS_MAIN(tst_Driver)
+X9_CORE_TEST(tst_Driver)
 #include "tst_Driver.moc"

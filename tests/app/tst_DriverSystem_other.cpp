@@ -1,6 +1,7 @@
 // The driver functions on systems that need no driver from this program.
 
 #include "app/Driver.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -19,5 +20,5 @@ void tst_DriverSystem::installsNothing()
     QVERIFY(isDeviceUnregistered());
 }
 
-QTEST_GUILESS_MAIN(tst_DriverSystem)
+X9_CORE_TEST(tst_DriverSystem)
 #include "tst_DriverSystem_other.moc"

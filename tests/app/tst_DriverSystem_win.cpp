@@ -2,6 +2,7 @@
 
 #include "app/Driver.h"
 #include "tests/app/RecordedCommand.h"
+#include "tests/support/TestProgram.h"
 
 #include <QSettings>
 #include <QtTest>
@@ -146,5 +147,5 @@ void tst_DriverSystem::otherDevicesDoNotCount()
     QVERIFY(isUnregistered);
 }
 
-QTEST_GUILESS_MAIN(tst_DriverSystem)
+X9_CORE_TEST(tst_DriverSystem)
 #include "tst_DriverSystem_win.moc"

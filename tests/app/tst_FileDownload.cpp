@@ -1,5 +1,6 @@
 #include "app/FileDownload.h"
 #include "tests/app/UpdateServer.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/Ticks.h"
 
 #include <QDir>
@@ -553,5 +554,5 @@ void tst_FileDownload::manyStartsAndCancels()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_FileDownload)
+X9_CORE_TEST(tst_FileDownload)
 #include "tst_FileDownload.moc"

@@ -14,6 +14,7 @@
 #include "lin/GUI_LINModeMonitor.h"
 #include "tests/app/UpdateServer.h"
 #include "tests/support/AdapterFolder.h"
+#include "tests/support/TestProgram.h"
 #include "widgets/CMaskWidget.h"
 #include "widgets/CMessageBox.h"
 #include "widgets/CNotice.h"
@@ -870,5 +871,5 @@ void tst_GUI_CanView::tellsOfTheDeviceOnTop()
     QCOMPARE(shown("lbl_firmware"), QStringLiteral("V3.01"));
 }
 
-QTEST_MAIN(tst_GUI_CanView)
+X9_GUI_TEST(tst_GUI_CanView)
 #include "tst_GUI_CanView.moc"

@@ -3,6 +3,7 @@
 #include "app/PopupWidget.h"
 #include "tests/app/StandInProgram.h"
 #include "tests/app/UpdateServer.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/Ticks.h"
 #include "widgets/CMessageBox.h"
 
@@ -707,5 +708,5 @@ void tst_GUI_DeviceInfo::destroyingLeavesTheMigrationRunning()
     QTRY_COMPARE(program.ends(), QStringList(QStringLiteral("3")));
 }
 
-QTEST_MAIN(tst_GUI_DeviceInfo)
+X9_GUI_TEST(tst_GUI_DeviceInfo)
 #include "tst_GUI_DeviceInfo.moc"

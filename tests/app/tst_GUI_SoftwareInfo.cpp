@@ -1,5 +1,6 @@
 #include "app/GUI_SoftwareInfo.h"
 #include "resources/Resources.h"
+#include "tests/support/TestProgram.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -90,5 +91,5 @@ void tst_GUI_SoftwareInfo::updateIsAskedFor()
     QVERIFY(dialog.isVisible());
 }
 
-QTEST_MAIN(tst_GUI_SoftwareInfo)
+X9_GUI_TEST(tst_GUI_SoftwareInfo)
 #include "tst_GUI_SoftwareInfo.moc"

@@ -2,6 +2,7 @@
 
 #include "app/ReleaseText.h"
 #include "resources/Resources.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDesktopServices>
 #include <QFile>
@@ -408,5 +409,5 @@ void tst_GUI_Update::hostileMarkup()
     QVERIFY(textOf(dialog)->toPlainText().size() <= 10000);
 }
 
-QTEST_MAIN(tst_GUI_Update)
+X9_GUI_TEST(tst_GUI_Update)
 #include "tst_GUI_Update.moc"

@@ -1,5 +1,6 @@
 #include "app/HttpServer.h"
 #include "tests/app/UpdateServer.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/Ticks.h"
 
 #include <QTimer>
@@ -503,5 +504,5 @@ void tst_HttpServer::tellsTheFirmwareVersion()
     QCOMPARE(unknown, QString());
 }
 
-QTEST_GUILESS_MAIN(tst_HttpServer)
+X9_CORE_TEST(tst_HttpServer)
 #include "tst_HttpServer.moc"

@@ -1,6 +1,7 @@
 #include "app/ApplicationSetup.h"
 #include "app/PopupWidget.h"
 #include "tests/app/WindowWidgets.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/WindowCatalog.h"
 #include "widgets/CMessageBox.h"
 
@@ -419,13 +420,18 @@ void tst_Keyboard::defaultButton()
     });
 }
 
-int main(int argc, char *argv[])
+namespace {
+
+int runInApplication(int argc, char *argv[])
 {
     setApplicationAttributes();
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     QApplication application(argc, argv);
-    tst_Keyboard test;
-    return QTest::qExec(&test, argc, argv);
+    return runPlainTest<tst_Keyboard>(argc, argv);
 }
+
+} // namespace
+
+X9_TEST_RUN_BY(tst_Keyboard, runInApplication)
 
 #include "tst_Keyboard.moc"

@@ -1,5 +1,6 @@
 #include "app/MigrationWidget.h"
 #include "tests/app/StandInProgram.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/Ticks.h"
 
 #include <QLabel>
@@ -260,5 +261,5 @@ void tst_MigrationWidget::destroyingLeavesTheProgramRunning()
     QTRY_COMPARE(m_program->ends(), QStringList(QStringLiteral("5")));
 }
 
-QTEST_MAIN(tst_MigrationWidget)
+X9_GUI_TEST(tst_MigrationWidget)
 #include "tst_MigrationWidget.moc"

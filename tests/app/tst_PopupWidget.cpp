@@ -1,4 +1,5 @@
 #include "app/PopupWidget.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDialog>
 #include <QLineEdit>
@@ -259,5 +260,5 @@ void tst_PopupWidget::paintsItsFrame()
     QCOMPARE(image.pixelColor(5, image.height() / 2), QColor(Qt::white));
 }
 
-QTEST_MAIN(tst_PopupWidget)
+X9_GUI_TEST(tst_PopupWidget)
 #include "tst_PopupWidget.moc"

@@ -1,5 +1,7 @@
 // What Windows reads from the files of the program and of the virtual adapter without starting them.
 
+#include "tests/support/TestProgram.h"
+
 #include <QFile>
 #include <QtEndian>
 #include <QtTest>
@@ -289,5 +291,5 @@ void tst_ProgramFile::subsystem()
     QCOMPARE(word(head, pe + 24 + 68), quint16(IMAGE_SUBSYSTEM_WINDOWS_GUI));
 }
 
-QTEST_APPLESS_MAIN(tst_ProgramFile)
+X9_PLAIN_TEST(tst_ProgramFile)
 #include "tst_ProgramFile_win.moc"

@@ -1,4 +1,5 @@
 #include "resources/Resources.h"
+#include "tests/support/TestProgram.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -679,6 +680,6 @@ void tst_Resources::focusIsVisible()
     }
 }
 
-QTEST_MAIN(tst_Resources)
+X9_GUI_TEST(tst_Resources)
 
 #include "tst_Resources.moc"

@@ -1,4 +1,5 @@
 #include "app/Settings.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -160,5 +161,5 @@ void tst_Settings::updateServerIsTheInstallations()
     QVERIFY(SettingsFiles(file("none.ini"), file("user.ini")).updateServer().isEmpty());
 }
 
-QTEST_GUILESS_MAIN(tst_Settings)
+X9_CORE_TEST(tst_Settings)
 #include "tst_Settings.moc"

@@ -1,4 +1,5 @@
 #include "app/SingleInstance.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -80,5 +81,5 @@ void tst_SingleInstance::cannotHoldWithoutATemporaryFolder()
     QVERIFY(!instance.isHeld());
 }
 
-QTEST_GUILESS_MAIN(tst_SingleInstance)
+X9_CORE_TEST(tst_SingleInstance)
 #include "tst_SingleInstance.moc"

@@ -3,6 +3,7 @@
 #include "app/GUI_Update.h"
 #include "resources/Resources.h"
 #include "tests/app/UpdateServer.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/Ticks.h"
 #include "widgets/CMessageBox.h"
 
@@ -581,5 +582,5 @@ void tst_SoftwareUpdate::endsAtAnyTime()
     letTurn();
 }
 
-QTEST_MAIN(tst_SoftwareUpdate)
+X9_GUI_TEST(tst_SoftwareUpdate)
 #include "tst_SoftwareUpdate.moc"

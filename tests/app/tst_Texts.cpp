@@ -1,6 +1,7 @@
 #include "app/ApplicationSetup.h"
 #include "tests/app/CutTexts.h"
 #include "tests/app/ShownTexts.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/WindowCatalog.h"
 
 #include <QApplication>
@@ -119,13 +120,18 @@ void tst_Texts::window()
     QVERIFY2(problems.isEmpty(), "see the warnings");
 }
 
-int main(int argc, char *argv[])
+namespace {
+
+int runInApplication(int argc, char *argv[])
 {
     setApplicationAttributes();
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     QApplication application(argc, argv);
-    tst_Texts test;
-    return QTest::qExec(&test, argc, argv);
+    return runPlainTest<tst_Texts>(argc, argv);
 }
+
+} // namespace
+
+X9_TEST_RUN_BY(tst_Texts, runInApplication)
 
 #include "tst_Texts.moc"

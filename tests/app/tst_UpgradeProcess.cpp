@@ -1,5 +1,6 @@
 #include "app/UpgradeProcess.h"
 #include "tests/app/StandInProgram.h"
+#include "tests/support/TestProgram.h"
 
 #include <QProcess>
 #include <QSignalSpy>
@@ -251,5 +252,5 @@ void tst_UpgradeProcess::applicationEndLeavesTheProgramRunning()
 }
 
 /// Every test has its own application, because one of them looks at what is left after it.
-QTEST_APPLESS_MAIN(tst_UpgradeProcess)
+X9_PLAIN_TEST(tst_UpgradeProcess)
 #include "tst_UpgradeProcess.moc"

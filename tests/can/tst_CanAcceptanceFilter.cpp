@@ -1,4 +1,5 @@
 #include "can/CanAcceptanceFilter.h"
+#include "tests/support/TestProgram.h"
 
 #include <QRandomGenerator>
 #include <QtTest>
@@ -410,5 +411,5 @@ void tst_CanAcceptanceFilter::countsListedAsASetDoes()
     }
 }
 
-QTEST_APPLESS_MAIN(tst_CanAcceptanceFilter)
+X9_PLAIN_TEST(tst_CanAcceptanceFilter)
 #include "tst_CanAcceptanceFilter.moc"

@@ -1,4 +1,5 @@
 #include "can/CanDeviceParam.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -221,5 +222,5 @@ void tst_CanDeviceParam::noChannels()
     QVERIFY(channelParams(CanDeviceParam()).isEmpty());
 }
 
-QTEST_APPLESS_MAIN(tst_CanDeviceParam)
+X9_PLAIN_TEST(tst_CanDeviceParam)
 #include "tst_CanDeviceParam.moc"

@@ -1,4 +1,5 @@
 #include "can/CanFrameInput.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -113,5 +114,5 @@ void tst_CanFrameInput::fdFrame()
     QCOMPARE(toFdFrame(input).DataLen, quint8(64));
 }
 
-QTEST_APPLESS_MAIN(tst_CanFrameInput)
+X9_PLAIN_TEST(tst_CanFrameInput)
 #include "tst_CanFrameInput.moc"

@@ -1,4 +1,5 @@
 #include "can/CanIdEntry.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -90,5 +91,5 @@ void tst_CanIdEntry::endsWhenTheListIsFull()
     QCOMPARE(CanIdEntriesMax, 1000);
 }
 
-QTEST_APPLESS_MAIN(tst_CanIdEntry)
+X9_PLAIN_TEST(tst_CanIdEntry)
 #include "tst_CanIdEntry.moc"

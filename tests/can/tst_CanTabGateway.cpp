@@ -3,6 +3,7 @@
 #include "device/CANCommunication.h"
 #include "tests/support/AdapterFolder.h"
 #include "tests/support/TabUser.h"
+#include "tests/support/TestProgram.h"
 
 #include <QListWidget>
 #include <QPushButton>
@@ -249,5 +250,5 @@ void tst_CanTabGateway::routesTheMessagesOfTheDialog()
     QCOMPARE(messages.first(), (QVariantList{QStringLiteral("The ID already exists in the list!"), 4}));
 }
 
-QTEST_MAIN(tst_CanTabGateway)
+X9_GUI_TEST(tst_CanTabGateway)
 #include "tst_CanTabGateway.moc"

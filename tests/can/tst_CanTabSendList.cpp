@@ -2,6 +2,7 @@
 #include "device/CANCommunication.h"
 #include "tests/support/ScriptedAdapter.h"
 #include "tests/support/TabUser.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/Ticks.h"
 
 #include <QPointer>
@@ -196,5 +197,5 @@ void tst_CanTabSendList::closingTheTabEndsTheList()
     QVERIFY(m_adapter->takeFrames().empty());
 }
 
-QTEST_MAIN(tst_CanTabSendList)
+X9_GUI_TEST(tst_CanTabSendList)
 #include "tst_CanTabSendList.moc"

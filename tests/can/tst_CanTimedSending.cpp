@@ -5,6 +5,7 @@
 #include "device/TickTimer.h"
 #include "tests/support/ScriptedAdapter.h"
 #include "tests/support/TabUser.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/Ticks.h"
 
 #include <QCheckBox>
@@ -416,5 +417,5 @@ void tst_CanTimedSending::manyFramesAtOneMillisecond()
     QTRY_COMPARE(user.rows(), 600);
 }
 
-QTEST_MAIN(tst_CanTimedSending)
+X9_GUI_TEST(tst_CanTimedSending)
 #include "tst_CanTimedSending.moc"

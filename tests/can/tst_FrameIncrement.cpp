@@ -1,4 +1,5 @@
 #include "can/FrameIncrement.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -68,5 +69,5 @@ void tst_FrameIncrement::payloadIsALittleEndianCounter()
     }
 }
 
-QTEST_APPLESS_MAIN(tst_FrameIncrement)
+X9_PLAIN_TEST(tst_FrameIncrement)
 #include "tst_FrameIncrement.moc"

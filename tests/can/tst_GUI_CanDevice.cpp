@@ -4,6 +4,7 @@
 #include "tests/support/AdapterFolder.h"
 #include "tests/support/SaveDialogDriver.h"
 #include "tests/support/TabUser.h"
+#include "tests/support/TestProgram.h"
 #include "widgets/CHexEditView.h"
 
 #include <QFile>
@@ -719,5 +720,5 @@ void tst_GUI_CanDevice::routesTheNoticesOfTheFileSender()
     QCOMPARE(messages.first(), (QList<QVariant>{QStringLiteral("text"), 4}));
 }
 
-QTEST_MAIN(tst_GUI_CanDevice)
+X9_GUI_TEST(tst_GUI_CanDevice)
 #include "tst_GUI_CanDevice.moc"

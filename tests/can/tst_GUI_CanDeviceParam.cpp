@@ -6,6 +6,7 @@
 #include "device/CANCommunication.h"
 #include "tests/support/AdapterFolder.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/TestProgram.h"
 #include "widgets/CNotice.h"
 
 #include <QCheckBox>
@@ -1236,5 +1237,5 @@ void tst_GUI_CanDeviceParam::filterActsOnTheBus()
     QCOMPARE(communication.closeChannel(sender.device, sender.channel), CAN_OK);
 }
 
-QTEST_MAIN(tst_GUI_CanDeviceParam)
+X9_GUI_TEST(tst_GUI_CanDeviceParam)
 #include "tst_GUI_CanDeviceParam.moc"

@@ -1,5 +1,6 @@
 #include "can/CanIdEntry.h"
 #include "can/GUI_CanFilterTool.h"
+#include "tests/support/TestProgram.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -402,5 +403,5 @@ void tst_GUI_CanFilterTool::looks()
     QVERIFY(test.find<QLineEdit>("lbx_accMask")->isReadOnly());
 }
 
-QTEST_MAIN(tst_GUI_CanFilterTool)
+X9_GUI_TEST(tst_GUI_CanFilterTool)
 #include "tst_GUI_CanFilterTool.moc"

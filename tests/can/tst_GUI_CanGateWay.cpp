@@ -1,6 +1,7 @@
 #include "can/GatewayEntry.h"
 #include "can/GUI_CanGateWay.h"
 #include "resources/Resources.h"
+#include "tests/support/TestProgram.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -560,5 +561,5 @@ void tst_GUI_CanGateWay::rowsFit()
     }
 }
 
-QTEST_MAIN(tst_GUI_CanGateWay)
+X9_GUI_TEST(tst_GUI_CanGateWay)
 #include "tst_GUI_CanGateWay.moc"

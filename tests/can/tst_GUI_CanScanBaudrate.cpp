@@ -3,6 +3,7 @@
 #include "device/CANCommunication.h"
 #include "tests/support/AdapterFolder.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/TestProgram.h"
 #include "widgets/CNotice.h"
 
 #include <QHeaderView>
@@ -612,5 +613,5 @@ void tst_GUI_CanScanBaudrate::endToEnd()
     m_manager = std::make_unique<CANCommunication>(m_adapter->table());
 }
 
-QTEST_MAIN(tst_GUI_CanScanBaudrate)
+X9_GUI_TEST(tst_GUI_CanScanBaudrate)
 #include "tst_GUI_CanScanBaudrate.moc"

@@ -1,4 +1,5 @@
 #include "can/GatewayEntry.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -148,5 +149,5 @@ void tst_GatewayEntry::rowNumber()
     QCOMPARE(gatewayRowNumber(number), text);
 }
 
-QTEST_APPLESS_MAIN(tst_GatewayEntry)
+X9_PLAIN_TEST(tst_GatewayEntry)
 #include "tst_GatewayEntry.moc"

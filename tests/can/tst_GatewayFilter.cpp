@@ -3,6 +3,7 @@
 #include "device/CANAPI.h"
 #include "device/CANCommunication.h"
 #include "tests/support/AdapterFolder.h"
+#include "tests/support/TestProgram.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -371,5 +372,5 @@ void tst_GatewayFilter::tooManyAreRefused()
     QCOMPARE(listOf(0), Words());
 }
 
-QTEST_MAIN(tst_GatewayFilter)
+X9_GUI_TEST(tst_GatewayFilter)
 #include "tst_GatewayFilter.moc"

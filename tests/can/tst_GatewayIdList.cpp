@@ -1,4 +1,5 @@
 #include "can/GatewayIdList.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -125,5 +126,5 @@ void tst_GatewayIdList::keepsMoreThanItTakes()
     QCOMPARE(list.toSet(), words(1000));
 }
 
-QTEST_APPLESS_MAIN(tst_GatewayIdList)
+X9_PLAIN_TEST(tst_GatewayIdList)
 #include "tst_GatewayIdList.moc"

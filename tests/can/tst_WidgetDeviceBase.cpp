@@ -1,5 +1,6 @@
 #include "can/WidgetDeviceBase.h"
 #include "tests/support/SaveDialogDriver.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFileDialog>
 #include <QTemporaryDir>
@@ -103,5 +104,5 @@ void tst_WidgetDeviceBase::cancelledSave()
     QVERIFY(user.isAnswered());
 }
 
-QTEST_MAIN(tst_WidgetDeviceBase)
+X9_GUI_TEST(tst_WidgetDeviceBase)
 #include "tst_WidgetDeviceBase.moc"

@@ -1,6 +1,7 @@
 #include "CaptureTestData.h"
 
 #include "capture/CANFile.h"
+#include "tests/support/TestProgram.h"
 
 #include <QMetaEnum>
 #include <QTemporaryDir>
@@ -129,5 +130,5 @@ void tst_CANFile::takesFramesReadElsewhere()
     QCOMPARE(file.next().data, QByteArray("\x07"));
 }
 
-QTEST_APPLESS_MAIN(tst_CANFile)
+X9_PLAIN_TEST(tst_CANFile)
 #include "tst_CANFile.moc"

@@ -1,6 +1,7 @@
 #include "CaptureTestData.h"
 
 #include "capture/CTableViewCAN.h"
+#include "tests/support/TestProgram.h"
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
@@ -876,5 +877,5 @@ void tst_CTableViewCAN::realTimeFileIsClosedWithTheTable()
     QVERIFY(QFile::remove(path("a.csv")));
 }
 
-QTEST_MAIN(tst_CTableViewCAN)
+X9_GUI_TEST(tst_CTableViewCAN)
 #include "tst_CTableViewCAN.moc"

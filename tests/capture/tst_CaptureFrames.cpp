@@ -1,4 +1,5 @@
 #include "capture/CaptureFrames.h"
+#include "tests/support/TestProgram.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -78,5 +79,5 @@ void tst_CaptureFrames::movedListIsEmptyAndUsable()
     QCOMPARE(frames.at(0).data, QByteArray("\x01\x02"));
 }
 
-QTEST_APPLESS_MAIN(tst_CaptureFrames)
+X9_PLAIN_TEST(tst_CaptureFrames)
 #include "tst_CaptureFrames.moc"

@@ -1,4 +1,5 @@
 #include "capture/CaptureInput.h"
+#include "tests/support/TestProgram.h"
 
 #include <QBuffer>
 #include <QTest>
@@ -188,5 +189,5 @@ void tst_CaptureInput::longLineIsReadOnce()
     QCOMPARE(device.reads, 40);
 }
 
-QTEST_APPLESS_MAIN(tst_CaptureInput)
+X9_PLAIN_TEST(tst_CaptureInput)
 #include "tst_CaptureInput.moc"

@@ -1,6 +1,7 @@
 #include "capture/CaptureLine.h"
 
 #include "capture/CaptureFrames.h"
+#include "tests/support/TestProgram.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -287,5 +288,5 @@ void tst_CaptureLine::identifierLikeTheToolkit()
     QVERIFY(numbers > 1000);
 }
 
-QTEST_APPLESS_MAIN(tst_CaptureLine)
+X9_PLAIN_TEST(tst_CaptureLine)
 #include "tst_CaptureLine.moc"

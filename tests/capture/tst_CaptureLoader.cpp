@@ -1,4 +1,5 @@
 #include "capture/CaptureLoader.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTemporaryDir>
 #include <QThread>
@@ -258,5 +259,5 @@ void tst_CaptureLoader::refusesWhenTooManyHang()
     QTRY_COMPARE(results, QVector<qint64>{2});
 }
 
-QTEST_GUILESS_MAIN(tst_CaptureLoader)
+X9_CORE_TEST(tst_CaptureLoader)
 #include "tst_CaptureLoader.moc"

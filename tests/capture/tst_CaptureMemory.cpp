@@ -1,4 +1,5 @@
 #include "capture/CaptureReader.h"
+#include "tests/support/TestProgram.h"
 
 #include <QBuffer>
 #include <QTemporaryDir>
@@ -167,5 +168,5 @@ void tst_CaptureMemory::fileThatMemoryDoesNotSufficeForIsRefused()
     QVERIFY(taken <= before + Allowance / 2); // what was read is given back
 }
 
-QTEST_APPLESS_MAIN(tst_CaptureMemory)
+X9_PLAIN_TEST(tst_CaptureMemory)
 #include "tst_CaptureMemory.moc"

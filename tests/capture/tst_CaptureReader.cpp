@@ -2,6 +2,7 @@
 
 #include "capture/CaptureReader.h"
 #include "tests/support/PlainCaptureReader.h"
+#include "tests/support/TestProgram.h"
 
 #include <QBuffer>
 #include <QRandomGenerator>
@@ -383,5 +384,5 @@ void tst_CaptureReader::lineLargerThanAPiece()
              (QStringList{QStringLiteral("1 standard data 0 1:77"), QStringLiteral("2 standard data 0 1:11")}));
 }
 
-QTEST_APPLESS_MAIN(tst_CaptureReader)
+X9_PLAIN_TEST(tst_CaptureReader)
 #include "tst_CaptureReader.moc"

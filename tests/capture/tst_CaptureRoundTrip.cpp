@@ -3,6 +3,7 @@
 #include "capture/CaptureReader.h"
 #include "capture/CaptureWriter.h"
 #include "capture/RealTimeFile.h"
+#include "tests/support/TestProgram.h"
 
 #include <QBuffer>
 #include <QRandomGenerator>
@@ -210,5 +211,5 @@ void tst_CaptureRoundTrip::realTimeLinesOfCsvLoseTheirPayloads()
     QCOMPARE(content->frames.at(1).data, QByteArray());
 }
 
-QTEST_APPLESS_MAIN(tst_CaptureRoundTrip)
+X9_PLAIN_TEST(tst_CaptureRoundTrip)
 #include "tst_CaptureRoundTrip.moc"

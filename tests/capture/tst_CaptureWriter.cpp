@@ -2,6 +2,7 @@
 
 #include "capture/CaptureWriter.h"
 #include "tests/support/CodePage.h"
+#include "tests/support/TestProgram.h"
 
 #include <QBuffer>
 #include <QTemporaryDir>
@@ -456,5 +457,5 @@ void tst_CaptureWriter::saveOverAFolder()
     QCOMPARE(filesIn(folder.path()), QStringList());
 }
 
-QTEST_GUILESS_MAIN(tst_CaptureWriter)
+X9_CORE_TEST(tst_CaptureWriter)
 #include "tst_CaptureWriter.moc"

@@ -2,6 +2,7 @@
 
 #include "capture/CTableViewCAN.h"
 #include "capture/RealTimeFile.h"
+#include "tests/support/TestProgram.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -204,5 +205,5 @@ void tst_DiskFull::realTimeSavingDoesNotStart()
     QCOMPARE(filesIn(m_folder->path()), QStringList());
 }
 
-QTEST_MAIN(tst_DiskFull)
+X9_GUI_TEST(tst_DiskFull)
 #include "tst_DiskFull.moc"

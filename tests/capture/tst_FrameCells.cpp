@@ -1,6 +1,7 @@
 #include "CaptureTestData.h"
 
 #include "capture/FrameCells.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -233,5 +234,5 @@ void tst_FrameCells::wordsComeFromTheLabels()
     QCOMPARE(frameCell(view, FrameColumn::Type, labels), QStringLiteral("10"));
 }
 
-QTEST_APPLESS_MAIN(tst_FrameCells)
+X9_PLAIN_TEST(tst_FrameCells)
 #include "tst_FrameCells.moc"

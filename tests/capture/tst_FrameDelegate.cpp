@@ -1,4 +1,5 @@
 #include "capture/FrameDelegate.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFontMetrics>
 #include <QImage>
@@ -221,5 +222,5 @@ void tst_FrameDelegate::sizeHintShowsTheWholeText()
     QVERIFY(hint.width() > QFontMetrics(cellFont()).horizontalAdvance(text));
 }
 
-QTEST_MAIN(tst_FrameDelegate)
+X9_GUI_TEST(tst_FrameDelegate)
 #include "tst_FrameDelegate.moc"

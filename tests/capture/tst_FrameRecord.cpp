@@ -1,4 +1,5 @@
 #include "capture/FrameRecord.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -188,5 +189,5 @@ void tst_FrameRecord::batchSharesOneTimeText()
     QCOMPARE(first.systemTime.constData(), second.systemTime.constData());
 }
 
-QTEST_APPLESS_MAIN(tst_FrameRecord)
+X9_PLAIN_TEST(tst_FrameRecord)
 #include "tst_FrameRecord.moc"

@@ -1,6 +1,7 @@
 #include "CaptureTestData.h"
 
 #include "capture/FrameStore.h"
+#include "tests/support/TestProgram.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -275,5 +276,5 @@ void tst_FrameStore::droppedRowsAreReleasedBitByBit()
     QVERIFY(isSame(store.at(0), frame(7, "new")));
 }
 
-QTEST_APPLESS_MAIN(tst_FrameStore)
+X9_PLAIN_TEST(tst_FrameStore)
 #include "tst_FrameStore.moc"

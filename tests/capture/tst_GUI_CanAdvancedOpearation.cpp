@@ -5,6 +5,7 @@
 #include "device/CANCommunication.h"
 #include "resources/Resources.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/Ticks.h"
 
 #include <QApplication>
@@ -1303,5 +1304,5 @@ void tst_GUI_CanAdvancedOpearation::deletedWithItsTab()
     QVERIFY(lister.adapter.takeFrames().empty());
 }
 
-QTEST_MAIN(tst_GUI_CanAdvancedOpearation)
+X9_GUI_TEST(tst_GUI_CanAdvancedOpearation)
 #include "tst_GUI_CanAdvancedOpearation.moc"

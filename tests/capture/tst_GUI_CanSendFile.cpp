@@ -6,6 +6,7 @@
 #include "resources/Resources.h"
 #include "tests/support/SaveDialogDriver.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/Ticks.h"
 
 #include <QComboBox>
@@ -817,5 +818,5 @@ void tst_GUI_CanSendFile::keyboard()
     }
 }
 
-QTEST_MAIN(tst_GUI_CanSendFile)
+X9_GUI_TEST(tst_GUI_CanSendFile)
 #include "tst_GUI_CanSendFile.moc"

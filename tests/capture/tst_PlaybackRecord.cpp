@@ -1,4 +1,5 @@
 #include "capture/PlaybackRecord.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -122,5 +123,5 @@ void tst_PlaybackRecord::everythingElseIsZero()
     QCOMPARE(std::memcmp(&fdRecord, &fd, sizeof fd), 0);
 }
 
-QTEST_APPLESS_MAIN(tst_PlaybackRecord)
+X9_PLAIN_TEST(tst_PlaybackRecord)
 #include "tst_PlaybackRecord.moc"

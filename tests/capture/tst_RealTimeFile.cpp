@@ -1,6 +1,7 @@
 #include "CaptureTestData.h"
 
 #include "capture/RealTimeFile.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -230,5 +231,5 @@ void tst_RealTimeFile::movedFolder()
     QCOMPARE(fileContent(path("there/a.csv")).count('\n'), 1);
 }
 
-QTEST_GUILESS_MAIN(tst_RealTimeFile)
+X9_CORE_TEST(tst_RealTimeFile)
 #include "tst_RealTimeFile.moc"

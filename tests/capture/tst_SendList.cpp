@@ -1,4 +1,5 @@
 #include "capture/SendList.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -320,5 +321,5 @@ void tst_SendList::fdRecord()
     QCOMPARE(int(toCanFdRecord(tooLong).DataLen), 8);
 }
 
-QTEST_APPLESS_MAIN(tst_SendList)
+X9_PLAIN_TEST(tst_SendList)
 #include "tst_SendList.moc"

@@ -1,4 +1,5 @@
 #include "capture/WidgetDelegateCAN.h"
+#include "tests/support/TestProgram.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -267,5 +268,5 @@ void tst_WidgetDelegateCAN::editorsAreNotCutOff()
     QCOMPARE(row.place(data.get(), Column::Data, narrow), narrow); // scrolls by itself
 }
 
-QTEST_MAIN(tst_WidgetDelegateCAN)
+X9_GUI_TEST(tst_WidgetDelegateCAN)
 #include "tst_WidgetDelegateCAN.moc"

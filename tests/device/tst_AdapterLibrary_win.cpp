@@ -1,6 +1,7 @@
 // What the program finds under ".\\ControlCAN.dll", loaded by Windows.
 
 #include "device/CANAPI.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -140,5 +141,5 @@ void tst_AdapterLibrary::replacedByTheRightOne()
     QCOMPARE(CANAPI(CANAPI::defaultLibraryPath()).state(), AdapterLibraryState::Loaded);
 }
 
-QTEST_GUILESS_MAIN(tst_AdapterLibrary)
+X9_CORE_TEST(tst_AdapterLibrary)
 #include "tst_AdapterLibrary_win.moc"

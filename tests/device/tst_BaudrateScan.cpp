@@ -1,6 +1,7 @@
 #include "device/BaudrateScan.h"
 
 #include "device/CANBaudrate.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -232,5 +233,5 @@ void tst_BaudrateScan::refusedChannelIsTriedAtTheNextStep()
     QVERIFY(scan.isToBeTried(0));
 }
 
-QTEST_APPLESS_MAIN(tst_BaudrateScan)
+X9_PLAIN_TEST(tst_BaudrateScan)
 #include "tst_BaudrateScan.moc"

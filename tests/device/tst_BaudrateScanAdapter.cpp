@@ -1,6 +1,7 @@
 #include "device/CANBaudrate.h"
 #include "device/CANCommunication.h"
 #include "tests/support/AdapterFolder.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtEndian>
 #include <QtTest>
@@ -303,5 +304,5 @@ void tst_BaudrateScanAdapter::cleanupTestCase()
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-QTEST_GUILESS_MAIN(tst_BaudrateScanAdapter)
+X9_CORE_TEST(tst_BaudrateScanAdapter)
 #include "tst_BaudrateScanAdapter.moc"

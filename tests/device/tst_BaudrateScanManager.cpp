@@ -1,5 +1,6 @@
 #include "device/CANCommunication.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/TestProgram.h"
 
 #include <QSignalSpy>
 #include <QTimer>
@@ -655,5 +656,5 @@ void tst_BaudrateScanManager::managerDestroyedMeanwhile()
     QCOMPARE(takeSignals(), QStringList()); // nobody is called by half an object
 }
 
-QTEST_GUILESS_MAIN(tst_BaudrateScanManager)
+X9_CORE_TEST(tst_BaudrateScanManager)
 #include "tst_BaudrateScanManager.moc"

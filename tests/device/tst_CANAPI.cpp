@@ -1,5 +1,6 @@
 #include "device/CANAPI.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtEndian>
 #include <QtTest>
@@ -285,5 +286,5 @@ void tst_CANAPI::libraryWithoutCANFDEntries()
     QVERIFY(api.VCI_Receive != nullptr);
 }
 
-QTEST_GUILESS_MAIN(tst_CANAPI)
+X9_CORE_TEST(tst_CANAPI)
 #include "tst_CANAPI.moc"

@@ -1,4 +1,5 @@
 #include "device/CANBaudrate.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -50,5 +51,5 @@ void tst_CANBaudrate::dataRates()
     QCOMPARE(names.join(QLatin1Char(',')), QStringLiteral("None,1M bps,2M bps,4M bps,5M bps"));
 }
 
-QTEST_APPLESS_MAIN(tst_CANBaudrate)
+X9_PLAIN_TEST(tst_CANBaudrate)
 #include "tst_CANBaudrate.moc"

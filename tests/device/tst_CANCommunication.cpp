@@ -1,5 +1,6 @@
 #include "device/CANCommunication.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/TestProgram.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -1330,5 +1331,5 @@ void tst_CANCommunication::openDevicesAreWarnedOfAtTheEnd()
     QCOMPARE(m_adapter->takeCalls(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(tst_CANCommunication)
+X9_CORE_TEST(tst_CANCommunication)
 #include "tst_CANCommunication.moc"

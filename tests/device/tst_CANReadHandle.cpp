@@ -1,5 +1,6 @@
 #include "device/CANReadHandle.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/TestProgram.h"
 
 #include <QSignalSpy>
 #include <QThread>
@@ -409,5 +410,5 @@ void tst_CANReadHandle::returnsAtOnceWhenNotToRead()
     QCOMPARE(m_adapter->takePolls(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(tst_CANReadHandle)
+X9_CORE_TEST(tst_CANReadHandle)
 #include "tst_CANReadHandle.moc"

@@ -1,4 +1,5 @@
 #include "device/CANCommunication.h"
+#include "tests/support/TestProgram.h"
 
 #include <QMap>
 #include <QtEndian>
@@ -379,5 +380,5 @@ void tst_DeviceThreads::libraryWithoutCANFD()
     QCOMPARE(m_counters.errors(), 0);
 }
 
-QTEST_GUILESS_MAIN(tst_DeviceThreads)
+X9_CORE_TEST(tst_DeviceThreads)
 #include "tst_DeviceThreads.moc"

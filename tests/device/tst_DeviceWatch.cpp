@@ -3,6 +3,7 @@
 #include "device/CANCommunication.h"
 #include "tests/support/AdapterFolder.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/Ticks.h"
 
 #include <QElapsedTimer>
@@ -837,5 +838,5 @@ void tst_DeviceWatch::adapterRefusingTexts()
     QCOMPARE(m_lost, QVector<int>());
 }
 
-QTEST_GUILESS_MAIN(tst_DeviceWatch)
+X9_CORE_TEST(tst_DeviceWatch)
 #include "tst_DeviceWatch.moc"

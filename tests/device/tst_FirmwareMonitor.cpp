@@ -3,6 +3,7 @@
 #include "device/CANCommunication.h"
 #include "tests/support/FirmwarePublisher.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/Ticks.h"
 
 #include <QElapsedTimer>
@@ -554,5 +555,5 @@ void tst_FirmwareMonitor::stopsAtAnyTime()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_FirmwareMonitor)
+X9_CORE_TEST(tst_FirmwareMonitor)
 #include "tst_FirmwareMonitor.moc"

@@ -1,6 +1,7 @@
 #include "device/CANCommunication.h"
 #include "tests/support/AdapterFolder.h"
 #include "tests/support/FirmwarePublisher.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/Ticks.h"
 
 #include <QElapsedTimer>
@@ -388,5 +389,5 @@ void tst_FirmwareMonitorAdapter::endsWhileReading()
     QCOMPARE(readsBegun.load(), 1);
 }
 
-QTEST_GUILESS_MAIN(tst_FirmwareMonitorAdapter)
+X9_CORE_TEST(tst_FirmwareMonitorAdapter)
 #include "tst_FirmwareMonitorAdapter.moc"

@@ -1,4 +1,5 @@
 #include "device/LINFrame.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -96,5 +97,5 @@ void tst_LINFrame::checks()
     QTEST(checkChecksum(static_cast<quint8>(id), static_cast<quint8>(checksum), data), "result");
 }
 
-QTEST_APPLESS_MAIN(tst_LINFrame)
+X9_PLAIN_TEST(tst_LINFrame)
 #include "tst_LINFrame.moc"

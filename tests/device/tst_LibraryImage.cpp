@@ -1,4 +1,5 @@
 #include "device/LibraryImage.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -124,5 +125,5 @@ void tst_LibraryImage::knowsTheRunningProgram()
     QVERIFY(image.machine != 0);
 }
 
-QTEST_GUILESS_MAIN(tst_LibraryImage)
+X9_CORE_TEST(tst_LibraryImage)
 #include "tst_LibraryImage.moc"

@@ -1,4 +1,5 @@
 #include "device/TickPace.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 #include <QVector>
@@ -176,5 +177,5 @@ void tst_TickPace::startsAnew()
     QVERIFY(pace.accept(6 * Ms + 1));
 }
 
-QTEST_APPLESS_MAIN(tst_TickPace)
+X9_PLAIN_TEST(tst_TickPace)
 #include "tst_TickPace.moc"

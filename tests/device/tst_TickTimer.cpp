@@ -1,4 +1,5 @@
 #include "device/TickTimer.h"
+#include "tests/support/TestProgram.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -207,5 +208,5 @@ void tst_TickTimer::ticksWithoutADescriptor()
     QCOMPARE(ticks, before);
 }
 
-QTEST_GUILESS_MAIN(tst_TickTimer)
+X9_CORE_TEST(tst_TickTimer)
 #include "tst_TickTimer.moc"

@@ -1,4 +1,5 @@
 #include "device/Version.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -50,5 +51,5 @@ void tst_Version::compares()
     QTEST(compareVersion(a, b), "result");
 }
 
-QTEST_APPLESS_MAIN(tst_Version)
+X9_PLAIN_TEST(tst_Version)
 #include "tst_Version.moc"

@@ -5,6 +5,7 @@
 #include "lin/GUI_LINModeMonitor.h"
 #include "tests/support/AdapterFolder.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/TestProgram.h"
 
 #include <QButtonGroup>
 #include <QComboBox>
@@ -347,5 +348,5 @@ void tst_GUI_LINDevice::worksWithTheVirtualAdapter()
     QCOMPARE(int(frame.DataLen), 2);
 }
 
-QTEST_MAIN(tst_GUI_LINDevice)
+X9_GUI_TEST(tst_GUI_LINDevice)
 #include "tst_GUI_LINDevice.moc"

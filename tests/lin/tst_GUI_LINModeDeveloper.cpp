@@ -8,6 +8,7 @@
 #include "tests/support/AdapterFolder.h"
 #include "tests/support/SaveDialogDriver.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/TestProgram.h"
 
 #include <QCheckBox>
 #include <QFile>
@@ -1152,5 +1153,5 @@ void tst_GUI_LINModeDeveloper::tabClosed()
     QTRY_VERIFY(later.ticks.count() >= 2); // nothing comes afterwards
 }
 
-QTEST_MAIN(tst_GUI_LINModeDeveloper)
+X9_GUI_TEST(tst_GUI_LINModeDeveloper)
 #include "tst_GUI_LINModeDeveloper.moc"

@@ -6,6 +6,7 @@
 #include "tests/lin/LINListPage.h"
 #include "tests/support/SaveDialogDriver.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/TestProgram.h"
 
 #include <QComboBox>
 #include <QFile>
@@ -809,5 +810,5 @@ void tst_GUI_LINModeList::reportsAFailedSave()
     QCOMPARE(bench.page.rowCount(), 1);
 }
 
-QTEST_MAIN(tst_GUI_LINModeList)
+X9_GUI_TEST(tst_GUI_LINModeList)
 #include "tst_GUI_LINModeList.moc"

@@ -7,6 +7,7 @@
 #include "tests/support/AdapterFolder.h"
 #include "tests/support/SaveDialogDriver.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/TestProgram.h"
 
 #include <QCheckBox>
 #include <QFile>
@@ -606,5 +607,5 @@ void tst_GUI_LINModeMonitor::tabClosedWhileRunning()
     QVERIFY(!manager.isDeviceOpen(0));
 }
 
-QTEST_MAIN(tst_GUI_LINModeMonitor)
+X9_GUI_TEST(tst_GUI_LINModeMonitor)
 #include "tst_GUI_LINModeMonitor.moc"

@@ -1,4 +1,5 @@
 #include "lin/LINCalculator.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -65,5 +66,5 @@ void tst_LINCalculator::tooFewDigits()
     QVERIFY(!calculateLIN(0x10, length, text, false).has_value());
 }
 
-QTEST_APPLESS_MAIN(tst_LINCalculator)
+X9_PLAIN_TEST(tst_LINCalculator)
 #include "tst_LINCalculator.moc"

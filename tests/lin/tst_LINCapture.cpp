@@ -3,6 +3,7 @@
 #include "resources/Resources.h"
 #include "tests/lin/LINTestFrames.h"
 #include "tests/support/CodePage.h"
+#include "tests/support/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -390,5 +391,5 @@ void tst_LINCapture::withstandsMutations()
     QVERIFY(captures > 1000 && captures < 19000);
 }
 
-QTEST_GUILESS_MAIN(tst_LINCapture)
+X9_CORE_TEST(tst_LINCapture)
 #include "tst_LINCapture.moc"

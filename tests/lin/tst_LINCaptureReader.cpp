@@ -1,4 +1,5 @@
 #include "lin/LINCaptureReader.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -201,5 +202,5 @@ void tst_LINCaptureReader::goesAwayWhileReading()
     QCOMPARE(m_result.count, 0);
 }
 
-QTEST_GUILESS_MAIN(tst_LINCaptureReader)
+X9_CORE_TEST(tst_LINCaptureReader)
 #include "tst_LINCaptureReader.moc"

@@ -1,6 +1,7 @@
 #include "lin/LINFrameCells.h"
 #include "resources/Resources.h"
 #include "tests/lin/LINTestFrames.h"
+#include "tests/support/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QTranslator>
@@ -125,5 +126,5 @@ void tst_LINFrameCells::inChinese()
     QCoreApplication::removeTranslator(&translator);
 }
 
-QTEST_GUILESS_MAIN(tst_LINFrameCells)
+X9_CORE_TEST(tst_LINFrameCells)
 #include "tst_LINFrameCells.moc"

@@ -1,5 +1,6 @@
 #include "lin/LINFrameModel.h"
 #include "tests/lin/LINTestFrames.h"
+#include "tests/support/TestProgram.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
@@ -251,5 +252,5 @@ void tst_LINFrameModel::hasNoCellsBeyondItsEdges()
     QCOMPARE(model.headerText(8), QString());
 }
 
-QTEST_GUILESS_MAIN(tst_LINFrameModel)
+X9_CORE_TEST(tst_LINFrameModel)
 #include "tst_LINFrameModel.moc"

@@ -1,6 +1,7 @@
 #include "lin/LINFrameModel.h"
 #include "lin/LINFrameView.h"
 #include "tests/lin/LINTestFrames.h"
+#include "tests/support/TestProgram.h"
 
 #include <QHeaderView>
 #include <QScrollBar>
@@ -155,5 +156,5 @@ void tst_LINFrameView::clears()
     QCOMPARE(view.frames().cellText(0, 0), QStringLiteral("1"));
 }
 
-QTEST_MAIN(tst_LINFrameView)
+X9_GUI_TEST(tst_LINFrameView)
 #include "tst_LINFrameView.moc"

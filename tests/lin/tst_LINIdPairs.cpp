@@ -1,4 +1,5 @@
 #include "lin/LINIdPairs.h"
+#include "tests/support/TestProgram.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -150,5 +151,5 @@ void tst_LINIdPairs::takesTypedIdentifiers()
     QCOMPARE(int(box.id()), value);
 }
 
-QTEST_MAIN(tst_LINIdPairs)
+X9_GUI_TEST(tst_LINIdPairs)
 #include "tst_LINIdPairs.moc"

@@ -3,6 +3,7 @@
 #include "lin/GUI_LINModeList.h"
 #include "tests/lin/LINListPage.h"
 #include "tests/support/AdapterFolder.h"
+#include "tests/support/TestProgram.h"
 
 #include <QComboBox>
 #include <QPushButton>
@@ -241,5 +242,5 @@ void tst_LINListOnBus::slowAdapter()
     QCOMPARE(listener.seen().size(), 3);
 }
 
-QTEST_MAIN(tst_LINListOnBus)
+X9_GUI_TEST(tst_LINListOnBus)
 #include "tst_LINListOnBus.moc"

@@ -4,6 +4,7 @@
 #include "tests/lin/LINTestFrames.h"
 #include "tests/support/SaveDialogDriver.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/TestProgram.h"
 
 #include <QApplication>
 #include <QDir>
@@ -151,5 +152,5 @@ void tst_LINModePage::cancelledSavingDoesNothing()
     QCOMPARE(test.messages.count(), 0);
 }
 
-QTEST_MAIN(tst_LINModePage)
+X9_GUI_TEST(tst_LINModePage)
 #include "tst_LINModePage.moc"

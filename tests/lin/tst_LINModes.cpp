@@ -7,6 +7,7 @@
 #include "tests/support/AdapterFolder.h"
 #include "tests/support/SaveDialogDriver.h"
 #include "tests/support/ScriptedAdapter.h"
+#include "tests/support/TestProgram.h"
 
 #include <QAbstractButton>
 #include <QFile>
@@ -332,5 +333,5 @@ void tst_LINModes::oneAfterTheOther()
     }
 }
 
-QTEST_MAIN(tst_LINModes)
+X9_GUI_TEST(tst_LINModes)
 #include "tst_LINModes.moc"

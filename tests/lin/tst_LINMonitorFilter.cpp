@@ -1,4 +1,5 @@
 #include "lin/LINMonitorFilter.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -39,5 +40,5 @@ void tst_LINMonitorFilter::decides()
     QCOMPARE(isLINFrameMonitored(static_cast<LINMonitorMode>(mode), chosen, static_cast<quint8>(id)), isMonitored);
 }
 
-QTEST_APPLESS_MAIN(tst_LINMonitorFilter)
+X9_PLAIN_TEST(tst_LINMonitorFilter)
 #include "tst_LINMonitorFilter.moc"

@@ -1,4 +1,5 @@
 #include "lin/LINPlayback.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 #include <QVector>
@@ -116,5 +117,5 @@ void tst_LINPlayback::masksAccumulate()
     QVERIFY(playback.isMasked(0x11));
 }
 
-QTEST_APPLESS_MAIN(tst_LINPlayback)
+X9_PLAIN_TEST(tst_LINPlayback)
 #include "tst_LINPlayback.moc"

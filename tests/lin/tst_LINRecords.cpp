@@ -1,4 +1,5 @@
 #include "lin/LINRecords.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -93,5 +94,5 @@ void tst_LINRecords::time()
     QVERIFY(pattern.match(linTimeNow()).hasMatch());
 }
 
-QTEST_APPLESS_MAIN(tst_LINRecords)
+X9_PLAIN_TEST(tst_LINRecords)
 #include "tst_LINRecords.moc"

@@ -1,5 +1,6 @@
 #include "lin/LINHexPairs.h"
 #include "lin/LINSchedule.h"
+#include "tests/support/TestProgram.h"
 
 #include <QtTest>
 
@@ -201,5 +202,5 @@ void tst_LINSchedule::nothingComesOfNoRows()
     QCOMPARE(LINSchedule({}, 5).remaining(), 0);
 }
 
-QTEST_APPLESS_MAIN(tst_LINSchedule)
+X9_PLAIN_TEST(tst_LINSchedule)
 #include "tst_LINSchedule.moc"

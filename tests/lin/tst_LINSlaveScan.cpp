@@ -1,4 +1,5 @@
 #include "lin/LINSlaveScan.h"
+#include "tests/support/TestProgram.h"
 
 #include <QSet>
 #include <QtTest>
@@ -125,5 +126,5 @@ void tst_LINSlaveScan::startsAnew()
     QCOMPARE(scan.id(), quint8(1));
 }
 
-QTEST_APPLESS_MAIN(tst_LINSlaveScan)
+X9_PLAIN_TEST(tst_LINSlaveScan)
 #include "tst_LINSlaveScan.moc"

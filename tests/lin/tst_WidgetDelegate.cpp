@@ -1,4 +1,5 @@
 #include "lin/WidgetDelegate.h"
+#include "tests/support/TestProgram.h"
 
 #include <QComboBox>
 #include <QMetaType>
@@ -102,5 +103,5 @@ void tst_WidgetDelegate::writesNothingWithoutAChoice()
     QCOMPARE(table.choice().data().toString(), Choices.at(1));
 }
 
-QTEST_MAIN(tst_WidgetDelegate)
+X9_GUI_TEST(tst_WidgetDelegate)
 #include "tst_WidgetDelegate.moc"

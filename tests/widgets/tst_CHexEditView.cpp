@@ -1,4 +1,5 @@
 #include "resources/Resources.h"
+#include "tests/support/TestProgram.h"
 #include "widgets/CHexEditView.h"
 
 #include <QApplication>
@@ -260,5 +261,5 @@ void tst_CHexEditView::ownerMayGoWhileItRuns()
     QVERIFY(guard == nullptr);
 }
 
-QTEST_MAIN(tst_CHexEditView)
+X9_GUI_TEST(tst_CHexEditView)
 #include "tst_CHexEditView.moc"

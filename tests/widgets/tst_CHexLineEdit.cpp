@@ -1,4 +1,5 @@
 #include "resources/Resources.h"
+#include "tests/support/TestProgram.h"
 #include "widgets/CHexEditView.h"
 #include "widgets/CHexLineEdit.h"
 
@@ -700,5 +701,5 @@ void tst_CHexLineEdit::isReachedByKeys()
     QVERIFY(user.dialog() != nullptr);
 }
 
-QTEST_MAIN(tst_CHexLineEdit)
+X9_GUI_TEST(tst_CHexLineEdit)
 #include "tst_CHexLineEdit.moc"

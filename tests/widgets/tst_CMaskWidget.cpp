@@ -1,3 +1,4 @@
+#include "tests/support/TestProgram.h"
 #include "widgets/CMaskWidget.h"
 
 #include <QLineEdit>
@@ -53,5 +54,5 @@ void tst_CMaskWidget::leavesFocusAndClicks()
     QVERIFY(field.hasFocus());
 }
 
-QTEST_MAIN(tst_CMaskWidget)
+X9_GUI_TEST(tst_CMaskWidget)
 #include "tst_CMaskWidget.moc"

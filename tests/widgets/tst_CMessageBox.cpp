@@ -1,4 +1,5 @@
 #include "resources/Resources.h"
+#include "tests/support/TestProgram.h"
 #include "widgets/CMessageBox.h"
 
 #include <QDialogButtonBox>
@@ -529,5 +530,5 @@ void tst_CMessageBox::namesForScreenReaders()
     QCOMPARE(kinds.size(), 5);
 }
 
-QTEST_MAIN(tst_CMessageBox)
+X9_GUI_TEST(tst_CMessageBox)
 #include "tst_CMessageBox.moc"

@@ -1,4 +1,5 @@
 #include "resources/Resources.h"
+#include "tests/support/TestProgram.h"
 #include "widgets/CNotice.h"
 
 #include <QGraphicsOpacityEffect>
@@ -492,5 +493,5 @@ void tst_CNotice::namesForScreenReaders()
     QVERIFY(!kinds.contains(QString()));
 }
 
-QTEST_MAIN(tst_CNotice)
+X9_GUI_TEST(tst_CNotice)
 #include "tst_CNotice.moc"

@@ -1,3 +1,4 @@
+#include "tests/support/TestProgram.h"
 #include "widgets/HexBuffer.h"
 
 #include <QRandomGenerator>
@@ -312,5 +313,5 @@ void tst_HexBuffer::undoesAnything()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_HexBuffer)
+X9_CORE_TEST(tst_HexBuffer)
 #include "tst_HexBuffer.moc"

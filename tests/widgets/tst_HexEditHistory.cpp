@@ -1,4 +1,5 @@
 #include "resources/Resources.h"
+#include "tests/support/TestProgram.h"
 #include "widgets/CHexEditView.h"
 #include "widgets/QHexEdit.h"
 
@@ -114,5 +115,5 @@ void tst_HexEditHistory::growsWithTheLine()
     QCOMPARE(user.dialog.width(), width);
 }
 
-QTEST_MAIN(tst_HexEditHistory)
+X9_GUI_TEST(tst_HexEditHistory)
 #include "tst_HexEditHistory.moc"

@@ -1,3 +1,4 @@
+#include "tests/support/TestProgram.h"
 #include "widgets/HexEntry.h"
 
 #include <QtTest>
@@ -118,5 +119,5 @@ void tst_HexEntry::payload()
     QTEST(payloadFromDigits(digits, size), "payload");
 }
 
-QTEST_APPLESS_MAIN(tst_HexEntry)
+X9_PLAIN_TEST(tst_HexEntry)
 #include "tst_HexEntry.moc"

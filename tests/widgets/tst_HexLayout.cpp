@@ -1,3 +1,4 @@
+#include "tests/support/TestProgram.h"
 #include "widgets/HexLayout.h"
 
 #include <QtTest>
@@ -195,5 +196,5 @@ void tst_HexLayout::moves()
     QCOMPARE(layoutOf(0, 8).moved(way, {HexArea::Hex, 0}, false, page), 0);
 }
 
-QTEST_APPLESS_MAIN(tst_HexLayout)
+X9_PLAIN_TEST(tst_HexLayout)
 #include "tst_HexLayout.moc"

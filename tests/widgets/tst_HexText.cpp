@@ -1,3 +1,4 @@
+#include "tests/support/TestProgram.h"
 #include "widgets/HexText.h"
 
 #include <QtTest>
@@ -77,5 +78,5 @@ void tst_HexText::readsWhatItWrote()
     QCOMPARE(bytesFromHexText(hexTextFromBytes(all)).value_or(QByteArray()), all);
 }
 
-QTEST_APPLESS_MAIN(tst_HexText)
+X9_PLAIN_TEST(tst_HexText)
 #include "tst_HexText.moc"

@@ -1,3 +1,4 @@
+#include "tests/support/TestProgram.h"
 #include "widgets/CMaskWidget.h"
 #include "widgets/ModalMasks.h"
 
@@ -297,5 +298,5 @@ void tst_ModalMasks::focusComesBack()
     QTRY_VERIFY(field->hasFocus());
 }
 
-QTEST_MAIN(tst_ModalMasks)
+X9_GUI_TEST(tst_ModalMasks)
 #include "tst_ModalMasks.moc"

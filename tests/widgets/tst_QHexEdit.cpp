@@ -1,3 +1,4 @@
+#include "tests/support/TestProgram.h"
 #include "widgets/QHexEdit.h"
 
 #include <QApplication>
@@ -687,5 +688,5 @@ void tst_QHexEdit::leavesEnterAndEscapeToTheWindow()
     QCOMPARE(user.editor->data(), counting(4));
 }
 
-QTEST_MAIN(tst_QHexEdit)
+X9_GUI_TEST(tst_QHexEdit)
 #include "tst_QHexEdit.moc"

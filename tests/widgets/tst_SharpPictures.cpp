@@ -1,4 +1,5 @@
 #include "resources/Resources.h"
+#include "tests/support/TestProgram.h"
 #include "widgets/CMessageBox.h"
 #include "widgets/CNotice.h"
 
@@ -57,5 +58,5 @@ void tst_SharpPictures::notice()
     QCOMPARE(label->size(), QSize(18, 18));
 }
 
-QTEST_MAIN(tst_SharpPictures)
+X9_GUI_TEST(tst_SharpPictures)
 #include "tst_SharpPictures.moc"

@@ -1,3 +1,4 @@
+#include "tests/support/TestProgram.h"
 #include "widgets/WrappedLines.h"
 
 #include <QFontMetricsF>
@@ -110,5 +111,5 @@ void tst_WrappedLines::narrowerThanACharacter()
     QCOMPARE(lines.join(QString()), QStringLiteral("mmm"));
 }
 
-QTEST_MAIN(tst_WrappedLines)
+X9_GUI_TEST(tst_WrappedLines)
 #include "tst_WrappedLines.moc"

@@ -1,0 +1,6 @@
+#include "tests/support/StartedThreads.h"
+
+int startedThreads()
+{
+    return -1;
+}
