@@ -56,7 +56,7 @@ double measure(bool isCANFD, Receive receiveOf, int seconds)
     clock.start();
     const double before = cpuSeconds();
     quint64 count = 0;
-    while (clock.elapsed() < seconds * 1000) {
+    while (clock.elapsed() < qint64(seconds) * 1000) {
         const quint32 read = receiveOf(api)(AdapterDeviceType, 0, 0, frames.data(), BatchSize, AdapterReceiveWaitMs);
         count += read == AdapterReceiveError ? 0 : read;
     }

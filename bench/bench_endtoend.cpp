@@ -263,6 +263,31 @@ Options readOptions(const QApplication &application)
             parser.value(folder), parser.value(json)};
 }
 
+/// Prints a line for each channel and appends it to the report. Answers whether all frames are there, in order.
+bool reportChannels(const std::vector<Check> &checks, const Options &options, QTextStream &out, QJsonArray &channels)
+{
+    bool isGood = true;
+    out << "channel    frames   rows in table   lost   out of order   wrong lines\n";
+    for (std::size_t i = 0; i < checks.size(); ++i) {
+        const Check &c = checks[i];
+        out << qSetFieldWidth(0)
+            << QStringLiteral("%1%2%3%4%5%6\n")
+                   .arg(i, 7)
+                   .arg(c.frames, 10)
+                   .arg(c.rowsInTable, 16)
+                   .arg(c.lost, 7)
+                   .arg(c.misplaced, 15)
+                   .arg(c.wrongLines, 14);
+        const qint64 expected = qint64(options.seconds) * options.rate;
+        isGood = isGood && c.lost == 0 && c.misplaced == 0 && c.wrongLines == 0 && c.frames == c.rowsInTable &&
+                 c.frames >= expected;
+        channels.append(QJsonObject{{QStringLiteral("frames"), c.frames},
+                                    {QStringLiteral("lost"), c.lost},
+                                    {QStringLiteral("misplaced"), c.misplaced}});
+    }
+    return isGood;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -292,27 +317,8 @@ int main(int argc, char *argv[])
     const double p999Ms = meter.percentile(0.999);
     workbench.close();
 
-    bool isGood = true;
     QJsonArray channels;
-    out << "channel    frames   rows in table   lost   out of order   wrong lines\n";
-    const std::vector<Check> checks = workbench.check();
-    for (std::size_t i = 0; i < checks.size(); ++i) {
-        const Check &c = checks[i];
-        out << qSetFieldWidth(0)
-            << QStringLiteral("%1%2%3%4%5%6\n")
-                   .arg(i, 7)
-                   .arg(c.frames, 10)
-                   .arg(c.rowsInTable, 16)
-                   .arg(c.lost, 7)
-                   .arg(c.misplaced, 15)
-                   .arg(c.wrongLines, 14);
-        const qint64 expected = qint64(options.seconds) * options.rate;
-        isGood = isGood && c.lost == 0 && c.misplaced == 0 && c.wrongLines == 0 && c.frames == c.rowsInTable &&
-                 c.frames >= expected;
-        channels.append(QJsonObject{{QStringLiteral("frames"), c.frames},
-                                    {QStringLiteral("lost"), c.lost},
-                                    {QStringLiteral("misplaced"), c.misplaced}});
-    }
+    bool isGood = reportChannels(workbench.check(), options, out, channels);
     out << QStringLiteral("longest GUI pause %1 ms (99.9 % of the rounds within %2 ms; idle before: %3 ms), "
                           "%4 CPU seconds per second\n")
                .arg(longestMs, 0, 'f', 1)

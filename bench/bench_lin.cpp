@@ -91,6 +91,7 @@ void benchStatic(BenchReport &report, LINFrameView &view, const QString &when)
     std::vector<double> times;
     for (int round = 0; round < Samples; ++round) {
         std::vector<CTableViewLIN::DataObject> frames;
+        frames.reserve(Identifiers);
         for (int id = 0; id < Identifiers; ++id) {
             frames.push_back(frame(id));
         }
