@@ -1,30 +1,27 @@
 #!/usr/bin/env bash
-# tools/windows/test.sh [CTEST ARGUMENT...]   Builds for Windows (tools/windows/build.sh) and runs the tests under Wine on
-# a virtual screen: all of them on a Western Windows, then those of files once more on a Chinese one, with temporary files
-# in a folder whose name is Chinese. Ends with 3 where Qt for Windows is not at hand, with 1 when a test failed.
+# tools/windows/test.sh [CTEST ARGUMENT...]   Builds for Windows (tools/windows/build.sh) and runs the tests under Wine, each
+# on a virtual screen that it has to itself, with a Windows of its own behind it: all of them on a Western Windows, then
+# those of files once more on a Chinese one, with temporary files in a folder whose name is Chinese. Ends with 3 where Qt for
+# Windows is not at hand, with 1 when a test failed.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
 tools/install-packages.sh run windows wine
+echo "=== Windows: build"
 tools/windows/build.sh
 
-# Everything that Wine starts, its server too, needs the same screen: the script runs itself inside one.
-if [[ -z ${X9_WINE_SCREEN:-} ]]; then
-  exec env X9_WINE_SCREEN=yes xvfb-run -a -s "-screen 0 1400x1000x24" "$0" "$@"
-fi
-
+echo "=== Windows: screens"
 source tools/windows/wine.sh
-make_wine_prefix build/windows/wine
+make_wine_screens build/windows/screens $((3 * $(nproc)))
 
 # test_pass NAME TEMPORARY [CTEST ARGUMENT...]
 test_pass() {
-  echo "== on a $1 Windows"
+  echo "=== Windows: tests on a $1 Windows"
   local temporary=$PWD/build/windows/$2
   shift 2
   rm -rf "$temporary"
-  mkdir -p "$temporary"
-  set_temporary_folder "$temporary"
-  ctest --preset windows -j "$(nproc)" "$@"
+  set_temporary_folders "$temporary"
+  ctest --preset windows -j $((3 * $(nproc))) --resource-spec-file "$PWD/build/windows/screens/screens.json" "$@"
 }
 
 failed=

@@ -1,5 +1,5 @@
-# Sourced by scripts that run Windows programs under Wine, on a screen of their own. Wine's server, which the first
-# program starts, ends with the script.
+# Sourced by scripts that run Windows programs under Wine, on screens of their own. The screens and Wine's servers end with
+# the script.
 
 windows_path() { echo "Z:${1//\//\\}"; }
 
@@ -18,32 +18,110 @@ set_up_windows() {
   return 1
 }
 
-# make_wine_prefix FOLDER   A new Windows installation in the folder; all that follows uses it. Programs find the DLLs of
-# Qt and of the compiler.
-make_wine_prefix() {
+# make_wine_screens FOLDER COUNT   So many virtual screens, each with a Windows installation of its own: FOLDER/<number>, from
+# 1 on. FOLDER/screens.json tells CTest of them. Programs find the DLLs of Qt and of the compiler.
+make_wine_screens() {
   folder_of() { dirname "$(realpath "$(x86_64-w64-mingw32-g++-posix -print-file-name="$1")")"; }
   local libraries=$PWD/build/windows-libraries
   WINEPATH="$(windows_path "$libraries/bin");$(windows_path "$(folder_of libstdc++-6.dll)")"
   WINEPATH+=";$(windows_path "$(folder_of libwinpthread-1.dll)")"
   export WINEPATH
-  WINEPREFIX=$(realpath -m "$1")
-  export WINEPREFIX
   export WINEDEBUG=-all
-  rm -rf "$WINEPREFIX"
-  trap 'wineserver --kill || true' EXIT
-  set_up_windows "$WINEPREFIX.log" wineboot --init
+  X9_SCREENS=$(realpath -m "$1")
+  export X9_SCREENS
+  rm -rf "$X9_SCREENS"
+  choose_fonts
+  screen_ids=()
+  screen_count=$2
+  trap end_wine_screens EXIT
+  local screen
+  for ((screen = 1; screen <= screen_count; ++screen)); do
+    start_screen "$X9_SCREENS/$screen"
+  done
+
+  # One installation is made, the others are copies.
+  use_screen 1
+  set_up_windows "$X9_SCREENS/log" wineboot --init
+  # There is no window manager on these screens. Wine would wait two seconds for it whenever a window is hidden.
+  wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null
+  wineserver --kill # which writes the registry
+  wineserver --wait
+  for ((screen = 2; screen <= screen_count; ++screen)); do
+    cp -a "$X9_SCREENS/1/wine" "$X9_SCREENS/$screen/wine"
+  done
   # One program runs all the time, waiting for its input. When the last one ends, Wine's services end a little later, and
   # the next program waits ten seconds for them.
-  mkfifo "$WINEPREFIX/no-input"
-  wine cmd <>"$WINEPREFIX/no-input" >/dev/null 2>&1 &
-  # There is no window manager on this screen. Wine would wait two seconds for it whenever a window is hidden.
-  wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null
+  for ((screen = 1; screen <= screen_count; ++screen)); do
+    use_screen "$screen"
+    mkfifo "$WINEPREFIX/no-input"
+    wine cmd <>"$WINEPREFIX/no-input" >/dev/null 2>&1 &
+  done
+
+  printf '{"version": {"major": 1, "minor": 0}, "local": [{"screens": [%s]}]}\n' \
+    "$(for ((screen = 1; screen <= screen_count; ++screen)); do echo "{\"id\": \"$screen\", \"slots\": 1}"; done | paste -sd,)" \
+    >"$X9_SCREENS/screens.json"
 }
 
-# set_temporary_folder FOLDER   Where programs of this computer can be told of the files in it, too.
-set_temporary_folder() {
-  local variable
-  for variable in TEMP TMP; do
-    wine reg add 'HKCU\Environment' /v "$variable" /d "$(windows_path "$1")" /f >/dev/null
+# choose_fonts   The fonts of the host that Wine shows its programs, beside its own, in a folder of their own: sizes depend on
+# them, on every computer others are installed, and Wine takes whole folders.
+choose_fonts() {
+  local font fonts=$X9_SCREENS/fonts
+  mkdir -p "$fonts"
+  while read -r font; do
+    ln -s "$font" "$fonts"
+  done < <(dpkg -L fonts-dejavu-core fonts-noto-cjk | grep -E '\.tt[cf]$')
+  cat >"$fonts.conf" <<END
+<?xml version="1.0"?>
+<!DOCTYPE fontconfig SYSTEM "fonts.dtd">
+<fontconfig><dir>$fonts</dir><cachedir>$fonts.cache</cachedir></fontconfig>
+END
+  export FONTCONFIG_FILE=$fonts.conf
+}
+
+# start_screen FOLDER   A screen that only this user can reach; FOLDER/display is its number.
+start_screen() {
+  local try
+  mkdir -p "$1"
+  for try in 1 2 3; do
+    Xvfb -displayfd 3 -screen 0 1400x1000x24 -nolisten tcp 3>"$1/display" >/dev/null 2>"$1/log" &
+    screen_ids+=($!)
+    # It writes its number when it is ready.
+    timeout 30 sh -c 'until [ -s "$1" ] || ! kill -0 "$2"; do sleep 0.05; done' wait "$1/display" $! || true
+    [[ ! -s $1/display ]] || return 0
+    echo "wine: try $try: Xvfb does not start:" >&2
+    cat "$1/log" >&2
   done
+  return 1
+}
+
+# use_screen NUMBER   Programs that are started now appear there.
+use_screen() {
+  DISPLAY=:$(<"$X9_SCREENS/$1/display")
+  WINEPREFIX=$X9_SCREENS/$1/wine
+  export DISPLAY WINEPREFIX
+}
+
+end_wine_screens() {
+  local screen
+  for ((screen = 1; screen <= screen_count; ++screen)); do
+    WINEPREFIX=$X9_SCREENS/$screen/wine wineserver --kill || true
+  done
+  kill "${screen_ids[@]}" 2>/dev/null || true
+}
+
+# set_temporary_folders FOLDER   A folder below it for each screen, where programs of this computer can be told of the files
+# in it, too.
+set_temporary_folders() {
+  local screen path
+  local writers=()
+  for ((screen = 1; screen <= screen_count; ++screen)); do
+    mkdir -p "$1/$screen"
+    path=$(windows_path "$1/$screen")
+    printf 'Windows Registry Editor Version 5.00\r\n\r\n[HKEY_CURRENT_USER\\Environment]\r\n"TEMP"="%s"\r\n"TMP"="%s"\r\n' \
+      "${path//\\/\\\\}" "${path//\\/\\\\}" | iconv -t UTF-16 >"$X9_SCREENS/$screen/temporary.reg"
+    use_screen "$screen"
+    wine reg import "$(windows_path "$X9_SCREENS/$screen/temporary.reg")" >/dev/null 2>&1 &
+    writers+=($!)
+  done
+  wait "${writers[@]}"
 }
