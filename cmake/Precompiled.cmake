@@ -19,11 +19,14 @@ function(x9_add_precompiled_headers kind)
   set_target_properties(${target} PROPERTIES X9_MODULES "${arg_LIBS}" X9_OPTIONS "${arg_OPTIONS}")
 endfunction()
 
+# With it ccache can tell what was precompiled.
+set(x9_pch_preprocess $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+
 function(x9_precompile target kind)
   get_target_property(modules x9_precompiled_${kind} X9_MODULES)
   target_link_libraries(${target} PRIVATE ${modules})
   get_target_property(options x9_precompiled_${kind} X9_OPTIONS)
-  target_compile_options(${target} PRIVATE ${options})
+  target_compile_options(${target} PRIVATE ${options} ${x9_pch_preprocess})
   target_precompile_headers(${target} REUSE_FROM x9_precompiled_${kind})
 endfunction()
 

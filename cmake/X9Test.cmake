@@ -16,7 +16,8 @@
 # (more than one thread of ours or of the toolkit's; these, and no others, run under ThreadSanitizer). That a test has the
 # label threads exactly when it starts one is checked by the program itself, see tests/support/TestProgram.cpp.
 #
-# Tests run offscreen, for Windows on the screen.
+# Tests run offscreen, for Windows on a screen that each has to itself: windows on one screen take the focus from each other,
+# and under Wine every program that starts, a console program too, may take it from the window that has it.
 #
 # AddressSanitizer notes the callers of each allocation by their frame pointers, which takes a twentieth of the time but
 # ends at the first library that has none. When it reports a leak of which too little is shown, run the test again with
@@ -109,6 +110,9 @@ function(x9_add_test name)
     add_test(NAME ${test} COMMAND ${program} ${name} ${function})
     set_tests_properties(${test} PROPERTIES LABELS "${arg_LABELS}" TIMEOUT ${arg_TIMEOUT}
                                             ENVIRONMENT "${X9_TEST_ENVIRONMENT};X9_TEST_THREADS=${threads}")
+    if(WIN32)
+      set_tests_properties(${test} PROPERTIES RESOURCE_GROUPS screens:1)
+    endif()
     # CTest begins with the highest costs, so that no long test is left at the end.
     if("slow" IN_LIST arg_LABELS)
       set_tests_properties(${test} PROPERTIES COST 100)

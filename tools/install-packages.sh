@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, check, docs, fuzz,
+# tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, check, coverage, docs, fuzz,
 # windows, windows-qt, wine, package) from Debian's packages, quietly; does nothing when all is there. As root, or
 # through sudo.
 set -euo pipefail
@@ -8,12 +8,13 @@ declare -A packages=(
   [build]="cmake ninja-build g++ ccache mold qtbase5-dev qttools5-dev-tools nlohmann-json3-dev
            librsvg2-bin icoutils"
   [run]="xvfb xauth fonts-noto-cjk libqt5gui5 qttranslations5-l10n python3"
-  [check]="clang-format"
+  [check]="clang-format clang-tidy"
+  [coverage]="gcovr python3"
   [docs]="pngquant"
   [fuzz]="clang libclang-rt-14-dev"
   [windows]="g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix qttranslations5-l10n xz-utils"
   [windows-qt]="g++ make perl"
-  [wine]="wine wine64 fonts-wine locales"
+  [wine]="wine wine64 fonts-wine fonts-dejavu-core fonts-noto-cjk locales"
   [windows-package]="nsis cmark-gfm netpbm unzip qttranslations5-l10n python3-xlib locales"
   [package]="dpkg-dev file desktop-file-utils appstream lintian binutils xvfb python3 python3-xlib"
 )
