@@ -118,7 +118,7 @@ std::size_t ConfigSection::choice(const char *key, std::initializer_list<const c
     }
     std::string allowed;
     const auto *given = std::get_if<std::string>(&value(key).value);
-    for (auto text = texts.begin(); text != texts.end(); ++text) {
+    for (const auto *text = texts.begin(); text != texts.end(); ++text) {
         if (given != nullptr && *given == *text) {
             return static_cast<std::size_t>(text - texts.begin());
         }

@@ -27,11 +27,11 @@ QString downloadFileName(const QUrl &url)
     const QString path = url.path(QUrl::FullyEncoded);
     const QByteArray bytes =
         QByteArray::fromPercentEncoding(path.mid(path.lastIndexOf(QLatin1Char('/')) + 1).toLatin1());
-    const QString name = QString::fromUtf8(bytes);
+    QString name = QString::fromUtf8(bytes);
     if (name.isEmpty() || name.toUtf8() != bytes || name.endsWith(QLatin1Char('.')) || name.back().isSpace()) {
         return {};
     }
-    if (std::any_of(name.begin(), name.end(), isRefused) || isDevice(name)) {
+    if (std::any_of(name.cbegin(), name.cend(), isRefused) || isDevice(name)) {
         return {};
     }
     return name;

@@ -15,7 +15,7 @@
 #include <utility>
 
 namespace {
-constexpr qint64 ReadBuffer = 1024 * 1024; ///< bytes that are taken from the network before they are written
+constexpr qint64 ReadBuffer = Q_INT64_C(1024) * 1024; ///< bytes that are taken from the network before they are written
 constexpr int ProgressIntervalMs = 100;
 constexpr int MaximumRedirects = 5;
 constexpr int HttpOk = 200;
@@ -233,7 +233,7 @@ DownloadOutcome DownloadThread::transferred()
     if (m_isCancelled || transfer.outcome().error != DownloadError::None) {
         return transfer.outcome();
     }
-    const DownloadOutcome outcome = transfer.commit();
+    DownloadOutcome outcome = transfer.commit();
     m_isFolderNew = transfer.isFolderNew();
     m_isCommitted = outcome.error == DownloadError::None;
     if (m_isCancelled) {

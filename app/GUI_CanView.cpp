@@ -74,7 +74,7 @@ public:
     void buildToolBar();
     void orderTabBar();
     void buildLanguageMenu(QMenu *menu);
-    void checkStoredLanguage();
+    void checkStoredLanguage() const;
     template<typename Tab>
     bool openTab(const ChannelParam &param, const QString &protocol);
     void addTab(WidgetDeviceBase *tab, const QString &protocol);
@@ -147,7 +147,7 @@ void GUI_CanViewPrivate::buildLanguageMenu(QMenu *menu)
     checkStoredLanguage();
 }
 
-void GUI_CanViewPrivate::checkStoredLanguage()
+void GUI_CanViewPrivate::checkStoredLanguage() const
 {
     const int stored = getLanguage() == LanguageChinese ? LanguageChinese : LanguageEnglish;
     languages->actions().at(stored)->setChecked(true);

@@ -21,8 +21,8 @@ constexpr int LogoSize = 64; ///< device-independent pixels
 constexpr int PopupWidth = 500;
 constexpr int PopupHeight = 400;
 constexpr int TickMs = 10;
-constexpr qint64 MaximumFirmware = 64 * 1024 * 1024; ///< bytes
-constexpr int LongestVersion = 64;                   ///< characters that are shown of a published version
+constexpr qint64 MaximumFirmware = Q_INT64_C(64) * 1024 * 1024; ///< bytes
+constexpr int LongestVersion = 64;                              ///< characters that are shown of a published version
 
 /// Whether the network can be reached at all. The query that follows finds out better than any test before it.
 bool isNetworkAvailable()
@@ -71,7 +71,7 @@ public:
     void showIdle();
     void showUpdating();
     CMessageBox *showMessage(CMessageBox::Icon icon, const QString &text,
-                             CMessageBox::StandardButtons buttons = CMessageBox::Ok);
+                             CMessageBox::StandardButtons buttons = CMessageBox::Ok) const;
 
     void ask();
     void endQuery();
@@ -161,7 +161,7 @@ void GUI_DeviceInfoPrivate::showUpdating()
 }
 
 CMessageBox *GUI_DeviceInfoPrivate::showMessage(CMessageBox::Icon icon, const QString &text,
-                                                CMessageBox::StandardButtons buttons)
+                                                CMessageBox::StandardButtons buttons) const
 {
     auto *box = new CMessageBox(icon, GUI_DeviceInfo::tr("Tips"), text, buttons, q);
     box->setAttribute(Qt::WA_DeleteOnClose);

@@ -14,8 +14,8 @@
 #include <utility>
 
 namespace {
-constexpr qint64 MaximumAnswer = 1024 * 1024; ///< bytes
-constexpr qint64 ReadBuffer = 64 * 1024;      ///< bytes that are taken from the network before they are looked at
+constexpr qint64 MaximumAnswer = Q_INT64_C(1024) * 1024; ///< bytes
+constexpr qint64 ReadBuffer = Q_INT64_C(64) * 1024; ///< bytes that are taken from the network before they are looked at
 constexpr int MaximumRedirects = 5;
 constexpr int CancelPollMs = 100;
 

@@ -26,8 +26,8 @@ public:
     void build();
     void disableOthers();
     void enableOthers();
-    void takeFocus();
-    void moveToMiddle();
+    void takeFocus() const;
+    void moveToMiddle() const;
 
     PopupWidget *q;
     QVBoxLayout *layout = nullptr;
@@ -74,14 +74,14 @@ void PopupWidgetPrivate::enableOthers()
     disabled.clear();
 }
 
-void PopupWidgetPrivate::moveToMiddle()
+void PopupWidgetPrivate::moveToMiddle() const
 {
     const QSize room = q->parentWidget()->size() - q->size();
     q->move(room.width() / 2, room.height() / 2);
 }
 
 /// To the first widget of the content that Tab would stop at, else to the close button.
-void PopupWidgetPrivate::takeFocus()
+void PopupWidgetPrivate::takeFocus() const
 {
     for (QWidget *next = q->nextInFocusChain(); next != nullptr && next != q; next = next->nextInFocusChain()) {
         if (next != closeButton && q->isAncestorOf(next) && next->isEnabledTo(q) && next->isVisibleTo(q) &&

@@ -29,7 +29,7 @@ enum OfferState { UpToDate = 0, CheckFailed = 1, NewVersion = 2 };
 
 QString versionLine(const Release &release)
 {
-    const QString line = SoftwareUpdate::tr("Current version") + QStringLiteral(" V") + programVersion();
+    QString line = SoftwareUpdate::tr("Current version") + QStringLiteral(" V") + programVersion();
     if (!isNewerThanProgram(release)) {
         return line;
     }

@@ -12,7 +12,7 @@ quint32 incrementedFrameId(quint32 id, bool extended)
 QByteArray incrementedPayload(QByteArray data)
 {
     constexpr char Full = '\xFF';
-    const auto first = std::find_if(data.begin(), data.end(), [](char byte) { return byte != Full; });
+    auto *const first = std::find_if(data.begin(), data.end(), [](char byte) { return byte != Full; });
     if (first != data.end()) {
         ++*first;
         std::fill(data.begin(), first, '\0');

@@ -21,7 +21,7 @@ public:
     void clear() { m_words.clear(); }
 
     const QVector<quint32> &words() const { return m_words; }
-    QSet<quint32> toSet() const { return QSet<quint32>(m_words.cbegin(), m_words.cend()); }
+    QSet<quint32> toSet() const { return {m_words.cbegin(), m_words.cend()}; }
 
 private:
     QVector<quint32> m_words;

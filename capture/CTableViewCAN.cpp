@@ -70,7 +70,7 @@ public:
 private:
     static FrameLabels translatedLabels();
     void createView();
-    void createScrollBar();
+    void createScrollBar() const;
     int headerHeight() const;
     int room() const;
     bool isHidden(const FrameRecord &frame) const { return hiddenIds.contains(frame.id); }
@@ -156,7 +156,7 @@ void CTableViewCANPrivate::createView()
     view->viewport()->installEventFilter(q); // where the wheel's events arrive first
 }
 
-void CTableViewCANPrivate::createScrollBar()
+void CTableViewCANPrivate::createScrollBar() const
 {
     bar->setObjectName(QStringLiteral("frameScrollBar"));
     bar->setSingleStep(1);

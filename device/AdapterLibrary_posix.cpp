@@ -10,7 +10,7 @@ void *open(const QString &path, QString &message)
 {
     void *library = dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) {
-        message = QString::fromLocal8Bit(dlerror());
+        message = QString::fromLocal8Bit(dlerror()); // NOLINT(concurrency-mt-unsafe): glibc has one for each thread
     }
     return library;
 }

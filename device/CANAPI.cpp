@@ -7,6 +7,7 @@
 #include <QFileInfo>
 
 #include <type_traits>
+#include <utility>
 
 namespace {
 
@@ -36,8 +37,8 @@ AdapterLibraryState whyRefused(const QString &path)
 
 } // namespace
 
-CANAPI::CANAPI(const QString &libraryPath)
-    : m_path(libraryPath)
+CANAPI::CANAPI(QString libraryPath)
+    : m_path(std::move(libraryPath))
 {
     if (m_path.isEmpty()) {
         return;

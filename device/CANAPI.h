@@ -26,7 +26,7 @@ class CANAPI
 public:
     /// Loads libraryPath (relative paths count from the working directory) and resolves every entry. An empty path
     /// loads nothing. Never fails: see state().
-    explicit CANAPI(const QString &libraryPath);
+    explicit CANAPI(QString libraryPath);
     /// Gives the entry point of a name, null when there is none.
     using EntryLookUp = std::function<void (*(const char *name))()>;
     /// Resolves every entry through lookUp instead of a library file. What it answers must outlive this object.

@@ -216,6 +216,7 @@ CANCommunication::~CANCommunication()
     if (!m_p->devices.empty()) {
         qWarning("CANCommunication destroyed with %u open device(s)", static_cast<unsigned>(m_p->devices.size()));
         // The workers still call through the table, so it is kept until the process is gone.
+        // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): without memory for this there is nothing left to save
         static auto &leftBehind = *new std::vector<std::unique_ptr<const CANAPI>>;
         leftBehind.push_back(std::move(m_p->api));
     }
@@ -470,7 +471,7 @@ CANError CANCommunication::setGatewayIDFilter(quint8 dev, quint8 ch, const QSet<
         return CAN_GatewayOperationFailed;
     }
     std::array<quint32, AdapterGatewayMaxIds> words{};
-    const auto end = std::copy(ids.begin(), ids.end(), words.begin());
+    auto *const end = std::copy(ids.begin(), ids.end(), words.begin());
     std::sort(words.begin(), end); // the set has no order of its own
     const auto count = static_cast<quint32>(ids.size());
     const quint32 *first = words.data();

@@ -10,7 +10,7 @@ using InfoBuffer = std::array<char, AdapterInfoSize>;
 /// Local 8-bit text up to its first zero; the library may have used the whole buffer and left no zero.
 QString textOf(const InfoBuffer &buffer)
 {
-    const auto end = std::find(buffer.begin(), buffer.end(), '\0');
+    const auto *const end = std::find(buffer.begin(), buffer.end(), '\0');
     return QString::fromLocal8Bit(buffer.data(), static_cast<int>(end - buffer.begin()));
 }
 

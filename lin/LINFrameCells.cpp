@@ -63,7 +63,7 @@ QString stateText(LINFrameState state)
     case LINFrameState::Wrong:
         return Texts::tr("Error state");
     }
-    return QString();
+    return {};
 }
 
 } // namespace
@@ -100,7 +100,7 @@ QString linColumnTitle(LINColumn column)
     case LINColumn::State:
         return Texts::tr("State");
     }
-    return QString();
+    return {};
 }
 
 QString linCell(const CTableViewLIN::DataObject &frame, int number, LINFrameState state, LINColumn column)
@@ -123,5 +123,5 @@ QString linCell(const CTableViewLIN::DataObject &frame, int number, LINFrameStat
     case LINColumn::State:
         return stateText(state);
     }
-    return QString();
+    return {};
 }

@@ -110,13 +110,13 @@ void LINFrameModel::clear()
 QString LINFrameModel::cellText(int row, int column) const
 {
     if (row < 0 || row >= m_p->count() || column < 0 || column >= LINColumnCount) {
-        return QString();
+        return {};
     }
     const Row &shown = m_p->rows[static_cast<std::size_t>(row)];
     return linCell(shown.frame, shown.number, shown.state, static_cast<LINColumn>(column));
 }
 
-QString LINFrameModel::headerText(int column) const
+QString LINFrameModel::headerText(int column)
 {
     return column < 0 || column >= LINColumnCount ? QString() : linColumnTitle(static_cast<LINColumn>(column));
 }

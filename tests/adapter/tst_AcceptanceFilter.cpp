@@ -26,9 +26,9 @@ class tst_AcceptanceFilter : public QObject
     Q_OBJECT
 
 private slots:
-    void accepts_data();
-    void accepts();
-    void identifierAloneIgnoresTheData();
+    static void accepts_data();
+    static void accepts();
+    static void identifierAloneIgnoresTheData();
 };
 
 void tst_AcceptanceFilter::accepts_data()

@@ -7,7 +7,7 @@
 namespace {
 
 constexpr std::uint64_t SecondNs = 1000000000;
-constexpr std::uint64_t YearNs = 365 * 86400 * SecondNs;
+constexpr std::uint64_t YearNs = std::uint64_t(365) * 86400 * SecondNs;
 
 const va::AdapterConfig &config()
 {
@@ -25,10 +25,10 @@ class tst_CanNetwork : public QObject
     Q_OBJECT
 
 private slots:
-    void nothingIsComputedForNobody();
-    void nothingIsComputedForAFullBuffer();
-    void filteredNodesAreNotComputed();
-    void oneCallIsBounded();
+    static void nothingIsComputedForNobody();
+    static void nothingIsComputedForAFullBuffer();
+    static void filteredNodesAreNotComputed();
+    static void oneCallIsBounded();
 };
 
 void tst_CanNetwork::nothingIsComputedForNobody()

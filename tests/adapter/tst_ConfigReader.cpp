@@ -46,27 +46,28 @@ class tst_ConfigReader : public QObject
     Q_OBJECT
 
 private slots:
-    void errors_data();
-    void errors();
-    void errorLines_data();
-    void errorLines();
-    void messageIsOneShortLine();
-    void accepted_data();
-    void accepted();
-    void smallestConfiguration();
-    void nodeValues();
-    void nodeDefaults();
-    void busTimings_data();
-    void busTimings();
-    void linValues();
-    void deviceValues();
-    void builtInShowsEveryFeature();
-    void exampleLoads();
-    void deepNestingIsRefused();
-    void manyValuesAreRefused();
-    void mutatedTextsNeitherCrashNorHang();
+    static void errors_data();
+    static void errors();
+    static void errorLines_data();
+    static void errorLines();
+    static void messageIsOneShortLine();
+    static void accepted_data();
+    static void accepted();
+    static void smallestConfiguration();
+    static void nodeValues();
+    static void nodeDefaults();
+    static void busTimings_data();
+    static void busTimings();
+    static void linValues();
+    static void deviceValues();
+    static void builtInShowsEveryFeature();
+    static void exampleLoads();
+    static void deepNestingIsRefused();
+    static void manyValuesAreRefused();
+    static void mutatedTextsNeitherCrashNorHang();
 };
 
+// NOLINTNEXTLINE(readability-function-size): a table
 void tst_ConfigReader::errors_data()
 {
     QTest::addColumn<QByteArray>("text");
@@ -122,7 +123,7 @@ void tst_ConfigReader::errors_data()
         "from 0 to 536870911");
     row("node flag", node("'id': 1, 'extended': 1, 'period_us': 1"), "buses[0].nodes[0].extended", "true or false");
     row("node format", node("'id': 1, 'format': 'FD', 'period_us': 1"), "buses[0].nodes[0].format",
-        "must be one of \"classic\", \"fd\", \"fd-brs\"");
+        R"(must be one of "classic", "fd", "fd-brs")");
     row("fd on a classic bus", bus("'name': 'x', 'nodes': [{'id': 1, 'format': 'fd', 'period_us': 1}]"),
         "buses[0].nodes[0].format", "classic frames only");
     row("fd remote", node("'id': 1, 'format': 'fd', 'remote': true, 'period_us': 1"), "buses[0].nodes[0].remote",
@@ -171,7 +172,7 @@ void tst_ConfigReader::errors_data()
     row("slave without data", lin("'slaves': [{'id': 1}]"), "lin_buses[0].slaves[0].data", "missing");
     row("slave empty data", lin("'slaves': [{'id': 1, 'data': ''}]"), "lin_buses[0].slaves[0].data", "1 to 8 bytes");
     row("slave checksum", lin("'slaves': [{'id': 1, 'data': '00', 'checksum': 'v2'}]"),
-        "lin_buses[0].slaves[0].checksum", "\"classic\", \"enhanced\"");
+        "lin_buses[0].slaves[0].checksum", R"("classic", "enhanced")");
     row("traffic period", lin("'traffic': [{'id': 1, 'period_ms': 0}]"), "lin_buses[0].traffic[0].period_ms",
         "from 1 to 3600000");
     row("traffic checksum", lin("'traffic': [{'id': 1, 'period_ms': 1, 'checksum': 'classic'}]"),
@@ -393,7 +394,7 @@ void tst_ConfigReader::deviceValues()
         "'faults': {'open_refused': true, 'info_refused': true, 'gateway_refused': true, 'vanish_after_ms': 5,"
         "'return_after_ms': 6, 'call_delay_ms': {'KQ_ReceiveCANFD': 9}}}, {'model': 'X9EC', "
         "'faults': {'call_delay_ms': 4}"));
-    const AdapterConfig &config = std::get<AdapterConfig>(result);
+    const auto &config = std::get<AdapterConfig>(result);
     const va::DeviceConfig &first = config.devices.at(0);
     QVERIFY(first.hasCanFd() && first.gatewayOn && first.hardware.empty());
     QVERIFY(!first.can[0].bus && first.can[1].bus == std::size_t{0});

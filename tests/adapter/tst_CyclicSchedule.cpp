@@ -11,12 +11,12 @@ class tst_CyclicSchedule : public QObject
     Q_OBJECT
 
 private slots:
-    void firstFrameIsOnePeriodAfterStartAndPhase();
-    void rateHasNoDrift();
-    void skippingEqualsStepping_data();
-    void skippingEqualsStepping();
-    void skippingNeverGoesBack();
-    void skipsYearsAtOnce();
+    static void firstFrameIsOnePeriodAfterStartAndPhase();
+    static void rateHasNoDrift();
+    static void skippingEqualsStepping_data();
+    static void skippingEqualsStepping();
+    static void skippingNeverGoesBack();
+    static void skipsYearsAtOnce();
 };
 
 void tst_CyclicSchedule::firstFrameIsOnePeriodAfterStartAndPhase()

@@ -12,11 +12,11 @@ class tst_FrameQueue : public QObject
     Q_OBJECT
 
 private slots:
-    void keepsEveryField();
-    void keepsOrderOverManyBlocks();
-    void remoteFramesKeepTheirLengthOnly();
-    void isFullAtItsLimit();
-    void clearEmptiesAndGoesOn();
+    static void keepsEveryField();
+    static void keepsOrderOverManyBlocks();
+    static void remoteFramesKeepTheirLengthOnly();
+    static void isFullAtItsLimit();
+    static void clearEmptiesAndGoesOn();
 };
 
 void tst_FrameQueue::keepsEveryField()

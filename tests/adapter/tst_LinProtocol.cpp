@@ -8,10 +8,10 @@ class tst_LinProtocol : public QObject
     Q_OBJECT
 
 private slots:
-    void protectedId_data();
-    void protectedId();
-    void checksum_data();
-    void checksum();
+    static void protectedId_data();
+    static void protectedId();
+    static void checksum_data();
+    static void checksum();
 };
 
 void tst_LinProtocol::protectedId_data()

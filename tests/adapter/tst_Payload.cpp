@@ -8,10 +8,10 @@ class tst_Payload : public QObject
     Q_OBJECT
 
 private slots:
-    void counting_data();
-    void counting();
-    void randomRepeats();
-    void randomDiffers();
+    static void counting_data();
+    static void counting();
+    static void randomRepeats();
+    static void randomDiffers();
 };
 
 void tst_Payload::counting_data()

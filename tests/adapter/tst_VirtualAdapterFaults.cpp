@@ -34,21 +34,21 @@ class tst_VirtualAdapterFaults : public QObject
     Q_OBJECT
 
 private slots:
-    void openRefused();
-    void infoRefused();
-    void initRefused();
-    void startRefused();
-    void receiveFailsNowAndThen();
-    void receiveFailsAlways();
-    void transmitAcceptsSome();
-    void callsTakeTime();
-    void oneCallTakesTime();
-    void vanishingIsCountedFromTheFirstOpen();
-    void vanishedDeviceFailsEveryCall();
-    void vanishedForGood();
-    void returnedDeviceMustBeOpenedAgain();
-    void othersGoOnWhenOneVanishes();
-    void vanishedGatewayForwardsNothing();
+    static void openRefused();
+    static void infoRefused();
+    static void initRefused();
+    static void startRefused();
+    static void receiveFailsNowAndThen();
+    static void receiveFailsAlways();
+    static void transmitAcceptsSome();
+    static void callsTakeTime();
+    static void oneCallTakesTime();
+    static void vanishingIsCountedFromTheFirstOpen();
+    static void vanishedDeviceFailsEveryCall();
+    static void vanishedForGood();
+    static void returnedDeviceMustBeOpenedAgain();
+    static void othersGoOnWhenOneVanishes();
+    static void vanishedGatewayForwardsNothing();
 };
 
 void tst_VirtualAdapterFaults::openRefused()

@@ -53,28 +53,28 @@ class tst_VirtualAdapterGateway : public QObject
     Q_OBJECT
 
 private slots:
-    void needsBothChannels();
-    void stateIsQueried();
-    void goesOffWhenAChannelStops_data();
-    void goesOffWhenAChannelStops();
-    void rememberedGatewayComesBack();
-    void forwardsBothWays();
-    void keepsTheOrderOfTimeAcrossBuses();
-    void ownFramesAreNotForwarded();
-    void honoursTheListOfTheReceivingChannel();
-    void typesAreDistinguished();
-    void listIsReadBack();
-    void listIsBounded();
-    void fdFramesNeedAnFdChannelOnTheOtherSide();
-    void listenOnlyChannelForwardsNothing();
-    void acceptanceFilterComesFirst();
-    void requestsAndRepliesPass();
-    void circlesEnd();
-    void oneBusOnBothSides();
-    void fullBuffersDoNotStopIt();
-    void nobodyReadsForYears();
-    void badArgumentsAreRefused();
-    void faultRefusesEverything();
+    static void needsBothChannels();
+    static void stateIsQueried();
+    static void goesOffWhenAChannelStops_data();
+    static void goesOffWhenAChannelStops();
+    static void rememberedGatewayComesBack();
+    static void forwardsBothWays();
+    static void keepsTheOrderOfTimeAcrossBuses();
+    static void ownFramesAreNotForwarded();
+    static void honoursTheListOfTheReceivingChannel();
+    static void typesAreDistinguished();
+    static void listIsReadBack();
+    static void listIsBounded();
+    static void fdFramesNeedAnFdChannelOnTheOtherSide();
+    static void listenOnlyChannelForwardsNothing();
+    static void acceptanceFilterComesFirst();
+    static void requestsAndRepliesPass();
+    static void circlesEnd();
+    static void oneBusOnBothSides();
+    static void fullBuffersDoNotStopIt();
+    static void nobodyReadsForYears();
+    static void badArgumentsAreRefused();
+    static void faultRefusesEverything();
 };
 
 void tst_VirtualAdapterGateway::needsBothChannels()

@@ -62,7 +62,7 @@ QByteArray modelOf(QLibrary &library, std::uint8_t dev)
     resolve<AdapterEntry::OpenDevice>(library, "VCI_OpenDevice")(Type, dev, 0);
     const auto readInfo = resolve<AdapterEntry::ReadInfo>(library, "KQ_ReadInfo");
     readInfo(Type, dev, info[0].data(), info[1].data(), info[2].data(), info[3].data());
-    return QByteArray(info[1].data());
+    return {info[1].data()};
 }
 
 /// Runs the function and answers what it wrote to the standard error stream.
@@ -93,21 +93,21 @@ class tst_VirtualAdapterLibrary : public QObject
 private slots:
     void init();
     void cleanup();
-    void exportsEveryEntry();
-    void classicBuildLacksTheFdEntriesOnly();
-    void classicBuildWorks();
-    void unsupportedEntriesAnswerZero();
-    void exportsNothingElse();
-    void hasTheNameTheProgramLoads();
-    void builtInTrafficArrives();
-    void builtInCanFdTrafficArrives();
-    void linThroughTheEntries();
-    void configurationIsReadFromTheWorkingDirectory();
-    void badConfigurationIsReportedOnce();
-    void missingConfigurationIsNotReported();
-    void unloadingForgetsEverything();
-    void loadCycles();
-    void threadsThroughTheEntries();
+    static void exportsEveryEntry();
+    static void classicBuildLacksTheFdEntriesOnly();
+    static void classicBuildWorks();
+    static void unsupportedEntriesAnswerZero();
+    static void exportsNothingElse();
+    static void hasTheNameTheProgramLoads();
+    static void builtInTrafficArrives();
+    static void builtInCanFdTrafficArrives();
+    static void linThroughTheEntries();
+    static void configurationIsReadFromTheWorkingDirectory();
+    static void badConfigurationIsReportedOnce();
+    static void missingConfigurationIsNotReported();
+    static void unloadingForgetsEverything();
+    static void loadCycles();
+    static void threadsThroughTheEntries();
 
 private:
     static void writeConfig(const QByteArray &text);
@@ -377,6 +377,7 @@ void tst_VirtualAdapterLibrary::threadsThroughTheEntries()
     std::vector<std::thread> threads;
     std::atomic<int> opened{0};
     std::atomic<int> closed{0};
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] {
             for (int round = 0; round < 1000; ++round) {

@@ -81,34 +81,34 @@ class tst_VirtualAdapterLin : public QObject
     Q_OBJECT
 
 private slots:
-    void slavesAnswer_data();
-    void slavesAnswer();
-    void checksumsOfSlaves();
-    void everyIdentifierCanAnswer();
-    void countingSlaveCounts();
-    void wrongBaudRateIsSilence();
-    void unconnectedChannelIsSilence();
-    void modes_data();
-    void modes();
-    void modesDecideWhatWorks();
-    void monitorSeesTheSchedule();
-    void monitorSeesNothingFromBefore();
-    void monitorSeesNothingAtAnotherBaudRate();
-    void silentSlavesAreNotSeen();
-    void wrongParityAndChecksumAreSeen();
-    void monitorSeesTheOtherChannel();
-    void transmitChecksumFollowsTheChannel_data();
-    void transmitChecksumFollowsTheChannel();
-    void monitorBufferIsBounded();
-    void nobodyMonitorsForYears();
-    void modeChangeDropsWhatWaits();
-    void slaveDataCanBeSet();
-    void openAndClose();
-    void closingTheDeviceClosesLin();
-    void badArgumentsAreRefused();
-    void faults_data();
-    void faults();
-    void refusedModes();
+    static void slavesAnswer_data();
+    static void slavesAnswer();
+    static void checksumsOfSlaves();
+    static void everyIdentifierCanAnswer();
+    static void countingSlaveCounts();
+    static void wrongBaudRateIsSilence();
+    static void unconnectedChannelIsSilence();
+    static void modes_data();
+    static void modes();
+    static void modesDecideWhatWorks();
+    static void monitorSeesTheSchedule();
+    static void monitorSeesNothingFromBefore();
+    static void monitorSeesNothingAtAnotherBaudRate();
+    static void silentSlavesAreNotSeen();
+    static void wrongParityAndChecksumAreSeen();
+    static void monitorSeesTheOtherChannel();
+    static void transmitChecksumFollowsTheChannel_data();
+    static void transmitChecksumFollowsTheChannel();
+    static void monitorBufferIsBounded();
+    static void nobodyMonitorsForYears();
+    static void modeChangeDropsWhatWaits();
+    static void slaveDataCanBeSet();
+    static void openAndClose();
+    static void closingTheDeviceClosesLin();
+    static void badArgumentsAreRefused();
+    static void faults_data();
+    static void faults();
+    static void refusedModes();
 };
 
 void tst_VirtualAdapterLin::slavesAnswer_data()

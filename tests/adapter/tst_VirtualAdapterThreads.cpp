@@ -128,9 +128,9 @@ class tst_VirtualAdapterThreads : public QObject
     Q_OBJECT
 
 private slots:
-    void randomCallsFromManyThreads();
-    void readersAndSendersLoseNothing();
-    void aSlowCallHoldsUpNobody();
+    static void randomCallsFromManyThreads();
+    static void readersAndSendersLoseNothing();
+    static void aSlowCallHoldsUpNobody();
 };
 
 void tst_VirtualAdapterThreads::randomCallsFromManyThreads()

@@ -11,13 +11,13 @@ class tst_AdapterProblem : public QObject
     Q_OBJECT
 
 private slots:
-    void missingLibrary();
-    void wrongArchitecture();
-    void unloadableLibrary();
-    void libraryThatIsTooOld();
-    void nothingToTell();
-    void channelThatDoesNotOpen_data();
-    void channelThatDoesNotOpen();
+    static void missingLibrary();
+    static void wrongArchitecture();
+    static void unloadableLibrary();
+    static void libraryThatIsTooOld();
+    static void nothingToTell();
+    static void channelThatDoesNotOpen_data();
+    static void channelThatDoesNotOpen();
 };
 
 namespace {

@@ -32,18 +32,18 @@ class tst_Application : public QObject
     Q_OBJECT
 
 private slots:
-    void startsOnce();
-    void startsAfterAKill();
-    void restarts();
-    void restartsInTheOtherLanguage();
-    void startsWithADamagedSettingsFile();
-    void endsInTime_data();
-    void endsInTime();
-    void endsWhileTheServerHangs_data();
-    void endsWhileTheServerHangs();
-    void finishesTheFileBeforeItEnds();
-    void startsAfterALibraryThatHung();
-    void startsWithoutALibrary();
+    static void startsOnce();
+    static void startsAfterAKill();
+    static void restarts();
+    static void restartsInTheOtherLanguage();
+    static void startsWithADamagedSettingsFile();
+    static void endsInTime_data();
+    static void endsInTime();
+    static void endsWhileTheServerHangs_data();
+    static void endsWhileTheServerHangs();
+    static void finishesTheFileBeforeItEnds();
+    static void startsAfterALibraryThatHung();
+    static void startsWithoutALibrary();
 };
 
 void tst_Application::startsOnce()

@@ -11,10 +11,10 @@ class tst_ApplicationSetup : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void oneFontForAllWidgets();
-    void scalesAsTheScreenIsSet();
-    void oneStyleOnAllSystems();
+    static void initTestCase();
+    static void oneFontForAllWidgets();
+    static void scalesAsTheScreenIsSet();
+    static void oneStyleOnAllSystems();
 };
 
 void tst_ApplicationSetup::initTestCase()

@@ -9,10 +9,10 @@ class tst_DownloadFileName : public QObject
     Q_OBJECT
 
 private slots:
-    void names_data();
-    void names();
-    void refused_data();
-    void refused();
+    static void names_data();
+    static void names();
+    static void refused_data();
+    static void refused();
 };
 
 void tst_DownloadFileName::names_data()

@@ -10,13 +10,13 @@ class tst_Driver : public QObject
     Q_OBJECT
 
 private slots:
-    void certificate();
-    void driver();
-    void migrationDriver();
-    void installerByWindows();
-    void runsTheCertificateToolFirst();
-    void installsWithoutTheCertificateTool();
-    void reportsAMissingInstaller();
+    static void certificate();
+    static void driver();
+    static void migrationDriver();
+    static void installerByWindows();
+    static void runsTheCertificateToolFirst();
+    static void installsWithoutTheCertificateTool();
+    static void reportsAMissingInstaller();
 
 private:
     /// A copy of the stand-in program.

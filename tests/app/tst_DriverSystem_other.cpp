@@ -10,7 +10,7 @@ class tst_DriverSystem : public QObject
     Q_OBJECT
 
 private slots:
-    void installsNothing();
+    static void installsNothing();
 };
 
 void tst_DriverSystem::installsNothing()

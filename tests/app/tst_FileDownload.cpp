@@ -32,7 +32,7 @@ extern "C" int fdatasync(int file)
 #endif
 
 namespace {
-constexpr qint64 Plenty = 1000 * 1000 * 1000;
+constexpr qint64 Plenty = Q_INT64_C(1000) * 1000 * 1000;
 
 /// What a download tells, each as it came.
 struct Reports
@@ -120,21 +120,21 @@ private slots:
     void downloads();
     void replacesAFile();
     void followsARedirect();
-    void failures_data();
+    static void failures_data();
     void failures();
     void failureLeavesWhatWasThere();
-    void addresses_data();
+    static void addresses_data();
     void addresses();
     void sizeLimit();
-    void stalls_data();
+    static void stalls_data();
     void stalls();
     void slowButSteady();
-    void cannotWrite_data();
+    static void cannotWrite_data();
     void cannotWrite();
 #ifdef Q_OS_UNIX
     void diskIsFull();
 #endif
-    void cancels_data();
+    static void cancels_data();
     void cancels();
     void cancelsWhatIsCompleteButUntold();
 #ifdef Q_OS_LINUX
@@ -321,7 +321,7 @@ void tst_FileDownload::sizeLimit()
         QCOMPARE(reports.text, QStringLiteral("The file on the server is too large."));
         const bool isAnnounced = qstrcmp(behaviour, "rubbish-chunked") != 0;
         QVERIFY(!isAnnounced || reports.progress == 0);
-        QVERIFY(reports.lastReceived < 20 * 1000 * 1000);
+        QVERIFY(reports.lastReceived < Q_INT64_C(20) * 1000 * 1000);
         QCOMPARE(remains(), QStringList());
     }
     FileDownload download;
@@ -394,7 +394,7 @@ void tst_FileDownload::diskIsFull()
     FileDownload download;
     Reports reports(download);
     {
-        const FullDisk disk(500 * 1000);
+        const FullDisk disk(rlim_t(500) * 1000);
         download.start(url(), m_target, Plenty);
         QTRY_COMPARE(reports.finished, 1);
     }
@@ -479,7 +479,7 @@ void tst_FileDownload::waitsForTheDiskOnlyWithAWholeFile()
     QTRY_COMPARE(remains(), QStringList());
     QCOMPARE(diskWaits.load(), 0);
 
-    download.start(url("rubbish-chunked"), m_target, 1000 * 1000);
+    download.start(url("rubbish-chunked"), m_target, Q_INT64_C(1000) * 1000);
     QTRY_COMPARE(reports.finished, 1);
     QVERIFY(!reports.isOk);
     QCOMPARE(remains(), QStringList());

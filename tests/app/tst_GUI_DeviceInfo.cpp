@@ -44,24 +44,24 @@ private slots:
 
     void look();
     void withoutADevice();
-    void productCodes_data();
-    void productCodes();
-    void productCodeIsAskedFor_data();
+    static void productCodes_data();
+    static void productCodes();
+    static void productCodeIsAskedFor_data();
     void productCodeIsAskedFor();
     void otherModelIsNotAskedFor();
     void noDeviceIsNotAskedFor();
     void deviceReadAtTheClickCounts();
     void queryRunsAside();
-    void failedQuery_data();
+    static void failedQuery_data();
     void failedQuery();
     void noAnswerInTime();
     void latestVersion();
-    void anyOtherVersionIsOffered_data();
+    static void anyOtherVersionIsOffered_data();
     void anyOtherVersionIsOffered();
     void versionCannotBringMarkup();
     void refusedOfferChangesNothing();
     void upgrade();
-    void failedDownload_data();
+    static void failedDownload_data();
     void failedDownload();
     void addressWithoutAName();
     void missingUpgradeProgram();
@@ -73,7 +73,7 @@ private slots:
     void closingLeavesTheProgramRunning();
     void destroyingLeavesTheProgramRunning();
 
-    void migrationInstallsTheDriverFirst_data();
+    static void migrationInstallsTheDriverFirst_data();
     void migrationInstallsTheDriverFirst();
     void migrationPopup();
     void migrationIsFreedAtItsEnd();

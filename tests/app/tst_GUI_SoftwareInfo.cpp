@@ -12,12 +12,12 @@ class tst_GUI_SoftwareInfo : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { initResources(); }
-    void nameAndVersionAreShown();
-    void supportAddress_data();
-    void supportAddress();
-    void withoutSupportAddress();
-    void updateIsAskedFor();
+    static void initTestCase() { initResources(); }
+    static void nameAndVersionAreShown();
+    static void supportAddress_data();
+    static void supportAddress();
+    static void withoutSupportAddress();
+    static void updateIsAskedFor();
 
 private:
     static QLabel *label(const QWidget &dialog, const char *name)

@@ -105,25 +105,25 @@ class tst_GUI_Update : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { initResources(); }
-    void look();
-    void upToDate();
-    void checkFailed();
-    void checkFailedWithoutAWebSite();
-    void newVersion();
-    void everyStateAfterEveryOther();
-    void buttons();
-    void enterPressesTheButton();
-    void unknownStateChangesNothing();
-    void versionLineIsPlainText();
-    void webSiteIsNoMarkup();
-    void links_data();
-    void links();
-    void loadsNothing_data();
-    void loadsNothing();
-    void keepsPlainMarkup();
-    void hostileMarkup_data();
-    void hostileMarkup();
+    static void initTestCase() { initResources(); }
+    static void look();
+    static void upToDate();
+    static void checkFailed();
+    static void checkFailedWithoutAWebSite();
+    static void newVersion();
+    static void everyStateAfterEveryOther();
+    static void buttons();
+    static void enterPressesTheButton();
+    static void unknownStateChangesNothing();
+    static void versionLineIsPlainText();
+    static void webSiteIsNoMarkup();
+    static void links_data();
+    static void links();
+    static void loadsNothing_data();
+    static void loadsNothing();
+    static void keepsPlainMarkup();
+    static void hostileMarkup_data();
+    static void hostileMarkup();
 };
 
 void tst_GUI_Update::look()

@@ -57,29 +57,29 @@ class tst_HttpServer : public QObject
 
 private slots:
     void initTestCase();
-    void newerThanProgram_data();
-    void newerThanProgram();
-    void productCode() { QCOMPARE(programProductCode(), Code); }
+    static void newerThanProgram_data();
+    static void newerThanProgram();
+    static void productCode() { QCOMPARE(programProductCode(), Code); }
     void asks();
-    void baseUrls_data();
+    static void baseUrls_data();
     void baseUrls();
-    void useless_data();
-    void useless();
+    static void useless_data();
+    static void useless();
     void encodesTheCode();
     void unknownCode();
-    void failures_data();
+    static void failures_data();
     void failures();
-    void incompleteAnswers_data();
+    static void incompleteAnswers_data();
     void incompleteAnswers();
     void followsARedirect();
-    void staysOffOtherSchemes_data();
+    static void staysOffOtherSchemes_data();
     void staysOffOtherSchemes();
-    void refusedConnection();
-    void silentServers_data();
+    static void refusedConnection();
+    static void silentServers_data();
     void silentServers();
     void limit_data();
     void limit();
-    void oneByteAfterTheOther();
+    static void oneByteAfterTheOther();
     void startEndsTheOneBefore();
     void deletedInItsSignal();
     void deletedWhileItRuns();
@@ -473,6 +473,7 @@ void tst_HttpServer::waitsOnManyThreadsAtOnce()
     std::atomic<int> answered{0};
     const HttpServer server(m_server.url());
     std::vector<std::thread> threads;
+    threads.reserve(8);
     for (int index = 0; index < 8; ++index) {
         threads.emplace_back([&] {
             for (int round = 0; round < 5; ++round) {

@@ -219,16 +219,16 @@ class tst_Keyboard : public QObject
 
 private slots:
     void initTestCase();
-    void tabOrder_data() { addWindows(); }
-    void tabOrder();
-    void escape_data() { addWindows(); }
-    void escape();
-    void closingWithFocusInAField_data();
-    void closingWithFocusInAField();
-    void mnemonics_data() { addWindows(); }
-    void mnemonics();
-    void defaultButton_data() { addWindows(); }
-    void defaultButton();
+    static void tabOrder_data() { addWindows(); }
+    static void tabOrder();
+    static void escape_data() { addWindows(); }
+    static void escape();
+    static void closingWithFocusInAField_data();
+    static void closingWithFocusInAField();
+    static void mnemonics_data() { addWindows(); }
+    static void mnemonics();
+    static void defaultButton_data() { addWindows(); }
+    static void defaultButton();
 
 private:
     static void addWindows();

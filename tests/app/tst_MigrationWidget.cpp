@@ -20,13 +20,13 @@ class tst_MigrationWidget : public QObject
 private slots:
     void init();
     void cleanup();
-    void pathsAreRelativeToTheApplication();
+    static void pathsAreRelativeToTheApplication();
     void idleLook();
     void description();
     void imageIsTheOnlyArgument();
     void looksWhileRunning();
     void barStaysAtItsMaximum();
-    void exitCodes_data();
+    static void exitCodes_data();
     void exitCodes();
     void crashIsAnUnknownError();
     void missingProgramIsAnUnknownError();
@@ -45,7 +45,7 @@ private:
     QProgressBar *bar() const { return find<QProgressBar>("progressBar"); }
     QTextEdit *result() const { return find<QTextEdit>("tbx_result"); }
     void clickMigration() const { QTest::mouseClick(button(), Qt::LeftButton); }
-    void expectWarning() const
+    static void expectWarning()
     {
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^Upgrade program .*UpgradeCAN.exe: .+")));
     }

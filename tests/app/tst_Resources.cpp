@@ -644,7 +644,7 @@ void tst_Resources::styleSheetAppliesWithoutComplaint()
 void tst_Resources::controlsAreCompact()
 {
     const auto window = windowWithAllControls();
-    const auto checkHeight = [&window](const QWidget *control) {
+    const auto checkHeight = [](const QWidget *control) {
         QVERIFY(control != nullptr);
         const int height = control->sizeHint().height();
         QVERIFY2(height >= 24 && height <= 26,

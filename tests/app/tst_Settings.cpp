@@ -19,16 +19,16 @@ class tst_Settings : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QStandardPaths::setTestModeEnabled(true); } // not the user's own file
+    static void initTestCase() { QStandardPaths::setTestModeEnabled(true); } // not the user's own file
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
-    void cleanup() { QFile::remove(iniPath()); }
-    void noFileIsChinese();
-    void storedLanguage();
-    void storesTheLanguage();
-    void damagedFileIsChinese_data();
-    void damagedFileIsChinese();
+    static void cleanup() { QFile::remove(iniPath()); }
+    static void noFileIsChinese();
+    static void storedLanguage();
+    static void storesTheLanguage();
+    static void damagedFileIsChinese_data();
+    static void damagedFileIsChinese();
     void keepsOtherKeys();
-    void storesForTheUser_data();
+    static void storesForTheUser_data();
     void storesForTheUser();
     void theProgramsFileCountsAgain();
     void isStoredNowhere();

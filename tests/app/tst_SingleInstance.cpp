@@ -13,11 +13,11 @@ class tst_SingleInstance : public QObject
 
 private slots:
     void initTestCase();
-    void isNamedAfterTheProgram();
-    void holdsOnce();
-    void isFreeAfterRelease();
-    void holdsTheSegmentToo();
-    void cannotHoldWithoutATemporaryFolder();
+    static void isNamedAfterTheProgram();
+    static void holdsOnce();
+    static void isFreeAfterRelease();
+    static void holdsTheSegmentToo();
+    static void cannotHoldWithoutATemporaryFolder();
 
 private:
     QTemporaryDir m_folder;

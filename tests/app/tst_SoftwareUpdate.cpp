@@ -57,17 +57,17 @@ private slots:
     void init();
     void cleanup();
 
-    void setupOfProgram();
-    void versionsAtStart_data();
+    static void setupOfProgram();
+    static void versionsAtStart_data();
     void versionsAtStart();
-    void startFindsNothing_data();
+    static void startFindsNothing_data();
     void startFindsNothing();
     void lateAnswerIsDropped();
     void deletedBeforeTheAnswer();
 
     void offersWhatTheStartFound();
     void offerWithoutAFindSearches();
-    void requests_data();
+    static void requests_data();
     void requests();
     void requestWithoutAnAnswer();
     void oneRequestAtATime();
@@ -75,15 +75,15 @@ private slots:
 
     void downloadsAndInstalls();
     void progressDialog();
-    void cancels_data();
+    static void cancels_data();
     void cancels();
-    void failedDownloads_data();
+    static void failedDownloads_data();
     void failedDownloads();
     void programThatCannotBeStarted();
     void emptyAddress();
     void oneDownloadAtATime();
     void canBeTriedAgain();
-    void endsAtAnyTime_data();
+    static void endsAtAnyTime_data();
     void endsAtAnyTime();
 
 private:

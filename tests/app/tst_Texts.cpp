@@ -56,10 +56,10 @@ class tst_Texts : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void foreignLettersAreFound();
-    void window_data();
-    void window();
+    static void initTestCase();
+    static void foreignLettersAreFound();
+    static void window_data();
+    static void window();
 };
 
 void tst_Texts::initTestCase()

@@ -179,20 +179,20 @@ class tst_CanAcceptanceFilter : public QObject
     Q_OBJECT
 
 private slots:
-    void codeAndMask_data();
-    void codeAndMask();
-    void letsAllListedPass_data();
-    void letsAllListedPass();
-    void isTheNarrowest_data();
-    void isTheNarrowest();
-    void passageOfEveryStandardIdentifier();
-    void passageOfExtendedIdentifiers();
-    void countsPassingIdentifiers_data();
-    void countsPassingIdentifiers();
-    void countsAgreeWithThePassage();
-    void countsListedIdentifiers_data();
-    void countsListedIdentifiers();
-    void countsListedAsASetDoes();
+    static void codeAndMask_data();
+    static void codeAndMask();
+    static void letsAllListedPass_data();
+    static void letsAllListedPass();
+    static void isTheNarrowest_data();
+    static void isTheNarrowest();
+    static void passageOfEveryStandardIdentifier();
+    static void passageOfExtendedIdentifiers();
+    static void countsPassingIdentifiers_data();
+    static void countsPassingIdentifiers();
+    static void countsAgreeWithThePassage();
+    static void countsListedIdentifiers_data();
+    static void countsListedIdentifiers();
+    static void countsListedAsASetDoes();
 
 private:
     static void addLists();

@@ -12,21 +12,21 @@ class tst_CanDeviceParam : public QObject
     Q_OBJECT
 
 private slots:
-    void numberFromHexText_data();
-    void numberFromHexText();
-    void linBaudRate_data();
-    void linBaudRate();
-    void timing_data();
-    void timing();
-    void acceptance_data();
-    void acceptance();
-    void oneChannelParamPerChannel();
-    void listenOnly_data();
-    void listenOnly();
-    void fdWithADataRate_data();
-    void fdWithADataRate();
-    void linFields();
-    void noChannels();
+    static void numberFromHexText_data();
+    static void numberFromHexText();
+    static void linBaudRate_data();
+    static void linBaudRate();
+    static void timing_data();
+    static void timing();
+    static void acceptance_data();
+    static void acceptance();
+    static void oneChannelParamPerChannel();
+    static void listenOnly_data();
+    static void listenOnly();
+    static void fdWithADataRate_data();
+    static void fdWithADataRate();
+    static void linFields();
+    static void noChannels();
 };
 
 void tst_CanDeviceParam::numberFromHexText_data()

@@ -8,13 +8,13 @@ class tst_CanFrameInput : public QObject
     Q_OBJECT
 
 private slots:
-    void frameId_data();
-    void frameId();
-    void correctedText_data();
-    void correctedText();
-    void lengths();
-    void classicFrame();
-    void fdFrame();
+    static void frameId_data();
+    static void frameId();
+    static void correctedText_data();
+    static void correctedText();
+    static void lengths();
+    static void classicFrame();
+    static void fdFrame();
 };
 
 void tst_CanFrameInput::frameId_data()

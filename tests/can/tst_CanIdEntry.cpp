@@ -11,11 +11,11 @@ class tst_CanIdEntry : public QObject
     Q_OBJECT
 
 private slots:
-    void checks_data();
-    void checks();
-    void namesTheRange();
-    void refusesWhatIsListed();
-    void endsWhenTheListIsFull();
+    static void checks_data();
+    static void checks();
+    static void namesTheRange();
+    static void refusesWhatIsListed();
+    static void endsWhenTheListIsFull();
 };
 
 void tst_CanIdEntry::checks_data()

@@ -57,7 +57,7 @@ private slots:
 
     void opensOneList();
     void listsWhatIsPrinted();
-    void sendsOnTheTabsChannel_data();
+    static void sendsOnTheTabsChannel_data();
     void sendsOnTheTabsChannel();
     void listLocksTheTab();
     void timedSendingLocksTheList();

@@ -50,9 +50,9 @@ private slots:
     void emptyFieldsAreOne();
     void aCycleOfZeroIsOneMillisecond();
     void hugeNumbersAreCut();
-    void increasesTheIdentifier_data();
+    static void increasesTheIdentifier_data();
     void increasesTheIdentifier();
-    void increasesTheData_data();
+    static void increasesTheData_data();
     void increasesTheData();
     void increasesBothOfFdFrames();
     void sendsTheSameFrameWithoutIncrease();

@@ -8,11 +8,11 @@ class tst_FrameIncrement : public QObject
     Q_OBJECT
 
 private slots:
-    void identifier_data();
-    void identifier();
-    void payload_data();
-    void payload();
-    void payloadIsALittleEndianCounter();
+    static void identifier_data();
+    static void identifier();
+    static void payload_data();
+    static void payload();
+    static void payloadIsALittleEndianCounter();
 };
 
 void tst_FrameIncrement::identifier_data()

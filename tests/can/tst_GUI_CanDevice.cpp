@@ -49,7 +49,7 @@ class tst_GUI_CanDevice : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
+    static void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
     void init();
     void cleanup();
 
@@ -77,7 +77,7 @@ private slots:
     void savesInRealTime();
     void realTimeSavingEndsWithTheFolder();
     void cacheFieldActsWhenItIsEdited();
-    void oddCacheSizesKeepTheOneInForce_data();
+    static void oddCacheSizesKeepTheOneInForce_data();
     void oddCacheSizesKeepTheOneInForce();
     void takesALongIdentifier();
     void folds();
@@ -686,7 +686,7 @@ void tst_GUI_CanDevice::playsAFile()
     QTRY_COMPARE(other.rows(), 2);
 
     user->click("btn_sendFile");
-    GUI_CanSendFile *dialog = user->dialog<GUI_CanSendFile>();
+    auto *dialog = user->dialog<GUI_CanSendFile>();
     dialog->findChild<QLineEdit *>(QStringLiteral("lbx_fileName"))->setText(path);
     dialog->findChild<QSpinBox *>(QStringLiteral("sbx_interval"))->setValue(1);
     auto *count = dialog->findChild<QSpinBox *>(QStringLiteral("sbx_count"));
@@ -711,7 +711,7 @@ void tst_GUI_CanDevice::routesTheNoticesOfTheFileSender()
     QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
     QSignalSpy messages(&user.tab, &WidgetDeviceBase::sig_showMessageBox);
     user.click("btn_sendFile");
-    GUI_CanSendFile *dialog = user.dialog<GUI_CanSendFile>();
+    auto *dialog = user.dialog<GUI_CanSendFile>();
     dialog->findChild<QLineEdit *>(QStringLiteral("lbx_fileName"))->setText(QStringLiteral("/no/such/file.can"));
     QTest::mouseClick(dialog->findChild<QPushButton *>(QStringLiteral("btn_send")), Qt::LeftButton);
     QTRY_COMPARE(notices.count(), 1);

@@ -87,27 +87,27 @@ class tst_GUI_CanFilterTool : public QObject
     Q_OBJECT
 
 private slots:
-    void startsEmpty();
-    void listsIdentifiersAndRanges();
-    void showsTheFilter();
-    void countsTheOthers();
-    void removesTheSelectedRows();
-    void deleteKeyRemoves();
-    void clears();
-    void saysWhatIsWrong_data();
-    void saysWhatIsWrong();
-    void saysWhenTheListIsFull();
-    void theProblemGoesAway();
-    void typesHexadecimalOnly();
-    void testsAnIdentifier();
-    void theVerdictFollowsTheList();
-    void enterAdds();
-    void enterInEmptyFieldsAccepts();
-    void okAddsWhatIsTyped();
-    void okStaysWhenWhatIsTypedIsWrong();
-    void escCancels();
-    void startsWithAnEarlierList();
-    void looks();
+    static void startsEmpty();
+    static void listsIdentifiersAndRanges();
+    static void showsTheFilter();
+    static void countsTheOthers();
+    static void removesTheSelectedRows();
+    static void deleteKeyRemoves();
+    static void clears();
+    static void saysWhatIsWrong_data();
+    static void saysWhatIsWrong();
+    static void saysWhenTheListIsFull();
+    static void theProblemGoesAway();
+    static void typesHexadecimalOnly();
+    static void testsAnIdentifier();
+    static void theVerdictFollowsTheList();
+    static void enterAdds();
+    static void enterInEmptyFieldsAccepts();
+    static void okAddsWhatIsTyped();
+    static void okStaysWhenWhatIsTypedIsWrong();
+    static void escCancels();
+    static void startsWithAnEarlierList();
+    static void looks();
 };
 
 void tst_GUI_CanFilterTool::startsEmpty()

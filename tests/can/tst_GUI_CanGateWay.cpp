@@ -114,38 +114,38 @@ class tst_GUI_CanGateWay : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { initResources(); }
+    static void initTestCase() { initResources(); }
 
-    void looksAsItShould();
-    void speaksChinese();
-    void showsTheEntries();
-    void rowHasItsPictures();
-    void entryTakesHexadecimalOnly();
-    void appliesOrRefuses_data();
-    void appliesOrRefuses();
-    void refusesADuplicate();
-    void listsAnIdentifierOncePerType();
-    void refusesTheSixtyFifth();
-    void countComesBeforeDuplicate();
-    void newRowComesLastAndIntoView();
-    void deletesARow();
-    void deletesOneOfBothTypes();
-    void deletesRowByRow();
-    void deletingKeepsWhatIsInView();
-    void deletesWithTheKeyboard();
-    void delElsewhereDeletesNoRow();
-    void delNeedsASelectedRow();
-    void clears();
-    void oddWordsStay();
-    void moreThanItTakes();
-    void okAccepts();
-    void leavingDiscards_data();
-    void leavingDiscards();
-    void enterApplies();
-    void enterOnAButtonPressesIt();
-    void entryIsReadyForTheNextOne();
-    void tabOrder();
-    void rowsFit();
+    static void looksAsItShould();
+    static void speaksChinese();
+    static void showsTheEntries();
+    static void rowHasItsPictures();
+    static void entryTakesHexadecimalOnly();
+    static void appliesOrRefuses_data();
+    static void appliesOrRefuses();
+    static void refusesADuplicate();
+    static void listsAnIdentifierOncePerType();
+    static void refusesTheSixtyFifth();
+    static void countComesBeforeDuplicate();
+    static void newRowComesLastAndIntoView();
+    static void deletesARow();
+    static void deletesOneOfBothTypes();
+    static void deletesRowByRow();
+    static void deletingKeepsWhatIsInView();
+    static void deletesWithTheKeyboard();
+    static void delElsewhereDeletesNoRow();
+    static void delNeedsASelectedRow();
+    static void clears();
+    static void oddWordsStay();
+    static void moreThanItTakes();
+    static void okAccepts();
+    static void leavingDiscards_data();
+    static void leavingDiscards();
+    static void enterApplies();
+    static void enterOnAButtonPressesIt();
+    static void entryIsReadyForTheNextOne();
+    static void tabOrder();
+    static void rowsFit();
 };
 
 void tst_GUI_CanGateWay::looksAsItShould()
@@ -473,7 +473,7 @@ void tst_GUI_CanGateWay::leavingDiscards()
 {
     QFETCH(QString, way);
     const Words callers = standardWords(3);
-    Words words = callers;
+    const Words &words = callers;
     DialogUnderTest user(words);
     QSignalSpy accepted(&user.dialog, &QDialog::accepted);
     QSignalSpy rejected(&user.dialog, &QDialog::rejected);

@@ -62,13 +62,13 @@ private slots:
     void staysAtTheBottom();
     void stops();
     void startsAnew();
-    void refused_data();
+    static void refused_data();
     void refused();
     void refusedScanKeepsTheResults();
     void interrupted();
     void othersScansAreTheirs();
     void applies();
-    void closingStops_data();
+    static void closingStops_data();
     void closingStops();
     void parentClosedStops();
     void destructionStops();

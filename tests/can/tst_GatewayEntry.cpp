@@ -13,16 +13,16 @@ class tst_GatewayEntry : public QObject
     Q_OBJECT
 
 private slots:
-    void word_data();
-    void word();
-    void oddWords_data();
-    void oddWords();
-    void idFromText_data();
-    void idFromText();
-    void idText_data();
-    void idText();
-    void rowNumber_data();
-    void rowNumber();
+    static void word_data();
+    static void word();
+    static void oddWords_data();
+    static void oddWords();
+    static void idFromText_data();
+    static void idFromText();
+    static void idText_data();
+    static void idText();
+    static void rowNumber_data();
+    static void rowNumber();
 };
 
 void tst_GatewayEntry::word_data()

@@ -60,7 +60,7 @@ private slots:
 
     void settingNeedsTheGateway();
     void forwardsNothingWhileOff();
-    void forwardsTheListedOnly_data();
+    static void forwardsTheListedOnly_data();
     void forwardsTheListedOnly();
     void typesAreDistinguished();
     void forwardsAllWithAnEmptyList();

@@ -22,17 +22,17 @@ class tst_GatewayIdList : public QObject
     Q_OBJECT
 
 private slots:
-    void startsSorted();
-    void addsBehindTheOthers();
-    void refusesADuplicate();
-    void holdsBothTypesOfAnIdentifier();
-    void refusesTheSixtyFifth();
-    void countComesBeforeDuplicate();
-    void hasRoomAfterRemoving();
-    void removingKeepsTheOrder();
-    void clearing();
-    void keepsOddWords();
-    void keepsMoreThanItTakes();
+    static void startsSorted();
+    static void addsBehindTheOthers();
+    static void refusesADuplicate();
+    static void holdsBothTypesOfAnIdentifier();
+    static void refusesTheSixtyFifth();
+    static void countComesBeforeDuplicate();
+    static void hasRoomAfterRemoving();
+    static void removingKeepsTheOrder();
+    static void clearing();
+    static void keepsOddWords();
+    static void keepsMoreThanItTakes();
 };
 
 void tst_GatewayIdList::startsSorted()

@@ -34,12 +34,12 @@ class tst_WidgetDeviceBase : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
-    void keepsTheChannelParameters();
-    void validators();
-    void savePath_data();
-    void savePath();
-    void cancelledSave();
+    static void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
+    static void keepsTheChannelParameters();
+    static void validators();
+    static void savePath_data();
+    static void savePath();
+    static void cancelledSave();
 };
 
 void tst_WidgetDeviceBase::keepsTheChannelParameters()

@@ -18,15 +18,15 @@ class tst_CANFile : public QObject
     Q_OBJECT
 
 private slots:
-    void typesInTheirOrder();
-    void emptyUntilLoaded();
-    void nextGoesRound();
-    void loadBeginsAnew();
-    void failedLoadLeavesNothing_data();
-    void failedLoadLeavesNothing();
-    void endingDecides();
-    void fileIsClosedAfterwards();
-    void takesFramesReadElsewhere();
+    static void typesInTheirOrder();
+    static void emptyUntilLoaded();
+    static void nextGoesRound();
+    static void loadBeginsAnew();
+    static void failedLoadLeavesNothing_data();
+    static void failedLoadLeavesNothing();
+    static void endingDecides();
+    static void fileIsClosedAfterwards();
+    static void takesFramesReadElsewhere();
 };
 
 void tst_CANFile::typesInTheirOrder()

@@ -69,7 +69,7 @@ struct Table
         return texts;
     }
     QStringList numbers() const { return column(0); }
-    void wheel(QWidget *target, int delta) const
+    static void wheel(QWidget *target, int delta)
     {
         const QPointF place = target->rect().center();
         QWheelEvent event(place, target->mapToGlobal(place.toPoint()), QPoint(), QPoint(0, delta), Qt::NoButton,
@@ -86,7 +86,7 @@ public:
     QString translate(const char *context, const char *text, const char *, int) const override
     {
         if (qstrcmp(context, "CTableViewCAN") != 0) {
-            return QString();
+            return {};
         }
         return QLatin1Char('<') + QString::fromLatin1(text) + QLatin1Char('>');
     }
@@ -107,45 +107,45 @@ class tst_CTableViewCAN : public QObject
 private slots:
     void init();
 
-    void layoutAndColumns();
-    void viewSettings();
-    void itemsCarryFontAndHeight();
+    static void layoutAndColumns();
+    static void viewSettings();
+    static void itemsCarryFontAndHeight();
     void textsAreTranslated();
 
-    void cellsOfAReceivedFrame();
-    void cellsOfASentFrame();
-    void longAndEmptyPayload();
-    void extendedRemoteFrame();
+    static void cellsOfAReceivedFrame();
+    static void cellsOfASentFrame();
+    static void longAndEmptyPayload();
+    static void extendedRemoteFrame();
 
-    void fullCacheIgnoresFrames();
-    void batchEndsAtTheCacheSize();
-    void queueCountsForTheCache();
-    void filterHidesIdentifiers();
-    void filterInABatch();
-    void filterInABatchAndTheCache();
+    static void fullCacheIgnoresFrames();
+    static void batchEndsAtTheCacheSize();
+    static void queueCountsForTheCache();
+    static void filterHidesIdentifiers();
+    static void filterInABatch();
+    static void filterInABatchAndTheCache();
 
-    void clearLeavesTheQueue();
-    void clearEmptiesEverything();
-    void cacheSizeCutsTheNewest();
-    void cacheSizeZeroAndNegative();
+    static void clearLeavesTheQueue();
+    static void clearEmptiesEverything();
+    static void cacheSizeCutsTheNewest();
+    static void cacheSizeZeroAndNegative();
 
-    void ratesEverySecondRefresh();
-    void timerRefreshes();
+    static void ratesEverySecondRefresh();
+    static void timerRefreshes();
 
-    void scrollBarRange();
-    void autoScroll();
-    void withoutAutoScroll();
-    void scrollBarMovesTheRows();
-    void scrollBarArrows();
-    void wheelMovesOneRow_data();
-    void wheelMovesOneRow();
-    void wheelOnTheScrollBar();
-    void resizeShowsMoreRows();
-    void resizeAtTheEndMovesTheFirstRow();
-    void resizeBelowOneRow();
-    void onlyVisibleRowsAreItems();
-    void oneSignalForAllCells();
-    void modelIsSound();
+    static void scrollBarRange();
+    static void autoScroll();
+    static void withoutAutoScroll();
+    static void scrollBarMovesTheRows();
+    static void scrollBarArrows();
+    static void wheelMovesOneRow_data();
+    static void wheelMovesOneRow();
+    static void wheelOnTheScrollBar();
+    static void resizeShowsMoreRows();
+    static void resizeAtTheEndMovesTheFirstRow();
+    static void resizeBelowOneRow();
+    static void onlyVisibleRowsAreItems();
+    static void oneSignalForAllCells();
+    static void modelIsSound();
 
     void saveAllAndSome();
     void saveRangeNumbersAsInTheTable();

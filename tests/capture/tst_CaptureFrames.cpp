@@ -11,9 +11,9 @@ class tst_CaptureFrames : public QObject
     Q_OBJECT
 
 private slots:
-    void wordsHoldTheirFields();
-    void framesComeBackInOrder();
-    void movedListIsEmptyAndUsable();
+    static void wordsHoldTheirFields();
+    static void framesComeBackInOrder();
+    static void movedListIsEmptyAndUsable();
 };
 
 void tst_CaptureFrames::wordsHoldTheirFields()

@@ -70,16 +70,16 @@ class tst_CaptureInput : public QObject
     Q_OBJECT
 
 private slots:
-    void lines_data();
-    void lines();
-    void linesOfAnyLengthAcrossPieces();
-    void needCountsWhatIsLeft();
-    void smallReadsAreJoined();
-    void readsNoMoreThanTheFileHeldAtFirst();
-    void fileCutMeanwhileEndsEarly();
-    void failingReadIsBroken();
-    void stopIsSeenAtTheNextPiece();
-    void longLineIsReadOnce();
+    static void lines_data();
+    static void lines();
+    static void linesOfAnyLengthAcrossPieces();
+    static void needCountsWhatIsLeft();
+    static void smallReadsAreJoined();
+    static void readsNoMoreThanTheFileHeldAtFirst();
+    static void fileCutMeanwhileEndsEarly();
+    static void failingReadIsBroken();
+    static void stopIsSeenAtTheNextPiece();
+    static void longLineIsReadOnce();
 };
 
 void tst_CaptureInput::lines_data()
@@ -160,10 +160,10 @@ void tst_CaptureInput::failingReadIsBroken()
         return device.reads < 2 ? wanted : -1;
     };
     CaptureInput in(device, nullptr);
-    QVERIFY(!in.need(2 * Piece));
+    QVERIFY(!in.need(2 * CaptureInput::PieceSize));
     QVERIFY(in.isBroken());
     QCOMPARE(device.reads, 2);
-    QVERIFY(!in.need(2 * Piece));
+    QVERIFY(!in.need(2 * CaptureInput::PieceSize));
     QCOMPARE(device.reads, 2);
 }
 

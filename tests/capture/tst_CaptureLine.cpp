@@ -52,18 +52,18 @@ class tst_CaptureLine : public QObject
     Q_OBJECT
 
 private slots:
-    void identifier_data();
-    void identifier();
-    void type_data();
-    void type();
-    void protocol_data();
-    void protocol();
-    void payload_data();
-    void payload();
-    void cells_data();
-    void cells();
-    void longCellsKeepTheirCharacters();
-    void identifierLikeTheToolkit();
+    static void identifier_data();
+    static void identifier();
+    static void type_data();
+    static void type();
+    static void protocol_data();
+    static void protocol();
+    static void payload_data();
+    static void payload();
+    static void cells_data();
+    static void cells();
+    static void longCellsKeepTheirCharacters();
+    static void identifierLikeTheToolkit();
 };
 
 void tst_CaptureLine::identifier_data()

@@ -74,17 +74,17 @@ class tst_CaptureLoader : public QObject
     Q_OBJECT
 
 private slots:
-    void readsAFile();
-    void tellsOfAFileThatCannotBeRead();
+    static void readsAFile();
+    static void tellsOfAFileThatCannotBeRead();
     void theEventLoopRunsMeanwhile();
     void readsOnAThreadOfItsOwn();
-    void isSilentAfterStop();
-    void isSilentWhenStoppedAfterTheEnd();
-    void aNewReadingTakesThePlaceOfAnother();
-    void canStartWithinDone();
-    void destructorWaitsForAReadingThatStops();
-    void destructorDoesNotWaitForEver();
-    void refusesWhenTooManyHang();
+    static void isSilentAfterStop();
+    static void isSilentWhenStoppedAfterTheEnd();
+    static void aNewReadingTakesThePlaceOfAnother();
+    static void canStartWithinDone();
+    static void destructorWaitsForAReadingThatStops();
+    static void destructorDoesNotWaitForEver();
+    static void refusesWhenTooManyHang();
 };
 
 void tst_CaptureLoader::readsAFile()

@@ -87,11 +87,11 @@ class tst_CaptureMemory : public QObject
     Q_OBJECT
 
 private slots:
-    void peakStaysBelowTheFile_data();
-    void peakStaysBelowTheFile();
-    void framesTakeLittleMoreThanTheirSize_data();
-    void framesTakeLittleMoreThanTheirSize();
-    void fileThatMemoryDoesNotSufficeForIsRefused();
+    static void peakStaysBelowTheFile_data();
+    static void peakStaysBelowTheFile();
+    static void framesTakeLittleMoreThanTheirSize_data();
+    static void framesTakeLittleMoreThanTheirSize();
+    static void fileThatMemoryDoesNotSufficeForIsRefused();
 };
 
 void tst_CaptureMemory::peakStaysBelowTheFile_data()

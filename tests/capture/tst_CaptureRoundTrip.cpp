@@ -119,11 +119,11 @@ class tst_CaptureRoundTrip : public QObject
     Q_OBJECT
 
 private slots:
-    void randomTables_data();
-    void randomTables();
-    void savedFilesOfEachEnding();
-    void textFileLosesItsPayloads();
-    void realTimeLinesOfCsvLoseTheirPayloads();
+    static void randomTables_data();
+    static void randomTables();
+    static void savedFilesOfEachEnding();
+    static void textFileLosesItsPayloads();
+    static void realTimeLinesOfCsvLoseTheirPayloads();
 };
 
 void tst_CaptureRoundTrip::randomTables_data()

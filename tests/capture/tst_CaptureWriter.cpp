@@ -90,32 +90,32 @@ class tst_CaptureWriter : public QObject
     Q_OBJECT
 
 private slots:
-    void formatOfPath_data();
-    void formatOfPath();
-    void csv();
-    void text();
-    void can();
-    void canFd();
-    void emptyStore();
-    void windowsLineEnds();
-    void rangeKeepsTheNumbersOfTheTable();
-    void canPayloadIsCutAndPadded();
-    void canFdLengthIsCappedButThePayloadIsWhole();
-    void longPayloadInText();
-    void timeTextIsWrittenAsItStands();
-    void hugeTimeText();
-    void timeTextsThatChange();
-    void codecs();
-    void codecChoice();
-    void manyPieces_data();
-    void manyPieces();
-    void deviceThatTakesNoMore_data();
-    void deviceThatTakesNoMore();
-    void saveByEnding();
-    void saveReplacesTheFile();
-    void saveToUnknownEnding();
-    void saveToVanishedFolder();
-    void saveOverAFolder();
+    static void formatOfPath_data();
+    static void formatOfPath();
+    static void csv();
+    static void text();
+    static void can();
+    static void canFd();
+    static void emptyStore();
+    static void windowsLineEnds();
+    static void rangeKeepsTheNumbersOfTheTable();
+    static void canPayloadIsCutAndPadded();
+    static void canFdLengthIsCappedButThePayloadIsWhole();
+    static void longPayloadInText();
+    static void timeTextIsWrittenAsItStands();
+    static void hugeTimeText();
+    static void timeTextsThatChange();
+    static void codecs();
+    static void codecChoice();
+    static void manyPieces_data();
+    static void manyPieces();
+    static void deviceThatTakesNoMore_data();
+    static void deviceThatTakesNoMore();
+    static void saveByEnding();
+    static void saveReplacesTheFile();
+    static void saveToUnknownEnding();
+    static void saveToVanishedFolder();
+    static void saveOverAFolder();
 };
 
 void tst_CaptureWriter::formatOfPath_data()
@@ -348,11 +348,12 @@ void tst_CaptureWriter::manyPieces_data()
     const qint64 textTitles = 63 + 30;
     QTest::newRow("csv") << int(CaptureFormat::Csv)
                          << 17 + titles + 488895 +
-                                100000 * (1 + 12 + 1 + 7 + 1 + 6 + 1 + 3 + 1 + 3 + 1 + 4 + 1 + 8 + 1 + 4 + 1 + 48 + 1) +
+                                Q_INT64_C(100000) *
+                                    (1 + 12 + 1 + 7 + 1 + 6 + 1 + 3 + 1 + 3 + 1 + 4 + 1 + 8 + 1 + 4 + 1 + 48 + 1) +
                                 1;
     QTest::newRow("text") << int(CaptureFormat::Text)
                           << 17 + textTitles + 1 + 488895 +
-                                 100000 * (5 * 10 + 12 + 7 + 6 + 3 + 3 + 4 + 8 + 4 + 48 + 1) + 1;
+                                 Q_INT64_C(100000) * (5 * 10 + 12 + 7 + 6 + 3 + 3 + 4 + 8 + 4 + 48 + 1) + 1;
     QTest::newRow("can") << int(CaptureFormat::Can) << qint64(20 + 100000 * 24);
     QTest::newRow("canfd") << int(CaptureFormat::CanFd) << qint64(20 + 100000 * (13 + 16));
 }

@@ -56,11 +56,11 @@ class tst_DiskFull : public QObject
 
 private slots:
     void init();
-    void saveKeepsTheFileThatStood_data();
+    static void saveKeepsTheFileThatStood_data();
     void saveKeepsTheFileThatStood();
     void saveLeavesNothingBehind_data();
     void saveLeavesNothingBehind();
-    void realTimeFileEndsWithAWholeLine_data();
+    static void realTimeFileEndsWithAWholeLine_data();
     void realTimeFileEndsWithAWholeLine();
     void tableStopsRealTimeSavingOnce();
     void realTimeSavingDoesNotStart();

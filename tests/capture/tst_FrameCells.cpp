@@ -23,25 +23,25 @@ class tst_FrameCells : public QObject
     Q_OBJECT
 
 private slots:
-    void number_data();
-    void number();
-    void systemTimeIsTheProducersText();
-    void timeStamp_data();
-    void timeStamp();
-    void timeStampOfSentFrames();
-    void direction_data();
-    void direction();
-    void identifier_data();
-    void identifier();
-    void protocol_data();
-    void protocol();
-    void formatAndType();
-    void extendedRemoteFrame();
-    void length_data();
-    void length();
-    void payload();
-    void payloadOfEveryByte();
-    void wordsComeFromTheLabels();
+    static void number_data();
+    static void number();
+    static void systemTimeIsTheProducersText();
+    static void timeStamp_data();
+    static void timeStamp();
+    static void timeStampOfSentFrames();
+    static void direction_data();
+    static void direction();
+    static void identifier_data();
+    static void identifier();
+    static void protocol_data();
+    static void protocol();
+    static void formatAndType();
+    static void extendedRemoteFrame();
+    static void length_data();
+    static void length();
+    static void payload();
+    static void payloadOfEveryByte();
+    static void wordsComeFromTheLabels();
 };
 
 void tst_FrameCells::number_data()

@@ -87,16 +87,16 @@ class tst_FrameDelegate : public QObject
     Q_OBJECT
 
 private slots:
-    void standsWhereAStandardItemStands_data();
-    void standsWhereAStandardItemStands();
-    void longTextIsCutWithAnEllipsis_data();
-    void longTextIsCutWithAnEllipsis();
-    void narrowCellsStayClean_data();
-    void narrowCellsStayClean();
-    void emptyTextPaintsNothing();
-    void colorFollowsTheState();
-    void manyOtherTexts();
-    void sizeHintShowsTheWholeText();
+    static void standsWhereAStandardItemStands_data();
+    static void standsWhereAStandardItemStands();
+    static void longTextIsCutWithAnEllipsis_data();
+    static void longTextIsCutWithAnEllipsis();
+    static void narrowCellsStayClean_data();
+    static void narrowCellsStayClean();
+    static void emptyTextPaintsNothing();
+    static void colorFollowsTheState();
+    static void manyOtherTexts();
+    static void sizeHintShowsTheWholeText();
 };
 
 void tst_FrameDelegate::standsWhereAStandardItemStands_data()

@@ -42,18 +42,18 @@ class tst_FrameRecord : public QObject
     Q_OBJECT
 
 private slots:
-    void newRecordIsEmpty();
-    void receivedClassicFrame();
-    void receivedFdFrame();
-    void identifierIsMaskedTo29Bits();
-    void flagsAreBitZero();
-    void fdFrameIsNeverRemote();
-    void payloadLengthIsClamped_data();
-    void payloadLengthIsClamped();
-    void fdFlag_data();
-    void fdFlag();
-    void sentFrameCarriesItsResult();
-    void batchSharesOneTimeText();
+    static void newRecordIsEmpty();
+    static void receivedClassicFrame();
+    static void receivedFdFrame();
+    static void identifierIsMaskedTo29Bits();
+    static void flagsAreBitZero();
+    static void fdFrameIsNeverRemote();
+    static void payloadLengthIsClamped_data();
+    static void payloadLengthIsClamped();
+    static void fdFlag_data();
+    static void fdFlag();
+    static void sentFrameCarriesItsResult();
+    static void batchSharesOneTimeText();
 };
 
 void tst_FrameRecord::newRecordIsEmpty()

@@ -60,21 +60,21 @@ class tst_FrameStore : public QObject
     Q_OBJECT
 
 private slots:
-    void newStoreIsEmpty();
-    void rowsComeBackAsTheyWere();
-    void emptyPayload();
-    void longPayloadsAreKeptUpToTheLimit();
-    void unknownProtocolIsTheFastest();
-    void batchSharesItsTimeText();
-    void everyRowItsOwnTimeText();
-    void growingMovesNothing();
-    void truncateKeepsTheOldest_data();
-    void truncateKeepsTheOldest();
-    void truncateBeyondTheEndChangesNothing();
-    void appendGoesOnAfterTruncate();
-    void timeTextsDoNotPileUp();
-    void randomOperations();
-    void droppedRowsAreReleasedBitByBit();
+    static void newStoreIsEmpty();
+    static void rowsComeBackAsTheyWere();
+    static void emptyPayload();
+    static void longPayloadsAreKeptUpToTheLimit();
+    static void unknownProtocolIsTheFastest();
+    static void batchSharesItsTimeText();
+    static void everyRowItsOwnTimeText();
+    static void growingMovesNothing();
+    static void truncateKeepsTheOldest_data();
+    static void truncateKeepsTheOldest();
+    static void truncateBeyondTheEndChangesNothing();
+    static void appendGoesOnAfterTruncate();
+    static void timeTextsDoNotPileUp();
+    static void randomOperations();
+    static void droppedRowsAreReleasedBitByBit();
 };
 
 void tst_FrameStore::newStoreIsEmpty()

@@ -73,12 +73,12 @@ QByteArray fdRecord(quint32 id, int protocol, const QByteArray &data, bool remot
 
 QByteArray payloadOf(const VCI_CAN_OBJ &frame)
 {
-    return QByteArray(reinterpret_cast<const char *>(frame.Data), sizeof frame.Data);
+    return {reinterpret_cast<const char *>(frame.Data), sizeof frame.Data};
 }
 
 QByteArray payloadOf(const VCI_CANFD_OBJ &frame)
 {
-    return QByteArray(reinterpret_cast<const char *>(frame.Data), sizeof frame.Data);
+    return {reinterpret_cast<const char *>(frame.Data), sizeof frame.Data};
 }
 
 QByteArray padded(const QByteArray &data, int size)
@@ -206,38 +206,38 @@ class tst_GUI_CanSendFile : public QObject
 private slots:
     void initTestCase();
 
-    void widgets();
-    void frameTypeSetsTheIdentifierRange();
-    void sendsTheWholeFileSoOften();
-    void sendsToItsChannel();
-    void sendsAgainAfterTheEnd();
-    void classicFrames();
-    void classicDeviceTakesFdFramesAsClassicOnes();
-    void fdFrames();
-    void noStalePayload();
-    void theExtensionDecides();
-    void refusesTheTypeOnAClassicDevice();
-    void cannotReadTheFile_data();
-    void cannotReadTheFile();
-    void emptyPathDoesNothing();
-    void readsTheFileAnewForEachSend();
-    void controlsWhileSending();
-    void stopsMidWay();
-    void closingStops_data();
-    void closingStops();
-    void minimisingDoesNotStop();
-    void deletingItsTabStops();
-    void aVanishedDeviceDoesNotStopIt();
-    void progressBeyondTheRangeOfInt();
+    static void widgets();
+    static void frameTypeSetsTheIdentifierRange();
+    static void sendsTheWholeFileSoOften();
+    static void sendsToItsChannel();
+    static void sendsAgainAfterTheEnd();
+    static void classicFrames();
+    static void classicDeviceTakesFdFramesAsClassicOnes();
+    static void fdFrames();
+    static void noStalePayload();
+    static void theExtensionDecides();
+    static void refusesTheTypeOnAClassicDevice();
+    static void cannotReadTheFile_data();
+    static void cannotReadTheFile();
+    static void emptyPathDoesNothing();
+    static void readsTheFileAnewForEachSend();
+    static void controlsWhileSending();
+    static void stopsMidWay();
+    static void closingStops_data();
+    static void closingStops();
+    static void minimisingDoesNotStop();
+    static void deletingItsTabStops();
+    static void aVanishedDeviceDoesNotStopIt();
+    static void progressBeyondTheRangeOfInt();
     void loadingLeavesTheWindowAlive();
-    void stopsLoading_data();
-    void stopsLoading();
-    void deletedWhileLoading();
-    void browse_data();
-    void browse();
-    void cancelledBrowse();
-    void deletedWhileBrowsing();
-    void keyboard();
+    static void stopsLoading_data();
+    static void stopsLoading();
+    static void deletedWhileLoading();
+    static void browse_data();
+    static void browse();
+    static void cancelledBrowse();
+    static void deletedWhileBrowsing();
+    static void keyboard();
 
 private:
     QTemporaryDir m_home; ///< with a desktop folder

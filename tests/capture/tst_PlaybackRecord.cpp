@@ -8,7 +8,7 @@
 namespace {
 QByteArray bytesOf(const uchar *bytes, std::size_t size)
 {
-    return QByteArray(reinterpret_cast<const char *>(bytes), static_cast<int>(size));
+    return {reinterpret_cast<const char *>(bytes), static_cast<int>(size)};
 }
 
 CaptureFrame frame(int length, const QByteArray &data, quint32 protocol = 0)
@@ -26,12 +26,12 @@ class tst_PlaybackRecord : public QObject
     Q_OBJECT
 
 private slots:
-    void payload_data();
-    void payload();
-    void flags_data();
-    void flags();
-    void protocols();
-    void everythingElseIsZero();
+    static void payload_data();
+    static void payload();
+    static void flags_data();
+    static void flags();
+    static void protocols();
+    static void everythingElseIsZero();
 };
 
 void tst_PlaybackRecord::payload_data()

@@ -10,7 +10,7 @@ namespace {
 DataModel row(char name, int sendCount, int interval = 1)
 {
     DataModel model;
-    model.frame.ID = static_cast<quint32>(name);
+    model.frame.ID = static_cast<uchar>(name);
     model.sendCount = static_cast<quint16>(sendCount);
     model.interval = static_cast<quint16>(interval);
     return model;
@@ -44,23 +44,23 @@ class tst_SendList : public QObject
     Q_OBJECT
 
 private slots:
-    void orders_data();
-    void orders();
-    void indexOfTheRow();
-    void startsAnew();
-    void stops();
-    void nothingToSend();
-    void longestCounts();
-    void identifiers_data();
-    void identifiers();
-    void payloads_data();
-    void payloads();
-    void numbers_data();
-    void numbers();
-    void everythingElseIsZero();
-    void digits_data();
-    void digits();
-    void fdRecord();
+    static void orders_data();
+    static void orders();
+    static void indexOfTheRow();
+    static void startsAnew();
+    static void stops();
+    static void nothingToSend();
+    static void longestCounts();
+    static void identifiers_data();
+    static void identifiers();
+    static void payloads_data();
+    static void payloads();
+    static void numbers_data();
+    static void numbers();
+    static void everythingElseIsZero();
+    static void digits_data();
+    static void digits();
+    static void fdRecord();
 };
 
 void tst_SendList::orders_data()

@@ -75,19 +75,19 @@ class tst_WidgetDelegateCAN : public QObject
     Q_OBJECT
 
 private slots:
-    void notEditable();
-    void identifier_data();
-    void identifier();
-    void typedIdentifier_data();
-    void typedIdentifier();
-    void type();
-    void numbers_data();
-    void numbers();
-    void data_data();
-    void data();
-    void dataTakesHexadecimalOnly();
-    void oneChangeIsToldOnce();
-    void editorsAreNotCutOff();
+    static void notEditable();
+    static void identifier_data();
+    static void identifier();
+    static void typedIdentifier_data();
+    static void typedIdentifier();
+    static void type();
+    static void numbers_data();
+    static void numbers();
+    static void data_data();
+    static void data();
+    static void dataTakesHexadecimalOnly();
+    static void oneChangeIsToldOnce();
+    static void editorsAreNotCutOff();
 };
 
 void tst_WidgetDelegateCAN::notEditable()

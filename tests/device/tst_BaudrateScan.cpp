@@ -72,19 +72,19 @@ class tst_BaudrateScan : public QObject
     Q_OBJECT
 
 private slots:
-    void triesTheRatesFrom1000kTo10k();
-    void stepsHaveSixteenTicks();
-    void findsNothing();
-    void findsBothAtOnce_data();
-    void findsBothAtOnce();
-    void findsOneAfterTheOther_data();
-    void findsOneAfterTheOther();
-    void findsOnlyOne_data();
-    void findsOnlyOne();
-    void channelInUseIsNotTried_data();
-    void channelInUseIsNotTried();
-    void channelTakenMeanwhile();
-    void refusedChannelIsTriedAtTheNextStep();
+    static void triesTheRatesFrom1000kTo10k();
+    static void stepsHaveSixteenTicks();
+    static void findsNothing();
+    static void findsBothAtOnce_data();
+    static void findsBothAtOnce();
+    static void findsOneAfterTheOther_data();
+    static void findsOneAfterTheOther();
+    static void findsOnlyOne_data();
+    static void findsOnlyOne();
+    static void channelInUseIsNotTried_data();
+    static void channelInUseIsNotTried();
+    static void channelTakenMeanwhile();
+    static void refusedChannelIsTriedAtTheNextStep();
 };
 
 void tst_BaudrateScan::triesTheRatesFrom1000kTo10k()

@@ -63,14 +63,14 @@ private slots:
     void findsWithDataRate();
     void foundChannelIsLeftAlone();
     void vanishedDeviceIsNothingFound();
-    void refusedStepIsNothingFound_data();
+    static void refusedStepIsNothingFound_data();
     void refusedStepIsNothingFound();
     void modelWithoutCANFD();
-    void missingEntries_data();
+    static void missingEntries_data();
     void missingEntries();
 
     void openDeviceStaysOpen();
-    void oneChannelInUse_data();
+    static void oneChannelInUse_data();
     void oneChannelInUse();
     void bothChannelsInUse();
     void deviceRefused();
@@ -85,11 +85,11 @@ private slots:
     void bothChannelsOpenedMeanwhile();
     void linOpenedMeanwhileKeepsTheDevice();
     void reopenedChannelIsLeftAlone();
-    void deviceClosedMeanwhile_data();
+    static void deviceClosedMeanwhile_data();
     void deviceClosedMeanwhile();
     void otherDeviceClosedMeanwhile();
     void deviceClosedAndOpenedAgain();
-    void managerDestroyedMeanwhile_data();
+    static void managerDestroyedMeanwhile_data();
     void managerDestroyedMeanwhile();
 
 private:

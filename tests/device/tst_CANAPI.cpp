@@ -90,23 +90,23 @@ class tst_CANAPI : public QObject
 private slots:
     void init();
     void withoutPath();
-    void defaultPathIsInTheWorkingDirectory();
-    void entriesAreLookedUpInOrder();
-    void eachNameFillsItsSlot();
-    void missingEntriesAreListedOnce();
+    static void defaultPathIsInTheWorkingDirectory();
+    static void entriesAreLookedUpInOrder();
+    static void eachNameFillsItsSlot();
+    static void missingEntriesAreListedOnce();
     void missingFile();
     void textFile();
     void directory();
     void libraryForAnotherProcessor();
     void cutOffLibrary();
-    void libraryWithOneEntry();
-    void bareNameMeansTheWorkingDirectory();
-    void libraryIsFreed();
-    void wholeLibrary();
-    void libraryWithoutCANFDEntries();
+    static void libraryWithOneEntry();
+    static void bareNameMeansTheWorkingDirectory();
+    static void libraryIsFreed();
+    static void wholeLibrary();
+    static void libraryWithoutCANFDEntries();
 
 private:
-    void verifyEmpty(const CANAPI &api);
+    static void verifyEmpty(const CANAPI &api);
 
     QTemporaryDir m_dir;
 };
@@ -160,6 +160,7 @@ void tst_CANAPI::eachNameFillsItsSlot()
     // Every name gets an address of its own, which is compared and never called.
     const QStringList names = namesOnce();
     const auto address = [&names](const QString &name) {
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): never called
         return reinterpret_cast<Symbol>(quintptr(0x1000 + 16 * names.indexOf(name)));
     };
     const CANAPI::EntryLookUp lookUp = [&address](const char *name) {

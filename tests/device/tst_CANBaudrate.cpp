@@ -8,9 +8,9 @@ class tst_CANBaudrate : public QObject
     Q_OBJECT
 
 private slots:
-    void nominalRates_data();
-    void nominalRates();
-    void dataRates();
+    static void nominalRates_data();
+    static void nominalRates();
+    static void dataRates();
 };
 
 void tst_CANBaudrate::nominalRates_data()

@@ -65,38 +65,38 @@ private slots:
     void init();
     void cleanup();
 
-    void metaTypesAreRegistered();
-    void takesNoTable();
-    void loadsTheDefaultLibrary();
+    static void metaTypesAreRegistered();
+    static void takesNoTable();
+    static void loadsTheDefaultLibrary();
 
     void opensAndClosesDevice();
     void deviceOpenedTwice();
     void deviceRefused();
-    void deviceNeedsItsEntries_data();
+    static void deviceNeedsItsEntries_data();
     void deviceNeedsItsEntries();
     void closesOnlyOpenDevices();
-    void keepsDeviceWithOpenChannel_data();
+    static void keepsDeviceWithOpenChannel_data();
     void keepsDeviceWithOpenChannel();
     void devicesAreIndependent();
 
     void opensChannel();
-    void initRecord_data();
+    static void initRecord_data();
     void initRecord();
     void channelOpenedTwice();
     void channelOfARefusedDevice();
     void channelIndexOutOfRange();
-    void channelRefused_data();
+    static void channelRefused_data();
     void channelRefused();
-    void refusedChannelKeepsDeviceForTheOther_data();
+    static void refusedChannelKeepsDeviceForTheOther_data();
     void refusedChannelKeepsDeviceForTheOther();
     void opensCANFDChannel();
-    void modelWithoutCANFD_data();
+    static void modelWithoutCANFD_data();
     void modelWithoutCANFD();
-    void libraryWithoutCANFD_data();
+    static void libraryWithoutCANFD_data();
     void libraryWithoutCANFD();
     void clearBufferMayBeMissing();
     void classicChannelNeedsNoModel();
-    void workerFollowsTheProtocol_data();
+    static void workerFollowsTheProtocol_data();
     void workerFollowsTheProtocol();
 
     void closesTheLastChannel();
@@ -113,19 +113,19 @@ private slots:
     void reopeningEndsWithTheManager();
 
     void transmits();
-    void transmitFails_data();
+    static void transmitFails_data();
     void transmitFails();
 
     void gatewayFoundOn();
-    void gatewayQueryAtOpening_data();
+    static void gatewayQueryAtOpening_data();
     void gatewayQueryAtOpening();
     void opensGateway();
     void gatewayAlreadyOn();
     void gatewayNeedsBothChannels();
-    void openGatewayFails_data();
+    static void openGatewayFails_data();
     void openGatewayFails();
     void closesGateway();
-    void closeGatewayFails_data();
+    static void closeGatewayFails_data();
     void closeGatewayFails();
     void setsGatewayFilter();
     void setGatewayFilterFails();
@@ -135,30 +135,30 @@ private slots:
 
     void readsInfoOfAClosedDevice();
     void readsInfoOfAnOpenDevice();
-    void infoTexts_data();
+    static void infoTexts_data();
     void infoTexts();
-    void readInfoFails_data();
+    static void readInfoFails_data();
     void readInfoFails();
     void listsPresentDevices();
     void listingLeavesOpenDevicesAlone();
-    void listsNothingWithoutLibrary();
+    static void listsNothingWithoutLibrary();
 
     void opensLIN();
-    void openLINFails_data();
+    static void openLINFails_data();
     void openLINFails();
     void refusedLINKeepsDeviceForOthers();
     void closesLIN();
     void closesLINBesideCAN();
     void changesLINParam();
-    void changeLINParamFails_data();
+    static void changeLINParamFails_data();
     void changeLINParamFails();
     void usesLIN();
     void receivedLINFrameCarriesTheRequest();
-    void useOfLINFails_data();
+    static void useOfLINFails_data();
     void useOfLINFails();
 
-    void nothingWorksWithoutLibrary_data();
-    void nothingWorksWithoutLibrary();
+    static void nothingWorksWithoutLibrary_data();
+    static void nothingWorksWithoutLibrary();
     void framesReachTheSignals();
     void openDevicesAreWarnedOfAtTheEnd();
 

@@ -44,7 +44,7 @@ private slots:
     void init();
     void cleanup();
     void channelsArePolledInOrder();
-    void onlyFlaggedChannelsArePolled_data();
+    static void onlyFlaggedChannelsArePolled_data();
     void onlyFlaggedChannelsArePolled();
     void channelsAboveOneCountAsOne();
     void setFlagReadClearsTheChannels();
@@ -52,12 +52,12 @@ private slots:
     void batchHoldsAllThatWaits();
     void batchOfCANFD();
     void fewerThanAnnounced();
-    void failedReceive_data();
+    static void failedReceive_data();
     void failedReceive();
     void recordsLeftFromAFailedReceiveAreZeroed();
     void emittedBatchIsNotWrittenAgain();
     void absurdCountIsBounded();
-    void missingEntriesAreNotPolled_data();
+    static void missingEntriesAreNotPolled_data();
     void missingEntriesAreNotPolled();
     void idleLoopKeepsWaking();
     void startsByNameOnItsThread();

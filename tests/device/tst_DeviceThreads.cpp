@@ -5,6 +5,7 @@
 #include <QtEndian>
 #include <QtTest>
 
+#include <algorithm>
 #include <memory>
 #include <random>
 
@@ -167,12 +168,9 @@ void tst_DeviceThreads::cleanup()
 
 bool tst_DeviceThreads::haveAllReceived(std::initializer_list<QPair<int, int>> channels, int batches) const
 {
-    for (const auto &[device, index] : channels) {
-        if (m_counters.batches(quint8(device), quint8(index)) < batches) {
-            return false;
-        }
-    }
-    return true;
+    return std::all_of(channels.begin(), channels.end(), [&](const QPair<int, int> &channel) {
+        return m_counters.batches(quint8(channel.first), quint8(channel.second)) >= batches;
+    });
 }
 
 void tst_DeviceThreads::allChannelsOfTwoDevices()

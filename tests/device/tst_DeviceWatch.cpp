@@ -167,8 +167,8 @@ private slots:
     void init();
     void cleanup();
 
-    void sleepsOneSecond();
-    void answers_data();
+    static void sleepsOneSecond();
+    static void answers_data();
     void answers();
     void reportedOnce();
     void reportedOncePerOpening();
@@ -186,7 +186,7 @@ private slots:
     void comingAndGoing();
 
     void noThreadBeforeTheFirstDevice();
-    void nothingToCall_data();
+    static void nothingToCall_data();
     void nothingToCall();
     void noThreadLeft();
     void endsAsleep();
@@ -199,7 +199,7 @@ private slots:
     void managerLeavesClosedDevices();
     void managerWithoutWatch();
     void managerByDefault();
-    void managerClosesBeforeTelling_data();
+    static void managerClosesBeforeTelling_data();
     void managerClosesBeforeTelling();
     void managerClosesDuringTheCall();
     void managerTellsEveryOpening();
@@ -279,7 +279,7 @@ void tst_DeviceWatch::start(std::chrono::milliseconds interval)
     const auto report = [this](quint8 dev, quint32 opening) {
         m_reportThread = std::hash<std::thread::id>()(std::this_thread::get_id());
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_reports.push_back({int(dev), int(opening)});
+        m_reports.emplace_back(int(dev), int(opening));
     };
     m_watch = std::make_unique<DeviceWatch>(*m_api, m_isScanning, report, interval);
 }
@@ -368,7 +368,7 @@ void tst_DeviceWatch::reportedOncePerOpening()
     for (int opening = 1; opening <= 3; ++opening) {
         m_devices.script(0, "100");
         m_watch->add(0, quint32(opening));
-        expected.push_back({0, opening});
+        expected.emplace_back(0, opening);
         QTRY_COMPARE(reports(), expected);
         m_watch->remove(0);
     }

@@ -53,14 +53,14 @@ private slots:
     void init();
     void cleanup();
 
-    void sleepsTwoSeconds();
-    void newerFirmware_data();
+    static void sleepsTwoSeconds();
+    static void newerFirmware_data();
     void newerFirmware();
-    void noNewerFirmware_data();
+    static void noNewerFirmware_data();
     void noNewerFirmware();
-    void otherModels_data();
+    static void otherModels_data();
     void otherModels();
-    void noAdapter_data();
+    static void noAdapter_data();
     void noAdapter();
     void adapterComesLater();
     void firmwarePublishedLater();
@@ -75,7 +75,7 @@ private slots:
     void scanBegunAtAnyTime();
     void pauseHoldsOff();
 
-    void nothingToCall_data();
+    static void nothingToCall_data();
     void nothingToCall();
     void withoutQuery();
     void managerWithoutQuery();

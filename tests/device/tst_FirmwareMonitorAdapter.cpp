@@ -72,7 +72,7 @@ private slots:
     void init();
     void cleanup();
 
-    void oldFirmware_data();
+    static void oldFirmware_data();
     void oldFirmware();
     void newFirmware();
     void otherModel();
@@ -93,7 +93,7 @@ private:
     void start(const QByteArray &json, std::chrono::milliseconds interval = 1ms);
     template<class Frame>
     void count(quint8 index, const QVector<Frame> &frames);
-    bool readsAgain(int count);
+    static bool readsAgain(int count);
     bool asksAgain(int count);
     int asked() const { return m_publisher->asked().size(); }
 

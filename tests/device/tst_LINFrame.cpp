@@ -20,12 +20,12 @@ class tst_LINFrame : public QObject
     Q_OBJECT
 
 private slots:
-    void protectedIdentifiers();
-    void ignoresParityOfItsInput();
-    void checksums_data();
-    void checksums();
-    void checks_data();
-    void checks();
+    static void protectedIdentifiers();
+    static void ignoresParityOfItsInput();
+    static void checksums_data();
+    static void checksums();
+    static void checks_data();
+    static void checks();
 };
 
 void tst_LINFrame::protectedIdentifiers()

@@ -35,12 +35,12 @@ class tst_LibraryImage : public QObject
     Q_OBJECT
 
 private slots:
-    void reads_data();
-    void reads();
-    void cutOffHeadersAreNone();
-    void comparesMachines_data();
-    void comparesMachines();
-    void knowsTheRunningProgram();
+    static void reads_data();
+    static void reads();
+    static void cutOffHeadersAreNone();
+    static void comparesMachines_data();
+    static void comparesMachines();
+    static void knowsTheRunningProgram();
 };
 
 void tst_LibraryImage::reads_data()

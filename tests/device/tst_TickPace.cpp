@@ -8,7 +8,7 @@
 
 namespace {
 constexpr qint64 Ms = 1000000;
-constexpr qint64 Hour = 3600 * 1000 * Ms;
+constexpr qint64 Hour = Q_INT64_C(3600) * 1000 * Ms;
 } // namespace
 
 using Times = QVector<qint64>;
@@ -19,16 +19,16 @@ class tst_TickPace : public QObject
     Q_OBJECT
 
 private slots:
-    void schedules_data();
-    void schedules();
-    void refusesWhatIsEarly();
-    void changesTheInterval();
-    void keepsTheAverageUnderJitter();
-    void makesUpForHeldUpTicks_data();
-    void makesUpForHeldUpTicks();
-    void withoutMakingUp_data();
-    void withoutMakingUp();
-    void startsAnew();
+    static void schedules_data();
+    static void schedules();
+    static void refusesWhatIsEarly();
+    static void changesTheInterval();
+    static void keepsTheAverageUnderJitter();
+    static void makesUpForHeldUpTicks_data();
+    static void makesUpForHeldUpTicks();
+    static void withoutMakingUp_data();
+    static void withoutMakingUp();
+    static void startsAnew();
 };
 
 /// Each tick comes at the time in "ticks"; after it, the next one is to come at the time in "next".
@@ -107,7 +107,7 @@ void tst_TickPace::keepsTheAverageUnderJitter()
     for (int tick = 0; tick < Ticks; ++tick) {
         QVERIFY(pace.accept(pace.next() + delay(random)));
     }
-    QVERIFY(pace.next() - (Ticks + 1) * 4 * Ms < 8 * Ms);
+    QVERIFY(pace.next() - qint64(Ticks + 1) * 4 * Ms < 8 * Ms);
 }
 
 void tst_TickPace::makesUpForHeldUpTicks_data()

@@ -8,8 +8,8 @@ class tst_Version : public QObject
     Q_OBJECT
 
 private slots:
-    void compares_data();
-    void compares();
+    static void compares_data();
+    static void compares();
 };
 
 void tst_Version::compares_data()

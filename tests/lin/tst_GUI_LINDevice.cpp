@@ -84,20 +84,20 @@ class tst_GUI_LINDevice : public QObject
     Q_OBJECT
 
 private slots:
-    void opensAndClosesItsChannel();
-    void isNotOpenWhenTheAdapterRefuses();
-    void showsTheChannelsSettings();
-    void baudRateWraps();
-    void modeButtons();
-    void showsThePageOfAMode();
-    void appliesTheSettings();
-    void keepsTheSettingsWhenTheAdapterRefuses();
-    void locksTheSettingsWhileAModeRuns_data();
-    void locksTheSettingsWhileAModeRuns();
-    void forwardsMessagesAndNotices();
-    void handsResultsToTheListPage();
-    void goesAwayWhileAModeRuns();
-    void worksWithTheVirtualAdapter();
+    static void opensAndClosesItsChannel();
+    static void isNotOpenWhenTheAdapterRefuses();
+    static void showsTheChannelsSettings();
+    static void baudRateWraps();
+    static void modeButtons();
+    static void showsThePageOfAMode();
+    static void appliesTheSettings();
+    static void keepsTheSettingsWhenTheAdapterRefuses();
+    static void locksTheSettingsWhileAModeRuns_data();
+    static void locksTheSettingsWhileAModeRuns();
+    static void forwardsMessagesAndNotices();
+    static void handsResultsToTheListPage();
+    static void goesAwayWhileAModeRuns();
+    static void worksWithTheVirtualAdapter();
 };
 
 void tst_GUI_LINDevice::opensAndClosesItsChannel()

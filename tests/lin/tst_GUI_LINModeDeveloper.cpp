@@ -242,66 +242,66 @@ class tst_GUI_LINModeDeveloper : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
-    void cleanup() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+    static void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
+    static void cleanup() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
 
-    void form();
-    void numbersWrap();
+    static void form();
+    static void numbersWrap();
 
-    void calculates_data();
-    void calculates();
-    void calculatorNeedsAllBytes();
-    void calculatorFollowsTheTab();
-    void calculatorTakesHexadecimalOnly();
-    void calculatorIsUsableAtAllTimes();
+    static void calculates_data();
+    static void calculates();
+    static void calculatorNeedsAllBytes();
+    static void calculatorFollowsTheTab();
+    static void calculatorTakesHexadecimalOnly();
+    static void calculatorIsUsableAtAllTimes();
 
-    void scanStarts();
-    void scanOfASilentBus();
-    void scanFinds();
-    void scanNeverAsksTheReservedIdentifier();
-    void failedRequestsAreSilence();
-    void scanCanBeRepeated();
-    void scanReplacesImportedData();
-    void scanHasNoStop();
-    void scanRefused();
+    static void scanStarts();
+    static void scanOfASilentBus();
+    static void scanFinds();
+    static void scanNeverAsksTheReservedIdentifier();
+    static void failedRequestsAreSilence();
+    static void scanCanBeRepeated();
+    static void scanReplacesImportedData();
+    static void scanHasNoStop();
+    static void scanRefused();
 
-    void asksForTheFile();
-    void imports();
-    void cancelledImport();
-    void fileThatCannotBeOpened();
-    void importFailures_data();
-    void importFailures();
-    void windowStaysAliveWhileImporting();
-    void importCanBeGivenUp();
-    void otherModeWhileImporting();
+    static void asksForTheFile();
+    static void imports();
+    static void cancelledImport();
+    static void fileThatCannotBeOpened();
+    static void importFailures_data();
+    static void importFailures();
+    static void windowStaysAliveWhileImporting();
+    static void importCanBeGivenUp();
+    static void otherModeWhileImporting();
 
-    void playbackNeedsFrames();
-    void playbackRefused();
-    void playback();
-    void playbackOfOneFrame();
-    void manyPasses();
-    void maskedFramesUseTheirSlot();
-    void masksStay();
-    void playbackStops();
-    void playbackStartsFromTheFront();
-    void failedTransmitsAreIgnored();
-    void playsMixedDirections();
+    static void playbackNeedsFrames();
+    static void playbackRefused();
+    static void playback();
+    static void playbackOfOneFrame();
+    static void manyPasses();
+    static void maskedFramesUseTheirSlot();
+    static void masksStay();
+    static void playbackStops();
+    static void playbackStartsFromTheFront();
+    static void failedTransmitsAreIgnored();
+    static void playsMixedDirections();
 
-    void locksControlsWhileRunning();
-    void othersLockStopToo();
-    void paces();
-    void slowCallsDoNotPileUp_data();
-    void slowCallsDoNotPileUp();
+    static void locksControlsWhileRunning();
+    static void othersLockStopToo();
+    static void paces();
+    static void slowCallsDoNotPileUp_data();
+    static void slowCallsDoNotPileUp();
 
-    void recognisesSlaves();
-    void wrongBaudRate();
-    void playsOntoTheBus();
-    void checksumTypeChangedOnTheFly();
-    void adapterRefusesTheMode();
-    void deviceVanishesDuringAScan();
-    void deviceVanishesDuringPlayback();
-    void tabClosed_data();
-    void tabClosed();
+    static void recognisesSlaves();
+    static void wrongBaudRate();
+    static void playsOntoTheBus();
+    static void checksumTypeChangedOnTheFly();
+    static void adapterRefusesTheMode();
+    static void deviceVanishesDuringAScan();
+    static void deviceVanishesDuringPlayback();
+    static void tabClosed_data();
+    static void tabClosed();
 };
 
 void tst_GUI_LINModeDeveloper::form()

@@ -80,45 +80,45 @@ class tst_GUI_LINModeList : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
+    static void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
 
-    void showsItsControls();
-    void showsTheParameterTable();
-    void startsNothingWithoutASelectedRow();
-    void refusesAnInvalidRow_data();
-    void refusesAnInvalidRow();
-    void looksAtSelectedRowsOnly();
-    void reportsTheFirstInvalidRow();
-    void refusedModeStartsNothing();
-    void servesTheRowsInTurn();
-    void sendsWhatTheRowSays_data();
-    void sendsWhatTheRowSays();
-    void sendsNoStaleBytes();
-    void requestsFrames();
-    void listsNoFailedRequest();
-    void takesNoMoreThanEightBytes();
-    void listsARefusedTransmit();
-    void keepsOneRowPerIdInStaticDisplay();
-    void displayModeChangesWhileItRuns();
-    void startClearsTheFrames();
-    void locksItselfWhileItRuns();
-    void otherModesLockIt();
-    void stopEndsTheRun();
-    void stopDoesNothingWhenIdle();
-    void startsAgainAfterAStop();
-    void closesWhileItRuns();
-    void clears();
-    void takesOverWhatIsBeingTyped();
-    void closesTheEditorForAnotherMode();
-    void editsWithTheKeyboard();
-    void choosesTheDirection();
-    void cannotBeEditedWhileItRuns();
-    void closesWhileACellIsEdited();
-    void aSlowAdapterLeavesTheWindowTime();
-    void listsResultsOfAnotherMode();
-    void savesAndImports();
-    void cancelledSavingDoesNothing();
-    void reportsAFailedSave();
+    static void showsItsControls();
+    static void showsTheParameterTable();
+    static void startsNothingWithoutASelectedRow();
+    static void refusesAnInvalidRow_data();
+    static void refusesAnInvalidRow();
+    static void looksAtSelectedRowsOnly();
+    static void reportsTheFirstInvalidRow();
+    static void refusedModeStartsNothing();
+    static void servesTheRowsInTurn();
+    static void sendsWhatTheRowSays_data();
+    static void sendsWhatTheRowSays();
+    static void sendsNoStaleBytes();
+    static void requestsFrames();
+    static void listsNoFailedRequest();
+    static void takesNoMoreThanEightBytes();
+    static void listsARefusedTransmit();
+    static void keepsOneRowPerIdInStaticDisplay();
+    static void displayModeChangesWhileItRuns();
+    static void startClearsTheFrames();
+    static void locksItselfWhileItRuns();
+    static void otherModesLockIt();
+    static void stopEndsTheRun();
+    static void stopDoesNothingWhenIdle();
+    static void startsAgainAfterAStop();
+    static void closesWhileItRuns();
+    static void clears();
+    static void takesOverWhatIsBeingTyped();
+    static void closesTheEditorForAnotherMode();
+    static void editsWithTheKeyboard();
+    static void choosesTheDirection();
+    static void cannotBeEditedWhileItRuns();
+    static void closesWhileACellIsEdited();
+    static void aSlowAdapterLeavesTheWindowTime();
+    static void listsResultsOfAnotherMode();
+    static void savesAndImports();
+    static void cancelledSavingDoesNothing();
+    static void reportsAFailedSave();
 };
 
 void tst_GUI_LINModeList::showsItsControls()

@@ -114,37 +114,37 @@ class tst_GUI_LINModeMonitor : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
+    static void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
 
-    void form();
-    void startsAndStops();
-    void pollsWithAnEmptyRecord();
-    void refusedModeStartsNothing();
-    void startEmptiesTheTable();
-    void twoPairsOnOneIdentifierShowAFrameOnce();
-    void nothingCheckedShowsNothing();
-    void showsIdentifierAndReceivedPid();
-    void rowsOfAFrame();
-    void failedPollsAreSilent();
-    void displayModeChangesWhileRunning();
-    void locksTheFilterWhileRunning();
-    void othersLockStopToo();
-    void clearWhileRunning();
-    void saves();
-    void savingThatIsCancelled();
-    void savingThatFails();
-    void checksumTypeChangedBetweenFrames();
-    void slowCallsDoNotPileUp();
+    static void form();
+    static void startsAndStops();
+    static void pollsWithAnEmptyRecord();
+    static void refusedModeStartsNothing();
+    static void startEmptiesTheTable();
+    static void twoPairsOnOneIdentifierShowAFrameOnce();
+    static void nothingCheckedShowsNothing();
+    static void showsIdentifierAndReceivedPid();
+    static void rowsOfAFrame();
+    static void failedPollsAreSilent();
+    static void displayModeChangesWhileRunning();
+    static void locksTheFilterWhileRunning();
+    static void othersLockStopToo();
+    static void clearWhileRunning();
+    static void saves();
+    static void savingThatIsCancelled();
+    static void savingThatFails();
+    static void checksumTypeChangedBetweenFrames();
+    static void slowCallsDoNotPileUp();
 
-    void monitorsTwelveIdentifiers();
-    void monitorsTheBus();
-    void answersOfSlavesAreSeen();
-    void wrongParity();
-    void wrongBaudRate();
-    void checksumTypeChangedOnTheFly();
-    void adapterRefusesTheMode();
-    void deviceVanishes();
-    void tabClosedWhileRunning();
+    static void monitorsTwelveIdentifiers();
+    static void monitorsTheBus();
+    static void answersOfSlavesAreSeen();
+    static void wrongParity();
+    static void wrongBaudRate();
+    static void checksumTypeChangedOnTheFly();
+    static void adapterRefusesTheMode();
+    static void deviceVanishes();
+    static void tabClosedWhileRunning();
 };
 
 void tst_GUI_LINModeMonitor::form()

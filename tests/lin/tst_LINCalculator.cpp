@@ -8,10 +8,10 @@ class tst_LINCalculator : public QObject
     Q_OBJECT
 
 private slots:
-    void calculates_data();
-    void calculates();
-    void tooFewDigits_data();
-    void tooFewDigits();
+    static void calculates_data();
+    static void calculates();
+    static void tooFewDigits_data();
+    static void tooFewDigits();
 };
 
 void tst_LINCalculator::calculates_data()

@@ -118,21 +118,21 @@ class tst_LINCapture : public QObject
     Q_OBJECT
 
 private slots:
-    void savesTheTable();
-    void savesAnEmptyTable();
-    void savesChineseInTheLocalEncoding_data();
-    void savesChineseInTheLocalEncoding();
-    void replacesAFile();
-    void keepsTheFileWhenItCannotBeWritten();
-    void keepsTheFileOnAFullDisk_data();
-    void keepsTheFileOnAFullDisk();
-    void readsTheGoldenFile();
-    void reads_data();
-    void reads();
-    void looksAtTheBeginningOfLongLines();
-    void holdsNoLongLine();
-    void readsWhatWasSaved();
-    void withstandsMutations();
+    static void savesTheTable();
+    static void savesAnEmptyTable();
+    static void savesChineseInTheLocalEncoding_data();
+    static void savesChineseInTheLocalEncoding();
+    static void replacesAFile();
+    static void keepsTheFileWhenItCannotBeWritten();
+    static void keepsTheFileOnAFullDisk_data();
+    static void keepsTheFileOnAFullDisk();
+    static void readsTheGoldenFile();
+    static void reads_data();
+    static void reads();
+    static void looksAtTheBeginningOfLongLines();
+    static void holdsNoLongLine();
+    static void readsWhatWasSaved();
+    static void withstandsMutations();
 };
 
 void tst_LINCapture::savesTheTable()

@@ -34,12 +34,12 @@ class tst_LINFrameCells : public QObject
     Q_OBJECT
 
 private slots:
-    void rows_data();
-    void rows();
-    void states_data();
-    void states();
-    void columnTitles();
-    void inChinese();
+    static void rows_data();
+    static void rows();
+    static void states_data();
+    static void states();
+    static void columnTitles();
+    static void inChinese();
 };
 
 void tst_LINFrameCells::rows_data()

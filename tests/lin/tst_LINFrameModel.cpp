@@ -34,20 +34,20 @@ class tst_LINFrameModel : public QObject
     Q_OBJECT
 
 private slots:
-    void headers();
-    void appends();
-    void appendsABatchAtOnce();
-    void judgesTheStateWhenAdded();
-    void replacesTheFirstRowOfAnIdentifier();
-    void appendsAnIdentifierThatIsNotThere();
-    void keepsTheFirstRowsWhenRowsGo_data();
-    void keepsTheFirstRowsWhenRowsGo();
-    void refusesRowsThatAreNotThere_data();
-    void refusesRowsThatAreNotThere();
-    void clears();
-    void clearsThroughItsBase();
-    void isReadOnly();
-    void hasNoCellsBeyondItsEdges();
+    static void headers();
+    static void appends();
+    static void appendsABatchAtOnce();
+    static void judgesTheStateWhenAdded();
+    static void replacesTheFirstRowOfAnIdentifier();
+    static void appendsAnIdentifierThatIsNotThere();
+    static void keepsTheFirstRowsWhenRowsGo_data();
+    static void keepsTheFirstRowsWhenRowsGo();
+    static void refusesRowsThatAreNotThere_data();
+    static void refusesRowsThatAreNotThere();
+    static void clears();
+    static void clearsThroughItsBase();
+    static void isReadOnly();
+    static void hasNoCellsBeyondItsEdges();
 };
 
 void tst_LINFrameModel::headers()

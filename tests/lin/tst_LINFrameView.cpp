@@ -38,14 +38,14 @@ class tst_LINFrameView : public QObject
     Q_OBJECT
 
 private slots:
-    void layout();
-    void showsASingleRowAtOnce();
-    void followsDynamicRows();
-    void followsABatch();
-    void doesNotFollowStaticRows();
-    void paintsManyRowsOnce();
-    void repaintsAReplacedRow();
-    void clears();
+    static void layout();
+    static void showsASingleRowAtOnce();
+    static void followsDynamicRows();
+    static void followsABatch();
+    static void doesNotFollowStaticRows();
+    static void paintsManyRowsOnce();
+    static void repaintsAReplacedRow();
+    static void clears();
 };
 
 void tst_LINFrameView::layout()

@@ -11,14 +11,14 @@ class tst_LINIdPairs : public QObject
     Q_OBJECT
 
 private slots:
-    void makesTheWidgets();
-    void tellsTheTickedIdentifiers();
-    void enablesAll();
-    void wraps();
-    void showsUpperCaseHexadecimal_data();
-    void showsUpperCaseHexadecimal();
-    void takesTypedIdentifiers_data();
-    void takesTypedIdentifiers();
+    static void makesTheWidgets();
+    static void tellsTheTickedIdentifiers();
+    static void enablesAll();
+    static void wraps();
+    static void showsUpperCaseHexadecimal_data();
+    static void showsUpperCaseHexadecimal();
+    static void takesTypedIdentifiers_data();
+    static void takesTypedIdentifiers();
 };
 
 namespace {

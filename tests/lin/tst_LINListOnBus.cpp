@@ -26,7 +26,7 @@ const QByteArray Bus = R"({
   "devices": [{"model": "X9FC-1", "lin": [%1{"bus": "body"}], %2 "can": []}]
 })";
 
-QByteArray bus(const QByteArray &channel = "{\"bus\": \"body\"},", const QByteArray &device = "")
+QByteArray bus(const QByteArray &channel = R"({"bus": "body"},)", const QByteArray &device = "")
 {
     QByteArray json = Bus;
     return json.replace("%1", channel).replace("%2", device);
@@ -103,13 +103,13 @@ class tst_LINListOnBus : public QObject
     Q_OBJECT
 
 private slots:
-    void runsASchedule();
-    void hasNoAnswerAtAnotherBaudRate();
-    void changesTheChecksumOnTheFly();
-    void refusedMode();
-    void refusedTransfers();
-    void deviceVanishesWhileItRuns();
-    void slowAdapter();
+    static void runsASchedule();
+    static void hasNoAnswerAtAnotherBaudRate();
+    static void changesTheChecksumOnTheFly();
+    static void refusedMode();
+    static void refusedTransfers();
+    static void deviceVanishesWhileItRuns();
+    static void slowAdapter();
 };
 
 void tst_LINListOnBus::runsASchedule()
@@ -203,7 +203,7 @@ void tst_LINListOnBus::refusedTransfers()
 
 void tst_LINListOnBus::deviceVanishesWhileItRuns()
 {
-    BusUnderTest bus(1, ::bus("{\"bus\": \"body\"},", R"("faults": {"vanish_after_ms": 1500},)"));
+    BusUnderTest bus(1, ::bus(R"({"bus": "body"},)", R"("faults": {"vanish_after_ms": 1500},)"));
     bus.page.setRow(0, str("01"), str("01 A2"), 2);
     bus.page.setRow(1, str("10"), str(""), 0, true);
     bus.page.setCount(120);
@@ -226,7 +226,7 @@ void tst_LINListOnBus::deviceVanishesWhileItRuns()
 
 void tst_LINListOnBus::slowAdapter()
 {
-    BusUnderTest bus(1, ::bus("{\"bus\": \"body\"},", R"("faults": {"call_delay_ms": {"KQ_ReceiveLIN": 150}},)"));
+    BusUnderTest bus(1, ::bus(R"({"bus": "body"},)", R"("faults": {"call_delay_ms": {"KQ_ReceiveLIN": 150}},)"));
     const Listener listener(bus.communication);
     QVERIFY(listener.isOpen());
     bus.page.setRow(0, str("10"), str(""), 0, true);

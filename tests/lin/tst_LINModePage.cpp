@@ -68,12 +68,12 @@ class tst_LINModePage : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
-    void runs();
-    void doesNotRunWhenTheAdapterRefuses();
-    void saves();
-    void reportsAFailedSave();
-    void cancelledSavingDoesNothing();
+    static void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
+    static void runs();
+    static void doesNotRunWhenTheAdapterRefuses();
+    static void saves();
+    static void reportsAFailedSave();
+    static void cancelledSavingDoesNothing();
 };
 
 void tst_LINModePage::runs()

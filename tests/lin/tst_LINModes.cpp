@@ -185,16 +185,16 @@ class tst_LINModes : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
-    void cleanup() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+    static void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
+    static void cleanup() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
 
-    void locksAndComesBack_data();
-    void locksAndComesBack();
-    void refusedModeLocksNothing_data();
-    void refusedModeLocksNothing();
+    static void locksAndComesBack_data();
+    static void locksAndComesBack();
+    static void refusedModeLocksNothing_data();
+    static void refusedModeLocksNothing();
     void closedWhileRunning_data();
-    void closedWhileRunning();
-    void oneAfterTheOther();
+    static void closedWhileRunning();
+    static void oneAfterTheOther();
 };
 
 void tst_LINModes::locksAndComesBack_data()

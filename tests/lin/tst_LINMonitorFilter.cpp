@@ -10,8 +10,8 @@ class tst_LINMonitorFilter : public QObject
     Q_OBJECT
 
 private slots:
-    void decides_data();
-    void decides();
+    static void decides_data();
+    static void decides();
 };
 
 void tst_LINMonitorFilter::decides_data()

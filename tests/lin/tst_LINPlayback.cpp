@@ -23,13 +23,13 @@ class tst_LINPlayback : public QObject
     Q_OBJECT
 
 private slots:
-    void goesThroughTheList_data();
-    void goesThroughTheList();
-    void manyPasses_data();
-    void manyPasses();
-    void startsAnew();
-    void masks();
-    void masksAccumulate();
+    static void goesThroughTheList_data();
+    static void goesThroughTheList();
+    static void manyPasses_data();
+    static void manyPasses();
+    static void startsAnew();
+    static void masks();
+    static void masksAccumulate();
 };
 
 void tst_LINPlayback::goesThroughTheList_data()

@@ -9,7 +9,7 @@ VCI_LIN_OBJ record(quint8 id, quint8 length, quint8 checksum)
     VCI_LIN_OBJ frame{};
     frame.ID = id;
     frame.DataLen = length;
-    for (quint8 i = 0; i < sizeof frame.Data; ++i) {
+    for (std::size_t i = 0; i < sizeof frame.Data; ++i) {
         frame.Data[i] = static_cast<quint8>(0xA0 + i);
     }
     frame.Checksum = checksum;
@@ -22,13 +22,13 @@ class tst_LINRecords : public QObject
     Q_OBJECT
 
 private slots:
-    void monitoredFrame_data();
-    void monitoredFrame();
-    void answeredFrame();
-    void cutsTheLength();
-    void recordForSending();
-    void cutsTheDataForSending();
-    void time();
+    static void monitoredFrame_data();
+    static void monitoredFrame();
+    static void answeredFrame();
+    static void cutsTheLength();
+    static void recordForSending();
+    static void cutsTheDataForSending();
+    static void time();
 };
 
 void tst_LINRecords::monitoredFrame_data()

@@ -16,15 +16,15 @@ class tst_LINSchedule : public QObject
     Q_OBJECT
 
 private slots:
-    void readsARow();
-    void checksARow_data();
-    void checksARow();
-    void namesTheRow();
-    void decodesPairs_data();
-    void decodesPairs();
-    void servesInTurn_data();
-    void servesInTurn();
-    void nothingComesOfNoRows();
+    static void readsARow();
+    static void checksARow_data();
+    static void checksARow();
+    static void namesTheRow();
+    static void decodesPairs_data();
+    static void decodesPairs();
+    static void servesInTurn_data();
+    static void servesInTurn();
+    static void nothingComesOfNoRows();
 };
 
 void tst_LINSchedule::readsARow()

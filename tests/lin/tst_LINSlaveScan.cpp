@@ -42,13 +42,13 @@ class tst_LINSlaveScan : public QObject
     Q_OBJECT
 
 private slots:
-    void steps_data();
-    void steps();
-    void asksASilentIdentifierSixTimes();
-    void goesOnAtOnceAfterAnAnswer();
-    void anAnswerAtTheLastAttemptCounts();
-    void progressGoesFromZeroToTheLast();
-    void startsAnew();
+    static void steps_data();
+    static void steps();
+    static void asksASilentIdentifierSixTimes();
+    static void goesOnAtOnceAfterAnAnswer();
+    static void anAnswerAtTheLastAttemptCounts();
+    static void progressGoesFromZeroToTheLast();
+    static void startsAnew();
 };
 
 void tst_LINSlaveScan::steps_data()

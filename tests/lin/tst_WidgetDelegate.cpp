@@ -38,11 +38,11 @@ class tst_WidgetDelegate : public QObject
     Q_OBJECT
 
 private slots:
-    void roles();
-    void makesAnEditorForChoices();
-    void makesNoneWithoutChoices();
-    void writesTheChoice();
-    void writesNothingWithoutAChoice();
+    static void roles();
+    static void makesAnEditorForChoices();
+    static void makesNoneWithoutChoices();
+    static void writesTheChoice();
+    static void writesNothingWithoutAChoice();
 };
 
 void tst_WidgetDelegate::roles()

@@ -82,7 +82,7 @@ std::optional<Frames> readCanFd(const QByteArray &file)
 QString decoded(const QByteArray &bytes)
 {
     QTextCodec::ConverterState utf8(QTextCodec::IgnoreHeader);
-    const QString text = QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &utf8);
+    QString text = QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &utf8);
     if (utf8.invalidChars == 0 && utf8.remainingChars == 0) {
         return text;
     }

@@ -9,8 +9,8 @@
 
 #include <utility>
 
-SaveDialogDriver::SaveDialogDriver(const QString &path, std::function<void(QFileDialog &)> beforeAnswer)
-    : m_path(path)
+SaveDialogDriver::SaveDialogDriver(QString path, std::function<void(QFileDialog &)> beforeAnswer)
+    : m_path(std::move(path))
     , m_beforeAnswer(std::move(beforeAnswer))
 {
     connect(&m_timer, &QTimer::timeout, this, &SaveDialogDriver::lookForDialog);

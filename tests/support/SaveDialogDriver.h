@@ -17,7 +17,7 @@ class SaveDialogDriver : public QObject
 
 public:
     /// path is typed as it is; an empty one presses Cancel. beforeAnswer sees the dialog once it is on screen.
-    explicit SaveDialogDriver(const QString &path, std::function<void(QFileDialog &)> beforeAnswer = {});
+    explicit SaveDialogDriver(QString path, std::function<void(QFileDialog &)> beforeAnswer = {});
 
     /// Whether a dialog came and was answered.
     bool isAnswered() const { return m_isAnswered; }

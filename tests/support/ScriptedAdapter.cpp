@@ -247,7 +247,7 @@ ScriptedAdapter::~ScriptedAdapter()
     current = nullptr;
 }
 
-std::unique_ptr<CANAPI> ScriptedAdapter::table(const QStringList &without) const
+std::unique_ptr<CANAPI> ScriptedAdapter::table(const QStringList &without)
 {
     const CANAPI::EntryLookUp lookUp = [&without](const char *name) -> ScriptedEntries::Symbol {
         return without.contains(QString::fromLatin1(name)) ? nullptr : ScriptedEntries::all().value(name);

@@ -47,7 +47,6 @@ namespace {
 using Visitor = CatalogWindow::Visitor;
 
 constexpr int StepTimeoutMs = 60000;
-constexpr int RowsToSee = 40;
 constexpr int NoticeMs = 60000;
 
 const QByteArray OneAdapter = R"({

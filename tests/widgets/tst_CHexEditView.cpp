@@ -65,19 +65,19 @@ class tst_CHexEditView : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { initResources(); }
-    void looksAsItShould();
-    void startsInTheEditor();
-    void typesAndAccepts();
-    void cancels();
-    void keepsTheLength();
-    void cutsALongPaste();
-    void clears();
-    void bytesPerLine();
-    void undoKeysWorkFromEverywhere();
-    void enterAcceptsAndEscapeRejects();
-    void emptyPayload();
-    void ownerMayGoWhileItRuns();
+    static void initTestCase() { initResources(); }
+    static void looksAsItShould();
+    static void startsInTheEditor();
+    static void typesAndAccepts();
+    static void cancels();
+    static void keepsTheLength();
+    static void cutsALongPaste();
+    static void clears();
+    static void bytesPerLine();
+    static void undoKeysWorkFromEverywhere();
+    static void enterAcceptsAndEscapeRejects();
+    static void emptyPayload();
+    static void ownerMayGoWhileItRuns();
 };
 
 void tst_CHexEditView::looksAsItShould()

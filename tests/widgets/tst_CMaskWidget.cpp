@@ -9,9 +9,9 @@ class tst_CMaskWidget : public QObject
     Q_OBJECT
 
 private slots:
-    void covers();
-    void darkens();
-    void leavesFocusAndClicks();
+    static void covers();
+    static void darkens();
+    static void leavesFocusAndClicks();
 };
 
 void tst_CMaskWidget::covers()

@@ -68,35 +68,35 @@ class tst_CMessageBox : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { initResources(); }
-    void parts();
-    void pictures_data();
-    void pictures();
-    void buttonTexts_data();
-    void buttonTexts();
-    void unknownButtonsAreIgnored();
-    void keys_data();
-    void keys();
-    void chosenDefaultButton();
-    void focusMovesTheDefault();
-    void withoutEscapeButton();
-    void withoutButtons();
-    void noAcceleratorClashes();
-    void helpers_data();
-    void helpers();
+    static void initTestCase() { initResources(); }
+    static void parts();
+    static void pictures_data();
+    static void pictures();
+    static void buttonTexts_data();
+    static void buttonTexts();
+    static void unknownButtonsAreIgnored();
+    static void keys_data();
+    static void keys();
+    static void chosenDefaultButton();
+    static void focusMovesTheDefault();
+    static void withoutEscapeButton();
+    static void withoutButtons();
+    static void noAcceleratorClashes();
+    static void helpers_data();
+    static void helpers();
     void helperClosedOtherwise_data();
-    void helperClosedOtherwise();
-    void helperTakesMarkup();
-    void helperDeletedWithItsParent();
-    void openReportsByFinished();
-    void boxOverABox();
-    void plainUnlessRichIsAsked();
-    void shortTextStaysOnOneLine();
-    void longTextFitsTheScreen_data();
-    void longTextFitsTheScreen();
-    void enterWhileScrolling();
-    void textChangedWhileOpen();
-    void namesForScreenReaders();
+    static void helperClosedOtherwise();
+    static void helperTakesMarkup();
+    static void helperDeletedWithItsParent();
+    static void openReportsByFinished();
+    static void boxOverABox();
+    static void plainUnlessRichIsAsked();
+    static void shortTextStaysOnOneLine();
+    static void longTextFitsTheScreen_data();
+    static void longTextFitsTheScreen();
+    static void enterWhileScrolling();
+    static void textChangedWhileOpen();
+    static void namesForScreenReaders();
 };
 
 void tst_CMessageBox::parts()

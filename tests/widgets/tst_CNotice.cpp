@@ -84,33 +84,33 @@ class tst_CNotice : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { initResources(); }
-    void hiddenAtFirst();
-    void looks_data();
-    void looks();
-    void otherTypesChangeNothing_data();
-    void otherTypesChangeNothing();
-    void size();
-    void heightByLines_data();
-    void heightByLines();
-    void eachLineIsDrawnOnOneLine();
-    void fadesInStaysAndFadesOut();
-    void ticks_data();
-    void ticks();
-    void secondNoticeWhileShowing();
-    void secondNoticeDuringFadeIn();
-    void waitOfTheFirstNoticeIsDropped();
-    void secondNoticeDuringFadeOut();
-    void centredAfterResizing();
-    void centredByPainting();
-    void textIsNeverMarkup_data();
-    void textIsNeverMarkup();
-    void wideTextStaysInside_data();
-    void wideTextStaysInside();
-    void refitsWhenTheParentShrinks();
-    void clicksReachWhatIsUnderIt();
-    void endsWithItsParent();
-    void namesForScreenReaders();
+    static void initTestCase() { initResources(); }
+    static void hiddenAtFirst();
+    static void looks_data();
+    static void looks();
+    static void otherTypesChangeNothing_data();
+    static void otherTypesChangeNothing();
+    static void size();
+    static void heightByLines_data();
+    static void heightByLines();
+    static void eachLineIsDrawnOnOneLine();
+    static void fadesInStaysAndFadesOut();
+    static void ticks_data();
+    static void ticks();
+    static void secondNoticeWhileShowing();
+    static void secondNoticeDuringFadeIn();
+    static void waitOfTheFirstNoticeIsDropped();
+    static void secondNoticeDuringFadeOut();
+    static void centredAfterResizing();
+    static void centredByPainting();
+    static void textIsNeverMarkup_data();
+    static void textIsNeverMarkup();
+    static void wideTextStaysInside_data();
+    static void wideTextStaysInside();
+    static void refitsWhenTheParentShrinks();
+    static void clicksReachWhatIsUnderIt();
+    static void endsWithItsParent();
+    static void namesForScreenReaders();
 };
 
 void tst_CNotice::hiddenAtFirst()

@@ -26,22 +26,22 @@ class tst_HexBuffer : public QObject
     Q_OBJECT
 
 private slots:
-    void typesOverDigits();
-    void insertsDigits();
-    void typesCharacters();
-    void typesOverASelection();
-    void typesNothingBehindTheEnd();
-    void removesInOverwriteMode();
-    void removesInInsertMode();
-    void pastesOver();
-    void pastesBetween();
-    void fillsInOneStep();
-    void whatChangesNothingIsNoStep();
-    void undoBringsTheCursorBack();
-    void dataBeginsAnew();
-    void selects();
-    void overwritingNeverChangesTheSize();
-    void undoesAnything();
+    static void typesOverDigits();
+    static void insertsDigits();
+    static void typesCharacters();
+    static void typesOverASelection();
+    static void typesNothingBehindTheEnd();
+    static void removesInOverwriteMode();
+    static void removesInInsertMode();
+    static void pastesOver();
+    static void pastesBetween();
+    static void fillsInOneStep();
+    static void whatChangesNothingIsNoStep();
+    static void undoBringsTheCursorBack();
+    static void dataBeginsAnew();
+    static void selects();
+    static void overwritingNeverChangesTheSize();
+    static void undoesAnything();
 };
 
 void tst_HexBuffer::typesOverDigits()
@@ -195,7 +195,7 @@ void tst_HexBuffer::whatChangesNothingIsNoStep()
     buffer.typeDigit(1);
     QCOMPARE(buffer.cursor(), 1);
     buffer.typeDigit(2);
-    buffer.paste(QByteArray("\x34\x56"));
+    buffer.paste(QByteArray(R"(4V)"));
     QCOMPARE(buffer.cursor(), 6);
     QCOMPARE(buffer.changes, 0);
     QVERIFY(!buffer.history().canUndo());

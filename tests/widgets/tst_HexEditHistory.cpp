@@ -42,11 +42,11 @@ class tst_HexEditHistory : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { initResources(); }
-    void buttonsFollowTheHistory();
-    void clearIsOneStepAmongOthers();
-    void lengthComesBackFromAnEditorThatChangesIt();
-    void growsWithTheLine();
+    static void initTestCase() { initResources(); }
+    static void buttonsFollowTheHistory();
+    static void clearIsOneStepAmongOthers();
+    static void lengthComesBackFromAnEditorThatChangesIt();
+    static void growsWithTheLine();
 };
 
 void tst_HexEditHistory::buttonsFollowTheHistory()

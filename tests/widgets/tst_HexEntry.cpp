@@ -8,16 +8,16 @@ class tst_HexEntry : public QObject
     Q_OBJECT
 
 private slots:
-    void shows_data();
-    void shows();
-    void digits_data();
-    void digits();
-    void groups_data();
-    void groups();
-    void positions_data();
-    void positions();
-    void payload_data();
-    void payload();
+    static void shows_data();
+    static void shows();
+    static void digits_data();
+    static void digits();
+    static void groups_data();
+    static void groups();
+    static void positions_data();
+    static void positions();
+    static void payload_data();
+    static void payload();
 };
 
 void tst_HexEntry::shows_data()

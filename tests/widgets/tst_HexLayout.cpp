@@ -20,17 +20,17 @@ class tst_HexLayout : public QObject
     Q_OBJECT
 
 private slots:
-    void lines_data();
-    void lines();
-    void addresses_data();
-    void addresses();
-    void columns();
-    void everyByteIsFoundWhereItStands_data();
-    void everyByteIsFoundWhereItStands();
-    void nearestPlace_data();
-    void nearestPlace();
-    void moves_data();
-    void moves();
+    static void lines_data();
+    static void lines();
+    static void addresses_data();
+    static void addresses();
+    static void columns();
+    static void everyByteIsFoundWhereItStands_data();
+    static void everyByteIsFoundWhereItStands();
+    static void nearestPlace_data();
+    static void nearestPlace();
+    static void moves_data();
+    static void moves();
 };
 
 void tst_HexLayout::lines_data()

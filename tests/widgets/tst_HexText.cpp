@@ -8,12 +8,12 @@ class tst_HexText : public QObject
     Q_OBJECT
 
 private slots:
-    void reads_data();
-    void reads();
-    void refuses_data();
-    void refuses();
-    void writes();
-    void readsWhatItWrote();
+    static void reads_data();
+    static void reads();
+    static void refuses_data();
+    static void refuses();
+    static void writes();
+    static void readsWhatItWrote();
 };
 
 void tst_HexText::reads_data()

@@ -32,23 +32,23 @@ class tst_ModalMasks : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void goneOnAccept();
-    void goneOnReject();
-    void goneOnDelete();
-    void goneOnException();
-    void goneWhenTheWindowGoes();
-    void followsTheSize();
-    void oneMaskWithTwoDialogs();
-    void newWindowIsMasked();
-    void windowBecomesAPart();
-    void everyWindowIsMasked();
-    void fileDialog();
-    void systemFileDialog();
-    void staticFileDialog();
-    void nonModalDialogMasksNothing();
-    void menusAreNotMasked();
-    void focusComesBack();
+    static void initTestCase();
+    static void goneOnAccept();
+    static void goneOnReject();
+    static void goneOnDelete();
+    static void goneOnException();
+    static void goneWhenTheWindowGoes();
+    static void followsTheSize();
+    static void oneMaskWithTwoDialogs();
+    static void newWindowIsMasked();
+    static void windowBecomesAPart();
+    static void everyWindowIsMasked();
+    static void fileDialog();
+    static void systemFileDialog();
+    static void staticFileDialog();
+    static void nonModalDialogMasksNothing();
+    static void menusAreNotMasked();
+    static void focusComesBack();
 };
 
 void tst_ModalMasks::initTestCase()

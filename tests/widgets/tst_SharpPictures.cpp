@@ -19,9 +19,9 @@ public:
     }
 
 private slots:
-    void initTestCase();
-    void messageBox();
-    void notice();
+    static void initTestCase();
+    static void messageBox();
+    static void notice();
 };
 
 void tst_SharpPictures::initTestCase()

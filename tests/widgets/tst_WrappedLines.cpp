@@ -25,13 +25,13 @@ class tst_WrappedLines : public QObject
     Q_OBJECT
 
 private slots:
-    void fittingLinesStay_data();
-    void fittingLinesStay();
-    void breaksBetweenWords();
-    void breaksLongWords();
-    void cutsAtTheLastLine_data();
-    void cutsAtTheLastLine();
-    void narrowerThanACharacter();
+    static void fittingLinesStay_data();
+    static void fittingLinesStay();
+    static void breaksBetweenWords();
+    static void breaksLongWords();
+    static void cutsAtTheLastLine_data();
+    static void cutsAtTheLastLine();
+    static void narrowerThanACharacter();
 };
 
 void tst_WrappedLines::fittingLinesStay_data()

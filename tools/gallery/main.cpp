@@ -40,7 +40,7 @@ int main(int argc, char *argv[])
         return 2;
     }
     applyApplicationLook(application);
-    const QString language = arguments.at(1);
+    const QString &language = arguments.at(1);
     Translators translators;
     const int languageIndex = language == QLatin1String("en") ? 1 : 0;
     installLanguage(translators, languageIndex);
