@@ -91,9 +91,9 @@ void tst_TickTimer::startsAnewWithAnotherInterval()
     QCOMPARE(ticks, before);
 }
 
-/// Two timers of one interval on an event loop that is held up for almost six of them, five times. The one that makes up
-/// for that gets ahead of the other one by four or five ticks each time, by which of them came first. Of one kind, they
-/// would differ by one each time. When the ticks come in between is TickPace's, and tested there.
+/// Two timers of one interval on an event loop that is held up for almost six of them, five times. The one that makes
+/// up for that gets ahead of the other one by four or five ticks each time, by which of them came first. Of one kind,
+/// they would differ by one each time. When the ticks come in between is TickPace's, and tested there.
 void tst_TickTimer::makesUpForADelay()
 {
     const auto counts = tickBesides(true);
