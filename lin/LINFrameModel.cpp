@@ -116,7 +116,8 @@ QString LINFrameModel::cellText(int row, int column) const
     return linCell(shown.frame, shown.number, shown.state, static_cast<LINColumn>(column));
 }
 
-QString LINFrameModel::headerText(int column)
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): a model is asked for its columns, whatever they are
+QString LINFrameModel::headerText(int column) const
 {
     return column < 0 || column >= LINColumnCount ? QString() : linColumnTitle(static_cast<LINColumn>(column));
 }

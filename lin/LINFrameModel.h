@@ -34,7 +34,7 @@ public:
 
     /// Empty for a cell that is not there.
     QString cellText(int row, int column) const;
-    static QString headerText(int column);
+    QString headerText(int column) const;
 
     QModelIndex index(int row, int column, const QModelIndex &parent = QModelIndex()) const override;
     QModelIndex parent(const QModelIndex &child) const override;

@@ -24,10 +24,10 @@
 static std::atomic<int> diskWaits{0};
 
 /// Stands before the system's function of this name, which the toolkit calls to wait until a file is on the disk.
-extern "C" int fdatasync(int file)
+extern "C" int fdatasync(int fildes)
 {
     ++diskWaits;
-    return static_cast<int>(syscall(SYS_fdatasync, file));
+    return static_cast<int>(syscall(SYS_fdatasync, fildes));
 }
 #endif
 
@@ -140,7 +140,7 @@ private slots:
 #ifdef Q_OS_LINUX
     void waitsForTheDiskOnlyWithAWholeFile();
 #endif
-    void deletedWhileItRuns_data();
+    static void deletedWhileItRuns_data();
     void deletedWhileItRuns();
     void deletedInItsSignal();
     void startEndsTheOneBefore();

@@ -234,33 +234,33 @@ class tst_Resources : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void pathExists_data();
-    void pathExists();
-    void pictureIsDrawn_data();
-    void pictureIsDrawn();
-    void picturesDiffer();
-    void applicationIcon();
-    void translatorLoads_data();
-    void translatorLoads();
-    void labelsOfSavedFrames_data();
-    void labelsOfSavedFrames();
-    void dataFrameAndDataHeading();
-    void englishKeepsItsSpellings();
-    void everyMessageIsTranslated();
-    void everyMessageIsChinese();
-    void englishHasTheSameKeys();
-    void fileFiltersKeepTheirPatterns();
-    void styleSheetNamesEveryState_data();
-    void styleSheetNamesEveryState();
-    void buttonStatesLookDifferent_data();
-    void buttonStatesLookDifferent();
-    void buttonClassesLookDifferent();
-    void styleSheetPicturesExist();
-    void styleSheetLeavesTableItemsAlone();
-    void styleSheetAppliesWithoutComplaint();
-    void controlsAreCompact();
-    void focusIsVisible();
+    static void initTestCase();
+    static void pathExists_data();
+    static void pathExists();
+    static void pictureIsDrawn_data();
+    static void pictureIsDrawn();
+    static void picturesDiffer();
+    static void applicationIcon();
+    static void translatorLoads_data();
+    static void translatorLoads();
+    static void labelsOfSavedFrames_data();
+    static void labelsOfSavedFrames();
+    static void dataFrameAndDataHeading();
+    static void englishKeepsItsSpellings();
+    static void everyMessageIsTranslated();
+    static void everyMessageIsChinese();
+    static void englishHasTheSameKeys();
+    static void fileFiltersKeepTheirPatterns();
+    static void styleSheetNamesEveryState_data();
+    static void styleSheetNamesEveryState();
+    static void buttonStatesLookDifferent_data();
+    static void buttonStatesLookDifferent();
+    static void buttonClassesLookDifferent();
+    static void styleSheetPicturesExist();
+    static void styleSheetLeavesTableItemsAlone();
+    static void styleSheetAppliesWithoutComplaint();
+    static void controlsAreCompact();
+    static void focusIsVisible();
 };
 
 void tst_Resources::initTestCase()

@@ -583,11 +583,11 @@ void tst_CTableViewCAN::wheelMovesOneRow()
     Table table(4);
     table.show(frames(100));
     table.bar->setValue(50);
-    table.wheel(table.view->viewport(), delta);
+    Table::wheel(table.view->viewport(), delta);
     QCOMPARE(table.bar->value(), value);
     QCOMPARE(table.numbers().first(), QString::number(value + 1));
     table.bar->setValue(50);
-    table.wheel(table.view, delta);
+    Table::wheel(table.view, delta);
     QCOMPARE(table.bar->value(), value);
     QCOMPARE(table.view->verticalScrollBar()->value(), 0);
 }
@@ -596,12 +596,12 @@ void tst_CTableViewCAN::wheelOnTheScrollBar()
 {
     Table table(4);
     table.show(frames(6));
-    table.wheel(table.bar, -1200);
+    Table::wheel(table.bar, -1200);
     QCOMPARE(table.bar->value(), 1);
-    table.wheel(table.bar, -1200);
-    table.wheel(table.bar, -1200);
+    Table::wheel(table.bar, -1200);
+    Table::wheel(table.bar, -1200);
     QCOMPARE(table.bar->value(), 2); // the end
-    table.wheel(table.bar, 1200);
+    Table::wheel(table.bar, 1200);
     QCOMPARE(table.bar->value(), 1);
 }
 
@@ -686,7 +686,7 @@ void tst_CTableViewCAN::modelIsSound()
     table.bar->setValue(3);
     table.setRows(9);
     table.setRows(2);
-    table.wheel(table.view->viewport(), -120);
+    Table::wheel(table.view->viewport(), -120);
     table.widget.setCacheSize(7);
     table.widget.clear();
     table.show(frames(3));

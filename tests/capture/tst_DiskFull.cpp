@@ -45,7 +45,8 @@ private:
 
 QVector<FrameRecord> frames(int count)
 {
-    return QVector<FrameRecord>(count, frame(0x5, QByteArray(8, 'U')));
+    QVector<FrameRecord> frames(count, frame(0x5, QByteArray(8, 'U')));
+    return frames;
 }
 
 } // namespace
@@ -58,7 +59,7 @@ private slots:
     void init();
     static void saveKeepsTheFileThatStood_data();
     void saveKeepsTheFileThatStood();
-    void saveLeavesNothingBehind_data();
+    static void saveLeavesNothingBehind_data();
     void saveLeavesNothingBehind();
     static void realTimeFileEndsWithAWholeLine_data();
     void realTimeFileEndsWithAWholeLine();

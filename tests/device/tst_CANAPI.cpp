@@ -89,7 +89,7 @@ class tst_CANAPI : public QObject
 
 private slots:
     void init();
-    void withoutPath();
+    static void withoutPath();
     static void defaultPathIsInTheWorkingDirectory();
     static void entriesAreLookedUpInOrder();
     static void eachNameFillsItsSlot();

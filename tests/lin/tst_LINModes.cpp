@@ -192,7 +192,7 @@ private slots:
     static void locksAndComesBack();
     static void refusedModeLocksNothing_data();
     static void refusedModeLocksNothing();
-    void closedWhileRunning_data();
+    static void closedWhileRunning_data();
     static void closedWhileRunning();
     static void oneAfterTheOther();
 };

@@ -247,7 +247,8 @@ ScriptedAdapter::~ScriptedAdapter()
     current = nullptr;
 }
 
-std::unique_ptr<CANAPI> ScriptedAdapter::table(const QStringList &without)
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): there is no table without an adapter
+std::unique_ptr<CANAPI> ScriptedAdapter::table(const QStringList &without) const
 {
     const CANAPI::EntryLookUp lookUp = [&without](const char *name) -> ScriptedEntries::Symbol {
         return without.contains(QString::fromLatin1(name)) ? nullptr : ScriptedEntries::all().value(name);

@@ -23,7 +23,7 @@ public:
     ScriptedAdapter &operator=(const ScriptedAdapter &) = delete;
 
     /// A table of all entries but some.
-    static std::unique_ptr<CANAPI> table(const QStringList &without = {});
+    std::unique_ptr<CANAPI> table(const QStringList &without = {}) const;
 
     /// Calls of the manager since the last time, in order: "VCI_OpenDevice 4 0 0". Text and output buffers are left
     /// out, records are written field by field.

@@ -84,7 +84,7 @@ private slots:
     static void noAcceleratorClashes();
     static void helpers_data();
     static void helpers();
-    void helperClosedOtherwise_data();
+    static void helperClosedOtherwise_data();
     static void helperClosedOtherwise();
     static void helperTakesMarkup();
     static void helperDeletedWithItsParent();
