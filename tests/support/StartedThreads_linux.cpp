@@ -17,10 +17,10 @@ int startedThreads()
 }
 
 // Stands before the system's: also for the libraries that this program is linked with.
-extern "C" int pthread_create(pthread_t *thread, const pthread_attr_t *attributes, void *(*start)(void *),
-                              void *argument)
+extern "C" int pthread_create(pthread_t *newthread, const pthread_attr_t *attr, void *(*start_routine)(void *),
+                              void *arg)
 {
     static const auto create = reinterpret_cast<decltype(&pthread_create)>(dlsym(RTLD_NEXT, "pthread_create"));
     ++threads;
-    return create(thread, attributes, start, argument);
+    return create(newthread, attr, start_routine, arg);
 }
