@@ -473,7 +473,7 @@ void tst_GUI_CanGateWay::leavingDiscards()
 {
     QFETCH(QString, way);
     const Words callers = standardWords(3);
-    const Words &words = callers;
+    Words words = callers; // NOLINT(performance-unnecessary-copy-initialization): it could be changed, and must not be
     DialogUnderTest user(words);
     QSignalSpy accepted(&user.dialog, &QDialog::accepted);
     QSignalSpy rejected(&user.dialog, &QDialog::rejected);
