@@ -70,6 +70,7 @@ void tst_Application::startsAfterAKill()
     }
     RunningProgram last(folder, QStringLiteral("close"));
     QVERIFY(last.waitForEnd());
+    QCOMPARE(last.errors(), QString());
     QCOMPARE(folder.log().count(QLatin1String("shown")), 4);
 }
 

@@ -7,6 +7,11 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#ifdef Q_OS_UNIX
+#include <sys/ipc.h>
+#include <sys/shm.h>
+#endif
+
 class tst_SingleInstance : public QObject
 {
     Q_OBJECT
@@ -17,6 +22,9 @@ private slots:
     static void holdsOnce();
     static void isFreeAfterRelease();
     static void holdsTheSegmentToo();
+#ifdef Q_OS_UNIX
+    void holdsBesideForeignSegments();
+#endif
     static void cannotHoldWithoutATemporaryFolder();
 
 private:
@@ -73,6 +81,48 @@ void tst_SingleInstance::holdsTheSegmentToo()
     QVERIFY(!segment.create(1));
     QCOMPARE(segment.error(), QSharedMemory::AlreadyExists);
 }
+
+#ifdef Q_OS_UNIX
+/// A segment's key is made from 16 bits of a file's number, so another program's segment can have the same one.
+void tst_SingleInstance::holdsBesideForeignSegments()
+{
+    constexpr int Files = 12; // more than the guard makes
+    QVector<int> segments;
+    {
+        QVector<QString> names;
+        for (int i = 0; i < Files; ++i) {
+            QFile file(m_folder.filePath(QString::number(i)));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            names.append(file.fileName());
+        }
+        // Their numbers are given to the next files.
+        for (const QString &name : names) {
+            segments.append(::shmget(::ftok(QFile::encodeName(name).constData(), 'Q'), 1, 0600 | IPC_CREAT | IPC_EXCL));
+        }
+        for (const QString &name : names) {
+            QVERIFY(QFile::remove(name));
+        }
+    }
+    const auto removeAll = qScopeGuard([&segments] {
+        for (const int segment : segments) {
+            ::shmctl(segment, IPC_RMID, nullptr);
+        }
+    });
+    QVector<void *> attached; // somebody uses them
+    for (const int segment : segments) {
+        attached.append(::shmat(segment, nullptr, 0));
+    }
+    const auto detachAll = qScopeGuard([&attached] {
+        for (const void *address : attached) {
+            ::shmdt(address);
+        }
+    });
+    const SingleInstance first;
+    QVERIFY(first.isHeld());
+    const SingleInstance second;
+    QVERIFY(!second.isHeld());
+}
+#endif
 
 void tst_SingleInstance::cannotHoldWithoutATemporaryFolder()
 {
