@@ -1,5 +1,7 @@
 #include "capture/CaptureWriter.h"
 
+#include "device/SaveTarget.h"
+
 #include <QSaveFile>
 #include <QtEndian>
 #include <QTextCodec>
@@ -305,6 +307,6 @@ bool saveCapture(const QString &path, const FrameStore &store, int first, int co
     }
     QSaveFile file(path);
     // Without the flush, a file smaller than the device's buffer would be taken for saved when the disk is full.
-    return file.open(QIODevice::WriteOnly) && writeCapture(file, *format, store, first, count, labels, style) &&
-           file.flush() && file.commit();
+    return openForSaving(file) && writeCapture(file, *format, store, first, count, labels, style) && file.flush() &&
+           file.commit();
 }

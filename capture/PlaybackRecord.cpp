@@ -11,9 +11,9 @@ Record toRecord(const CaptureFrame &frame)
     record.ID = frame.id();
     record.RemoteFlag = frame.isRemote() ? 1 : 0;
     record.ExternFlag = frame.isExtended() ? 1 : 0;
-    const int length = std::min(frame.length(), Capacity);
-    record.DataLen = static_cast<quint8>(length);
-    std::copy_n(frame.data.cbegin(), std::min(length, frame.data.size()), record.Data);
+    record.DataLen = static_cast<quint8>(std::min(frame.length(), Capacity));
+    // The whole payload, also where the length says less: the record of a .can file always holds eight bytes.
+    std::copy_n(frame.data.cbegin(), std::min(frame.data.size(), Capacity), record.Data);
     return record;
 }
 } // namespace

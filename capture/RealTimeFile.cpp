@@ -1,5 +1,7 @@
 #include "capture/RealTimeFile.h"
 
+#include "device/SaveTarget.h"
+
 #include <algorithm>
 
 bool RealTimeFile::open(const QString &path, const FrameLabels &labels, const CaptureTextStyle &style)
@@ -11,7 +13,7 @@ bool RealTimeFile::open(const QString &path, const FrameLabels &labels, const Ca
                     CaptureLines::LastCell::Separated, style);
     m_lineEnd = style.lineEnd;
     m_file.setFileName(path);
-    return m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered);
+    return isFileTarget(path) && m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered);
 }
 
 void RealTimeFile::close()

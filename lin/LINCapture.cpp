@@ -1,5 +1,6 @@
 #include "lin/LINCapture.h"
 
+#include "device/SaveTarget.h"
 #include "lin/LINFrameCells.h"
 #include "lin/LINFrameModel.h"
 #include "lin/LINHexPairs.h"
@@ -103,7 +104,7 @@ QString line(const LINFrameModel &frames, int row)
 bool saveLINCapture(const QString &path, const LINFrameModel &frames)
 {
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
+    if (!openForSaving(file, QIODevice::WriteOnly | QIODevice::Text)) {
         return false;
     }
     QString text = titles(frames);

@@ -9,6 +9,10 @@
 #include <QTest>
 #include <QTextCodec>
 
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
 using namespace CaptureTestData;
 
 Q_DECLARE_METATYPE(std::optional<CaptureFormat>)
@@ -116,6 +120,9 @@ private slots:
     static void saveToUnknownEnding();
     static void saveToVanishedFolder();
     static void saveOverAFolder();
+#ifdef Q_OS_UNIX
+    static void saveOverAPipe();
+#endif
 };
 
 void tst_CaptureWriter::formatOfPath_data()
@@ -457,6 +464,20 @@ void tst_CaptureWriter::saveOverAFolder()
     QVERIFY(QDir(folder.filePath(QStringLiteral("a.csv"))).exists());
     QCOMPARE(filesIn(folder.path()), QStringList());
 }
+
+#ifdef Q_OS_UNIX
+/// It stays what it is.
+void tst_CaptureWriter::saveOverAPipe()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("pipe.csv"));
+    QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    FrameStore store;
+    fillThree(store);
+    QVERIFY(!saveCapture(path, store, 0, 3, English));
+    QVERIFY(QFileInfo::exists(path) && !QFileInfo(path).isFile());
+}
+#endif
 
 X9_CORE_TEST(tst_CaptureWriter)
 #include "tst_CaptureWriter.moc"

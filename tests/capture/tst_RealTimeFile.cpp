@@ -7,6 +7,10 @@
 #include <QTest>
 #include <QTextCodec>
 
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
 using namespace CaptureTestData;
 
 namespace {
@@ -36,12 +40,18 @@ private slots:
     void longRows();
     void closedFileStaysReadable();
     void openFails();
+#ifdef Q_OS_UNIX
+    static void refusesAPipe();
+#endif
     void deletedFile();
     void replacedFile();
     void movedFolder();
 
 private:
-    QString path(const char *name) const { return m_folder->filePath(QString::fromLatin1(name)); }
+    QString path(const char *name) const
+    {
+        return m_folder->filePath(QString::fromLatin1(name));
+    }
 
     std::unique_ptr<QTemporaryDir> m_folder;
     const FrameLabels m_labels = englishLabels();
@@ -230,6 +240,18 @@ void tst_RealTimeFile::movedFolder()
     QVERIFY(!file.isOpen());
     QCOMPARE(fileContent(path("there/a.csv")).count('\n'), 1);
 }
+
+#ifdef Q_OS_UNIX
+/// Opening it would wait for somebody who reads.
+void tst_RealTimeFile::refusesAPipe()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("pipe.csv"));
+    QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    RealTimeFile file;
+    QVERIFY(!file.open(path, englishLabels(), unixStyle()));
+}
+#endif
 
 X9_CORE_TEST(tst_RealTimeFile)
 #include "tst_RealTimeFile.moc"

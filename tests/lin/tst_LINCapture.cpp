@@ -14,6 +14,10 @@
 #include <QTranslator>
 #include <QtTest>
 
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
 #include <algorithm>
 #include <random>
 
@@ -124,6 +128,9 @@ private slots:
     static void savesChineseInTheLocalEncoding();
     static void replacesAFile();
     static void keepsTheFileWhenItCannotBeWritten();
+#ifdef Q_OS_UNIX
+    static void keepsAPipe();
+#endif
     static void keepsTheFileOnAFullDisk_data();
     static void keepsTheFileOnAFullDisk();
     static void readsTheGoldenFile();
@@ -390,6 +397,20 @@ void tst_LINCapture::withstandsMutations()
     }
     QVERIFY(captures > 1000 && captures < 19000);
 }
+
+#ifdef Q_OS_UNIX
+/// It stays what it is.
+void tst_LINCapture::keepsAPipe()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("pipe.csv"));
+    QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    LINFrameModel model;
+    fillWithFour(model);
+    QVERIFY(!saveLINCapture(path, model));
+    QVERIFY(QFileInfo::exists(path) && !QFileInfo(path).isFile());
+}
+#endif
 
 X9_CORE_TEST(tst_LINCapture)
 #include "tst_LINCapture.moc"
