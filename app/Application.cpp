@@ -2,6 +2,7 @@
 
 #include "app/ApplicationSetup.h"
 #include "app/Driver.h"
+#include "app/EndSignals.h"
 #include "app/ExitDeadline.h"
 #include "app/GUI_CanView.h"
 #include "app/HttpServer.h"
@@ -9,6 +10,7 @@
 #include "app/Settings.h"
 #include "app/SingleInstance.h"
 #include "device/CANCommunication.h"
+#include "widgets/CMessageBox.h"
 
 #include <QApplication>
 #include <QProcess>
@@ -19,6 +21,7 @@
 namespace {
 /// For closing the adapter, after the files have been finished.
 constexpr std::chrono::milliseconds CloseLimit{1700};
+constexpr int BlockedExitCode = 1;
 
 /// Lets another instance start, and starts it when that is what the event loop ended for.
 void leave(SingleInstance &instance, int exitCode)
@@ -32,28 +35,44 @@ void leave(SingleInstance &instance, int exitCode)
 int runWindow(SingleInstance &instance)
 {
     auto window = std::make_unique<GUI_CanView>(std::make_unique<CANCommunication>(firmwareQuery(updateServer())));
+    // Also at the end of a Windows session, after which the process is heard of no more.
+    QObject::connect(qApp, &QApplication::aboutToQuit, window.get(), &GUI_CanView::finishFiles);
+    const EndSignals endSignals;
     window->show();
     const int exitCode = QApplication::exec();
     QApplication::closeAllWindows();
-    window->finishFiles();
     const ExitDeadline deadline(CloseLimit, exitCode, [&instance, exitCode] { leave(instance, exitCode); });
     window.reset();
     return exitCode;
+}
+/// Whoever started the program learns why nothing comes.
+int tellProblem(const QString &problem)
+{
+    CMessageBox(CMessageBox::Critical, SingleInstance::tr("Tips"), problem, CMessageBox::Ok).exec();
+    return BlockedExitCode;
 }
 } // namespace
 
 int runApplication(int &argc, char **argv)
 {
     SingleInstance instance;
-    if (!instance.isHeld()) {
+    if (instance.state() == SingleInstance::State::Running) {
         return 0;
+    }
+    if (!instance.isHeld()) {
+        qCritical("%s", qPrintable(instance.problem())); // before there is a display, or none
     }
     setApplicationAttributes();
     QApplication application(argc, argv);
     applyApplicationLook(application);
-    installDriver();
+    if (instance.isHeld()) {
+        installDriver();
+    }
     Translators translators;
     installLanguage(translators, getLanguage());
+    if (!instance.isHeld()) {
+        return tellProblem(instance.problem());
+    }
     const int exitCode = runWindow(instance);
     leave(instance, exitCode);
     return exitCode;

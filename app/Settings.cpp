@@ -1,6 +1,9 @@
 #include "app/Settings.h"
 
+#include "device/SaveTarget.h"
+
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFileInfo>
 #include <QSettings>
@@ -16,10 +19,20 @@ QString languageKey()
     return QStringLiteral("language");
 }
 
+/// The settings in a file; empty where something stands that is no file, a pipe for instance, which opening waits for.
+class Settings : public QSettings
+{
+public:
+    explicit Settings(const QString &file)
+        : QSettings(isFileTarget(file) ? file : QString(), IniFormat)
+    {
+    }
+};
+
 /// Whether the value stands in the file afterwards.
 bool store(const QString &file, int language)
 {
-    QSettings settings(file, QSettings::IniFormat);
+    Settings settings(file);
     const QVariant before = settings.value(languageKey());
     settings.setValue(languageKey(), language);
     settings.sync();
@@ -29,6 +42,13 @@ bool store(const QString &file, int language)
         before.isValid() ? settings.setValue(languageKey(), before) : settings.remove(languageKey());
     }
     return isStored;
+}
+
+/// Of installations in different folders; it never changes, as it names a file.
+QString installationKey()
+{
+    const QString folder = QDir(QCoreApplication::applicationDirPath()).canonicalPath();
+    return QString::fromLatin1(QCryptographicHash::hash(folder.toUtf8(), QCryptographicHash::Sha1).toHex().left(8));
 }
 } // namespace
 
@@ -40,35 +60,27 @@ SettingsFiles::SettingsFiles(QString programFile, QString userFile)
 
 SettingsFiles SettingsFiles::ofProgram()
 {
-    const QString name = QStringLiteral("Init.ini");
     const QDir userFolder(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
-    return {QDir(QCoreApplication::applicationDirPath()).filePath(name),
-            userFolder.filePath(QStringLiteral("X9CAN/") + name)};
+    return {QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("Init.ini")),
+            userFolder.filePath(QStringLiteral("X9CAN/Init-%1.ini").arg(installationKey()))};
 }
 
 int SettingsFiles::language() const
 {
-    const QSettings program(m_programFile, QSettings::IniFormat);
-    const QSettings user(m_userFile, QSettings::IniFormat);
-    const QSettings &settings = user.contains(languageKey()) ? user : program;
-    return settings.value(languageKey(), LanguageChinese).toInt();
+    const Settings program(m_programFile);
+    const Settings user(m_userFile);
+    const bool isUsers = user.contains(languageKey()) && !(isFileTarget(m_programFile) && program.isWritable());
+    return (isUsers ? user : program).value(languageKey(), LanguageChinese).toInt();
 }
 
 bool SettingsFiles::setLanguage(int language) const
 {
-    if (!store(m_programFile, language)) {
-        return store(m_userFile, language);
-    }
-    QSettings user(m_userFile, QSettings::IniFormat);
-    if (user.contains(languageKey())) {
-        user.remove(languageKey()); // from a time when the program's own file could not be written
-    }
-    return true;
+    return store(m_programFile, language) || store(m_userFile, language);
 }
 
 QString SettingsFiles::updateServer() const
 {
-    const QSettings program(m_programFile, QSettings::IniFormat);
+    const Settings program(m_programFile);
     return program.value(QStringLiteral("updateServer")).toString();
 }
 

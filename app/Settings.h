@@ -3,8 +3,8 @@
 #include <QString>
 
 // The settings are in "Init.ini" beside the program. Where that cannot be written, in a program folder for all users
-// for instance, what the user chooses goes to a file of the same name in the user's own configuration folder, which
-// then counts first.
+// for instance, what the user chooses goes to a file in the user's own configuration folder, one for each folder that a
+// program is installed in, which then counts first.
 
 /// The interface language: 0 Chinese, also when nothing is stored or the file cannot be read; 1 English.
 int getLanguage();
@@ -25,6 +25,7 @@ public:
     int language() const;
     bool setLanguage(int language) const;
     QString updateServer() const;
+    QString userFile() const { return m_userFile; }
 
 private:
     QString m_programFile;

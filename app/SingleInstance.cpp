@@ -1,5 +1,7 @@
 #include "app/SingleInstance.h"
 
+#include "app/ProcessName.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -11,12 +13,20 @@ constexpr int LockWaitMs = 100;
 constexpr int SegmentBytes = 1;
 constexpr int SegmentAttempts = 20;
 constexpr uint NoOwner = uint(-2); ///< what Qt answers where files have no owner's number
+
+/// Also where it does not exist: Qt then means the working directory, which no two programs need have in common.
+QString temporaryFolder()
+{
+    const QString folder = QDir::tempPath();
+    return folder.isEmpty() ? qEnvironmentVariable("TMPDIR") : folder;
+}
 } // namespace
 
 SingleInstance::SingleInstance(const QString &key)
-    : m_lock(QDir::temp().filePath(key + QStringLiteral(".lock")))
+    : m_lockFile(QDir(temporaryFolder()).filePath(key + QStringLiteral(".lock")))
+    , m_lock(m_lockFile)
     , m_segment(key)
-    , m_isHeld(hold())
+    , m_state(hold())
 {
 }
 
@@ -34,33 +44,57 @@ QString SingleInstance::userKey()
 
 void SingleInstance::release()
 {
-    if (m_isHeld) {
+    if (isHeld()) {
         m_segment.detach();
         m_lock.unlock();
-        m_isHeld = false;
+        m_state = State::Released;
     }
 }
 
-bool SingleInstance::hold()
+QString SingleInstance::problem() const
+{
+    const QString file = QDir::toNativeSeparators(m_lockFile);
+    if (m_lock.error() == QLockFile::NoError) {
+        return tr("The system gives no shared memory.") + QLatin1Char('\n') + m_segment.errorString();
+    }
+    if (m_lock.error() != QLockFile::LockFailedError) {
+        return tr("The lock file %1 cannot be written.").arg(file) + QLatin1Char('\n') +
+               tr("Check that the folder for temporary files exists and that you may write to it.");
+    }
+    return tr("The lock file %1 stands in the way, and no running X9CAN holds it.").arg(file) + QLatin1Char('\n') +
+           tr("Remove it and start the program again.");
+}
+
+SingleInstance::State SingleInstance::hold()
 {
     if (!m_lock.tryLock(LockWaitMs)) {
-        if (m_lock.error() != QLockFile::LockFailedError) {
-            qWarning("The program cannot start: no lock file can be written in %s", qPrintable(QDir::tempPath()));
-        }
-        return false;
+        return stateOfLock();
     }
-    if (createSegment()) {
-        return true;
+    const State state = createSegment();
+    if (state != State::Held) {
+        m_lock.unlock();
     }
-    m_lock.unlock();
-    return false;
+    return state;
+}
+
+SingleInstance::State SingleInstance::stateOfLock() const
+{
+    qint64 holder = 0;
+    QString host;
+    QString name;
+    if (m_lock.error() != QLockFile::LockFailedError || !m_lock.getLockInfo(&holder, &host, &name)) {
+        return State::Blocked;
+    }
+    const QString program = processName(holder);
+    const bool isOurs = !program.isEmpty() && program == processName(QCoreApplication::applicationPid());
+    return isOurs ? State::Running : State::Blocked;
 }
 
 /// On Unix a segment survives a process that did not end by itself, until the last one that is attached detaches. Its
 /// key is made from 16 bits of the number of a file of its own: where that file was not there before, a segment with
 /// the same key is another program's, and a file with another number is taken. The one with the number that cannot be
 /// used stays until then, so that the next file gets another.
-bool SingleInstance::createSegment()
+SingleInstance::State SingleInstance::createSegment()
 {
     QStringList taken;
     const auto removeTaken = qScopeGuard([&taken] {
@@ -72,22 +106,22 @@ bool SingleInstance::createSegment()
     for (int attempt = 0; attempt < SegmentAttempts; ++attempt) {
         const bool wasThere = QFile::exists(keyFile);
         if (m_segment.create(SegmentBytes)) {
-            return true;
+            return State::Held;
         }
         if (m_segment.error() != QSharedMemory::AlreadyExists) {
-            return false;
+            return State::Blocked;
         }
         if (wasThere) {
             if (!m_segment.attach() || !m_segment.detach() || QFile::exists(keyFile)) {
-                return false; // somebody uses it
+                return State::Running; // somebody uses it
             }
         } else {
             const QString aside = keyFile + QStringLiteral(".%1").arg(attempt);
             if (!QFile::rename(keyFile, aside)) {
-                return false;
+                return State::Running; // no file: the key is the name itself
             }
             taken.append(aside);
         }
     }
-    return false;
+    return State::Blocked;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QLockFile>
 #include <QSharedMemory>
 #include <QString>
@@ -9,7 +10,16 @@
 /// is taken over.
 class SingleInstance
 {
+    Q_DECLARE_TR_FUNCTIONS(SingleInstance)
+
 public:
+    enum class State {
+        Held,
+        Running, ///< another process of the same program holds it
+        Blocked, ///< it cannot be held, see problem()
+        Released
+    };
+
     explicit SingleInstance(const QString &key = userKey());
     ~SingleInstance();
     SingleInstance(const SingleInstance &) = delete;
@@ -19,16 +29,20 @@ public:
     /// one user left behind there cannot be removed by another.
     static QString userKey();
 
-    /// False when another process holds it, or when it cannot be held at all.
-    bool isHeld() const { return m_isHeld; }
+    State state() const { return m_state; }
+    bool isHeld() const { return m_state == State::Held; }
+    /// In the user's language: why it cannot be held and what to do about it. Only while it is blocked.
+    QString problem() const;
     /// Lets another process have it.
     void release();
 
 private:
-    bool hold();
-    bool createSegment();
+    State hold();
+    State stateOfLock() const;
+    State createSegment();
 
+    QString m_lockFile;
     QLockFile m_lock;
     QSharedMemory m_segment;
-    bool m_isHeld = false;
+    State m_state;
 };

@@ -1872,4 +1872,31 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>提示</translation>
     </message>
 </context>
+<context>
+    <name>SingleInstance</name>
+    <message>
+        <source>The system gives no shared memory.</source>
+        <translation>系统无法提供共享内存。</translation>
+    </message>
+    <message>
+        <source>The lock file %1 cannot be written.</source>
+        <translation>锁文件 %1 无法写入。</translation>
+    </message>
+    <message>
+        <source>Check that the folder for temporary files exists and that you may write to it.</source>
+        <translation>请检查临时文件夹是否存在，以及您是否有写入权限。</translation>
+    </message>
+    <message>
+        <source>The lock file %1 stands in the way, and no running X9CAN holds it.</source>
+        <translation>锁文件 %1 阻碍了程序启动，且没有正在运行的 X9CAN 占用它。</translation>
+    </message>
+    <message>
+        <source>Remove it and start the program again.</source>
+        <translation>请删除它，然后重新启动程序。</translation>
+    </message>
+    <message>
+        <source>Tips</source>
+        <translation>提示</translation>
+    </message>
+</context>
 </TS>

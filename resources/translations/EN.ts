@@ -1872,4 +1872,31 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>Tips</translation>
     </message>
 </context>
+<context>
+    <name>SingleInstance</name>
+    <message>
+        <source>The system gives no shared memory.</source>
+        <translation>The system gives no shared memory.</translation>
+    </message>
+    <message>
+        <source>The lock file %1 cannot be written.</source>
+        <translation>The lock file %1 cannot be written.</translation>
+    </message>
+    <message>
+        <source>Check that the folder for temporary files exists and that you may write to it.</source>
+        <translation>Check that the folder for temporary files exists and that you may write to it.</translation>
+    </message>
+    <message>
+        <source>The lock file %1 stands in the way, and no running X9CAN holds it.</source>
+        <translation>The lock file %1 stands in the way, and no running X9CAN holds it.</translation>
+    </message>
+    <message>
+        <source>Remove it and start the program again.</source>
+        <translation>Remove it and start the program again.</translation>
+    </message>
+    <message>
+        <source>Tips</source>
+        <translation>Tips</translation>
+    </message>
+</context>
 </TS>

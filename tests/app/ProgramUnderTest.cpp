@@ -28,7 +28,12 @@
 #include <QToolButton>
 #include <QtTest>
 
+#include <csignal>
 #include <functional>
+
+#ifdef Q_OS_WIN
+#include <windows.h>
+#endif
 
 namespace {
 void log(const QString &line)
@@ -175,13 +180,59 @@ void restartInEnglish()
     QTest::mouseClick(in<QDialogButtonBox>(box, "buttonBox")->button(QDialogButtonBox::Yes), Qt::LeftButton);
 }
 
-void close()
+void logRows()
 {
     // The first tab's, which is the one that is saved.
     const QWidget *first = in<QTabWidget>(window(), "tabWidget")->widget(0);
     const auto *table = first == nullptr ? nullptr : first->findChild<CTableViewCAN *>();
     log(QStringLiteral("closing with %1 rows").arg(table == nullptr ? 0 : table->rowCount()));
+}
+
+void close()
+{
+    logRows();
     window()->close();
+}
+
+void terminate()
+{
+    logRows();
+    std::raise(SIGTERM);
+}
+
+void interrupt()
+{
+    logRows();
+    std::raise(SIGINT);
+}
+
+#ifdef Q_OS_WIN
+/// As Windows does: it asks, tells, and ends the process.
+void endSession()
+{
+    logRows();
+    const auto handle = reinterpret_cast<HWND>(window()->winId());
+    if (SendMessageW(handle, WM_QUERYENDSESSION, 0, 0) != 0) {
+        SendMessageW(handle, WM_ENDSESSION, TRUE, 0);
+        TerminateProcess(GetCurrentProcess(), 0);
+    }
+}
+#else
+void endSession() {}
+
+void hangUp()
+{
+    logRows();
+    std::raise(SIGHUP);
+}
+#endif
+
+/// A message instead of the window.
+void readProblem()
+{
+    const auto *box = qobject_cast<CMessageBox *>(QApplication::activeModalWidget());
+    log(QStringLiteral("problem, ") + box->windowTitle() + QStringLiteral(", ") + box->text());
+    QTest::mouseClick(in<QDialogButtonBox>(box, "buttonBox")->button(QDialogButtonBox::Ok), Qt::LeftButton);
 }
 
 void run()
@@ -191,10 +242,20 @@ void run()
         {QStringLiteral("send"), sendForEver},    {QStringLiteral("list"), sendList},
         {QStringLiteral("save"), saveInRealTime}, {QStringLiteral("play"), play},
         {QStringLiteral("scan"), scan},           {QStringLiteral("restart"), restartInEnglish},
-        {QStringLiteral("close"), close},
+        {QStringLiteral("close"), close},         {QStringLiteral("terminate"), terminate},
+        {QStringLiteral("interrupt"), interrupt}, {QStringLiteral("endSession"), endSession},
+#ifndef Q_OS_WIN
+        {QStringLiteral("hangUp"), hangUp},
+#endif
     };
     const bool isRestarted = logged().contains(QLatin1String("restarting"));
-    waitUntil("the window is shown", [] { return window() != nullptr && window()->isVisible(); });
+    waitUntil("the window is shown", [] {
+        return window() != nullptr ? window()->isVisible() : QApplication::activeModalWidget() != nullptr;
+    });
+    if (window() == nullptr) {
+        readProblem();
+        return;
+    }
     log(QStringLiteral("shown, %1, %2 arguments")
             .arg(in<QToolButton>(window(), "btn_language")->text())
             .arg(QCoreApplication::arguments().size() - 1));

@@ -1,5 +1,7 @@
 #include "tests/app/RunningProgram.h"
 
+#include "app/SingleInstance.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -54,6 +56,11 @@ void ProgramFolder::write(const QString &name, const QByteArray &content) const
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
         qFatal("cannot write %s", qPrintable(file.fileName()));
     }
+}
+
+QString ProgramFolder::lockFile() const
+{
+    return path(QStringLiteral("temporary/") + SingleInstance::userKey() + QStringLiteral(".lock"));
 }
 
 bool ProgramFolder::isFree() const

@@ -22,6 +22,8 @@ public:
     void write(const QString &name, const QByteArray &content) const;
     /// What the programs wrote down.
     QString log() const { return QString::fromUtf8(read(QStringLiteral("log"))); }
+    /// Of the guard against a second instance.
+    QString lockFile() const;
     /// Waits until no program runs here any more.
     bool isFree() const;
     QProcessEnvironment environment() const;
@@ -42,6 +44,7 @@ public:
     bool waitForEnd(int limitMs = 60000);
     bool isRunning() const { return m_process.state() == QProcess::Running; }
     int exitCode() const { return m_process.exitCode(); }
+    QProcess::ExitStatus exitStatus() const { return m_process.exitStatus(); }
     void kill();
     /// What it wrote on standard error, but for what the toolkit says of the platform.
     QString errors();

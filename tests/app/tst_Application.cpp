@@ -2,10 +2,19 @@
 #include "tests/app/UpdateServer.h"
 #include "tests/support/TestProgram.h"
 
+#include <QDir>
 #include <QFile>
+#include <QLockFile>
 #include <QtTest>
 
+#include <functional>
+#include <memory>
+
+Q_DECLARE_METATYPE(std::function<void(const QString &, const QString &)>)
+
 namespace {
+std::unique_ptr<QLockFile> held; ///< by this process, for a row of a test
+
 /// How long the process may live after its window was closed.
 constexpr int EndMs = 2000;
 
@@ -42,6 +51,11 @@ private slots:
     static void endsWhileTheServerHangs_data();
     static void endsWhileTheServerHangs();
     static void finishesTheFileBeforeItEnds();
+    static void endsWhenTheSystemWants_data();
+    static void endsWhenTheSystemWants();
+    static void tellsWhyItCannotStart_data();
+    static void tellsWhyItCannotStart();
+    static void startsWithAStrangersNumberInTheLock();
     static void startsAfterALibraryThatHung();
     static void startsWithoutALibrary();
 };
@@ -177,6 +191,100 @@ void tst_Application::finishesTheFileBeforeItEnds()
     QVERIFY2(closing.toInt() > 100, qPrintable(folder.log()));
     QVERIFY2(file.count('\n') >= closing.toInt() + 1, qPrintable(closing));
     QVERIFY(file.endsWith('\n'));
+}
+
+void tst_Application::endsWhenTheSystemWants_data()
+{
+    QTest::addColumn<QString>("step");
+#ifdef Q_OS_WIN
+    QTest::newRow("end of the session") << QStringLiteral("endSession");
+#else
+    QTest::newRow("SIGTERM") << QStringLiteral("terminate");
+    QTest::newRow("SIGINT") << QStringLiteral("interrupt");
+    QTest::newRow("SIGHUP") << QStringLiteral("hangUp");
+#endif
+}
+
+/// As if its window had been closed.
+void tst_Application::endsWhenTheSystemWants()
+{
+    QFETCH(QString, step);
+    const ProgramFolder folder(TwoDevices);
+    RunningProgram program(folder, QStringLiteral("openCAN,save,") + step);
+    QVERIFY(program.waitForEnd());
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), 0);
+    QCOMPARE(program.errors(), QString());
+    const QString closing = folder.log().section(QStringLiteral("closing with "), 1).section(QLatin1Char(' '), 0, 0);
+    const QByteArray file = folder.read(QStringLiteral("real-time.csv"));
+    QVERIFY2(closing.toInt() > 100, qPrintable(folder.log()));
+    QVERIFY2(file.count('\n') > closing.toInt(), qPrintable(closing));
+    QVERIFY(file.endsWith('\n'));
+#ifndef Q_OS_WIN
+    QVERIFY(folder.isFree());
+#endif
+}
+
+void tst_Application::tellsWhyItCannotStart_data()
+{
+    using Prepare = std::function<void(const QString &temporary, const QString &lock)>;
+    QTest::addColumn<Prepare>("prepare");
+    QTest::addColumn<QString>("text");
+    const QString cannotWrite =
+        QStringLiteral("锁文件 %1 无法写入。\n请检查临时文件夹是否存在，以及您是否有写入权限。");
+    const QString inTheWay =
+        QStringLiteral("锁文件 %1 阻碍了程序启动，且没有正在运行的 X9CAN 占用它。\n请删除它，然后重新启动程序。");
+    QTest::newRow("no folder for temporary files")
+        << Prepare([](const QString &temporary, const QString & /*lock*/) { QVERIFY(QDir().rmdir(temporary)); })
+        << cannotWrite;
+#ifdef Q_OS_LINUX
+    QTest::newRow("nobody may write to it") << Prepare([](const QString &temporary, const QString & /*lock*/) {
+        QVERIFY(QDir().rmdir(temporary));
+        QVERIFY(QFile::link(QStringLiteral("/sys"), temporary));
+    }) << cannotWrite;
+#endif
+    QTest::newRow("an empty lock file") << Prepare([](const QString & /*temporary*/, const QString &lock) {
+        QVERIFY(QFile(lock).open(QIODevice::WriteOnly));
+    }) << inTheWay;
+    QTest::newRow("a lock that cannot be read")
+        << Prepare([](const QString & /*temporary*/, const QString &lock) { QVERIFY(QDir().mkdir(lock)); }) << inTheWay;
+    QTest::newRow("another program's lock") << Prepare([](const QString & /*temporary*/, const QString &lock) {
+        held = std::make_unique<QLockFile>(lock);
+        QVERIFY(held->lock());
+    }) << inTheWay;
+}
+
+void tst_Application::tellsWhyItCannotStart()
+{
+    QFETCH(const std::function<void(const QString &, const QString &)>, prepare);
+    QFETCH(QString, text);
+    const ProgramFolder folder(TwoDevices);
+    QString lock = folder.lockFile();
+    prepare(folder.path(QStringLiteral("temporary")), lock);
+    const QFileInfo temporary(folder.path(QStringLiteral("temporary")));
+    if (temporary.isSymLink()) {
+        lock.replace(temporary.filePath(), temporary.symLinkTarget());
+    }
+    RunningProgram program(folder, QStringLiteral("close"));
+    QVERIFY(program.waitForEnd());
+    held.reset();
+    QCOMPARE(program.exitCode(), 1);
+    const QString problem = QStringLiteral("problem, 提示, ") + text.arg(QDir::toNativeSeparators(lock));
+    QVERIFY2(folder.log().contains(problem), qPrintable(folder.log() + problem));
+    QVERIFY(program.errors().startsWith(QStringLiteral("The lock file ") + QDir::toNativeSeparators(lock)));
+}
+
+/// The lock of a program that was killed, whose number another process has got since.
+void tst_Application::startsWithAStrangersNumberInTheLock()
+{
+    const ProgramFolder folder(TwoDevices);
+    const QString program = QFileInfo(QStringLiteral(X9_PROGRAM_UNDER_TEST)).completeBaseName();
+    folder.write(QStringLiteral("temporary/") + QFileInfo(folder.lockFile()).fileName(),
+                 QByteArray::number(QCoreApplication::applicationPid()) + '\n' + program.toUtf8() + '\n' +
+                     QSysInfo::machineHostName().toUtf8() + '\n');
+    RunningProgram started(folder, QStringLiteral("close"));
+    QVERIFY(started.waitForEnd());
+    QVERIFY2(folder.log().contains(QLatin1String("shown")), qPrintable(folder.log()));
 }
 
 void tst_Application::startsAfterALibraryThatHung()

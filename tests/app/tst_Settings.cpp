@@ -1,6 +1,7 @@
 #include "app/Settings.h"
 #include "tests/support/TestProgram.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
@@ -8,6 +9,10 @@
 #include <QtTest>
 
 #include <memory>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
 
 namespace {
 /// Where nobody may write, not even root.
@@ -31,14 +36,24 @@ private slots:
     static void storesForTheUser_data();
     void storesForTheUser();
     void theProgramsFileCountsAgain();
+    static void usersFileIsOneInstallations();
+#ifdef Q_OS_UNIX
+    void pipesAreNoFiles();
+#endif
     void isStoredNowhere();
     void updateServerIsTheInstallations();
 
 private:
-    static QString iniPath() { return QCoreApplication::applicationDirPath() + QStringLiteral("/Init.ini"); }
+    static QString iniPath()
+    {
+        return QCoreApplication::applicationDirPath() + QStringLiteral("/Init.ini");
+    }
     static void write(const QString &path, const QByteArray &content);
     static QByteArray read(const QString &path);
-    QString file(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
+    QString file(const char *name) const
+    {
+        return m_folder->filePath(QLatin1String(name));
+    }
 
     std::unique_ptr<QTemporaryDir> m_folder;
 };
@@ -131,16 +146,47 @@ void tst_Settings::storesForTheUser()
     QCOMPARE(settings.language(), 0);
 }
 
+/// Once it can be written.
 void tst_Settings::theProgramsFileCountsAgain()
 {
     write(file("user.ini"), "[General]\nlanguage=1\n");
     const SettingsFiles settings(file("program.ini"), file("user.ini"));
-    QCOMPARE(settings.language(), 1);
-    QVERIFY(settings.setLanguage(0));
     QCOMPARE(settings.language(), 0);
-    write(file("program.ini"), "[General]\nlanguage=1\n");
+    QVERIFY(!QFile::exists(file("program.ini"))); // trying is not writing
+    QVERIFY(settings.setLanguage(1));
+    QVERIFY(read(file("program.ini")).contains("language=1"));
+    write(file("user.ini"), "[General]\nlanguage=0\n");
     QCOMPARE(settings.language(), 1);
 }
+
+void tst_Settings::usersFileIsOneInstallations()
+{
+    const QString name = SettingsFiles::ofProgram().userFile();
+    QVERIFY(QRegularExpression(QStringLiteral("/X9CAN/Init-[0-9a-f]{8}\\.ini$")).match(name).hasMatch());
+    // The first digits of the SHA-1 of the program's folder.
+    const QByteArray folder = QDir(QCoreApplication::applicationDirPath()).canonicalPath().toUtf8();
+    QVERIFY(
+        name.contains(QString::fromLatin1(QCryptographicHash::hash(folder, QCryptographicHash::Sha1).toHex().left(8))));
+}
+
+#ifdef Q_OS_UNIX
+/// Reading it would wait for ever.
+void tst_Settings::pipesAreNoFiles()
+{
+    for (const char *name : {"program.ini", "user.ini"}) {
+        QCOMPARE(::mkfifo(QFile::encodeName(file(name)).constData(), 0600), 0);
+    }
+    const SettingsFiles settings(file("program.ini"), file("user.ini"));
+    QCOMPARE(settings.language(), 0);
+    QVERIFY(settings.updateServer().isEmpty());
+    QVERIFY(!settings.setLanguage(1));
+    QCOMPARE(settings.language(), 0);
+    const SettingsFiles usable(file("program.ini"), file("other.ini"));
+    QVERIFY(usable.setLanguage(1));
+    QCOMPARE(usable.language(), 1);
+    QVERIFY(!QFileInfo(file("program.ini")).isFile());
+}
+#endif
 
 void tst_Settings::isStoredNowhere()
 {
