@@ -6,6 +6,7 @@
 #include "app/ExitDeadline.h"
 #include "app/GUI_CanView.h"
 #include "app/HttpServer.h"
+#include "app/ProcessStart.h"
 #include "app/ServiceAddress.h"
 #include "app/Settings.h"
 #include "app/SingleInstance.h"
@@ -55,6 +56,7 @@ int tellProblem(const QString &problem)
 
 int runApplication(int &argc, char **argv)
 {
+    prepareProcess();
     SingleInstance instance;
     if (instance.state() == SingleInstance::State::Running) {
         return 0;

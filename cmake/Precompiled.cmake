@@ -42,5 +42,5 @@ x9_add_precompiled_headers(core LIBS Qt5::Core HEADERS ${x9_core_headers})
 x9_add_precompiled_headers(widgets LIBS Qt5::Widgets HEADERS ${x9_widgets_headers})
 if(X9_BUILD_TESTS OR X9_BUILD_BENCH)
   # What tests is not optimised, only what is tested.
-  x9_add_precompiled_headers(test LIBS Qt5::Network Qt5::Test Qt5::Widgets OPTIONS -O0 HEADERS ${x9_widgets_headers} <QtTest>)
+  x9_add_precompiled_headers(test LIBS Qt5::Network Qt5::Test Qt5::Widgets OPTIONS -O0 -U_FORTIFY_SOURCE HEADERS ${x9_widgets_headers} <QtTest>)
 endif()

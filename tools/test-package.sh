@@ -87,6 +87,17 @@ for binary in usr/lib/x9can/X9CAN usr/lib/x9can/virtual-adapter/libControlCAN.so
   ! grep -E 'RPATH|RUNPATH' "$work/elf" || fail "$binary looks for libraries in a folder of the build"
   readelf -SW "$work/tree/$binary" >"$work/elf"
   ! grep -E '\.debug_|\.symtab' "$work/elf" || fail "$binary is not stripped"
+  readelf -hldW --dyn-syms "$work/tree/$binary" >"$work/elf"
+  for mark in 'Type: +DYN' GNU_RELRO '\(FLAGS\).*BIND_NOW' __stack_chk_fail; do
+    grep -qE "$mark" "$work/elf" || fail "$binary was built without what shows as $mark"
+  done
+  # The program calls nothing that is checked as it runs, the adapter does.
+  [[ $binary != *.so ]] || grep -qE '__[a-z]+_chk\b' "$work/elf" || fail "$binary was built without _FORTIFY_SOURCE"
+  # The mark of the whole file is missing where the system's own start-up code has none.
+  if [[ $(dpkg --print-architecture) == amd64 ]]; then
+    (($(objdump -d --no-show-raw-insn "$work/tree/$binary" | grep -cw endbr64) > 100)) ||
+      fail "$binary was built without control-flow protection"
+  fi
 done
 ! grep -rlF "$root" "$work/tree" || fail "these files tell where they were built"
 

@@ -227,6 +227,15 @@ void hangUp()
 }
 #endif
 
+/// Where plugins come from, and whether a DLL in the working directory is found by its name alone.
+void tellSources()
+{
+    log(QStringLiteral("plugins ") + QCoreApplication::libraryPaths().join(QLatin1Char(';')));
+#ifdef Q_OS_WIN
+    log(QStringLiteral("library %1").arg(LoadLibraryW(L"other.dll") != nullptr));
+#endif
+}
+
 /// A message instead of the window.
 void readProblem()
 {
@@ -244,6 +253,7 @@ void run()
         {QStringLiteral("scan"), scan},           {QStringLiteral("restart"), restartInEnglish},
         {QStringLiteral("close"), close},         {QStringLiteral("terminate"), terminate},
         {QStringLiteral("interrupt"), interrupt}, {QStringLiteral("endSession"), endSession},
+        {QStringLiteral("sources"), tellSources},
 #ifndef Q_OS_WIN
         {QStringLiteral("hangUp"), hangUp},
 #endif

@@ -56,6 +56,7 @@ private slots:
     static void tellsWhyItCannotStart_data();
     static void tellsWhyItCannotStart();
     static void startsWithAStrangersNumberInTheLock();
+    static void loadsItsOwnOnly();
     static void startsAfterALibraryThatHung();
     static void startsWithoutALibrary();
 };
@@ -285,6 +286,21 @@ void tst_Application::startsWithAStrangersNumberInTheLock()
     RunningProgram started(folder, QStringLiteral("close"));
     QVERIFY(started.waitForEnd());
     QVERIFY2(folder.log().contains(QLatin1String("shown")), qPrintable(folder.log()));
+}
+
+/// Not what the environment or the working directory hold ready.
+void tst_Application::loadsItsOwnOnly()
+{
+    const ProgramFolder folder(TwoDevices);
+    const QString plugins = folder.path(QStringLiteral("home"));
+    QVERIFY(QFile::copy(QStringLiteral(X9_VIRTUAL_ADAPTER), folder.path(QStringLiteral("other.dll"))));
+    const auto forget = qScopeGuard([] { qunsetenv("QT_PLUGIN_PATH"); });
+    qputenv("QT_PLUGIN_PATH", QFile::encodeName(plugins));
+    RunningProgram program(folder, QStringLiteral("sources,close"));
+    QVERIFY(program.waitForEnd());
+    QVERIFY2(folder.log().contains(QLatin1String("plugins ")), qPrintable(folder.log()));
+    QVERIFY2(!folder.log().contains(plugins), qPrintable(folder.log()));
+    QVERIFY2(!folder.log().contains(QLatin1String("library 1")), qPrintable(folder.log()));
 }
 
 void tst_Application::startsAfterALibraryThatHung()

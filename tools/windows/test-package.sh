@@ -76,6 +76,13 @@ doc/screenshots/[a-z-]+\.png
 END
 )" "$work/paths") || (($? == 1)) # 2: grep itself failed
 [[ -z $unexpected ]] || fail "files outside the layout:"$'\n'"$unexpected"
+for binary in X9CAN.exe virtual-adapter/ControlCAN.dll; do
+  x86_64-w64-mingw32-objdump -p "$folder/$binary" >"$work/pe"
+  for mark in HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT; do
+    grep -qw "$mark" "$work/pe" || fail "$binary was built without $mark"
+  done
+  grep -qF 'stack smashing detected' "$folder/$binary" || fail "$binary was built without a guard of its stack"
+done
 for path in X9CAN.exe "X9CAN demo.cmd" qt.conf plugins/platforms/qwindows.dll plugins/imageformats/qico.dll \
             translations/qtbase_zh_CN.qm virtual-adapter/ControlCAN.dll \
             virtual-adapter/example.virtual-adapter.json doc/guide.html doc/guide.zh.html doc/formats.html \
