@@ -7,7 +7,8 @@
 class QHexEdit;
 
 /// What the "Edit data" dialog does with the history of its editor. Two sources implement it, and CMake takes the one
-/// for the editor of the build: the project's own, or the library's, whose interface says nothing about its history.
+/// for the editor of the build: the project's own, or the library's, whose interface says nothing about its history and
+/// whose keys are put right besides.
 class HexEditHistory
 {
 public:

@@ -71,6 +71,7 @@ private slots:
     static void typesAndAccepts();
     static void cancels();
     static void keepsTheLength();
+    static void overwritesAlways();
     static void cutsALongPaste();
     static void clears();
     static void bytesPerLine();
@@ -150,6 +151,15 @@ void tst_CHexEditView::keepsTheLength()
     QTRY_COMPARE(user.dialog.data(), QByteArray(2, '\0'));
     user.key(Qt::Key_Backspace);
     QCOMPARE(user.dialog.data().size(), 2);
+}
+
+void tst_CHexEditView::overwritesAlways()
+{
+    DialogUnderTest user(Eight);
+    QVERIFY(user.isReady());
+    user.key(Qt::Key_Insert);
+    user.type("AB");
+    QCOMPARE(user.dialog.data(), QByteArray("\xAB\x22\x33\x44\x55\x66\x77\x88"));
 }
 
 void tst_CHexEditView::cutsALongPaste()
