@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QScopeGuard>
 #include <QStringList>
+#include <QSysInfo>
 
 namespace {
 constexpr int LockWaitMs = 100;
@@ -67,7 +68,7 @@ QString SingleInstance::problem() const
 
 SingleInstance::State SingleInstance::hold()
 {
-    if (!m_lock.tryLock(LockWaitMs)) {
+    if (!m_lock.tryLock(LockWaitMs) && !(isStrangersLock() && m_lock.removeStaleLockFile() && m_lock.tryLock())) {
         return stateOfLock();
     }
     const State state = createSegment();
@@ -75,6 +76,18 @@ SingleInstance::State SingleInstance::hold()
         m_lock.unlock();
     }
     return state;
+}
+
+/// Whether another program's process has got the number that stands in the lock. QLockFile sees that by itself only
+/// where the system tells it the names of processes.
+bool SingleInstance::isStrangersLock() const
+{
+    qint64 holder = 0;
+    QString host;
+    QString name;
+    const bool isRead = m_lock.error() == QLockFile::LockFailedError && m_lock.getLockInfo(&holder, &host, &name);
+    const QString program = isRead ? processName(holder) : QString();
+    return !program.isEmpty() && host == QSysInfo::machineHostName() && !name.startsWith(program);
 }
 
 SingleInstance::State SingleInstance::stateOfLock() const

@@ -38,6 +38,7 @@ public:
 
 private:
     State hold();
+    bool isStrangersLock() const;
     State stateOfLock() const;
     State createSegment();
 

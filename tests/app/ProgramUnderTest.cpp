@@ -232,7 +232,10 @@ void tellSources()
 {
     log(QStringLiteral("plugins ") + QCoreApplication::libraryPaths().join(QLatin1Char(';')));
 #ifdef Q_OS_WIN
-    log(QStringLiteral("library %1").arg(LoadLibraryW(L"other.dll") != nullptr));
+    // Wine looks there whatever it was told.
+    if (GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") == nullptr) {
+        log(QStringLiteral("library %1").arg(LoadLibraryW(L"other.dll") != nullptr));
+    }
 #endif
 }
 

@@ -21,7 +21,7 @@ public:
     QByteArray read(const QString &name) const;
     void write(const QString &name, const QByteArray &content) const;
     /// What the programs wrote down.
-    QString log() const { return QString::fromUtf8(read(QStringLiteral("log"))); }
+    QString log() const { return QString::fromUtf8(read(QStringLiteral("log")).replace("\r\n", "\n")); }
     /// Of the guard against a second instance.
     QString lockFile() const;
     /// Waits until no program runs here any more.

@@ -81,6 +81,8 @@ for binary in X9CAN.exe virtual-adapter/ControlCAN.dll; do
   for mark in HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT; do
     grep -qw "$mark" "$work/pe" || fail "$binary was built without $mark"
   done
+  # Wine cannot show what it is for: no DLL is taken from the working directory by its name alone.
+  [[ $binary != X9CAN.exe ]] || grep -qw SetDllDirectoryW "$work/pe" || fail "$binary looks for DLLs where it is started"
   grep -qF 'stack smashing detected' "$folder/$binary" || fail "$binary was built without a guard of its stack"
 done
 for path in X9CAN.exe "X9CAN demo.cmd" qt.conf plugins/platforms/qwindows.dll plugins/imageformats/qico.dll \
