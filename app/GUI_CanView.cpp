@@ -58,6 +58,16 @@ CMessageBox::Icon iconOf(int type)
         return CMessageBox::Information;
     }
 }
+
+/// Some of them may go with others.
+template<typename Widget>
+void deleteAll(const QList<Widget *> &widgets)
+{
+    const QVector<QPointer<Widget>> left(widgets.begin(), widgets.end());
+    for (const QPointer<Widget> &widget : left) {
+        delete widget;
+    }
+}
 } // namespace
 
 class GUI_CanViewPrivate
@@ -239,12 +249,10 @@ GUI_CanView::GUI_CanView(std::unique_ptr<CANCommunication> communication, QWidge
 
 GUI_CanView::~GUI_CanView()
 {
-    // Also the tabs that were closed and wait to be deleted: each one still holds its channel.
-    const QList<WidgetDeviceBase *> found = findChildren<WidgetDeviceBase *>();
-    const QVector<QPointer<WidgetDeviceBase>> tabs(found.begin(), found.end());
-    for (const QPointer<WidgetDeviceBase> &tab : tabs) {
-        delete tab; // and with a LIN tab its pages, which were found as well
-    }
+    // They work with the manager to their last moment. Also the tabs that were closed and wait to be deleted: each one
+    // still holds its channel.
+    deleteAll(findChildren<QDialog *>(QString(), Qt::FindDirectChildrenOnly));
+    deleteAll(findChildren<WidgetDeviceBase *>()); // and with a LIN tab its pages, which were found as well
 }
 
 void GUI_CanView::finishFiles()

@@ -6,6 +6,7 @@
 #include "app/Settings.h"
 #include "can/GUI_CanDevice.h"
 #include "can/GUI_CanDeviceParam.h"
+#include "can/GUI_CanScanBaudrate.h"
 #include "capture/CTableViewCAN.h"
 #include "capture/GUI_CanSendFile.h"
 #include "device/CANAPI.h"
@@ -200,6 +201,7 @@ private slots:
     static void noticeByType();
     static void closesWithMessagesOpen();
     static void closesWhileFramesArrive();
+    static void goesWhileAScanRuns();
     static void dimmedBehindDialogs();
     static void toolBarMenus();
     static void closesWithNothingOpen();
@@ -659,6 +661,29 @@ void tst_GUI_CanView::closesWhileFramesArrive()
     }
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     // Everything is closed: the same device opens again.
+    CANCommunication second(std::make_unique<CANAPI>(QStringLiteral(X9_VIRTUAL_ADAPTER)));
+    QCOMPARE(second.openDevice(0), CAN_OK);
+    QCOMPARE(second.closeDevice(0), CAN_OK);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+/// Without being closed before. The scan's dialog still works with the manager when it goes.
+void tst_GUI_CanView::goesWhileAScanRuns()
+{
+    const AdapterFolder folder(OneDevice);
+    auto communication = manager();
+    const CANCommunication *adapter = communication.get();
+    auto window = std::make_unique<GUI_CanView>(std::move(communication));
+    window->show();
+    QTRY_VERIFY(dialogOf(*window)->isVisible());
+    clickIn(*dialogOf(*window), "btn_scan");
+    const QPointer<GUI_CanScanBaudrate> scan(window->findChild<GUI_CanScanBaudrate *>());
+    clickIn(*scan, "btn_start");
+    QVERIFY(adapter->isScanning());
+    bool hasGoneFirst = false;
+    connect(adapter, &QObject::destroyed, qApp, [&] { hasGoneFirst = scan.isNull(); });
+    window.reset();
+    QVERIFY(hasGoneFirst);
     CANCommunication second(std::make_unique<CANAPI>(QStringLiteral(X9_VIRTUAL_ADAPTER)));
     QCOMPARE(second.openDevice(0), CAN_OK);
     QCOMPARE(second.closeDevice(0), CAN_OK);
