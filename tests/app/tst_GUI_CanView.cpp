@@ -180,6 +180,7 @@ class tst_GUI_CanView : public QObject
 private slots:
     static void asksByItselfWhatToOpen();
     static void cancelOpensNothing();
+    static void opensNothingForASecondClick();
     static void opensOneChannelAfterTheOther();
     static void offersAClosedChannelAgain();
     static void opensCANFD();
@@ -245,6 +246,19 @@ void tst_GUI_CanView::cancelOpensNothing()
     QVERIFY(!dialogOf(window)->isVisible());
     QCOMPARE(tabsOf(window)->count(), 0);
     QCOMPARE(noticeOf(window), QString());
+}
+
+/// It comes after the dialog has closed, while the window opens what the first one asked for.
+void tst_GUI_CanView::opensNothingForASecondClick()
+{
+    const AdapterFolder folder(OneDevice);
+    GUI_CanView window(manager());
+    window.show();
+    QTRY_VERIFY(dialogOf(window)->isVisible());
+    clickIn(*dialogOf(window), "btn_ok");
+    clickIn(*dialogOf(window), "btn_ok");
+    QCOMPARE(tabsOf(window)->count(), 1);
+    QCOMPARE(noticeOf(window), QStringLiteral("Devices is open"));
 }
 
 /// A channel that a tab holds is not offered; what was chosen for the first is offered for the second.
