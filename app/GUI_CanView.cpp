@@ -83,6 +83,7 @@ public:
     QMenu *addMenu(const char *name, const QString &text, const QString &toolTip);
     void buildToolBar();
     void orderTabBar();
+    void buildBeginning();
     void buildLanguageMenu(QMenu *menu);
     void checkStoredLanguage() const;
     template<typename Tab>
@@ -141,6 +142,15 @@ void GUI_CanViewPrivate::orderTabBar()
     };
     QObject::connect(ui.tabWidget, &QTabWidget::currentChanged, tabBar, setFocusPolicy);
     setFocusPolicy(ui.tabWidget->currentIndex());
+}
+
+/// In the place of the tabs while there is none: where to begin.
+void GUI_CanViewPrivate::buildBeginning()
+{
+    ui.lbl_begin->setText(GUI_CanView::tr("To begin: \"%1\" > \"%2\"")
+                              .arg(GUI_CanView::tr("Connect"), GUI_CanView::tr("Open device")));
+    QObject::connect(ui.tabWidget, &QTabWidget::currentChanged, ui.lbl_begin,
+                     [this](int currentIndex) { ui.lbl_begin->setVisible(currentIndex < 0); });
 }
 
 void GUI_CanViewPrivate::buildLanguageMenu(QMenu *menu)
@@ -233,6 +243,7 @@ GUI_CanView::GUI_CanView(std::unique_ptr<CANCommunication> communication, QWidge
     m_p->ui.setupUi(this);
     m_p->buildToolBar();
     m_p->orderTabBar();
+    m_p->buildBeginning();
     connect(m_p->languages, &QActionGroup::triggered, this, &GUI_CanView::slot_languageTriggered);
     m_p->notice = new CNotice(this);
     m_p->deviceParam = new GUI_CanDeviceParam(*m_p->communication, this);

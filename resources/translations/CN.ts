@@ -509,6 +509,10 @@
         <translation>关闭设备</translation>
     </message>
     <message>
+        <source>To begin: &quot;%1&quot; &gt; &quot;%2&quot;</source>
+        <translation>开始使用：“%1” &gt; “%2”</translation>
+    </message>
+    <message>
         <source>About</source>
         <translation>关于</translation>
     </message>

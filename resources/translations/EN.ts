@@ -509,6 +509,10 @@
         <translation>Close device</translation>
     </message>
     <message>
+        <source>To begin: &quot;%1&quot; &gt; &quot;%2&quot;</source>
+        <translation>To begin: &quot;%1&quot; &gt; &quot;%2&quot;</translation>
+    </message>
+    <message>
         <source>About</source>
         <translation>About</translation>
     </message>

@@ -190,6 +190,7 @@ private slots:
     static void saysWhyAChannelDoesNotOpen();
     static void opensAgainWhenTheAdapterIsBack();
     static void saysOnceThatADeviceIsGone();
+    static void saysWhereToBegin();
     static void closesTabs();
     static void closingATabEndsItsPlayback();
     static void closesAndOpensFromTheMenu();
@@ -471,6 +472,35 @@ void tst_GUI_CanView::saysOnceThatADeviceIsGone()
     actionIn(window, "btn_connect", 1)->trigger();
     QCOMPARE(tabsOf(window)->count(), 0);
     QVERIFY(messagesOf(window).isEmpty());
+}
+
+/// While there is no tab.
+void tst_GUI_CanView::saysWhereToBegin()
+{
+    const AdapterFolder folder(OneDevice);
+    GUI_CanView window(manager());
+    window.show();
+    const auto *beginning = window.findChild<QLabel *>(QStringLiteral("lbl_begin"));
+    QCOMPARE(beginning->text(), QStringLiteral("To begin: \"Connect\" > \"Open device\""));
+    QVERIFY(beginning->isVisible());
+    QCOMPARE(beginning->mapTo(&window, beginning->rect().center()),
+             tabsOf(window)->mapTo(&window, tabsOf(window)->rect().center()));
+    QCOMPARE(beginning->alignment(), Qt::AlignCenter);
+    const QWidget *centre = window.centralWidget();
+    QCOMPARE(centre->childAt(centre->rect().center()), beginning); // not behind the empty tab widget
+    openAllChannels(window);
+    QCOMPARE(tabsOf(window)->count(), 2);
+    QVERIFY(!beginning->isVisible());
+    window.slot_closeTabRequest(0);
+    QVERIFY(!beginning->isVisible());
+    window.slot_closeTabRequest(0);
+    QVERIFY(beginning->isVisible());
+    QTRY_VERIFY(window.findChild<GUI_CanDevice *>() == nullptr);
+    window.slot_openCanDevice();
+    clickIn(*dialogOf(window), "btn_ok");
+    QVERIFY(!beginning->isVisible());
+    window.slot_closeCanDevice();
+    QVERIFY(beginning->isVisible());
 }
 
 void tst_GUI_CanView::closesTabs()
