@@ -3,7 +3,9 @@
 #include "app/GUI_DeviceInfo.h"
 #include "app/GUI_SoftwareInfo.h"
 #include "app/GUI_Update.h"
+#include "app/MigrationWidget.h"
 #include "app/Settings.h"
+#include "app/UpgradeProcess.h"
 #include "can/GUI_CanDevice.h"
 #include "can/GUI_CanDeviceParam.h"
 #include "can/GUI_CanScanBaudrate.h"
@@ -13,6 +15,7 @@
 #include "device/CANCommunication.h"
 #include "lin/GUI_LINDevice.h"
 #include "lin/GUI_LINModeMonitor.h"
+#include "tests/app/StandInProgram.h"
 #include "tests/app/UpdateServer.h"
 #include "tests/support/AdapterFolder.h"
 #include "tests/support/TestProgram.h"
@@ -32,9 +35,11 @@
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTemporaryDir>
 #include <QToolBar>
 #include <QToolButton>
 #include <QtTest>
@@ -169,6 +174,35 @@ private:
         }
     }
 };
+/// The window with an upgrade program at work.
+class WindowDuringAnUpgrade
+{
+public:
+    WindowDuringAnUpgrade()
+    {
+        window->show();
+        window->findChild<UpgradeProcess *>()->start(program.path(), {});
+    }
+    /// It has ended by itself, nobody has ended it.
+    bool letsGo() const
+    {
+        program.letGo();
+        return QTest::qWaitFor([this] { return program.ends() == QStringList(QStringLiteral("3")); });
+    }
+    /// The question that is open, if it is the only one.
+    const CMessageBox *question() const
+    {
+        const QList<CMessageBox *> open = messagesOf(*window);
+        return open.size() == 1 && open.first()->standardButtons() == (CMessageBox::Yes | CMessageBox::No)
+                   ? open.first()
+                   : nullptr;
+    }
+
+    const AdapterFolder folder{NoDevice};
+    const QTemporaryDir programs;
+    const StandInProgram program{programs.filePath(QStringLiteral("UpgradeCAN.exe")), "wait exit 3"};
+    std::unique_ptr<GUI_CanView> window = std::make_unique<GUI_CanView>(manager());
+};
 } // namespace
 
 Q_DECLARE_METATYPE(CMessageBox::Icon)
@@ -212,6 +246,12 @@ private slots:
     static void restartsOnRequest();
     static void saysThatTheLanguageCannotBeStored();
     static void asksToUpdateTheFirmware();
+    static void deviceInformationIsThereOnce();
+    static void migrationIsKnownToTheWindow();
+    static void readsNoDeviceDuringAnUpgrade();
+    static void asksBeforeItClosesDuringAnUpgrade();
+    static void asksBeforeItRestartsDuringAnUpgrade();
+    static void goesWithoutAQuestionDuringAnUpgrade();
     static void offersANewerRelease();
     static void searchesOnRequest();
     static void tellsOfTheDeviceOnTop();
@@ -881,6 +921,131 @@ void tst_GUI_CanView::asksToUpdateTheFirmware()
     window.slot_showFrimwareUpgrade();
     press(*messagesOf(window).first(), QDialogButtonBox::Yes);
     QVERIFY(window.findChild<GUI_DeviceInfo *>()->isVisible());
+}
+
+/// However often it is asked for; it comes to the front then.
+void tst_GUI_CanView::deviceInformationIsThereOnce()
+{
+    const AdapterFolder folder(NoDevice);
+    GUI_CanView window(manager());
+    window.show();
+    QTRY_VERIFY(dialogOf(window)->isVisible());
+    clickIn(*dialogOf(window), "btn_cancel");
+    actionIn(window, "btn_about", 1)->trigger();
+    QWidget *information = window.findChild<GUI_DeviceInfo *>();
+    QTRY_COMPARE(QApplication::activeWindow(), information);
+    window.slot_showFrimwareUpgrade();
+    QTRY_COMPARE(messagesOf(window).size(), 1);
+    press(*messagesOf(window).first(), QDialogButtonBox::Yes);
+    QCOMPARE(window.findChildren<GUI_DeviceInfo *>().size(), 1);
+    window.activateWindow();
+    QTRY_COMPARE(QApplication::activeWindow(), &window);
+    window.slot_showDeviceInfo();
+    QTRY_COMPARE(QApplication::activeWindow(), information);
+    information->close();
+    window.slot_showDeviceInfo();
+    QTRY_COMPARE(window.findChildren<GUI_DeviceInfo *>().size(), 1);
+    QVERIFY(window.findChild<GUI_DeviceInfo *>()->isVisible());
+}
+
+/// The dialog starts it by the window's own means.
+void tst_GUI_CanView::migrationIsKnownToTheWindow()
+{
+    const AdapterFolder folder(NoDevice);
+    const QString applicationDir = QCoreApplication::applicationDirPath();
+    QDir(applicationDir + QStringLiteral("/Migration")).removeRecursively(); // of a run that was cut off
+    const StandInProgram program(migrationProgram(applicationDir), "wait exit 3");
+    GUI_CanView window(manager());
+    window.show();
+    actionIn(window, "btn_about", 1)->trigger();
+    const auto *information = window.findChild<GUI_DeviceInfo *>();
+    clickIn(*information, "btn_migration");
+    clickIn(*information->findChild<MigrationWidget *>(), "btn_migration");
+    QVERIFY(window.findChild<UpgradeProcess *>()->isRunning());
+    QTRY_COMPARE(program.starts().size(), 1);
+    QVERIFY(!window.close());
+    program.letGo();
+    QTRY_VERIFY(!window.findChild<UpgradeProcess *>()->isRunning());
+    QVERIFY(QDir(applicationDir + QStringLiteral("/Migration")).removeRecursively());
+}
+
+/// The upgrade program has the adapter for itself.
+void tst_GUI_CanView::readsNoDeviceDuringAnUpgrade()
+{
+    const QTemporaryDir programs;
+    const AdapterFolder folder(OneDevice);
+    const StandInProgram program(programs.filePath(QStringLiteral("UpgradeCAN.exe")), "wait");
+    GUI_CanView window(manager());
+    window.show();
+    window.findChild<UpgradeProcess *>()->start(program.path(), {});
+    actionIn(window, "btn_about", 1)->trigger();
+    const auto *information = window.findChild<GUI_DeviceInfo *>();
+    const auto *serial = information->findChild<QLabel *>(QStringLiteral("lbl_productSN"));
+    clickIn(*information, "btn_update");
+    QCOMPARE(serial->text(), QStringLiteral("-"));
+    program.letGo();
+    QTRY_COMPARE(serial->text(), QStringLiteral("A"));
+}
+
+void tst_GUI_CanView::asksBeforeItClosesDuringAnUpgrade()
+{
+    const WindowDuringAnUpgrade stage;
+    QVERIFY(!stage.window->close());
+    QVERIFY(stage.window->isVisible());
+    QVERIFY(!stage.window->close());
+    QVERIFY(stage.question() != nullptr); // once
+    QCOMPARE(stage.question()->windowTitle(), QStringLiteral("Tips"));
+    QCOMPARE(stage.question()->icon(), CMessageBox::Question);
+    QVERIFY(stage.question()->text().startsWith(QLatin1String("The upgrade program is still running.")));
+    press(*stage.question(), QDialogButtonBox::No);
+    QVERIFY(stage.window->isVisible());
+    QVERIFY(stage.window->findChild<UpgradeProcess *>()->isRunning());
+    QVERIFY(!stage.window->close());
+    QVERIFY(stage.question() != nullptr);
+    press(*stage.question(), QDialogButtonBox::Yes);
+    QVERIFY(!stage.window->isVisible());
+    QVERIFY(stage.letsGo());
+}
+
+/// Both questions: the restart and, when that is answered, the upgrade program.
+void tst_GUI_CanView::asksBeforeItRestartsDuringAnUpgrade()
+{
+    const StoredLanguage stored;
+    const WindowDuringAnUpgrade stage;
+    bool wasAsked = false;
+    QTimer::singleShot(0, stage.window.get(), [&] {
+        stage.window->findChild<QAction *>(QStringLiteral("EN"))->trigger();
+        press(*stage.question(), QDialogButtonBox::Yes);
+        wasAsked = stage.question() != nullptr && stage.question()->text().startsWith(QLatin1String("The upgrade"));
+        if (wasAsked) {
+            press(*stage.question(), QDialogButtonBox::Yes);
+        } else {
+            QCoreApplication::exit(1);
+        }
+    });
+    QCOMPARE(QApplication::exec(), 100);
+    QVERIFY(wasAsked);
+    QVERIFY(stage.letsGo());
+}
+
+/// When the event loop ends for another reason, and when nobody closes the window before it goes.
+void tst_GUI_CanView::goesWithoutAQuestionDuringAnUpgrade()
+{
+    WindowDuringAnUpgrade stage;
+    stage.window->slot_showDeviceInfo();
+    QTRY_COMPARE(stage.program.starts().size(), 1);
+    QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(5); });
+    QCOMPARE(QApplication::exec(), 5);
+    QApplication::closeAllWindows();
+    QVERIFY(!stage.window->isVisible());
+    QVERIFY(messagesOf(*stage.window).isEmpty());
+    stage.window.reset();
+
+    WindowDuringAnUpgrade another;
+    QTRY_COMPARE(another.program.starts().size(), 1);
+    another.window.reset();
+    QVERIFY(stage.letsGo());
+    QVERIFY(another.letsGo());
 }
 
 /// In place of the question what to open.
