@@ -154,7 +154,7 @@ void GUI_CanViewPrivate::orderTabBar()
 void GUI_CanViewPrivate::buildBeginning()
 {
     ui.lbl_begin->setText(
-        GUI_CanView::tr("To begin: \"%1\" > \"%2\"").arg(GUI_CanView::tr("Connect"), GUI_CanView::tr("Open device")));
+        GUI_CanView::tr(R"(To begin: "%1" > "%2")").arg(GUI_CanView::tr("Connect"), GUI_CanView::tr("Open device")));
     QObject::connect(ui.tabWidget, &QTabWidget::currentChanged, ui.lbl_begin,
                      [this](int currentIndex) { ui.lbl_begin->setVisible(currentIndex < 0); });
 }
