@@ -938,8 +938,10 @@ void tst_GUI_CanView::deviceInformationIsThereOnce()
     QTRY_COMPARE(messagesOf(window).size(), 1);
     press(*messagesOf(window).first(), QDialogButtonBox::Yes);
     QCOMPARE(window.findChildren<GUI_DeviceInfo *>().size(), 1);
-    window.activateWindow();
-    QTRY_COMPARE(QApplication::activeWindow(), &window);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QTRY_COMPARE(QApplication::activeWindow(), &other);
     window.slot_showDeviceInfo();
     QTRY_COMPARE(QApplication::activeWindow(), information);
     information->close();
@@ -966,7 +968,7 @@ void tst_GUI_CanView::migrationIsKnownToTheWindow()
     QVERIFY(!window.close());
     program.letGo();
     QTRY_VERIFY(!window.findChild<UpgradeProcess *>()->isRunning());
-    QVERIFY(QDir(applicationDir + QStringLiteral("/Migration")).removeRecursively());
+    QTRY_VERIFY(QDir(applicationDir + QStringLiteral("/Migration")).removeRecursively()); // the system may lag behind
 }
 
 /// The upgrade program has the adapter for itself.
