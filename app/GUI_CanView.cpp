@@ -7,6 +7,7 @@
 #include "app/ServiceAddress.h"
 #include "app/Settings.h"
 #include "app/SoftwareUpdate.h"
+#include "app/UpgradeProcess.h"
 #include "app/WindowMessages.h"
 #include "can/GUI_CanDevice.h"
 #include "can/GUI_CanDeviceParam.h"
@@ -17,6 +18,7 @@
 #include "widgets/CNotice.h"
 
 #include <QActionGroup>
+#include <QCloseEvent>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QList>
@@ -28,6 +30,7 @@
 #include <QVector>
 
 #include <array>
+#include <functional>
 #include <utility>
 
 namespace {
@@ -58,6 +61,16 @@ CMessageBox::Icon iconOf(int type)
         return CMessageBox::Information;
     }
 }
+
+/// Some of them may go with others.
+template<typename Widget>
+void deleteAll(const QList<Widget *> &widgets)
+{
+    const QVector<QPointer<Widget>> left(widgets.begin(), widgets.end());
+    for (const QPointer<Widget> &widget : left) {
+        delete widget;
+    }
+}
 } // namespace
 
 class GUI_CanViewPrivate
@@ -73,6 +86,7 @@ public:
     QMenu *addMenu(const char *name, const QString &text, const QString &toolTip);
     void buildToolBar();
     void orderTabBar();
+    void buildBeginning();
     void buildLanguageMenu(QMenu *menu);
     void checkStoredLanguage() const;
     template<typename Tab>
@@ -80,6 +94,7 @@ public:
     void addTab(WidgetDeviceBase *tab, const QString &protocol);
     static ChannelMode modeOf(const WidgetDeviceBase &tab);
     void showDevice(GUI_DeviceInfo &dialog);
+    void endProgram(const std::function<void()> &end);
     void connectUpdate();
 
     GUI_CanView *q;
@@ -88,8 +103,10 @@ public:
     Ui::GUI_CanView ui;
     CNotice *notice = nullptr;
     QActionGroup *languages = nullptr;         ///< in the order of their numbers
+    UpgradeProcess *upgrade = nullptr;         ///< a child of the window; the only one, for all dialogs
     SoftwareUpdate *update = nullptr;          ///< a child of the window
     GUI_CanDeviceParam *deviceParam = nullptr; ///< a child of the window; keeps what was chosen last
+    QPointer<GUI_DeviceInfo> deviceInfo;       ///< there is never a second one
 };
 
 QMenu *GUI_CanViewPrivate::addMenu(const char *name, const QString &text, const QString &toolTip)
@@ -131,6 +148,15 @@ void GUI_CanViewPrivate::orderTabBar()
     };
     QObject::connect(ui.tabWidget, &QTabWidget::currentChanged, tabBar, setFocusPolicy);
     setFocusPolicy(ui.tabWidget->currentIndex());
+}
+
+/// In the place of the tabs while there is none: where to begin.
+void GUI_CanViewPrivate::buildBeginning()
+{
+    ui.lbl_begin->setText(
+        GUI_CanView::tr(R"(To begin: "%1" > "%2")").arg(GUI_CanView::tr("Connect"), GUI_CanView::tr("Open device")));
+    QObject::connect(ui.tabWidget, &QTabWidget::currentChanged, ui.lbl_begin,
+                     [this](int currentIndex) { ui.lbl_begin->setVisible(currentIndex < 0); });
 }
 
 void GUI_CanViewPrivate::buildLanguageMenu(QMenu *menu)
@@ -199,9 +225,13 @@ void GUI_CanViewPrivate::connectUpdate()
     update->checkAtStart();
 }
 
-/// The device of the tab on top; without a tab, the first that is there.
+/// The device of the tab on top; without a tab, the first that is there. Nobody else may use an adapter that is being
+/// upgraded.
 void GUI_CanViewPrivate::showDevice(GUI_DeviceInfo &dialog)
 {
+    if (upgrade->isRunning()) {
+        return;
+    }
     quint8 device = 0;
     if (const auto *tab = qobject_cast<WidgetDeviceBase *>(ui.tabWidget->currentWidget())) {
         device = tab->channelParam().device;
@@ -216,6 +246,22 @@ void GUI_CanViewPrivate::showDevice(GUI_DeviceInfo &dialog)
     dialog.setDevice(serial, model, firmware);
 }
 
+/// Calls end, after a question when an upgrade program runs.
+void GUI_CanViewPrivate::endProgram(const std::function<void()> &end)
+{
+    if (!upgrade->isRunning()) {
+        end();
+        return;
+    }
+    const QString text = GUI_CanView::tr("The upgrade program is still running. It will run on, but how it ends will "
+                                         "not be shown. Do not unplug the adapter meanwhile.") +
+                         QStringLiteral("<br>") + GUI_CanView::tr("Do you wish to end this program now?");
+    messages.ask(text, [this, end] {
+        upgrade->release();
+        end();
+    });
+}
+
 GUI_CanView::GUI_CanView(std::unique_ptr<CANCommunication> communication, QWidget *parent)
     : QMainWindow(parent)
     , m_p(std::make_unique<GUI_CanViewPrivate>(this, std::move(communication)))
@@ -223,6 +269,7 @@ GUI_CanView::GUI_CanView(std::unique_ptr<CANCommunication> communication, QWidge
     m_p->ui.setupUi(this);
     m_p->buildToolBar();
     m_p->orderTabBar();
+    m_p->buildBeginning();
     connect(m_p->languages, &QActionGroup::triggered, this, &GUI_CanView::slot_languageTriggered);
     m_p->notice = new CNotice(this);
     m_p->deviceParam = new GUI_CanDeviceParam(*m_p->communication, this);
@@ -233,18 +280,18 @@ GUI_CanView::GUI_CanView(std::unique_ptr<CANCommunication> communication, QWidge
             [this](quint8 device) { slot_showMessageBox(deviceLostProblem(device), MessageWarning); });
     setWindowTitle(QStringLiteral("X9CAN V") + QStringLiteral(X9_VERSION));
     connect(m_p->ui.tabWidget, &QTabWidget::tabCloseRequested, this, &GUI_CanView::slot_closeTabRequest);
+    m_p->upgrade = new UpgradeProcess(this);
+    connect(qApp, &QCoreApplication::aboutToQuit, m_p->upgrade, &UpgradeProcess::release); // the program ends anyway
     m_p->update = new SoftwareUpdate(this);
     m_p->connectUpdate();
 }
 
 GUI_CanView::~GUI_CanView()
 {
-    // Also the tabs that were closed and wait to be deleted: each one still holds its channel.
-    const QList<WidgetDeviceBase *> found = findChildren<WidgetDeviceBase *>();
-    const QVector<QPointer<WidgetDeviceBase>> tabs(found.begin(), found.end());
-    for (const QPointer<WidgetDeviceBase> &tab : tabs) {
-        delete tab; // and with a LIN tab its pages, which were found as well
-    }
+    // They work with the manager or the upgrade program to their last moment. Also the tabs that were closed and wait
+    // to be deleted: each one still holds its channel.
+    deleteAll(findChildren<QDialog *>(QString(), Qt::FindDirectChildrenOnly));
+    deleteAll(findChildren<WidgetDeviceBase *>()); // and with a LIN tab its pages, which were found as well
 }
 
 void GUI_CanView::finishFiles()
@@ -320,7 +367,7 @@ void GUI_CanView::slot_languageTriggered(const QAction *action)
     }
     m_p->messages.ask(tr("The current language has changed and takes effect after the restart.") +
                           QStringLiteral("<br>") + tr("Do you wish to restart it now?"),
-                      [] { QCoreApplication::exit(RestartExitCode); });
+                      [this] { m_p->endProgram([] { QCoreApplication::exit(RestartExitCode); }); });
 }
 
 void GUI_CanView::slot_showFrimwareUpgrade()
@@ -350,17 +397,32 @@ void GUI_CanView::slot_update(const QString &urlStr)
 
 void GUI_CanView::slot_showDeviceInfo()
 {
-    auto *dialog = new GUI_DeviceInfo({}, this);
+    if (QWidget *open = m_p->deviceInfo; open != nullptr && open->isVisible()) {
+        open->raise();
+        open->activateWindow();
+        return;
+    }
+    auto *dialog = new GUI_DeviceInfo(*m_p->upgrade, {}, this);
+    m_p->deviceInfo = dialog;
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     const auto showDevice = [this, dialog] {
         m_p->showDevice(*dialog);
     };
     connect(dialog, &GUI_DeviceInfo::sig_updataBtnClicked, this, showDevice);
     connect(dialog, &GUI_DeviceInfo::sig_updateFinish, this, showDevice);
+    connect(m_p->upgrade, &UpgradeProcess::sig_runningChanged, dialog, showDevice);
     // The upgrade program needs the adapter for itself.
     connect(dialog, &GUI_DeviceInfo::sig_updateRequest, this, &GUI_CanView::slot_closeCanDevice);
     showDevice();
     dialog->open();
+}
+
+void GUI_CanView::closeEvent(QCloseEvent *event)
+{
+    event->setAccepted(!m_p->upgrade->isRunning());
+    if (!event->isAccepted()) {
+        m_p->endProgram([this] { close(); });
+    }
 }
 
 void GUI_CanView::slot_showNotice(const QString &text, int type, int delayms)

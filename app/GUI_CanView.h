@@ -8,7 +8,10 @@ class CANCommunication;
 class GUI_CanViewPrivate;
 class QAction;
 
-/// The main window: toolbar and one tab per open channel. Owns the device manager.
+/// The main window: toolbar and one tab per open channel. Owns the device manager, and what runs the upgrade programs.
+///
+/// Closing it, and the restart for another language, ask when an upgrade program runs. Leaving the event loop otherwise
+/// and destroying the window do not. The upgrade program runs on in any case.
 class GUI_CanView : public QMainWindow
 {
     Q_OBJECT
@@ -35,11 +38,16 @@ public slots:
     /// Asks whether to go to the device information, where the firmware can be updated.
     void slot_showFrimwareUpgrade();
     void slot_showSoftwareInfo();
+    /// Brings the one that is open to the front.
     void slot_showDeviceInfo();
     /// first: offers the release that the search at the start has found; otherwise searches and shows the outcome.
     void slot_updateRuquest(bool first);
     /// Downloads a package of this program and hands it to the program that installs it, which ends this one.
     void slot_update(const QString &urlStr);
+
+protected:
+    /// While an upgrade program runs, the user is asked first.
+    void closeEvent(QCloseEvent *event) override;
 
 private slots:
     void slot_openChosenChannels();

@@ -6,6 +6,7 @@
 #include "app/MigrationWidget.h"
 #include "app/PopupWidget.h"
 #include "app/UpgradeProcess.h"
+#include "app/WindowMessages.h"
 #include "ui_GUI_DeviceInfo.h"
 #include "widgets/CMessageBox.h"
 
@@ -58,10 +59,12 @@ QString firmwareProductCode(const QString &model)
 class GUI_DeviceInfoPrivate
 {
 public:
-    GUI_DeviceInfoPrivate(GUI_DeviceInfo *dialog, DeviceInfoSetup dialogSetup)
+    GUI_DeviceInfoPrivate(GUI_DeviceInfo *dialog, UpgradeProcess &upgradeProcess, DeviceInfoSetup dialogSetup)
         : q(dialog)
+        , process(upgradeProcess)
         , setup(std::move(dialogSetup))
         , server(setup.updateServer)
+        , startDelay(new QTimer(dialog))
     {
     }
 
@@ -72,6 +75,7 @@ public:
     void showUpdating();
     CMessageBox *showMessage(CMessageBox::Icon icon, const QString &text,
                              CMessageBox::StandardButtons buttons = CMessageBox::Ok) const;
+    bool isRefused() const;
 
     void ask();
     void endQuery();
@@ -81,10 +85,13 @@ public:
     void takeDownload(bool ok, const QString &errorText);
     void startUpgrade();
     void tick();
+    void endUpgrade(int exitCode);
+    void endUpgrade(const QString &reason);
     void failUpgrade(const QString &text);
     void stop();
 
     GUI_DeviceInfo *q;
+    UpgradeProcess &process;
     Ui::GUI_DeviceInfo ui;
     const DeviceInfoSetup setup;
     QString serial;
@@ -94,11 +101,11 @@ public:
     QTimer queryLimit;
     Release release; ///< the last answer of the server
     FileDownload fileDownload;
-    QString file; ///< the firmware downloaded last
-    QTimer startDelay;
-    UpgradeProcess process;
+    QString file;            ///< the firmware downloaded last
+    QTimer *startDelay;      ///< a child of the dialog
     QTimer timer;            ///< of the progress bar
-    bool hasStarted = false; ///< whether the upgrade program of this run has
+    bool isOwn = false;      ///< the upgrade program that runs is the one of this dialog's upgrade
+    bool hasStarted = false; ///< and it has started
 };
 
 void GUI_DeviceInfoPrivate::build()
@@ -108,8 +115,10 @@ void GUI_DeviceInfoPrivate::build()
     ui.lbl_icon->setPixmap(QIcon(QStringLiteral(":/Logo/Logo16x16.ico")).pixmap(QSize(LogoSize, LogoSize)));
     queryLimit.setSingleShot(true);
     queryLimit.setInterval(setup.queryLimitMs);
-    startDelay.setSingleShot(true);
-    startDelay.setInterval(setup.startDelayMs);
+    startDelay->setObjectName(QStringLiteral("startDelay"));
+    startDelay->setSingleShot(true);
+    startDelay->setTimerType(Qt::PreciseTimer);
+    startDelay->setInterval(setup.startDelayMs);
     timer.setInterval(TickMs);
     showDevice();
     showIdle();
@@ -125,14 +134,11 @@ void GUI_DeviceInfoPrivate::connectSignals()
     QObject::connect(&queryLimit, &QTimer::timeout, q, [this] { takeAnswer(false, {}); });
     QObject::connect(&fileDownload, &FileDownload::sig_finished, q,
                      [this](bool ok, const QString &errorText) { takeDownload(ok, errorText); });
-    QObject::connect(&startDelay, &QTimer::timeout, q, [this] { startUpgrade(); });
+    QObject::connect(startDelay, &QTimer::timeout, q, [this] { startUpgrade(); });
     QObject::connect(&timer, &QTimer::timeout, q, [this] { tick(); });
-    QObject::connect(&process, &UpgradeProcess::sig_started, q, [this] { hasStarted = true; });
-    QObject::connect(&process, &UpgradeProcess::sig_failed, q, [this](const QString &reason) {
-        failUpgrade((hasStarted ? GUI_DeviceInfo::tr("The upgrade program has crashed.")
-                                : GUI_DeviceInfo::tr("The upgrade program cannot be started.")) +
-                    QLatin1Char('\n') + reason);
-    });
+    QObject::connect(&process, &UpgradeProcess::sig_started, q, [this] { hasStarted = isOwn; });
+    QObject::connect(&process, &UpgradeProcess::sig_finished, q, [this](int exitCode) { endUpgrade(exitCode); });
+    QObject::connect(&process, &UpgradeProcess::sig_failed, q, [this](const QString &reason) { endUpgrade(reason); });
 }
 
 void GUI_DeviceInfoPrivate::showDevice()
@@ -169,8 +175,20 @@ CMessageBox *GUI_DeviceInfoPrivate::showMessage(CMessageBox::Icon icon, const QS
     return box;
 }
 
+/// Whether an upgrade program runs, which the user is told then.
+bool GUI_DeviceInfoPrivate::isRefused() const
+{
+    if (process.isRunning()) {
+        WindowMessages(*q).show(UpgradeProcess::runningText(), CMessageBox::Warning);
+    }
+    return process.isRunning();
+}
+
 void GUI_DeviceInfoPrivate::ask()
 {
+    if (isRefused()) {
+        return;
+    }
     if (model.isEmpty()) {
         showMessage(CMessageBox::Warning,
                     GUI_DeviceInfo::tr("No device was found. Connect it and open this window again."));
@@ -218,7 +236,7 @@ void GUI_DeviceInfoPrivate::offer()
         showMessage(CMessageBox::Question, offerText(release.versionNo), {CMessageBox::Yes | CMessageBox::No});
     box->setTextFormat(Qt::RichText);
     QObject::connect(box, &QDialog::finished, q, [this](int button) {
-        if (button == CMessageBox::Yes) {
+        if (button == CMessageBox::Yes && !isRefused()) {
             emit q->sig_updateRequest();
             download();
         }
@@ -245,12 +263,17 @@ void GUI_DeviceInfoPrivate::takeDownload(bool ok, const QString &errorText)
         failUpgrade(GUI_DeviceInfo::tr("The firmware could not be downloaded.") + QLatin1Char('\n') + errorText);
         return;
     }
-    startDelay.start();
+    startDelay->start();
     timer.start();
 }
 
 void GUI_DeviceInfoPrivate::startUpgrade()
 {
+    if (isRefused()) {
+        stop();
+        return;
+    }
+    isOwn = true;
     hasStarted = false;
     process.start(setup.applicationDir + QStringLiteral("/UpgradeCAN.exe"), {file});
 }
@@ -264,6 +287,23 @@ void GUI_DeviceInfoPrivate::tick()
     }
 }
 
+/// The bar runs on to its end.
+void GUI_DeviceInfoPrivate::endUpgrade(int exitCode)
+{
+    if (std::exchange(isOwn, false) && exitCode != 0) {
+        showMessage(CMessageBox::Critical, UpgradeProcess::resultText(exitCode));
+    }
+}
+
+void GUI_DeviceInfoPrivate::endUpgrade(const QString &reason)
+{
+    if (std::exchange(isOwn, false)) {
+        failUpgrade((hasStarted ? GUI_DeviceInfo::tr("The upgrade program has crashed.")
+                                : GUI_DeviceInfo::tr("The upgrade program cannot be started.")) +
+                    QLatin1Char('\n') + reason);
+    }
+}
+
 void GUI_DeviceInfoPrivate::failUpgrade(const QString &text)
 {
     stop();
@@ -274,15 +314,14 @@ void GUI_DeviceInfoPrivate::stop()
 {
     endQuery();
     fileDownload.cancel();
-    startDelay.stop();
+    startDelay->stop();
     timer.stop();
-    process.release();
     showIdle();
 }
 
-GUI_DeviceInfo::GUI_DeviceInfo(DeviceInfoSetup setup, QWidget *parent)
+GUI_DeviceInfo::GUI_DeviceInfo(UpgradeProcess &process, DeviceInfoSetup setup, QWidget *parent)
     : QDialog(parent)
-    , m_p(std::make_unique<GUI_DeviceInfoPrivate>(this, std::move(setup)))
+    , m_p(std::make_unique<GUI_DeviceInfoPrivate>(this, process, std::move(setup)))
 {
     m_p->build();
     m_p->connectSignals();
@@ -300,27 +339,33 @@ void GUI_DeviceInfo::setDevice(const QString &serial, const QString &model, cons
 
 void GUI_DeviceInfo::slot_migrationBtnClicked()
 {
-    if (findChild<PopupWidget *>() != nullptr) {
+    const bool isUpdating = !m_p->ui.frame_updating->isHidden();
+    if (findChild<PopupWidget *>() != nullptr || isUpdating || m_p->isRefused()) {
         return;
     }
     if (m_p->setup.isDeviceUnregistered()) {
         m_p->setup.installMigrationDriver();
     }
     auto *popup = new PopupWidget(this);
-    auto *migration = new MigrationWidget(migrationProgram(m_p->setup.applicationDir),
+    auto *migration = new MigrationWidget(m_p->process, migrationProgram(m_p->setup.applicationDir),
                                           migrationImage(m_p->setup.applicationDir), this);
     popup->setAttribute(Qt::WA_DeleteOnClose);
     popup->setWidget(migration);
     connect(migration, &MigrationWidget::started, popup, [popup] { popup->enabledCloseButton(false); });
     connect(migration, &MigrationWidget::stopped, popup, [popup] { popup->enabledCloseButton(true); });
+    // From the click on, not only from the program's start, and for every other upgrade program as well.
+    connect(&m_p->process, &UpgradeProcess::sig_runningChanged, popup,
+            [popup](bool isRunning) { popup->enabledCloseButton(!isRunning); });
     popup->setFixedSize(PopupWidth, PopupHeight);
     popup->show();
 }
 
 void GUI_DeviceInfo::done(int result)
 {
-    m_p->stop();
-    QDialog::done(result);
+    if (!m_p->isRefused()) {
+        m_p->stop();
+        QDialog::done(result);
+    }
 }
 
 void GUI_DeviceInfo::slot_updateBtnClicked()

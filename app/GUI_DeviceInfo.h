@@ -11,6 +11,7 @@
 #include <memory>
 
 class GUI_DeviceInfoPrivate;
+class UpgradeProcess;
 
 /// What GUI_DeviceInfo works with: the program's own folder, server and driver unless said otherwise.
 struct DeviceInfoSetup
@@ -32,22 +33,25 @@ QString firmwareProductCode(const QString &model);
 
 /// Shows which adapter is connected, brings its firmware up to date, and hosts the migration of older adapters.
 ///
-/// A query or download that runs ends with the dialog; an upgrade program that runs is left to run.
+/// A query or download that runs ends with the dialog. While an upgrade program runs, whoever started it, the dialog
+/// cannot be closed and starts no other; destroying it leaves the program running.
 class GUI_DeviceInfo : public QDialog
 {
     Q_OBJECT
 
 public:
-    explicit GUI_DeviceInfo(DeviceInfoSetup setup = {}, QWidget *parent = nullptr);
+    /// process starts all upgrade programs and must outlive the dialog.
+    explicit GUI_DeviceInfo(UpgradeProcess &process, DeviceInfoSetup setup = {}, QWidget *parent = nullptr);
     ~GUI_DeviceInfo() override;
 
     /// The texts as the adapter gives them; all empty, as at first, when there is none.
     void setDevice(const QString &serial, const QString &model, const QString &firmware);
 
 public slots:
-    /// Shows the migration page, after starting the installation of its driver where the adapter needs it.
+    /// Shows the migration page, after starting the installation of its driver where the adapter needs it; not during
+    /// an upgrade.
     void slot_migrationBtnClicked();
-    /// Ends what runs, but not an upgrade program.
+    /// Every way of closing ends here. Ends what runs; while an upgrade program does, says so and changes nothing.
     void done(int result) override;
 
 signals:
@@ -55,8 +59,8 @@ signals:
     void sig_updataBtnClicked();
     /// The user has agreed to an upgrade; the download comes next.
     void sig_updateRequest();
-    /// An upgrade has run for its time. Does not come when a download or the start of the upgrade program fails, nor
-    /// when the dialog is closed meanwhile.
+    /// An upgrade has run for its time; its program may run on. Does not come when a download or the start of the
+    /// upgrade program fails, or when the program crashes before.
     void sig_updateFinish();
 
 private slots:

@@ -1,6 +1,7 @@
 #include "app/MigrationWidget.h"
 
 #include "app/UpgradeProcess.h"
+#include "app/WindowMessages.h"
 #include "ui_MigrationWidget.h"
 
 #include <QTimer>
@@ -10,26 +11,8 @@
 namespace {
 constexpr int TickMs = 10;
 
-/// By exit code.
-constexpr const char *ResultTexts[] = {
-    QT_TRANSLATE_NOOP("MigrationWidget", "Device upgrade succeeded"),
-    QT_TRANSLATE_NOOP("MigrationWidget", "File cannot be accessed"),
-    QT_TRANSLATE_NOOP("MigrationWidget", "Hardware version does not match"),
-    QT_TRANSLATE_NOOP("MigrationWidget", "No old device was found"),
-    QT_TRANSLATE_NOOP("MigrationWidget", "Enter BootLoader failed"),
-    QT_TRANSLATE_NOOP("MigrationWidget", "Version read failed"),
-    QT_TRANSLATE_NOOP("MigrationWidget", "Flash erasing failed"),
-    QT_TRANSLATE_NOOP("MigrationWidget", "Data send failed"),
-};
-constexpr int ResultCount = sizeof(ResultTexts) / sizeof(ResultTexts[0]);
 constexpr int Success = 0;
 constexpr int NoExitCode = -1; ///< of a program that crashed or could not be started
-
-QString resultText(int exitCode)
-{
-    const bool isKnown = exitCode >= 0 && exitCode < ResultCount;
-    return isKnown ? MigrationWidget::tr(ResultTexts[exitCode]) : MigrationWidget::tr("Unknown error");
-}
 
 QString descriptionText()
 {
@@ -55,8 +38,10 @@ QString migrationImage(const QString &applicationDir)
 class MigrationWidgetPrivate
 {
 public:
-    MigrationWidgetPrivate(MigrationWidget *widget, QString programPath, QString imagePath)
+    MigrationWidgetPrivate(MigrationWidget *widget, UpgradeProcess &upgradeProcess, QString programPath,
+                           QString imagePath)
         : q(widget)
+        , process(upgradeProcess)
         , program(std::move(programPath))
         , image(std::move(imagePath))
     {
@@ -64,18 +49,21 @@ public:
 
     void build();
     void connectSignals();
+    void start();
     void showRunning();
     void showIdle();
+    void end(int exitCode);
     void showResult(int exitCode);
     void clear();
 
     MigrationWidget *q;
+    UpgradeProcess &process;
     Ui::MigrationWidget ui;
     const QString program;
     const QString image;
-    UpgradeProcess process;
     QTimer timer;
-    int runs = 0; ///< since the results were cleared
+    bool isOwn = false; ///< the program that runs is the one started here
+    int runs = 0;       ///< since the results were cleared
 };
 
 void MigrationWidgetPrivate::build()
@@ -94,9 +82,23 @@ void MigrationWidgetPrivate::connectSignals()
     QObject::connect(ui.btn_migration, &QPushButton::clicked, q, &MigrationWidget::migrationBtnClicked);
     QObject::connect(ui.btn_clear, &QPushButton::clicked, q, [this] { clear(); });
     QObject::connect(&timer, &QTimer::timeout, q, [this] { ui.progressBar->setValue(ui.progressBar->value() + 1); });
-    QObject::connect(&process, &UpgradeProcess::sig_started, q, [this] { showRunning(); });
-    QObject::connect(&process, &UpgradeProcess::sig_finished, q, [this](int exitCode) { showResult(exitCode); });
-    QObject::connect(&process, &UpgradeProcess::sig_failed, q, [this] { showResult(NoExitCode); });
+    QObject::connect(&process, &UpgradeProcess::sig_started, q, [this] {
+        if (isOwn) {
+            showRunning();
+        }
+    });
+    QObject::connect(&process, &UpgradeProcess::sig_finished, q, [this](int exitCode) { end(exitCode); });
+    QObject::connect(&process, &UpgradeProcess::sig_failed, q, [this] { end(NoExitCode); });
+}
+
+void MigrationWidgetPrivate::start()
+{
+    if (process.isRunning()) {
+        WindowMessages(*q->window()).show(UpgradeProcess::runningText(), CMessageBox::Warning);
+        return;
+    }
+    isOwn = true;
+    process.start(program, {image});
 }
 
 void MigrationWidgetPrivate::showRunning()
@@ -116,16 +118,24 @@ void MigrationWidgetPrivate::showIdle()
     emit q->stopped();
 }
 
-void MigrationWidgetPrivate::showResult(int exitCode)
+void MigrationWidgetPrivate::end(int exitCode)
 {
-    ++runs;
-    const QString line = QStringLiteral("%1. %2").arg(runs).arg(resultText(exitCode));
-    const QString format = exitCode == Success ? QStringLiteral("<font color = green>%1</font>")
-                                               : QStringLiteral("<font color = red>%1</font>");
-    ui.tbx_result->append(format.arg(line));
+    if (!std::exchange(isOwn, false)) {
+        return;
+    }
+    showResult(exitCode);
     if (timer.isActive()) { // else the program could not be started
         showIdle();
     }
+}
+
+void MigrationWidgetPrivate::showResult(int exitCode)
+{
+    ++runs;
+    const QString line = QStringLiteral("%1. %2").arg(runs).arg(UpgradeProcess::resultText(exitCode));
+    const QString format = exitCode == Success ? QStringLiteral("<font color = green>%1</font>")
+                                               : QStringLiteral("<font color = red>%1</font>");
+    ui.tbx_result->append(format.arg(line));
 }
 
 void MigrationWidgetPrivate::clear()
@@ -134,9 +144,9 @@ void MigrationWidgetPrivate::clear()
     runs = 0;
 }
 
-MigrationWidget::MigrationWidget(QString program, QString image, QWidget *parent)
+MigrationWidget::MigrationWidget(UpgradeProcess &process, QString program, QString image, QWidget *parent)
     : QWidget(parent)
-    , m_p(std::make_unique<MigrationWidgetPrivate>(this, std::move(program), std::move(image)))
+    , m_p(std::make_unique<MigrationWidgetPrivate>(this, process, std::move(program), std::move(image)))
 {
     m_p->build();
     m_p->connectSignals();
@@ -146,5 +156,5 @@ MigrationWidget::~MigrationWidget() = default;
 
 void MigrationWidget::migrationBtnClicked()
 {
-    m_p->process.start(m_p->program, {m_p->image});
+    m_p->start();
 }

@@ -6,6 +6,7 @@
 #include <memory>
 
 class MigrationWidgetPrivate;
+class UpgradeProcess;
 
 /// The program that migrates an older adapter, relative to the folder of the executable.
 QString migrationProgram(const QString &applicationDir);
@@ -19,12 +20,12 @@ class MigrationWidget : public QWidget
     Q_OBJECT
 
 public:
-    /// program is started with image as its only argument.
-    MigrationWidget(QString program, QString image, QWidget *parent = nullptr);
+    /// program is started by process, which must outlive the widget, with image as its only argument.
+    MigrationWidget(UpgradeProcess &process, QString program, QString image, QWidget *parent = nullptr);
     ~MigrationWidget() override;
 
 public slots:
-    /// Starts the program, unless it runs already.
+    /// Starts the program, unless an upgrade program runs already, which the user is told then.
     void migrationBtnClicked();
 
 signals:

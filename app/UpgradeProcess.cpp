@@ -5,6 +5,21 @@
 
 #include <utility>
 
+namespace {
+/// By exit code.
+constexpr const char *ResultTexts[] = {
+    QT_TRANSLATE_NOOP("UpgradeProcess", "Device upgrade succeeded"),
+    QT_TRANSLATE_NOOP("UpgradeProcess", "File cannot be accessed"),
+    QT_TRANSLATE_NOOP("UpgradeProcess", "Hardware version does not match"),
+    QT_TRANSLATE_NOOP("UpgradeProcess", "No old device was found"),
+    QT_TRANSLATE_NOOP("UpgradeProcess", "Enter BootLoader failed"),
+    QT_TRANSLATE_NOOP("UpgradeProcess", "Version read failed"),
+    QT_TRANSLATE_NOOP("UpgradeProcess", "Flash erasing failed"),
+    QT_TRANSLATE_NOOP("UpgradeProcess", "Data send failed"),
+};
+constexpr int ResultCount = sizeof(ResultTexts) / sizeof(ResultTexts[0]);
+} // namespace
+
 /// Can be deleted without harm to its program, which the base class would kill.
 class UpgradeProcess::Process : public QProcess
 {
@@ -24,6 +39,18 @@ UpgradeProcess::UpgradeProcess(QObject *parent)
 UpgradeProcess::~UpgradeProcess()
 {
     release();
+}
+
+QString UpgradeProcess::resultText(int exitCode)
+{
+    const bool isKnown = exitCode >= 0 && exitCode < ResultCount;
+    return isKnown ? tr(ResultTexts[exitCode]) : tr("Unknown error");
+}
+
+QString UpgradeProcess::runningText()
+{
+    return tr(
+        "The upgrade program is still running. Wait until it has ended, and do not unplug the adapter meanwhile.");
 }
 
 void UpgradeProcess::start(const QString &program, const QStringList &arguments)
@@ -50,6 +77,7 @@ void UpgradeProcess::start(const QString &program, const QStringList &arguments)
             fail(m_process->errorString());
         }
     });
+    emit sig_runningChanged(true);
     m_process->start(program, arguments, QIODevice::ReadWrite);
 }
 
@@ -80,4 +108,5 @@ void UpgradeProcess::fail(const QString &reason)
 void UpgradeProcess::freeProcess()
 {
     std::exchange(m_process, nullptr)->deleteLater();
+    emit sig_runningChanged(false);
 }

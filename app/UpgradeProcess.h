@@ -4,8 +4,9 @@
 #include <QString>
 #include <QStringList>
 
-/// Runs an external upgrade program. What it writes is dropped. Nothing here ever ends the program, since it may be
-/// writing to the flash memory of an adapter: when this object goes while the program runs, the program runs on.
+/// Runs external upgrade programs, one at a time: the program has one object of this class, handed to all who may start
+/// or have to know. What an upgrade program writes is dropped. Nothing here ever ends one, since it may be writing to
+/// the flash memory of an adapter: when this object goes while one runs, that one runs on.
 class UpgradeProcess : public QObject
 {
     Q_OBJECT
@@ -15,7 +16,13 @@ public:
     /// As release().
     ~UpgradeProcess() override;
 
-    /// Starts the program and returns at once; ignored while one runs. The signals may come before this returns.
+    /// The meaning of an exit code of an upgrade program, for the user.
+    static QString resultText(int exitCode);
+    /// For the user who wants something that has to wait until the upgrade program has ended.
+    static QString runningText();
+
+    /// Starts the program and returns at once; ignored while one runs. The signals may come before this returns. All
+    /// who share this object hear them: one that has called this while isRunning() was false knows the run as its own.
     void start(const QString &program, const QStringList &arguments);
     /// Lets a running program go: it runs on, and none of its signals come any more.
     void release();
@@ -23,6 +30,8 @@ public:
     bool isRunning() const { return m_process != nullptr; }
 
 signals:
+    /// isRunning() has changed; not for a program that was released.
+    void sig_runningChanged(bool isRunning);
     void sig_started();
     /// The program ended by itself.
     void sig_finished(int exitCode);

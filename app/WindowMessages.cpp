@@ -50,6 +50,11 @@ void WindowMessages::show(const QString &text, CMessageBox::Icon icon)
 
 void WindowMessages::ask(const QString &text, const std::function<void()> &onYes)
 {
+    for (const CMessageBox *box : m_window.findChildren<CMessageBox *>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (box->isVisible() && box->text() == text) {
+            return;
+        }
+    }
     auto *box = new CMessageBox(CMessageBox::Question, tr("Tips"), text, CMessageBox::Yes | CMessageBox::No, &m_window);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setTextFormat(Qt::RichText);

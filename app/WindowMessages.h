@@ -21,7 +21,8 @@ public:
     /// Shows a text as it is. One that is on screen with this icon is not shown again; beyond five open messages,
     /// further ones are only counted, and the newest open message says how many they are.
     void show(const QString &text, CMessageBox::Icon icon);
-    /// Asks with Yes and No; markup in the text works. onYes runs when Yes is pressed, never after the window has gone.
+    /// Asks with Yes and No, unless it is asking just this; markup in the text works. onYes runs when Yes is pressed,
+    /// never after the window has gone.
     void ask(const QString &text, const std::function<void()> &onYes);
 
 private:

@@ -314,8 +314,12 @@ void GUI_CanDeviceParam::remove(Mode mode, uint8_t id, uint8_t ch)
     m_p->refillLists();
 }
 
+/// Once for each time it is shown: a further click may still be on its way when the dialog has closed.
 void GUI_CanDeviceParam::accept()
 {
+    if (!isVisible()) {
+        return;
+    }
     slot_completeEntries();
     m_p->param = m_p->readEntries();
     m_p->acceptedEntries = m_p->entries();

@@ -124,6 +124,7 @@ void CNotice::init()
 
     m_pDelay->setObjectName(QStringLiteral("m_pDelay"));
     m_pDelay->setSingleShot(true);
+    m_pDelay->setTimerType(Qt::PreciseTimer);
     m_pDelay->setInterval(FadeMs);
     m_pTimer->setObjectName(QStringLiteral("m_pTimer"));
     m_pTimer->setInterval(StepMs);

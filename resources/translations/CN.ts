@@ -509,6 +509,10 @@
         <translation>关闭设备</translation>
     </message>
     <message>
+        <source>To begin: &quot;%1&quot; &gt; &quot;%2&quot;</source>
+        <translation>开始使用：“%1” &gt; “%2”</translation>
+    </message>
+    <message>
         <source>About</source>
         <translation>关于</translation>
     </message>
@@ -539,6 +543,14 @@
     <message>
         <source>Do you wish to restart it now?</source>
         <translation>是否立即重启？</translation>
+    </message>
+    <message>
+        <source>The upgrade program is still running. It will run on, but how it ends will not be shown. Do not unplug the adapter meanwhile.</source>
+        <translation>升级程序仍在运行。它会继续运行，但不再显示其结果。在此期间请勿拔出适配器。</translation>
+    </message>
+    <message>
+        <source>Do you wish to end this program now?</source>
+        <translation>是否现在退出本程序？</translation>
     </message>
     <message>
         <source>Devices is open</source>
@@ -937,6 +949,25 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>清空</translation>
     </message>
     <message>
+        <source>Device migration operation description</source>
+        <translation>设备迁移操作说明</translation>
+    </message>
+    <message>
+        <source>Firmware version less than</source>
+        <translation>适用于固件版本低于</translation>
+    </message>
+    <message>
+        <source>Do not power off during the upgrade</source>
+        <translation>升级过程中请勿断电</translation>
+    </message>
+    <message>
+        <source>If the operation fails, remove and reinsert the device and try again</source>
+        <translation>如果操作失败，请拔出并重新插入设备后重试</translation>
+    </message>
+</context>
+<context>
+    <name>UpgradeProcess</name>
+    <message>
         <source>Device upgrade succeeded</source>
         <translation>设备升级成功</translation>
     </message>
@@ -973,20 +1004,8 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>未知错误</translation>
     </message>
     <message>
-        <source>Device migration operation description</source>
-        <translation>设备迁移操作说明</translation>
-    </message>
-    <message>
-        <source>Firmware version less than</source>
-        <translation>适用于固件版本低于</translation>
-    </message>
-    <message>
-        <source>Do not power off during the upgrade</source>
-        <translation>升级过程中请勿断电</translation>
-    </message>
-    <message>
-        <source>If the operation fails, remove and reinsert the device and try again</source>
-        <translation>如果操作失败，请拔出并重新插入设备后重试</translation>
+        <source>The upgrade program is still running. Wait until it has ended, and do not unplug the adapter meanwhile.</source>
+        <translation>升级程序仍在运行。请等待其结束，在此期间请勿拔出适配器。</translation>
     </message>
 </context>
 <context>

@@ -509,6 +509,10 @@
         <translation>Close device</translation>
     </message>
     <message>
+        <source>To begin: &quot;%1&quot; &gt; &quot;%2&quot;</source>
+        <translation>To begin: &quot;%1&quot; &gt; &quot;%2&quot;</translation>
+    </message>
+    <message>
         <source>About</source>
         <translation>About</translation>
     </message>
@@ -539,6 +543,14 @@
     <message>
         <source>Do you wish to restart it now?</source>
         <translation>Do you wish to restart it now?</translation>
+    </message>
+    <message>
+        <source>The upgrade program is still running. It will run on, but how it ends will not be shown. Do not unplug the adapter meanwhile.</source>
+        <translation>The upgrade program is still running. It will run on, but how it ends will not be shown. Do not unplug the adapter meanwhile.</translation>
+    </message>
+    <message>
+        <source>Do you wish to end this program now?</source>
+        <translation>Do you wish to end this program now?</translation>
     </message>
     <message>
         <source>Devices is open</source>
@@ -937,6 +949,25 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>Clear</translation>
     </message>
     <message>
+        <source>Device migration operation description</source>
+        <translation>Device migration operation description</translation>
+    </message>
+    <message>
+        <source>Firmware version less than</source>
+        <translation>Firmware version less than</translation>
+    </message>
+    <message>
+        <source>Do not power off during the upgrade</source>
+        <translation>Do not power off during the upgrade</translation>
+    </message>
+    <message>
+        <source>If the operation fails, remove and reinsert the device and try again</source>
+        <translation>If the operation fails, remove and reinsert the device and try again</translation>
+    </message>
+</context>
+<context>
+    <name>UpgradeProcess</name>
+    <message>
         <source>Device upgrade succeeded</source>
         <translation>Device upgrade succeeded</translation>
     </message>
@@ -973,20 +1004,8 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>Unknown error</translation>
     </message>
     <message>
-        <source>Device migration operation description</source>
-        <translation>Device migration operation description</translation>
-    </message>
-    <message>
-        <source>Firmware version less than</source>
-        <translation>Firmware version less than</translation>
-    </message>
-    <message>
-        <source>Do not power off during the upgrade</source>
-        <translation>Do not power off during the upgrade</translation>
-    </message>
-    <message>
-        <source>If the operation fails, remove and reinsert the device and try again</source>
-        <translation>If the operation fails, remove and reinsert the device and try again</translation>
+        <source>The upgrade program is still running. Wait until it has ended, and do not unplug the adapter meanwhile.</source>
+        <translation>The upgrade program is still running. Wait until it has ended, and do not unplug the adapter meanwhile.</translation>
     </message>
 </context>
 <context>

@@ -3,15 +3,19 @@
 #include "app/GUI_DeviceInfo.h"
 #include "app/GUI_SoftwareInfo.h"
 #include "app/GUI_Update.h"
+#include "app/MigrationWidget.h"
 #include "app/Settings.h"
+#include "app/UpgradeProcess.h"
 #include "can/GUI_CanDevice.h"
 #include "can/GUI_CanDeviceParam.h"
+#include "can/GUI_CanScanBaudrate.h"
 #include "capture/CTableViewCAN.h"
 #include "capture/GUI_CanSendFile.h"
 #include "device/CANAPI.h"
 #include "device/CANCommunication.h"
 #include "lin/GUI_LINDevice.h"
 #include "lin/GUI_LINModeMonitor.h"
+#include "tests/app/StandInProgram.h"
 #include "tests/app/UpdateServer.h"
 #include "tests/support/AdapterFolder.h"
 #include "tests/support/TestProgram.h"
@@ -31,9 +35,11 @@
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTemporaryDir>
 #include <QToolBar>
 #include <QToolButton>
 #include <QtTest>
@@ -168,6 +174,35 @@ private:
         }
     }
 };
+/// The window with an upgrade program at work.
+class WindowDuringAnUpgrade
+{
+public:
+    WindowDuringAnUpgrade()
+    {
+        window->show();
+        window->findChild<UpgradeProcess *>()->start(program.path(), {});
+    }
+    /// It has ended by itself, nobody has ended it.
+    bool letsGo() const
+    {
+        program.letGo();
+        return QTest::qWaitFor([this] { return program.ends() == QStringList(QStringLiteral("3")); });
+    }
+    /// The question that is open, if it is the only one.
+    const CMessageBox *question() const
+    {
+        const QList<CMessageBox *> open = messagesOf(*window);
+        return open.size() == 1 && open.first()->standardButtons() == (CMessageBox::Yes | CMessageBox::No)
+                   ? open.first()
+                   : nullptr;
+    }
+
+    const AdapterFolder folder{NoDevice};
+    const QTemporaryDir programs;
+    const StandInProgram program{programs.filePath(QStringLiteral("UpgradeCAN.exe")), "wait exit 3"};
+    std::unique_ptr<GUI_CanView> window = std::make_unique<GUI_CanView>(manager());
+};
 } // namespace
 
 Q_DECLARE_METATYPE(CMessageBox::Icon)
@@ -179,6 +214,7 @@ class tst_GUI_CanView : public QObject
 private slots:
     static void asksByItselfWhatToOpen();
     static void cancelOpensNothing();
+    static void opensNothingForASecondClick();
     static void opensOneChannelAfterTheOther();
     static void offersAClosedChannelAgain();
     static void opensCANFD();
@@ -188,6 +224,7 @@ private slots:
     static void saysWhyAChannelDoesNotOpen();
     static void opensAgainWhenTheAdapterIsBack();
     static void saysOnceThatADeviceIsGone();
+    static void saysWhereToBegin();
     static void closesTabs();
     static void closingATabEndsItsPlayback();
     static void closesAndOpensFromTheMenu();
@@ -200,6 +237,7 @@ private slots:
     static void noticeByType();
     static void closesWithMessagesOpen();
     static void closesWhileFramesArrive();
+    static void goesWhileAScanRuns();
     static void dimmedBehindDialogs();
     static void toolBarMenus();
     static void closesWithNothingOpen();
@@ -208,6 +246,12 @@ private slots:
     static void restartsOnRequest();
     static void saysThatTheLanguageCannotBeStored();
     static void asksToUpdateTheFirmware();
+    static void deviceInformationIsThereOnce();
+    static void migrationIsKnownToTheWindow();
+    static void readsNoDeviceDuringAnUpgrade();
+    static void asksBeforeItClosesDuringAnUpgrade();
+    static void asksBeforeItRestartsDuringAnUpgrade();
+    static void goesWithoutAQuestionDuringAnUpgrade();
     static void offersANewerRelease();
     static void searchesOnRequest();
     static void tellsOfTheDeviceOnTop();
@@ -243,6 +287,19 @@ void tst_GUI_CanView::cancelOpensNothing()
     QVERIFY(!dialogOf(window)->isVisible());
     QCOMPARE(tabsOf(window)->count(), 0);
     QCOMPARE(noticeOf(window), QString());
+}
+
+/// It comes after the dialog has closed, while the window opens what the first one asked for.
+void tst_GUI_CanView::opensNothingForASecondClick()
+{
+    const AdapterFolder folder(OneDevice);
+    GUI_CanView window(manager());
+    window.show();
+    QTRY_VERIFY(dialogOf(window)->isVisible());
+    clickIn(*dialogOf(window), "btn_ok");
+    clickIn(*dialogOf(window), "btn_ok");
+    QCOMPARE(tabsOf(window)->count(), 1);
+    QCOMPARE(noticeOf(window), QStringLiteral("Devices is open"));
 }
 
 /// A channel that a tab holds is not offered; what was chosen for the first is offered for the second.
@@ -457,6 +514,35 @@ void tst_GUI_CanView::saysOnceThatADeviceIsGone()
     QVERIFY(messagesOf(window).isEmpty());
 }
 
+/// While there is no tab.
+void tst_GUI_CanView::saysWhereToBegin()
+{
+    const AdapterFolder folder(OneDevice);
+    GUI_CanView window(manager());
+    window.show();
+    const auto *beginning = window.findChild<QLabel *>(QStringLiteral("lbl_begin"));
+    QCOMPARE(beginning->text(), QStringLiteral("To begin: \"Connect\" > \"Open device\""));
+    QVERIFY(beginning->isVisible());
+    QCOMPARE(beginning->mapTo(&window, beginning->rect().center()),
+             tabsOf(window)->mapTo(&window, tabsOf(window)->rect().center()));
+    QCOMPARE(beginning->alignment(), Qt::AlignCenter);
+    const QWidget *centre = window.centralWidget();
+    QCOMPARE(centre->childAt(centre->rect().center()), beginning); // not behind the empty tab widget
+    openAllChannels(window);
+    QCOMPARE(tabsOf(window)->count(), 2);
+    QVERIFY(!beginning->isVisible());
+    window.slot_closeTabRequest(0);
+    QVERIFY(!beginning->isVisible());
+    window.slot_closeTabRequest(0);
+    QVERIFY(beginning->isVisible());
+    QTRY_VERIFY(window.findChild<GUI_CanDevice *>() == nullptr);
+    window.slot_openCanDevice();
+    clickIn(*dialogOf(window), "btn_ok");
+    QVERIFY(!beginning->isVisible());
+    window.slot_closeCanDevice();
+    QVERIFY(beginning->isVisible());
+}
+
 void tst_GUI_CanView::closesTabs()
 {
     const AdapterFolder folder(OneDevice);
@@ -665,6 +751,29 @@ void tst_GUI_CanView::closesWhileFramesArrive()
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
+/// Without being closed before. The scan's dialog still works with the manager when it goes.
+void tst_GUI_CanView::goesWhileAScanRuns()
+{
+    const AdapterFolder folder(OneDevice);
+    auto communication = manager();
+    const CANCommunication *adapter = communication.get();
+    auto window = std::make_unique<GUI_CanView>(std::move(communication));
+    window->show();
+    QTRY_VERIFY(dialogOf(*window)->isVisible());
+    clickIn(*dialogOf(*window), "btn_scan");
+    const QPointer<GUI_CanScanBaudrate> scan(window->findChild<GUI_CanScanBaudrate *>());
+    clickIn(*scan, "btn_start");
+    QVERIFY(adapter->isScanning());
+    bool hasGoneFirst = false;
+    connect(adapter, &QObject::destroyed, qApp, [&] { hasGoneFirst = scan.isNull(); });
+    window.reset();
+    QVERIFY(hasGoneFirst);
+    CANCommunication second(std::make_unique<CANAPI>(QStringLiteral(X9_VIRTUAL_ADAPTER)));
+    QCOMPARE(second.openDevice(0), CAN_OK);
+    QCOMPARE(second.closeDevice(0), CAN_OK);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
 // The last one: what it sets up stays for the whole program.
 void tst_GUI_CanView::dimmedBehindDialogs()
 {
@@ -812,6 +921,133 @@ void tst_GUI_CanView::asksToUpdateTheFirmware()
     window.slot_showFrimwareUpgrade();
     press(*messagesOf(window).first(), QDialogButtonBox::Yes);
     QVERIFY(window.findChild<GUI_DeviceInfo *>()->isVisible());
+}
+
+/// However often it is asked for; it comes to the front then.
+void tst_GUI_CanView::deviceInformationIsThereOnce()
+{
+    const AdapterFolder folder(NoDevice);
+    GUI_CanView window(manager());
+    window.show();
+    QTRY_VERIFY(dialogOf(window)->isVisible());
+    clickIn(*dialogOf(window), "btn_cancel");
+    actionIn(window, "btn_about", 1)->trigger();
+    QWidget *information = window.findChild<GUI_DeviceInfo *>();
+    QTRY_COMPARE(QApplication::activeWindow(), information);
+    window.slot_showFrimwareUpgrade();
+    QTRY_COMPARE(messagesOf(window).size(), 1);
+    press(*messagesOf(window).first(), QDialogButtonBox::Yes);
+    QCOMPARE(window.findChildren<GUI_DeviceInfo *>().size(), 1);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QTRY_COMPARE(QApplication::activeWindow(), &other);
+    window.slot_showDeviceInfo();
+    QTRY_COMPARE(QApplication::activeWindow(), information);
+    information->close();
+    window.slot_showDeviceInfo();
+    QTRY_COMPARE(window.findChildren<GUI_DeviceInfo *>().size(), 1);
+    QVERIFY(window.findChild<GUI_DeviceInfo *>()->isVisible());
+}
+
+/// The dialog starts it by the window's own means.
+void tst_GUI_CanView::migrationIsKnownToTheWindow()
+{
+    const AdapterFolder folder(NoDevice);
+    const QString applicationDir = QCoreApplication::applicationDirPath();
+    QDir(applicationDir + QStringLiteral("/Migration")).removeRecursively(); // of a run that was cut off
+    const StandInProgram program(migrationProgram(applicationDir), "wait exit 3");
+    GUI_CanView window(manager());
+    window.show();
+    actionIn(window, "btn_about", 1)->trigger();
+    const auto *information = window.findChild<GUI_DeviceInfo *>();
+    clickIn(*information, "btn_migration");
+    clickIn(*information->findChild<MigrationWidget *>(), "btn_migration");
+    QVERIFY(window.findChild<UpgradeProcess *>()->isRunning());
+    QTRY_COMPARE(program.starts().size(), 1);
+    QVERIFY(!window.close());
+    program.letGo();
+    QTRY_VERIFY(!window.findChild<UpgradeProcess *>()->isRunning());
+    QTRY_VERIFY(QDir(applicationDir + QStringLiteral("/Migration")).removeRecursively()); // the system may lag behind
+}
+
+/// The upgrade program has the adapter for itself.
+void tst_GUI_CanView::readsNoDeviceDuringAnUpgrade()
+{
+    const QTemporaryDir programs;
+    const AdapterFolder folder(OneDevice);
+    const StandInProgram program(programs.filePath(QStringLiteral("UpgradeCAN.exe")), "wait");
+    GUI_CanView window(manager());
+    window.show();
+    window.findChild<UpgradeProcess *>()->start(program.path(), {});
+    actionIn(window, "btn_about", 1)->trigger();
+    const auto *information = window.findChild<GUI_DeviceInfo *>();
+    const auto *serial = information->findChild<QLabel *>(QStringLiteral("lbl_productSN"));
+    clickIn(*information, "btn_update");
+    QCOMPARE(serial->text(), QStringLiteral("-"));
+    program.letGo();
+    QTRY_COMPARE(serial->text(), QStringLiteral("A"));
+}
+
+void tst_GUI_CanView::asksBeforeItClosesDuringAnUpgrade()
+{
+    const WindowDuringAnUpgrade stage;
+    QVERIFY(!stage.window->close());
+    QVERIFY(stage.window->isVisible());
+    QVERIFY(!stage.window->close());
+    QVERIFY(stage.question() != nullptr); // once
+    QCOMPARE(stage.question()->windowTitle(), QStringLiteral("Tips"));
+    QCOMPARE(stage.question()->icon(), CMessageBox::Question);
+    QVERIFY(stage.question()->text().startsWith(QLatin1String("The upgrade program is still running.")));
+    press(*stage.question(), QDialogButtonBox::No);
+    QVERIFY(stage.window->isVisible());
+    QVERIFY(stage.window->findChild<UpgradeProcess *>()->isRunning());
+    QVERIFY(!stage.window->close());
+    QVERIFY(stage.question() != nullptr);
+    press(*stage.question(), QDialogButtonBox::Yes);
+    QVERIFY(!stage.window->isVisible());
+    QVERIFY(stage.letsGo());
+}
+
+/// Both questions: the restart and, when that is answered, the upgrade program.
+void tst_GUI_CanView::asksBeforeItRestartsDuringAnUpgrade()
+{
+    const StoredLanguage stored;
+    const WindowDuringAnUpgrade stage;
+    bool wasAsked = false;
+    QTimer::singleShot(0, stage.window.get(), [&] {
+        stage.window->findChild<QAction *>(QStringLiteral("EN"))->trigger();
+        press(*stage.question(), QDialogButtonBox::Yes);
+        wasAsked = stage.question() != nullptr && stage.question()->text().startsWith(QLatin1String("The upgrade"));
+        if (wasAsked) {
+            press(*stage.question(), QDialogButtonBox::Yes);
+        } else {
+            QCoreApplication::exit(1);
+        }
+    });
+    QCOMPARE(QApplication::exec(), 100);
+    QVERIFY(wasAsked);
+    QVERIFY(stage.letsGo());
+}
+
+/// When the event loop ends for another reason, and when nobody closes the window before it goes.
+void tst_GUI_CanView::goesWithoutAQuestionDuringAnUpgrade()
+{
+    WindowDuringAnUpgrade stage;
+    stage.window->slot_showDeviceInfo();
+    QTRY_COMPARE(stage.program.starts().size(), 1);
+    QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(5); });
+    QCOMPARE(QApplication::exec(), 5);
+    QApplication::closeAllWindows();
+    QVERIFY(!stage.window->isVisible());
+    QVERIFY(messagesOf(*stage.window).isEmpty());
+    stage.window.reset();
+
+    WindowDuringAnUpgrade another;
+    QTRY_COMPARE(another.program.starts().size(), 1);
+    another.window.reset();
+    QVERIFY(stage.letsGo());
+    QVERIFY(another.letsGo());
 }
 
 /// In place of the question what to open.

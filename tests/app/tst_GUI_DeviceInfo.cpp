@@ -1,6 +1,7 @@
 #include "app/GUI_DeviceInfo.h"
 #include "app/MigrationWidget.h"
 #include "app/PopupWidget.h"
+#include "app/UpgradeProcess.h"
 #include "tests/app/StandInProgram.h"
 #include "tests/app/UpdateServer.h"
 #include "tests/support/TestProgram.h"
@@ -14,8 +15,10 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTextEdit>
+#include <QTimer>
 #include <QToolButton>
 #include <QtTest>
+#include <QWindow>
 
 #include <memory>
 
@@ -32,7 +35,27 @@ QString record(const char *code, const char *version, const QString &path = QStr
                "%1={\"name\":\"\",\"summary\":\"\",\"versionNo\":\"%2\",\"url\":\"http://127.0.0.1:{port}%3\"}")
         .arg(QLatin1String(code), QLatin1String(version), path);
 }
+
+/// How a user closes a dialog.
+enum class Way { Esc, TitleBar, Accept };
+
+void closeBy(Way way, GUI_DeviceInfo &dialog)
+{
+    switch (way) {
+    case Way::Esc:
+        QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape);
+        break;
+    case Way::TitleBar: // Alt+F4 as well
+        dialog.windowHandle()->close();
+        break;
+    case Way::Accept:
+        dialog.accept();
+        break;
+    }
+}
 } // namespace
+
+Q_DECLARE_METATYPE(Way)
 
 class tst_GUI_DeviceInfo : public QObject
 {
@@ -70,7 +93,15 @@ private slots:
     void closingEndsTheQuery();
     void closingEndsTheDownload();
     void closingBeforeTheStart();
-    void closingLeavesTheProgramRunning();
+    void startDelayIsPrecise();
+    static void resultOfTheProgram_data();
+    void resultOfTheProgram();
+    void resultAfterTheBar();
+    void crashAfterTheBar();
+    static void cannotBeClosedDuringAnUpgrade_data() { waysToClose(); }
+    void cannotBeClosedDuringAnUpgrade();
+    void twoDialogsOneProgram();
+    void anotherProgramBeforeTheStart();
     void destroyingLeavesTheProgramRunning();
 
     static void migrationInstallsTheDriverFirst_data();
@@ -78,6 +109,11 @@ private slots:
     void migrationPopup();
     void migrationIsFreedAtItsEnd();
     void migrationKeepsThePopupOpen();
+    static void cannotBeClosedDuringAMigration_data() { waysToClose(); }
+    void cannotBeClosedDuringAMigration();
+    void popupStaysFromTheClickOn();
+    void noMigrationDuringAnUpgrade();
+    void noUpgradeDuringAMigration();
     void destroyingLeavesTheMigrationRunning();
 
 private:
@@ -96,6 +132,17 @@ private:
     static void press(CMessageBox *box, CMessageBox::StandardButton button);
     void checkMessage(CMessageBox::Icon icon, const QString &text,
                       CMessageBox::StandardButtons buttons = CMessageBox::Ok) const;
+    void checkRunningMessage() const
+    {
+        checkMessage(CMessageBox::Warning, UpgradeProcess::runningText());
+        if (QTest::currentTestFailed()) {
+            return;
+        }
+        press(message(), CMessageBox::Ok);
+        QTRY_VERIFY(message() == nullptr);
+    }
+    static void waysToClose();
+    std::unique_ptr<GUI_DeviceInfo> makeDialog(int queryLimitMs, int startDelayMs);
     bool isIdle() const;
     bool isUpdating() const;
     QString path(const QString &name) const { return m_folder->filePath(name); }
@@ -110,6 +157,7 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<UpdateServer> m_server;
+    std::unique_ptr<UpgradeProcess> m_process;
     std::unique_ptr<GUI_DeviceInfo> m_dialog;
     QStringList m_driverCalls;
     bool m_isUnregistered = false;
@@ -122,6 +170,7 @@ void tst_GUI_DeviceInfo::init()
     QFile file(path(QStringLiteral("downloads/X9.bin")));
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(Firmware), qint64(Firmware.size()));
+    m_process = std::make_unique<UpgradeProcess>();
     m_driverCalls.clear();
     m_isUnregistered = false;
 }
@@ -129,6 +178,7 @@ void tst_GUI_DeviceInfo::init()
 void tst_GUI_DeviceInfo::cleanup()
 {
     m_dialog.reset();
+    m_process.reset();
     m_server.reset();
     m_folder.reset();
 }
@@ -137,6 +187,20 @@ void tst_GUI_DeviceInfo::open(const QStringList &serverArguments, int queryLimit
 {
     m_server = std::make_unique<UpdateServer>(
         serverArguments + QStringList{QStringLiteral("--downloads"), path(QStringLiteral("downloads"))});
+    m_dialog = makeDialog(queryLimitMs, startDelayMs);
+    m_dialog->show();
+}
+
+void tst_GUI_DeviceInfo::waysToClose()
+{
+    QTest::addColumn<Way>("way");
+    QTest::newRow("Esc") << Way::Esc;
+    QTest::newRow("title bar") << Way::TitleBar;
+    QTest::newRow("accept()") << Way::Accept;
+}
+
+std::unique_ptr<GUI_DeviceInfo> tst_GUI_DeviceInfo::makeDialog(int queryLimitMs, int startDelayMs)
+{
     DeviceInfoSetup setup;
     setup.applicationDir = m_folder->path();
     setup.updateServer = m_server->url();
@@ -151,9 +215,9 @@ void tst_GUI_DeviceInfo::open(const QStringList &serverArguments, int queryLimit
         m_driverCalls.append(isPopupThere ? QStringLiteral("late") : QStringLiteral("installMigrationDriver"));
         return true;
     };
-    m_dialog = std::make_unique<GUI_DeviceInfo>(setup);
-    m_dialog->setDevice(QStringLiteral("SN123"), QStringLiteral("X9EC-2"), QStringLiteral("V2.05"));
-    m_dialog->show();
+    auto dialog = std::make_unique<GUI_DeviceInfo>(*m_process, setup);
+    dialog->setDevice(QStringLiteral("SN123"), QStringLiteral("X9EC-2"), QStringLiteral("V2.05"));
+    return dialog;
 }
 
 CMessageBox *tst_GUI_DeviceInfo::message() const
@@ -442,7 +506,9 @@ void tst_GUI_DeviceInfo::upgrade()
     QVERIFY(bar->value() > 50); // at most 200 ticks in the delay
     QVERIFY(isUpdating());
     QTRY_COMPARE(program.ends().size(), 1);
+    checkMessage(CMessageBox::Critical, QStringLiteral("Data send failed"));
     QVERIFY(isUpdating()); // the bar ends it, not the program
+    press(message(), CMessageBox::Ok);
     QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 60000);
     QCOMPARE(bar->value(), 1000);
     QVERIFY(isIdle());
@@ -528,17 +594,27 @@ void tst_GUI_DeviceInfo::crashOfTheUpgradeProgram()
     QVERIFY(isIdle());
 }
 
-/// Also while the program of the first time still runs.
+/// But not while the program of the first time still runs.
 void tst_GUI_DeviceInfo::upgradeAgain()
 {
     const StandInProgram program(path(QStringLiteral("UpgradeCAN.exe")), "wait");
     open(serverArguments());
     QSignalSpy finished(m_dialog.get(), &GUI_DeviceInfo::sig_updateFinish);
+    QSignalSpy requested(m_dialog.get(), &GUI_DeviceInfo::sig_updateRequest);
+    QSignalSpy ended(m_process.get(), &UpgradeProcess::sig_finished);
     upgradeUntilStarted(program);
     QTRY_COMPARE(finished.count(), 1);
+    QVERIFY(isIdle());
+    const int requests = m_server->requests().size();
+    click("btn_update");
+    checkRunningMessage();
+    QVERIFY(isIdle());
+    program.letGo();
+    QTRY_COMPARE(ended.count(), 1);
+    QCOMPARE(m_server->requests().size(), requests);
+    QCOMPARE(requested.count(), 1);
     upgradeUntilStarted(program);
     QTRY_COMPARE(finished.count(), 2);
-    program.letGo();
     QTRY_COMPARE(program.ends().size(), 2);
     QCOMPARE(filesInUpCode(), QStringList(QStringLiteral("X9.bin")));
 }
@@ -594,18 +670,119 @@ void tst_GUI_DeviceInfo::closingBeforeTheStart()
     QCOMPARE(program.starts(), QStringList());
 }
 
-void tst_GUI_DeviceInfo::closingLeavesTheProgramRunning()
+void tst_GUI_DeviceInfo::startDelayIsPrecise()
 {
-    const StandInProgram program(path(QStringLiteral("UpgradeCAN.exe")), "wait exit 4");
+    open(serverArguments());
+    QCOMPARE(m_dialog->findChild<QTimer *>(QStringLiteral("startDelay"))->timerType(), Qt::PreciseTimer);
+}
+
+void tst_GUI_DeviceInfo::resultOfTheProgram_data()
+{
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("0") << 0 << QString(); // nothing is said
+    QTest::newRow("1") << 1 << "File cannot be accessed";
+    QTest::newRow("7") << 7 << "Data send failed";
+    QTest::newRow("8") << 8 << "Unknown error";
+}
+
+void tst_GUI_DeviceInfo::resultOfTheProgram()
+{
+    QFETCH(int, exitCode);
+    QFETCH(QString, text);
+    const StandInProgram program(path(QStringLiteral("UpgradeCAN.exe")), "exit " + QByteArray::number(exitCode));
+    open(serverArguments());
+    QSignalSpy finished(m_dialog.get(), &GUI_DeviceInfo::sig_updateFinish);
+    QSignalSpy ended(m_process.get(), &UpgradeProcess::sig_finished);
+    upgradeUntilStarted(program);
+    QTRY_COMPARE(ended.count(), 1);
+    if (text.isEmpty()) {
+        QVERIFY(message() == nullptr);
+    } else {
+        checkMessage(CMessageBox::Critical, text);
+    }
+    QTRY_COMPARE(finished.count(), 1);
+    QVERIFY(isIdle());
+}
+
+/// The bar is no measure of what the program does.
+void tst_GUI_DeviceInfo::resultAfterTheBar()
+{
+    const StandInProgram program(path(QStringLiteral("UpgradeCAN.exe")), "wait exit 6");
     open(serverArguments());
     QSignalSpy finished(m_dialog.get(), &GUI_DeviceInfo::sig_updateFinish);
     upgradeUntilStarted(program);
-    m_dialog->close();
-    QVERIFY(!m_dialog->isVisible());
-    letTicksPass(120);
-    QCOMPARE(finished.count(), 0);
+    QTRY_COMPARE(finished.count(), 1);
+    QVERIFY(message() == nullptr);
     program.letGo();
-    QTRY_COMPARE(program.ends(), QStringList(QStringLiteral("4")));
+    checkMessage(CMessageBox::Critical, QStringLiteral("Flash erasing failed"));
+    QVERIFY(m_dialog->close());
+}
+
+void tst_GUI_DeviceInfo::crashAfterTheBar()
+{
+    const StandInProgram program(path(QStringLiteral("UpgradeCAN.exe")), "wait crash");
+    open(serverArguments());
+    QSignalSpy finished(m_dialog.get(), &GUI_DeviceInfo::sig_updateFinish);
+    upgradeUntilStarted(program);
+    QTRY_COMPARE(finished.count(), 1);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^Upgrade program .*/UpgradeCAN.exe: .+")));
+    program.letGo();
+    QTRY_VERIFY(message() != nullptr);
+    QVERIFY(message()->text().startsWith(QStringLiteral("The upgrade program has crashed.\n")));
+    QVERIFY(isIdle());
+    QVERIFY(m_dialog->close());
+}
+
+/// Neither while the bar runs nor afterwards, as long as the program does.
+void tst_GUI_DeviceInfo::cannotBeClosedDuringAnUpgrade()
+{
+    QFETCH(Way, way);
+    const StandInProgram program(path(QStringLiteral("UpgradeCAN.exe")), "wait");
+    open(serverArguments());
+    QVERIFY(QTest::qWaitForWindowActive(m_dialog.get()));
+    QSignalSpy finished(m_dialog.get(), &GUI_DeviceInfo::sig_updateFinish);
+    QSignalSpy closed(m_dialog.get(), &QDialog::finished);
+    QSignalSpy ended(m_process.get(), &UpgradeProcess::sig_finished);
+    upgradeUntilStarted(program);
+    closeBy(way, *m_dialog);
+    checkRunningMessage();
+    QVERIFY(m_dialog->isVisible());
+    QTRY_COMPARE(finished.count(), 1); // the bar was not stopped
+    closeBy(way, *m_dialog);
+    checkRunningMessage();
+    QVERIFY(m_dialog->isVisible());
+    QCOMPARE(closed.count(), 0);
+    program.letGo();
+    QTRY_COMPARE(ended.count(), 1);
+    closeBy(way, *m_dialog);
+    QVERIFY(!m_dialog->isVisible());
+    QVERIFY(message() == nullptr);
+}
+
+/// Whichever dialog starts it.
+void tst_GUI_DeviceInfo::twoDialogsOneProgram()
+{
+    const StandInProgram program(path(QStringLiteral("UpgradeCAN.exe")), "wait exit 5");
+    const StandInProgram migration(migrationProgram(m_folder->path()));
+    open(serverArguments());
+    const auto other = makeDialog(DeviceInfoSetup().queryLimitMs, ShortDelayMs);
+    other->show();
+    other->slot_migrationBtnClicked();
+    upgradeUntilStarted(program);
+    QVERIFY(!other->close());
+    QVERIFY(other->isVisible());
+    const auto *popup = other->findChild<PopupWidget *>();
+    QVERIFY(!popup->findChild<QToolButton *>(QStringLiteral("btn_close"))->isEnabled());
+    QTest::mouseClick(popup->findChild<QPushButton *>(QStringLiteral("btn_migration")), Qt::LeftButton);
+    QCOMPARE(other->findChildren<CMessageBox *>().size(), 1);
+    QCOMPARE(other->findChild<CMessageBox *>()->text(), UpgradeProcess::runningText());
+    program.letGo();
+    checkMessage(CMessageBox::Critical, QStringLiteral("Version read failed"));
+    QCOMPARE(other->findChildren<CMessageBox *>().size(), 1); // it was not its upgrade
+    QVERIFY(popup->findChild<QToolButton *>(QStringLiteral("btn_close"))->isEnabled());
+    QCOMPARE(migration.starts(), QStringList());
+    QVERIFY(other->close());
 }
 
 void tst_GUI_DeviceInfo::destroyingLeavesTheProgramRunning()
@@ -616,6 +793,27 @@ void tst_GUI_DeviceInfo::destroyingLeavesTheProgramRunning()
     m_dialog.reset();
     program.letGo();
     QTRY_COMPARE(program.ends(), QStringList(QStringLiteral("4")));
+}
+
+/// It was started while the firmware was downloaded.
+void tst_GUI_DeviceInfo::anotherProgramBeforeTheStart()
+{
+    const StandInProgram program(path(QStringLiteral("UpgradeCAN.exe")));
+    const StandInProgram another(path(QStringLiteral("another.exe")), "wait");
+    open(serverArguments());
+    QSignalSpy finished(m_dialog.get(), &GUI_DeviceInfo::sig_updateFinish);
+    connect(m_dialog.get(), &GUI_DeviceInfo::sig_updateRequest, m_dialog.get(),
+            [this, &another] { m_process->start(another.path(), {}); });
+    click("btn_update");
+    QTRY_VERIFY(message() != nullptr);
+    press(message(), CMessageBox::Yes);
+    QVERIFY(isUpdating());
+    checkRunningMessage();
+    QVERIFY(isIdle());
+    another.letGo();
+    QTRY_VERIFY(!m_process->isRunning());
+    QCOMPARE(program.starts(), QStringList());
+    QCOMPARE(finished.count(), 0);
 }
 
 void tst_GUI_DeviceInfo::migrationInstallsTheDriverFirst_data()
@@ -693,6 +891,90 @@ void tst_GUI_DeviceInfo::migrationKeepsThePopupOpen()
     QVERIFY(m_dialog->isVisible());
 }
 
+void tst_GUI_DeviceInfo::cannotBeClosedDuringAMigration()
+{
+    QFETCH(Way, way);
+    const StandInProgram program(migrationProgram(m_folder->path()), "wait");
+    open(serverArguments());
+    QVERIFY(QTest::qWaitForWindowActive(m_dialog.get()));
+    click("btn_migration");
+    const QPointer<PopupWidget> popup(m_dialog->findChild<PopupWidget *>());
+    QSignalSpy ended(m_process.get(), &UpgradeProcess::sig_finished);
+    QTest::mouseClick(popup->findChild<QPushButton *>(QStringLiteral("btn_migration")), Qt::LeftButton);
+    QTRY_COMPARE(program.starts().size(), 1);
+    closeBy(way, *m_dialog);
+    QVERIFY(m_dialog->isVisible());
+    if (message() != nullptr) { // Esc is for the page, which shows that it is busy
+        checkRunningMessage();
+    }
+    QVERIFY(popup && popup->isVisible());
+    program.letGo();
+    QTRY_COMPARE(ended.count(), 1);
+    closeBy(way, *m_dialog);
+    QVERIFY(!popup || !popup->isVisible());
+}
+
+void tst_GUI_DeviceInfo::popupStaysFromTheClickOn()
+{
+    const StandInProgram program(migrationProgram(m_folder->path()));
+    open(serverArguments());
+    click("btn_migration");
+    auto *popup = m_dialog->findChild<PopupWidget *>();
+    QSignalSpy started(popup->findChild<MigrationWidget *>(), &MigrationWidget::started);
+    QTest::mouseClick(popup->findChild<QPushButton *>(QStringLiteral("btn_migration")), Qt::LeftButton);
+    QVERIFY(started.isEmpty());
+    QVERIFY(!popup->close());
+    QTRY_VERIFY(popup->findChild<QToolButton *>(QStringLiteral("btn_close"))->isEnabled());
+    QVERIFY(popup->close());
+}
+
+/// Neither while its firmware is downloaded nor while its program runs, for how long ever.
+void tst_GUI_DeviceInfo::noMigrationDuringAnUpgrade()
+{
+    const StandInProgram program(path(QStringLiteral("UpgradeCAN.exe")), "wait");
+    open(serverArguments());
+    QSignalSpy finished(m_dialog.get(), &GUI_DeviceInfo::sig_updateFinish);
+    click("btn_update");
+    QTRY_VERIFY(message() != nullptr);
+    press(message(), CMessageBox::Yes);
+    QVERIFY(isUpdating());
+    m_dialog->slot_migrationBtnClicked();
+    QVERIFY(m_dialog->findChild<PopupWidget *>() == nullptr);
+    QTRY_COMPARE(program.starts().size(), 1);
+    find<QProgressBar>("progressBar")->setValue(AlmostFull);
+    QTRY_COMPARE(finished.count(), 1);
+    click("btn_migration");
+    checkRunningMessage();
+    QVERIFY(m_dialog->findChild<PopupWidget *>() == nullptr);
+    QCOMPARE(m_driverCalls, QStringList());
+    program.letGo();
+    QTRY_VERIFY(!m_process->isRunning());
+    click("btn_migration");
+    QVERIFY(m_dialog->findChild<PopupWidget *>() != nullptr);
+}
+
+/// The migration was started between the question and its answer.
+void tst_GUI_DeviceInfo::noUpgradeDuringAMigration()
+{
+    const StandInProgram migration(migrationProgram(m_folder->path()), "wait");
+    const StandInProgram program(path(QStringLiteral("UpgradeCAN.exe")));
+    open(serverArguments());
+    QSignalSpy requested(m_dialog.get(), &GUI_DeviceInfo::sig_updateRequest);
+    click("btn_update");
+    click("btn_migration");
+    QTest::mouseClick(m_dialog->findChild<PopupWidget *>()->findChild<QPushButton *>(QStringLiteral("btn_migration")),
+                      Qt::LeftButton);
+    QTRY_COMPARE(migration.starts().size(), 1);
+    QTRY_VERIFY(message() != nullptr);
+    press(message(), CMessageBox::Yes);
+    checkRunningMessage();
+    QCOMPARE(requested.count(), 0);
+    QVERIFY(find<QWidget>("frame_update")->isVisible());
+    migration.letGo();
+    QTRY_VERIFY(!m_process->isRunning());
+    QCOMPARE(program.starts(), QStringList());
+}
+
 void tst_GUI_DeviceInfo::destroyingLeavesTheMigrationRunning()
 {
     const StandInProgram program(migrationProgram(m_folder->path()), "wait exit 3");
@@ -702,7 +984,6 @@ void tst_GUI_DeviceInfo::destroyingLeavesTheMigrationRunning()
         m_dialog->findChild<MigrationWidget *>()->findChild<QPushButton *>(QStringLiteral("btn_migration")),
         Qt::LeftButton);
     QTRY_COMPARE(program.starts().size(), 1);
-    m_dialog->close();
     m_dialog.reset();
     program.letGo();
     QTRY_COMPARE(program.ends(), QStringList(QStringLiteral("3")));

@@ -1,7 +1,9 @@
 #include "app/MigrationWidget.h"
+#include "app/UpgradeProcess.h"
 #include "tests/app/StandInProgram.h"
 #include "tests/support/TestProgram.h"
 #include "tests/support/Ticks.h"
+#include "widgets/CMessageBox.h"
 
 #include <QLabel>
 #include <QProgressBar>
@@ -31,6 +33,7 @@ private slots:
     void crashIsAnUnknownError();
     void missingProgramIsAnUnknownError();
     void twoRunsAreNumbered();
+    void onlyOneProgramRuns();
     void clearStartsTheNumberingAnew();
     void clearWhileRunning();
     void destroyingLeavesTheProgramRunning();
@@ -52,6 +55,7 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<StandInProgram> m_program;
+    std::unique_ptr<UpgradeProcess> m_process;
     std::unique_ptr<MigrationWidget> m_widget;
 };
 
@@ -59,13 +63,16 @@ void tst_MigrationWidget::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     m_program = std::make_unique<StandInProgram>(migrationProgram(m_folder->path()));
-    m_widget = std::make_unique<MigrationWidget>(migrationProgram(m_folder->path()), migrationImage(m_folder->path()));
+    m_process = std::make_unique<UpgradeProcess>();
+    m_widget = std::make_unique<MigrationWidget>(*m_process, migrationProgram(m_folder->path()),
+                                                 migrationImage(m_folder->path()));
     m_widget->show();
 }
 
 void tst_MigrationWidget::cleanup()
 {
     m_widget.reset();
+    m_process.reset();
     m_program.reset();
     m_folder.reset();
 }
@@ -222,6 +229,32 @@ void tst_MigrationWidget::twoRunsAreNumbered()
     clickMigration();
     QTRY_COMPARE(stopped.count(), 2);
     QCOMPARE(result()->toPlainText(), QStringLiteral("1. Device upgrade succeeded\n2. No old device was found"));
+}
+
+/// Another one, which somebody else has started, is neither shown nor listed.
+void tst_MigrationWidget::onlyOneProgramRuns()
+{
+    const StandInProgram other(m_folder->filePath(QStringLiteral("UpgradeCAN.exe")), "wait exit 3");
+    QSignalSpy started(m_widget.get(), &MigrationWidget::started);
+    QSignalSpy stopped(m_widget.get(), &MigrationWidget::stopped);
+    QSignalSpy ended(m_process.get(), &UpgradeProcess::sig_finished);
+    m_process->start(other.path(), {});
+    clickMigration();
+    clickMigration();
+    QCOMPARE(m_widget->findChildren<CMessageBox *>().size(), 1);
+    const auto *message = m_widget->findChild<CMessageBox *>();
+    QVERIFY(message->isVisible());
+    QCOMPARE(message->windowTitle(), QStringLiteral("Tips"));
+    QCOMPARE(message->text(), UpgradeProcess::runningText());
+    other.letGo();
+    QTRY_COMPARE(ended.count(), 1);
+    QVERIFY(button()->isEnabled() && !bar()->isVisible());
+    QCOMPARE(started.count() + stopped.count(), 0);
+    QCOMPARE(result()->toPlainText(), QString());
+    clickMigration();
+    QTRY_COMPARE(stopped.count(), 1);
+    QCOMPARE(m_program->starts().size(), 1);
+    QCOMPARE(result()->toPlainText(), QStringLiteral("1. Device upgrade succeeded"));
 }
 
 void tst_MigrationWidget::clearStartsTheNumberingAnew()

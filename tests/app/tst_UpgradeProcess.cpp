@@ -50,6 +50,8 @@ private slots:
     void crashIsAFailure();
     void missingProgramIsAFailureWithoutAStart();
     void oneProgramAtATime();
+    static void tellsWhetherItRuns_data();
+    void tellsWhetherItRuns();
     void runsAgain();
     void destroyingLeavesTheProgramRunning();
     void destroyingBeforeTheStartIsReported();
@@ -161,6 +163,38 @@ void tst_UpgradeProcess::oneProgramAtATime()
     QCOMPARE(second.starts(), QStringList());
 }
 
+void tst_UpgradeProcess::tellsWhetherItRuns_data()
+{
+    QTest::addColumn<QByteArray>("orders");
+    QTest::newRow("ends") << QByteArray("wait exit 6");
+    QTest::newRow("crashes") << QByteArray("wait crash");
+    QTest::newRow("missing") << QByteArray();
+}
+
+/// From the call on, and before its end is told.
+void tst_UpgradeProcess::tellsWhetherItRuns()
+{
+    QFETCH(QByteArray, orders);
+    const StandInProgram program(path(QStringLiteral("UpgradeCAN.exe")), orders);
+    const QString started = orders.isEmpty() ? path(QStringLiteral("missing.exe")) : program.path();
+    if (!orders.startsWith("wait exit")) {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^Upgrade program .*: .+")));
+    }
+    UpgradeProcess process;
+    QStringList told;
+    connect(&process, &UpgradeProcess::sig_runningChanged, this, [&](bool isRunning) {
+        told.append(isRunning ? QStringLiteral("runs") : QStringLiteral("free"));
+        QCOMPARE(process.isRunning(), isRunning);
+    });
+    connect(&process, &UpgradeProcess::sig_finished, this, [&told] { told.append(QStringLiteral("end")); });
+    connect(&process, &UpgradeProcess::sig_failed, this, [&told] { told.append(QStringLiteral("end")); });
+    process.start(started, {});
+    QCOMPARE(told.value(0), QStringLiteral("runs"));
+    process.start(started, {});
+    program.letGo();
+    QTRY_COMPARE(told, QStringList({QStringLiteral("runs"), QStringLiteral("free"), QStringLiteral("end")}));
+}
+
 void tst_UpgradeProcess::runsAgain()
 {
     const StandInProgram program(path(QStringLiteral("UpgradeCAN.exe")), "exit 1");
@@ -206,10 +240,12 @@ void tst_UpgradeProcess::releasingLeavesTheProgramRunning()
     UpgradeProcess process;
     QSignalSpy started(&process, &UpgradeProcess::sig_started);
     QSignalSpy finished(&process, &UpgradeProcess::sig_finished);
+    QSignalSpy changed(&process, &UpgradeProcess::sig_runningChanged);
     process.start(program.path(), {});
     QTRY_COMPARE(started.count(), 1);
     process.release();
     QVERIFY(!process.isRunning());
+    QCOMPARE(changed.count(), 1); // of the start
     QCOMPARE(released().size(), 1);
     program.letGo();
     QTRY_COMPARE(released().size(), 0);

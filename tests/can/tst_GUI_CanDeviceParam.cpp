@@ -233,6 +233,7 @@ private slots:
     static void offersTheNextChannel();
     static void cancelLeavesTheSettings();
     static void enterAcceptsAndEscCancels();
+    static void acceptsOnce();
     static void tabOrderFollowsTheForm();
     static void labelsHaveBuddies();
     static void filterToolWritesCodeAndMask();
@@ -925,6 +926,29 @@ void tst_GUI_CanDeviceParam::enterAcceptsAndEscCancels()
     QTest::keyClick(test.line("lbx_accCode"), Qt::Key_Escape);
     QVERIFY(!test.dialog.isVisible());
     QCOMPARE(test.dialog.result(), int(QDialog::Rejected));
+}
+
+/// What the user pressed while the window was busy with the first press reaches the closed dialog.
+void tst_GUI_CanDeviceParam::acceptsOnce()
+{
+    const AdapterFolder folder(TwoDevices);
+    CANCommunication communication(virtualAdapter());
+    DialogUnderTest test(communication);
+    QSignalSpy accepted(&test.dialog, &QDialog::accepted);
+    QVERIFY(test.show());
+    QObject::connect(&test.dialog, &QDialog::accepted, &test.dialog, [&test] { test.dialog.append(Mode::CAN, 0, 0); });
+    test.click("btn_ok");
+    QCOMPARE(accepted.count(), 1);
+    test.click("btn_ok");
+    test.button("btn_ok")->setFocus();
+    QTest::keyClick(test.button("btn_ok"), Qt::Key_Space);
+    QTest::keyClick(&test.dialog, Qt::Key_Return);
+    QCOMPARE(accepted.count(), 1);
+    QCOMPARE(test.dialog.deviceParam().channels, QVector<quint8>{0});
+    QVERIFY(test.show());
+    test.click("btn_ok");
+    QCOMPARE(accepted.count(), 2);
+    QCOMPARE(test.dialog.deviceParam().channels, QVector<quint8>{1});
 }
 
 void tst_GUI_CanDeviceParam::tabOrderFollowsTheForm()

@@ -6,6 +6,7 @@
 #include "app/GUI_Update.h"
 #include "app/Release.h"
 #include "app/SoftwareUpdate.h"
+#include "app/UpgradeProcess.h"
 #include "can/GUI_CanDeviceParam.h"
 #include "can/GUI_CanFilterTool.h"
 #include "can/GUI_CanGateWay.h"
@@ -562,7 +563,8 @@ void showDeviceInfoUpdating(const Visitor &visit)
     DeviceInfoSetup setup;
     setup.applicationDir = stage.folder.filePath(QString());
     setup.updateServer = server.url();
-    GUI_DeviceInfo dialog(setup, &stage.window);
+    UpgradeProcess upgrade;
+    GUI_DeviceInfo dialog(upgrade, setup, &stage.window);
     dialog.setDevice(QStringLiteral("X9FC-2024-00017"), QStringLiteral("X9FC-200 CANFD"), QStringLiteral("V2.05"));
     dialog.open();
     press(&dialog, "btn_update");
