@@ -272,7 +272,8 @@ void tst_Application::tellsWhyItCannotStart()
     QCOMPARE(program.exitCode(), 1);
     const QString problem = QStringLiteral("problem, 提示, ") + text.arg(QDir::toNativeSeparators(lock));
     QVERIFY2(folder.log().contains(problem), qPrintable(folder.log() + problem));
-    QVERIFY(program.errors().startsWith(QStringLiteral("The lock file ") + QDir::toNativeSeparators(lock)));
+    const QString errors = program.errors();
+    QVERIFY2(errors.contains(QLatin1String("The lock file ")), qPrintable(errors));
 }
 
 /// The lock of a program that was killed, whose number another process has got since.

@@ -147,11 +147,7 @@ public:
     StoredLanguage &operator=(const StoredLanguage &) = delete;
 
     static QString programFile() { return QCoreApplication::applicationDirPath() + QStringLiteral("/Init.ini"); }
-    static QString userFile()
-    {
-        return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-               QStringLiteral("/X9CAN/Init.ini");
-    }
+    static QString userFile() { return SettingsFiles::ofProgram().userFile(); }
     static bool setUpdateServer(const QString &url)
     {
         QFile file(programFile());
