@@ -9,6 +9,7 @@
 #include "device/TickTimer.h"
 #include "ui_GUI_CanDevice.h"
 #include "widgets/CNotice.h"
+#include "widgets/NumberEntry.h"
 
 #include <QPropertyAnimation>
 #include <QSet>
@@ -133,10 +134,13 @@ void GUI_CanDevicePrivate::fillLengths(bool isFdProtocol)
 
 void GUI_CanDevicePrivate::setValidators() const
 {
-    ui.lbx_frameID->setValidator(q->hexBlankValidator());
-    ui.lbx_setFilter->setValidator(q->hexBlankValidator());
+    for (QLineEdit *field : {ui.lbx_frameID, ui.lbx_setFilter}) {
+        field->setValidator(q->hexBlankValidator());
+        cleanEntry(field, NumberEntry::Hex);
+    }
     for (QLineEdit *field : {ui.lbx_frameOfSend, ui.lbx_sendingCycle, ui.lbx_frameOfSaved, ui.lbx_cache}) {
         field->setValidator(q->decimalValidator());
+        cleanEntry(field, NumberEntry::Decimal);
     }
 }
 

@@ -5,6 +5,7 @@
 #include "device/CANBaudrate.h"
 #include "device/CANCommunication.h"
 #include "ui_GUI_CanDeviceParam.h"
+#include "widgets/NumberEntry.h"
 
 #include <QMetaProperty>
 #include <QRegularExpressionValidator>
@@ -59,7 +60,7 @@ public:
     }
 
     void fillCombos();
-    void setValidators();
+    void setValidators() const;
     void connectSignals();
     Page page(Mode mode) const;
     Mode shownMode() const { return isLIN ? Mode::LIN : Mode::CAN; }
@@ -102,18 +103,19 @@ void GUI_CanDeviceParamPrivate::fillCombos()
     ui.cbx_checksumLIN->addItem(GUI_CanDeviceParam::tr("Enhanced checksum"), 1);
 }
 
-void GUI_CanDeviceParamPrivate::setValidators()
+void GUI_CanDeviceParamPrivate::setValidators() const
 {
-    const auto validator = [this](const QString &pattern) {
-        return new QRegularExpressionValidator(QRegularExpression(pattern), q);
+    const auto restrict = [](QLineEdit *field, const QString &pattern, NumberEntry kind) {
+        field->setValidator(new QRegularExpressionValidator(QRegularExpression(pattern), field));
+        cleanEntry(field, kind);
     };
-    QValidator *hex = validator(hexNumberPattern());
-    ui.lbx_accCode->setValidator(hex);
-    ui.lbx_accMask->setValidator(hex);
-    QValidator *timing = validator(QStringLiteral("[A-Fa-f0-9]{1,2}"));
-    ui.lbx_time0->setValidator(timing);
-    ui.lbx_time1->setValidator(timing);
-    ui.lbx_baudrateLIN->setValidator(validator(QStringLiteral("[0-9]*")));
+    for (QLineEdit *field : {ui.lbx_accCode, ui.lbx_accMask}) {
+        restrict(field, hexNumberPattern(), NumberEntry::PrefixedHex);
+    }
+    for (QLineEdit *field : {ui.lbx_time0, ui.lbx_time1}) {
+        restrict(field, QStringLiteral("[A-Fa-f0-9]{1,2}"), NumberEntry::Hex);
+    }
+    restrict(ui.lbx_baudrateLIN, QStringLiteral("[0-9]*"), NumberEntry::Decimal);
 }
 
 void GUI_CanDeviceParamPrivate::connectSignals()

@@ -5,6 +5,7 @@
 #include "device/TickTimer.h"
 #include "ui_GUI_CanAdvancedOpearation.h"
 #include "widgets/CNotice.h"
+#include "widgets/NumberEntry.h"
 
 #include <QHideEvent>
 #include <QKeyEvent>
@@ -157,6 +158,7 @@ GUI_CanAdvancedOpearation::GUI_CanAdvancedOpearation(CANCommunication &communica
 {
     qRegisterMetaType<DataModel>("DataModel");
     m_p->ui.setupUi(this);
+    cleanSpinBoxes(this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowStaysOnTopHint);
     m_p->fillTexts();
