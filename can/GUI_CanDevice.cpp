@@ -76,8 +76,7 @@ public:
     void readInput();
     void startTimedSending(quint32 cycleMs);
     void endTimedSending();
-    template<typename Dialog>
-    void prepareDialog(Dialog *dialog, const QString &title);
+    void prepareDialog(QWidget *dialog, const QString &title) const;
     static void bringUp(QWidget *dialog);
     void createSendList();
     void writeGatewayFilter(const QSet<quint32> &entries);
@@ -245,11 +244,9 @@ void GUI_CanDevicePrivate::endTimedSending()
 }
 
 /// What the file sender and the send list have in common.
-template<typename Dialog>
-void GUI_CanDevicePrivate::prepareDialog(Dialog *dialog, const QString &title)
+void GUI_CanDevicePrivate::prepareDialog(QWidget *dialog, const QString &title) const
 {
     dialog->setWindowTitle(q->objectName() + QStringLiteral("  -  ") + title);
-    QObject::connect(dialog, &Dialog::sig_showNotice, q, &GUI_CanDevice::sig_showNotice);
 }
 
 void GUI_CanDevicePrivate::bringUp(QWidget *dialog)
@@ -571,6 +568,7 @@ void GUI_CanDevice::slot_canSendFileBtnClicked()
         const ChannelParam &channel = channelParam();
         m_p->sendFile = new GUI_CanSendFile(m_p->communication, channel.device, channel.channel, channel.isCANFD, this);
         m_p->prepareDialog(m_p->sendFile, tr("Send File"));
+        connect(m_p->sendFile, &GUI_CanSendFile::sig_showNotice, this, &GUI_CanDevice::sig_showNotice);
         connect(m_p->sendFile, &GUI_CanSendFile::sig_showMessageBox, this, &GUI_CanDevice::sig_showMessageBox);
     }
     m_p->bringUp(m_p->sendFile);

@@ -1273,6 +1273,10 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>Please select the delete item first</source>
         <translation>请先选择要删除的项</translation>
     </message>
+    <message>
+        <source>Not available in this version</source>
+        <translation>此版本暂不提供</translation>
+    </message>
 </context>
 <context>
     <name>WidgetDelegateCAN</name>

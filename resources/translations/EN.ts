@@ -1273,6 +1273,10 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>Please select the delete item first</source>
         <translation>Please select the delete item first</translation>
     </message>
+    <message>
+        <source>Not available in this version</source>
+        <translation>Not available in this version</translation>
+    </message>
 </context>
 <context>
     <name>WidgetDelegateCAN</name>
