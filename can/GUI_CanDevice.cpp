@@ -15,6 +15,7 @@
 #include <QSet>
 #include <QSignalBlocker>
 #include <QTime>
+#include <QToolTip>
 
 #include <algorithm>
 #include <limits>
@@ -78,6 +79,7 @@ public:
     void endTimedSending();
     void prepareDialog(QWidget *dialog, const QString &title) const;
     static void bringUp(QWidget *dialog);
+    static void complain(QLineEdit *field);
     void createSendList();
     void writeGatewayFilter(const QSet<quint32> &entries);
     void showGatewayFilterFailure() const;
@@ -254,6 +256,14 @@ void GUI_CanDevicePrivate::bringUp(QWidget *dialog)
     dialog->show();
     dialog->raise();
     dialog->activateWindow();
+}
+
+/// A field that cannot be used as it is: its tool tip says what is to be in it.
+void GUI_CanDevicePrivate::complain(QLineEdit *field)
+{
+    field->setFocus();
+    field->selectAll();
+    QToolTip::showText(field->mapToGlobal(field->rect().bottomLeft()), field->toolTip(), field);
 }
 
 void GUI_CanDevicePrivate::createSendList()
@@ -485,12 +495,17 @@ void GUI_CanDevice::slot_resetBtnClicked()
 
 void GUI_CanDevice::slot_saveBtnClicked()
 {
+    const quint32 wanted = countFromText(m_p->ui.lbx_frameOfSaved->text()).value_or(0);
+    if (wanted == 0) {
+        GUI_CanDevicePrivate::complain(m_p->ui.lbx_frameOfSaved);
+        return;
+    }
     const QString path = askSavePath(tr("CAN File(*.can);;CANFD File(*.canfd);;Csv File(*.csv);;Text File(*.txt)"));
     if (path.isEmpty()) {
         return;
     }
     const int rows = m_p->ui.tableView->rowCount();
-    const int count = std::min(rows, toInt(countFromText(m_p->ui.lbx_frameOfSaved->text()).value_or(0)));
+    const int count = std::min(rows, toInt(wanted));
     if (m_p->ui.tableView->saveRange(path, rows - count, count)) {
         m_p->showNotice(tr("File saved successfully!"), CNotice::Done);
     } else {
@@ -525,12 +540,19 @@ void GUI_CanDevice::slot_realTimeSaveFailed()
 
 void GUI_CanDevice::slot_setFilterBtnClicked()
 {
-    const auto id = frameIdFromText(m_p->ui.lbx_setFilter->text(), true);
-    if (!m_p->ui.rbtn_enable->isChecked() || !id) {
+    QLineEdit *field = m_p->ui.lbx_setFilter;
+    if (!m_p->ui.rbtn_enable->isChecked() || field->text().isEmpty()) {
         return;
     }
     m_p->ui.tableView->clearFilterIds();
-    m_p->ui.tableView->addFilterId(*id);
+    if (const auto id = frameIdFromText(field->text(), true)) {
+        m_p->ui.tableView->addFilterId(*id);
+        return;
+    }
+    field->setFocus();
+    field->selectAll();
+    m_p->showMessage(tr("There is no such frame ID, the highest one is 0x1FFFFFFF. No frames are hidden now."),
+                     MessageCritical);
 }
 
 void GUI_CanDevice::slot_setFilterDisableBtnClicked()

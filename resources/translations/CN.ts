@@ -327,6 +327,14 @@
         <source>Set</source>
         <translation>设置</translation>
     </message>
+    <message>
+        <source>There is no such frame ID, the highest one is 0x1FFFFFFF. No frames are hidden now.</source>
+        <translation>不存在这样的帧ID，最大的帧ID为 0x1FFFFFFF。当前不隐藏任何帧。</translation>
+    </message>
+    <message>
+        <source>How many of the newest frames to save, at least 1</source>
+        <translation>要保存的最新帧数，至少为 1</translation>
+    </message>
 </context>
 <context>
     <name>GUI_CanGateWay</name>

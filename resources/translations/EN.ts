@@ -327,6 +327,14 @@
         <source>Set</source>
         <translation>Set</translation>
     </message>
+    <message>
+        <source>There is no such frame ID, the highest one is 0x1FFFFFFF. No frames are hidden now.</source>
+        <translation>There is no such frame ID, the highest one is 0x1FFFFFFF. No frames are hidden now.</translation>
+    </message>
+    <message>
+        <source>How many of the newest frames to save, at least 1</source>
+        <translation>How many of the newest frames to save, at least 1</translation>
+    </message>
 </context>
 <context>
     <name>GUI_CanGateWay</name>
