@@ -7,6 +7,7 @@
 #include "ui_GUI_CanDeviceParam.h"
 #include "widgets/NumberEntry.h"
 
+#include <QApplication>
 #include <QMetaProperty>
 #include <QRegularExpressionValidator>
 #include <QShowEvent>
@@ -69,6 +70,8 @@ public:
     void fillDevices(Mode mode) const;
     void fillChannels(Mode mode) const;
     void refillLists() const;
+    void lookForDevices();
+    void startAtFirstField() const;
     QVector<quint8> chosenChannels() const;
     std::optional<quint8> scanDevice() const;
     CanDeviceParam readEntries() const;
@@ -211,6 +214,26 @@ void GUI_CanDeviceParamPrivate::refillLists() const
     setEntries(kept);
 }
 
+/// Takes as long as the adapters take to answer.
+void GUI_CanDeviceParamPrivate::lookForDevices()
+{
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    present = communication.presentDevices();
+    QApplication::restoreOverrideCursor();
+}
+
+/// Where the focus was when the dialog was closed, and which button that made the default one, is of no use any more.
+void GUI_CanDeviceParamPrivate::startAtFirstField() const
+{
+    for (QWidget *field : entryWidgets()) {
+        if (field->isVisibleTo(q) && field->isEnabled()) {
+            field->setFocus();
+            break;
+        }
+    }
+    ui.btn_ok->setDefault(true);
+}
+
 QVector<quint8> GUI_CanDeviceParamPrivate::chosenChannels() const
 {
     const Page shown = page(shownMode());
@@ -329,12 +352,13 @@ void GUI_CanDeviceParam::showEvent(QShowEvent *event)
 {
     // A window that comes back from the task bar goes on where it was.
     if (!event->spontaneous()) {
-        m_p->present = m_p->communication.presentDevices();
+        m_p->lookForDevices();
         m_p->refillLists();
         m_p->setEntries(m_p->acceptedEntries);
         if (m_p->isLIN != m_p->acceptedLIN) {
             m_p->showPage(m_p->acceptedLIN);
         }
+        m_p->startAtFirstField();
     }
     QDialog::showEvent(event);
 }

@@ -1355,6 +1355,26 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>CANFD baudrate: %1</source>
         <translation>CANFD波特率：%1</translation>
     </message>
+    <message>
+        <source>%1, CANFD %2</source>
+        <translation>%1，CANFD波特率 %2</translation>
+    </message>
+    <message>
+        <source>Trying %1</source>
+        <translation>正在尝试 %1</translation>
+    </message>
+    <message>
+        <source>No baudrate found</source>
+        <translation>未找到波特率</translation>
+    </message>
+    <message>
+        <source>Not all baudrates tried, none found</source>
+        <translation>扫描未完成，尚未找到波特率</translation>
+    </message>
+    <message>
+        <source>Found: %1</source>
+        <translation>已找到：%1</translation>
+    </message>
 </context>
 <context>
     <name>GUI_CanDeviceParam</name>

@@ -1355,6 +1355,26 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>CANFD baudrate: %1</source>
         <translation>CANFD baudrate: %1</translation>
     </message>
+    <message>
+        <source>%1, CANFD %2</source>
+        <translation>%1, CANFD %2</translation>
+    </message>
+    <message>
+        <source>Trying %1</source>
+        <translation>Trying %1</translation>
+    </message>
+    <message>
+        <source>No baudrate found</source>
+        <translation>No baudrate found</translation>
+    </message>
+    <message>
+        <source>Not all baudrates tried, none found</source>
+        <translation>Not all baudrates tried, none found</translation>
+    </message>
+    <message>
+        <source>Found: %1</source>
+        <translation>Found: %1</translation>
+    </message>
 </context>
 <context>
     <name>GUI_CanDeviceParam</name>
