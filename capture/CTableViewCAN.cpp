@@ -47,7 +47,7 @@ public:
     void moveQueueToStore();
     void resize();
     void scrollTo(int row);
-    void scrollByWheel(const QWheelEvent &event);
+    void scrollByWheel(const QWheelEvent &event) const;
     void cutStore(int size);
     void clear();
     bool save(const QString &path, int first, int count);
@@ -303,7 +303,7 @@ void CTableViewCANPrivate::resize()
 }
 
 /// One row per event, whatever its size; what goes sideways is for the columns.
-void CTableViewCANPrivate::scrollByWheel(const QWheelEvent &event)
+void CTableViewCANPrivate::scrollByWheel(const QWheelEvent &event) const
 {
     const QPoint delta = event.angleDelta();
     if (delta.x() != 0) {

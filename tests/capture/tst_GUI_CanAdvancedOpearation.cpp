@@ -6,8 +6,8 @@
 #include "resources/Resources.h"
 #include "tests/support/ScriptedAdapter.h"
 #include "tests/support/TestProgram.h"
-#include "widgets/CNotice.h"
 #include "tests/support/Ticks.h"
+#include "widgets/CNotice.h"
 
 #include <QApplication>
 #include <QCheckBox>
