@@ -9,11 +9,13 @@
 #include "device/TickTimer.h"
 #include "ui_GUI_CanDevice.h"
 #include "widgets/CNotice.h"
+#include "widgets/NumberEntry.h"
 
 #include <QPropertyAnimation>
 #include <QSet>
 #include <QSignalBlocker>
 #include <QTime>
+#include <QToolTip>
 
 #include <algorithm>
 #include <limits>
@@ -75,9 +77,9 @@ public:
     void readInput();
     void startTimedSending(quint32 cycleMs);
     void endTimedSending();
-    template<typename Dialog>
-    void prepareDialog(Dialog *dialog, const QString &title);
+    void prepareDialog(QWidget *dialog, const QString &title) const;
     static void bringUp(QWidget *dialog);
+    static void complain(QLineEdit *field);
     void createSendList();
     void writeGatewayFilter(const QSet<quint32> &entries);
     void showGatewayFilterFailure() const;
@@ -133,10 +135,13 @@ void GUI_CanDevicePrivate::fillLengths(bool isFdProtocol)
 
 void GUI_CanDevicePrivate::setValidators() const
 {
-    ui.lbx_frameID->setValidator(q->hexBlankValidator());
-    ui.lbx_setFilter->setValidator(q->hexBlankValidator());
+    for (QLineEdit *field : {ui.lbx_frameID, ui.lbx_setFilter}) {
+        field->setValidator(q->hexBlankValidator());
+        cleanEntry(field, NumberEntry::Hex);
+    }
     for (QLineEdit *field : {ui.lbx_frameOfSend, ui.lbx_sendingCycle, ui.lbx_frameOfSaved, ui.lbx_cache}) {
         field->setValidator(q->decimalValidator());
+        cleanEntry(field, NumberEntry::Decimal);
     }
 }
 
@@ -241,11 +246,9 @@ void GUI_CanDevicePrivate::endTimedSending()
 }
 
 /// What the file sender and the send list have in common.
-template<typename Dialog>
-void GUI_CanDevicePrivate::prepareDialog(Dialog *dialog, const QString &title)
+void GUI_CanDevicePrivate::prepareDialog(QWidget *dialog, const QString &title) const
 {
     dialog->setWindowTitle(q->objectName() + QStringLiteral("  -  ") + title);
-    QObject::connect(dialog, &Dialog::sig_showNotice, q, &GUI_CanDevice::sig_showNotice);
 }
 
 void GUI_CanDevicePrivate::bringUp(QWidget *dialog)
@@ -253,6 +256,14 @@ void GUI_CanDevicePrivate::bringUp(QWidget *dialog)
     dialog->show();
     dialog->raise();
     dialog->activateWindow();
+}
+
+/// A field that cannot be used as it is: its tool tip says what is to be in it.
+void GUI_CanDevicePrivate::complain(QLineEdit *field)
+{
+    field->setFocus();
+    field->selectAll();
+    QToolTip::showText(field->mapToGlobal(field->rect().bottomLeft()), field->toolTip(), field);
 }
 
 void GUI_CanDevicePrivate::createSendList()
@@ -484,12 +495,17 @@ void GUI_CanDevice::slot_resetBtnClicked()
 
 void GUI_CanDevice::slot_saveBtnClicked()
 {
+    const quint32 wanted = countFromText(m_p->ui.lbx_frameOfSaved->text()).value_or(0);
+    if (wanted == 0) {
+        GUI_CanDevicePrivate::complain(m_p->ui.lbx_frameOfSaved);
+        return;
+    }
     const QString path = askSavePath(tr("CAN File(*.can);;CANFD File(*.canfd);;Csv File(*.csv);;Text File(*.txt)"));
     if (path.isEmpty()) {
         return;
     }
     const int rows = m_p->ui.tableView->rowCount();
-    const int count = std::min(rows, toInt(countFromText(m_p->ui.lbx_frameOfSaved->text()).value_or(0)));
+    const int count = std::min(rows, toInt(wanted));
     if (m_p->ui.tableView->saveRange(path, rows - count, count)) {
         m_p->showNotice(tr("File saved successfully!"), CNotice::Done);
     } else {
@@ -524,12 +540,19 @@ void GUI_CanDevice::slot_realTimeSaveFailed()
 
 void GUI_CanDevice::slot_setFilterBtnClicked()
 {
-    const auto id = frameIdFromText(m_p->ui.lbx_setFilter->text(), true);
-    if (!m_p->ui.rbtn_enable->isChecked() || !id) {
+    QLineEdit *field = m_p->ui.lbx_setFilter;
+    if (!m_p->ui.rbtn_enable->isChecked() || field->text().isEmpty()) {
         return;
     }
     m_p->ui.tableView->clearFilterIds();
-    m_p->ui.tableView->addFilterId(*id);
+    if (const auto id = frameIdFromText(field->text(), true)) {
+        m_p->ui.tableView->addFilterId(*id);
+        return;
+    }
+    field->setFocus();
+    field->selectAll();
+    m_p->showMessage(tr("There is no such frame ID, the highest one is 0x1FFFFFFF. No frames are hidden now."),
+                     MessageCritical);
 }
 
 void GUI_CanDevice::slot_setFilterDisableBtnClicked()
@@ -567,6 +590,7 @@ void GUI_CanDevice::slot_canSendFileBtnClicked()
         const ChannelParam &channel = channelParam();
         m_p->sendFile = new GUI_CanSendFile(m_p->communication, channel.device, channel.channel, channel.isCANFD, this);
         m_p->prepareDialog(m_p->sendFile, tr("Send File"));
+        connect(m_p->sendFile, &GUI_CanSendFile::sig_showNotice, this, &GUI_CanDevice::sig_showNotice);
         connect(m_p->sendFile, &GUI_CanSendFile::sig_showMessageBox, this, &GUI_CanDevice::sig_showMessageBox);
     }
     m_p->bringUp(m_p->sendFile);

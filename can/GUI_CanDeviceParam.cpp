@@ -5,7 +5,9 @@
 #include "device/CANBaudrate.h"
 #include "device/CANCommunication.h"
 #include "ui_GUI_CanDeviceParam.h"
+#include "widgets/NumberEntry.h"
 
+#include <QApplication>
 #include <QMetaProperty>
 #include <QRegularExpressionValidator>
 #include <QShowEvent>
@@ -59,7 +61,7 @@ public:
     }
 
     void fillCombos();
-    void setValidators();
+    void setValidators() const;
     void connectSignals();
     Page page(Mode mode) const;
     Mode shownMode() const { return isLIN ? Mode::LIN : Mode::CAN; }
@@ -68,6 +70,8 @@ public:
     void fillDevices(Mode mode) const;
     void fillChannels(Mode mode) const;
     void refillLists() const;
+    void lookForDevices();
+    void startAtFirstField() const;
     QVector<quint8> chosenChannels() const;
     std::optional<quint8> scanDevice() const;
     CanDeviceParam readEntries() const;
@@ -102,18 +106,19 @@ void GUI_CanDeviceParamPrivate::fillCombos()
     ui.cbx_checksumLIN->addItem(GUI_CanDeviceParam::tr("Enhanced checksum"), 1);
 }
 
-void GUI_CanDeviceParamPrivate::setValidators()
+void GUI_CanDeviceParamPrivate::setValidators() const
 {
-    const auto validator = [this](const QString &pattern) {
-        return new QRegularExpressionValidator(QRegularExpression(pattern), q);
+    const auto restrict = [](QLineEdit *field, const QString &pattern, NumberEntry kind) {
+        field->setValidator(new QRegularExpressionValidator(QRegularExpression(pattern), field));
+        cleanEntry(field, kind);
     };
-    QValidator *hex = validator(hexNumberPattern());
-    ui.lbx_accCode->setValidator(hex);
-    ui.lbx_accMask->setValidator(hex);
-    QValidator *timing = validator(QStringLiteral("[A-Fa-f0-9]{1,2}"));
-    ui.lbx_time0->setValidator(timing);
-    ui.lbx_time1->setValidator(timing);
-    ui.lbx_baudrateLIN->setValidator(validator(QStringLiteral("[0-9]*")));
+    for (QLineEdit *field : {ui.lbx_accCode, ui.lbx_accMask}) {
+        restrict(field, hexNumberPattern(), NumberEntry::PrefixedHex);
+    }
+    for (QLineEdit *field : {ui.lbx_time0, ui.lbx_time1}) {
+        restrict(field, QStringLiteral("[A-Fa-f0-9]{1,2}"), NumberEntry::Hex);
+    }
+    restrict(ui.lbx_baudrateLIN, QStringLiteral("[0-9]*"), NumberEntry::Decimal);
 }
 
 void GUI_CanDeviceParamPrivate::connectSignals()
@@ -207,6 +212,26 @@ void GUI_CanDeviceParamPrivate::refillLists() const
     fillDevices(Mode::CAN);
     fillDevices(Mode::LIN);
     setEntries(kept);
+}
+
+/// Takes as long as the adapters take to answer.
+void GUI_CanDeviceParamPrivate::lookForDevices()
+{
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    present = communication.presentDevices();
+    QApplication::restoreOverrideCursor();
+}
+
+/// Where the focus was when the dialog was closed, and which button that made the default one, is of no use any more.
+void GUI_CanDeviceParamPrivate::startAtFirstField() const
+{
+    for (QWidget *field : entryWidgets()) {
+        if (field->isVisibleTo(q) && field->isEnabled()) {
+            field->setFocus();
+            break;
+        }
+    }
+    ui.btn_ok->setDefault(true);
 }
 
 QVector<quint8> GUI_CanDeviceParamPrivate::chosenChannels() const
@@ -331,12 +356,13 @@ void GUI_CanDeviceParam::showEvent(QShowEvent *event)
 {
     // A window that comes back from the task bar goes on where it was.
     if (!event->spontaneous()) {
-        m_p->present = m_p->communication.presentDevices();
+        m_p->lookForDevices();
         m_p->refillLists();
         m_p->setEntries(m_p->acceptedEntries);
         if (m_p->isLIN != m_p->acceptedLIN) {
             m_p->showPage(m_p->acceptedLIN);
         }
+        m_p->startAtFirstField();
     }
     QDialog::showEvent(event);
 }

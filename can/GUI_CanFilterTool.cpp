@@ -4,6 +4,7 @@
 #include "can/CanFrameInput.h"
 #include "can/CanIdEntry.h"
 #include "ui_GUI_CanFilterTool.h"
+#include "widgets/NumberEntry.h"
 
 #include <QKeyEvent>
 #include <QLocale>
@@ -94,6 +95,7 @@ void GUI_CanFilterToolPrivate::prepareFields()
     auto *hex = new QRegularExpressionValidator(QRegularExpression(hexNumberPattern()), q);
     for (QLineEdit *field : {ui.lbx_idFrom, ui.lbx_idTo, ui.lbx_testID}) {
         field->setValidator(hex);
+        cleanEntry(field, NumberEntry::PrefixedHex);
     }
     for (QComboBox *combo : {ui.cbx_idType, ui.cbx_testType}) {
         combo->addItem(GUI_CanFilterTool::tr("Standard"), StandardFrame);

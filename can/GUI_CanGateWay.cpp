@@ -3,6 +3,7 @@
 #include "can/GatewayEntry.h"
 #include "can/GatewayIdList.h"
 #include "ui_GUI_CanGateWay.h"
+#include "widgets/NumberEntry.h"
 
 #include <QIcon>
 #include <QRegularExpressionValidator>
@@ -65,6 +66,7 @@ void GUI_CanGateWayPrivate::prepareEntry()
     ui.cbx_type->addItem(GUI_CanGateWay::tr("Extend"), GatewayExtend);
     ui.lbx_id->setValidator(
         new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9a-fA-F\\s]*")), ui.lbx_id));
+    cleanEntry(ui.lbx_id, NumberEntry::Hex);
     ui.lbx_id->setFocus();
     ui.lbx_id->selectAll();
 }

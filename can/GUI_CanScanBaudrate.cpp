@@ -16,7 +16,7 @@
 namespace {
 constexpr int NoticeMs = 1000;
 constexpr int RowHeight = 20;
-constexpr int HeaderHeight = 33; ///< leaves room for 13 whole rows
+constexpr int HeaderHeight = 27; ///< leaves room for 12 whole rows
 constexpr std::array<int, 1 + BaudrateScan::ChannelCount> ColumnWidths{100, 200, 200};
 constexpr QRgb EffectiveColour = 0xFF55B155;
 
@@ -37,15 +37,28 @@ QStandardItem *channelItem(quint8 result)
     return item;
 }
 
-/// For the tool tip; nothing for classic CAN. The scan tries more data rates than are on offer.
-QString dataRateText(quint8 dataRate)
+/// The scan tries more data rates than are on offer.
+QString dataRateName(int dataRate)
 {
-    if (dataRate == 0) {
-        return {};
-    }
-    const QString name =
-        dataRate < canFDDataRates().size() ? canFDDataRates().at(dataRate).name : QStringLiteral("#%1").arg(dataRate);
-    return GUI_CanScanBaudrate::tr("CANFD baudrate: %1").arg(name);
+    return dataRate < canFDDataRates().size() ? canFDDataRates().at(dataRate).name
+                                              : QStringLiteral("#%1").arg(dataRate);
+}
+
+/// For the tool tip; nothing for classic CAN.
+QString dataRateText(int dataRate)
+{
+    return dataRate == 0 ? QString() : GUI_CanScanBaudrate::tr("CANFD baudrate: %1").arg(dataRateName(dataRate));
+}
+
+QString rateText(int index, int dataRate)
+{
+    const QString name = canBaudrates().at(index).name;
+    return dataRate == 0 ? name : GUI_CanScanBaudrate::tr("%1, CANFD %2").arg(name, dataRateName(dataRate));
+}
+
+QString channelName(int channel)
+{
+    return GUI_CanScanBaudrate::tr("Channel") + QString::number(channel);
 }
 } // namespace
 
@@ -62,6 +75,11 @@ public:
     void prepareTable();
     void connectSignals();
     void setScanning(bool isOn);
+    void showTried(int index, int dataRate) const;
+    void showNextTried(int index, int dataRate) const;
+    void noteFound(std::size_t channel, quint8 result, int index, int dataRate);
+    void showFound(bool isThrough) const;
+    bool isAnyFound() const { return !found[0].isEmpty() || !found[1].isEmpty(); }
     void start();
     void stop();
     QString refusal(CANError error) const;
@@ -74,14 +92,13 @@ public:
     CNotice *notice = nullptr;
     bool isScanning = false; ///< this dialog's scan runs; there may be scans of others
     bool isStopping = false;
-    std::array<bool, BaudrateScan::ChannelCount> found{};
+    std::array<QString, BaudrateScan::ChannelCount> found; ///< the rates of each channel; empty: none yet
+    int foundRow = 0;                                      ///< of the rate found last
 };
 
 void GUI_CanScanBaudratePrivate::prepareTable()
 {
-    model.setHorizontalHeaderLabels({GUI_CanScanBaudrate::tr("Baudrate"),
-                                     GUI_CanScanBaudrate::tr("Channel") + QString::number(0),
-                                     GUI_CanScanBaudrate::tr("Channel") + QString::number(1)});
+    model.setHorizontalHeaderLabels({GUI_CanScanBaudrate::tr("Baudrate"), channelName(0), channelName(1)});
     ui.tableview->setModel(&model);
     for (std::size_t column = 0; column < ColumnWidths.size(); ++column) {
         ui.tableview->setColumnWidth(static_cast<int>(column), ColumnWidths[column]);
@@ -114,10 +131,51 @@ void GUI_CanScanBaudratePrivate::setScanning(bool isOn)
     const bool hadStopFocus = ui.btn_stop->hasFocus();
     ui.btn_stop->setEnabled(isOn); // first: the focus goes on to it from the button that is disabled next
     ui.btn_start->setEnabled(!isOn);
-    ui.btn_apply->setEnabled(!isOn);
     if (!isOn && hadStopFocus) {
-        (found[0] || found[1] ? ui.btn_apply : ui.btn_start)->setFocus();
+        (isAnyFound() ? ui.btn_apply : ui.btn_start)->setFocus();
     }
+}
+
+void GUI_CanScanBaudratePrivate::showTried(int index, int dataRate) const
+{
+    ui.lbl_state->setText(GUI_CanScanBaudrate::tr("Trying %1").arg(rateText(index, dataRate)));
+}
+
+/// What comes after these rates; past the last ones the end does.
+void GUI_CanScanBaudratePrivate::showNextTried(int index, int dataRate) const
+{
+    if (index < BaudrateScan::BitRateCount) {
+        showTried(index + 1, dataRate);
+    } else if (dataRate + 1 < BaudrateScan::DataRateCount) {
+        showTried(1, dataRate + 1);
+    }
+}
+
+void GUI_CanScanBaudratePrivate::noteFound(std::size_t channel, quint8 result, int index, int dataRate)
+{
+    if (result == BaudrateScanReport::FoundNow) {
+        found.at(channel) = rateText(index, dataRate);
+        foundRow = model.rowCount() - 1;
+    }
+}
+
+/// At the end: by then the rows have gone on, past the one that matters.
+void GUI_CanScanBaudratePrivate::showFound(bool isThrough) const
+{
+    if (!isAnyFound()) {
+        ui.lbl_state->setText(isThrough ? GUI_CanScanBaudrate::tr("No baudrate found")
+                                        : GUI_CanScanBaudrate::tr("Not all baudrates tried, none found"));
+        return;
+    }
+    QStringList channels;
+    for (int channel = 0; channel < BaudrateScan::ChannelCount; ++channel) {
+        const QString &rates = found.at(static_cast<std::size_t>(channel));
+        if (!rates.isEmpty()) {
+            channels.append(channelName(channel) + QLatin1Char(' ') + rates);
+        }
+    }
+    ui.lbl_state->setText(GUI_CanScanBaudrate::tr("Found: %1").arg(channels.join(QStringLiteral("; "))));
+    ui.tableview->scrollTo(model.index(foundRow, 0));
 }
 
 void GUI_CanScanBaudratePrivate::start()
@@ -134,6 +192,7 @@ void GUI_CanScanBaudratePrivate::start()
     model.removeRows(0, model.rowCount());
     ui.progressBar->setValue(0);
     found = {};
+    showTried(1, 0);
     setScanning(true);
 }
 
@@ -215,8 +274,9 @@ void GUI_CanScanBaudrate::slot_scanResultCallback(quint8 can1, quint8 can2, quin
     m_p->model.appendRow(row);
     m_p->ui.tableview->scrollToBottom();
     m_p->ui.progressBar->setValue(m_p->model.rowCount());
-    m_p->found[0] = m_p->found[0] || isFound(can1);
-    m_p->found[1] = m_p->found[1] || isFound(can2);
+    m_p->noteFound(0, can1, index, indexCANFDFre);
+    m_p->noteFound(1, can2, index, indexCANFDFre);
+    m_p->showNextTried(index, indexCANFDFre);
     if (can1 == BaudrateScanReport::FoundNow || can2 == BaudrateScanReport::FoundNow) {
         emit sig_rateFound(index, indexCANFDFre);
     }
@@ -227,11 +287,13 @@ void GUI_CanScanBaudrate::slot_scanFinish()
     if (!m_p->isScanning) {
         return;
     }
-    const bool isThrough = m_p->model.rowCount() == BaudrateScan::StepCount || (m_p->found[0] && m_p->found[1]);
+    const bool isThrough =
+        m_p->model.rowCount() == BaudrateScan::StepCount || (!m_p->found[0].isEmpty() && !m_p->found[1].isEmpty());
     if (isThrough) {
         m_p->ui.progressBar->setValue(BaudrateScan::StepCount);
     } else if (!m_p->isStopping) {
         m_p->notice->setMesseage(tr("The scan was interrupted"), CNotice::Warning, NoticeMs);
     }
+    m_p->showFound(isThrough);
     m_p->setScanning(false);
 }

@@ -8,8 +8,9 @@
 class CANCommunication;
 class GUI_CanScanBaudratePrivate;
 
-/// Searches for the bit rates of a device's two CAN buses and lists what was tried. Closing the dialog in whatever way
-/// ends the scan, and it closes with the window it belongs to; "Apply" closes it as accepted.
+/// Searches for the bit rates of a device's two CAN buses, lists what was tried, and names what is being tried and what
+/// was found. Closing the dialog in whatever way ends the scan, and it closes with the window it belongs to; "Apply"
+/// closes it as accepted.
 class GUI_CanScanBaudrate : public QDialog
 {
     Q_OBJECT

@@ -5,6 +5,7 @@
 #include "capture/FrameStore.h"
 #include "capture/RealTimeFile.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -46,6 +47,7 @@ public:
     void moveQueueToStore();
     void resize();
     void scrollTo(int row);
+    void scrollByWheel(const QWheelEvent &event) const;
     void cutStore(int size);
     void clear();
     bool save(const QString &path, int first, int count);
@@ -72,6 +74,7 @@ private:
     void createView();
     void createScrollBar() const;
     int headerHeight() const;
+    int rowsHeight() const;
     int room() const;
     bool isHidden(const FrameRecord &frame) const { return hiddenIds.contains(frame.id); }
     void updateScrollRange();
@@ -153,7 +156,7 @@ void CTableViewCANPrivate::createView()
         view->setColumnWidth(column, ColumnWidths[static_cast<std::size_t>(column)]);
     }
     view->installEventFilter(q);
-    view->viewport()->installEventFilter(q); // where the wheel's events arrive first
+    view->viewport()->installEventFilter(q); // where the wheel's events arrive first, and the size of the rows' place
 }
 
 void CTableViewCANPrivate::createScrollBar() const
@@ -171,6 +174,13 @@ int CTableViewCANPrivate::headerHeight() const
 {
     const QHeaderView *header = view->horizontalHeader();
     return header->isVisible() ? header->height() : header->sizeHint().height();
+}
+
+/// What there is for rows: less when the columns have a scroll bar below them.
+int CTableViewCANPrivate::rowsHeight() const
+{
+    const int height = q->height() - headerHeight();
+    return view->horizontalScrollBar()->isVisible() ? std::min(height, view->viewport()->height()) : height;
 }
 
 int CTableViewCANPrivate::room() const
@@ -277,14 +287,36 @@ void CTableViewCANPrivate::scrollTo(int row)
     updateShownRows();
 }
 
+/// What shows the end goes on showing it.
 void CTableViewCANPrivate::resize()
 {
-    m_visibleRows = std::max(0, q->height() - headerHeight()) / RowHeight;
+    m_visibleRows = std::max(0, rowsHeight()) / RowHeight;
     if (m_visibleRows == 0 || store.isEmpty()) {
         return;
     }
+    const bool isAtEnd = bar->value() == bar->maximum();
     updateScrollRange();
+    if (isAtEnd) {
+        scrollToBottom();
+    }
     updateShownRows();
+}
+
+/// One row per event, whatever its size; what goes sideways is for the columns.
+void CTableViewCANPrivate::scrollByWheel(const QWheelEvent &event) const
+{
+    const QPoint delta = event.angleDelta();
+    if (delta.x() != 0) {
+        QWheelEvent sideways(event.position(), event.globalPosition(), QPoint(event.pixelDelta().x(), 0),
+                             QPoint(delta.x(), 0), event.buttons(), event.modifiers(), event.phase(), event.inverted(),
+                             event.source());
+        QCoreApplication::sendEvent(view->horizontalScrollBar(), &sideways);
+    }
+    // A trackpad begins and ends a movement with events that have no delta.
+    const bool hasNone = delta.isNull() && event.phase() == Qt::NoScrollPhase;
+    if (delta.y() != 0 || hasNone) {
+        bar->setValue(bar->value() + (delta.y() < 1 ? 1 : -1));
+    }
 }
 
 void CTableViewCANPrivate::cutStore(int size)
@@ -482,13 +514,15 @@ void CTableViewCAN::refresh()
 
 bool CTableViewCAN::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() != QEvent::Wheel) {
-        return QWidget::eventFilter(watched, event);
+    if (event->type() == QEvent::Wheel) {
+        m_p->scrollByWheel(*static_cast<QWheelEvent *>(event));
+        event->accept();
+        return true;
     }
-    const int delta = static_cast<QWheelEvent *>(event)->angleDelta().y();
-    m_p->bar->setValue(m_p->bar->value() + (delta < 1 ? 1 : -1));
-    event->accept();
-    return true;
+    if (event->type() == QEvent::Resize && watched == m_p->view->viewport()) {
+        m_p->resize(); // the columns' scroll bar came or went
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void CTableViewCAN::resizeEvent(QResizeEvent *event)

@@ -1,15 +1,20 @@
 #include "capture/FrameDelegate.h"
 
+#include <QAbstractItemView>
 #include <QFontMetrics>
 #include <QGlyphRun>
 #include <QHash>
+#include <QHelpEvent>
 #include <QPainter>
 #include <QRawFont>
 #include <QStaticText>
 #include <QStyle>
+#include <QToolTip>
 #include <QVector>
 
 #include <array>
+#include <cmath>
+#include <optional>
 
 namespace {
 
@@ -49,9 +54,10 @@ public:
     {
     }
 
-    void prepare(QPaintDevice *device);
+    void prepare(const QPaintDevice *device);
     void paintText(QPainter *painter, const QRect &area, const QString &text);
-    const QFont &font() const { return m_wanted; }
+    /// What paintText() needs to show all of the text.
+    int wholeWidth(const QString &text);
 
 private:
     struct Glyph
@@ -60,7 +66,10 @@ private:
         qreal advance = 0;
     };
 
+    Glyph glyphOf(QChar c) const { return c.unicode() <= LastGlyph ? m_glyphs[c.unicode()] : Glyph(); }
     bool collectGlyphs(const QString &text, qreal width);
+    std::optional<qreal> glyphWidth(const QString &text) const;
+    const QStaticText &laidOut(const QString &text, const QTransform &transform);
     void paintOther(QPainter *painter, const QRect &area, const QString &text);
 
     const QFont m_wanted;
@@ -77,9 +86,9 @@ private:
 };
 
 /// Looks the glyphs up for the resolution of the device; a table stays on one, so this is done once.
-void FrameDelegatePrivate::prepare(QPaintDevice *device)
+void FrameDelegatePrivate::prepare(const QPaintDevice *device)
 {
-    if (m_dpi == device->logicalDpiY()) {
+    if (device == nullptr || m_dpi == device->logicalDpiY()) {
         return;
     }
     m_dpi = device->logicalDpiY();
@@ -119,7 +128,7 @@ bool FrameDelegatePrivate::collectGlyphs(const QString &text, qreal width)
     int fitting = 0; // glyphs that leave room for the ellipsis behind them
     qreal fittingEnd = 0;
     for (const QChar c : text) {
-        const Glyph glyph = c.unicode() <= LastGlyph ? m_glyphs[c.unicode()] : Glyph();
+        const Glyph glyph = glyphOf(c);
         if (glyph.index == 0) {
             return false;
         }
@@ -144,6 +153,26 @@ bool FrameDelegatePrivate::collectGlyphs(const QString &text, qreal width)
     return true;
 }
 
+/// Nothing when a character has no prepared glyph.
+std::optional<qreal> FrameDelegatePrivate::glyphWidth(const QString &text) const
+{
+    qreal width = 0;
+    for (const QChar c : text) {
+        const Glyph glyph = glyphOf(c);
+        if (glyph.index == 0) {
+            return std::nullopt;
+        }
+        width += glyph.advance;
+    }
+    return width;
+}
+
+int FrameDelegatePrivate::wholeWidth(const QString &text)
+{
+    const std::optional<qreal> glyphs = glyphWidth(text);
+    return static_cast<int>(std::ceil(glyphs ? *glyphs : laidOut(text, QTransform()).size().width()));
+}
+
 void FrameDelegatePrivate::paintText(QPainter *painter, const QRect &area, const QString &text)
 {
     if (!collectGlyphs(text, area.width())) {
@@ -154,25 +183,31 @@ void FrameDelegatePrivate::paintText(QPainter *painter, const QRect &area, const
     painter->drawGlyphRun(QPointF(area.left(), centredTop(area, m_height) + m_ascent), m_run);
 }
 
-void FrameDelegatePrivate::paintOther(QPainter *painter, const QRect &area, const QString &text)
+const QStaticText &FrameDelegatePrivate::laidOut(const QString &text, const QTransform &transform)
 {
-    if (painter->font() != m_font) {
-        painter->setFont(m_font);
-    }
     auto known = m_staticTexts.constFind(text);
     if (known == m_staticTexts.constEnd()) {
         if (m_staticTexts.size() >= MaxStaticTexts) {
             m_staticTexts.clear();
         }
-        QStaticText laidOut(text);
-        laidOut.setTextFormat(Qt::PlainText);
-        laidOut.prepare(painter->transform(), m_font);
-        known = m_staticTexts.insert(text, laidOut);
+        QStaticText made(text);
+        made.setTextFormat(Qt::PlainText);
+        made.prepare(transform, m_font);
+        known = m_staticTexts.insert(text, made);
     }
-    const QSizeF size = known->size();
+    return *known;
+}
+
+void FrameDelegatePrivate::paintOther(QPainter *painter, const QRect &area, const QString &text)
+{
+    if (painter->font() != m_font) {
+        painter->setFont(m_font);
+    }
+    const QStaticText &whole = laidOut(text, painter->transform());
+    const QSizeF size = whole.size();
     const QPoint place(area.left(), centredTop(area, static_cast<int>(size.height())));
     if (size.width() <= area.width()) {
-        painter->drawStaticText(place, *known);
+        painter->drawStaticText(place, whole);
         return;
     }
     const QString cut = painter->fontMetrics().elidedText(text, Qt::ElideRight, area.width());
@@ -205,7 +240,20 @@ void FrameDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
 
 QSize FrameDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
-    const QFontMetrics metrics(m_p->font());
+    m_p->prepare(option.widget);
     const int height = QStyledItemDelegate::sizeHint(option, index).height();
-    return {metrics.horizontalAdvance(index.data().toString()) + 2 * textMargin(option), height};
+    return {m_p->wholeWidth(index.data().toString()) + 2 * textMargin(option), height};
+}
+
+bool FrameDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
+                              const QModelIndex &index)
+{
+    const QString text = index.data().toString();
+    m_p->prepare(view);
+    const bool isCut = m_p->wholeWidth(text) > option.rect.width() - 2 * textMargin(option);
+    if (event->type() != QEvent::ToolTip || !isCut) {
+        return QStyledItemDelegate::helpEvent(event, view, option, index);
+    }
+    QToolTip::showText(event->globalPos(), text, view->viewport(), option.rect);
+    return true;
 }

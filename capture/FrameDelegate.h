@@ -21,6 +21,9 @@ public:
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     /// As wide as the whole text, so that a double click on a header's border shows it.
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    /// A text that is cut is the tool tip of its cell.
+    bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
+                   const QModelIndex &index) override;
 
 private:
     std::unique_ptr<FrameDelegatePrivate> m_p;

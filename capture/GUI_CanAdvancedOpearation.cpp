@@ -5,6 +5,7 @@
 #include "device/TickTimer.h"
 #include "ui_GUI_CanAdvancedOpearation.h"
 #include "widgets/CNotice.h"
+#include "widgets/NumberEntry.h"
 
 #include <QHideEvent>
 #include <QKeyEvent>
@@ -43,7 +44,7 @@ public:
     void fillTexts();
     void connectSignals();
     void updateControls();
-    void showWarning(const QString &text) const { emit q->sig_showNotice(text, CNotice::Warning, NoticeMs); }
+    void showWarning(const QString &text) const { notice->setMesseage(text, CNotice::Warning, NoticeMs); }
     void end();
     bool transmitCurrent();
     void print(const DataModel &row, bool accepted) const;
@@ -55,6 +56,7 @@ public:
     const quint8 canInd;
     const bool isCANFD;
     Ui::GUI_CanAdvancedOpearation ui;
+    CNotice *notice = nullptr; ///< seen where the click was, not behind this window
     SendList list;
     TickTimer timer;
     Batch batch;
@@ -157,6 +159,8 @@ GUI_CanAdvancedOpearation::GUI_CanAdvancedOpearation(CANCommunication &communica
 {
     qRegisterMetaType<DataModel>("DataModel");
     m_p->ui.setupUi(this);
+    cleanSpinBoxes(this);
+    m_p->notice = new CNotice(this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowStaysOnTopHint);
     m_p->fillTexts();

@@ -34,8 +34,6 @@ signals:
     void sig_addTableItem(const CTableViewCAN::DataObject &obj, bool filter);
     /// The copies of one send for the frame table.
     void sig_addTableItems(const QVector<CTableViewCAN::DataObject> &objs);
-    /// Asks for a notice that goes away by itself. Types: 0 done, 1 warning, 2 question, 3 failure, 4 about.
-    void sig_showNotice(const QString &text, int type, int delayms);
 
 public slots:
     /// Whether the twelve controls may be used; false while other frames are sent on the channel. "Stop" stays usable

@@ -7,6 +7,7 @@
 #include "device/TickTimer.h"
 #include "ui_GUI_CanSendFile.h"
 #include "widgets/CNotice.h"
+#include "widgets/NumberEntry.h"
 
 #include <QFileDialog>
 #include <QHideEvent>
@@ -167,6 +168,7 @@ GUI_CanSendFile::GUI_CanSendFile(CANCommunication &communication, quint8 devInd,
     , m_p(std::make_unique<GUI_CanSendFilePrivate>(this, communication, devInd, canInd, isCANFD))
 {
     m_p->ui.setupUi(this);
+    cleanSpinBoxes(this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     QSizePolicy policy = m_p->ui.progressBar->sizePolicy();
     policy.setRetainSizeWhenHidden(true); // nothing moves when it appears

@@ -158,14 +158,7 @@ void SendListTable::followCell(int row, int column)
         return;
     }
     const QSignalBlocker blocker(this);
-    DataModelCells cells = cellsOf(row);
-    if (column == Column::Data) { // more data than the length: the frame is to hold what was typed
-        const int bytes = cells.data.size() / 2;
-        if (bytes > cells.length) {
-            cells.length = bytes;
-            setCell(row, Column::Length, QString::number(bytes), bytes);
-        }
-    }
+    const DataModelCells cells = cellsOf(row);
     const DataModel model = dataModelOf(cells);
     if (model.frame.ID != cells.id) {
         setCell(row, Column::Id, hex(model.frame.ID).toUpper(), quint32(model.frame.ID));

@@ -7,9 +7,9 @@
 #include <vector>
 
 /// The rows of the send list, one prepared frame each. After a cell was edited, the row's DataModel, the user-role data
-/// of its first cell, follows; data longer than the length raises the length. By keyboard: F2 or typing edits a cell,
-/// Tab and Shift+Tab go from one editable cell to the next and at the ends out of the table, with Ctrl from anywhere;
-/// Space ticks the row.
+/// of its first cell, follows; the identifier is the only cell that is corrected. By keyboard: F2 or typing edits a
+/// cell, Tab and Shift+Tab go from one editable cell to the next and at the ends out of the table, with Ctrl from
+/// anywhere; Space ticks the row.
 class SendListTable : public QTableWidget
 {
     Q_OBJECT

@@ -1,6 +1,7 @@
 #include "capture/WidgetDelegateCAN.h"
 
 #include "capture/DataModel.h"
+#include "widgets/NumberEntry.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -18,6 +19,7 @@ QSpinBox *numberEditor(QWidget *parent, int minimum, int maximum, int base = Dec
     auto *editor = new QSpinBox(parent);
     editor->setDisplayIntegerBase(base);
     editor->setRange(minimum, maximum);
+    cleanSpinBox(editor);
     return editor;
 }
 
@@ -35,6 +37,7 @@ QLineEdit *dataEditor(QWidget *parent)
     auto *editor = new QLineEdit(parent);
     const QRegularExpression pattern(QStringLiteral("[A-Fa-f0-9\\s]*"));
     editor->setValidator(new QRegularExpressionValidator(pattern, editor));
+    cleanEntry(editor, NumberEntry::HexBytes);
     return editor;
 }
 

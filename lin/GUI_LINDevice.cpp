@@ -5,6 +5,7 @@
 #include "lin/GUI_LINModeList.h"
 #include "lin/GUI_LINModeMonitor.h"
 #include "ui_GUI_LINDevice.h"
+#include "widgets/NumberEntry.h"
 
 #include <QButtonGroup>
 
@@ -99,6 +100,7 @@ GUI_LINDevice::GUI_LINDevice(const ChannelParam &param, CANCommunication &commun
     m_p->ui.setupUi(this);
     m_p->fillSettings();
     m_p->addPages();
+    cleanSpinBoxes(this);
     m_p->groupModeButtons();
     m_p->connectSignals();
     m_p->openResult = communication.openLIN(param);

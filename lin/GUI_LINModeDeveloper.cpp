@@ -10,6 +10,7 @@
 #include "lin/LINRecords.h"
 #include "lin/LINSlaveScan.h"
 #include "ui_GUI_LINModeDeveloper.h"
+#include "widgets/NumberEntry.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -62,6 +63,7 @@ void GUI_LINModeDeveloperPrivate::prepareForm()
     masks = std::make_unique<LINIdPairs>(*ui.maskLayout, MaskedIds, MaskedIds);
     masks->setTabOrderAfter(ui.sbx_count);
     ui.lbx_data->setValidator(q->hexBlankValidator());
+    cleanEntry(ui.lbx_data, NumberEntry::HexBytes);
     showCycle();
 }
 

@@ -3,6 +3,7 @@
 #include "device/CANCommunication.h"
 #include "device/LINFrame.h"
 #include "device/TickTimer.h"
+#include "lin/LINEntryDelegate.h"
 #include "lin/LINFrameModel.h"
 #include "lin/LINRecords.h"
 #include "lin/LINSchedule.h"
@@ -119,6 +120,11 @@ void GUI_LINModeListPrivate::showParam()
     QTableView *table = ui.tableViewParam;
     table->setModel(&param);
     table->setItemDelegateForColumn(DirectionColumn, new WidgetDelegate(table));
+    table->setItemDelegateForColumn(IdColumn, new LINEntryDelegate(NumberEntry::Hex, table));
+    table->setItemDelegateForColumn(DataColumn, new LINEntryDelegate(NumberEntry::HexBytes, table));
+    for (const int column : {LengthColumn, IntervalColumn}) {
+        table->setItemDelegateForColumn(column, new LINEntryDelegate(NumberEntry::Decimal, table));
+    }
     int column = 0;
     for (const int width : ParamColumnWidths) {
         table->setColumnWidth(column++, width);

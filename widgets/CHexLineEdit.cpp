@@ -2,6 +2,7 @@
 
 #include "widgets/CHexEditView.h"
 #include "widgets/HexEntry.h"
+#include "widgets/NumberEntry.h"
 
 #include <QContextMenuEvent>
 #include <QHBoxLayout>
@@ -83,6 +84,7 @@ void CHexLineEditPrivate::build()
     lineEdit->setAccessibleName(CHexLineEdit::tr("Data bytes in hexadecimal"));
     lineEdit->setValidator(
         new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[A-Fa-f0-9\\s]*")), lineEdit));
+    cleanEntry(lineEdit, NumberEntry::HexBytes);
     lineEdit->installEventFilter(q);
 
     button = new QPushButton(QStringLiteral("..."), q);

@@ -327,6 +327,14 @@
         <source>Set</source>
         <translation>设置</translation>
     </message>
+    <message>
+        <source>There is no such frame ID, the highest one is 0x1FFFFFFF. No frames are hidden now.</source>
+        <translation>不存在这样的帧ID，最大的帧ID为 0x1FFFFFFF。当前不隐藏任何帧。</translation>
+    </message>
+    <message>
+        <source>How many of the newest frames to save, at least 1</source>
+        <translation>要保存的最新帧数，至少为 1</translation>
+    </message>
 </context>
 <context>
     <name>GUI_CanGateWay</name>
@@ -1292,6 +1300,10 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>Please select the delete item first</source>
         <translation>请先选择要删除的项</translation>
     </message>
+    <message>
+        <source>Not available in this version</source>
+        <translation>此版本暂不提供</translation>
+    </message>
 </context>
 <context>
     <name>WidgetDelegateCAN</name>
@@ -1361,6 +1373,26 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>CANFD baudrate: %1</source>
         <translation>CANFD波特率：%1</translation>
+    </message>
+    <message>
+        <source>%1, CANFD %2</source>
+        <translation>%1，CANFD波特率 %2</translation>
+    </message>
+    <message>
+        <source>Trying %1</source>
+        <translation>正在尝试 %1</translation>
+    </message>
+    <message>
+        <source>No baudrate found</source>
+        <translation>未找到波特率</translation>
+    </message>
+    <message>
+        <source>Not all baudrates tried, none found</source>
+        <translation>扫描未完成，尚未找到波特率</translation>
+    </message>
+    <message>
+        <source>Found: %1</source>
+        <translation>已找到：%1</translation>
     </message>
 </context>
 <context>

@@ -327,6 +327,14 @@
         <source>Set</source>
         <translation>Set</translation>
     </message>
+    <message>
+        <source>There is no such frame ID, the highest one is 0x1FFFFFFF. No frames are hidden now.</source>
+        <translation>There is no such frame ID, the highest one is 0x1FFFFFFF. No frames are hidden now.</translation>
+    </message>
+    <message>
+        <source>How many of the newest frames to save, at least 1</source>
+        <translation>How many of the newest frames to save, at least 1</translation>
+    </message>
 </context>
 <context>
     <name>GUI_CanGateWay</name>
@@ -1292,6 +1300,10 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>Please select the delete item first</source>
         <translation>Please select the delete item first</translation>
     </message>
+    <message>
+        <source>Not available in this version</source>
+        <translation>Not available in this version</translation>
+    </message>
 </context>
 <context>
     <name>WidgetDelegateCAN</name>
@@ -1361,6 +1373,26 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>CANFD baudrate: %1</source>
         <translation>CANFD baudrate: %1</translation>
+    </message>
+    <message>
+        <source>%1, CANFD %2</source>
+        <translation>%1, CANFD %2</translation>
+    </message>
+    <message>
+        <source>Trying %1</source>
+        <translation>Trying %1</translation>
+    </message>
+    <message>
+        <source>No baudrate found</source>
+        <translation>No baudrate found</translation>
+    </message>
+    <message>
+        <source>Not all baudrates tried, none found</source>
+        <translation>Not all baudrates tried, none found</translation>
+    </message>
+    <message>
+        <source>Found: %1</source>
+        <translation>Found: %1</translation>
     </message>
 </context>
 <context>

@@ -13,6 +13,7 @@
 #include <QDialog>
 #include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QMenu>
 #include <QPointer>
@@ -225,6 +226,8 @@ private slots:
     static void escape();
     static void closingWithFocusInAField_data();
     static void closingWithFocusInAField();
+    static void pastedNumbers_data();
+    static void pastedNumbers();
     static void mnemonics_data() { addWindows(); }
     static void mnemonics();
     static void defaultButton_data() { addWindows(); }
@@ -360,6 +363,43 @@ void tst_Keyboard::closingWithFocusInAField()
         QVERIFY(visible != found.end());
         (*visible)->setFocus();
         QVERIFY((*visible)->hasFocus());
+    });
+}
+
+/// The windows with entry fields, which have those of their hidden pages, too.
+void tst_Keyboard::pastedNumbers_data()
+{
+    const QStringList windows{
+        QStringLiteral("open"),      QStringLiteral("filter-tool"),    QStringLiteral("can"),
+        QStringLiteral("send-list"), QStringLiteral("send-file-idle"), QStringLiteral("gateway-filter"),
+        QStringLiteral("lin-list")};
+    QTest::addColumn<int>("index");
+    const std::vector<CatalogWindow> catalog = windowCatalog();
+    for (std::size_t index = 0; index < catalog.size(); ++index) {
+        if (windows.contains(catalog.at(index).name)) {
+            QTest::newRow(qPrintable(catalog.at(index).name)) << static_cast<int>(index);
+        }
+    }
+}
+
+/// Every entry field takes a number as it comes from the clipboard, but for those that are not for numbers.
+void tst_Keyboard::pastedNumbers()
+{
+    show([](QWidget &window) {
+        int fields = 0;
+        for (QLineEdit *field : window.findChildren<QLineEdit *>()) {
+            if (field->isReadOnly() || field->objectName() == QLatin1String("lbx_fileName")) {
+                continue;
+            }
+            const QString name = field->objectName() + QLatin1Char(' ') + field->parentWidget()->objectName();
+            QVERIFY2(field->validator() != nullptr, qPrintable(name));
+            QString number = QStringLiteral(" 0 3\n");
+            int position = number.size();
+            QVERIFY2(field->validator()->validate(number, position) != QValidator::Invalid, qPrintable(name));
+            QVERIFY2(!number.contains(QLatin1Char('\n')), qPrintable(name));
+            ++fields;
+        }
+        QVERIFY(fields > 0);
     });
 }
 

@@ -4,6 +4,7 @@
 #include "tests/support/TabUser.h"
 #include "tests/support/TestProgram.h"
 #include "tests/support/Ticks.h"
+#include "widgets/CNotice.h"
 
 #include <QPointer>
 #include <QPushButton>
@@ -61,7 +62,7 @@ private slots:
     void sendsOnTheTabsChannel();
     void listLocksTheTab();
     void timedSendingLocksTheList();
-    void routesItsNotices();
+    void keepsItsNotices();
     void closingTheTabEndsTheList();
 
 private:
@@ -169,14 +170,18 @@ void tst_CanTabSendList::timedSendingLocksTheList()
     }
 }
 
-void tst_CanTabSendList::routesItsNotices()
+/// The list is above the main window and may lie far from it.
+void tst_CanTabSendList::keepsItsNotices()
 {
     const TabUser user(channel(0, 0), *m_manager);
-    QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
-    List *list = openList(user, 0);
+    const QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
+    const List *list = openList(user, 0);
     press(*list, "btnListSend");
-    QCOMPARE(notices.count(), 1);
-    QCOMPARE(notices.first(), (QVariantList{QStringLiteral("The send list is empty"), 1, 1000}));
+    const auto *notice = list->findChild<CNotice *>();
+    QVERIFY(notice->isVisible());
+    QCOMPARE(notice->parentWidget(), list);
+    QCOMPARE(notice->accessibleName(), QStringLiteral("The send list is empty"));
+    QCOMPARE(notices.count(), 0);
 }
 
 void tst_CanTabSendList::closingTheTabEndsTheList()

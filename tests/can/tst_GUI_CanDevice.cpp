@@ -14,6 +14,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QSpinBox>
+#include <QToolTip>
 #include <QtTest>
 
 #include <limits>
@@ -71,8 +72,12 @@ private slots:
     void listsOnlyItsOwnChannel();
     void pausedReceivingListsNothing();
     void hidesAnIdentifier();
+    static void refusesAFilterAbove29Bits_data();
+    void refusesAFilterAbove29Bits();
     void showsTheRates();
     void savesTheMostRecentFrames();
+    static void savesNoFileWithoutFrames_data();
+    void savesNoFileWithoutFrames();
     void reportsAFailedSave();
     void savesInRealTime();
     void realTimeSavingEndsWithTheFolder();
@@ -376,6 +381,41 @@ void tst_GUI_CanDevice::hidesAnIdentifier()
     QCOMPARE(user.rows(), 4);
 }
 
+void tst_GUI_CanDevice::refusesAFilterAbove29Bits_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("30 bits") << QStringLiteral("20000000");
+    QTest::newRow("64 bits") << QStringLiteral("FFFFFFFFFFFFFFFF");
+}
+
+void tst_GUI_CanDevice::refusesAFilterAbove29Bits()
+{
+    QFETCH(QString, text);
+    TabUser user(channel(0, 0), *m_manager);
+    QSignalSpy messages(&user.tab, &WidgetDeviceBase::sig_showMessageBox);
+    VCI_CAN_OBJ frame{};
+    frame.ID = 0x100;
+    user.click("rbtn_enable");
+    user.type("lbx_setFilter", QStringLiteral("100"));
+    user.click("btn_setFilter");
+    QCOMPARE(messages.count(), 0);
+    user.type("lbx_setFilter", text);
+    user.click("btn_setFilter");
+    QCOMPARE(messages.count(), 1);
+    QCOMPARE(messages.first(), (QVariantList{QStringLiteral("There is no such frame ID, the highest one is "
+                                                            "0x1FFFFFFF. No frames are hidden now."),
+                                             4}));
+    user.tab.slot_readResultCallback(0, 0, {frame}); // the filter that was in force is not
+    user.table()->refresh();
+    QCOMPARE(user.rows(), 1);
+    user.type("lbx_setFilter", QString());
+    user.click("btn_setFilter");
+    user.click("rbtn_disable");
+    user.type("lbx_setFilter", text);
+    user.click("btn_setFilter");
+    QCOMPARE(messages.count(), 1);
+}
+
 void tst_GUI_CanDevice::showsTheRates()
 {
     const TabUser user(channel(1, 0), *m_manager);
@@ -411,6 +451,35 @@ void tst_GUI_CanDevice::savesTheMostRecentFrames()
     QCOMPARE(lines.size(), 6); // own header, titles, two frames, the empty line and its end
     QVERIFY2(lines.at(2).startsWith("4,") && lines.at(2).contains(",0x3,"), lines.at(2).constData());
     QVERIFY2(lines.at(3).startsWith("5,") && lines.at(3).contains(",0x4,"), lines.at(3).constData());
+}
+
+void tst_GUI_CanDevice::savesNoFileWithoutFrames_data()
+{
+    QTest::addColumn<QString>("count");
+    QTest::newRow("empty") << QString();
+    QTest::newRow("0") << QStringLiteral("0");
+    QTest::newRow("zeros") << QStringLiteral("000");
+}
+
+void tst_GUI_CanDevice::savesNoFileWithoutFrames()
+{
+    QFETCH(QString, count);
+    TabUser user(channel(0, 0), *m_manager);
+    user.tab.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&user.tab));
+    user.tab.slot_readResultCallback(0, 0, {VCI_CAN_OBJ{}});
+    user.table()->refresh();
+    QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
+    user.type("lbx_frameOfSaved", count);
+    const QString path = m_folder->filePath(QStringLiteral("nothing.can"));
+    const SaveDialogDriver dialog(path);
+    user.click("btn_save");
+    QVERIFY(!dialog.isAnswered());
+    QVERIFY(!QFile::exists(path));
+    QCOMPARE(notices.count(), 0);
+    QVERIFY(user.find<QLineEdit>("lbx_frameOfSaved")->hasFocus());
+    QVERIFY(QToolTip::isVisible());
+    QCOMPARE(QToolTip::text(), QStringLiteral("How many of the newest frames to save, at least 1"));
 }
 
 void tst_GUI_CanDevice::reportsAFailedSave()

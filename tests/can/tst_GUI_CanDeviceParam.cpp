@@ -234,6 +234,9 @@ private slots:
     static void cancelLeavesTheSettings();
     static void enterAcceptsAndEscCancels();
     static void acceptsOnce();
+    static void startsAtTheFirstField();
+    static void startsAtAFieldThatCanBeUsed();
+    static void waitCursorWhileItLooks();
     static void tabOrderFollowsTheForm();
     static void labelsHaveBuddies();
     static void filterToolWritesCodeAndMask();
@@ -949,6 +952,63 @@ void tst_GUI_CanDeviceParam::acceptsOnce()
     test.click("btn_ok");
     QCOMPARE(accepted.count(), 2);
     QCOMPARE(test.dialog.deviceParam().channels, QVector<quint8>{1});
+}
+
+void tst_GUI_CanDeviceParam::startsAtTheFirstField()
+{
+    const AdapterFolder folder(TwoDevices);
+    CANCommunication communication(virtualAdapter());
+    DialogUnderTest test(communication);
+    QWidget other; // has the keyboard between two openings
+    other.show();
+    const auto startsAt = [&](const char *field) {
+        other.activateWindow();
+        return QTest::qWaitForWindowActive(&other) && test.show() && test.find<QWidget>(field)->hasFocus() &&
+               test.button("btn_ok")->isDefault();
+    };
+    QVERIFY(startsAt("cbx_index"));
+    test.button("btn_scan")->setFocus();
+    QVERIFY(!test.button("btn_ok")->isDefault());
+    test.dialog.reject();
+    QVERIFY(startsAt("cbx_index"));
+    test.click("btn_setup");
+    test.button("btn_setup")->setFocus();
+    test.dialog.reject();
+    QVERIFY(startsAt("cbx_index"));
+    test.click("btn_setup");
+    test.line("lbx_baudrateLIN")->setFocus();
+    test.click("btn_ok");
+    QVERIFY(startsAt("cbx_indexLIN")); // the page that was accepted
+    QTest::keyClick(test.dialog.focusWidget(), Qt::Key_Return);
+    QCOMPARE(test.dialog.result(), int(QDialog::Accepted));
+}
+
+void tst_GUI_CanDeviceParam::startsAtAFieldThatCanBeUsed()
+{
+    CANCommunication communication(noAdapter());
+    DialogUnderTest test(communication);
+    QVERIFY(test.show());
+    QVERIFY(!test.combo("cbx_index")->isEnabled());
+    QVERIFY(test.line("lbx_accCode")->hasFocus());
+    QVERIFY(test.button("btn_ok")->isDefault());
+}
+
+void tst_GUI_CanDeviceParam::waitCursorWhileItLooks()
+{
+    ScriptedAdapter adapter;
+    CANCommunication communication(adapter.table());
+    DialogUnderTest test(communication);
+    int looks = 0;
+    int waiting = 0;
+    adapter.onCall("VCI_OpenDevice", [&] {
+        const QCursor *cursor = QApplication::overrideCursor();
+        ++looks;
+        waiting += cursor != nullptr && cursor->shape() == Qt::WaitCursor ? 1 : 0;
+    });
+    test.show();
+    QVERIFY(looks > 0);
+    QCOMPARE(waiting, looks);
+    QVERIFY(QApplication::overrideCursor() == nullptr);
 }
 
 void tst_GUI_CanDeviceParam::tabOrderFollowsTheForm()

@@ -68,6 +68,11 @@ private slots:
     void interrupted();
     void othersScansAreTheirs();
     void applies();
+    void appliesWhileItRuns();
+    void namesWhatIsTried();
+    void namesWhatWasFound();
+    void showsTheRowFound();
+    void namesNoRateBeforeTheEnd();
     static void closingStops_data();
     void closingStops();
     void parentClosedStops();
@@ -89,6 +94,7 @@ private:
     QVariant cell(int row, int column, int role = Qt::DisplayRole) const;
     QStringList row(int number) const;
     int progress() const { return find<QProgressBar>("progressBar")->value(); }
+    QString state() const { return find<QLabel>("lbl_state")->text(); }
     /// Text and colour class of the notice on show; empty when there is none.
     QString notice() const;
     bool isRunning() const;
@@ -160,7 +166,7 @@ QString tst_GUI_CanScanBaudrate::notice() const
 bool tst_GUI_CanScanBaudrate::isRunning() const
 {
     return m_manager->isScanning() && find<QPushButton>("btn_stop")->isEnabled() &&
-           !find<QPushButton>("btn_start")->isEnabled() && !find<QPushButton>("btn_apply")->isEnabled();
+           !find<QPushButton>("btn_start")->isEnabled() && find<QPushButton>("btn_apply")->isEnabled();
 }
 
 bool tst_GUI_CanScanBaudrate::isIdle() const
@@ -481,13 +487,99 @@ void tst_GUI_CanScanBaudrate::applies()
     open();
     const QSignalSpy accepted(m_dialog.get(), &QDialog::accepted);
     click("btn_start");
-    click("btn_apply"); // not while the scan runs
-    QCOMPARE(accepted.size(), 0);
-    QVERIFY(m_dialog->isVisible());
     tick(1);
+    QVERIFY(isIdle());
     click("btn_apply");
     QCOMPARE(accepted.size(), 1);
     QVERIFY(!m_dialog->isVisible());
+}
+
+void tst_GUI_CanScanBaudrate::appliesWhileItRuns()
+{
+    m_adapter->announce(false, 0, 1, 0);
+    open();
+    const QSignalSpy accepted(m_dialog.get(), &QDialog::accepted);
+    const QSignalSpy found(m_dialog.get(), &GUI_CanScanBaudrate::sig_rateFound);
+    click("btn_start");
+    tick(TicksPerStep);
+    QVERIFY(isRunning());
+    click("btn_apply");
+    QCOMPARE(accepted.size(), 1);
+    QVERIFY(!m_dialog->isVisible());
+    QVERIFY(isIdle());
+    QVERIFY(!m_manager->isDeviceOpen(0));
+    QCOMPARE(found.size(), 1);
+    QCOMPARE(notice(), QString());
+}
+
+void tst_GUI_CanScanBaudrate::namesWhatIsTried()
+{
+    open();
+    QCOMPARE(state(), QString());
+    click("btn_start");
+    QCOMPARE(state(), QStringLiteral("Trying 1000k bps"));
+    tick(TicksPerStep - 1);
+    QCOMPARE(state(), QStringLiteral("Trying 1000k bps"));
+    tick(1);
+    QCOMPARE(state(), QStringLiteral("Trying 800k bps"));
+    tick(7 * TicksPerStep);
+    QCOMPARE(state(), QStringLiteral("Trying 10k bps"));
+    tick(TicksPerStep);
+    QCOMPARE(state(), QStringLiteral("Trying 1000k bps, CANFD 1M bps"));
+    tick(44 * TicksPerStep);
+    QCOMPARE(state(), QStringLiteral("Trying 10k bps, CANFD #5"));
+    tick(TicksPerStep);
+    QCOMPARE(state(), QStringLiteral("No baudrate found"));
+}
+
+void tst_GUI_CanScanBaudrate::namesWhatWasFound()
+{
+    open();
+    click("btn_start");
+    m_adapter->announce(false, 1, 1, 0);
+    tick(TicksPerStep);
+    QCOMPARE(state(), QStringLiteral("Trying 800k bps"));
+    tick(10 * TicksPerStep);
+    m_adapter->announce(true, 0, 1, 0);
+    tick(1);
+    QVERIFY(isIdle());
+    QCOMPARE(state(), QStringLiteral("Found: Channel0 500k bps, CANFD 1M bps; Channel1 1000k bps"));
+}
+
+/// A channel in use is not scanned, so nothing is said of it.
+void tst_GUI_CanScanBaudrate::showsTheRowFound()
+{
+    QCOMPARE(m_manager->openChannel(canParam(0, 1)), CAN_OK);
+    open();
+    const auto *view = find<QTableView>("tableview");
+    click("btn_start");
+    tick(4 * TicksPerStep);
+    m_adapter->announce(false, 0, 1, 0);
+    tick((StepCount - 4) * TicksPerStep - 1);
+    QCOMPARE(row(4), QStringList({QStringLiteral("125k bps"), Effective, Invalid}));
+    const auto isInView = [view] {
+        return view->viewport()->rect().contains(view->visualRect(view->model()->index(4, 0)));
+    };
+    QVERIFY(!isInView()); // while it runs, the newest row is
+    tick(1);
+    QVERIFY(isIdle());
+    QVERIFY(isInView());
+    QCOMPARE(state(), QStringLiteral("Found: Channel0 125k bps"));
+}
+
+void tst_GUI_CanScanBaudrate::namesNoRateBeforeTheEnd()
+{
+    open();
+    click("btn_start");
+    tick(TicksPerStep);
+    click("btn_stop");
+    QCOMPARE(state(), QStringLiteral("Not all baudrates tried, none found"));
+    m_adapter->announce(false, 0, 1, 0);
+    click("btn_start");
+    QCOMPARE(state(), QStringLiteral("Trying 1000k bps"));
+    tick(TicksPerStep);
+    click("btn_stop");
+    QCOMPARE(state(), QStringLiteral("Found: Channel0 1000k bps"));
 }
 
 void tst_GUI_CanScanBaudrate::closingStops_data()

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QStandardItemModel>
@@ -16,6 +17,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextCodec>
+#include <QToolTip>
 #include <QTranslator>
 #include <QWheelEvent>
 
@@ -69,11 +71,25 @@ struct Table
         return texts;
     }
     QStringList numbers() const { return column(0); }
-    static void wheel(QWidget *target, int delta)
+    QScrollBar *columnsBar() const { return view->horizontalScrollBar(); }
+    /// Whether the view shows all of its last row.
+    bool isLastRowWhole() const
+    {
+        return view->visualRect(model->index(model->rowCount() - 1, 0)).bottom() < view->viewport()->height();
+    }
+    /// Of the cell under the mouse; empty when it has none.
+    QString toolTip(int row, int column) const
+    {
+        const QPoint place = view->visualRect(model->index(row, column)).center();
+        QHelpEvent event(QEvent::ToolTip, place, view->viewport()->mapToGlobal(place));
+        return QApplication::sendEvent(view->viewport(), &event) && event.isAccepted() ? QToolTip::text() : QString();
+    }
+    static void wheel(QWidget *target, int delta) { wheel(target, QPoint(0, delta)); }
+    static void wheel(QWidget *target, QPoint delta, Qt::ScrollPhase phase = Qt::NoScrollPhase)
     {
         const QPointF place = target->rect().center();
-        QWheelEvent event(place, target->mapToGlobal(place.toPoint()), QPoint(), QPoint(0, delta), Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QWheelEvent event(place, target->mapToGlobal(place.toPoint()), QPoint(), delta, Qt::NoButton, Qt::NoModifier,
+                          phase, false);
         QApplication::sendEvent(target, &event);
         QVERIFY(event.isAccepted());
     }
@@ -140,6 +156,14 @@ private slots:
     static void wheelMovesOneRow_data();
     static void wheelMovesOneRow();
     static void wheelOnTheScrollBar();
+    static void wheelSidewaysMovesTheColumns_data();
+    static void wheelSidewaysMovesTheColumns();
+    static void trackpadWithoutMovement();
+    static void lastRowIsWholeAboveAScrollBar();
+    static void lowerTableKeepsItsEnd();
+    static void cutCellsHaveToolTips();
+    static void doubleClickFitsAColumn_data();
+    static void doubleClickFitsAColumn();
     static void resizeShowsMoreRows();
     static void resizeAtTheEndMovesTheFirstRow();
     static void resizeBelowOneRow();
@@ -603,6 +627,130 @@ void tst_CTableViewCAN::wheelOnTheScrollBar()
     QCOMPARE(table.bar->value(), 2); // the end
     Table::wheel(table.bar, 1200);
     QCOMPARE(table.bar->value(), 1);
+}
+
+void tst_CTableViewCAN::wheelSidewaysMovesTheColumns_data()
+{
+    QTest::addColumn<QPoint>("delta");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<bool>("isToTheRight");
+    QTest::newRow("right") << QPoint(-120, 0) << 50 << true;
+    QTest::newRow("left") << QPoint(120, 0) << 50 << false;
+    QTest::newRow("right and down") << QPoint(-120, -120) << 51 << true;
+    QTest::newRow("left and up") << QPoint(120, 120) << 49 << false;
+}
+
+void tst_CTableViewCAN::wheelSidewaysMovesTheColumns()
+{
+    QFETCH(QPoint, delta);
+    QFETCH(bool, isToTheRight);
+    Table table(4);
+    table.view->setColumnWidth(9, 2000);
+    table.show(frames(100));
+    for (QWidget *target : {static_cast<QWidget *>(table.bar), static_cast<QWidget *>(table.view->viewport())}) {
+        table.bar->setValue(50);
+        table.columnsBar()->setValue(500);
+        Table::wheel(target, delta);
+        QTEST(table.bar->value(), "row");
+        QVERIFY(table.columnsBar()->value() != 500);
+        QCOMPARE(table.columnsBar()->value() > 500, isToTheRight);
+    }
+}
+
+void tst_CTableViewCAN::trackpadWithoutMovement()
+{
+    Table table(4);
+    table.show(frames(100));
+    table.bar->setValue(50);
+    for (const Qt::ScrollPhase phase : {Qt::ScrollBegin, Qt::ScrollEnd}) {
+        Table::wheel(table.view->viewport(), QPoint(), phase);
+        QCOMPARE(table.bar->value(), 50);
+    }
+}
+
+void tst_CTableViewCAN::lastRowIsWholeAboveAScrollBar()
+{
+    Table table(8);
+    table.widget.setAutoScroll(true);
+    table.show(frames(100));
+    QCOMPARE(table.numbers().last(), QStringLiteral("100"));
+    QCOMPARE(table.model->rowCount(), 8);
+    table.view->setColumnWidth(9, 2000);
+    QTRY_VERIFY(table.columnsBar()->isVisible());
+    QTRY_VERIFY(table.isLastRowWhole());
+    QCOMPARE(table.numbers().last(), QStringLiteral("100"));
+    QCOMPARE(table.bar->maximum(), 100 - table.model->rowCount());
+    for (int height = table.widget.height(); height > 100; --height) {
+        table.widget.resize(1000, height);
+        QVERIFY(table.isLastRowWhole());
+    }
+    table.setRows(8);
+    table.view->setColumnWidth(9, 20);
+    QTRY_VERIFY(!table.columnsBar()->isVisible());
+    QTRY_COMPARE(table.model->rowCount(), 8);
+    QCOMPARE(table.numbers().last(), QStringLiteral("100"));
+}
+
+void tst_CTableViewCAN::lowerTableKeepsItsEnd()
+{
+    Table table(6);
+    table.show(frames(10));
+    table.bar->setValue(4);
+    table.setRows(3);
+    QCOMPARE(table.numbers().join(QLatin1Char(' ')), QStringLiteral("8 9 10"));
+    QCOMPARE(table.bar->value(), 7);
+    table.bar->setValue(6); // not the end
+    table.setRows(2);
+    QCOMPARE(table.numbers().join(QLatin1Char(' ')), QStringLiteral("7 8"));
+    table.setRows(20); // all rows
+    table.setRows(2);
+    QCOMPARE(table.numbers().join(QLatin1Char(' ')), QStringLiteral("9 10"));
+}
+
+void tst_CTableViewCAN::cutCellsHaveToolTips()
+{
+    Table table(4);
+    FrameRecord record = frame(0x123);
+    record.data = QByteArray(64, '\x5A');
+    table.show({record});
+    QCOMPARE(table.toolTip(0, 9), QStringLiteral("5A ").repeated(64));
+    QCOMPARE(table.toolTip(0, 4), QString());
+    table.view->setColumnWidth(4, 20);
+    QCOMPARE(table.toolTip(0, 4), QStringLiteral("0x123"));
+    table.view->setColumnWidth(9, 3000);
+    QCOMPARE(table.toolTip(0, 9), QString());
+}
+
+void tst_CTableViewCAN::doubleClickFitsAColumn_data()
+{
+    QTest::addColumn<int>("column");
+    for (int column = 0; column < 10; ++column) {
+        QTest::addRow("%d", column) << column;
+    }
+}
+
+void tst_CTableViewCAN::doubleClickFitsAColumn()
+{
+    QFETCH(int, column);
+    Table table(4);
+    QVector<FrameRecord> shown = frames(3, 0x1ABCDEF0);
+    shown[1].data = QByteArray(8, '\x5A');
+    shown[1].systemTime = QStringLiteral("12:34:56.789");
+    shown[2].direction = FrameRecord::SendSuccess;
+    table.show(shown);
+    QHeaderView *header = table.view->horizontalHeader();
+    table.view->setColumnWidth(column, 25);
+    const int right = header->sectionViewportPosition(column) + header->sectionSize(column) - 1;
+    const QPoint border(right, header->height() / 2);
+    QTest::mouseMove(header->viewport(), border);
+    QTest::mouseDClick(header->viewport(), Qt::LeftButton, Qt::NoModifier, border);
+    for (int row = 0; row < 3; ++row) {
+        QVERIFY2(table.toolTip(row, column).isEmpty(), qPrintable(table.cell(row, column)));
+    }
+    const int title =
+        header->fontMetrics().horizontalAdvance(table.model->headerData(column, Qt::Horizontal).toString());
+    QVERIFY(header->sectionSize(column) > title);
+    QVERIFY(header->sectionSize(column) < 300);
 }
 
 void tst_CTableViewCAN::resizeShowsMoreRows()

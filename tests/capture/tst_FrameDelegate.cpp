@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr double InchesPerMeter = 1 / 0.0254;
+
 QFont cellFont()
 {
     return QFont(QStringLiteral("Microsoft Yahei"), 9);
@@ -49,12 +51,16 @@ public:
     {
         QImage image(QSize(400, 100) * m_ratio, QImage::Format_RGB32);
         image.setDevicePixelRatio(m_ratio);
+        image.setDotsPerMeterX(qRound(m_dpi * InchesPerMeter));
+        image.setDotsPerMeterY(qRound(m_dpi * InchesPerMeter));
         image.fill(Qt::white);
         QPainter painter(&image);
         delegate.paint(&painter, option, index());
         return image;
     }
     QImage paint(const QAbstractItemDelegate &delegate) const { return paint(delegate, option()); }
+    /// Paints with the resolution of the view's screen, as the view does.
+    void useScreenResolution() { m_dpi = m_view.logicalDpiY(); }
     void setText(const QString &text) { m_model.item(0)->setText(text); }
     QModelIndex index() const { return m_model.index(0, 0); }
 
@@ -78,6 +84,7 @@ private:
     int m_width;
     int m_height;
     qreal m_ratio;
+    int m_dpi = 96;
 };
 
 } // namespace
@@ -96,6 +103,7 @@ private slots:
     static void emptyTextPaintsNothing();
     static void colorFollowsTheState();
     static void manyOtherTexts();
+    static void sizeHintShowsTheWholeText_data();
     static void sizeHintShowsTheWholeText();
 };
 
@@ -212,14 +220,33 @@ void tst_FrameDelegate::manyOtherTexts()
     QVERIFY(canvas.paint(delegate) == first);
 }
 
+void tst_FrameDelegate::sizeHintShowsTheWholeText_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("bytes") << QStringLiteral("01 A2 FF ").repeated(4).trimmed();
+    QTest::newRow("identifier") << QStringLiteral("0x1FFFFFFF");
+    QTest::newRow("time") << QStringLiteral("12:34:56.789");
+    QTest::newRow("word") << QStringLiteral("Send successfully");
+    QTest::newRow("kerned") << QStringLiteral("AVAVAVAVAVAVAVAV");
+    QTest::newRow("chinese") << QStringLiteral("\u53d1\u9001\u6210\u529f");
+    QTest::newRow("both") << QStringLiteral("CANFD\u52a0\u901f");
+}
+
+/// And no pixel more than is needed.
 void tst_FrameDelegate::sizeHintShowsTheWholeText()
 {
+    QFETCH(QString, text);
     const FrameDelegate delegate(cellFont());
-    const QString text = QStringLiteral("01 A2 FF ").repeated(20);
-    Canvas wide(text);
-    const QSize hint = delegate.sizeHint(wide.option(), wide.index());
+    const auto painted = [&](int width) {
+        Canvas canvas(text, width);
+        canvas.useScreenResolution();
+        return canvas.paint(delegate);
+    };
+    const Canvas canvas(text);
+    const QSize hint = delegate.sizeHint(canvas.option(), canvas.index());
     QCOMPARE(hint.height(), 25);
-    QVERIFY(hint.width() > QFontMetrics(cellFont()).horizontalAdvance(text));
+    QCOMPARE(painted(hint.width()), painted(340));
+    QVERIFY(painted(hint.width() - 1) != painted(340));
 }
 
 X9_GUI_TEST(tst_FrameDelegate)

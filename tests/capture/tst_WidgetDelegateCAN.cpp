@@ -86,6 +86,8 @@ private slots:
     static void data_data();
     static void data();
     static void dataTakesHexadecimalOnly();
+    static void takesPastedNumbers_data();
+    static void takesPastedNumbers();
     static void oneChangeIsToldOnce();
     static void editorsAreNotCutOff();
 };
@@ -236,7 +238,40 @@ void tst_WidgetDelegateCAN::dataTakesHexadecimalOnly()
     Row row;
     const auto editor = row.edit<QLineEdit>(Column::Data);
     QTest::keyClicks(editor.get(), QStringLiteral("0x1g-2,A"));
-    QCOMPARE(editor->text(), QStringLiteral("012A"));
+    QCOMPARE(editor->text(), QStringLiteral("12A"));
+}
+
+void tst_WidgetDelegateCAN::takesPastedNumbers_data()
+{
+    QTest::addColumn<WidgetDelegateCAN::Column>("column");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("cell");
+    QTest::newRow("id") << Column::Id << " 0x7 1\n"
+                        << "71";
+    QTest::newRow("length") << Column::Length << "0 5 \n"
+                            << "5";
+    QTest::newRow("data") << Column::Data << "0x11 0x2 0xAB\n"
+                          << "11 02 AB";
+    QTest::newRow("interval") << Column::Interval << "1 000\r\n"
+                              << "1000";
+}
+
+void tst_WidgetDelegateCAN::takesPastedNumbers()
+{
+    QFETCH(WidgetDelegateCAN::Column, column);
+    QFETCH(QString, text);
+    Row row;
+    row.set(column, {}, 0);
+    const auto editor = row.edit<QWidget>(column);
+    QVERIFY(editor);
+    auto *field = qobject_cast<QLineEdit *>(editor.get());
+    if (field == nullptr) {
+        field = editor->findChild<QLineEdit *>();
+    }
+    field->selectAll();
+    field->insert(text); // as from the clipboard
+    row.accept(editor.get(), column);
+    QTEST(row.text(column), "cell");
 }
 
 void tst_WidgetDelegateCAN::oneChangeIsToldOnce()

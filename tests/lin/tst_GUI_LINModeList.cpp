@@ -109,6 +109,8 @@ private slots:
     static void closesWhileItRuns();
     static void clears();
     static void takesOverWhatIsBeingTyped();
+    static void takesPastedNumbers_data();
+    static void takesPastedNumbers();
     static void closesTheEditorForAnotherMode();
     static void editsWithTheKeyboard();
     static void choosesTheDirection();
@@ -591,6 +593,38 @@ void tst_GUI_LINModeList::takesOverWhatIsBeingTyped()
         QTRY_VERIFY(!bench.page.page().isRunning());
         QCOMPARE(bench.page.frame(0, 3), str("2A[6A]"));
     }
+}
+
+void tst_GUI_LINModeList::takesPastedNumbers_data()
+{
+    QTest::addColumn<int>("column");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("cell");
+    QTest::newRow("id") << int(Page::Id) << " 0x2A\n"
+                        << "2A";
+    QTest::newRow("data") << int(Page::Data) << "0x11 0x2 0x33\n"
+                          << "11 02 33 ";
+    QTest::newRow("length") << int(Page::Length) << "\t3 "
+                            << "3";
+    QTest::newRow("interval") << int(Page::Interval) << "1 000\r\n"
+                              << "1000";
+    QTest::newRow("no number") << int(Page::Id) << "xyz"
+                               << "xyz"; // what it is worth is said at the start
+}
+
+void tst_GUI_LINModeList::takesPastedNumbers()
+{
+    QFETCH(int, column);
+    QFETCH(QString, text);
+    Bench bench;
+    bench.page.clickCell(4, static_cast<Page::Column>(column));
+    auto *editor = bench.page.editor<QLineEdit>();
+    QVERIFY(editor != nullptr);
+    editor->selectAll();
+    editor->insert(text); // as from the clipboard
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_VERIFY(bench.page.editor<QLineEdit>() == nullptr);
+    QTEST(bench.page.paramText(4, static_cast<Page::Column>(column)), "cell");
 }
 
 void tst_GUI_LINModeList::closesTheEditorForAnotherMode()

@@ -100,6 +100,7 @@ private slots:
     static void deletesASelectedBlank();
     static void pastes_data();
     static void pastes();
+    static void typesPrefixes();
     static void refusesOtherText_data();
     static void refusesOtherText();
     static void undoesAndRedoes();
@@ -371,6 +372,8 @@ void tst_CHexLineEdit::pastes_data()
                             << "11 22 " << QByteArray("\x11\x22\0", 3);
     QTest::newRow("blanks anywhere") << " 1 12\t2\n3 "
                                      << "11 22 3" << QByteArray("\x11\x22\x03", 3);
+    QTest::newRow("0x") << "0x11 0X2\n0x33"
+                        << "11 02 33 " << QByteArray("\x11\x02\x33", 3);
     QTest::newRow("too much") << "11 22 33 44 55"
                               << "11 22 33 " << QByteArray("\x11\x22\x33", 3);
     QTest::newRow("far too much") << QString(100000, QLatin1Char('7')) << "77 77 77 " << QByteArray(R"(www)", 3);
@@ -387,10 +390,19 @@ void tst_CHexLineEdit::pastes()
     QTEST(user.field->payload(), "payload");
 }
 
+void tst_CHexLineEdit::typesPrefixes()
+{
+    FieldUnderTest user(3);
+    QVERIFY(user.isReady());
+    user.enter(QStringLiteral("0x1a0x2B"));
+    QCOMPARE(user.text(), QStringLiteral("1a 2B "));
+    QCOMPARE(user.field->payload(), QByteArray("\x1A\x2B\0", 3));
+}
+
 void tst_CHexLineEdit::refusesOtherText_data()
 {
     QTest::addColumn<QString>("pasted");
-    QTest::newRow("0x") << "0x11 22";
+    QTest::newRow("x alone") << "x11 22";
     QTest::newRow("words") << "hello";
     QTest::newRow("comma") << "11,22";
     QTest::newRow("full width digits") << QString::fromUtf8("１１");
