@@ -1,7 +1,9 @@
 #include "tests/app/UpdateServer.h"
 
+#include <QDeadlineTimer>
 #include <QProcess>
 #include <QTcpSocket>
+#include <QThread>
 
 namespace {
 constexpr int StartWaitMs = 30000;
@@ -20,8 +22,17 @@ UpdateServer::UpdateServer(const QStringList &arguments)
     QStringList command{QStringLiteral(X9_UPDATE_SERVER_SCRIPT), QStringLiteral("--control"),
                         QString::number(m_listener.serverPort())};
     command += QStringList(arguments).replaceInStrings(QStringLiteral(X9_DRIVE "/"), QStringLiteral("/"));
-    if (!QProcess::startDetached(QStringLiteral(X9_PYTHON), command) || !m_listener.waitForNewConnection(StartWaitMs)) {
+    if (!QProcess::startDetached(QStringLiteral(X9_PYTHON), command)) {
         return;
+    }
+    // Under Wine the wait sometimes ends early and without a connection.
+    const QDeadlineTimer limit(StartWaitMs);
+    while (!m_listener.waitForNewConnection(static_cast<int>(limit.remainingTime()))) {
+        if (limit.hasExpired()) {
+            qWarning("The update server does not come: %s", qPrintable(m_listener.errorString()));
+            return;
+        }
+        QThread::msleep(10);
     }
     m_control = m_listener.nextPendingConnection();
     while (!m_control->canReadLine() && m_control->waitForReadyRead(StartWaitMs)) {
