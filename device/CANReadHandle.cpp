@@ -43,10 +43,11 @@ bool CANReadHandlePrivate::read(quint8 id, quint8 channel, AdapterEntry::Channel
     if (waiting == nullptr || receive == nullptr) {
         return false;
     }
-    const quint32 count = std::min(waiting(AdapterDeviceType, id, channel), CANReadHandle::MaxBatch);
-    if (count == 0) {
+    const quint32 announced = waiting(AdapterDeviceType, id, channel);
+    if (announced == 0 || announced == AdapterReceiveError) {
         return false;
     }
+    const quint32 count = std::min(announced, CANReadHandle::MaxBatch);
     frames.clear();
     frames.resize(static_cast<int>(count)); // zeroes the records
     const quint32 received = receive(AdapterDeviceType, id, channel, frames.data(), count, AdapterReceiveWaitMs);

@@ -56,6 +56,8 @@ private slots:
     void failedReceive();
     void recordsLeftFromAFailedReceiveAreZeroed();
     void emittedBatchIsNotWrittenAgain();
+    static void failedCountReadsNothing_data();
+    void failedCountReadsNothing();
     void absurdCountIsBounded();
     static void missingEntriesAreNotPolled_data();
     void missingEntriesAreNotPolled();
@@ -298,13 +300,46 @@ void tst_CANReadHandle::emittedBatchIsNotWrittenAgain()
     QCOMPARE(idsOf(kept[1]), QVector<quint32>({4, 5, 6}));
 }
 
+void tst_CANReadHandle::failedCountReadsNothing_data()
+{
+    QTest::addColumn<bool>("isCANFD");
+    QTest::newRow("CAN") << false;
+    QTest::newRow("CAN FD") << true;
+}
+
+/// The library's error value is no number of frames.
+void tst_CANReadHandle::failedCountReadsNothing()
+{
+    QFETCH(bool, isCANFD);
+    QVector<int> batches;
+    connect(m_reader.get(), &CANReadHandle::sig_readResultCallback,
+            [&batches](quint8, quint8, const Frames &frames) { batches.append(frames.size()); });
+    connect(m_reader.get(), &CANReadHandle::sig_readResultCallbackCANFD,
+            [&batches](quint8, quint8, const FramesCANFD &frames) { batches.append(frames.size()); });
+    const char *const counting = isCANFD ? "KQ_GetReceiveNumCANFD" : "VCI_GetReceiveNum";
+    m_reader->setFlagCAN(0, !isCANFD);
+    m_reader->setFlagCANFD(0, isCANFD);
+    m_adapter->announce(isCANFD, 0, 0xFFFFFFFFU, 7);
+    // The loop goes on, and what comes later is handed over.
+    run(counting, 3, [this, isCANFD](int poll) {
+        if (poll == 3) {
+            m_adapter->announce(isCANFD, 0, 2, 2);
+        }
+    });
+    const QString count = QLatin1String(counting) + QStringLiteral(" 4 3 0");
+    const QString receive =
+        QLatin1String(isCANFD ? "KQ_ReceiveCANFD" : "VCI_Receive") + QStringLiteral(" 4 3 0 2 3000");
+    QCOMPARE(m_adapter->takePolls(), QStringList({count, count, count, receive}));
+    QCOMPARE(batches, QVector<int>({2}));
+}
+
 void tst_CANReadHandle::absurdCountIsBounded()
 {
     int frames = 0;
     connect(m_reader.get(), &CANReadHandle::sig_readResultCallbackCANFD,
             [&frames](quint8, quint8, const FramesCANFD &batch) { frames += batch.size(); });
     m_reader->setFlagCANFD(1, true);
-    m_adapter->announce(true, 1, 0xFFFFFFFFU, 7);
+    m_adapter->announce(true, 1, 0xFFFFFFFEU, 7);
     // The rest is asked for at the next poll.
     run("KQ_GetReceiveNumCANFD", 2, [this](int poll) {
         if (poll == 2) {
