@@ -32,6 +32,7 @@ struct DeviceEntry
 {
     ChannelFlags canOpen{};
     ChannelFlags linOpen{};
+    ChannelFlags linRefused{}; ///< held open by a tab, but the adapter has refused its new settings after closing it
     quint8 gatewayOn = 0;
     quint32 opening = 0;             ///< tells one opening from the next
     CANReadHandle *reader = nullptr; ///< lives on thread, goes with it
@@ -530,14 +531,20 @@ CANError CANCommunication::openLIN(const ChannelParam &param)
 
 CANError CANCommunication::changeLINParam(const ChannelParam &param)
 {
-    if (!isDeviceOpen(param.device)) {
+    DeviceEntry *entry = m_p->device(param.device);
+    if (entry == nullptr) {
         return CAN_DeviceNotExists;
     }
-    if (!succeeds(m_p->api->KQ_CloseLIN, param.device, param.channel)) {
+    if (param.channel >= ChannelCount) {
+        return CAN_ChannelOpenFailed;
+    }
+    quint8 &isRefused = entry->linRefused[param.channel];
+    if (isRefused == 0 && !succeeds(m_p->api->KQ_CloseLIN, param.device, param.channel)) {
         return CAN_Unknown;
     }
     const bool isOpen =
         succeeds(m_p->api->KQ_OpenLIN, param.device, param.channel, param.linBaudRate, param.linChecksum);
+    isRefused = isOpen ? 0 : 1;
     return isOpen ? CAN_OK : CAN_ChannelOpenFailed;
 }
 
@@ -552,6 +559,7 @@ CANError CANCommunication::closeLIN(quint8 dev, quint8 ch)
     }
     succeeds(m_p->api->KQ_CloseLIN, dev, ch);
     entry->linOpen[ch] = 0;
+    entry->linRefused[ch] = 0;
     if (!isAnySet(entry->linOpen)) {
         closeDevice(dev);
     }

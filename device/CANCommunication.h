@@ -97,8 +97,9 @@ public:
     /// channel is open. CAN_DeviceOpenFailed; CAN_ChannelExists; CAN_ChannelOpenFailed, also for a channel index above
     /// 1.
     CANError openLIN(const ChannelParam &param);
-    /// Closes and re-opens a LIN channel. CAN_DeviceNotExists; CAN_Unknown when it cannot be closed;
-    /// CAN_ChannelOpenFailed.
+    /// Closes and re-opens a LIN channel; one whose last settings were refused is closed already and only opened.
+    /// CAN_DeviceNotExists; CAN_Unknown when it cannot be closed; CAN_ChannelOpenFailed, also for a channel index above
+    /// 1.
     CANError changeLINParam(const ChannelParam &param);
     /// Closes a LIN channel, and the device with its last one. CAN_DeviceNotExists; CAN_ChannelNotExists for a channel
     /// index above 1.
