@@ -772,6 +772,10 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>Switchover successful</source>
         <translation>切换成功</translation>
     </message>
+    <message>
+        <source>Rate in force: %1 bps</source>
+        <translation>当前生效的波特率：%1 bps</translation>
+    </message>
 </context>
 <context>
     <name>GUI_LINModeList</name>
