@@ -146,7 +146,7 @@ void CANCommunicationPrivate::closeInLibrary(quint8 dev) const
 
 std::optional<DeviceInfo> CANCommunicationPrivate::readTexts(quint8 dev)
 {
-    const std::optional<DeviceInfo> info = readInfo(*api, dev);
+    std::optional<DeviceInfo> info = readInfo(*api, dev);
     if (!info) {
         answering.erase(dev);
         return info;

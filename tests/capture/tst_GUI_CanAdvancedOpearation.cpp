@@ -875,11 +875,12 @@ void tst_GUI_CanAdvancedOpearation::waits()
 void tst_GUI_CanAdvancedOpearation::waitsFromTheAdaptersReturn()
 {
     constexpr int IntervalMs = 10;
+    constexpr qint64 IntervalNs = IntervalMs * Q_INT64_C(1000000);
     Lister lister;
     QElapsedTimer sinceReturn;
     int tooSoon = 0;
     lister.adapter.onCall("VCI_Transmit", [&] {
-        tooSoon += sinceReturn.isValid() && sinceReturn.nsecsElapsed() < IntervalMs * 1000000 ? 1 : 0;
+        tooSoon += sinceReturn.isValid() && sinceReturn.nsecsElapsed() < IntervalNs ? 1 : 0;
         QElapsedTimer busy;
         busy.start();
         while (!busy.hasExpired(IntervalMs / 2)) {

@@ -96,7 +96,7 @@ void tst_TickPace::averagesSmallDelays()
     TickPace pace;
     pace.start(0, 20 * Ms);
     for (int tick = 1; tick <= Ticks; ++tick) {
-        QCOMPARE(pace.next(), tick * 20 * Ms);
+        QCOMPARE(pace.next(), tick * (20 * Ms));
         QVERIFY(pace.accept(pace.next() + 3 * Ms));
     }
 }

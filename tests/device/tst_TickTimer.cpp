@@ -21,7 +21,7 @@ private slots:
     void startsAnewWithAnotherInterval();
     static void makesUpForADelay();
     static void dropsWhatASlowTickHeldUp();
-    void waitsAfterEachTick();
+    static void waitsAfterEachTick();
     void ticksWithoutADescriptor();
 
 private:
@@ -142,16 +142,17 @@ void tst_TickTimer::waitsAfterEachTick()
 {
     constexpr int Ticks = 20;
     constexpr int WaitMs = 3;
+    constexpr qint64 WaitNs = WaitMs * Q_INT64_C(1000000);
     TickTimer timer;
     QElapsedTimer sinceTick;
     int ticks = 0;
     int tooShort = 0;
     QEventLoop loop; // runs on without the pauses of the test's own waiting
     connect(&timer, &TickTimer::sig_tick, &loop, [&] {
-        tooShort += sinceTick.nsecsElapsed() < WaitMs * 1000000 ? 1 : 0;
+        tooShort += sinceTick.nsecsElapsed() < WaitNs ? 1 : 0;
         QElapsedTimer clock;
         clock.start();
-        while (ticks % 2 == 0 && clock.elapsed() < 2 * WaitMs) {
+        while (ticks % 2 == 0 && clock.nsecsElapsed() < 2 * WaitNs) {
         }
         if (++ticks == Ticks) {
             loop.quit();

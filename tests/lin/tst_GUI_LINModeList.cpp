@@ -705,13 +705,14 @@ void tst_GUI_LINModeList::closesWhileACellIsEdited()
 void tst_GUI_LINModeList::waitsFromTheAdaptersReturn()
 {
     constexpr int IntervalMs = 30;
+    constexpr qint64 IntervalNs = IntervalMs * Q_INT64_C(1000000);
     Bench bench;
     QElapsedTimer sinceReturn;
     int calls = 0;
     int tooSoon = 0;
     const auto slowCall = [&] {
         ++calls;
-        tooSoon += sinceReturn.isValid() && sinceReturn.nsecsElapsed() < IntervalMs * 1000000 ? 1 : 0;
+        tooSoon += sinceReturn.isValid() && sinceReturn.nsecsElapsed() < IntervalNs ? 1 : 0;
         QElapsedTimer busy;
         busy.start();
         while (!busy.hasExpired(IntervalMs / 2)) {
