@@ -54,7 +54,7 @@ void GUI_LINDevicePrivate::fillSettings()
 
 void GUI_LINDevicePrivate::showRateInForce()
 {
-    ui.spx_baudrate->setToolTip(GUI_LINDevice::tr("Rate in force: %1 bps").arg(q->channelParam().linBaudRate));
+    ui.spx_baudrate->setToolTip(GUI_LINDevice::tr("Baudrate in force: %1").arg(q->channelParam().linBaudRate));
 }
 
 void GUI_LINDevicePrivate::addPages()

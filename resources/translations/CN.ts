@@ -773,8 +773,8 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>切换成功</translation>
     </message>
     <message>
-        <source>Rate in force: %1 bps</source>
-        <translation>当前生效的波特率：%1 bps</translation>
+        <source>Baudrate in force: %1</source>
+        <translation>当前生效的波特率：%1</translation>
     </message>
 </context>
 <context>

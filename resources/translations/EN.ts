@@ -773,8 +773,8 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>Switchover successful</translation>
     </message>
     <message>
-        <source>Rate in force: %1 bps</source>
-        <translation>Rate in force: %1 bps</translation>
+        <source>Baudrate in force: %1</source>
+        <translation>Baudrate in force: %1</translation>
     </message>
 </context>
 <context>

@@ -182,7 +182,7 @@ void tst_GUI_LINDevice::ratesBeyondTheBox()
     QCOMPARE(adapter.takeCalls().last(), QStringLiteral("KQ_OpenLIN 4 2 1 %1 0").arg(rate));
     const auto *box = test.find<QSpinBox>("spx_baudrate");
     QTEST(box->value(), "shown");
-    QCOMPARE(box->toolTip(), QStringLiteral("Rate in force: %1 bps").arg(rate));
+    QCOMPARE(box->toolTip(), QStringLiteral("Baudrate in force: %1").arg(rate));
     QCOMPARE(test.tab.channelParam().linBaudRate, rate);
 }
 
@@ -192,12 +192,12 @@ void tst_GUI_LINDevice::tellsTheRateInForce()
     CANCommunication manager(adapter.table());
     const TabUnderTest test(manager);
     auto *box = test.find<QSpinBox>("spx_baudrate");
-    QCOMPARE(box->toolTip(), QStringLiteral("Rate in force: 9600 bps"));
+    QCOMPARE(box->toolTip(), QStringLiteral("Baudrate in force: 9600"));
     box->setValue(4800);
-    QCOMPARE(box->toolTip(), QStringLiteral("Rate in force: 9600 bps"));
+    QCOMPARE(box->toolTip(), QStringLiteral("Baudrate in force: 9600"));
     adapter.answer("KQ_CloseLIN", 0);
     test.click("btn_set");
-    QCOMPARE(box->toolTip(), QStringLiteral("Rate in force: 9600 bps"));
+    QCOMPARE(box->toolTip(), QStringLiteral("Baudrate in force: 9600"));
     adapter.answer("KQ_CloseLIN", 1);
     adapter.answer("KQ_OpenLIN", 0);
     test.click("btn_set"); // closes the channel
@@ -205,7 +205,7 @@ void tst_GUI_LINDevice::tellsTheRateInForce()
     adapter.answer("KQ_CloseLIN", 0); // as an adapter does for a channel that is closed
     adapter.answer("KQ_OpenLIN", 1);
     test.click("btn_set");
-    QCOMPARE(box->toolTip(), QStringLiteral("Rate in force: 4800 bps"));
+    QCOMPARE(box->toolTip(), QStringLiteral("Baudrate in force: 4800"));
     QCOMPARE(test.messages.last(), (QVariantList{QStringLiteral("Switchover successful"), 1}));
 }
 
