@@ -217,15 +217,15 @@ void GUI_CanAdvancedOpearation::sendTimeout()
         return;
     }
     const bool accepted = m_p->transmitCurrent();
-    if (m_p->ui.checkBox->isChecked()) {
-        m_p->print(m_p->list.current(), accepted);
-        if (!m_p->list.isRunning()) { // whoever listens may have stopped it
-            return;
-        }
+    const DataModel row = m_p->list.current();
+    const std::optional<int> wait = m_p->list.advance();
+    if (wait) {
+        m_p->timer.start(*wait); // from the adapter's return on, whatever the printing takes
     }
-    if (const std::optional<int> wait = m_p->list.advance()) {
-        m_p->timer.setInterval(*wait);
-    } else {
+    if (m_p->ui.checkBox->isChecked()) {
+        m_p->print(row, accepted);
+    }
+    if (!wait && !m_p->list.isRunning()) { // whoever listens may have started it anew
         m_p->end();
     }
 }

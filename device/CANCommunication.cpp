@@ -14,7 +14,9 @@
 #include <array>
 #include <atomic>
 #include <map>
+#include <memory>
 #include <optional>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -32,6 +34,7 @@ struct DeviceEntry
 {
     ChannelFlags canOpen{};
     ChannelFlags linOpen{};
+    ChannelFlags linRefused{}; ///< held open by a tab, but the adapter has refused its new settings after closing it
     quint8 gatewayOn = 0;
     quint32 opening = 0;             ///< tells one opening from the next
     CANReadHandle *reader = nullptr; ///< lives on thread, goes with it
@@ -89,7 +92,11 @@ public:
     DeviceEntry *device(quint8 dev);
     bool openInLibrary(quint8 dev) const;
     void closeInLibrary(quint8 dev) const;
-    bool offersCANFD(quint8 dev) const;
+    /// What a device tells of itself, which also says whether it can be expected to answer.
+    std::optional<DeviceInfo> readTexts(quint8 dev);
+    bool offersCANFD(quint8 dev);
+    /// Calls one of the two entries.
+    CANError receiveLIN(AdapterEntry::ReceiveLIN receive, quint8 dev, quint8 ch, VCI_LIN_OBJ *frame);
     bool startCAN(const ChannelParam &param) const;
     /// Starts a free channel for the scan's current step if it is a new one, and looks whether frames arrive.
     void tryChannel(BaudrateScan &steps, quint8 dev, quint8 ch) const;
@@ -101,12 +108,15 @@ public:
     QMap<ChannelKey, quint32> reopenings;  ///< channels waiting to be re-opened: number of the latest request
     quint32 lastReopening = 0;
     quint32 lastOpening = 0;
-    std::atomic<bool> scanning{false}; ///< read by any thread; set from before the scan opens until it has closed
-    std::optional<RunningScan> scan;   ///< what the timer goes on with
+    /// Read by any thread; set from before the scan opens until it has closed. Shared with the workers, which may be
+    /// left behind.
+    std::shared_ptr<std::atomic<bool>> scanning = std::make_shared<std::atomic<bool>>(false);
+    std::optional<RunningScan> scan; ///< what the timer goes on with
     quint32 lastScan = 0;
     QTimer *scanTimer = nullptr;                      ///< child of the manager
     std::unique_ptr<FirmwareMonitor> firmwareMonitor; ///< its thread uses api and scanning
-    std::unique_ptr<DeviceWatch> deviceWatch;         ///< the same; null while nothing is watched
+    std::optional<std::chrono::milliseconds> silence; ///< after which a worker asks its device; none: never
+    std::set<quint8> answering;                       ///< devices that told their texts when last asked here
 };
 
 CANCommunicationPrivate::CANCommunicationPrivate(std::unique_ptr<CANAPI> table)
@@ -134,9 +144,36 @@ void CANCommunicationPrivate::closeInLibrary(quint8 dev) const
     api->VCI_CloseDevice(AdapterDeviceType, dev); // openInLibrary() has seen that it is there
 }
 
-bool CANCommunicationPrivate::offersCANFD(quint8 dev) const
+std::optional<DeviceInfo> CANCommunicationPrivate::readTexts(quint8 dev)
 {
-    const std::optional<DeviceInfo> info = readInfo(*api, dev);
+    std::optional<DeviceInfo> info = readInfo(*api, dev);
+    if (!info) {
+        answering.erase(dev);
+        return info;
+    }
+    answering.insert(dev);
+    if (const DeviceEntry *entry = device(dev)) {
+        entry->reader->noteTexts();
+    }
+    return info;
+}
+
+CANError CANCommunicationPrivate::receiveLIN(AdapterEntry::ReceiveLIN receive, quint8 dev, quint8 ch,
+                                             VCI_LIN_OBJ *frame)
+{
+    if (!succeeds(receive, dev, ch, frame)) {
+        return CAN_ReadFailed;
+    }
+    const DeviceEntry *entry = device(dev);
+    if (entry != nullptr && frame->DataLen != 0) {
+        entry->reader->noteFrame(); // the worker does not see it
+    }
+    return CAN_OK;
+}
+
+bool CANCommunicationPrivate::offersCANFD(quint8 dev)
+{
+    const std::optional<DeviceInfo> info = readTexts(dev);
     return info && info->model.startsWith(QLatin1String("X9FC")) && api->KQ_GetReceiveNumCANFD != nullptr &&
            api->KQ_TransmitCANFD != nullptr && api->KQ_ReceiveCANFD != nullptr;
 }
@@ -199,22 +236,17 @@ CANCommunication::CANCommunication(std::unique_ptr<CANAPI> api, FirmwareQuery fi
     const auto announce = [this] {
         QMetaObject::invokeMethod(this, &CANCommunication::sig_showFrimwareUpgrade, Qt::QueuedConnection);
     };
-    m_p->firmwareMonitor = std::make_unique<FirmwareMonitor>(*m_p->api, m_p->scanning, std::move(firmwareQuery),
+    m_p->firmwareMonitor = std::make_unique<FirmwareMonitor>(*m_p->api, *m_p->scanning, std::move(firmwareQuery),
                                                              announce, firmwareInterval);
 }
 
 CANCommunication::~CANCommunication()
 {
-    // First: their threads use this object, the table and the scan's flag. The watch begins no other call while the
-    // monitor's last one is waited for.
-    if (m_p->deviceWatch) {
-        m_p->deviceWatch->stop();
-    }
-    m_p->firmwareMonitor.reset();
-    m_p->deviceWatch.reset();
+    m_p->firmwareMonitor.reset(); // first: its thread uses this object, the table and the scan's flag
     endScan();
     if (!m_p->devices.empty()) {
         qWarning("CANCommunication destroyed with %u open device(s)", static_cast<unsigned>(m_p->devices.size()));
+        *m_p->scanning = true; // nobody is left to be told what a device answers
         // The workers still call through the table, so it is kept until the process is gone.
         // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): without memory for this there is nothing left to save
         static auto &leftBehind = *new std::vector<std::unique_ptr<const CANAPI>>;
@@ -227,21 +259,14 @@ const CANAPI &CANCommunication::api() const
     return *m_p->api;
 }
 
-void CANCommunication::watchDevices(std::chrono::milliseconds interval)
+void CANCommunication::watchDevices(std::chrono::milliseconds silence)
 {
-    const auto announce = [this](quint8 dev, quint32 opening) {
-        QMetaObject::invokeMethod(
-            this, [this, dev, opening] { tellDeviceLost(dev, opening); }, Qt::QueuedConnection);
-    };
-    m_p->deviceWatch = std::make_unique<DeviceWatch>(*m_p->api, m_p->scanning, announce, interval);
-    for (const auto &[dev, entry] : m_p->devices) {
-        m_p->deviceWatch->add(dev, entry.opening);
-    }
+    m_p->silence = silence;
 }
 
 void CANCommunication::tellDeviceLost(quint8 dev, quint32 opening)
 {
-    // It may have been closed, and even opened again, since the watch has seen it.
+    // It may have been closed, and even opened again, since its worker has seen it.
     const DeviceEntry *entry = m_p->device(dev);
     if (entry != nullptr && entry->opening == opening) {
         emit sig_deviceLost(dev);
@@ -261,7 +286,7 @@ QVector<DevicePresence> CANCommunication::presentDevices()
         if (!isOpen && !m_p->openInLibrary(dev)) {
             continue;
         }
-        const DeviceInfo info = readInfo(*m_p->api, dev).value_or(DeviceInfo());
+        const DeviceInfo info = m_p->readTexts(dev).value_or(DeviceInfo());
         if (!isOpen) {
             m_p->closeInLibrary(dev);
         }
@@ -284,6 +309,12 @@ CANError CANCommunication::openDevice(quint8 dev)
     entry.reader = new CANReadHandle;
     entry.reader->moveToThread(entry.thread);
     entry.reader->setFlagRead(true);
+    if (m_p->silence) {
+        entry.reader->watchDevice(m_p->scanning, *m_p->silence);
+        if (m_p->answering.count(dev) != 0) {
+            entry.reader->noteTexts();
+        }
+    }
     connect(entry.thread, &QThread::finished, entry.reader, &QObject::deleteLater);
     connect(entry.thread, &QThread::finished, entry.thread, &QObject::deleteLater);
     // NOLINTBEGIN(performance-unnecessary-value-param)
@@ -299,12 +330,11 @@ CANError CANCommunication::openDevice(quint8 dev)
                 emit sig_readResultCallbackCANFD(devInd, canInd, obj);
             });
     // NOLINTEND(performance-unnecessary-value-param)
+    connect(entry.reader, &CANReadHandle::sig_deviceLost, this,
+            [this, opening = entry.opening](quint8 devInd) { tellDeviceLost(devInd, opening); });
     QMetaObject::invokeMethod(entry.reader, "readHandle", Qt::QueuedConnection, Q_ARG(quint8, dev),
                               Q_ARG(CANAPI *, m_p->api.get()));
     entry.thread->start(); // after everything that the thread has to find in place
-    if (m_p->deviceWatch) {
-        m_p->deviceWatch->add(dev, entry.opening);
-    }
     return CAN_OK;
 }
 
@@ -316,9 +346,6 @@ CANError CANCommunication::closeDevice(quint8 dev)
     }
     if (isAnySet(entry->canOpen) || isAnySet(entry->linOpen)) {
         return CAN_ChannelExists;
-    }
-    if (m_p->deviceWatch) {
-        m_p->deviceWatch->remove(dev);
     }
     entry->reader->setFlagRead(false);
     entry->thread->quit();
@@ -495,7 +522,7 @@ CANError CANCommunication::readDeviceInfo(quint8 dev, QString &serial, QString &
     if (!isOpen && !m_p->openInLibrary(dev)) {
         return CAN_DeviceOpenFailed;
     }
-    const std::optional<DeviceInfo> info = readInfo(*m_p->api, dev);
+    const std::optional<DeviceInfo> info = m_p->readTexts(dev);
     if (!isOpen) {
         m_p->closeInLibrary(dev);
     }
@@ -530,14 +557,20 @@ CANError CANCommunication::openLIN(const ChannelParam &param)
 
 CANError CANCommunication::changeLINParam(const ChannelParam &param)
 {
-    if (!isDeviceOpen(param.device)) {
+    DeviceEntry *entry = m_p->device(param.device);
+    if (entry == nullptr) {
         return CAN_DeviceNotExists;
     }
-    if (!succeeds(m_p->api->KQ_CloseLIN, param.device, param.channel)) {
+    if (param.channel >= ChannelCount) {
+        return CAN_ChannelOpenFailed;
+    }
+    quint8 &isRefused = entry->linRefused[param.channel];
+    if (isRefused == 0 && !succeeds(m_p->api->KQ_CloseLIN, param.device, param.channel)) {
         return CAN_Unknown;
     }
     const bool isOpen =
         succeeds(m_p->api->KQ_OpenLIN, param.device, param.channel, param.linBaudRate, param.linChecksum);
+    isRefused = isOpen ? 0 : 1;
     return isOpen ? CAN_OK : CAN_ChannelOpenFailed;
 }
 
@@ -552,6 +585,7 @@ CANError CANCommunication::closeLIN(quint8 dev, quint8 ch)
     }
     succeeds(m_p->api->KQ_CloseLIN, dev, ch);
     entry->linOpen[ch] = 0;
+    entry->linRefused[ch] = 0;
     if (!isAnySet(entry->linOpen)) {
         closeDevice(dev);
     }
@@ -570,29 +604,29 @@ CANError CANCommunication::transmitLIN(quint8 dev, quint8 ch, const VCI_LIN_OBJ 
 
 CANError CANCommunication::receiveLIN(quint8 dev, quint8 ch, VCI_LIN_OBJ *frame)
 {
-    return succeeds(m_p->api->KQ_ReceiveLIN, dev, ch, frame) ? CAN_OK : CAN_ReadFailed;
+    return m_p->receiveLIN(m_p->api->KQ_ReceiveLIN, dev, ch, frame);
 }
 
 CANError CANCommunication::receiveLINBySlave(quint8 dev, quint8 ch, VCI_LIN_OBJ *frame)
 {
-    return succeeds(m_p->api->KQ_ReceiveLINBySlave, dev, ch, frame) ? CAN_OK : CAN_ReadFailed;
+    return m_p->receiveLIN(m_p->api->KQ_ReceiveLINBySlave, dev, ch, frame);
 }
 
 bool CANCommunication::isScanning() const
 {
-    return m_p->scanning;
+    return *m_p->scanning;
 }
 
 CANError CANCommunication::slot_scanCANBaudrate(quint8 dev, quint8 /*second*/)
 {
-    if (m_p->scanning.exchange(true)) {
+    if (m_p->scanning->exchange(true)) {
         return CAN_DeviceExists;
     }
     const CANError opened = openDevice(dev);
     const bool isOpen = opened == CAN_OK || opened == CAN_DeviceExists;
     const ChannelFlags canOpen = isOpen ? m_p->devices.at(dev).canOpen : ChannelFlags{};
     if (!isOpen || areAllSet(canOpen)) {
-        m_p->scanning = false;
+        *m_p->scanning = false;
         return CAN_DeviceOpenFailed;
     }
     const BaudrateScan::ChannelFlags inUse{canOpen[0] != 0, canOpen[1] != 0};
@@ -649,6 +683,6 @@ bool CANCommunication::endScan()
     if (!ended->wasOpen) {
         closeDevice(ended->device); // refuses, as is wanted here, when a channel was opened meanwhile
     }
-    m_p->scanning = false;
+    *m_p->scanning = false;
     return true;
 }

@@ -46,16 +46,15 @@ public:
     /// monitor's sleep between two checks. The devices are not watched until watchDevices() is called.
     explicit CANCommunication(std::unique_ptr<CANAPI> api, FirmwareQuery firmwareQuery = {}, QObject *parent = nullptr,
                               std::chrono::milliseconds firmwareInterval = FirmwareMonitor::Interval);
-    /// Ends the watch and the firmware monitor before anything else: within the time that FirmwareMonitor::stop() gives
-    /// and after the watch's adapter call under way. Closes nothing. If a device is still open, its worker keeps
-    /// polling, so the library stays loaded for it.
+    /// Ends the firmware monitor before anything else: within the time that FirmwareMonitor::stop() gives. Closes
+    /// nothing. If a device is still open, its worker keeps polling, so the library stays loaded for it.
     ~CANCommunication() override;
 
     /// The library's table, for its state and the reason why it is unusable.
     const CANAPI &api() const;
-    /// Watches every device from its opening to its closing, for sig_deviceLost. interval is the sleep between two
-    /// checks (DeviceWatch). Called again, it starts anew.
-    void watchDevices(std::chrono::milliseconds interval = DeviceWatch::Interval);
+    /// Watches every device that is opened from now on until it is closed, for sig_deviceLost. Its worker asks it, when
+    /// no frame has come from it for so long (DeviceWatch).
+    void watchDevices(std::chrono::milliseconds silence = DeviceWatch::Silence);
     bool isDeviceOpen(quint8 dev) const;
     /// Devices 0 to 7 that are there. A closed one is opened and closed again for it; an open one is not touched.
     QVector<DevicePresence> presentDevices();
@@ -97,8 +96,9 @@ public:
     /// channel is open. CAN_DeviceOpenFailed; CAN_ChannelExists; CAN_ChannelOpenFailed, also for a channel index above
     /// 1.
     CANError openLIN(const ChannelParam &param);
-    /// Closes and re-opens a LIN channel. CAN_DeviceNotExists; CAN_Unknown when it cannot be closed;
-    /// CAN_ChannelOpenFailed.
+    /// Closes and re-opens a LIN channel; one whose last settings were refused is closed already and only opened.
+    /// CAN_DeviceNotExists; CAN_Unknown when it cannot be closed; CAN_ChannelOpenFailed, also for a channel index above
+    /// 1.
     CANError changeLINParam(const ChannelParam &param);
     /// Closes a LIN channel, and the device with its last one. CAN_DeviceNotExists; CAN_ChannelNotExists for a channel
     /// index above 1.

@@ -1,6 +1,10 @@
 #include "device/CANReadHandle.h"
 
+#include "device/DeviceInfo.h"
+#include "device/DeviceWatch.h"
+
 #include <QDeadlineTimer>
+#include <QElapsedTimer>
 #include <QMutex>
 #include <QMutexLocker>
 #include <QWaitCondition>
@@ -8,6 +12,8 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <optional>
+#include <utility>
 
 class CANReadHandlePrivate
 {
@@ -19,18 +25,26 @@ public:
     /// Fetches what waits on one channel into frames; false when there is nothing to hand over.
     template<class Frame, class Receive>
     bool read(quint8 id, quint8 channel, AdapterEntry::Channel waiting, Receive receive, QVector<Frame> &frames);
+    /// After each round of polls; asks the device if that is due. True once, when it is gone.
+    bool isLost(quint8 id, const CANAPI &api, bool hasFrames);
 
+    int periodMs = CANReadHandle::PollPeriodMs;
     std::atomic<bool> flagRead{false};
     ChannelFlags flagCAN{};
     ChannelFlags flagCANFD{};
     QMutex mutex; ///< guards the writing of the flags; the loop reads them without it
     QWaitCondition ended;
+    std::shared_ptr<const std::atomic<bool>> isScanning;
+    std::optional<DeviceWatch> watch; ///< only when the device is watched; of the loop's thread, as the clock
+    QElapsedTimer clock;
+    std::atomic<bool> hasOtherFrames{false};
+    std::atomic<bool> hasToldTexts{false};
 };
 
 void CANReadHandlePrivate::pause()
 {
     QMutexLocker lock(&mutex);
-    QDeadlineTimer deadline(CANReadHandle::PollPeriodMs);
+    QDeadlineTimer deadline(periodMs);
     while (flagRead && !deadline.hasExpired()) {
         ended.wait(&mutex, deadline);
     }
@@ -43,20 +57,41 @@ bool CANReadHandlePrivate::read(quint8 id, quint8 channel, AdapterEntry::Channel
     if (waiting == nullptr || receive == nullptr) {
         return false;
     }
-    const quint32 count = std::min(waiting(AdapterDeviceType, id, channel), CANReadHandle::MaxBatch);
-    if (count == 0) {
+    const quint32 announced = waiting(AdapterDeviceType, id, channel);
+    if (announced == 0 || announced == AdapterReceiveError) {
         return false;
     }
+    const quint32 count = std::min(announced, CANReadHandle::MaxBatch);
     frames.clear();
     frames.resize(static_cast<int>(count)); // zeroes the records
     const quint32 received = receive(AdapterDeviceType, id, channel, frames.data(), count, AdapterReceiveWaitMs);
     return received != 0 && received != AdapterReceiveError;
 }
 
-CANReadHandle::CANReadHandle(QObject *parent)
-    : QObject(parent)
-    , m_p(std::make_unique<CANReadHandlePrivate>())
+bool CANReadHandlePrivate::isLost(quint8 id, const CANAPI &api, bool hasFrames)
 {
+    if (!watch || api.KQ_ReadInfo == nullptr) {
+        return false;
+    }
+    if (hasToldTexts) {
+        watch->noteKnown();
+    }
+    const DeviceWatch::Time now(clock.elapsed());
+    watch->notePoll(now, hasFrames);
+    if (watch->takeLost()) {
+        return true;
+    }
+    if (watch->isToBeAsked(now) && !*isScanning && flagRead) {
+        const bool answers = readInfo(api, id).has_value();
+        watch->noteAnswer(DeviceWatch::Time(clock.elapsed()), answers);
+    }
+    return false;
+}
+
+CANReadHandle::CANReadHandle(int periodMs)
+    : m_p(std::make_unique<CANReadHandlePrivate>())
+{
+    m_p->periodMs = periodMs;
 }
 
 CANReadHandle::~CANReadHandle() = default;
@@ -84,6 +119,22 @@ void CANReadHandle::setFlagCANFD(std::uint8_t canInd, bool state)
     m_p->flagCANFD[canInd == 0 ? 0 : 1] = state;
 }
 
+void CANReadHandle::watchDevice(std::shared_ptr<const std::atomic<bool>> isScanning, std::chrono::milliseconds silence)
+{
+    m_p->isScanning = std::move(isScanning);
+    m_p->watch.emplace(silence);
+}
+
+void CANReadHandle::noteFrame()
+{
+    m_p->hasOtherFrames = true;
+}
+
+void CANReadHandle::noteTexts()
+{
+    m_p->hasToldTexts = true;
+}
+
 void CANReadHandle::readHandle(quint8 id, CANAPI *api)
 {
     if (api == nullptr) {
@@ -93,11 +144,14 @@ void CANReadHandle::readHandle(quint8 id, CANAPI *api)
     // into it would copy it.
     QVector<VCI_CAN_OBJ> can;
     QVector<VCI_CANFD_OBJ> canFD;
+    m_p->clock.start();
     while (m_p->flagRead) {
+        bool hasFrames = m_p->hasOtherFrames.exchange(false);
         for (const quint8 channel : {quint8(0), quint8(1)}) {
             if (m_p->flagCAN[channel] && m_p->read(id, channel, api->VCI_GetReceiveNum, api->VCI_Receive, can)) {
                 emit sig_readResultCallback(id, channel, can);
                 can = {};
+                hasFrames = true;
             }
         }
         for (const quint8 channel : {quint8(0), quint8(1)}) {
@@ -105,7 +159,11 @@ void CANReadHandle::readHandle(quint8 id, CANAPI *api)
                 m_p->read(id, channel, api->KQ_GetReceiveNumCANFD, api->KQ_ReceiveCANFD, canFD)) {
                 emit sig_readResultCallbackCANFD(id, channel, canFD);
                 canFD = {};
+                hasFrames = true;
             }
+        }
+        if (m_p->isLost(id, *api, hasFrames)) {
+            emit sig_deviceLost(id);
         }
         m_p->pause();
     }

@@ -6,13 +6,16 @@
 #include <QObject>
 #include <QVector>
 
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 
 class CANReadHandlePrivate;
 
-/// Polls one open device for received frames and hands them over in batches. Lives on a thread of its own, on which
-/// readHandle() runs; the flags may be set from any thread.
+/// Polls one open device for received frames and hands them over in batches; between two polls it may also ask a silent
+/// device whether it is still there. Lives on a thread of its own, on which readHandle() runs; the flags may be set
+/// from any thread.
 class CANReadHandle : public QObject
 {
     Q_OBJECT
@@ -25,7 +28,7 @@ public:
     /// in the adapter for the next poll.
     static constexpr std::uint32_t MaxBatch = 1'000'000;
 
-    explicit CANReadHandle(QObject *parent = nullptr);
+    explicit CANReadHandle(int periodMs = PollPeriodMs);
     ~CANReadHandle() override;
 
     /// Clears all four channel flags, then lets the polling run or ends it. Ending wakes a loop that pauses; a loop
@@ -35,6 +38,14 @@ public:
     void setFlagCAN(std::uint8_t canInd, bool state);
     /// The same with the CAN FD entries.
     void setFlagCANFD(std::uint8_t canInd, bool state);
+
+    /// Watches the device for sig_deviceLost (DeviceWatch), from readHandle() on, which must not have been called yet.
+    /// The device is not asked while isScanning is set; a call that has begun before may still be under way then.
+    void watchDevice(std::shared_ptr<const std::atomic<bool>> isScanning, std::chrono::milliseconds silence);
+    /// For the watch: a frame that is not received by the polls has come, or the device has told its texts to somebody
+    /// else. From any thread.
+    void noteFrame();
+    void noteTexts();
 
 public slots:
     /// The polling loop over device id; returns when setFlagRead(false) is called. api must outlive the loop. Channels
@@ -46,6 +57,8 @@ signals:
     /// ones at the end when it then delivered fewer.
     void sig_readResultCallback(quint8 devInd, quint8 canInd, const QVector<VCI_CAN_OBJ> &obj);
     void sig_readResultCallbackCANFD(quint8 devInd, quint8 canInd, const QVector<VCI_CANFD_OBJ> &obj);
+    /// The device does not answer any more. Once in a run of readHandle(), and only when it is watched.
+    void sig_deviceLost(quint8 devInd);
 
 private:
     std::unique_ptr<CANReadHandlePrivate> m_p;

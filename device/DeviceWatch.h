@@ -1,51 +1,35 @@
 #pragma once
 
-#include "device/CANAPI.h"
-
-#include <atomic>
 #include <chrono>
-#include <functional>
-#include <memory>
 
-class DeviceWatchPrivate;
-
-/// Tells when an open device is pulled out: asks every open device for its texts, on a thread of its own, again and
-/// again. A device that has answered and then fails twice in a row is lost; it is reported once per opening and not
-/// asked any more. One that never answers is never reported.
-///
-/// A closing device does not wait for the call that asks it: what the call tells is dropped then, also when the device
-/// has been opened again meanwhile. Calls into the library are made while other threads use the same device. A scan
-/// holds them off: its flag is looked at immediately before each call, so at most a call already under way goes on
-/// beside a scan.
+/// Tells when an open device is pulled out. A device from which frames come is there; one that has been silent for a
+/// time is asked for its texts. Two failures in a row, with no frame between or after them, mean that it is gone, if it
+/// is known to answer at all. Plain arithmetic, of the thread that polls the device; times are those of one monotonic
+/// clock.
 class DeviceWatch
 {
 public:
-    /// Runs on the watch's thread, with its lock held: must not call the watch, and should return at once. opening is
-    /// the number that the device was added with.
-    using DeviceLost = std::function<void(quint8 dev, quint32 opening)>;
+    using Time = std::chrono::milliseconds;
 
-    /// Sleep before each round of checks.
-    static constexpr std::chrono::milliseconds Interval{1000};
+    /// How long a device must have been silent to be asked.
+    static constexpr Time Silence{2000};
 
-    /// Has no thread until the first device is added, and none without the entry that reads the texts. api and
-    /// isScanning must outlive the watch.
-    DeviceWatch(const CANAPI &api, const std::atomic<bool> &isScanning, DeviceLost deviceLost,
-                std::chrono::milliseconds interval = Interval);
-    /// As stop(), and waits until the adapter call under way returns.
-    ~DeviceWatch();
-    DeviceWatch(const DeviceWatch &) = delete;
-    DeviceWatch &operator=(const DeviceWatch &) = delete;
+    explicit DeviceWatch(Time silence = Silence);
 
-    /// Watches a device that has been opened; opening tells this time from every other. Nothing is watched when the
-    /// system has no thread left. Like every function here, of the owner's thread, and never waits for an adapter call.
-    void add(quint8 dev, quint32 opening);
-    /// To be called before the device is closed; it is not reported afterwards.
-    void remove(quint8 dev);
-    /// Ends the watch for good: no call is begun and nothing is reported afterwards.
-    void stop();
-    /// Whether there is a thread.
-    bool isRunning() const;
+    /// The device answered when it was asked by somebody else.
+    void noteKnown() { m_isKnown = true; }
+    /// After each poll.
+    void notePoll(Time now, bool hasFrames);
+    /// Whether the device is to be asked now, after a poll.
+    bool isToBeAsked(Time now) const { return !m_isTold && now >= m_due; }
+    void noteAnswer(Time now, bool answers);
+    /// Whether the last poll has left no doubt that the device is gone. True once.
+    bool takeLost();
 
 private:
-    std::unique_ptr<DeviceWatchPrivate> m_p;
+    const Time m_silence;
+    Time m_due;
+    int m_failures = 0; ///< in a row, of a device known to answer
+    bool m_isKnown = false;
+    bool m_isTold = false;
 };

@@ -4,34 +4,22 @@
 
 void TickPace::start(qint64 nowNs, qint64 intervalNs)
 {
-    m_lastDue = nowNs;
-    m_lastTick = nowNs;
-    setInterval(intervalNs);
-}
-
-void TickPace::setInterval(qint64 intervalNs)
-{
     m_interval = intervalNs;
-    schedule();
+    m_due = nowNs + intervalNs;
+    m_next = m_due;
+    m_early = 0;
 }
 
 bool TickPace::accept(qint64 nowNs)
 {
-    if (nowNs < m_next - EarlyNs) {
+    if (nowNs < m_next - m_early) {
         return false;
     }
-    m_lastDue = m_due;
-    m_lastTick = nowNs;
-    schedule();
-    return true;
-}
-
-void TickPace::schedule()
-{
-    m_due = m_lastDue + m_interval;
-    const qint64 soonest = m_lastTick + m_interval / 2;
-    if (m_isMakingUp ? m_lastTick - m_due > MaxBehindNs : soonest > m_due) {
-        m_due = m_lastTick + m_interval;
-    }
+    const qint64 late = nowNs - m_due;
+    const qint64 soonest = nowNs + m_interval / 2;
+    const qint64 owed = m_isMakingUp ? std::min(late, MaxOwedNs) : (late > m_interval / 2 ? 0 : late);
+    m_due = nowNs - owed + m_interval;
     m_next = std::max(m_due, soonest);
+    m_early = EarlyNs;
+    return true;
 }

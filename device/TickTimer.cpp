@@ -18,14 +18,6 @@ void TickTimer::start(int intervalMs)
     wakeForNext();
 }
 
-void TickTimer::setInterval(int intervalMs)
-{
-    m_pace.setInterval(intervalMs * NsPerMs);
-    if (m_isActive) {
-        wakeForNext();
-    }
-}
-
 void TickTimer::stop()
 {
     m_source.stop();

@@ -18,11 +18,9 @@ public:
     /// On at first. Off for ticks that call something slow: however long a call takes, one tick at most waits behind
     /// it.
     void setMakingUp(bool enabled) { m_pace.setMakingUp(enabled); }
-    /// intervalMs above 0; the first tick comes one interval from now. Starts anew when it is running.
+    /// intervalMs above 0; the first tick comes one interval from now, never sooner. Starts anew when it is running,
+    /// also within a tick: called at every tick, it is a wait after each one, in which nothing is made up for.
     void start(int intervalMs);
-    /// From now on intervalMs, above 0, lie between two ticks. Within a tick: the next one comes intervalMs after the
-    /// time at which this one was due, so intervals that change from tick to tick do not add up their delays.
-    void setInterval(int intervalMs);
     /// No tick comes afterwards.
     void stop();
     bool isActive() const { return m_isActive; }

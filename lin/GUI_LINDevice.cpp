@@ -25,6 +25,7 @@ public:
     }
 
     void fillSettings();
+    void showRateInForce();
     void addPages();
     void groupModeButtons();
     void connectSignals();
@@ -46,7 +47,15 @@ void GUI_LINDevicePrivate::fillSettings()
     ui.cbx_checksum->addItem(GUI_LINDevice::tr("Standard checksum"), 0);
     ui.cbx_checksum->addItem(GUI_LINDevice::tr("Enhanced checksum"), 1);
     ui.cbx_checksum->setCurrentIndex(ui.cbx_checksum->findData(q->channelParam().linChecksum));
-    ui.spx_baudrate->setValue(q->channelParam().linBaudRate);
+    // A box that wraps would show the opposite bound for a rate beyond one.
+    ui.spx_baudrate->setValue(
+        qBound(ui.spx_baudrate->minimum(), int(q->channelParam().linBaudRate), ui.spx_baudrate->maximum()));
+    showRateInForce();
+}
+
+void GUI_LINDevicePrivate::showRateInForce()
+{
+    ui.spx_baudrate->setToolTip(GUI_LINDevice::tr("Baudrate in force: %1").arg(q->channelParam().linBaudRate));
 }
 
 void GUI_LINDevicePrivate::addPages()
@@ -90,6 +99,7 @@ void GUI_LINDevicePrivate::store(const ChannelParam &param)
         page->setChannelParam(param);
     }
     q->setChannelParam(param);
+    showRateInForce();
 }
 
 GUI_LINDevice::GUI_LINDevice(const ChannelParam &param, CANCommunication &communication, QWidget *parent)
@@ -136,7 +146,11 @@ void GUI_LINDevice::slot_setBtnClicked()
     ChannelParam param = channelParam();
     param.linChecksum = static_cast<quint8>(m_p->ui.cbx_checksum->currentData().toInt());
     param.linBaudRate = static_cast<quint16>(m_p->ui.spx_baudrate->value());
-    if (m_p->communication.changeLINParam(param) != CAN_OK) {
+    const CANError result = m_p->communication.changeLINParam(param);
+    if (result != CAN_OK) {
+        if (result == CAN_ChannelOpenFailed) { // the channel is closed now
+            m_p->ui.spx_baudrate->setToolTip(QString());
+        }
         emit sig_showMessageBox(tr("Switchover failure"), LINModePage::MessageCritical);
         return;
     }

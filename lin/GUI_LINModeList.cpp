@@ -10,7 +10,6 @@
 #include "lin/WidgetDelegate.h"
 #include "ui_GUI_LINModeList.h"
 
-#include <QElapsedTimer>
 #include <QStandardItemModel>
 
 namespace {
@@ -207,13 +206,13 @@ std::optional<QVector<LINScheduleRow>> GUI_LINModeListPrivate::readSelectedRows(
     return frames;
 }
 
+/// The row's wait begins when the adapter has returned. That leaves the window time between the calls of a slow one.
 void GUI_LINModeListPrivate::serve(const LINScheduleRow &row)
 {
-    const bool isStaticMode = ui.cbx_mode->currentData().toInt() != 0;
-    if (!row.isRequest) {
-        q->slot_addRowItem(send(row.id, row.data), isStaticMode);
-    } else if (const auto frame = request(row.id)) {
-        q->slot_addRowItem(*frame, isStaticMode);
+    const std::optional<CTableViewLIN::DataObject> frame = row.isRequest ? request(row.id) : send(row.id, row.data);
+    timer.start(row.intervalMs);
+    if (frame) {
+        q->slot_addRowItem(*frame, ui.cbx_mode->currentData().toInt() != 0);
     }
 }
 
@@ -252,7 +251,6 @@ GUI_LINModeList::GUI_LINModeList(const ChannelParam &param, CANCommunication &co
     m_p->showParam();
     m_p->fillModes();
     m_p->connectSignals();
-    m_p->timer.setMakingUp(false);
 }
 
 GUI_LINModeList::~GUI_LINModeList() = default;
@@ -316,13 +314,5 @@ void GUI_LINModeList::slot_sendTimeoutEvent()
         stopRunning();
         return;
     }
-    QElapsedTimer duration;
-    duration.start();
-    const LINScheduleRow &row = m_p->schedule.takeNext();
-    m_p->serve(row);
-    if (duration.hasExpired(row.intervalMs)) {
-        m_p->timer.start(row.intervalMs); // leaves the window time between calls of an adapter that is too slow
-    } else {
-        m_p->timer.setInterval(row.intervalMs);
-    }
+    m_p->serve(m_p->schedule.takeNext());
 }

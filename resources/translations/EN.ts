@@ -792,6 +792,10 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>Switchover successful</source>
         <translation>Switchover successful</translation>
     </message>
+    <message>
+        <source>Baudrate in force: %1</source>
+        <translation>Baudrate in force: %1</translation>
+    </message>
 </context>
 <context>
     <name>GUI_LINModeList</name>

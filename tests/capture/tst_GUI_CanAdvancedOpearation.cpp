@@ -12,6 +12,8 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QElapsedTimer>
+#include <QEventLoop>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -280,6 +282,7 @@ private slots:
     static void sendsToItsChannel();
     static void waits_data();
     static void waits();
+    static void waitsFromTheAdaptersReturn();
     static void framesAsInTheRow();
     static void fdChannel();
     static void mostCopies();
@@ -873,6 +876,39 @@ void tst_GUI_CanAdvancedOpearation::waits()
     lister.hasSent(0);
     QCOMPARE(static_cast<int>(lister.sent.size()), frames);
     QVERIFY(lister.isSending());
+}
+
+/// The interval is what lies at least between the end of a call and the next one.
+void tst_GUI_CanAdvancedOpearation::waitsFromTheAdaptersReturn()
+{
+    constexpr int IntervalMs = 10;
+    constexpr qint64 IntervalNs = IntervalMs * Q_INT64_C(1000000);
+    Lister lister;
+    QElapsedTimer sinceReturn;
+    int tooSoon = 0;
+    lister.adapter.onCall("VCI_Transmit", [&] {
+        tooSoon += sinceReturn.isValid() && sinceReturn.nsecsElapsed() < IntervalNs ? 1 : 0;
+        QElapsedTimer busy;
+        busy.start();
+        while (!busy.hasExpired(IntervalMs / 2)) {
+        }
+        sinceReturn.start();
+    });
+    lister.addFrame(1, 4, IntervalMs);
+    lister.addFrame(2, 2, IntervalMs);
+    lister.find<QCheckBox>("checkBox")->setChecked(true);
+    QEventLoop loop; // runs on without the pauses of the test's own waiting
+    QObject::connect(lister.dialog.get(), &GUI_CanAdvancedOpearation::sig_sendStateChanged, &loop,
+                     [&loop](bool isIdle) {
+                         if (isIdle) {
+                             loop.quit();
+                         }
+                     });
+    QTimer::singleShot(10000, &loop, &QEventLoop::quit);
+    lister.click("btnListSend");
+    loop.exec();
+    QVERIFY(lister.hasSent(6));
+    QCOMPARE(tooSoon, 0);
 }
 
 void tst_GUI_CanAdvancedOpearation::framesAsInTheRow()

@@ -152,6 +152,7 @@ private slots:
     void changesLINParam();
     static void changeLINParamFails_data();
     void changeLINParamFails();
+    void opensARefusedLINAgain();
     void usesLIN();
     void receivedLINFrameCarriesTheRequest();
     static void useOfLINFails_data();
@@ -402,6 +403,7 @@ void tst_CANCommunication::channelIndexOutOfRange()
         QCOMPARE(m_manager->closeChannel(0, channel), CAN_ChannelNotExists);
         QCOMPARE(m_manager->reconfigureChannel(canParam(0, channel)), CAN_ChannelNotExists);
         QCOMPARE(m_manager->closeLIN(0, channel), CAN_ChannelNotExists);
+        QCOMPARE(m_manager->changeLINParam(linParam(0, channel)), CAN_ChannelOpenFailed);
         QCOMPARE(m_adapter->takeCalls(), QStringList());
     }
     QCOMPARE(m_manager->openChannel(canParam(0, 1)), CAN_ChannelExists);
@@ -1181,6 +1183,51 @@ void tst_CANCommunication::changeLINParamFails()
     QCOMPARE(m_manager->changeLINParam(linParam(0, 0)), error);
     QTEST(m_adapter->takeCalls(), "expected");
     QCOMPARE(m_manager->closeDevice(0), CAN_OK);
+}
+
+/// Such a channel is closed: the adapter would refuse to close it once more. Its device stays open for it.
+void tst_CANCommunication::opensARefusedLINAgain()
+{
+    const QString close = QStringLiteral("KQ_CloseLIN 4 0 0");
+    const QString open = QStringLiteral("KQ_OpenLIN 4 0 0 19200 1");
+    struct Step
+    {
+        bool opens;
+        bool closes;
+        CANError result;
+        QStringList calls;
+    };
+    const std::vector<Step> steps{{false, true, CAN_ChannelOpenFailed, {close, open}},
+                                  {false, false, CAN_ChannelOpenFailed, {open}},
+                                  {true, false, CAN_OK, {open}},
+                                  {true, false, CAN_Unknown, {close}}, // open: it is closed first as ever
+                                  {true, true, CAN_OK, {close, open}}};
+    QCOMPARE(m_manager->openLIN(linParam(0, 0)), CAN_OK);
+    QCOMPARE(m_manager->openLIN(linParam(0, 1)), CAN_OK);
+    for (const Step &step : steps) {
+        m_adapter->takeCalls();
+        m_adapter->answer("KQ_OpenLIN", step.opens ? 1 : 0);
+        m_adapter->answer("KQ_CloseLIN", step.closes ? 1 : 0);
+        QCOMPARE(m_manager->changeLINParam(linParam(0, 0)), step.result);
+        QCOMPARE(m_adapter->takeCalls(), step.calls);
+        QCOMPARE(m_manager->openLIN(linParam(0, 0)), CAN_ChannelExists);
+    }
+
+    // The other channel is not concerned, and a channel that is closed and opened anew is open.
+    m_adapter->answer("KQ_OpenLIN", 0);
+    QCOMPARE(m_manager->changeLINParam(linParam(0, 0)), CAN_ChannelOpenFailed);
+    m_adapter->answer("KQ_OpenLIN", 1);
+    m_adapter->takeCalls();
+    QCOMPARE(m_manager->changeLINParam(linParam(0, 1)), CAN_OK);
+    QCOMPARE(m_adapter->takeCalls(), calls("KQ_CloseLIN 4 0 1; KQ_OpenLIN 4 0 1 19200 1"));
+    QCOMPARE(m_manager->closeLIN(0, 1), CAN_OK);
+    QVERIFY(m_manager->isDeviceOpen(0));
+    QCOMPARE(m_manager->openLIN(linParam(0, 1)), CAN_OK);
+    QCOMPARE(m_manager->closeLIN(0, 0), CAN_OK);
+    QCOMPARE(m_manager->openLIN(linParam(0, 0)), CAN_OK);
+    m_adapter->takeCalls();
+    QCOMPARE(m_manager->changeLINParam(linParam(0, 0)), CAN_OK);
+    QCOMPARE(m_adapter->takeCalls(), calls("KQ_CloseLIN 4 0 0; KQ_OpenLIN 4 0 0 19200 1"));
 }
 
 void tst_CANCommunication::usesLIN()

@@ -2,15 +2,21 @@
 #include "tests/support/ScriptedAdapter.h"
 #include "tests/support/TestProgram.h"
 
+#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QThread>
 #include <QtTest>
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <memory>
 
+using namespace std::chrono_literals;
+
 namespace {
+
+constexpr int PeriodMs = 2; ///< between two polls, where it does not matter
 
 using Frames = QVector<VCI_CAN_OBJ>;
 using FramesCANFD = QVector<VCI_CANFD_OBJ>;
@@ -32,7 +38,11 @@ bool isZeroed(const Frame &frame)
     return bytes == QByteArray(sizeof frame, '\0');
 }
 
+enum class Sign { None, InCan, InCanFD, Elsewhere }; ///< of life
+
 } // namespace
+
+Q_DECLARE_METATYPE(Sign)
 
 /// The loop runs on the test's own thread: the scripted adapter sets the flags from inside the calls, so that every
 /// poll and every signal comes in a fixed order.
@@ -56,9 +66,17 @@ private slots:
     void failedReceive();
     void recordsLeftFromAFailedReceiveAreZeroed();
     void emittedBatchIsNotWrittenAgain();
+    static void failedCountReadsNothing_data();
+    void failedCountReadsNothing();
     void absurdCountIsBounded();
     static void missingEntriesAreNotPolled_data();
     void missingEntriesAreNotPolled();
+    void pausesBetweenPolls();
+    void asksBetweenPolls();
+    static void asksASilentDevice_data();
+    void asksASilentDevice();
+    static void tellsALostDeviceOnce_data();
+    void tellsALostDeviceOnce();
     void idleLoopKeepsWaking();
     void startsByNameOnItsThread();
     void returnsAtOnceWhenNotToRead();
@@ -72,6 +90,7 @@ private:
     std::unique_ptr<ScriptedAdapter> m_adapter;
     std::unique_ptr<CANAPI> m_api;
     std::unique_ptr<CANReadHandle> m_reader;
+    std::shared_ptr<std::atomic<bool>> m_isScanning = std::make_shared<std::atomic<bool>>(false);
     QThread m_thread;
 };
 
@@ -82,8 +101,9 @@ void tst_CANReadHandle::init()
     qRegisterMetaType<CANAPI *>("CANAPI*");
     m_adapter = std::make_unique<ScriptedAdapter>();
     m_api = m_adapter->table();
-    m_reader = std::make_unique<CANReadHandle>();
+    m_reader = std::make_unique<CANReadHandle>(PeriodMs);
     m_reader->setFlagRead(true);
+    *m_isScanning = false;
 }
 
 void tst_CANReadHandle::cleanup()
@@ -298,13 +318,46 @@ void tst_CANReadHandle::emittedBatchIsNotWrittenAgain()
     QCOMPARE(idsOf(kept[1]), QVector<quint32>({4, 5, 6}));
 }
 
+void tst_CANReadHandle::failedCountReadsNothing_data()
+{
+    QTest::addColumn<bool>("isCANFD");
+    QTest::newRow("CAN") << false;
+    QTest::newRow("CAN FD") << true;
+}
+
+/// The library's error value is no number of frames.
+void tst_CANReadHandle::failedCountReadsNothing()
+{
+    QFETCH(bool, isCANFD);
+    QVector<int> batches;
+    connect(m_reader.get(), &CANReadHandle::sig_readResultCallback,
+            [&batches](quint8, quint8, const Frames &frames) { batches.append(frames.size()); });
+    connect(m_reader.get(), &CANReadHandle::sig_readResultCallbackCANFD,
+            [&batches](quint8, quint8, const FramesCANFD &frames) { batches.append(frames.size()); });
+    const char *const counting = isCANFD ? "KQ_GetReceiveNumCANFD" : "VCI_GetReceiveNum";
+    m_reader->setFlagCAN(0, !isCANFD);
+    m_reader->setFlagCANFD(0, isCANFD);
+    m_adapter->announce(isCANFD, 0, 0xFFFFFFFFU, 7);
+    // The loop goes on, and what comes later is handed over.
+    run(counting, 3, [this, isCANFD](int poll) {
+        if (poll == 3) {
+            m_adapter->announce(isCANFD, 0, 2, 2);
+        }
+    });
+    const QString count = QLatin1String(counting) + QStringLiteral(" 4 3 0");
+    const QString receive =
+        QLatin1String(isCANFD ? "KQ_ReceiveCANFD" : "VCI_Receive") + QStringLiteral(" 4 3 0 2 3000");
+    QCOMPARE(m_adapter->takePolls(), QStringList({count, count, count, receive}));
+    QCOMPARE(batches, QVector<int>({2}));
+}
+
 void tst_CANReadHandle::absurdCountIsBounded()
 {
     int frames = 0;
     connect(m_reader.get(), &CANReadHandle::sig_readResultCallbackCANFD,
             [&frames](quint8, quint8, const FramesCANFD &batch) { frames += batch.size(); });
     m_reader->setFlagCANFD(1, true);
-    m_adapter->announce(true, 1, 0xFFFFFFFFU, 7);
+    m_adapter->announce(true, 1, 0xFFFFFFFEU, 7);
     // The rest is asked for at the next poll.
     run("KQ_GetReceiveNumCANFD", 2, [this](int poll) {
         if (poll == 2) {
@@ -342,6 +395,106 @@ void tst_CANReadHandle::missingEntriesAreNotPolled()
     QCOMPARE(m_adapter->takePolls(), QStringList({poll, poll}));
 }
 
+void tst_CANReadHandle::pausesBetweenPolls()
+{
+    QCOMPARE(CANReadHandle::PollPeriodMs, 250);
+    m_reader = std::make_unique<CANReadHandle>();
+    m_reader->setFlagRead(true);
+    m_reader->setFlagCAN(0, true);
+    QElapsedTimer clock;
+    clock.start();
+    run("VCI_GetReceiveNum", 2);
+    QVERIFY(clock.elapsed() >= CANReadHandle::PollPeriodMs);
+}
+
+/// Once for all channels, and not when the polling is to end.
+void tst_CANReadHandle::asksBetweenPolls()
+{
+    QStringList order;
+    const auto note = [this, &order](const char *entry, const char *text) {
+        m_adapter->onCall(entry, [&order, text] { order.append(QLatin1String(text)); });
+    };
+    note("KQ_ReadInfo", "ask");
+    note("VCI_GetReceiveNum", "CAN");
+    m_reader->watchDevice(m_isScanning, 0ms);
+    m_reader->setFlagCAN(0, true);
+    m_reader->setFlagCANFD(1, true);
+    run("KQ_GetReceiveNumCANFD", 3, [&order](int) { order.append(QStringLiteral("FD")); });
+    QCOMPARE(order.join(QLatin1Char(' ')), QStringLiteral("CAN FD ask CAN FD ask CAN FD"));
+    QCOMPARE(m_adapter->takeCalls(),
+             QStringList({QStringLiteral("KQ_ReadInfo 4 3"), QStringLiteral("KQ_ReadInfo 4 3")}));
+}
+
+void tst_CANReadHandle::asksASilentDevice_data()
+{
+    QTest::addColumn<bool>("isWatched");
+    QTest::addColumn<bool>("isScanning");
+    QTest::addColumn<Sign>("sign");
+    QTest::addColumn<bool>("isAsked");
+    QTest::newRow("silent") << true << false << Sign::None << true;
+    QTest::newRow("not watched") << false << false << Sign::None << false;
+    QTest::newRow("while a scan runs") << true << true << Sign::None << false;
+    QTest::newRow("with frames") << true << false << Sign::InCan << false;
+    QTest::newRow("with CAN FD frames") << true << false << Sign::InCanFD << false;
+    QTest::newRow("with frames received elsewhere") << true << false << Sign::Elsewhere << false;
+}
+
+/// A sign of life comes with every poll or never.
+void tst_CANReadHandle::asksASilentDevice()
+{
+    QFETCH(bool, isWatched);
+    QFETCH(bool, isScanning);
+    QFETCH(Sign, sign);
+    QFETCH(bool, isAsked);
+    const auto giveSign = [this, sign](int /*poll*/) {
+        m_adapter->announce(false, 0, sign == Sign::InCan ? 1 : 0, 1);
+        m_adapter->announce(true, 1, sign == Sign::InCanFD ? 1 : 0, 1);
+        if (sign == Sign::Elsewhere) {
+            m_reader->noteFrame();
+        }
+    };
+    if (isWatched) {
+        m_reader->watchDevice(m_isScanning, 1ms);
+    }
+    *m_isScanning = isScanning;
+    m_reader->setFlagCAN(0, true);
+    m_reader->setFlagCANFD(1, true);
+    giveSign(0);
+    run("VCI_GetReceiveNum", 6, giveSign);
+    QCOMPARE(m_adapter->takeCalls().contains(QStringLiteral("KQ_ReadInfo 4 3")), isAsked);
+}
+
+void tst_CANReadHandle::tellsALostDeviceOnce_data()
+{
+    QTest::addColumn<bool>("isKnown");
+    QTest::addColumn<int>("answers");
+    QTest::addColumn<int>("asked");
+    QTest::addColumn<int>("told");
+    QTest::newRow("known to answer") << true << 0 << 2 << 1;
+    QTest::newRow("answered before") << false << 2 << 4 << 1;
+    QTest::newRow("never answers") << false << 0 << 7 << 0;
+}
+
+/// A device that stops to answer after some calls, polled eight times.
+void tst_CANReadHandle::tellsALostDeviceOnce()
+{
+    QFETCH(bool, isKnown);
+    QFETCH(int, answers);
+    QSignalSpy lost(m_reader.get(), &CANReadHandle::sig_deviceLost);
+    int asked = 0;
+    m_adapter->onCall("KQ_ReadInfo", [&] { m_adapter->answer("KQ_ReadInfo", ++asked < answers ? 1 : 0); });
+    m_adapter->answer("KQ_ReadInfo", answers > 0 ? 1 : 0);
+    m_reader->watchDevice(m_isScanning, 0ms);
+    if (isKnown) {
+        m_reader->noteTexts();
+    }
+    m_reader->setFlagCAN(0, true);
+    run("VCI_GetReceiveNum", 8);
+    QTEST(asked, "asked");
+    QTEST(lost.count(), "told");
+    QVERIFY(lost.isEmpty() || lost.first().first().value<quint8>() == 3);
+}
+
 void tst_CANReadHandle::stopThread()
 {
     m_reader->setFlagRead(false);
@@ -360,7 +513,7 @@ void tst_CANReadHandle::startOnThread()
 void tst_CANReadHandle::idleLoopKeepsWaking()
 {
     // A second worker with a channel to poll counts the periods that the idle one spends.
-    CANReadHandle counting;
+    CANReadHandle counting(PeriodMs);
     QThread countingThread;
     counting.moveToThread(&countingThread);
     counting.setFlagRead(true);

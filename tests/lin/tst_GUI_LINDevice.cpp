@@ -15,6 +15,8 @@
 #include <QStackedWidget>
 #include <QtTest>
 
+#include <utility>
+
 namespace {
 ChannelParam channel(quint8 checksum = 1, quint16 baudRate = 9600)
 {
@@ -87,6 +89,9 @@ private slots:
     static void opensAndClosesItsChannel();
     static void isNotOpenWhenTheAdapterRefuses();
     static void showsTheChannelsSettings();
+    static void ratesBeyondTheBox_data();
+    static void ratesBeyondTheBox();
+    static void tellsTheRateInForce();
     static void baudRateWraps();
     static void modeButtons();
     static void showsThePageOfAMode();
@@ -155,6 +160,53 @@ void tst_GUI_LINDevice::showsTheChannelsSettings()
         QCOMPARE(page->channelParam().linChecksum, quint8(1));
         QCOMPARE(page->channelParam().linBaudRate, quint16(9600));
     }
+}
+
+void tst_GUI_LINDevice::ratesBeyondTheBox_data()
+{
+    QTest::addColumn<quint16>("rate");
+    QTest::addColumn<int>("shown");
+    for (const auto &[rate, shown] :
+         {std::pair(0, 4000), std::pair(3999, 4000), std::pair(20001, 20000), std::pair(65535, 20000)}) {
+        QTest::addRow("%d", rate) << quint16(rate) << shown;
+    }
+}
+
+/// The box shows the nearest rate that it has, and tells which one the channel runs at.
+void tst_GUI_LINDevice::ratesBeyondTheBox()
+{
+    QFETCH(quint16, rate);
+    ScriptedAdapter adapter;
+    CANCommunication manager(adapter.table());
+    const TabUnderTest test(manager, channel(0, rate));
+    QCOMPARE(adapter.takeCalls().last(), QStringLiteral("KQ_OpenLIN 4 2 1 %1 0").arg(rate));
+    const auto *box = test.find<QSpinBox>("spx_baudrate");
+    QTEST(box->value(), "shown");
+    QCOMPARE(box->toolTip(), QStringLiteral("Baudrate in force: %1").arg(rate));
+    QCOMPARE(test.tab.channelParam().linBaudRate, rate);
+}
+
+void tst_GUI_LINDevice::tellsTheRateInForce()
+{
+    ScriptedAdapter adapter;
+    CANCommunication manager(adapter.table());
+    const TabUnderTest test(manager);
+    auto *box = test.find<QSpinBox>("spx_baudrate");
+    QCOMPARE(box->toolTip(), QStringLiteral("Baudrate in force: 9600"));
+    box->setValue(4800);
+    QCOMPARE(box->toolTip(), QStringLiteral("Baudrate in force: 9600"));
+    adapter.answer("KQ_CloseLIN", 0);
+    test.click("btn_set");
+    QCOMPARE(box->toolTip(), QStringLiteral("Baudrate in force: 9600"));
+    adapter.answer("KQ_CloseLIN", 1);
+    adapter.answer("KQ_OpenLIN", 0);
+    test.click("btn_set"); // closes the channel
+    QCOMPARE(box->toolTip(), QString());
+    adapter.answer("KQ_CloseLIN", 0); // as an adapter does for a channel that is closed
+    adapter.answer("KQ_OpenLIN", 1);
+    test.click("btn_set");
+    QCOMPARE(box->toolTip(), QStringLiteral("Baudrate in force: 4800"));
+    QCOMPARE(test.messages.last(), (QVariantList{QStringLiteral("Switchover successful"), 1}));
 }
 
 void tst_GUI_LINDevice::baudRateWraps()

@@ -116,6 +116,7 @@ private slots:
     static void choosesTheDirection();
     static void cannotBeEditedWhileItRuns();
     static void closesWhileACellIsEdited();
+    static void waitsFromTheAdaptersReturn();
     static void aSlowAdapterLeavesTheWindowTime();
     static void listsResultsOfAnotherMode();
     static void savesAndImports();
@@ -732,6 +733,34 @@ void tst_GUI_LINModeList::closesWhileACellIsEdited()
         bench.page.clickCell(4, column);
         QVERIFY(bench.page.editor<QWidget>() != nullptr);
     }
+}
+
+/// The interval is what lies at least between the end of a call and the next one, sent or requested.
+void tst_GUI_LINModeList::waitsFromTheAdaptersReturn()
+{
+    constexpr int IntervalMs = 30;
+    constexpr qint64 IntervalNs = IntervalMs * Q_INT64_C(1000000);
+    Bench bench;
+    QElapsedTimer sinceReturn;
+    int calls = 0;
+    int tooSoon = 0;
+    const auto slowCall = [&] {
+        ++calls;
+        tooSoon += sinceReturn.isValid() && sinceReturn.nsecsElapsed() < IntervalNs ? 1 : 0;
+        QElapsedTimer busy;
+        busy.start();
+        while (!busy.hasExpired(IntervalMs / 2)) {
+        }
+        sinceReturn.start();
+    };
+    bench.adapter.onCall("KQ_TransmitLIN", slowCall);
+    bench.adapter.onCall("KQ_ReceiveLIN", slowCall);
+    bench.page.setRow(0, str("01"), str(""), 0, false, IntervalMs);
+    bench.page.setRow(1, str("02"), str(""), 0, true, IntervalMs);
+    bench.page.setCount(5);
+    bench.run();
+    QCOMPARE(calls, 5);
+    QCOMPARE(tooSoon, 0);
 }
 
 void tst_GUI_LINModeList::aSlowAdapterLeavesTheWindowTime()
