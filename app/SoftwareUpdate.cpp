@@ -82,6 +82,7 @@ SoftwareUpdatePrivate::SoftwareUpdatePrivate(SoftwareUpdate *owner, QWidget *win
     , m_setup(std::move(setup))
     , m_startSearch(m_setup.baseUrl)
     , m_search(m_setup.baseUrl)
+    , m_download(m_setup.baseUrl)
 {
     m_download.setStallLimit(m_setup.stallLimitMs);
     QObject::connect(&m_startSearch, &HttpServer::sig_finished, m_owner,

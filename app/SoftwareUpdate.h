@@ -10,7 +10,7 @@ class SoftwareUpdatePrivate;
 
 /// Searches for a newer release of this program, offers it, downloads it and starts the program that installs it.
 /// All its dialogs are children of the window, and none has an event loop of its own. It may be deleted at any time,
-/// before the window or with it; what it does then ends within 500 ms.
+/// before the window or with it, without anything waiting for the network or the disk.
 class SoftwareUpdate : public QObject
 {
     Q_OBJECT

@@ -81,6 +81,7 @@ private slots:
     void failedDownloads();
     void programThatCannotBeStarted();
     void emptyAddress();
+    void secureServiceNamesSecureAddresses();
     void oneDownloadAtATime();
     void canBeTriedAgain();
     static void endsAtAnyTime_data();
@@ -508,6 +509,15 @@ void tst_SoftwareUpdate::emptyAddress()
     QVERIFY(message()->text().endsWith(QLatin1String("The address of the file cannot be used.")));
 }
 
+void tst_SoftwareUpdate::secureServiceNamesSecureAddresses()
+{
+    serve(NewRecord);
+    make(QStringLiteral("https://127.0.0.1"))->update(download());
+    QTRY_VERIFY(message() != nullptr);
+    QVERIFY(message()->text().endsWith(QLatin1String("The address of the file cannot be used.")));
+    QCOMPARE(m_server->requests(), QStringList());
+}
+
 void tst_SoftwareUpdate::oneDownloadAtATime()
 {
     serve(NewRecord);
@@ -578,7 +588,7 @@ void tst_SoftwareUpdate::endsAtAnyTime()
         QCOMPARE(progress(), nullptr);
     }
     QCOMPARE(QApplication::activeModalWidget(), nullptr);
-    QVERIFY(QDir(m_data->path()).isEmpty());
+    QTRY_VERIFY(QDir(m_data->path()).isEmpty());
     letTurn();
 }
 

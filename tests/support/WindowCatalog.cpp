@@ -538,6 +538,7 @@ void showUpdateDownload(const Visitor &visit)
     stage.openNothing();
     UpdateServer server;
     SoftwareUpdate::Setup setup;
+    setup.baseUrl = server.url();
     setup.packageFolder = stage.folder.filePath(QStringLiteral("packages"));
     SoftwareUpdate update(&stage.window, setup);
     update.update(server.url("no-answer") + QStringLiteral("/downloads/Install.zip"));
