@@ -513,12 +513,14 @@ void showImportDialog(const Visitor &visit)
 
 // About
 
-void showSoftwareInfo(const Visitor &visit)
+void showSoftwareInfo(const Visitor &visit, bool isChecking)
 {
     Stage stage;
     stage.openNothing();
     stage.window.slot_showSoftwareInfo();
-    visit(*stage.dialogOf<GUI_SoftwareInfo>(&stage.window));
+    auto *dialog = stage.dialogOf<GUI_SoftwareInfo>(&stage.window);
+    dialog->setChecking(isChecking);
+    visit(*dialog);
 }
 
 void showUpdate(const Visitor &visit, int state)
@@ -657,7 +659,8 @@ std::vector<CatalogWindow> windowCatalog()
         entry("lin-monitor-idle", showLinMonitorIdle),
         entry("lin-developer", showLinDeveloper),
         entry("import-dialog", showImportDialog),
-        entry("software-information", showSoftwareInfo),
+        entry("software-information", showSoftwareInfo, false),
+        entry("software-information-checking", showSoftwareInfo, true),
         entry("update-none", showUpdate, 0),
         entry("update-failed", showUpdate, 1),
         entry("update", showUpdate, 2),
