@@ -115,9 +115,9 @@ private slots:
     void staysOffOtherSchemes();
     static void plainHttpServices();
 #ifdef Q_OS_LINUX
-    void asksSecurely();
+    static void asksSecurely();
     static void staysSecure_data();
-    void staysSecure();
+    static void staysSecure();
     void unpacksNothing();
 #endif
     static void refusedConnection();
@@ -418,7 +418,7 @@ void tst_HttpServer::unpacksNothing()
     server.start(Code);
     QTRY_COMPARE_WITH_TIMEOUT(answers.count(), 1, 30000);
     QVERIFY(!answers.last().ok);
-    QVERIFY2(peakMemory() - before < 20 * 1000 * 1000, qPrintable(QString::number(peakMemory() - before)));
+    QVERIFY2(peakMemory() - before < Q_INT64_C(20) * 1000 * 1000, qPrintable(QString::number(peakMemory() - before)));
 }
 #endif
 
