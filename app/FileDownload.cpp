@@ -44,7 +44,8 @@ class PartFile : public HttpContent
 public:
     explicit PartFile(const QString &target)
         : m_target(target)
-        , m_part(QStringLiteral("%1.%2.part").arg(target).arg(QRandomGenerator::global()->generate(), 8, 16))
+        , m_part(target + QLatin1Char('.') + QString::number(QRandomGenerator::global()->generate(), 16) +
+                 QStringLiteral(".part"))
         , m_file(std::in_place, m_part)
     {
     }

@@ -110,6 +110,7 @@ private slots:
     void init();
     void downloads();
     void replacesAFile();
+    void anyNameOfAFile();
     void followsARedirect();
     static void failures_data();
     void failures();
@@ -207,6 +208,18 @@ void tst_FileDownload::replacesAFile()
     QTRY_COMPARE(reports.finished, 1);
     QVERIFY(reports.isOk);
     QCOMPARE(read(m_target), QByteArray("0123456789"));
+}
+
+void tst_FileDownload::anyNameOfAFile()
+{
+    FileDownload download{m_server->url()};
+    Reports reports(download);
+    m_target = m_folder->filePath(QStringLiteral("new %1 %2/固件 %1.bin"));
+    download.start(url("", "small"), m_target, Plenty);
+    QTRY_COMPARE(reports.finished, 1);
+    QCOMPARE(reports.text, QString());
+    QCOMPARE(read(m_target), QByteArray("0123456789"));
+    QCOMPARE(remains().count(), 2);
 }
 
 void tst_FileDownload::followsARedirect()
