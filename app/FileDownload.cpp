@@ -1,51 +1,132 @@
 #include "app/FileDownload.h"
 
-#include "app/DownloadThread.h"
+#include "app/HttpClient.h"
+#include "app/ServiceAddress.h"
 
-#include <QThread>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QSaveFile>
 #include <QUrl>
 
+#include <filesystem>
+#include <optional>
 #include <utility>
 
 namespace {
-constexpr int CancelWaitMs = 400; ///< for a thread to end; the rest of the promised 500 ms is for what follows
-
-QString textOf(const DownloadOutcome &outcome)
+QString textOf(const HttpOutcome &outcome)
 {
     switch (outcome.error) {
-    case DownloadError::None:
+    case HttpError::None:
         break;
-    case DownloadError::Address:
+    case HttpError::Address:
         return FileDownload::tr("The address of the file cannot be used.");
-    case DownloadError::Network:
+    case HttpError::Network:
         return outcome.detail;
-    case DownloadError::Empty:
+    case HttpError::Empty:
         return FileDownload::tr("The file on the server is empty.");
-    case DownloadError::TooLarge:
+    case HttpError::TooLarge:
         return FileDownload::tr("The file on the server is too large.");
-    case DownloadError::Incomplete:
+    case HttpError::Incomplete:
         return FileDownload::tr("The connection ended before the file was complete.");
-    case DownloadError::Stalled:
+    case HttpError::Stalled:
         return FileDownload::tr("The server does not answer any more.");
-    case DownloadError::Disk:
+    case HttpError::Disk:
         return FileDownload::tr("The file cannot be written: %1").arg(outcome.detail);
     }
     return {};
 }
+
+/// The file that is being written. Unless it is put in its place, nothing of it stays, the folder made for it included.
+class PartFile : public HttpContent
+{
+public:
+    explicit PartFile(const QString &target)
+        : m_target(target)
+        , m_part(target + QLatin1Char('.') + QString::number(QRandomGenerator::global()->generate(), 16) +
+                 QStringLiteral(".part"))
+        , m_file(std::in_place, m_part)
+    {
+    }
+    ~PartFile() override
+    {
+        if (m_isPlaced) {
+            return;
+        }
+        // Its end removes what it has written. commit() after cancelWriting() would do so, too, but first wait until
+        // all of it is on the disk.
+        m_file.reset();
+        if (m_isWritten) {
+            QFile::remove(m_part);
+        }
+        if (m_isFolderNew) {
+            QDir().rmdir(QFileInfo(m_target).absolutePath()); // stays when something else was put there meanwhile
+        }
+    }
+    Q_DISABLE_COPY_MOVE(PartFile)
+
+    bool write(const QByteArray &bytes) override { return (m_file->isOpen() || open()) && m_file->write(bytes) >= 0; }
+    bool end() override
+    {
+        m_isWritten = m_file->commit();
+        return m_isWritten;
+    }
+    QString errorText() const override { return m_file->errorString(); }
+
+    /// Puts the whole file in its place, over what stands there. Answers why it could not, else an empty text.
+    QString place()
+    {
+        std::error_code error;
+        std::filesystem::rename(m_part.toStdU16String(), m_target.toStdU16String(), error);
+        m_isPlaced = !error;
+        return error ? QString::fromLocal8Bit(error.message().c_str()) : QString();
+    }
+
+private:
+    bool open()
+    {
+        const QString folder = QFileInfo(m_target).absolutePath();
+        m_isFolderNew = !QFileInfo::exists(folder);
+        return QDir().mkpath(folder) && m_file->open(QIODevice::WriteOnly);
+    }
+
+    const QString m_target;
+    const QString m_part;            ///< the whole file's name until it is put in its place
+    std::optional<QSaveFile> m_file; ///< until the end; has a name of its own while it is written
+    bool m_isFolderNew = false;      ///< the target's folder was made for it
+    bool m_isWritten = false;
+    bool m_isPlaced = false;
+};
 } // namespace
 
 class FileDownloadPrivate
 {
 public:
-    DownloadThread *m_thread = nullptr; ///< of the download that runs; deletes itself when it has ended
-    std::unique_ptr<QObject> m_relay;   ///< receives the thread's signals; without it, those under way are dropped
+    explicit FileDownloadPrivate(const QString &service)
+        : m_isHttpAllowed(isPlainHttp(service))
+    {
+    }
+
+    const bool m_isHttpAllowed;
+    HttpClient m_client;
+    std::shared_ptr<PartFile> m_file; ///< of the download that runs
     int m_stallLimitMs = FileDownload::StallLimitMs;
 };
 
-FileDownload::FileDownload(QObject *parent)
+FileDownload::FileDownload(const QString &service, QObject *parent)
     : QObject(parent)
-    , m_p(std::make_unique<FileDownloadPrivate>())
+    , m_p(std::make_unique<FileDownloadPrivate>(service))
 {
+    connect(&m_p->m_client, &HttpClient::sig_finished, this, [this](HttpOutcome outcome) {
+        const auto file = std::exchange(m_p->m_file, nullptr);
+        // Here and not on the client's thread: nobody can cancel the download between this and the signal.
+        const QString problem = outcome.error == HttpError::None ? file->place() : QString();
+        if (!problem.isEmpty()) {
+            outcome = {HttpError::Disk, problem};
+        }
+        emit sig_finished(outcome.error == HttpError::None, textOf(outcome));
+    });
 }
 
 FileDownload::~FileDownload()
@@ -55,47 +136,22 @@ FileDownload::~FileDownload()
 
 void FileDownload::start(const QUrl &url, const QString &target, qint64 maximumSize)
 {
-    cancel();
-    auto *thread = new DownloadThread({url, target, maximumSize, m_p->m_stallLimitMs});
-    m_p->m_thread = thread;
-    m_p->m_relay = std::make_unique<QObject>();
-    connect(thread, &DownloadThread::sig_progress, m_p->m_relay.get(),
-            [this](qint64 received, qint64 total) { emit sig_progress(received, total); });
-    connect(thread, &QThread::finished, m_p->m_relay.get(), [this] { slot_threadEnded(); });
-    connect(thread, &QThread::finished, thread, &QObject::deleteLater);
-    thread->start();
+    m_p->m_file = std::make_shared<PartFile>(target);
+    m_p->m_client.start({url, m_p->m_isHttpAllowed, maximumSize, m_p->m_stallLimitMs}, m_p->m_file);
 }
 
 void FileDownload::cancel()
 {
-    m_p->m_relay.reset();
-    DownloadThread *thread = std::exchange(m_p->m_thread, nullptr);
-    if (thread == nullptr) {
-        return;
-    }
-    thread->cancel();
-    if (thread->wait(CancelWaitMs)) {
-        thread->removeTarget();
-        delete thread;
-    }
+    m_p->m_client.cancel();
+    m_p->m_file.reset();
 }
 
 bool FileDownload::isRunning() const
 {
-    return m_p->m_thread != nullptr;
+    return m_p->m_client.isRunning();
 }
 
 void FileDownload::setStallLimit(int milliseconds)
 {
     m_p->m_stallLimitMs = milliseconds;
-}
-
-void FileDownload::slot_threadEnded()
-{
-    DownloadThread *thread = std::exchange(m_p->m_thread, nullptr);
-    thread->wait(); // the last steps after its signal
-    const DownloadOutcome outcome = thread->outcome();
-    delete thread;
-    m_p->m_relay.release()->deleteLater(); // it is what calls
-    emit sig_finished(outcome.error == DownloadError::None, textOf(outcome));
 }

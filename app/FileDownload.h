@@ -8,13 +8,10 @@
 class FileDownloadPrivate;
 class QUrl;
 
-/// Downloads one file over http or https, on a thread of its own. The content goes to a temporary file beside the
-/// target, which takes the target's place when it is complete; a download that fails or is cancelled leaves nothing
-/// behind, and what stood at the target stays.
-///
-/// It fails on network and HTTP errors, on more than 5 redirects and on one that leaves http and https, when the
-/// content is empty, larger than allowed or shorter than the server announced, when it cannot be written, and when no
-/// byte comes for the stall limit.
+/// Downloads one file, as HttpClient fetches it. The content goes to a file of its own beside the target, which takes
+/// the target's place at the very last; until then what stood at the target stays, and a download that fails or is
+/// cancelled leaves nothing behind. It also fails when the content cannot be written, and when no byte comes for the
+/// stall limit.
 class FileDownload : public QObject
 {
     Q_OBJECT
@@ -22,29 +19,26 @@ class FileDownload : public QObject
 public:
     static constexpr int StallLimitMs = 30000;
 
-    explicit FileDownload(QObject *parent = nullptr);
+    /// service: the address of the service that names the files. Unless it is plain http itself, they come over https
+    /// only.
+    explicit FileDownload(const QString &service, QObject *parent = nullptr);
     /// Cancels a download that runs.
     ~FileDownload() override;
 
     /// Starts and returns at once; one that still runs is cancelled. The target's folder is created if missing.
     /// maximumSize: bytes.
     void start(const QUrl &url, const QString &target, qint64 maximumSize);
-    /// Ends a download; no signal is emitted for it any more, and nothing of it stays on disk, also if it was complete
-    /// but for sig_finished. Returns within 500 ms: a thread that is held up by the disk for longer goes on by itself,
-    /// cleans up and ends.
+    /// Ends a download and returns at once; no signal is emitted for it any more. What it has on disk goes as soon as
+    /// the disk answers.
     void cancel();
     bool isRunning() const;
     /// For the downloads that are started afterwards.
     void setStallLimit(int milliseconds);
 
 signals:
-    /// Bytes; total is -1 while the server has not told it.
-    void sig_progress(qint64 received, qint64 total);
     /// Never from within start(). errorText: a sentence for the user, plain text; empty when ok.
     void sig_finished(bool ok, const QString &errorText);
 
 private:
-    void slot_threadEnded();
-
     std::unique_ptr<FileDownloadPrivate> m_p;
 };

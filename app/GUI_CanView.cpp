@@ -382,6 +382,8 @@ void GUI_CanView::slot_showSoftwareInfo()
     auto *dialog = new GUI_SoftwareInfo(supportAddress(), this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &GUI_SoftwareInfo::sig_update, this, [this] { slot_updateRuquest(false); });
+    connect(m_p->update, &SoftwareUpdate::sig_searching, dialog, &GUI_SoftwareInfo::setChecking);
+    connect(dialog, &QDialog::finished, m_p->update, &SoftwareUpdate::cancelRequest);
     dialog->open();
 }
 

@@ -64,6 +64,7 @@ public:
         , process(upgradeProcess)
         , setup(std::move(dialogSetup))
         , server(setup.updateServer)
+        , fileDownload(setup.updateServer)
         , startDelay(new QTimer(dialog))
     {
     }
@@ -78,7 +79,6 @@ public:
     bool isRefused() const;
 
     void ask();
-    void endQuery();
     void takeAnswer(bool ok, const Release &answer);
     void offer();
     void download();
@@ -98,7 +98,6 @@ public:
     QString model;
     QString firmware;
     HttpServer server;
-    QTimer queryLimit;
     Release release; ///< the last answer of the server
     FileDownload fileDownload;
     QString file;            ///< the firmware downloaded last
@@ -113,8 +112,6 @@ void GUI_DeviceInfoPrivate::build()
     ui.setupUi(q);
     q->setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     ui.lbl_icon->setPixmap(QIcon(QStringLiteral(":/Logo/Logo16x16.ico")).pixmap(QSize(LogoSize, LogoSize)));
-    queryLimit.setSingleShot(true);
-    queryLimit.setInterval(setup.queryLimitMs);
     startDelay->setObjectName(QStringLiteral("startDelay"));
     startDelay->setSingleShot(true);
     startDelay->setTimerType(Qt::PreciseTimer);
@@ -131,7 +128,6 @@ void GUI_DeviceInfoPrivate::connectSignals()
     QObject::connect(ui.btn_migration, &QPushButton::clicked, q, &Dialog::slot_migrationBtnClicked);
     QObject::connect(&server, &HttpServer::sig_finished, q,
                      [this](bool ok, const Release &answer) { takeAnswer(ok, answer); });
-    QObject::connect(&queryLimit, &QTimer::timeout, q, [this] { takeAnswer(false, {}); });
     QObject::connect(&fileDownload, &FileDownload::sig_finished, q,
                      [this](bool ok, const QString &errorText) { takeDownload(ok, errorText); });
     QObject::connect(startDelay, &QTimer::timeout, q, [this] { startUpgrade(); });
@@ -204,21 +200,13 @@ void GUI_DeviceInfoPrivate::ask()
         return;
     }
     ui.btn_update->setEnabled(false);
-    queryLimit.start();
-    server.start(productCode);
-}
-
-void GUI_DeviceInfoPrivate::endQuery()
-{
-    queryLimit.stop();
-    server.abort();
+    server.start(productCode, setup.queryLimitMs);
 }
 
 /// An answer without a version tells of no release.
 void GUI_DeviceInfoPrivate::takeAnswer(bool ok, const Release &answer)
 {
     release = answer;
-    endQuery();
     ui.btn_update->setEnabled(true);
     ui.btn_update->setFocus();
     if (!ok || release.versionNo.isEmpty()) {
@@ -312,7 +300,7 @@ void GUI_DeviceInfoPrivate::failUpgrade(const QString &text)
 
 void GUI_DeviceInfoPrivate::stop()
 {
-    endQuery();
+    server.abort();
     fileDownload.cancel();
     startDelay->stop();
     timer.stop();

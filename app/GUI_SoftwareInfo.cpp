@@ -49,3 +49,12 @@ GUI_SoftwareInfo::GUI_SoftwareInfo(const QString &supportAddress, QWidget *paren
 }
 
 GUI_SoftwareInfo::~GUI_SoftwareInfo() = default;
+
+void GUI_SoftwareInfo::setChecking(bool isChecking)
+{
+    m_ui->btn_update->setEnabled(!isChecking);
+    m_ui->btn_update->setText(isChecking ? tr("Checking...") : tr("Check updates"));
+    if (!isChecking) {
+        m_ui->btn_update->setFocus(); // a button that is disabled loses it
+    }
+}

@@ -20,6 +20,9 @@ public:
     explicit GUI_SoftwareInfo(const QString &supportAddress, QWidget *parent = nullptr);
     ~GUI_SoftwareInfo() override;
 
+    /// Whether the answer to sig_update is still to come; the user cannot ask again meanwhile.
+    void setChecking(bool isChecking);
+
 signals:
     /// The user asks whether there is a newer version. The dialog stays open.
     void sig_update();

@@ -1,35 +1,26 @@
 #include "app/HttpServer.h"
 
+#include "app/HttpClient.h"
+#include "app/ServiceAddress.h"
+
 #include <QEventLoop>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
-#include <QNetworkRequest>
 #include <QTimer>
 #include <QUrl>
 #include <QUrlQuery>
 
-#include <functional>
 #include <utility>
 
 namespace {
 constexpr qint64 MaximumAnswer = Q_INT64_C(1024) * 1024; ///< bytes
-constexpr qint64 ReadBuffer = Q_INT64_C(64) * 1024; ///< bytes that are taken from the network before they are looked at
-constexpr int MaximumRedirects = 5;
 constexpr int CancelPollMs = 100;
 
-bool isHttp(const QUrl &url)
-{
-    return url.isValid() && !url.host().isEmpty() &&
-           (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https"));
-}
-
-/// The address of a query; an invalid one when the base URL is of no use.
+/// The address of a query; an invalid one when the base URL is none.
 QUrl queryUrl(const QString &baseUrl, const QString &productCode)
 {
     QUrl url(baseUrl.trimmed(), QUrl::StrictMode);
-    if (!isHttp(url)) {
+    if (!url.isValid()) {
         return {};
     }
     QString path = url.path(QUrl::FullyEncoded);
@@ -45,87 +36,32 @@ QUrl queryUrl(const QString &baseUrl, const QString &productCode)
     return url;
 }
 
-std::optional<Release> parsed(const QByteArray &answer)
-{
-    const QJsonDocument document = QJsonDocument::fromJson(answer);
-    if (!document.isObject()) {
-        return std::nullopt;
-    }
-    const QJsonObject object = document.object();
-    const auto text = [&object](const char *key) {
-        return object.value(QLatin1String(key)).toString();
-    };
-    return Release{text("name"), text("summary"), text("versionNo"), text("url")};
-}
-
-/// One query, on the thread that makes it.
-class Query : public QObject
+/// The answer, in memory.
+class Answer : public HttpContent
 {
 public:
-    using Done = std::function<void(const std::optional<Release> &)>;
+    bool write(const QByteArray &piece) override
+    {
+        m_bytes += piece;
+        return true;
+    }
 
-    /// done is called once, from the event loop, and not any more after the query was deleted.
-    Query(const QUrl &url, Done done, QObject *parent = nullptr);
+    std::optional<Release> release() const
+    {
+        const QJsonDocument document = QJsonDocument::fromJson(m_bytes);
+        if (!document.isObject()) {
+            return std::nullopt;
+        }
+        const QJsonObject object = document.object();
+        const auto text = [&object](const char *key) {
+            return object.value(QLatin1String(key)).toString();
+        };
+        return Release{text("name"), text("summary"), text("versionNo"), text("url")};
+    }
 
 private:
-    void checkAnnouncedSize();
-    void receive();
-    void end();
-    void finish(const std::optional<Release> &release);
-
-    QNetworkAccessManager m_manager;
-    QNetworkReply *m_reply = nullptr; ///< owned by the manager
-    QByteArray m_answer;
-    Done m_done;
+    QByteArray m_bytes;
 };
-
-Query::Query(const QUrl &url, Done done, QObject *parent)
-    : QObject(parent)
-    , m_done(std::move(done))
-{
-    QNetworkRequest request(url);
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
-    request.setMaximumRedirectsAllowed(MaximumRedirects);
-    m_reply = m_manager.get(request);
-    m_reply->setReadBufferSize(ReadBuffer);
-    connect(m_reply, &QNetworkReply::metaDataChanged, this, &Query::checkAnnouncedSize);
-    connect(m_reply, &QNetworkReply::readyRead, this, &Query::receive);
-    connect(m_reply, &QNetworkReply::finished, this, &Query::end);
-}
-
-void Query::checkAnnouncedSize()
-{
-    if (m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong() > MaximumAnswer) {
-        finish(std::nullopt);
-    }
-}
-
-void Query::receive()
-{
-    m_answer += m_reply->read(MaximumAnswer + 1 - m_answer.size());
-    if (m_answer.size() > MaximumAnswer) {
-        finish(std::nullopt);
-    }
-}
-
-void Query::end()
-{
-    receive();
-    if (m_reply->error() != QNetworkReply::NoError) {
-        finish(std::nullopt);
-        return;
-    }
-    finish(parsed(m_answer));
-}
-
-void Query::finish(const std::optional<Release> &release)
-{
-    m_reply->disconnect(this);
-    m_reply->abort();
-    if (const Done done = std::exchange(m_done, nullptr)) {
-        done(release);
-    }
-}
 } // namespace
 
 class HttpServerPrivate
@@ -134,21 +70,22 @@ public:
     explicit HttpServerPrivate(QString baseUrl)
         : m_baseUrl(std::move(baseUrl))
     {
-        m_failure.setSingleShot(true);
     }
 
     const QString m_baseUrl;
-    Query *m_query = nullptr; ///< a child of the object
-    QTimer m_failure;         ///< the limit, and what tells of a query that could not even be sent
+    HttpClient m_client;
+    std::shared_ptr<Answer> m_answer; ///< of the query that runs
 };
 
 HttpServer::HttpServer(QString baseUrl, QObject *parent)
     : QObject(parent)
     , m_p(std::make_unique<HttpServerPrivate>(std::move(baseUrl)))
 {
-    connect(&m_p->m_failure, &QTimer::timeout, this, [this] {
-        abort();
-        emit sig_finished(false, {});
+    connect(&m_p->m_client, &HttpClient::sig_finished, this, [this](const HttpOutcome &outcome) {
+        const auto answer = std::exchange(m_p->m_answer, nullptr);
+        const std::optional<Release> release =
+            outcome.error == HttpError::None ? answer->release() : std::optional<Release>();
+        emit sig_finished(release.has_value(), release.value_or(Release()));
     });
 }
 
@@ -159,46 +96,30 @@ HttpServer::~HttpServer()
 
 void HttpServer::start(const QString &productCode, int limitMs)
 {
-    abort();
-    const QUrl url = queryUrl(m_p->m_baseUrl, productCode);
-    if (!url.isValid() || url.isEmpty()) {
-        m_p->m_failure.start(0);
-        return;
-    }
-    if (limitMs != NoLimit) {
-        m_p->m_failure.start(limitMs);
-    }
-    const auto done = [this](const std::optional<Release> &release) {
-        m_p->m_failure.stop();
-        Query *query = std::exchange(m_p->m_query, nullptr);
-        query->setParent(nullptr); // it is what calls, and a receiver of the signal may delete this object
-        query->deleteLater();
-        emit sig_finished(release.has_value(), release.value_or(Release()));
-    };
-    m_p->m_query = new Query(url, done, this);
+    m_p->m_answer = std::make_shared<Answer>();
+    m_p->m_client.start(
+        {queryUrl(m_p->m_baseUrl, productCode), isPlainHttp(m_p->m_baseUrl), MaximumAnswer, limitMs, limitMs},
+        m_p->m_answer);
 }
 
 void HttpServer::abort()
 {
-    m_p->m_failure.stop();
-    delete std::exchange(m_p->m_query, nullptr);
+    m_p->m_client.cancel();
+    m_p->m_answer.reset();
 }
 
 bool HttpServer::isRunning() const
 {
-    return m_p->m_query != nullptr || m_p->m_failure.isActive();
+    return m_p->m_client.isRunning();
 }
 
 std::optional<Release> HttpServer::query(const QString &productCode, const std::atomic<bool> &isCancelled) const
 {
-    const QUrl url = queryUrl(m_p->m_baseUrl, productCode);
-    if (!url.isValid() || url.isEmpty() || isCancelled) {
-        return std::nullopt;
-    }
     std::optional<Release> answer;
     QEventLoop loop;
-    const Query query(url, [&answer, &loop](const std::optional<Release> &release) {
-        answer = release;
+    HttpServer server(m_p->m_baseUrl); // one of this thread
+    connect(&server, &HttpServer::sig_finished, &loop, [&answer, &loop](bool ok, const Release &release) {
+        answer = ok ? std::optional<Release>(release) : std::nullopt;
         loop.quit();
     });
     QTimer poll;
@@ -208,6 +129,7 @@ std::optional<Release> HttpServer::query(const QString &productCode, const std::
         }
     });
     poll.start(CancelPollMs);
+    server.start(productCode);
     loop.exec();
     return answer;
 }

@@ -15,15 +15,14 @@ class HttpServerPrivate;
 /// The product code under which this program itself is published.
 QString programProductCode();
 
-/// Asks the update server for the newest release under a product code. A query fails on network and HTTP errors, on an
-/// answer of more than 1 MiB or that is no JSON object, on more than 5 redirects and on one that leaves http and https.
-/// Without a limit it waits as long as the connection lasts.
+/// Asks the update server for the newest release under a product code, as HttpClient fetches an address. A query also
+/// fails on an answer of more than 1 MiB or that is no JSON object, and when it takes longer than its limit.
 class HttpServer : public QObject
 {
     Q_OBJECT
 
 public:
-    static constexpr int NoLimit = -1;
+    static constexpr int LimitMs = 30000;
 
     /// baseUrl: http or https, with or without a path; with any other one every query fails at once.
     explicit HttpServer(QString baseUrl, QObject *parent = nullptr);
@@ -31,9 +30,9 @@ public:
     ~HttpServer() override;
 
     /// Asks and returns at once; sig_finished tells the outcome, never from within this call. A query that still runs
-    /// is aborted. limitMs: the query fails when there is no answer by then, and one that comes later is dropped.
-    void start(const QString &productCode, int limitMs = NoLimit);
-    /// Ends a query; sig_finished is not emitted for it any more.
+    /// is aborted. An answer that comes after the limit is dropped.
+    void start(const QString &productCode, int limitMs = LimitMs);
+    /// Ends a query and returns at once; sig_finished is not emitted for it any more.
     void abort();
     bool isRunning() const;
 

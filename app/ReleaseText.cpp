@@ -16,6 +16,23 @@ void openInBrowser(const QUrl &url)
     }
 }
 
+/// Whether the text holds an element that the toolkit knows, or a character reference; else it is plain text.
+bool isMarkup(const QString &text)
+{
+    constexpr int LongestElement = 300; ///< characters
+    static const QRegularExpression reference(QStringLiteral("&(?:[a-z]+|#[0-9]+);"),
+                                              QRegularExpression::CaseInsensitiveOption);
+    if (reference.match(text).hasMatch()) {
+        return true;
+    }
+    for (int start = text.indexOf(QLatin1Char('<')); start >= 0; start = text.indexOf(QLatin1Char('<'), start + 1)) {
+        if (Qt::mightBeRichText(text.mid(start, LongestElement))) {
+            return true;
+        }
+    }
+    return false;
+}
+
 /// The text without the elements that do not stand on this list; what they enclose stays.
 QString reduced(const QString &html)
 {
@@ -36,7 +53,9 @@ ReleaseText::ReleaseText(QWidget *parent)
 
 void ReleaseText::setUntrustedHtml(const QString &html)
 {
-    setHtml(reduced(html.left(LongestText)));
+    const QString text = html.left(LongestText).replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    setHtml(isMarkup(text) ? reduced(text)
+                           : QStringLiteral("<p style=\"white-space:pre-wrap\">%1</p>").arg(text.toHtmlEscaped()));
 }
 
 QVariant ReleaseText::loadResource(int type, const QUrl & /*name*/)

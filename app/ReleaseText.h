@@ -11,8 +11,8 @@ class ReleaseText : public QTextBrowser
 public:
     explicit ReleaseText(QWidget *parent = nullptr);
 
-    /// Rich text of which at most the first 10,000 characters are shown. Tables and pictures are left out: laying out
-    /// nested tables takes a time that doubles with every level.
+    /// Rich text, or plain text, which keeps its lines, of which at most the first 10,000 characters are shown. Tables
+    /// and pictures are left out: laying out nested tables takes a time that doubles with every level.
     void setUntrustedHtml(const QString &html);
 
     /// A stand-in of one pixel, or of no bytes, for whatever the text asks for.

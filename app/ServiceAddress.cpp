@@ -2,6 +2,8 @@
 
 #include "app/Settings.h"
 
+#include <QUrl>
+
 QString updateServer()
 {
     const QString stored = storedUpdateServer();
@@ -16,4 +18,9 @@ QString webSite()
 QString supportAddress()
 {
     return QStringLiteral(X9CAN_SUPPORT);
+}
+
+bool isPlainHttp(const QString &service)
+{
+    return QUrl(service.trimmed()).scheme() == QLatin1String("http");
 }

@@ -6,8 +6,9 @@
 #include "app/ServiceAddress.h"
 #include "widgets/CMessageBox.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDir>
+#include <QEvent>
 #include <QPointer>
 #include <QProcess>
 #include <QProgressBar>
@@ -54,6 +55,7 @@ public:
 
     void takeStartAnswer(bool ok, const Release &release);
     void takeAnswer(bool ok, const Release &release);
+    void offerFound();
     void offer(int state, const Release &release);
     void download(const QString &url);
     void openProgress();
@@ -72,6 +74,7 @@ public:
     HttpServer m_search;
     FileDownload m_download;
     Release m_found;                      ///< by the search at the start; without a version: nothing newer
+    bool m_isOfferDue = false;            ///< of what was found; waits until no dialog is open
     QPointer<QDialog> m_dialog;           ///< the offer or the message that is open
     QPointer<QProgressDialog> m_progress; ///< open while the download runs
 };
@@ -82,6 +85,7 @@ SoftwareUpdatePrivate::SoftwareUpdatePrivate(SoftwareUpdate *owner, QWidget *win
     , m_setup(std::move(setup))
     , m_startSearch(m_setup.baseUrl)
     , m_search(m_setup.baseUrl)
+    , m_download(m_setup.baseUrl)
 {
     m_download.setStallLimit(m_setup.stallLimitMs);
     QObject::connect(&m_startSearch, &HttpServer::sig_finished, m_owner,
@@ -107,12 +111,23 @@ void SoftwareUpdatePrivate::takeStartAnswer(bool ok, const Release &release)
 
 void SoftwareUpdatePrivate::takeAnswer(bool ok, const Release &release)
 {
+    emit m_owner->sig_searching(false);
     const OfferState outcome = isNewerThanProgram(release) ? NewVersion : UpToDate;
     offer(ok ? outcome : CheckFailed, release);
 }
 
+/// Nobody has asked for it just now, so it does not take the focus of a dialog.
+void SoftwareUpdatePrivate::offerFound()
+{
+    m_isOfferDue = QApplication::activeModalWidget() != nullptr;
+    if (!m_isOfferDue) {
+        offer(NewVersion, m_found);
+    }
+}
+
 void SoftwareUpdatePrivate::offer(int state, const Release &release)
 {
+    m_isOfferDue = false; // this one is as good
     auto *dialog = new GUI_Update(m_window);
     dialog->setVersionLine(versionLine(release));
     dialog->setSummary(release.summary);
@@ -228,6 +243,7 @@ SoftwareUpdate::SoftwareUpdate(QWidget *window, Setup setup)
     : QObject(window)
     , m_p(std::make_unique<SoftwareUpdatePrivate>(this, window, std::move(setup)))
 {
+    window->installEventFilter(this);
 }
 
 SoftwareUpdate::~SoftwareUpdate() = default;
@@ -243,10 +259,19 @@ void SoftwareUpdate::request(bool first)
         return;
     }
     if (first && !m_p->m_found.versionNo.isEmpty()) {
-        m_p->offer(NewVersion, m_p->m_found);
+        m_p->offerFound();
         return;
     }
     m_p->m_search.start(programProductCode(), m_p->m_setup.requestLimitMs);
+    emit sig_searching(true);
+}
+
+void SoftwareUpdate::cancelRequest()
+{
+    if (m_p->m_search.isRunning()) {
+        m_p->m_search.abort();
+        emit sig_searching(false);
+    }
 }
 
 void SoftwareUpdate::update(const QString &url)
@@ -257,4 +282,17 @@ void SoftwareUpdate::update(const QString &url)
 bool SoftwareUpdate::isBusy() const
 {
     return m_p->m_search.isRunning() || m_p->m_download.isRunning() || m_p->m_dialog != nullptr;
+}
+
+bool SoftwareUpdate::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::WindowUnblocked && m_p->m_isOfferDue) {
+        // Later: the dialog that closes may be followed by another one.
+        QTimer::singleShot(0, this, [this] {
+            if (m_p->m_isOfferDue && !isBusy()) {
+                m_p->offerFound();
+            }
+        });
+    }
+    return QObject::eventFilter(watched, event);
 }

@@ -10,7 +10,7 @@ class SoftwareUpdatePrivate;
 
 /// Searches for a newer release of this program, offers it, downloads it and starts the program that installs it.
 /// All its dialogs are children of the window, and none has an event loop of its own. It may be deleted at any time,
-/// before the window or with it; what it does then ends within 500 ms.
+/// before the window or with it, without anything waiting for the network or the disk.
 class SoftwareUpdate : public QObject
 {
     Q_OBJECT
@@ -37,18 +37,26 @@ public:
 
     /// Searches once, when the program starts; sig_startChecked tells the outcome, never from within this call.
     void checkAtStart();
-    /// first: offers the release that the search at the start found. Otherwise, or when there is none, searches and
-    /// shows the outcome. Returns at once; does nothing while an earlier one is not over, dialogs included.
+    /// first: offers the release that the search at the start found, as soon as no other dialog is open. Otherwise, or
+    /// when there is none, searches and shows the outcome. Returns at once; does nothing while an earlier one is not
+    /// over, dialogs included.
     void request(bool first);
+    /// Ends the search of a request: its outcome is not shown.
+    void cancelRequest();
     /// Downloads a package and hands it to the program that installs it. Returns at once; does nothing while a download
     /// runs.
     void update(const QString &url);
     /// Whether a request or an update is under way, dialogs included.
     bool isBusy() const;
 
+    /// Hears of the dialogs over the window.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 signals:
     /// Once per checkAtStart(). A search that fails, or has no answer in time, found nothing newer.
     void sig_startChecked(bool isNewer);
+    /// The search of a request has begun, or is over.
+    void sig_searching(bool isSearching);
     /// The program that installs the new version has been started; this one is to end.
     void sig_closeProgram();
 

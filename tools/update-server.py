@@ -2,7 +2,7 @@
 """A stand-in for the update server, for the tests and for trying the program out. Serves on 127.0.0.1 only.
 
     tools/update-server.py [--port N] [--records FOLDER] [--record CODE=JSON]... [--downloads FOLDER]
-                           [--behaviour CODE=NAME]... [--control PORT]
+                           [--behaviour CODE=NAME]... [--control PORT] [--tls FILE]
 
 Prints "READY <port>" when it can be asked, then every request line as it came. With --control it writes these lines to a
 connection that it opens to that port of 127.0.0.1, and ends when it receives anything there or the connection ends.
@@ -32,12 +32,26 @@ of one product code. "{port}" in a record is replaced by the server's port. The 
     redirect-file    to a file of this computer
     redirect-ftp     to an ftp address
     redirect-self    to itself, without end
+    redirect-http-PORT, redirect-https-PORT
+                     to the same place at another port of 127.0.0.1
+    packed           the answer packed with gzip, whatever was asked for
+    packed-bomb      1 MB that unpack to 200 MB
+    many-headers     100 KiB of headers in front of the answer
+    many-fields      30,000 headers in front of the answer
+    endless-header   a header without end
+    endless-fields   headers without end
+    endless-status   interim answers without end
+
+With --tls it speaks https, with the key and the certificate in a file.
 """
 import argparse
+import gzip
 import http.server
+import itertools
 import os
 import pathlib
 import socket
+import ssl
 import threading
 import time
 import urllib.parse
@@ -79,10 +93,22 @@ class Handler(http.server.BaseHTTPRequestHandler):
             self.redirect(TARGETS[behaviour])
         elif behaviour == "redirect":
             self.redirect(plain)
+        elif behaviour.startswith("redirect-http"):
+            scheme, port = behaviour[len("redirect-"):].split("-")
+            self.redirect(f"{scheme}://127.0.0.1:{port}{plain}")
         elif behaviour == "redirect-self":
             self.redirect(self.path)
         elif behaviour == "no-answer":
             self.wait_for_client()
+        elif behaviour in FLOODS:
+            for piece in FLOODS[behaviour]():
+                self.wfile.write(piece)
+                time.sleep(0.02)  # still more than the toolkit reads, and yet not much that is under way at the end
+        elif behaviour in PACKED:
+            packed = gzip.compress(PACKED[behaviour](body), 1)
+            self.send(200, packed, [("Content-Encoding", "gzip")])
+        elif behaviour in HEADERS:
+            self.send(200, body, HEADERS[behaviour])
         elif behaviour == "rubbish":
             self.rubbish(is_chunked=False)
         elif behaviour == "rubbish-chunked":
@@ -101,14 +127,16 @@ class Handler(http.server.BaseHTTPRequestHandler):
         else:
             self.send(200, body)
 
-    def head(self, status, length):
+    def head(self, status, length, headers=()):
         self.send_response(status)
+        for name, value in headers:
+            self.send_header(name, value)
         self.send_header("Content-Length", str(length))
         self.send_header("Connection", "close")
         self.end_headers()
 
-    def send(self, status, body):
-        self.head(status, len(body))
+    def send(self, status, body, headers=()):
+        self.head(status, len(body), headers)
         self.wfile.write(body)
 
     def redirect(self, target):
@@ -154,6 +182,17 @@ BODIES = {
     "nothing": lambda: b"",
     "large": lambda: b'{"versionNo": "9.9.9", "summary": "%s"}' % (b"a" * 2 * 1024 * 1024),
 }
+PACKED = {"packed": lambda body: body, "packed-bomb": lambda _: b" " * 200 * 1000 * 1000}
+HEADERS = {
+    "many-headers": [(f"X-{index}", "a" * 5120) for index in range(20)],
+    "many-fields": [(f"X-{index}", "a") for index in range(30000)],
+}
+BLOCK = b"a" * 65536
+FLOODS = {
+    "endless-header": lambda: itertools.chain([b"HTTP/1.1 200 OK\r\nX-A: "], itertools.repeat(BLOCK)),
+    "endless-fields": lambda: itertools.chain([b"HTTP/1.1 200 OK\r\n"], itertools.repeat(b"X-A: a\r\n" * 8192)),
+    "endless-status": lambda: itertools.repeat(b"HTTP/1.1 100 Continue\r\n\r\n" * 2048),
+}
 TARGETS = {"redirect-file": "file:///etc/hostname", "redirect-ftp": "ftp://127.0.0.1/record.json"}
 
 
@@ -170,6 +209,16 @@ class Server(http.server.ThreadingHTTPServer):
         self.download_folder = arguments.downloads
         self.control = socket.create_connection(("127.0.0.1", arguments.control)) if arguments.control else None
         self.telling = threading.Lock()
+        self.tls = None
+        if arguments.tls is not None:
+            self.tls = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+            self.tls.load_cert_chain(arguments.tls)
+
+    def finish_request(self, request, client_address):
+        """On the connection's own thread."""
+        if self.tls is not None:
+            request = self.tls.wrap_socket(request, server_side=True)
+        super().finish_request(request, client_address)
 
     def tell(self, line):
         """Before this returns, whoever reads the lines can have this one."""
@@ -222,6 +271,7 @@ def main():
     parser.add_argument("--downloads")
     parser.add_argument("--behaviour", action="append", default=[])
     parser.add_argument("--control", type=int, metavar="PORT", help="write to a connection to this port, end with it")
+    parser.add_argument("--tls", metavar="FILE", help="speak https, with this key and certificate")
     server = Server(parser.parse_args())
     if server.control is not None:
         threading.Thread(target=server.end_with_control, daemon=True).start()

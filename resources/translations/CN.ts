@@ -749,6 +749,10 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>Check updates</source>
         <translation>检查更新</translation>
     </message>
+    <message>
+        <source>Checking...</source>
+        <translation>正在检查...</translation>
+    </message>
 </context>
 <context>
     <name>GUI_LINDevice</name>

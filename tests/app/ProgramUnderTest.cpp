@@ -194,6 +194,12 @@ void close()
     window()->close();
 }
 
+/// Until the test has laid a file of this name into the working directory.
+void waitForTheTest()
+{
+    waitUntil("the test goes on", [] { return QFile::exists(QStringLiteral("go")); });
+}
+
 void terminate()
 {
     logRows();
@@ -256,7 +262,7 @@ void run()
         {QStringLiteral("scan"), scan},           {QStringLiteral("restart"), restartInEnglish},
         {QStringLiteral("close"), close},         {QStringLiteral("terminate"), terminate},
         {QStringLiteral("interrupt"), interrupt}, {QStringLiteral("endSession"), endSession},
-        {QStringLiteral("sources"), tellSources},
+        {QStringLiteral("sources"), tellSources}, {QStringLiteral("wait"), waitForTheTest},
 #ifndef Q_OS_WIN
         {QStringLiteral("hangUp"), hangUp},
 #endif

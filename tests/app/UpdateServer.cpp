@@ -10,6 +10,7 @@ constexpr int StartWaitMs = 30000;
 }
 
 UpdateServer::UpdateServer(const QStringList &arguments)
+    : m_scheme(arguments.contains(QLatin1String("--tls")) ? QStringLiteral("https") : QStringLiteral("http"))
 {
     // Loopback is asked directly, whatever the machine's proxy is.
     for (const char *variable : {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"}) {
@@ -50,7 +51,7 @@ UpdateServer::~UpdateServer()
 
 QString UpdateServer::url() const
 {
-    return m_port.isEmpty() ? QString() : QStringLiteral("http://127.0.0.1:") + m_port;
+    return m_port.isEmpty() ? QString() : m_scheme + QStringLiteral("://127.0.0.1:") + m_port;
 }
 
 QStringList UpdateServer::requests()

@@ -14,8 +14,9 @@ public:
     ~UpdateServer();
     Q_DISABLE_COPY_MOVE(UpdateServer)
 
-    /// "http://127.0.0.1:<port>"; empty when it could not be started.
+    /// "http://127.0.0.1:<port>", or "https://" with "--tls"; empty when it could not be started.
     QString url() const;
+    QString port() const { return m_port; }
     /// A base URL or a prefix under which the server behaves as named.
     QString url(const char *behaviour) const { return url() + QLatin1String("/behave/") + QLatin1String(behaviour); }
     /// The request lines so far, in the order in which they came.
@@ -28,6 +29,7 @@ private:
 
     QTcpServer m_listener;
     QTcpSocket *m_control = nullptr; ///< belongs to m_listener; the server's lines come from here
+    const QString m_scheme;
     QString m_port;
     QStringList m_requests;
 };

@@ -250,6 +250,7 @@ private slots:
     static void goesWithoutAQuestionDuringAnUpgrade();
     static void offersANewerRelease();
     static void searchesOnRequest();
+    static void searchEndsWithItsDialog();
     static void tellsOfTheDeviceOnTop();
 };
 
@@ -1072,6 +1073,30 @@ void tst_GUI_CanView::searchesOnRequest()
     clickIn(*information, "btn_update");
     QTRY_VERIFY(window.findChild<GUI_Update *>() != nullptr); // there is no server
     QTRY_VERIFY(window.findChild<GUI_Update *>()->findChild<QWidget *>(QStringLiteral("btn_cancel"))->isVisible());
+}
+
+void tst_GUI_CanView::searchEndsWithItsDialog()
+{
+    const StoredLanguage stored;
+    const AdapterFolder folder(NoDevice);
+    UpdateServer server({QStringLiteral("--behaviour"), QStringLiteral("Korvane_CAN=no-answer")});
+    QVERIFY(StoredLanguage::setUpdateServer(server.url()));
+    GUI_CanView window(manager());
+    window.show();
+    for (const int requests :
+         {2, 3}) { // after the one at the start; a search that went on would leave out the next one
+        actionIn(window, "btn_about", 0)->trigger();
+        QPointer<GUI_SoftwareInfo> information(window.findChild<GUI_SoftwareInfo *>());
+        auto *button = information->findChild<QPushButton *>(QStringLiteral("btn_update"));
+        QVERIFY(button->isEnabled());
+        QTest::mouseClick(button, Qt::LeftButton);
+        QVERIFY(!button->isEnabled());
+        QCOMPARE(button->text(), QStringLiteral("Checking..."));
+        QTRY_COMPARE(server.requests().count(), requests);
+        information->close();
+        QTRY_VERIFY(information == nullptr);
+    }
+    QVERIFY(window.findChild<GUI_Update *>() == nullptr);
 }
 
 void tst_GUI_CanView::tellsOfTheDeviceOnTop()

@@ -18,6 +18,7 @@ private slots:
     static void supportAddress();
     static void withoutSupportAddress();
     static void updateIsAskedFor();
+    static void waitsForTheAnswer();
 
 private:
     static QLabel *label(const QWidget &dialog, const char *name)
@@ -89,6 +90,23 @@ void tst_GUI_SoftwareInfo::updateIsAskedFor()
     QTest::mouseClick(button, Qt::LeftButton);
     QCOMPARE(update.count(), 1);
     QVERIFY(dialog.isVisible());
+}
+
+void tst_GUI_SoftwareInfo::waitsForTheAnswer()
+{
+    GUI_SoftwareInfo dialog{QString()};
+    dialog.show();
+    QSignalSpy update(&dialog, &GUI_SoftwareInfo::sig_update);
+    auto *button = dialog.findChild<QPushButton *>(QStringLiteral("btn_update"));
+    dialog.setChecking(true);
+    QCOMPARE(button->text(), QStringLiteral("Checking..."));
+    QTest::mouseClick(button, Qt::LeftButton);
+    QCOMPARE(update.count(), 0);
+    dialog.setChecking(false);
+    QCOMPARE(button->text(), QStringLiteral("Check updates"));
+    QCOMPARE(dialog.focusWidget(), button);
+    QTest::mouseClick(button, Qt::LeftButton);
+    QCOMPARE(update.count(), 1);
 }
 
 X9_GUI_TEST(tst_GUI_SoftwareInfo)

@@ -122,6 +122,8 @@ private slots:
     static void loadsNothing_data();
     static void loadsNothing();
     static void keepsPlainMarkup();
+    static void plainTextKeepsItsLines_data();
+    static void plainTextKeepsItsLines();
     static void hostileMarkup_data();
     static void hostileMarkup();
 };
@@ -378,6 +380,36 @@ void tst_GUI_Update::keepsPlainMarkup()
     QVERIFY(text.toHtml().contains(QLatin1String("color:#ff0000")));
     QVERIFY(text.toHtml().contains(QLatin1String("href=\"http://a.example\"")));
     QVERIFY(text.toHtml().contains(QLatin1String("<ul")));
+}
+
+void tst_GUI_Update::plainTextKeepsItsLines_data()
+{
+    QTest::addColumn<QString>("summary");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("lines") << "V1.2\n- faster\n\n- 更快"
+                           << "V1.2\n- faster\n\n- 更快";
+    QTest::newRow("Windows") << "V1.2\r\n- faster"
+                             << "V1.2\n- faster";
+    QTest::newRow("indented") << "a\n    b  c"
+                              << "a\n    b  c";
+    QTest::newRow("brackets") << "1 < 2 && 3 > 2\n<unknown> QVector<int> <3"
+                              << "1 < 2 && 3 > 2\n<unknown> QVector<int> <3";
+    QTest::newRow("markup") << "V1.2\n- <b>faster</b>"
+                            << "V1.2 - faster";
+    QTest::newRow("markup in a later line") << "a\nb<br>c"
+                                            << "a b\nc";
+    QTest::newRow("character reference") << "CAN &amp; LIN"
+                                         << "CAN & LIN";
+    QTest::newRow("left out") << "<img src=a>\nb"
+                              << "b";
+}
+
+void tst_GUI_Update::plainTextKeepsItsLines()
+{
+    QFETCH(QString, summary);
+    ReleaseText text;
+    text.setUntrustedHtml(summary);
+    QTEST(text.toPlainText(), "shown");
 }
 
 void tst_GUI_Update::hostileMarkup_data()

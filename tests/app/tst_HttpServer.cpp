@@ -1,12 +1,20 @@
 #include "app/HttpServer.h"
+
+#include "app/ServiceAddress.h"
 #include "tests/app/UpdateServer.h"
 #include "tests/support/TestProgram.h"
 #include "tests/support/Ticks.h"
 
+#include <QSslCertificate>
+#include <QSslConfiguration>
 #include <QTimer>
 #include <QtTest>
 
 #include <thread>
+
+#ifdef Q_OS_LINUX
+#include <sys/resource.h>
+#endif
 
 namespace {
 const QByteArray Record = R"({"name": "Analyser", "summary": "<b>New</b> – 新", "versionNo": "1.1.2",
@@ -45,6 +53,37 @@ bool isEmpty(const Release &release)
     return release.name.isEmpty() && release.summary.isEmpty() && release.versionNo.isEmpty() && release.url.isEmpty();
 }
 
+#ifdef Q_OS_LINUX
+/// The most memory that this process ever had, in bytes.
+qint64 peakMemory()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return qint64(usage.ru_maxrss) * 1024;
+}
+
+/// While it lives, the toolkit trusts the certificate of the tests' server.
+class TrustedCertificate
+{
+public:
+    TrustedCertificate()
+        : m_old(QSslConfiguration::defaultConfiguration())
+    {
+        QSslConfiguration trusting = m_old;
+        trusting.setCaCertificates(QSslCertificate::fromPath(File));
+        QSslConfiguration::setDefaultConfiguration(trusting);
+    }
+    ~TrustedCertificate() { QSslConfiguration::setDefaultConfiguration(m_old); }
+    Q_DISABLE_COPY_MOVE(TrustedCertificate)
+
+    static QStringList serverArguments() { return {QStringLiteral("--tls"), File}; }
+
+private:
+    static inline const QString File = QStringLiteral(X9_TEST_DATA "/tls/server.pem");
+    QSslConfiguration m_old;
+};
+#endif
+
 QStringList arguments()
 {
     return {QStringLiteral("--record"), Code + QLatin1Char('=') + QString::fromUtf8(Record)};
@@ -74,6 +113,13 @@ private slots:
     void followsARedirect();
     static void staysOffOtherSchemes_data();
     void staysOffOtherSchemes();
+    static void plainHttpServices();
+#ifdef Q_OS_LINUX
+    static void asksSecurely();
+    static void staysSecure_data();
+    static void staysSecure();
+    void unpacksNothing();
+#endif
     static void refusedConnection();
     static void silentServers_data();
     void silentServers();
@@ -225,7 +271,7 @@ void tst_HttpServer::failures_data()
 {
     QTest::addColumn<QByteArray>("behaviour");
     for (const char *name : {"404", "500", "invalid", "list", "nothing", "short", "large", "rubbish", "rubbish-chunked",
-                             "redirect-file", "redirect-ftp", "redirect-self"}) {
+                             "redirect-file", "redirect-ftp", "redirect-self", "packed", "many-headers"}) {
         QTest::newRow(name) << QByteArray(name);
     }
 }
@@ -298,6 +344,83 @@ void tst_HttpServer::staysOffOtherSchemes()
     QTRY_VERIFY(m_server.requests().count() >= before + requests);
     QVERIFY(m_server.requests().count() <= before + 2 * requests);
 }
+
+void tst_HttpServer::plainHttpServices()
+{
+    for (const char *service : {"http://127.0.0.1", " http://127.0.0.1/a\n", "HTTP://a.example"}) {
+        QVERIFY2(isPlainHttp(QLatin1String(service)), service);
+    }
+    for (const char *service :
+         {"", "https://127.0.0.1", "HTTPS://a.example", "ftp://a", "http", "127.0.0.1", "httpx://a"}) {
+        QVERIFY2(!isPlainHttp(QLatin1String(service)), service);
+    }
+}
+
+#ifdef Q_OS_LINUX
+/// Nobody but a server with a trusted certificate is believed.
+void tst_HttpServer::asksSecurely()
+{
+    const UpdateServer secure(arguments() + TrustedCertificate::serverArguments());
+    HttpServer server(secure.url());
+    const Answers answers(server);
+    server.start(Code);
+    QTRY_COMPARE(answers.count(), 1);
+    QVERIFY(!answers.last().ok);
+    const TrustedCertificate trusted;
+    server.start(Code);
+    QTRY_COMPARE(answers.count(), 2);
+    QVERIFY(answers.last().ok);
+}
+
+void tst_HttpServer::staysSecure_data()
+{
+    QTest::addColumn<QByteArray>("way"); ///< the schemes of the servers asked, in their order
+    QTest::addColumn<bool>("isFollowed");
+    QTest::newRow("https, https") << QByteArray("https https") << true;
+    QTest::newRow("https, http") << QByteArray("https http") << false;
+    QTest::newRow("http, https") << QByteArray("http https") << true;
+    QTest::newRow("http, https, http") << QByteArray("http https http") << false;
+    QTest::newRow("https, https, http") << QByteArray("https https http") << false;
+}
+
+/// A redirect never leads from https to http: the server there is not even asked.
+void tst_HttpServer::staysSecure()
+{
+    QFETCH(QByteArray, way);
+    QFETCH(bool, isFollowed);
+    const TrustedCertificate trusted;
+    std::vector<std::unique_ptr<UpdateServer>> servers;
+    QString path;
+    for (const QByteArray &scheme : way.split(' ')) {
+        servers.push_back(std::make_unique<UpdateServer>(
+            arguments() + (scheme == "https" ? TrustedCertificate::serverArguments() : QStringList())));
+        if (servers.size() > 1) {
+            path += QStringLiteral("/behave/redirect-%1-%2").arg(QLatin1String(scheme), servers.back()->port());
+        }
+    }
+    HttpServer server(servers.front()->url() + path);
+    const Answers answers(server);
+    server.start(Code);
+    QTRY_COMPARE(answers.count(), 1);
+    QCOMPARE(answers.last().ok, isFollowed);
+    for (std::size_t hop = 0; hop + 1 < servers.size(); ++hop) {
+        QTRY_VERIFY(!servers[hop]->requests().isEmpty());
+    }
+    QCOMPARE(servers.back()->requests().isEmpty(), !isFollowed);
+}
+
+/// A megabyte that would become two hundred.
+void tst_HttpServer::unpacksNothing()
+{
+    HttpServer server(m_server.url("packed-bomb"));
+    const Answers answers(server);
+    const qint64 before = peakMemory();
+    server.start(Code);
+    QTRY_COMPARE_WITH_TIMEOUT(answers.count(), 1, 30000);
+    QVERIFY(!answers.last().ok);
+    QVERIFY2(peakMemory() - before < Q_INT64_C(20) * 1000 * 1000, qPrintable(QString::number(peakMemory() - before)));
+}
+#endif
 
 void tst_HttpServer::refusedConnection()
 {

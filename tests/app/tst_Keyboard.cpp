@@ -46,6 +46,7 @@ constexpr DefaultButton DefaultButtons[] = {
     {"send-file-idle", "btn_send"},
     {"send-file", "btn_send"},
     {"software-information", "btn_update"},
+    {"software-information-checking", "btn_update"},
     {"device-information", "btn_update"},
     {"device-information-updating", "btn_update"}, // disabled: Enter does nothing
     {"migration", "btn_migration"},

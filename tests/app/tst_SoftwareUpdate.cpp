@@ -67,6 +67,10 @@ private slots:
 
     void offersWhatTheStartFound();
     void offerWithoutAFindSearches();
+    void offerWaitsForDialogs();
+    void searchWhileTheOfferWaits();
+    void tellsWhileItSearches();
+    void cancelledRequestShowsNothing();
     static void requests_data();
     void requests();
     void requestWithoutAnAnswer();
@@ -81,6 +85,7 @@ private slots:
     void failedDownloads();
     void programThatCannotBeStarted();
     void emptyAddress();
+    void secureServiceNamesSecureAddresses();
     void oneDownloadAtATime();
     void canBeTriedAgain();
     static void endsAtAnyTime_data();
@@ -291,6 +296,94 @@ void tst_SoftwareUpdate::offerWithoutAFindSearches()
     QCOMPARE(offer(), nullptr);
     QTRY_VERIFY(offer() != nullptr);
     QVERIFY(offerButton("btn_ok")->isVisible());
+}
+
+/// The offer comes by itself, so it does not come over what the user reads; one dialog may follow another.
+void tst_SoftwareUpdate::offerWaitsForDialogs()
+{
+    serve(NewRecord);
+    SoftwareUpdate *update = make(m_server->url());
+    QSignalSpy checked(update, &SoftwareUpdate::sig_startChecked);
+    update->checkAtStart();
+    QTRY_COMPARE(checked.count(), 1);
+    const auto showMessage = [this] {
+        auto *box = new CMessageBox(CMessageBox::Warning, QStringLiteral("Tips"), QStringLiteral("?"), CMessageBox::Ok,
+                                    m_window.get());
+        box->setAttribute(Qt::WA_DeleteOnClose);
+        box->open();
+        return QPointer<CMessageBox>(box);
+    };
+    const QPointer<CMessageBox> first = showMessage();
+    update->request(true);
+    QCOMPARE(offer(), nullptr);
+    QCOMPARE(QApplication::activeModalWidget(), first.data());
+    letTurn();
+    QCOMPARE(offer(), nullptr);
+    first->close();
+    const QPointer<CMessageBox> second = showMessage();
+    letTurn();
+    QCOMPARE(offer(), nullptr);
+    QCOMPARE(QApplication::activeModalWidget(), second.data());
+    second->close();
+    QTRY_VERIFY(offer() != nullptr);
+    QVERIFY(offerButton("btn_update")->isVisible());
+    offer()->close();
+    showMessage()->close();
+    letTurn();
+    QCOMPARE(offer(), nullptr); // once
+}
+
+/// What the user has asked for comes at once, and the offer not a second time.
+void tst_SoftwareUpdate::searchWhileTheOfferWaits()
+{
+    serve(NewRecord);
+    SoftwareUpdate *update = make(m_server->url());
+    QSignalSpy checked(update, &SoftwareUpdate::sig_startChecked);
+    update->checkAtStart();
+    QTRY_COMPARE(checked.count(), 1);
+    QDialog dialog(m_window.get());
+    dialog.open();
+    update->request(true);
+    update->request(false);
+    QTRY_VERIFY(offer() != nullptr);
+    offer()->close();
+    dialog.close();
+    letTurn();
+    QCOMPARE(offer(), nullptr);
+}
+
+void tst_SoftwareUpdate::tellsWhileItSearches()
+{
+    serve(SameRecord);
+    SoftwareUpdate *update = make(m_server->url());
+    QSignalSpy searching(update, &SoftwareUpdate::sig_searching);
+    update->checkAtStart();
+    update->request(false);
+    QCOMPARE(searching.count(), 1);
+    QCOMPARE(searching.last().first().toBool(), true);
+    QTRY_COMPARE(searching.count(), 2);
+    QCOMPARE(searching.last().first().toBool(), false);
+    QVERIFY(offer() != nullptr);
+    offer()->close();
+    update->cancelRequest(); // there is none
+    QCOMPARE(searching.count(), 2);
+}
+
+void tst_SoftwareUpdate::cancelledRequestShowsNothing()
+{
+    serve(NewRecord);
+    SoftwareUpdate *update = make(m_server->url());
+    QSignalSpy searching(update, &SoftwareUpdate::sig_searching);
+    update->request(false);
+    update->cancelRequest();
+    QCOMPARE(searching.count(), 2);
+    QVERIFY(!update->isBusy());
+    letTurn();
+    letTurn();
+    QCOMPARE(offer(), nullptr);
+    QCOMPARE(searching.count(), 2);
+    update->request(false);
+    QTRY_VERIFY(offer() != nullptr);
 }
 
 void tst_SoftwareUpdate::requests_data()
@@ -508,6 +601,15 @@ void tst_SoftwareUpdate::emptyAddress()
     QVERIFY(message()->text().endsWith(QLatin1String("The address of the file cannot be used.")));
 }
 
+void tst_SoftwareUpdate::secureServiceNamesSecureAddresses()
+{
+    serve(NewRecord);
+    make(QStringLiteral("https://127.0.0.1"))->update(download());
+    QTRY_VERIFY(message() != nullptr);
+    QVERIFY(message()->text().endsWith(QLatin1String("The address of the file cannot be used.")));
+    QCOMPARE(m_server->requests(), QStringList());
+}
+
 void tst_SoftwareUpdate::oneDownloadAtATime()
 {
     serve(NewRecord);
@@ -578,7 +680,7 @@ void tst_SoftwareUpdate::endsAtAnyTime()
         QCOMPARE(progress(), nullptr);
     }
     QCOMPARE(QApplication::activeModalWidget(), nullptr);
-    QVERIFY(QDir(m_data->path()).isEmpty());
+    QTRY_VERIFY(QDir(m_data->path()).isEmpty());
     letTurn();
 }
 

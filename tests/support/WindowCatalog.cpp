@@ -514,12 +514,14 @@ void showImportDialog(const Visitor &visit)
 
 // About
 
-void showSoftwareInfo(const Visitor &visit)
+void showSoftwareInfo(const Visitor &visit, bool isChecking)
 {
     Stage stage;
     stage.openNothing();
     stage.window.slot_showSoftwareInfo();
-    visit(*stage.dialogOf<GUI_SoftwareInfo>(&stage.window));
+    auto *dialog = stage.dialogOf<GUI_SoftwareInfo>(&stage.window);
+    dialog->setChecking(isChecking);
+    visit(*dialog);
 }
 
 void showUpdate(const Visitor &visit, int state)
@@ -539,6 +541,7 @@ void showUpdateDownload(const Visitor &visit)
     stage.openNothing();
     UpdateServer server;
     SoftwareUpdate::Setup setup;
+    setup.baseUrl = server.url();
     setup.packageFolder = stage.folder.filePath(QStringLiteral("packages"));
     SoftwareUpdate update(&stage.window, setup);
     update.update(server.url("no-answer") + QStringLiteral("/downloads/Install.zip"));
@@ -658,7 +661,8 @@ std::vector<CatalogWindow> windowCatalog()
         entry("lin-monitor-idle", showLinMonitorIdle),
         entry("lin-developer", showLinDeveloper),
         entry("import-dialog", showImportDialog),
-        entry("software-information", showSoftwareInfo),
+        entry("software-information", showSoftwareInfo, false),
+        entry("software-information-checking", showSoftwareInfo, true),
         entry("update-none", showUpdate, 0),
         entry("update-failed", showUpdate, 1),
         entry("update", showUpdate, 2),
