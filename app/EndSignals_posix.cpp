@@ -25,7 +25,7 @@ void handle(void (*handler)(int))
 {
     struct sigaction action = {};
     action.sa_handler = handler;
-    action.sa_flags = SA_RESTART | SA_RESETHAND; // the second signal is not ours any more
+    action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND); // the second signal is not ours any more
     for (const int signal : Signals) {
         ::sigaction(signal, &action, nullptr);
     }

@@ -50,8 +50,7 @@ void tst_PlaybackRecord::payload_data()
     const QByteArray sixtyFour(64, '\x5A');
     QTest::newRow("nothing") << 0 << QByteArray() << 0 << padded({}, 8) << 0 << padded({}, 64);
     QTest::newRow("eight") << 8 << eight << 8 << eight << 8 << padded(eight, 64);
-    QTest::newRow("length says less than the payload holds")
-        << 2 << eight << 2 << eight << 2 << padded(eight, 64);
+    QTest::newRow("length says less than the payload holds") << 2 << eight << 2 << eight << 2 << padded(eight, 64);
     QTest::newRow("length says more than the payload holds")
         << 5 << eight.left(3) << 5 << padded(eight.left(3), 8) << 5 << padded(eight.left(3), 64);
     QTest::newRow("twelve") << 12 << sixtyFour.left(12) << 8 << sixtyFour.left(8) << 12
