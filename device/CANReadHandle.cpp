@@ -13,12 +13,13 @@ class CANReadHandlePrivate
 {
 public:
     using ChannelFlags = std::array<std::atomic<bool>, 2>;
+    enum class Fetched : quint8 { Nothing, Frames, Error };
 
     /// Sleeps one period, less when the polling is to end.
     void pause();
-    /// Fetches what waits on one channel into frames; false when there is nothing to hand over.
+    /// Fetches what waits on one channel into frames.
     template<class Frame, class Receive>
-    bool read(quint8 id, quint8 channel, AdapterEntry::Channel waiting, Receive receive, QVector<Frame> &frames);
+    Fetched read(quint8 id, quint8 channel, AdapterEntry::Channel waiting, Receive receive, QVector<Frame> &frames);
 
     std::atomic<bool> flagRead{false};
     ChannelFlags flagCAN{};
@@ -37,20 +38,23 @@ void CANReadHandlePrivate::pause()
 }
 
 template<class Frame, class Receive>
-bool CANReadHandlePrivate::read(quint8 id, quint8 channel, AdapterEntry::Channel waiting, Receive receive,
-                                QVector<Frame> &frames)
+CANReadHandlePrivate::Fetched CANReadHandlePrivate::read(quint8 id, quint8 channel, AdapterEntry::Channel waiting,
+                                                         Receive receive, QVector<Frame> &frames)
 {
     if (waiting == nullptr || receive == nullptr) {
-        return false;
+        return Fetched::Nothing;
     }
     const quint32 count = std::min(waiting(AdapterDeviceType, id, channel), CANReadHandle::MaxBatch);
     if (count == 0) {
-        return false;
+        return Fetched::Nothing;
     }
     frames.clear();
     frames.resize(static_cast<int>(count)); // zeroes the records
     const quint32 received = receive(AdapterDeviceType, id, channel, frames.data(), count, AdapterReceiveWaitMs);
-    return received != 0 && received != AdapterReceiveError;
+    if (received == AdapterReceiveError) {
+        return Fetched::Error;
+    }
+    return received == 0 ? Fetched::Nothing : Fetched::Frames;
 }
 
 CANReadHandle::CANReadHandle(QObject *parent)
@@ -93,18 +97,25 @@ void CANReadHandle::readHandle(quint8 id, CANAPI *api)
     // into it would copy it.
     QVector<VCI_CAN_OBJ> can;
     QVector<VCI_CANFD_OBJ> canFD;
+    const auto handOver = [this, id](quint8 channel, auto fetched, auto &frames, auto signal) {
+        if (fetched == CANReadHandlePrivate::Fetched::Frames) {
+            emit(this->*signal)(id, channel, frames);
+            frames = {};
+        } else if (fetched == CANReadHandlePrivate::Fetched::Error) {
+            emit sig_readFailed(id, channel);
+        }
+    };
     while (m_p->flagRead) {
         for (const quint8 channel : {quint8(0), quint8(1)}) {
-            if (m_p->flagCAN[channel] && m_p->read(id, channel, api->VCI_GetReceiveNum, api->VCI_Receive, can)) {
-                emit sig_readResultCallback(id, channel, can);
-                can = {};
+            if (m_p->flagCAN[channel]) {
+                const auto fetched = m_p->read(id, channel, api->VCI_GetReceiveNum, api->VCI_Receive, can);
+                handOver(channel, fetched, can, &CANReadHandle::sig_readResultCallback);
             }
         }
         for (const quint8 channel : {quint8(0), quint8(1)}) {
-            if (m_p->flagCANFD[channel] &&
-                m_p->read(id, channel, api->KQ_GetReceiveNumCANFD, api->KQ_ReceiveCANFD, canFD)) {
-                emit sig_readResultCallbackCANFD(id, channel, canFD);
-                canFD = {};
+            if (m_p->flagCANFD[channel]) {
+                const auto fetched = m_p->read(id, channel, api->KQ_GetReceiveNumCANFD, api->KQ_ReceiveCANFD, canFD);
+                handOver(channel, fetched, canFD, &CANReadHandle::sig_readResultCallbackCANFD);
             }
         }
         m_p->pause();

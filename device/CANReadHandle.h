@@ -46,6 +46,8 @@ signals:
     /// ones at the end when it then delivered fewer.
     void sig_readResultCallback(quint8 devInd, quint8 canInd, const QVector<VCI_CAN_OBJ> &obj);
     void sig_readResultCallbackCANFD(quint8 devInd, quint8 canInd, const QVector<VCI_CANFD_OBJ> &obj);
+    /// Frames were announced and the adapter reported an error instead of delivering them.
+    void sig_readFailed(quint8 devInd, quint8 canInd);
 
 private:
     std::unique_ptr<CANReadHandlePrivate> m_p;
