@@ -331,7 +331,7 @@
         <source>The table holds at most %1 frames.
 Type a number and press Enter to change it.</source>
         <translation>表格最多容纳 %1 帧。
-输入数值并按 Enter 可更改。</translation>
+输入数值并按回车键可更改。</translation>
     </message>
     <message>
         <source>Only .txt and .csv files can be saved in real time.</source>
