@@ -20,6 +20,7 @@
 #include <QActionGroup>
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QEvent>
 #include <QList>
 #include <QMenu>
@@ -30,6 +31,7 @@
 #include <QVector>
 
 #include <array>
+#include <chrono>
 #include <functional>
 #include <utility>
 
@@ -45,6 +47,8 @@ constexpr int MessageWarning = 3;
 constexpr int MessageCritical = 4;
 constexpr int OpenDelayMs = 200;
 constexpr int OfferDelayMs = 500;
+/// For the end of the files saved in real time, all of them together.
+constexpr std::chrono::seconds FilesLimit{5};
 
 CMessageBox::Icon iconOf(int type)
 {
@@ -298,8 +302,15 @@ void GUI_CanView::finishFiles()
 {
     // Frames that a worker has handed over and that were not yet delivered.
     QCoreApplication::sendPostedEvents(m_p->communication.get(), QEvent::MetaCall);
-    for (GUI_CanDevice *tab : findChildren<GUI_CanDevice *>()) {
-        tab->finishFiles();
+    const QList<GUI_CanDevice *> tabs = findChildren<GUI_CanDevice *>();
+    for (GUI_CanDevice *tab : tabs) { // all before the first wait
+        tab->endFiles();
+    }
+    const QDeadlineTimer deadline(FilesLimit);
+    for (GUI_CanDevice *tab : tabs) {
+        if (!tab->waitForFiles(std::chrono::milliseconds(deadline.remainingTime()))) {
+            qWarning("The end of a file saved in real time could not be written.");
+        }
     }
 }
 

@@ -21,7 +21,8 @@ public:
     /// Closes the tabs, with them their channels and devices, before the manager goes.
     ~GUI_CanView() override;
 
-    /// Writes what was received so far into the files that are saved in real time, and ends them.
+    /// Writes what was received so far into the files that are saved in real time, and ends them. Takes five seconds at
+    /// most, for files that stand still.
     void finishFiles();
 
 public slots:

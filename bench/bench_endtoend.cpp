@@ -1,8 +1,9 @@
-// bench_endtoend [--seconds N] [--rate FRAMES] [--fd] [--folder FOLDER] [--json FILE]
+// bench_endtoend [--seconds N] [--rate FRAMES] [--fd] [--stall SECONDS] [--folder FOLDER] [--json FILE]
 //
 // Adapter to table and file: two devices with two CAN channels each, so many numbered frames per second (27,000) on
 // each channel, received in four tabs with real-time saving on. Afterwards every file is read and every payload counter
-// checked. Ends with 1 when a frame was lost, doubled or out of order.
+// checked. Ends with 1 when a frame was lost, doubled or out of order. With --stall no file takes anything for so long,
+// in the middle of the run, as on a drive that does not answer.
 
 #include "bench/BenchReport.h"
 #include "bench/ProcessFigures.h"
@@ -12,6 +13,7 @@
 #include "device/CANAPI.h"
 #include "device/CANCommunication.h"
 #include "tests/support/AdapterFolder.h"
+#include "tests/support/StallingTarget.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -40,6 +42,7 @@ struct Options
     int seconds = 30;
     int rate = 27000; ///< frames per second and channel
     bool isCANFD = false;
+    int stallSeconds = 0;
     QString folder;
     QString json;
 };
@@ -207,11 +210,25 @@ public:
             m_tables.at(static_cast<std::size_t>(i)) = tab->findChild<CTableViewCAN *>(QStringLiteral("tableView"));
             table(i)->setCacheSize(cache);
             m_tabs.addTab(tab.release(), QString::number(i));
+            table(i)->setTargetWrapper([gate = m_gate](std::unique_ptr<RealTimeTarget> file) {
+                return std::make_unique<StallingTarget>(std::move(file), gate);
+            });
             if (!table(i)->realTimeSave(true, path(i))) {
                 return false;
             }
         }
         return true;
+    }
+
+    /// From the middle of a run of the options' length on.
+    void planStall()
+    {
+        const int stallMs = options().stallSeconds * 1000;
+        const int startMs = (options().seconds * 1000 - stallMs) / 2;
+        if (stallMs > 0) {
+            QTimer::singleShot(startMs, Qt::PreciseTimer, &m_tabs, [this] { m_gate->close(); });
+            QTimer::singleShot(startMs + stallMs, Qt::PreciseTimer, &m_tabs, [this] { m_gate->open(); });
+        }
     }
 
     void close()
@@ -247,6 +264,7 @@ private:
     CANCommunication m_manager;
     QTabWidget m_tabs;
     std::array<CTableViewCAN *, ChannelCount> m_tables{};
+    std::shared_ptr<Gate> m_gate = std::make_shared<Gate>();
 };
 
 Options readOptions(const QApplication &application)
@@ -255,12 +273,18 @@ Options readOptions(const QApplication &application)
     const QCommandLineOption seconds(QStringLiteral("seconds"), QString(), QStringLiteral("n"), QStringLiteral("30"));
     const QCommandLineOption rate(QStringLiteral("rate"), QString(), QStringLiteral("n"), QStringLiteral("27000"));
     const QCommandLineOption fd(QStringLiteral("fd"));
+    const QCommandLineOption stall(QStringLiteral("stall"), QString(), QStringLiteral("n"), QStringLiteral("0"));
     const QCommandLineOption folder(QStringLiteral("folder"), QString(), QStringLiteral("folder"));
     const QCommandLineOption json(QStringLiteral("json"), QString(), QStringLiteral("file"));
-    parser.addOptions({seconds, rate, fd, folder, json});
+    parser.addOptions({seconds, rate, fd, stall, folder, json});
     parser.process(application);
-    return {std::max(1, parser.value(seconds).toInt()), std::max(1, parser.value(rate).toInt()), parser.isSet(fd),
-            parser.value(folder), parser.value(json)};
+    const int runSeconds = std::max(1, parser.value(seconds).toInt());
+    return {runSeconds,
+            std::max(1, parser.value(rate).toInt()),
+            parser.isSet(fd),
+            std::clamp(parser.value(stall).toInt(), 0, std::min(runSeconds, 9)), // the gate opens by itself after ten
+            parser.value(folder),
+            parser.value(json)};
 }
 
 /// Prints a line for each channel and appends it to the report. Answers whether all frames are there, in order.
@@ -309,6 +333,7 @@ int main(int argc, char *argv[])
         return 1;
     }
     runEventLoop(1000); // start-up is not what is measured
+    workbench.planStall();
     meter.restart();
     const double cpuBefore = cpuSeconds();
     runEventLoop(options.seconds * 1000);

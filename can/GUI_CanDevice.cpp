@@ -1,6 +1,7 @@
 #include "can/GUI_CanDevice.h"
 
 #include "can/CanFrameInput.h"
+#include "can/CanTabErrors.h"
 #include "can/FrameIncrement.h"
 #include "can/GUI_CanGateWay.h"
 #include "capture/GUI_CanAdvancedOpearation.h"
@@ -69,12 +70,16 @@ public:
     void fillLengths(bool isFdProtocol);
     void setValidators() const;
     void connectSignals();
+    void connectErrors();
     void connectSending();
     void connectFunctions();
     bool isThisChannel(quint8 devInd, quint8 canInd) const;
     bool isExtended() const { return ui.cbx_frameType->currentData().toInt() != 0; }
     bool checkFrameId();
     void readInput();
+    void applyCacheSize();
+    void showCacheLimit() const;
+    void showErrors() const;
     void startTimedSending(quint32 cycleMs);
     void endTimedSending();
     void prepareDialog(QWidget *dialog, const QString &title) const;
@@ -92,6 +97,7 @@ public:
     QPropertyAnimation foldAnimation;
     CANError openResult = CAN_DeviceNotExists;
     QString cacheText; ///< as the field showed it before the user edited it
+    CanTabErrors errors;
 
     CanFrameInput frame;    ///< sent at the next tick
     quint32 framesLeft = 0; ///< of the timed sending, the one sent last counted
@@ -155,8 +161,27 @@ void GUI_CanDevicePrivate::connectSignals()
     QObject::connect(&communication, &CANCommunication::sig_gatewayStateChanged, q, &Tab::slot_gatewayStateChanged);
     QObject::connect(ui.tableView, &Table::updateRate, q, &Tab::slot_updateRate);
     QObject::connect(ui.tableView, &Table::sig_realTimeSaveFailed, q, &Tab::slot_realTimeSaveFailed);
+    connectErrors();
     connectSending();
     connectFunctions();
+}
+
+void GUI_CanDevicePrivate::connectErrors()
+{
+    QObject::connect(ui.tableView, &CTableViewCAN::sig_unlistedChanged, q, [this] { showErrors(); });
+    QObject::connect(&communication, &CANCommunication::sig_sendRefused, q,
+                     [this](quint8 devInd, quint8 canInd, quint32 frames) {
+                         if (isThisChannel(devInd, canInd)) {
+                             errors.refused += frames;
+                             showErrors();
+                         }
+                     });
+    QObject::connect(&communication, &CANCommunication::sig_readFailed, q, [this](quint8 devInd, quint8 canInd) {
+        if (isThisChannel(devInd, canInd)) {
+            ++errors.receiving;
+            showErrors();
+        }
+    });
 }
 
 void GUI_CanDevicePrivate::connectSending()
@@ -168,6 +193,7 @@ void GUI_CanDevicePrivate::connectSending()
     QObject::connect(ui.cbx_length, indexChanged, q, &Tab::slot_candataLengthChanged);
     QObject::connect(ui.lbx_frameID, &QLineEdit::textEdited, q, &Tab::slot_frameIDTextEdited);
     QObject::connect(ui.lbx_cache, &QLineEdit::editingFinished, q, &Tab::slot_cacheLbxEditingFinished);
+    QObject::connect(ui.lbx_cache, &QLineEdit::returnPressed, q, &Tab::slot_cacheLbxReturnPressed);
     QObject::connect(ui.btn_sendData, &QPushButton::clicked, q, &Tab::slot_sendBtnClicked);
     QObject::connect(&sendTimer, &TickTimer::sig_tick, q, &Tab::slot_sendTimeout);
     QObject::connect(ui.btn_stopSending, &QPushButton::clicked, q, &Tab::slot_stopSendBtnClicked);
@@ -191,7 +217,7 @@ void GUI_CanDevicePrivate::connectFunctions()
     onClick(ui.btn_advancedOperation, &Tab::slot_advancedOperationBtnClicked);
     onClick(ui.btn_gatewaySwitch, &Tab::slot_canGateWaySwitchBtnClicked);
     onClick(ui.btn_gatewayFilter, &Tab::slot_canGateWayFilterBtnClicked);
-    QObject::connect(ui.btn_clear, &QPushButton::clicked, ui.tableView, &CTableViewCAN::clear);
+    onClick(ui.btn_clear, &Tab::slot_clearBtnClicked);
 }
 
 bool GUI_CanDevicePrivate::isThisChannel(quint8 devInd, quint8 canInd) const
@@ -225,6 +251,36 @@ void GUI_CanDevicePrivate::readInput()
     frame.data = ui.lbx_data->payload();
     isIdIncreasing = ui.chbx_idIncrease->isChecked();
     isDataIncreasing = ui.chbx_dataIncrease->isChecked();
+}
+
+/// The number in the field, unless there is none above 0; the field shows the limit in force then.
+void GUI_CanDevicePrivate::applyCacheSize()
+{
+    const quint32 count = countFromText(ui.lbx_cache->text()).value_or(0);
+    if (count > 0) {
+        ui.tableView->setCacheSize(toInt(count));
+    }
+    cacheText = QString::number(ui.tableView->cacheSize());
+    ui.lbx_cache->setText(cacheText);
+    showCacheLimit();
+}
+
+/// At first the table takes more than the field shows.
+void GUI_CanDevicePrivate::showCacheLimit() const
+{
+    const QString limit = q->locale().toString(ui.tableView->cacheSize());
+    ui.lbx_cache->setToolTip(GUI_CanDevice::tr("The table holds at most %1 frames.\nType a number and press Enter to "
+                                               "change it.")
+                                 .arg(limit));
+}
+
+void GUI_CanDevicePrivate::showErrors() const
+{
+    CanTabErrors all = errors;
+    all.unlisted = ui.tableView->unlistedCount();
+    ui.lbx_crc->setText(errorText(all));
+    ui.lbx_crc->setCursorPosition(0);
+    ui.lbx_crc->setToolTip(errorToolTip(all));
 }
 
 void GUI_CanDevicePrivate::startTimedSending(quint32 cycleMs)
@@ -307,6 +363,7 @@ GUI_CanDevice::GUI_CanDevice(const ChannelParam &param, CANCommunication &commun
     connect(&m_p->foldAnimation, &QPropertyAnimation::finished, this,
             [this] { m_p->ui.widget_content->setVisible(m_p->ui.widget_content->maximumHeight() > 0); });
     m_p->cacheText = m_p->ui.lbx_cache->text();
+    m_p->showCacheLimit();
     m_p->ui.tableView->setAutoScroll(true);
     m_p->setValidators();
     m_p->fillCombos();
@@ -322,15 +379,20 @@ GUI_CanDevice::~GUI_CanDevice()
     // Likewise: a list that is still running says that it ends.
     delete m_p->sendList;
     delete m_p->sendFile;
-    finishFiles();
+    m_p->ui.tableView->realTimeSave(false, QString());
     if (isChannelOpen()) {
         m_p->communication.closeChannel(channelParam().device, channelParam().channel);
     }
 }
 
-void GUI_CanDevice::finishFiles()
+void GUI_CanDevice::endFiles()
 {
-    m_p->ui.tableView->realTimeSave(false, QString());
+    m_p->ui.tableView->endRealTimeSaving();
+}
+
+bool GUI_CanDevice::waitForFiles(std::chrono::milliseconds time)
+{
+    return m_p->ui.tableView->waitForFiles(time);
 }
 
 CANError GUI_CanDevice::openResult() const
@@ -525,17 +587,31 @@ void GUI_CanDevice::slot_realTimeSaveBtnClicked()
     if (path.isEmpty()) {
         return;
     }
-    if (table->realTimeSave(true, path)) {
+    if (!CTableViewCAN::isRealTimePath(path)) {
+        m_p->showNotice(tr("File saving failure!") + QLatin1Char('\n') +
+                            tr("Only .txt and .csv files can be saved in real time."),
+                        CNotice::Failure);
+    } else if (table->realTimeSave(true, path)) {
         m_p->ui.btn_realTimeSaving->setText(tr("Stop"));
     } else {
         m_p->showNotice(tr("File saving failure!"), CNotice::Failure);
     }
 }
 
+/// The file may be one whose saving was ended before, and another one is being saved by now.
 void GUI_CanDevice::slot_realTimeSaveFailed()
 {
-    m_p->ui.btn_realTimeSaving->setText(tr("Real time saving"));
+    if (!m_p->ui.tableView->isRealTimeSaving()) {
+        m_p->ui.btn_realTimeSaving->setText(tr("Real time saving"));
+    }
     m_p->showNotice(tr("File saving failure!"), CNotice::Failure);
+}
+
+void GUI_CanDevice::slot_clearBtnClicked()
+{
+    m_p->ui.tableView->clear();
+    m_p->errors = {};
+    m_p->showErrors();
 }
 
 void GUI_CanDevice::slot_setFilterBtnClicked()
@@ -576,12 +652,13 @@ void GUI_CanDevice::slot_cacheLbxEditingFinished()
     if (!field->isModified() && field->text() == m_p->cacheText) {
         return; // passed through, and the table has a size of its own at first
     }
-    const quint32 count = countFromText(field->text()).value_or(0);
-    if (count > 0) {
-        m_p->ui.tableView->setCacheSize(toInt(count));
-    }
-    m_p->cacheText = QString::number(m_p->ui.tableView->cacheSize());
-    field->setText(m_p->cacheText);
+    m_p->applyCacheSize();
+}
+
+/// Comes before the end of the editing; also when the number shown was not touched.
+void GUI_CanDevice::slot_cacheLbxReturnPressed()
+{
+    m_p->applyCacheSize();
 }
 
 void GUI_CanDevice::slot_canSendFileBtnClicked()

@@ -7,6 +7,7 @@
 
 #include <QVector>
 
+#include <chrono>
 #include <memory>
 
 class CANCommunication;
@@ -27,8 +28,11 @@ public:
     /// What opening the channel answered; a tab without its channel is of no use.
     CANError openResult() const;
     bool isChannelOpen() const { return openResult() == CAN_OK; }
-    /// Ends saving in real time; what was received so far is in the file then. Destroying the tab does it as well.
-    void finishFiles();
+    /// Ends saving in real time: what was received so far is on its way into the file. Destroying the tab does it as
+    /// well.
+    void endFiles();
+    /// Waits at most so long for the files that were ended. True when they are complete and on the disk.
+    bool waitForFiles(std::chrono::milliseconds time);
 
 signals:
     /// False when a timed send or a list starts, true when it ends.
@@ -59,11 +63,13 @@ private slots:
     void slot_saveBtnClicked();
     void slot_realTimeSaveBtnClicked();
     void slot_realTimeSaveFailed();
+    void slot_clearBtnClicked();
     void slot_setFilterBtnClicked();
     void slot_setFilterDisableBtnClicked();
     void slot_pauseBtnSendClicked(bool checked);
     void slot_pauseBtnReceiveClicked(bool checked);
     void slot_cacheLbxEditingFinished();
+    void slot_cacheLbxReturnPressed();
     void slot_canSendFileBtnClicked();
     void slot_advancedOperationBtnClicked();
     void slot_canGateWaySwitchBtnClicked();

@@ -4,6 +4,7 @@
 #include "capture/FrameDelegate.h"
 #include "capture/FrameStore.h"
 #include "capture/RealTimeFile.h"
+#include "capture/RealTimeWriter.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -19,6 +20,9 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
+#include <limits>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -52,7 +56,9 @@ public:
     void clear();
     bool save(const QString &path, int first, int count);
     bool startRealTime(const QString &path);
-    void finishRealTime();
+    void endRealTime();
+    bool waitForFiles(std::chrono::milliseconds time);
+    void reportFailures();
 
     CTableViewCAN *q;
     QTableView *view;
@@ -60,12 +66,15 @@ public:
     QStandardItemModel *model;
     QTimer *timer;
 
-    RealTimeFile realTime;
+    std::unique_ptr<RealTimeWriter> realTime; ///< null: nothing is saved in real time
+    CTableViewCAN::TargetWrapper targetWrapper;
     int cacheSize = DefaultCacheSize;
     bool autoScroll = false;
     bool phase = false; ///< flips at every refresh; the rates go out when it falls
     int transmitted = 0;
     int received = 0;
+    quint64 unlisted = 0;     ///< since the last clear()
+    quint64 unlistedTold = 0; ///< as it was when it was last told
     QSet<quint32> hiddenIds;
     FrameStore store;
 
@@ -76,6 +85,9 @@ private:
     int headerHeight() const;
     int rowsHeight() const;
     int room() const;
+    bool openRealTime(const QString &path);
+    void handOver(quint64 firstNumber);
+    void failRealTime();
     bool isHidden(const FrameRecord &frame) const { return hiddenIds.contains(frame.id); }
     void updateScrollRange();
     void scrollToBottom();
@@ -87,6 +99,9 @@ private:
     const FrameLabels m_labels = translatedLabels();
     const QFont m_font{QStringLiteral("Microsoft Yahei"), 9};
     std::vector<FrameRecord> m_queue;
+    /// Files whose saving has ended, but not their writing.
+    std::vector<std::unique_ptr<RealTimeWriter>> m_finishing;
+    quint64 m_numberAhead = 0; ///< how far the real-time file's numbers are ahead of the rows
     int m_visibleRows = 0;
     int m_firstRow = -1;
 };
@@ -183,34 +198,38 @@ int CTableViewCANPrivate::rowsHeight() const
     return view->horizontalScrollBar()->isVisible() ? std::min(height, view->viewport()->height()) : height;
 }
 
+/// How many frames may still be queued.
 int CTableViewCANPrivate::room() const
 {
-    return cacheSize - store.size() - static_cast<int>(m_queue.size());
+    if (realTime) {
+        return std::numeric_limits<int>::max();
+    }
+    return std::max(cacheSize - store.size() - static_cast<int>(m_queue.size()), 0);
 }
 
 void CTableViewCANPrivate::append(const FrameRecord &frame, bool filter)
 {
-    if (room() > 0 && !(filter && isHidden(frame))) {
+    if (filter && isHidden(frame)) {
+        return;
+    }
+    if (room() > 0) {
         m_queue.push_back(frame);
+    } else {
+        ++unlisted;
     }
 }
 
 void CTableViewCANPrivate::append(const QVector<FrameRecord> &frames, bool filter)
 {
-    int left = room();
-    if (!filter || hiddenIds.isEmpty()) {
-        m_queue.insert(m_queue.end(), frames.begin(), frames.begin() + std::clamp(left, 0, frames.size()));
+    if (filter && !hiddenIds.isEmpty()) {
+        for (const FrameRecord &frame : frames) {
+            append(frame, true);
+        }
         return;
     }
-    for (const FrameRecord &frame : frames) {
-        if (isHidden(frame)) {
-            continue;
-        }
-        if (left-- <= 0) {
-            return;
-        }
-        m_queue.push_back(frame);
-    }
+    const int taken = std::min(room(), frames.size());
+    m_queue.insert(m_queue.end(), frames.begin(), frames.begin() + taken);
+    unlisted += static_cast<quint64>(frames.size() - taken);
 }
 
 void CTableViewCANPrivate::countQueue()
@@ -224,13 +243,53 @@ void CTableViewCANPrivate::countQueue()
 }
 
 /// Rows that wait for the next refresh belong into the file as well.
-void CTableViewCANPrivate::finishRealTime()
+void CTableViewCANPrivate::endRealTime()
 {
-    if (realTime.isOpen()) {
+    if (realTime) {
         countQueue();
         moveQueueToStore();
-        realTime.close();
     }
+    if (realTime) {
+        realTime->finish();
+        m_finishing.push_back(std::move(realTime));
+    }
+}
+
+bool CTableViewCANPrivate::waitForFiles(std::chrono::milliseconds time)
+{
+    const auto deadline = std::chrono::steady_clock::now() + time;
+    bool areComplete = true;
+    for (const auto &writer : m_finishing) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+        areComplete &= writer->waitFinished(std::max(left, std::chrono::milliseconds(0))) && !writer->hasFailed();
+    }
+    reportFailures();
+    return areComplete;
+}
+
+/// Says of which files the writing has failed since the last time.
+void CTableViewCANPrivate::reportFailures()
+{
+    if (realTime && realTime->hasFailed()) {
+        failRealTime();
+    }
+    const auto firstEnded = std::partition(m_finishing.begin(), m_finishing.end(), [](const auto &writer) {
+        return !writer->waitFinished(std::chrono::milliseconds(0));
+    });
+    const std::vector<std::unique_ptr<RealTimeWriter>> ended(std::make_move_iterator(firstEnded),
+                                                             std::make_move_iterator(m_finishing.end()));
+    m_finishing.erase(firstEnded, m_finishing.end());
+    for (const auto &writer : ended) {
+        if (writer->hasFailed()) {
+            emit q->sig_realTimeSaveFailed(writer->path());
+        }
+    }
+}
+
+/// What was handed over is still written, if the file ever moves on; that it failed is said here and only here.
+void CTableViewCANPrivate::failRealTime()
+{
+    emit q->sig_realTimeSaveFailed(std::exchange(realTime, nullptr)->path());
 }
 
 void CTableViewCANPrivate::moveQueueToStore()
@@ -238,26 +297,39 @@ void CTableViewCANPrivate::moveQueueToStore()
     if (m_queue.empty()) {
         return;
     }
-    const int firstNew = store.size();
-    for (const FrameRecord &frame : m_queue) {
-        store.append(frame);
+    const quint64 firstNumber = static_cast<quint64>(store.size()) + 1 + m_numberAhead;
+    auto listed = m_queue.size();
+    if (realTime) {
+        listed = std::min(listed, static_cast<std::size_t>(std::max(cacheSize - store.size(), 0)));
+        m_numberAhead += m_queue.size() - listed;
+        unlisted += m_queue.size() - listed;
     }
-    if (m_queue.capacity() > QueueKept) {
+    for (std::size_t i = 0; i < listed; ++i) {
+        store.append(m_queue[i]);
+    }
+    if (listed > 0) {
+        updateScrollRange();
+        if (autoScroll) {
+            scrollToBottom();
+        }
+        updateShownRows();
+    }
+    if (realTime) {
+        handOver(firstNumber);
+    } else if (m_queue.capacity() > QueueKept) {
         std::vector<FrameRecord>().swap(m_queue);
     } else {
         m_queue.clear();
     }
+}
 
-    updateScrollRange();
-    if (autoScroll) {
-        scrollToBottom();
-    }
-    updateShownRows();
-    if (realTime.isOpen()) {
-        const QString path = realTime.path();
-        if (!realTime.append(store, firstNew)) {
-            emit q->sig_realTimeSaveFailed(path);
-        }
+/// The thread gives the rows' memory back as well.
+void CTableViewCANPrivate::handOver(quint64 firstNumber)
+{
+    std::vector<FrameRecord> next;
+    next.reserve(std::min(m_queue.size(), QueueKept));
+    if (!realTime->append(std::exchange(m_queue, std::move(next)), firstNumber)) {
+        failRealTime();
     }
 }
 
@@ -330,6 +402,9 @@ void CTableViewCANPrivate::cutStore(int size)
 void CTableViewCANPrivate::clear()
 {
     store.clear();
+    m_numberAhead = 0;
+    unlisted = 0;
+    unlistedTold = 0;
     setModelRows(0);
     const QSignalBlocker blocker(bar);
     bar->setRange(0, 0);
@@ -400,21 +475,42 @@ bool CTableViewCANPrivate::save(const QString &path, int first, int count)
         count = store.size() - first;
     }
     // The file is replaced by a new one: real-time saving to the same path has to go on in that.
-    const QString realTimePath = realTime.path();
-    const bool sameFile = realTime.isOpen() && QFileInfo(path) == QFileInfo(realTimePath);
+    const QString realTimePath = realTime ? realTime->path() : QString();
+    const bool sameFile = realTime && QFileInfo(path) == QFileInfo(realTimePath);
     if (sameFile) {
-        realTime.close();
+        realTime->finish();
+        if (!realTime->waitFinished(CTableViewCAN::StopWait) || realTime->hasFailed()) {
+            failRealTime();
+            return false;
+        }
+        realTime.reset();
+        m_numberAhead = 0;
     }
     const bool saved = saveCapture(path, store, first, count, m_labels);
-    if (sameFile && !realTime.open(realTimePath, m_labels)) {
+    if (sameFile && !openRealTime(realTimePath)) {
         emit q->sig_realTimeSaveFailed(realTimePath);
     }
     return saved;
 }
 
+bool CTableViewCANPrivate::openRealTime(const QString &path)
+{
+    auto file = std::make_unique<RealTimeFile>();
+    if (!file->open(path, m_labels)) {
+        return false;
+    }
+    std::unique_ptr<RealTimeTarget> target = std::move(file);
+    if (targetWrapper) {
+        target = targetWrapper(std::move(target));
+    }
+    realTime = std::make_unique<RealTimeWriter>(path, std::move(target));
+    return true;
+}
+
 bool CTableViewCANPrivate::startRealTime(const QString &path)
 {
-    return save(path, 0, -1) && realTime.open(path, m_labels);
+    m_numberAhead = 0;
+    return CTableViewCAN::isRealTimePath(path) && save(path, 0, -1) && openRealTime(path);
 }
 
 CTableViewCAN::CTableViewCAN(QWidget *parent)
@@ -427,11 +523,24 @@ CTableViewCAN::CTableViewCAN(QWidget *parent)
     m_p->timer->start(RefreshMs);
 }
 
-CTableViewCAN::~CTableViewCAN() = default;
+/// Rows that are still queued are gone; those handed over before are written.
+CTableViewCAN::~CTableViewCAN()
+{
+    if (m_p->realTime) {
+        m_p->realTime->finish();
+        m_p->realTime->waitFinished(StopWait);
+    }
+}
 
 bool CTableViewCAN::isRealTimeSaving() const
 {
-    return m_p->realTime.isOpen();
+    return m_p->realTime != nullptr;
+}
+
+bool CTableViewCAN::isRealTimePath(const QString &path)
+{
+    const std::optional<CaptureFormat> format = captureFormat(path);
+    return format == CaptureFormat::Csv || format == CaptureFormat::Text;
 }
 
 void CTableViewCAN::setCacheSize(int count)
@@ -467,6 +576,26 @@ int CTableViewCAN::rowCount() const
     return m_p->store.size();
 }
 
+quint64 CTableViewCAN::unlistedCount() const
+{
+    return m_p->unlisted;
+}
+
+void CTableViewCAN::endRealTimeSaving()
+{
+    m_p->endRealTime();
+}
+
+bool CTableViewCAN::waitForFiles(std::chrono::milliseconds time)
+{
+    return m_p->waitForFiles(time);
+}
+
+void CTableViewCAN::setTargetWrapper(TargetWrapper wrapper)
+{
+    m_p->targetWrapper = std::move(wrapper);
+}
+
 bool CTableViewCAN::saveRange(const QString &path, int first, int count)
 {
     return m_p->save(path, first, count);
@@ -495,7 +624,10 @@ bool CTableViewCAN::save(const QString &path, int count)
 bool CTableViewCAN::realTimeSave(bool enabled, const QString &path)
 {
     if (!enabled) {
-        m_p->finishRealTime();
+        if (isRealTimeSaving()) {
+            m_p->endRealTime();
+            m_p->waitForFiles(StopWait);
+        }
         return false;
     }
     return !isRealTimeSaving() && m_p->startRealTime(path);
@@ -509,7 +641,11 @@ void CTableViewCAN::refresh()
         emit updateRate(std::exchange(m_p->transmitted, 0), std::exchange(m_p->received, 0));
     }
     m_p->moveQueueToStore();
+    m_p->reportFailures();
     m_p->store.releaseDropped(ReleasePerRefresh);
+    if (std::exchange(m_p->unlistedTold, m_p->unlisted) != m_p->unlisted) {
+        emit sig_unlistedChanged();
+    }
 }
 
 bool CTableViewCAN::eventFilter(QObject *watched, QEvent *event)

@@ -116,7 +116,7 @@ void writeText(PieceWriter &out, CaptureFormat format, const FrameStore &store, 
     for (int i = first; i < first + count && out.isGood(); ++i) {
         const FrameView frame = store.at(i);
         char *to = out.room(lines.maxSize(frame));
-        out.taken(lines.put(to, static_cast<quint32>(i) + 1, frame));
+        out.taken(lines.put(to, static_cast<quint64>(i) + 1, frame));
     }
     out.write(style.lineEnd);
 }
@@ -264,7 +264,7 @@ std::size_t CaptureLines::maxSize(const FrameView &frame)
     return m_fixedSize + sizeOf(m_time) + 3 * static_cast<std::size_t>(frame.size);
 }
 
-char *CaptureLines::put(char *to, quint32 number, const FrameView &frame) const
+char *CaptureLines::put(char *to, quint64 number, const FrameView &frame) const
 {
     to = FrameBytes::putDecimal(to, number);
     to = putBytes(to, m_time);

@@ -50,7 +50,7 @@ public:
     /// Most bytes that put() needs for this frame.
     std::size_t maxSize(const FrameView &frame);
     /// Writes one line to `to` and returns the place behind. Call maxSize() for the same frame first.
-    char *put(char *to, quint32 number, const FrameView &frame) const;
+    char *put(char *to, quint64 number, const FrameView &frame) const;
 
 private:
     static constexpr std::size_t Directions = 3;

@@ -124,7 +124,7 @@ QString frameNumber(int index)
 
 namespace FrameBytes {
 
-char *putDecimal(char *to, quint32 number)
+char *putDecimal(char *to, quint64 number)
 {
     std::array<char, MaxDecimal> digits;
     std::size_t first = digits.size();

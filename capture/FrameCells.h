@@ -50,12 +50,12 @@ QString frameNumber(int index);
 /// The parts of cells as ASCII. Each writes to `to` and returns the place behind; none writes an ending zero.
 namespace FrameBytes {
 
-constexpr std::size_t MaxDecimal = 10;
+constexpr std::size_t MaxDecimal = 20;
 constexpr std::size_t MaxHexNumber = 10;
 constexpr std::size_t MaxTimeStamp = 12;
 
 /// Decimal without leading zeros.
-char *putDecimal(char *to, quint32 number);
+char *putDecimal(char *to, quint64 number);
 /// "0x" and upper-case hexadecimal digits without leading zeros.
 char *putHexNumber(char *to, quint32 number);
 /// milliseconds as hours (modulo 24), minutes, seconds, milliseconds: "1:2:3.4", without leading zeros.

@@ -4,6 +4,10 @@
 
 #include <algorithm>
 
+namespace {
+constexpr int PieceSize = 1 << 20;
+} // namespace
+
 bool RealTimeFile::open(const QString &path, const FrameLabels &labels, const CaptureTextStyle &style)
 {
     close();
@@ -12,8 +16,13 @@ bool RealTimeFile::open(const QString &path, const FrameLabels &labels, const Ca
     m_lines.emplace(labels, CaptureLines::separator(isText ? CaptureFormat::Text : CaptureFormat::Csv),
                     CaptureLines::LastCell::Separated, style);
     m_lineEnd = style.lineEnd;
+    m_piece.reserve(PieceSize);
     m_file.setFileName(path);
-    return isFileTarget(path) && m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered);
+    if (!isFileTarget(path) || !m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
+        return false;
+    }
+    m_size = m_file.size();
+    return true;
 }
 
 void RealTimeFile::close()
@@ -21,12 +30,14 @@ void RealTimeFile::close()
     m_file.close();
 }
 
-bool RealTimeFile::append(const FrameStore &store, int first)
+bool RealTimeFile::append(const std::vector<FrameRecord> &rows, quint64 firstNumber)
 {
     Q_ASSERT(isOpen());
-    bool good = isFileAt(m_file, path());
-    while (good && first < store.size()) {
-        good = write(linesOf(store, first));
+    bool good = isWhole();
+    std::size_t next = 0;
+    while (good && next < rows.size()) {
+        fillPiece(rows, next, firstNumber);
+        good = writePiece();
     }
     if (!good) {
         close();
@@ -34,33 +45,39 @@ bool RealTimeFile::append(const FrameStore &store, int first)
     return good;
 }
 
-/// The lines of the rows from first on, and first moved behind them: all rows unless they are unusually many.
-QByteArray RealTimeFile::linesOf(const FrameStore &store, int &first)
+bool RealTimeFile::sync()
 {
-    constexpr int Enough = 1 << 28;
-    QByteArray lines;
-    int used = 0;
-    for (; first < store.size() && used < Enough; ++first) {
-        const FrameView frame = store.at(first);
-        const int needed = used + static_cast<int>(m_lines->maxSize(frame));
-        if (needed > lines.size()) {
-            lines.resize(std::max(needed, lines.size() * 2));
-        }
-        const char *end = m_lines->put(lines.data() + used, static_cast<quint32>(first) + 1, frame);
-        used = static_cast<int>(end - lines.constData());
-    }
-    lines.truncate(used);
-    return lines;
+    Q_ASSERT(isOpen());
+    return isWhole() && syncFile(m_file);
 }
 
-bool RealTimeFile::write(const QByteArray &bytes)
+bool RealTimeFile::isWhole() const
+{
+    return isFileAt(m_file, path()) && m_file.size() >= m_size;
+}
+
+/// Makes a piece of lines of the rows from next on, and moves next behind them.
+void RealTimeFile::fillPiece(const std::vector<FrameRecord> &rows, std::size_t &next, quint64 firstNumber)
+{
+    int used = 0;
+    for (; next < rows.size() && used < PieceSize; ++next) {
+        const FrameView frame = viewOf(rows[next], FrameStore::MaxPayload);
+        m_piece.resize(std::max(used + static_cast<int>(m_lines->maxSize(frame)), PieceSize));
+        const char *end = m_lines->put(m_piece.data() + used, firstNumber + next, frame);
+        used = static_cast<int>(end - m_piece.constData());
+    }
+    m_piece.truncate(used);
+}
+
+bool RealTimeFile::writePiece()
 {
     const qint64 before = m_file.size();
-    if (m_file.write(bytes) == bytes.size() && m_file.flush()) {
+    if (m_file.write(m_piece) == m_piece.size() && m_file.flush()) {
+        m_size = before + m_piece.size();
         return true;
     }
-    const auto written = static_cast<int>(std::clamp<qint64>(m_file.size() - before, 0, bytes.size()));
-    const int wholeLines = bytes.left(written).lastIndexOf(m_lineEnd);
+    const auto written = static_cast<int>(std::clamp<qint64>(m_file.size() - before, 0, m_piece.size()));
+    const int wholeLines = m_piece.left(written).lastIndexOf(m_lineEnd);
     m_file.resize(before + (wholeLines < 0 ? 0 : wholeLines + m_lineEnd.size()));
     return false;
 }

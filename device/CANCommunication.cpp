@@ -332,6 +332,7 @@ CANError CANCommunication::openDevice(quint8 dev)
     // NOLINTEND(performance-unnecessary-value-param)
     connect(entry.reader, &CANReadHandle::sig_deviceLost, this,
             [this, opening = entry.opening](quint8 devInd) { tellDeviceLost(devInd, opening); });
+    connect(entry.reader, &CANReadHandle::sig_readFailed, this, &CANCommunication::sig_readFailed);
     QMetaObject::invokeMethod(entry.reader, "readHandle", Qt::QueuedConnection, Q_ARG(quint8, dev),
                               Q_ARG(CANAPI *, m_p->api.get()));
     entry.thread->start(); // after everything that the thread has to find in place
@@ -443,15 +444,23 @@ CANError CANCommunication::stopChannel(quint8 dev, quint8 ch)
 CANError CANCommunication::transmit(quint8 dev, quint8 ch, const VCI_CAN_OBJ *frames, quint32 count)
 {
     const auto send = m_p->api->VCI_Transmit;
-    const bool isSent = send != nullptr && send(AdapterDeviceType, dev, ch, frames, count) == count;
-    return isSent ? CAN_OK : CAN_SendFailed;
+    return answerToSending(dev, ch, send == nullptr ? 0 : send(AdapterDeviceType, dev, ch, frames, count), count);
 }
 
 CANError CANCommunication::transmitCANFD(quint8 dev, quint8 ch, const VCI_CANFD_OBJ *frames, quint32 count)
 {
     const auto send = m_p->api->KQ_TransmitCANFD;
-    const bool isSent = send != nullptr && send(AdapterDeviceType, dev, ch, frames, count) == count;
-    return isSent ? CAN_OK : CAN_SendFailed;
+    return answerToSending(dev, ch, send == nullptr ? 0 : send(AdapterDeviceType, dev, ch, frames, count), count);
+}
+
+/// An adapter that claims to have taken more than it was given has taken nothing that can be relied on.
+CANError CANCommunication::answerToSending(quint8 dev, quint8 ch, quint32 accepted, quint32 count)
+{
+    if (accepted == count) {
+        return CAN_OK;
+    }
+    emit sig_sendRefused(dev, ch, accepted < count ? count - accepted : count);
+    return CAN_SendFailed;
 }
 
 CANError CANCommunication::openGateway(quint8 dev)

@@ -142,12 +142,17 @@ signals:
     /// 9; indexCANFDFre: CAN FD data-rate index, 0 to 5.
     void sig_scanResultCallback(quint8 can1, quint8 can2, quint8 index, quint8 indexCANFDFre);
     void sig_scanFinish();
+    /// The adapter refused so many of the CAN frames that were to be sent.
+    void sig_sendRefused(quint8 devInd, quint8 canInd, quint32 frames);
+    /// The adapter reported an error instead of how many CAN frames wait, or instead of delivering them.
+    void sig_readFailed(quint8 devInd, quint8 canInd);
 
 private slots:
     void slot_scanTick();
 
 private:
     CANError stopChannel(quint8 dev, quint8 ch);
+    CANError answerToSending(quint8 dev, quint8 ch, quint32 accepted, quint32 count);
     void tellDeviceLost(quint8 dev, quint32 opening);
     /// Ends the scan without a word. False when there is none.
     bool endScan();

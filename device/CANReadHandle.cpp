@@ -19,12 +19,13 @@ class CANReadHandlePrivate
 {
 public:
     using ChannelFlags = std::array<std::atomic<bool>, 2>;
+    enum class Fetched : quint8 { Nothing, Frames, Error };
 
     /// Sleeps one period, less when the polling is to end.
     void pause();
-    /// Fetches what waits on one channel into frames; false when there is nothing to hand over.
+    /// Fetches what waits on one channel into frames.
     template<class Frame, class Receive>
-    bool read(quint8 id, quint8 channel, AdapterEntry::Channel waiting, Receive receive, QVector<Frame> &frames);
+    Fetched read(quint8 id, quint8 channel, AdapterEntry::Channel waiting, Receive receive, QVector<Frame> &frames);
     /// After each round of polls; asks the device if that is due. True once, when it is gone.
     bool isLost(quint8 id, const CANAPI &api, bool hasFrames);
 
@@ -51,21 +52,27 @@ void CANReadHandlePrivate::pause()
 }
 
 template<class Frame, class Receive>
-bool CANReadHandlePrivate::read(quint8 id, quint8 channel, AdapterEntry::Channel waiting, Receive receive,
-                                QVector<Frame> &frames)
+CANReadHandlePrivate::Fetched CANReadHandlePrivate::read(quint8 id, quint8 channel, AdapterEntry::Channel waiting,
+                                                         Receive receive, QVector<Frame> &frames)
 {
     if (waiting == nullptr || receive == nullptr) {
-        return false;
+        return Fetched::Nothing;
     }
     const quint32 announced = waiting(AdapterDeviceType, id, channel);
-    if (announced == 0 || announced == AdapterReceiveError) {
-        return false;
+    if (announced == AdapterReceiveError) {
+        return Fetched::Error;
+    }
+    if (announced == 0) {
+        return Fetched::Nothing;
     }
     const quint32 count = std::min(announced, CANReadHandle::MaxBatch);
     frames.clear();
     frames.resize(static_cast<int>(count)); // zeroes the records
     const quint32 received = receive(AdapterDeviceType, id, channel, frames.data(), count, AdapterReceiveWaitMs);
-    return received != 0 && received != AdapterReceiveError;
+    if (received == AdapterReceiveError) {
+        return Fetched::Error;
+    }
+    return received == 0 ? Fetched::Nothing : Fetched::Frames;
 }
 
 bool CANReadHandlePrivate::isLost(quint8 id, const CANAPI &api, bool hasFrames)
@@ -145,21 +152,28 @@ void CANReadHandle::readHandle(quint8 id, CANAPI *api)
     QVector<VCI_CAN_OBJ> can;
     QVector<VCI_CANFD_OBJ> canFD;
     m_p->clock.start();
+    bool hasFrames = false;
+    const auto handOver = [this, id, &hasFrames](quint8 channel, auto fetched, auto &frames, auto signal) {
+        if (fetched == CANReadHandlePrivate::Fetched::Frames) {
+            emit(this->*signal)(id, channel, frames);
+            frames = {};
+            hasFrames = true;
+        } else if (fetched == CANReadHandlePrivate::Fetched::Error) {
+            emit sig_readFailed(id, channel);
+        }
+    };
     while (m_p->flagRead) {
-        bool hasFrames = m_p->hasOtherFrames.exchange(false);
+        hasFrames = m_p->hasOtherFrames.exchange(false);
         for (const quint8 channel : {quint8(0), quint8(1)}) {
-            if (m_p->flagCAN[channel] && m_p->read(id, channel, api->VCI_GetReceiveNum, api->VCI_Receive, can)) {
-                emit sig_readResultCallback(id, channel, can);
-                can = {};
-                hasFrames = true;
+            if (m_p->flagCAN[channel]) {
+                const auto fetched = m_p->read(id, channel, api->VCI_GetReceiveNum, api->VCI_Receive, can);
+                handOver(channel, fetched, can, &CANReadHandle::sig_readResultCallback);
             }
         }
         for (const quint8 channel : {quint8(0), quint8(1)}) {
-            if (m_p->flagCANFD[channel] &&
-                m_p->read(id, channel, api->KQ_GetReceiveNumCANFD, api->KQ_ReceiveCANFD, canFD)) {
-                emit sig_readResultCallbackCANFD(id, channel, canFD);
-                canFD = {};
-                hasFrames = true;
+            if (m_p->flagCANFD[channel]) {
+                const auto fetched = m_p->read(id, channel, api->KQ_GetReceiveNumCANFD, api->KQ_ReceiveCANFD, canFD);
+                handOver(channel, fetched, canFD, &CANReadHandle::sig_readResultCallbackCANFD);
             }
         }
         if (m_p->isLost(id, *api, hasFrames)) {

@@ -59,6 +59,8 @@ signals:
     void sig_readResultCallbackCANFD(quint8 devInd, quint8 canInd, const QVector<VCI_CANFD_OBJ> &obj);
     /// The device does not answer any more. Once in a run of readHandle(), and only when it is watched.
     void sig_deviceLost(quint8 devInd);
+    /// The adapter reported an error instead of how many frames wait, or instead of delivering them.
+    void sig_readFailed(quint8 devInd, quint8 canInd);
 
 private:
     std::unique_ptr<CANReadHandlePrivate> m_p;

@@ -335,6 +335,51 @@
         <source>How many of the newest frames to save, at least 1</source>
         <translation>要保存的最新帧数，至少为 1</translation>
     </message>
+    <message>
+        <source>The table holds at most %1 frames.
+Type a number and press Enter to change it.</source>
+        <translation>表格最多容纳 %1 帧。
+输入数值并按回车键可更改。</translation>
+    </message>
+    <message>
+        <source>Only .txt and .csv files can be saved in real time.</source>
+        <translation>只有 .txt 和 .csv 文件可以实时保存。</translation>
+    </message>
+</context>
+<context>
+    <name>ErrorText</name>
+    <message>
+        <source>Full %1</source>
+        <translation>已满 %1</translation>
+    </message>
+    <message>
+        <source>Frames not listed because the table is full: %1</source>
+        <translation>因表格已满而未列出的帧：%1</translation>
+    </message>
+    <message>
+        <source>Send %1</source>
+        <translation>发送 %1</translation>
+    </message>
+    <message>
+        <source>Frames that the adapter refused to send: %1</source>
+        <translation>适配器拒绝发送的帧：%1</translation>
+    </message>
+    <message>
+        <source>Recv %1</source>
+        <translation>接收 %1</translation>
+    </message>
+    <message>
+        <source>Errors of the adapter while receiving: %1</source>
+        <translation>适配器接收出错的次数：%1</translation>
+    </message>
+    <message>
+        <source>Errors %1</source>
+        <translation>错误 %1</translation>
+    </message>
+    <message>
+        <source>Since the table was last cleared:</source>
+        <translation>自上次清空表格以来：</translation>
+    </message>
 </context>
 <context>
     <name>GUI_CanGateWay</name>

@@ -335,6 +335,51 @@
         <source>How many of the newest frames to save, at least 1</source>
         <translation>How many of the newest frames to save, at least 1</translation>
     </message>
+    <message>
+        <source>The table holds at most %1 frames.
+Type a number and press Enter to change it.</source>
+        <translation>The table holds at most %1 frames.
+Type a number and press Enter to change it.</translation>
+    </message>
+    <message>
+        <source>Only .txt and .csv files can be saved in real time.</source>
+        <translation>Only .txt and .csv files can be saved in real time.</translation>
+    </message>
+</context>
+<context>
+    <name>ErrorText</name>
+    <message>
+        <source>Full %1</source>
+        <translation>Full %1</translation>
+    </message>
+    <message>
+        <source>Frames not listed because the table is full: %1</source>
+        <translation>Frames not listed because the table is full: %1</translation>
+    </message>
+    <message>
+        <source>Send %1</source>
+        <translation>Send %1</translation>
+    </message>
+    <message>
+        <source>Frames that the adapter refused to send: %1</source>
+        <translation>Frames that the adapter refused to send: %1</translation>
+    </message>
+    <message>
+        <source>Recv %1</source>
+        <translation>Recv %1</translation>
+    </message>
+    <message>
+        <source>Errors of the adapter while receiving: %1</source>
+        <translation>Errors of the adapter while receiving: %1</translation>
+    </message>
+    <message>
+        <source>Errors %1</source>
+        <translation>Errors %1</translation>
+    </message>
+    <message>
+        <source>Since the table was last cleared:</source>
+        <translation>Since the table was last cleared:</translation>
+    </message>
 </context>
 <context>
     <name>GUI_CanGateWay</name>

@@ -8,6 +8,7 @@
 #include "widgets/CHexEditView.h"
 
 #include <QFile>
+#include <QFileDialog>
 #include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
@@ -81,7 +82,10 @@ private slots:
     void reportsAFailedSave();
     void savesInRealTime();
     void realTimeSavingEndsWithTheFolder();
+    void realTimeSavingTakesTextFilesOnly();
+    void realTimeSavingCompletesTheName();
     void cacheFieldActsWhenItIsEdited();
+    void cacheFieldSaysTheLimitInForce();
     static void oddCacheSizesKeepTheOneInForce_data();
     void oddCacheSizesKeepTheOneInForce();
     void takesALongIdentifier();
@@ -526,20 +530,59 @@ void tst_GUI_CanDevice::realTimeSavingEndsWithTheFolder()
     QVERIFY(user.table()->isRealTimeSaving());
     QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
     const bool isGone = QDir(folder.path()).removeRecursively();
-    for (int i = 0; i < 2; ++i) {
-        user.tab.slot_readResultCallback(0, 0, {VCI_CAN_OBJ{}});
-        user.table()->refresh();
-    }
+    user.tab.slot_readResultCallback(0, 0, {VCI_CAN_OBJ{}});
+    user.table()->refresh();
 #ifdef Q_OS_WIN
     QVERIFY(!isGone);
+    user.table()->realTimeSave(false, QString());
     QCOMPARE(notices.count(), 0);
-    QVERIFY(user.table()->isRealTimeSaving());
 #else
     QVERIFY(isGone);
+    QTRY_COMPARE(notices.count(), 1);
+    user.tab.slot_readResultCallback(0, 0, {VCI_CAN_OBJ{}});
+    user.table()->refresh();
     QCOMPARE(notices.count(), 1);
     QCOMPARE(notices.first(), (QVariantList{QStringLiteral("File saving failure!"), 3, 1500}));
     QCOMPARE(user.find<QPushButton>("btn_realTimeSaving")->text(), QStringLiteral("Real time saving"));
 #endif
+}
+
+/// The other formats cannot be appended to.
+void tst_GUI_CanDevice::realTimeSavingTakesTextFilesOnly()
+{
+    const QTemporaryDir folder;
+    TabUser user(channel(0, 0), *m_manager);
+    QSignalSpy notices(&user.tab, &WidgetDeviceBase::sig_showNotice);
+    for (const char *name : {"live.can", "live.canfd", "live.log"}) {
+        const SaveDialogDriver dialog(folder.filePath(QLatin1String(name)));
+        user.click("btn_realTimeSaving");
+        QVERIFY(dialog.isAnswered());
+        QCOMPARE(notices.count(), 1);
+        QCOMPARE(
+            notices.takeFirst(),
+            (QVariantList{QStringLiteral("File saving failure!\nOnly .txt and .csv files can be saved in real time."),
+                          3, 1500}));
+        QVERIFY(!user.table()->isRealTimeSaving());
+        QCOMPARE(user.find<QPushButton>("btn_realTimeSaving")->text(), QStringLiteral("Real time saving"));
+    }
+    QVERIFY(QDir(folder.path()).isEmpty());
+}
+
+/// A name without an ending gets the one of the file type chosen.
+void tst_GUI_CanDevice::realTimeSavingCompletesTheName()
+{
+    for (const int filter : {0, 1}) {
+        const QTemporaryDir folder; // the dialog completes a name by those that are there
+        TabUser user(channel(0, 0), *m_manager);
+        const QString name = folder.filePath(QStringLiteral("live"));
+        const SaveDialogDriver dialog(name, [filter](QFileDialog &shown) {
+            shown.selectNameFilter(shown.nameFilters().at(filter));
+            emit shown.filterSelected(shown.nameFilters().at(filter));
+        });
+        user.click("btn_realTimeSaving");
+        QVERIFY(user.table()->isRealTimeSaving());
+        QVERIFY(QFile::exists(name + (filter == 0 ? QStringLiteral(".txt") : QStringLiteral(".csv"))));
+    }
 }
 
 void tst_GUI_CanDevice::cacheFieldActsWhenItIsEdited()
@@ -548,11 +591,20 @@ void tst_GUI_CanDevice::cacheFieldActsWhenItIsEdited()
     auto *field = user.find<QLineEdit>("lbx_cache");
     QCOMPARE(field->text(), QStringLiteral("20000"));
     QCOMPARE(user.table()->cacheSize(), 1000000);
+    QVERIFY(QTest::qWaitForWindowActive(&user.tab));
     field->setFocus();
-    QTest::keyClick(field, Qt::Key_Return); // passed through
+    QVERIFY(field->hasFocus());
+    QTest::keyClick(field, Qt::Key_Tab); // passed through
+    QVERIFY(!field->hasFocus());
     QCOMPARE(user.table()->cacheSize(), 1000000);
+    QCOMPARE(field->text(), QStringLiteral("20000"));
+    field->setFocus();
+    QTest::keyClick(field, Qt::Key_Return); // what is shown is wanted
+    QCOMPARE(user.table()->cacheSize(), 20000);
+    QCOMPARE(field->text(), QStringLiteral("20000"));
+    user.table()->setCacheSize(30000);
     user.type("lbx_cache", QStringLiteral("20000")); // typed, though it reads as before
-    QTest::keyClick(field, Qt::Key_Return);
+    QTest::keyClick(field, Qt::Key_Tab);
     QCOMPARE(user.table()->cacheSize(), 20000);
 
     user.tab.slot_readResultCallback(0, 0, QVector<VCI_CAN_OBJ>(10, VCI_CAN_OBJ{}));
@@ -562,6 +614,25 @@ void tst_GUI_CanDevice::cacheFieldActsWhenItIsEdited()
     QTest::keyClick(field, Qt::Key_Return);
     QCOMPARE(user.rows(), 4);
     QCOMPARE(field->text(), QStringLiteral("4"));
+}
+
+void tst_GUI_CanDevice::cacheFieldSaysTheLimitInForce()
+{
+    const TabUser user(channel(0, 0), *m_manager);
+    auto *field = user.find<QLineEdit>("lbx_cache");
+    const auto says = [field](int limit) {
+        const QString words = QStringLiteral("The table holds at most %1 frames.").arg(QLocale().toString(limit));
+        return field->toolTip().startsWith(words);
+    };
+    QVERIFY2(says(1000000), qPrintable(field->toolTip()));
+    user.type("lbx_cache", QStringLiteral("500"));
+    QVERIFY(says(1000000));
+    QTest::keyClick(field, Qt::Key_Return);
+    QVERIFY2(says(500), qPrintable(field->toolTip()));
+    user.type("lbx_cache", QStringLiteral("0"));
+    QTest::keyClick(field, Qt::Key_Return);
+    QVERIFY(says(500));
+    QCOMPARE(field->text(), QStringLiteral("500"));
 }
 
 void tst_GUI_CanDevice::oddCacheSizesKeepTheOneInForce_data()

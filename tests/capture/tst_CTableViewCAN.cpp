@@ -177,13 +177,6 @@ private slots:
     void saveUnknownEnding();
     void saveFails();
 
-    void realTimeOnAndOff();
-    void realTimeUpperCaseTxt();
-    void realTimeFailsToStart();
-    void realTimeFileVanishes();
-    void realTimeGoesOnAfterASaveToItsPath();
-    void realTimeFileIsClosedWithTheTable();
-
 private:
     QString path(const char *name) const { return m_folder->filePath(QString::fromLatin1(name)); }
 
@@ -905,124 +898,6 @@ void tst_CTableViewCAN::saveFails()
     table.show(frames(1));
     QVERIFY(!table.widget.save(path("gone/a.csv")));
     QVERIFY(!table.widget.saveRange(path("gone/a.csv"), 0, 1));
-}
-
-void tst_CTableViewCAN::realTimeOnAndOff()
-{
-    Table table;
-    table.show(frames(2));
-    QVERIFY(!table.widget.isRealTimeSaving());
-    QVERIFY(table.widget.realTimeSave(true, path("a.csv")));
-    QVERIFY(table.widget.isRealTimeSaving());
-    const QByteArray saved = textOf(path("a.csv"));
-    QCOMPARE(saved.count('\n'), 2 + 2 + 1);
-    QVERIFY(!saved.contains(",\n1,"));
-    table.show(frames(2, 16));
-    const QByteArray line3 = "3,10:20:30.400,0:0:0.0,Revice,0x10,CAN,Data,Standard,0x0,,\n";
-    const QByteArray line4 = "4,10:20:30.400,0:0:0.0,Revice,0x11,CAN,Data,Standard,0x0,,\n";
-    QCOMPARE(textOf(path("a.csv")), saved + line3 + line4);
-
-    // Switching on again answers false and changes nothing.
-    QVERIFY(!table.widget.realTimeSave(true, path("b.txt")));
-    QVERIFY(table.widget.isRealTimeSaving());
-    QCOMPARE(filesIn(m_folder->path()), QStringList(QStringLiteral("a.csv")));
-    table.widget.clear();
-    table.show(frames(1, 17));
-    QCOMPARE(textOf(path("a.csv")), saved + line3 + line4 + QByteArray(line4).replace(0, 1, "1"));
-
-    QVERIFY(!table.widget.realTimeSave(false, QString()));
-    QVERIFY(!table.widget.isRealTimeSaving());
-    const QByteArray ended = textOf(path("a.csv"));
-    table.show(frames(1));
-    QCOMPARE(textOf(path("a.csv")), ended);
-    QVERIFY(!table.widget.realTimeSave(false, QString()));
-}
-
-void tst_CTableViewCAN::realTimeUpperCaseTxt()
-{
-    Table table;
-    table.show(frames(1));
-    QVERIFY(table.widget.realTimeSave(true, path("a.TXT")));
-    table.show(frames(1));
-    const QList<QByteArray> lines = textOf(path("a.TXT")).split('\n');
-    QVERIFY(lines[2].startsWith("1     10:20:30.400     "));
-    QCOMPARE(lines[3], QByteArray());
-    QVERIFY(lines[4].startsWith("2,10:20:30.400,"));
-}
-
-void tst_CTableViewCAN::realTimeFailsToStart()
-{
-    Table table;
-    QSignalSpy failures(&table.widget, &CTableViewCAN::sig_realTimeSaveFailed);
-    QVERIFY(!table.widget.realTimeSave(true, path("gone/a.csv")));
-    QVERIFY(!table.widget.isRealTimeSaving());
-    QVERIFY(!table.widget.realTimeSave(true, path("a.bin")));
-    QVERIFY(!table.widget.isRealTimeSaving());
-    QCOMPARE(filesIn(m_folder->path()), QStringList());
-    table.show(frames(1));
-    QCOMPARE(failures.count(), 0);
-    QVERIFY(table.widget.realTimeSave(true, path("a.csv")));
-}
-
-void tst_CTableViewCAN::realTimeFileVanishes()
-{
-    Table table;
-    QSignalSpy failures(&table.widget, &CTableViewCAN::sig_realTimeSaveFailed);
-    bool wasOnWhenTold = true;
-    connect(&table.widget, &CTableViewCAN::sig_realTimeSaveFailed, this,
-            [&] { wasOnWhenTold = table.widget.isRealTimeSaving(); });
-    QVERIFY(table.widget.realTimeSave(true, path("a.csv")));
-#ifdef Q_OS_WIN // an open file stays, and saving goes on
-    QVERIFY(!QFile::remove(path("a.csv")));
-    table.show(frames(1));
-    QCOMPARE(failures.count(), 0);
-    QVERIFY(table.widget.isRealTimeSaving());
-    QVERIFY(wasOnWhenTold);
-    return;
-#endif
-    QVERIFY(QFile::remove(path("a.csv")));
-    table.widget.refresh(); // nothing to write
-    QCOMPARE(failures.count(), 0);
-    table.show(frames(1));
-    QCOMPARE(failures.count(), 1);
-    QCOMPARE(failures[0][0].toString(), path("a.csv"));
-    QVERIFY(!wasOnWhenTold);
-    QVERIFY(!table.widget.isRealTimeSaving());
-    table.show(frames(1));
-    QCOMPARE(failures.count(), 1);
-    QCOMPARE(table.widget.rowCount(), 2);
-    QCOMPARE(filesIn(m_folder->path()), QStringList());
-    QVERIFY(table.widget.realTimeSave(true, path("a.csv")));
-}
-
-void tst_CTableViewCAN::realTimeGoesOnAfterASaveToItsPath()
-{
-    Table table;
-    QSignalSpy failures(&table.widget, &CTableViewCAN::sig_realTimeSaveFailed);
-    QVERIFY(table.widget.realTimeSave(true, path("a.csv")));
-    table.show(frames(3));
-    QVERIFY(table.widget.save(path("a.csv"), 1));
-    QCOMPARE(fileContent(path("a.csv")).count('\n'), 2 + 1 + 1);
-    table.show(frames(1));
-    QVERIFY(table.widget.isRealTimeSaving());
-    QCOMPARE(fileContent(path("a.csv")).count('\n'), 2 + 1 + 1 + 1);
-    QVERIFY(fileContent(path("a.csv")).contains("\n4,10:20:30.400,"));
-    // Another path is no concern of it.
-    QVERIFY(table.widget.save(path("b.csv")));
-    table.show(frames(1));
-    QVERIFY(fileContent(path("a.csv")).contains("\n5,10:20:30.400,"));
-    QCOMPARE(failures.count(), 0);
-}
-
-void tst_CTableViewCAN::realTimeFileIsClosedWithTheTable()
-{
-    {
-        Table table;
-        QVERIFY(table.widget.realTimeSave(true, path("a.csv")));
-        table.show(frames(1));
-    }
-    QCOMPARE(fileContent(path("a.csv")).count('\n'), 4);
-    QVERIFY(QFile::remove(path("a.csv")));
 }
 
 X9_GUI_TEST(tst_CTableViewCAN)

@@ -198,10 +198,9 @@ void tst_CaptureRoundTrip::realTimeLinesOfCsvLoseTheirPayloads()
     FrameStore store;
     store.append(frame(0x123, "\x01\x02"));
     QVERIFY(saveCapture(path, store, 0, 1, englishLabels()));
-    store.append(frame(0x124, "\x03\x04"));
     RealTimeFile file;
     QVERIFY(file.open(path, englishLabels()));
-    QVERIFY(file.append(store, 1));
+    QVERIFY(file.append({frame(0x124, "\x03\x04")}, 2));
     file.close();
     const auto content = readCapture(path);
     QVERIFY(content);

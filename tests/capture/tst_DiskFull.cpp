@@ -150,15 +150,12 @@ void tst_DiskFull::realTimeFileEndsWithAWholeLine()
     }
     QVERIFY(saveCapture(path(QStringLiteral("a.csv")), store, 0, 1, m_labels));
     const QByteArray before = fileContent(path(QStringLiteral("a.csv")));
-    store.clear();
-    for (int i = 0; i < 20; ++i) {
-        store.append(frame(0x5, QByteArray(8, 'U')));
-    }
     RealTimeFile file;
     QVERIFY(file.open(path(QStringLiteral("a.csv")), m_labels));
     {
         const FileSizeLimit full(static_cast<rlim_t>(before.size() + limit));
-        QVERIFY(!file.append(store, 10));
+        const std::vector<FrameRecord> rows(10, frame(0x5, QByteArray(8, 'U')));
+        QVERIFY(!file.append(rows, 11));
     }
     QVERIFY(!file.isOpen());
     const QByteArray after = fileContent(path(QStringLiteral("a.csv")));
@@ -175,12 +172,13 @@ void tst_DiskFull::tableStopsRealTimeSavingOnce()
     QVERIFY(table.realTimeSave(true, file));
     table.append(frames(10));
     table.refresh();
+    QTRY_COMPARE(fileContent(file).count('\n'), 2 + 1 + 10);
     const QByteArray before = fileContent(file);
     {
         const FileSizeLimit full(static_cast<rlim_t>(before.size() + 30));
         table.append(frames(10));
         table.refresh();
-        QCOMPARE(failures.count(), 1);
+        QTRY_COMPARE(failures.count(), 1);
         QCOMPARE(failures[0][0].toString(), file);
         QVERIFY(!table.isRealTimeSaving());
         table.append(frames(10));

@@ -741,8 +741,16 @@ void tst_CANCommunication::transmitFails()
     m_adapter->answer("KQ_TransmitCANFD", accepted);
     const Frames frames(3);
     const FramesCANFD framesCANFD(3);
-    QCOMPARE(m_manager->transmit(0, 0, frames.constData(), 3), CAN_SendFailed);
-    QCOMPARE(m_manager->transmitCANFD(0, 0, framesCANFD.constData(), 3), CAN_SendFailed);
+    QSignalSpy refusals(m_manager.get(), &CANCommunication::sig_sendRefused);
+    QCOMPARE(m_manager->transmit(0, 1, frames.constData(), 3), CAN_SendFailed);
+    QCOMPARE(m_manager->transmitCANFD(2, 0, framesCANFD.constData(), 3), CAN_SendFailed);
+    const quint32 refused = !isMissing && accepted < 3 ? 3 - accepted : 3;
+    const auto told = [refused](quint8 device, quint8 channel) {
+        return QVariantList{QVariant::fromValue(device), QVariant::fromValue(channel), QVariant::fromValue(refused)};
+    };
+    QCOMPARE(refusals.count(), 2);
+    QCOMPARE(refusals[0], told(0, 1));
+    QCOMPARE(refusals[1], told(2, 0));
     QCOMPARE(m_adapter->takeCalls().size(), isMissing ? 0 : 2);
 }
 

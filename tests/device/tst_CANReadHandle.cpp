@@ -264,6 +264,7 @@ void tst_CANReadHandle::failedReceive()
     QFETCH(quint32, result);
     QSignalSpy batches(m_reader.get(), &CANReadHandle::sig_readResultCallback);
     QSignalSpy batchesCANFD(m_reader.get(), &CANReadHandle::sig_readResultCallbackCANFD);
+    QSignalSpy failures(m_reader.get(), &CANReadHandle::sig_readFailed);
     m_reader->setFlagCAN(0, !isCANFD);
     m_reader->setFlagCANFD(0, isCANFD);
     m_adapter->announce(isCANFD, 0, 4, result);
@@ -275,6 +276,10 @@ void tst_CANReadHandle::failedReceive()
     });
     QCOMPARE(batches.count(), isCANFD ? 0 : 1);
     QCOMPARE(batchesCANFD.count(), isCANFD ? 1 : 0);
+    QCOMPARE(failures.count(), result == 0 ? 0 : 1);
+    if (!failures.isEmpty()) {
+        QCOMPARE(failures[0], (QVariantList{QVariant::fromValue(quint8(3)), QVariant::fromValue(quint8(0))}));
+    }
 }
 
 void tst_CANReadHandle::recordsLeftFromAFailedReceiveAreZeroed()
