@@ -10,7 +10,12 @@
 #include <functional>
 #include <memory>
 
-Q_DECLARE_METATYPE(std::function<void(const QString &, const QString &)>)
+/// What a test does to the folder for temporary files and to the lock in it.
+struct Preparation
+{
+    std::function<void(const QString &temporary, const QString &lock)> run;
+};
+Q_DECLARE_METATYPE(Preparation)
 
 namespace {
 std::unique_ptr<QLockFile> held; ///< by this process, for a row of a test
@@ -229,40 +234,42 @@ void tst_Application::endsWhenTheSystemWants()
 
 void tst_Application::tellsWhyItCannotStart_data()
 {
-    using Prepare = std::function<void(const QString &temporary, const QString &lock)>;
-    QTest::addColumn<Prepare>("prepare");
+    QTest::addColumn<Preparation>("preparation");
     QTest::addColumn<QString>("text");
     const QString cannotWrite =
         QStringLiteral("锁文件 %1 无法写入。\n请检查临时文件夹是否存在，以及您是否有写入权限。");
     const QString inTheWay =
         QStringLiteral("锁文件 %1 阻碍了程序启动，且没有正在运行的 X9CAN 占用它。\n请删除它，然后重新启动程序。");
     QTest::newRow("no folder for temporary files")
-        << Prepare([](const QString &temporary, const QString & /*lock*/) { QVERIFY(QDir().rmdir(temporary)); })
+        << Preparation{[](const QString &temporary, const QString & /*lock*/) {
+               QVERIFY(QDir().rmdir(temporary));
+           }}
         << cannotWrite;
 #ifdef Q_OS_LINUX
-    QTest::newRow("nobody may write to it") << Prepare([](const QString &temporary, const QString & /*lock*/) {
+    QTest::newRow("nobody may write to it") << Preparation{[](const QString &temporary, const QString & /*lock*/) {
         QVERIFY(QDir().rmdir(temporary));
         QVERIFY(QFile::link(QStringLiteral("/sys"), temporary));
-    }) << cannotWrite;
+    }} << cannotWrite;
 #endif
-    QTest::newRow("an empty lock file") << Prepare([](const QString & /*temporary*/, const QString &lock) {
+    QTest::newRow("an empty lock file") << Preparation{[](const QString & /*temporary*/, const QString &lock) {
         QVERIFY(QFile(lock).open(QIODevice::WriteOnly));
-    }) << inTheWay;
-    QTest::newRow("a lock that cannot be read")
-        << Prepare([](const QString & /*temporary*/, const QString &lock) { QVERIFY(QDir().mkdir(lock)); }) << inTheWay;
-    QTest::newRow("another program's lock") << Prepare([](const QString & /*temporary*/, const QString &lock) {
+    }} << inTheWay;
+    QTest::newRow("a lock that cannot be read") << Preparation{[](const QString & /*temporary*/, const QString &lock) {
+        QVERIFY(QDir().mkdir(lock));
+    }} << inTheWay;
+    QTest::newRow("another program's lock") << Preparation{[](const QString & /*temporary*/, const QString &lock) {
         held = std::make_unique<QLockFile>(lock);
         QVERIFY(held->lock());
-    }) << inTheWay;
+    }} << inTheWay;
 }
 
 void tst_Application::tellsWhyItCannotStart()
 {
-    QFETCH(const std::function<void(const QString &, const QString &)>, prepare);
+    QFETCH(const Preparation, preparation);
     QFETCH(QString, text);
     const ProgramFolder folder(TwoDevices);
     QString lock = folder.lockFile();
-    prepare(folder.path(QStringLiteral("temporary")), lock);
+    preparation.run(folder.path(QStringLiteral("temporary")), lock);
     const QFileInfo temporary(folder.path(QStringLiteral("temporary")));
     if (temporary.isSymLink()) {
         lock.replace(temporary.filePath(), temporary.symLinkTarget());
