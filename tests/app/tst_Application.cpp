@@ -20,8 +20,12 @@ Q_DECLARE_METATYPE(Preparation)
 namespace {
 std::unique_ptr<QLockFile> held; ///< by this process, for a row of a test
 
-/// How long the process may live after its window was closed.
+/// How long the process may live after its window was closed. A sanitizer has work of its own to do at the end.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr int EndMs = 10000;
+#else
 constexpr int EndMs = 2000;
+#endif
 
 const QByteArray TwoDevices = R"({
   "buses": [{"name": "busy", "bitrate": "500k", "nodes": [{"id": "0x100", "length": 8, "period_us": 1000}]}],
