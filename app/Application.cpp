@@ -46,6 +46,7 @@ int runWindow(SingleInstance &instance)
     window.reset();
     return exitCode;
 }
+
 /// Whoever started the program learns why nothing comes.
 int tellProblem(const QString &problem)
 {
