@@ -72,6 +72,7 @@ void RealTimeFile::fillPiece(const std::vector<FrameRecord> &rows, std::size_t &
 bool RealTimeFile::writePiece()
 {
     const qint64 before = m_file.size();
+    m_file.seek(before); // another program may have added something, which not every system minds by itself
     if (m_file.write(m_piece) == m_piece.size() && m_file.flush()) {
         m_size = before + m_piece.size();
         return true;

@@ -1,13 +1,12 @@
 #include "tests/app/UpdateServer.h"
 
-#include <QDeadlineTimer>
 #include <QProcess>
 #include <QTcpSocket>
-#include <QThread>
 
 namespace {
 constexpr int StartWaitMs = 30000;
-}
+constexpr int StartAttempts = 5;
+} // namespace
 
 UpdateServer::UpdateServer(const QStringList &arguments)
     : m_scheme(arguments.contains(QLatin1String("--tls")) ? QStringLiteral("https") : QStringLiteral("http"))
@@ -16,7 +15,26 @@ UpdateServer::UpdateServer(const QStringList &arguments)
     for (const char *variable : {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"}) {
         qunsetenv(variable);
     }
+    for (int attempt = 0; attempt < StartAttempts && m_control == nullptr; ++attempt) {
+        start(arguments);
+    }
+    if (m_control == nullptr) {
+        qWarning("The update server does not come: %s", qPrintable(m_listener.errorString()));
+        return;
+    }
+    while (!m_control->canReadLine() && m_control->waitForReadyRead(StartWaitMs)) {
+    }
+    const QString ready = nextLine();
+    if (ready.startsWith(QLatin1String("READY "))) {
+        m_port = ready.mid(6);
+    }
+}
+
+/// Waits for the connection that the script makes. Once in a while Wine loses what the connection comes to.
+void UpdateServer::start(const QStringList &arguments)
+{
     // A connection instead of pipes: under Wine the script is no Windows process, and pipes do not reach it.
+    m_listener.close();
     if (!m_listener.listen(QHostAddress::LocalHost)) {
         return;
     }
@@ -26,21 +44,8 @@ UpdateServer::UpdateServer(const QStringList &arguments)
     if (!QProcess::startDetached(QStringLiteral(X9_PYTHON), command)) {
         return;
     }
-    // Under Wine the wait sometimes ends early and without a connection.
-    const QDeadlineTimer limit(StartWaitMs);
-    while (!m_listener.waitForNewConnection(static_cast<int>(limit.remainingTime()))) {
-        if (limit.hasExpired()) {
-            qWarning("The update server does not come: %s", qPrintable(m_listener.errorString()));
-            return;
-        }
-        QThread::msleep(10);
-    }
-    m_control = m_listener.nextPendingConnection();
-    while (!m_control->canReadLine() && m_control->waitForReadyRead(StartWaitMs)) {
-    }
-    const QString ready = nextLine();
-    if (ready.startsWith(QLatin1String("READY "))) {
-        m_port = ready.mid(6);
+    if (m_listener.waitForNewConnection(StartWaitMs)) {
+        m_control = m_listener.nextPendingConnection();
     }
 }
 

@@ -25,6 +25,7 @@ public:
     void stop();
 
 private:
+    void start(const QStringList &arguments);
     QString nextLine();
 
     QTcpServer m_listener;

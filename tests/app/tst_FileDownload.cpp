@@ -143,6 +143,11 @@ private:
     QUrl url(const char *behaviour = "", const char *name = "package.zip") const;
     /// Every file and folder below the test's own folder.
     QStringList remains() const;
+    /// Nothing remains. Does not look into the folder, which some systems would then not remove.
+    bool isGone() const
+    {
+        return !QFileInfo::exists(QFileInfo(m_target).absolutePath());
+    }
 
     QByteArray m_content = content();
     QTemporaryDir m_served;
@@ -446,7 +451,7 @@ void tst_FileDownload::cancels()
     }
     download.cancel();
     QVERIFY(!download.isRunning());
-    QTRY_COMPARE(remains(), QStringList());
+    QTRY_VERIFY(isGone());
     const Turns turns;
     QTRY_VERIFY(turns.count() > 50);
     QCOMPARE(reports.finished, 0);
@@ -496,7 +501,7 @@ void tst_FileDownload::waitsForTheDiskOnlyWithAWholeFile()
     download.start(url("rubbish"), m_target, Plenty);
     QTRY_VERIFY(!remains().isEmpty());
     download.cancel();
-    QTRY_COMPARE(remains(), QStringList());
+    QTRY_VERIFY(isGone());
     QCOMPARE(diskWaits.load(), 0);
 
     download.start(url("rubbish-chunked"), m_target, Q_INT64_C(1000) * 1000);
@@ -528,7 +533,7 @@ void tst_FileDownload::deletedWhileItRuns()
         QTRY_VERIFY(!remains().isEmpty());
     }
     download.reset();
-    QTRY_COMPARE(remains(), QStringList());
+    QTRY_VERIFY(isGone());
     QCOMPARE(reports.finished, 0);
 }
 
@@ -567,7 +572,7 @@ void tst_FileDownload::manyStartsAndCancels()
         QTRY_VERIFY(turns.count() >= until || reports.finished > 0);
         if (download.isRunning()) {
             download.cancel();
-            QTRY_COMPARE(remains(), QStringList());
+            QTRY_VERIFY(isGone());
         }
         QFile::remove(m_target);
         QDir().rmdir(QFileInfo(m_target).path());

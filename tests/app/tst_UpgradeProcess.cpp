@@ -190,7 +190,9 @@ void tst_UpgradeProcess::tellsWhetherItRuns()
     connect(&process, &UpgradeProcess::sig_failed, this, [&told] { told.append(QStringLiteral("end")); });
     process.start(started, {});
     QCOMPARE(told.value(0), QStringLiteral("runs"));
-    process.start(started, {});
+    if (process.isRunning()) { // a missing one may be known to be at once
+        process.start(started, {});
+    }
     program.letGo();
     QTRY_COMPARE(told, QStringList({QStringLiteral("runs"), QStringLiteral("free"), QStringLiteral("end")}));
 }
