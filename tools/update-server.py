@@ -2,10 +2,10 @@
 """A stand-in for the update server, for the tests and for trying the program out. Serves on 127.0.0.1 only.
 
     tools/update-server.py [--port N] [--records FOLDER] [--record CODE=JSON]... [--downloads FOLDER]
-                           [--behaviour CODE=NAME]... [--control PORT] [--tls FILE]
+                           [--behaviour CODE=NAME]... [--control FOLDER] [--tls FILE]
 
-Prints "READY <port>" when it can be asked, then every request line as it came. With --control it writes these lines to a
-connection that it opens to that port of 127.0.0.1, and ends when it receives anything there or the connection ends.
+Prints "READY <port>" when it can be asked, then every request line as it came. With --control it writes these lines to
+the file "lines" in that folder, and ends when there is a file "stop", leaving one "ended", or when the folder has gone.
 
     /api/software-product-versions/latest-byswcode?langCode=CN&swSnCode=CODE
         the record of a product code: that of --record, else the content of FOLDER/CODE.json, else 404
@@ -50,7 +50,6 @@ import http.server
 import itertools
 import os
 import pathlib
-import socket
 import ssl
 import threading
 import time
@@ -207,7 +206,7 @@ class Server(http.server.ThreadingHTTPServer):
         self.behaviours = dict(behaviour.split("=", 1) for behaviour in arguments.behaviour)
         self.record_folder = arguments.records
         self.download_folder = arguments.downloads
-        self.control = socket.create_connection(("127.0.0.1", arguments.control)) if arguments.control else None
+        self.control = pathlib.Path(arguments.control) if arguments.control else None
         self.telling = threading.Lock()
         self.tls = None
         if arguments.tls is not None:
@@ -226,14 +225,17 @@ class Server(http.server.ThreadingHTTPServer):
             if self.control is None:
                 print(line, flush=True)
             else:
-                self.control.sendall(line.encode() + b"\n")
+                with open(self.control / "lines", "ab") as lines:
+                    lines.write(line.encode() + b"\n")
 
     def end_with_control(self):
-        try:
-            self.control.recv(1)
-        except ConnectionError:
-            pass
+        """When it is told to, when the folder has gone, or when it has been forgotten."""
+        until = time.monotonic() + 1200
+        while self.control.exists() and not (self.control / "stop").exists() and time.monotonic() < until:
+            time.sleep(0.02)
         self.socket.close()
+        if self.control.exists():
+            (self.control / "ended").touch()
         os._exit(0)
 
     def record(self, code):
@@ -270,7 +272,7 @@ def main():
     parser.add_argument("--record", action="append", default=[])
     parser.add_argument("--downloads")
     parser.add_argument("--behaviour", action="append", default=[])
-    parser.add_argument("--control", type=int, metavar="PORT", help="write to a connection to this port, end with it")
+    parser.add_argument("--control", metavar="FOLDER", help="write to the file lines there, end with the file stop")
     parser.add_argument("--tls", metavar="FILE", help="speak https, with this key and certificate")
     server = Server(parser.parse_args())
     if server.control is not None:

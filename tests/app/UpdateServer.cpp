@@ -1,11 +1,25 @@
 #include "tests/app/UpdateServer.h"
 
+#include <QDeadlineTimer>
+#include <QFile>
 #include <QProcess>
-#include <QTcpSocket>
+#include <QThread>
+
+#include <functional>
 
 namespace {
-constexpr int StartWaitMs = 30000;
-constexpr int StartAttempts = 5;
+constexpr int WaitMs = 30000;
+constexpr int StepMs = 5;
+
+bool waitFor(const std::function<bool()> &condition)
+{
+    for (const QDeadlineTimer limit(WaitMs); !condition(); QThread::msleep(StepMs)) {
+        if (limit.hasExpired()) {
+            return false;
+        }
+    }
+    return true;
+}
 } // namespace
 
 UpdateServer::UpdateServer(const QStringList &arguments)
@@ -15,38 +29,17 @@ UpdateServer::UpdateServer(const QStringList &arguments)
     for (const char *variable : {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"}) {
         qunsetenv(variable);
     }
-    for (int attempt = 0; attempt < StartAttempts && m_control == nullptr; ++attempt) {
-        start(arguments);
-    }
-    if (m_control == nullptr) {
-        qWarning("The update server does not come: %s", qPrintable(m_listener.errorString()));
+    // Files: under Wine the script is no Windows process, pipes do not reach it, and a process that has opened and
+    // closed many connections loses some that it still has.
+    QStringList command{QStringLiteral(X9_UPDATE_SERVER_SCRIPT), QStringLiteral("--control"), m_control.path()};
+    command += arguments;
+    command.replaceInStrings(QStringLiteral(X9_DRIVE "/"), QStringLiteral("/"));
+    if (!QProcess::startDetached(QStringLiteral(X9_PYTHON), command) ||
+        !waitFor([this] { return !lines().isEmpty(); })) {
+        qWarning("The update server does not come");
         return;
     }
-    while (!m_control->canReadLine() && m_control->waitForReadyRead(StartWaitMs)) {
-    }
-    const QString ready = nextLine();
-    if (ready.startsWith(QLatin1String("READY "))) {
-        m_port = ready.mid(6);
-    }
-}
-
-/// Waits for the connection that the script makes. Once in a while Wine loses what the connection comes to.
-void UpdateServer::start(const QStringList &arguments)
-{
-    // A connection instead of pipes: under Wine the script is no Windows process, and pipes do not reach it.
-    m_listener.close();
-    if (!m_listener.listen(QHostAddress::LocalHost)) {
-        return;
-    }
-    QStringList command{QStringLiteral(X9_UPDATE_SERVER_SCRIPT), QStringLiteral("--control"),
-                        QString::number(m_listener.serverPort())};
-    command += QStringList(arguments).replaceInStrings(QStringLiteral(X9_DRIVE "/"), QStringLiteral("/"));
-    if (!QProcess::startDetached(QStringLiteral(X9_PYTHON), command)) {
-        return;
-    }
-    if (m_listener.waitForNewConnection(StartWaitMs)) {
-        m_control = m_listener.nextPendingConnection();
-    }
+    m_port = lines().constFirst().mid(int(qstrlen("READY ")));
 }
 
 UpdateServer::~UpdateServer()
@@ -59,26 +52,33 @@ QString UpdateServer::url() const
     return m_port.isEmpty() ? QString() : m_scheme + QStringLiteral("://127.0.0.1:") + m_port;
 }
 
-QStringList UpdateServer::requests()
+/// The server tells of a request before it answers.
+QStringList UpdateServer::requests() const
 {
-    // The server tells of a request before it answers; what it has told may not have been read yet.
-    while (m_control->waitForReadyRead(0)) {
-    }
-    while (m_control->canReadLine()) {
-        m_requests.append(nextLine());
-    }
-    return m_requests;
+    return lines().mid(1);
 }
 
-QString UpdateServer::nextLine()
+/// What the server has told so far, whole lines only.
+QStringList UpdateServer::lines() const
 {
-    return QString::fromUtf8(m_control->readLine()).trimmed();
+    QFile file(m_control.filePath(QStringLiteral("lines")));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    QStringList all = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    all.removeLast();
+    return all;
 }
 
 void UpdateServer::stop()
 {
-    if (m_control != nullptr && m_control->state() == QAbstractSocket::ConnectedState) {
-        m_control->write("stop\n");
-        m_control->waitForDisconnected(StartWaitMs);
+    if (m_port.isEmpty() || m_isStopped) {
+        return;
+    }
+    m_isStopped = true;
+    QFile stop(m_control.filePath(QStringLiteral("stop")));
+    if (!stop.open(QIODevice::WriteOnly) ||
+        !waitFor([this] { return QFile::exists(m_control.filePath(QStringLiteral("ended"))); })) {
+        qWarning("The update server does not end");
     }
 }

@@ -1,11 +1,9 @@
 #pragma once
 
 #include <QStringList>
-#include <QTcpServer>
+#include <QTemporaryDir>
 
-class QTcpSocket;
-
-/// tools/update-server.py as a process of its own; ends with this object, and with the test.
+/// tools/update-server.py as a process of its own; ends with this object, or a while after a test that crashed.
 class UpdateServer
 {
 public:
@@ -20,17 +18,15 @@ public:
     /// A base URL or a prefix under which the server behaves as named.
     QString url(const char *behaviour) const { return url() + QLatin1String("/behave/") + QLatin1String(behaviour); }
     /// The request lines so far, in the order in which they came.
-    QStringList requests();
+    QStringList requests() const;
     /// Ends it, so that connections are refused.
     void stop();
 
 private:
-    void start(const QStringList &arguments);
-    QString nextLine();
+    QStringList lines() const;
 
-    QTcpServer m_listener;
-    QTcpSocket *m_control = nullptr; ///< belongs to m_listener; the server's lines come from here
+    QTemporaryDir m_control; ///< the server's lines come from a file here
     const QString m_scheme;
     QString m_port;
-    QStringList m_requests;
+    bool m_isStopped = false;
 };

@@ -922,7 +922,9 @@ void tst_GUI_DeviceInfo::popupStaysFromTheClickOn()
     auto *popup = m_dialog->findChild<PopupWidget *>();
     QSignalSpy started(popup->findChild<MigrationWidget *>(), &MigrationWidget::started);
     QTest::mouseClick(popup->findChild<QPushButton *>(QStringLiteral("btn_migration")), Qt::LeftButton);
+#ifndef Q_OS_WIN // where it has started by now
     QVERIFY(started.isEmpty());
+#endif
     QVERIFY(!popup->close());
     QTRY_VERIFY(popup->findChild<QToolButton *>(QStringLiteral("btn_close"))->isEnabled());
     QVERIFY(popup->close());

@@ -538,7 +538,7 @@ void tst_HttpServer::waitsOnAnyThread()
         release = server.query(Code, isCancelled);
         isDone = true;
     });
-    QTRY_VERIFY(isDone);
+    QTRY_VERIFY_WITH_TIMEOUT(isDone, 30000);
     thread.join();
     QVERIFY(release.has_value());
     QCOMPARE(release->versionNo, QStringLiteral("1.1.2"));
@@ -559,7 +559,7 @@ void tst_HttpServer::waitingFails()
         release = HttpServer(m_server.url(behaviour.constData())).query(Code, isCancelled);
         isDone = true;
     });
-    QTRY_VERIFY(isDone);
+    QTRY_VERIFY_WITH_TIMEOUT(isDone, 30000);
     thread.join();
     QVERIFY(!release.has_value());
 }
