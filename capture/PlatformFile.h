@@ -14,3 +14,6 @@ bool isFileAt(const QFile &file, const QString &path);
 /// Returns when what was written to the open file has reached its disk, which may take seconds. False when the disk or
 /// the drive reports that it could not; where nothing can be waited for there is nothing to report.
 bool syncFile(const QFile &file);
+
+/// Lets all threads of ordinary importance, the window's above all, go before the calling one.
+void lowerThreadPriority();

@@ -4,6 +4,7 @@
 
 #include <cerrno>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -23,4 +24,13 @@ bool isFileAt(const QFile &file, const QString &path)
 bool syncFile(const QFile &file)
 {
     return fdatasync(file.handle()) == 0 || errno == EINVAL || errno == ENOSYS;
+}
+
+// The caller's own, as far as the system has that: elsewhere a thread's priority is its process's.
+void lowerThreadPriority()
+{
+#ifdef __linux__
+    constexpr int Niceness = 5;
+    setpriority(PRIO_PROCESS, 0, Niceness);
+#endif
 }

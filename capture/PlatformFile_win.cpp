@@ -30,3 +30,8 @@ bool syncFile(const QFile &file)
     CloseHandle(handle);
     return isFlushed;
 }
+
+void lowerThreadPriority()
+{
+    SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_BELOW_NORMAL);
+}

@@ -1,5 +1,7 @@
 #include "capture/RealTimeWriter.h"
 
+#include "capture/PlatformFile.h"
+
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -101,6 +103,7 @@ bool RealTimeWriter::Job::waitEnded(std::chrono::milliseconds time)
 
 void RealTimeWriter::Job::run()
 {
+    lowerThreadPriority();
     bool good = true;
     for (Step step = nextStep(); step != Step::End; step = good ? nextStep() : Step::End) {
         good = step == Step::Write ? writeNext() : sync();

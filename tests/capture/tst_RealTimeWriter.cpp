@@ -7,7 +7,13 @@
 #include <QStringList>
 #include <QTest>
 
+#include <atomic>
 #include <mutex>
+#ifdef Q_OS_WIN
+#include <windows.h>
+#else
+#include <sys/resource.h>
+#endif
 
 using namespace CaptureTestData;
 
@@ -17,6 +23,16 @@ using Rows = std::vector<FrameRecord>;
 
 constexpr std::chrono::milliseconds AnyTime{30000};
 constexpr std::chrono::hours Never{1};
+
+/// How soon the calling thread gets a processor beside others; larger is sooner.
+int ownPriority()
+{
+#ifdef Q_OS_WIN
+    return GetThreadPriority(GetCurrentThread());
+#else
+    return -getpriority(PRIO_PROCESS, 0);
+#endif
+}
 
 /// What a target was asked for, and what it answers.
 struct Record
@@ -33,8 +49,9 @@ struct Record
     }
 
     Gate gate;
-    QString failing;          ///< the call that fails; set before the writer is made
-    mutable std::mutex mutex; ///< guards calls
+    QString failing;              ///< the call that fails; set before the writer is made
+    std::atomic<int> priority{0}; ///< of the thread that called last
+    mutable std::mutex mutex;     ///< guards calls
     QStringList calls;
 };
 
@@ -57,6 +74,7 @@ private:
     bool call(const QString &what)
     {
         m_record->gate.pass();
+        m_record->priority = ownPriority();
         m_record->note(what);
         return what != m_record->failing;
     }
@@ -92,6 +110,7 @@ private slots:
     void boundsWhatWaits();
     void takesWhatComesInSeconds();
     void takesALargeBatchAlone();
+    void letsTheWindowGoFirst();
     void failedWrite();
     void failedSync();
     void endsByItself();
@@ -217,6 +236,14 @@ void tst_RealTimeWriter::takesALargeBatchAlone()
     writer->finish();
     QVERIFY(writer->waitFinished(AnyTime));
     QCOMPARE(m_record->all(), words("1+100 sync gone"));
+}
+
+void tst_RealTimeWriter::letsTheWindowGoFirst()
+{
+    const auto writer = this->writer();
+    QVERIFY(writer->append(Rows(1), 1));
+    QTRY_COMPARE(m_record->all(), words("1+1"));
+    QVERIFY(m_record->priority < ownPriority());
 }
 
 void tst_RealTimeWriter::failedWrite()
