@@ -20,7 +20,7 @@ echo "No display: a guided tour under Xvfb."
 cd build/release/bin
 export QT_LOGGING_RULES="qt.qpa.xcb=false" # without a window manager there is no input focus to give
 for language in zh en; do
-  xvfb-run -a -s "-screen 0 1280x900x24" ../tools/x9_tour "$language" "$out"
+  xvfb-run -a -s "-screen 0 1280x900x24 -dpi 96" ../tools/x9_tour "$language" "$out"
 done
 echo "Screenshots and capture files are in $out:"
 ls "$out"

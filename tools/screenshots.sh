@@ -20,7 +20,7 @@ export QT_LOGGING_RULES="qt.qpa.xcb=false" # without a window manager there is n
 for language in zh en; do
   for scale in 1 2; do
     suffix=$([[ $scale == 1 ]] || echo @2x)
-    screen=(env QT_SCALE_FACTOR=$scale xvfb-run -a -s "-screen 0 $((1280 * scale))x$((900 * scale))x24")
+    screen=(env QT_SCALE_FACTOR=$scale xvfb-run -a -s "-screen 0 $((1280 * scale))x$((900 * scale))x24 -dpi 96")
     "${screen[@]}" ../tools/x9_gallery "$language" "$taken"
     "${screen[@]}" ../tools/x9_tour "$language" "$folder"
     for step in $steps; do

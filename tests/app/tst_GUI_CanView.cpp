@@ -18,6 +18,7 @@
 #include "tests/app/StandInProgram.h"
 #include "tests/app/UpdateServer.h"
 #include "tests/support/AdapterFolder.h"
+#include "tests/support/StallingTarget.h"
 #include "tests/support/TestProgram.h"
 #include "widgets/CMaskWidget.h"
 #include "widgets/CMessageBox.h"
@@ -28,7 +29,9 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -233,6 +236,7 @@ private slots:
     static void noticeByType();
     static void closesWithMessagesOpen();
     static void closesWhileFramesArrive();
+    static void endsWithFilesThatStandStill();
     static void goesWhileAScanRuns();
     static void dimmedBehindDialogs();
     static void toolBarMenus();
@@ -746,6 +750,40 @@ void tst_GUI_CanView::closesWhileFramesArrive()
     QCOMPARE(second.openDevice(0), CAN_OK);
     QCOMPARE(second.closeDevice(0), CAN_OK);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+/// Five seconds are for all of them together; what they still have is written when they move on.
+void tst_GUI_CanView::endsWithFilesThatStandStill()
+{
+    const AdapterFolder folder(OneDevice);
+    GUI_CanView window(manager());
+    window.show();
+    openAllChannels(window);
+    const auto gate = std::make_shared<Gate>();
+    gate->close();
+    const QList<CTableViewCAN *> tables = window.findChildren<CTableViewCAN *>();
+    QCOMPARE(tables.size(), 2);
+    QStringList paths;
+    for (CTableViewCAN *table : tables) {
+        paths.append(folder.filePath(QStringLiteral("%1.csv").arg(paths.size())));
+        table->setTargetWrapper([gate](std::unique_ptr<RealTimeTarget> file) {
+            return std::make_unique<StallingTarget>(std::move(file), gate);
+        });
+        QVERIFY(table->realTimeSave(true, paths.last()));
+        QTRY_VERIFY(table->rowCount() > 0);
+        QTest::ignoreMessage(QtWarningMsg, "The end of a file saved in real time could not be written.");
+    }
+    QElapsedTimer clock;
+    clock.start();
+    window.finishFiles();
+    QVERIFY(clock.hasExpired(4900));
+    QVERIFY(!clock.hasExpired(9000));
+    QVERIFY(gate->isHolding());
+    gate->open();
+    for (int i = 0; i < paths.size(); ++i) {
+        QVERIFY(tables.at(i)->waitForFiles(std::chrono::seconds(30)));
+        QVERIFY(QFileInfo(paths.at(i)).size() > 1000);
+    }
 }
 
 /// Without being closed before. The scan's dialog still works with the manager when it goes.

@@ -13,7 +13,7 @@ step() { echo "== $*"; }
 # Everything that Wine starts, its server too, needs the same screen: the script runs itself inside one.
 if [[ -z ${X9_WINE_SCREEN:-} ]]; then
   tools/install-packages.sh build run windows wine windows-package
-  exec env X9_WINE_SCREEN=yes xvfb-run -a -s "-screen 0 1280x900x24" "$0" "$@"
+  exec env X9_WINE_SCREEN=yes xvfb-run -a -s "-screen 0 1280x900x24 -dpi 96" "$0" "$@"
 fi
 
 source tools/windows/wine.sh
