@@ -4,60 +4,40 @@
 #include <QTextLayout>
 #include <QTextOption>
 
-namespace {
-
-QString trimmedRight(QString line)
-{
-    while (line.endsWith(QLatin1Char(' '))) {
-        line.chop(1);
-    }
-    return line;
-}
-
-/// Appends the lines of one paragraph, maxLines at most. Answers whether all of it was appended.
-bool appendParagraph(QStringList &lines, const QString &paragraph, const QFont &font, int maxWidth, int maxLines)
-{
-    QTextLayout layout(paragraph, font);
-    QTextOption option;
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    layout.setTextOption(option);
-    layout.beginLayout();
-    int end = 0;
-    for (QTextLine line = layout.createLine(); line.isValid() && lines.size() < maxLines; line = layout.createLine()) {
-        line.setLineWidth(maxWidth);
-        end = line.textStart() + line.textLength();
-        const QString part = paragraph.mid(line.textStart(), line.textLength());
-        lines.append(end < paragraph.size() ? trimmedRight(part) : part);
-    }
-    layout.endLayout();
-    return end == paragraph.size();
-}
-
-} // namespace
-
 QStringList wrappedLines(const QString &text, const QFont &font, int maxWidth, int maxLines)
 {
-    QString normal = text;
-    normal.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    const QStringList paragraphs = normal.split(QLatin1Char('\n'));
+    QString whole = text;
+    whole.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    whole.replace(QLatin1Char('\n'), QChar::LineSeparator);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    QTextLayout layout(whole, font);
+    layout.setTextOption(option);
+    layout.beginLayout();
     QStringList lines;
-    bool isWhole = true;
-    for (int i = 0; i < paragraphs.size() && isWhole; ++i) {
-        isWhole = lines.size() < maxLines;
-        if (isWhole && paragraphs.at(i).isEmpty()) {
-            lines.append(QString());
-        } else if (isWhole) {
-            isWhole = appendParagraph(lines, paragraphs.at(i), font, maxWidth, maxLines);
+    QTextLine line = layout.createLine();
+    for (; line.isValid() && lines.size() < maxLines; line = layout.createLine()) {
+        line.setLineWidth(maxWidth);
+        const int end = line.textStart() + line.textLength();
+        QString part = whole.mid(line.textStart(), line.textLength());
+        if (part.endsWith(QChar::LineSeparator)) {
+            part.chop(1);
+        } else {
+            while (end < whole.size() && part.endsWith(QLatin1Char(' '))) { // where it was broken
+                part.chop(1);
+            }
         }
+        lines.append(part);
     }
-    if (!isWhole) {
+    layout.endLayout();
+    if (line.isValid()) {
         const QString ellipsis(QChar(0x2026));
         const QFontMetricsF metrics(font);
-        QString last = lines.last();
+        QString &last = lines.last();
         while (!last.isEmpty() && metrics.horizontalAdvance(last + ellipsis) > maxWidth) {
             last.chop(last.at(last.size() - 1).isLowSurrogate() ? 2 : 1);
         }
-        lines.last() = last + ellipsis;
+        last += ellipsis;
     }
     return lines;
 }
