@@ -158,6 +158,7 @@ private slots:
     static void emptyDataIsPainted();
     static void keepsTheCursorInSight();
     static void scrollsByWheel();
+    static void paintsNothingOfLinesAbove();
     static void paintsTheSelection();
     static void paintsTheFocus();
     static void takesTheColoursOfThePalette();
@@ -599,6 +600,20 @@ void tst_QHexEdit::scrollsByWheel()
     QVERIFY(user.editor->verticalScrollBar()->value() > 0);
     QCOMPARE(user.editor->cursor().nibble, 0);
     QVERIFY(!user.isInSight(0, HexArea::Hex));
+}
+
+// There is room for a frame above the first line.
+void tst_QHexEdit::paintsNothingOfLinesAbove()
+{
+    EditorUnderTest user(counting(64));
+    user.editor->setBytesPerLine(1);
+    QVERIFY(user.isReady());
+    user.key(Qt::Key_A, Qt::ControlModifier);
+    QVERIFY(user.editor->verticalScrollBar()->value() > 0);
+    const QRect lastByte = user.editor->byteRect(63, HexArea::Hex);
+    const QColor marked = user.editor->palette().color(QPalette::Highlight);
+    QVERIFY(has(user.picture(), lastByte, marked));
+    QVERIFY(!has(user.picture(), QRect(lastByte.left(), 1, lastByte.width(), 2), marked));
 }
 
 void tst_QHexEdit::paintsTheSelection()
