@@ -4,33 +4,41 @@
 #include <QTextLayout>
 #include <QTextOption>
 
-QStringList wrappedLines(const QString &text, const QFont &font, int maxWidth, int maxLines)
+namespace {
+/// Appends the lines of one paragraph, maxLines at most. Answers whether all of it was appended.
+bool appendParagraph(QStringList &lines, const QString &paragraph, const QFont &font, int maxWidth, int maxLines)
 {
-    QString whole = text;
-    whole.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    whole.replace(QLatin1Char('\n'), QChar::LineSeparator);
+    QTextLayout layout(paragraph, font);
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    QTextLayout layout(whole, font);
     layout.setTextOption(option);
     layout.beginLayout();
-    QStringList lines;
-    QTextLine line = layout.createLine();
-    for (; line.isValid() && lines.size() < maxLines; line = layout.createLine()) {
+    int end = 0;
+    for (QTextLine line = layout.createLine(); line.isValid() && lines.size() < maxLines; line = layout.createLine()) {
         line.setLineWidth(maxWidth);
-        const int end = line.textStart() + line.textLength();
-        QString part = whole.mid(line.textStart(), line.textLength());
-        if (part.endsWith(QChar::LineSeparator)) {
+        end = line.textStart() + line.textLength();
+        QString part = paragraph.mid(line.textStart(), line.textLength());
+        while (end < paragraph.size() && part.endsWith(QLatin1Char(' '))) {
             part.chop(1);
-        } else {
-            while (end < whole.size() && part.endsWith(QLatin1Char(' '))) { // where it was broken
-                part.chop(1);
-            }
         }
         lines.append(part);
     }
     layout.endLayout();
-    if (line.isValid()) {
+    return end == paragraph.size();
+}
+} // namespace
+
+QStringList wrappedLines(const QString &text, const QFont &font, int maxWidth, int maxLines)
+{
+    QString normal = text;
+    normal.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    const QStringList paragraphs = normal.split(QLatin1Char('\n'));
+    QStringList lines;
+    bool isWhole = true;
+    for (int i = 0; i < paragraphs.size() && isWhole; ++i) {
+        isWhole = lines.size() < maxLines && appendParagraph(lines, paragraphs.at(i), font, maxWidth, maxLines);
+    }
+    if (!isWhole) {
         const QString ellipsis(QChar(0x2026));
         const QFontMetricsF metrics(font);
         QString &last = lines.last();
