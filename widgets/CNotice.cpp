@@ -35,29 +35,25 @@ constexpr int SmallestTextWidth = 60;
 constexpr int SmallestLineCount = 4;
 constexpr int LongestText = 4096;
 
+/// With the background's colour and the border's. It reaches the labels as well; they take the border off again.
+constexpr const char *StyleSheet = "color:#242523;border-radius:8px;background-color:%1;border-width:1px; "
+                                   "border-style:solid; border-color:%2;";
+
 struct Look
 {
-    const char *styleSheet;
+    const char *background;
+    const char *border;
     const char *icon;
     const char *kind; ///< the icon in words, for screen readers
 };
 
-constexpr const char *Amber = "color:#242523;border-radius:8px;background-color:#fff4ce;border-width:1px; "
-                              "border-style:solid; border-color:#B88A00;";
-
-// By type. The style sheets reach the labels as well; the labels take the border off again.
+// By type.
 constexpr Look Looks[] = {
-    {"color:#242523;border-radius:8px;background-color:#f0f9ec;border-width:1px; border-style:solid; "
-     "border-color:#418f1f;",
-     ":/Images/MsgInfo.png", QT_TRANSLATE_NOOP("CNotice", "Success")},
-    {Amber, ":/Images/MsgWarnning.png", QT_TRANSLATE_NOOP("CNotice", "Warning")},
-    {Amber, ":/Images/MsgQuestion.png", QT_TRANSLATE_NOOP("CNotice", "Question")},
-    {"color:#242523;border-radius:8px;background-color:#fde7e9;border-width:1px; border-style:solid; "
-     "border-color:#861b2d;",
-     ":/Images/MsgError.png", QT_TRANSLATE_NOOP("CNotice", "Error")},
-    {"color:#242523;border-radius:8px;background-color:#f3f3f3;border-width:1px; border-style:solid; "
-     "border-color:#242523;",
-     ":/Images/MsgAbout.png", QT_TRANSLATE_NOOP("CNotice", "Information")},
+    {"#f0f9ec", "#418f1f", ":/Images/MsgInfo.png", QT_TRANSLATE_NOOP("CNotice", "Success")},
+    {"#fff4ce", "#B88A00", ":/Images/MsgWarnning.png", QT_TRANSLATE_NOOP("CNotice", "Warning")},
+    {"#fff4ce", "#B88A00", ":/Images/MsgQuestion.png", QT_TRANSLATE_NOOP("CNotice", "Question")},
+    {"#fde7e9", "#861b2d", ":/Images/MsgError.png", QT_TRANSLATE_NOOP("CNotice", "Error")},
+    {"#f3f3f3", "#242523", ":/Images/MsgAbout.png", QT_TRANSLATE_NOOP("CNotice", "Information")},
 };
 constexpr int LookCount = static_cast<int>(std::size(Looks));
 static_assert(LookCount == CNotice::About + 1);
@@ -126,7 +122,7 @@ void CNotice::setMesseage(const QString &text, int type, int delayms)
         hide();
     }
     const Look &look = Looks[type];
-    setStyleSheet(QLatin1String(look.styleSheet));
+    setStyleSheet(QString::fromLatin1(StyleSheet).arg(QLatin1String(look.background), QLatin1String(look.border)));
     // An icon, unlike a pixmap, takes the picture that was drawn for the screen's scale.
     m_ui->m_pIcon->setPixmap(QIcon(QLatin1String(look.icon)).pixmap(QSize(PictureSize, PictureSize)));
     m_ui->m_pIcon->setAccessibleName(tr(look.kind));
