@@ -41,10 +41,6 @@ using ChannelMode = GUI_CanDeviceParam::Mode;
 constexpr int LanguageChinese = 0;
 constexpr int LanguageEnglish = 1;
 constexpr int NoticeMs = 1500;
-constexpr int MessageSuccess = 1;
-constexpr int MessageQuestion = 2;
-constexpr int MessageWarning = 3;
-constexpr int MessageCritical = 4;
 constexpr int OpenDelayMs = 200;
 constexpr int OfferDelayMs = 500;
 /// For the end of the files saved in real time, all of them together.

@@ -9,6 +9,7 @@
 #include "device/CANCommunication.h"
 #include "device/TickTimer.h"
 #include "ui_GUI_CanDevice.h"
+#include "widgets/CMessageBox.h"
 #include "widgets/CNotice.h"
 #include "widgets/NumberEntry.h"
 
@@ -23,8 +24,6 @@
 
 namespace {
 constexpr int NoticeMs = 1500;
-constexpr int MessageSuccess = 1;
-constexpr int MessageCritical = 4;
 constexpr int FoldMs = 500;
 constexpr int PanelHeight = 155;
 constexpr int ClassicLengthMax = 8;

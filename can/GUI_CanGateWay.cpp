@@ -3,6 +3,7 @@
 #include "can/GatewayEntry.h"
 #include "can/GatewayIdList.h"
 #include "ui_GUI_CanGateWay.h"
+#include "widgets/CMessageBox.h"
 #include "widgets/NumberEntry.h"
 
 #include <QIcon>
@@ -15,7 +16,6 @@
 #include <optional>
 
 namespace {
-constexpr int MessageCritical = 4;
 constexpr int RowIconSize = 16;      ///< device-independent pixels
 constexpr int DeleteButtonSize = 20; ///< device-independent pixels
 

@@ -24,16 +24,11 @@ if(X9_SYSTEM_QHEXEDIT)
       {
           QHexEdit editor;
           QObject::connect(&editor, &QHexEdit::dataChanged, [] {});
-          QObject::connect(&editor, &QHexEdit::currentSizeChanged, [] {});
           editor.setData(QByteArray());
           editor.setBytesPerLine(8);
-          editor.setOverwriteMode(true);
-          editor.setReadOnly(false);
-          editor.setAddressArea(true);
-          editor.setAsciiArea(true);
           editor.undo();
           editor.redo();
-          return editor.bytesPerLine() + editor.data().size();
+          return editor.cursorPosition() + editor.data().size();
       }" X9_QHEXEDIT_LINKS_${x9_qhexedit_files})
     cmake_pop_check_state()
     set(X9_QHEXEDIT_LIBRARY_FOUND "${X9_QHEXEDIT_LINKS_${x9_qhexedit_files}}")

@@ -10,6 +10,7 @@
 #include "lin/LINRecords.h"
 #include "lin/LINSlaveScan.h"
 #include "ui_GUI_LINModeDeveloper.h"
+#include "widgets/CMessageBox.h"
 #include "widgets/NumberEntry.h"
 
 #include <QDir>

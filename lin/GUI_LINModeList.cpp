@@ -9,6 +9,7 @@
 #include "lin/LINSchedule.h"
 #include "lin/WidgetDelegate.h"
 #include "ui_GUI_LINModeList.h"
+#include "widgets/CMessageBox.h"
 
 #include <QStandardItemModel>
 
@@ -184,7 +185,7 @@ std::optional<LINScheduleRow> GUI_LINModeListPrivate::readRow(int row)
         const QVariant direction = param.item(row, DirectionColumn)->data(WidgetDelegate::ChosenRole);
         frame->isRequest = direction.toInt() == DirectionRequest;
     } else {
-        emit q->sig_showMessageBox(error, LINModePage::MessageCritical);
+        emit q->sig_showMessageBox(error, MessageCritical);
     }
     return frame;
 }

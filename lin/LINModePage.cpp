@@ -2,6 +2,7 @@
 
 #include "device/CANCommunication.h"
 #include "lin/LINCapture.h"
+#include "widgets/CMessageBox.h"
 
 LINModePage::LINModePage(LINMode mode, const ChannelParam &param, CANCommunication &communication, QWidget *parent)
     : WidgetDeviceBase(param, parent)

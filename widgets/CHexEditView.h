@@ -5,7 +5,9 @@
 
 #include <memory>
 
-class CHexEditViewPrivate;
+namespace Ui {
+class CHexEditView;
+}
 
 /// The dialog "Edit data": edits the bytes of a payload and keeps their number. Enter accepts, also from the editor.
 class CHexEditView : public QDialog
@@ -16,18 +18,17 @@ public:
     explicit CHexEditView(const QByteArray &payload, QWidget *parent = nullptr);
     ~CHexEditView() override;
 
-    /// As many bytes as the payload had.
+    /// As many bytes as the payload had, whatever the editor did.
     QByteArray data() const;
 
 private slots:
-    void slot_clear();
-    void slot_undo();
-    void slot_redo();
     void slot_bytesPerLineChanged();
     void slot_dataChanged();
-    void slot_restoreLength();
 
 private:
-    friend class CHexEditViewPrivate;
-    std::unique_ptr<CHexEditViewPrivate> m_p;
+    void prepareEditor(const QByteArray &payload);
+    void prepareButtons();
+
+    std::unique_ptr<Ui::CHexEditView> m_ui;
+    const int m_size; ///< bytes of the payload
 };

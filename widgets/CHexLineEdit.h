@@ -1,11 +1,18 @@
 #pragma once
 
 #include <QByteArray>
+#include <QPointer>
+#include <QUndoStack>
 #include <QWidget>
 
 #include <memory>
 
-class CHexLineEditPrivate;
+class CHexEditView;
+class QKeyEvent;
+
+namespace Ui {
+class CHexLineEdit;
+}
 
 /// Entry field for a payload of a fixed number of bytes: a line of hexadecimal digits and a button "..." that opens
 /// CHexEditView. Typing fills the payload from its first byte and never changes its length; what is not typed is zero.
@@ -25,11 +32,11 @@ public:
 
     /// Sets bytes and length. What is beyond LengthMax is cut.
     void setPayload(const QByteArray &payload);
-    QByteArray payload() const;
+    QByteArray payload() const { return m_state.payload; }
 
     /// Keeps the first bytes, new ones are zero. Below 0 is 0, above LengthMax is LengthMax.
     void setLength(int bytes);
-    int length() const;
+    int length() const { return m_state.payload.size(); }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -40,6 +47,22 @@ private slots:
     void slot_textEditingFinished();
 
 private:
-    friend class CHexLineEditPrivate;
-    std::unique_ptr<CHexLineEditPrivate> m_p;
+    struct State
+    {
+        QString text;
+        int cursor = 0;
+        QByteArray payload;
+    };
+
+    void show(const State &wanted);
+    void change(const State &wanted);
+    void skipBlanks(bool backward);
+    bool handleKey(const QKeyEvent &event);
+    void showContextMenu(QPoint position);
+
+    std::unique_ptr<Ui::CHexLineEdit> m_ui;
+    QPointer<CHexEditView> m_dialog;
+    State m_state;
+    /// Instead of the line edit's own history, which ends with each regrouping and knows no payload.
+    QUndoStack m_history;
 };

@@ -14,14 +14,6 @@
 #include <algorithm>
 
 namespace {
-constexpr const char *StyleSheet =
-    "QDialog{background-color:rgb(255 , 255 , 255);}"
-    "QPushButton{background-color:#E0E0E0;border: 1px solid #A6A6A6;border-radius:5px;}"
-    "QPushButton:hover{color:white;background-color:#4188FF;border-radius:5px;border: 0px}"
-    "QPushButton:pressed{padding-left:3px;padding-top:3px;}";
-/// The sheet above has no look for the button that Enter presses; this one lies on the buttons' box.
-constexpr const char *FocusStyleSheet = "QPushButton:focus{border: 2px solid #1C5FD0;}";
-
 constexpr int LongestLine = 560;   ///< pixels; longer ones wrap
 constexpr int ShortestLine = 200;  ///< pixels; keeps small boxes wide enough for their title
 constexpr int LongestText = 10000; ///< characters; what follows is left out, laying it out would take seconds
@@ -59,44 +51,25 @@ constexpr Button Buttons[] = {
 /// In the order in which they are taken for "leave all as it is".
 constexpr CMessageBox::StandardButton EscapeButtons[] = {CMessageBox::Cancel, CMessageBox::No, CMessageBox::Abort,
                                                          CMessageBox::Close, CMessageBox::NoToAll};
-constexpr int LosingButtons = CMessageBox::Discard | CMessageBox::Reset | CMessageBox::RestoreDefaults;
+constexpr int UnsafeButtons =
+    CMessageBox::Discard | CMessageBox::Reset | CMessageBox::RestoreDefaults | CMessageBox::Help;
 
-QString picturePath(CMessageBox::Icon icon)
+struct Kind
 {
-    switch (icon) {
-    case CMessageBox::Question:
-        return QStringLiteral(":/Images/MsgQuestion.png");
-    case CMessageBox::Success:
-        return QStringLiteral(":/Images/MsgInfo.png");
-    case CMessageBox::Critical:
-        return QStringLiteral(":/Images/MsgError.png");
-    case CMessageBox::NoIcon:
-    case CMessageBox::Information:
-    case CMessageBox::Warning:
-        break; // no picture, and that is meant so
-    }
-    return {};
-}
+    const char *picture; ///< none for some, and that is meant so
+    const char *name;    ///< the icon in words, for screen readers
+};
 
-/// The icon in words, for screen readers.
-QString kindOf(CMessageBox::Icon icon)
-{
-    switch (icon) {
-    case CMessageBox::NoIcon:
-        break;
-    case CMessageBox::Information:
-        return CMessageBox::tr("Information");
-    case CMessageBox::Question:
-        return CMessageBox::tr("Question");
-    case CMessageBox::Success:
-        return CMessageBox::tr("Success");
-    case CMessageBox::Warning:
-        return CMessageBox::tr("Warning");
-    case CMessageBox::Critical:
-        return CMessageBox::tr("Error");
-    }
-    return {};
-}
+// By icon.
+constexpr Kind Kinds[] = {
+    {nullptr, nullptr},
+    {nullptr, QT_TRANSLATE_NOOP("CMessageBox", "Information")},
+    {":/Images/MsgQuestion.png", QT_TRANSLATE_NOOP("CMessageBox", "Question")},
+    {":/Images/MsgInfo.png", QT_TRANSLATE_NOOP("CMessageBox", "Success")},
+    {nullptr, QT_TRANSLATE_NOOP("CMessageBox", "Warning")},
+    {":/Images/MsgError.png", QT_TRANSLATE_NOOP("CMessageBox", "Error")},
+};
+static_assert(std::size(Kinds) == CMessageBox::Critical + 1);
 
 QString shortened(const QString &text)
 {
@@ -115,12 +88,8 @@ CMessageBox::CMessageBox(QWidget *parent)
 {
     m_ui->setupUi(this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    setStyleSheet(QLatin1String(StyleSheet));
-    m_ui->buttonBox->setStyleSheet(QLatin1String(FocusStyleSheet));
     m_ui->textLabel->setAutoFillBackground(false);
     m_ui->textArea->viewport()->setAutoFillBackground(false);
-    m_ui->gridLayout->setSizeConstraint(QLayout::SetFixedSize);
-    m_ui->iconLabel->hide();
     connect(m_ui->buttonBox, &QDialogButtonBox::clicked, this,
             [this](QAbstractButton *button) { done(m_ui->buttonBox->standardButton(button)); });
 }
@@ -139,31 +108,21 @@ CMessageBox::~CMessageBox() = default;
 void CMessageBox::setIcon(Icon icon)
 {
     m_icon = icon;
-    const QString path = picturePath(icon);
+    const Kind &kind = Kinds[icon];
+    const bool hasPicture = kind.picture != nullptr;
     // An icon, unlike a pixmap, takes the picture that was drawn for the screen's scale.
-    m_ui->iconLabel->setPixmap(QIcon(path).pixmap(QSize(PictureSize, PictureSize)));
-    m_ui->iconLabel->setVisible(!path.isEmpty());
-    m_ui->gridLayout->setHorizontalSpacing(path.isEmpty() ? 0 : PictureSpacing);
-    m_ui->iconLabel->setAccessibleName(kindOf(icon));
-    setAccessibleDescription(kindOf(icon)); // the icons without a picture as well
+    m_ui->iconLabel->setPixmap(QIcon(QLatin1String(kind.picture)).pixmap(QSize(PictureSize, PictureSize)));
+    m_ui->iconLabel->setVisible(hasPicture);
+    m_ui->gridLayout->setHorizontalSpacing(hasPicture ? PictureSpacing : 0);
+    m_ui->iconLabel->setAccessibleName(tr(kind.name));
+    setAccessibleDescription(tr(kind.name)); // the icons without a picture as well
     fit();
-}
-
-CMessageBox::Icon CMessageBox::icon() const
-{
-    return m_icon;
 }
 
 void CMessageBox::setText(const QString &text)
 {
     m_text = text;
-    m_ui->textLabel->setText(shortened(text));
     fit();
-}
-
-QString CMessageBox::text() const
-{
-    return m_text;
 }
 
 void CMessageBox::setTextFormat(Qt::TextFormat format)
@@ -182,39 +141,16 @@ void CMessageBox::setStandardButtons(StandardButtons buttons)
             added->setIcon(QIcon()); // some systems' styles put one of their own, of another look
         }
     }
-    setDefaultButton(m_default);
+    if (QPushButton *safe = m_ui->buttonBox->button(toolkitButton(safeButton()))) {
+        safe->setDefault(true);
+        safe->setFocus();
+    }
     fit();
 }
 
 CMessageBox::StandardButtons CMessageBox::standardButtons() const
 {
     return {static_cast<int>(m_ui->buttonBox->standardButtons())};
-}
-
-void CMessageBox::setDefaultButton(StandardButton button)
-{
-    m_default = button;
-    if (QPushButton *chosen = m_ui->buttonBox->button(toolkitButton(defaultButton()))) {
-        chosen->setDefault(true);
-        chosen->setFocus();
-    }
-}
-
-CMessageBox::StandardButton CMessageBox::defaultButton() const
-{
-    const StandardButtons present = standardButtons();
-    if (m_default != NoButton && present.testFlag(m_default)) {
-        return m_default;
-    }
-    if (escapeButton() != NoButton) {
-        return escapeButton();
-    }
-    for (const Button &button : Buttons) {
-        if (present.testFlag(button.value) && (button.value & (LosingButtons | Help)) == 0) {
-            return button.value;
-        }
-    }
-    return NoButton;
 }
 
 CMessageBox::StandardButton CMessageBox::escapeButton() const
@@ -226,11 +162,18 @@ CMessageBox::StandardButton CMessageBox::escapeButton() const
         }
     }
     const StandardButtons closing = present & ~StandardButtons(Help);
-    const auto *const only =
-        std::find_if(std::begin(Buttons), std::end(Buttons), [closing, present](const Button &button) {
-            return closing == button.value || present == button.value;
-        });
-    return only == std::end(Buttons) ? NoButton : only->value;
+    const auto candidates = static_cast<quint32>(closing != NoButton ? closing : present);
+    return qPopulationCount(candidates) == 1 ? static_cast<StandardButton>(candidates) : NoButton;
+}
+
+/// The button that Enter presses.
+CMessageBox::StandardButton CMessageBox::safeButton() const
+{
+    const StandardButton escape = escapeButton();
+    const StandardButtons safe = escape != NoButton ? escape : standardButtons() & ~StandardButtons(UnsafeButtons);
+    const auto *const first = std::find_if(std::begin(Buttons), std::end(Buttons),
+                                           [safe](const Button &button) { return safe.testFlag(button.value); });
+    return first == std::end(Buttons) ? NoButton : first->value;
 }
 
 void CMessageBox::reject()
@@ -250,19 +193,20 @@ void CMessageBox::showEvent(QShowEvent *event)
     QAccessible::updateAccessibility(&announcement);
 }
 
-/// Makes the box as large as its text needs and the screen allows; nothing before the box has a style and a screen.
+/// Shows the text and makes the box as large as it needs and the screen allows; no size before the box has a style and
+/// a screen.
 void CMessageBox::fit()
 {
+    QLabel *label = m_ui->textLabel;
+    const bool isPlain = label->textFormat() == Qt::PlainText; // markup is the program's own and not to be cut
+    const QString text = isPlain ? shortened(m_text) : m_text;
+    label->setText(text);
     if (!testAttribute(Qt::WA_WState_Polished)) {
         return;
     }
     const QSize most = screen()->availableSize() * ScreenShare;
     const int widest = std::min(LongestLine, most.width());
-    QLabel *label = m_ui->textLabel;
     label->setWordWrap(false);
-    const bool isPlain = label->textFormat() == Qt::PlainText; // markup is the program's own and not to be cut
-    const QString text = isPlain ? shortened(m_text) : m_text;
-    label->setText(text);
     QSize size = label->sizeHint();
     if (size.width() > widest) {
         label->setWordWrap(true);
@@ -280,41 +224,10 @@ void CMessageBox::fit()
 }
 
 CMessageBox::StandardButton CMessageBox::run(Icon icon, QWidget *parent, const QString &title, const QString &text,
-                                             StandardButtons buttons, Qt::TextFormat format)
+                                             StandardButtons buttons)
 {
     const QPointer<CMessageBox> box = new CMessageBox(icon, title, text, buttons, parent);
-    box->setTextFormat(format);
     const auto pressed = static_cast<StandardButton>(box->exec());
     delete box;
     return pressed;
-}
-
-CMessageBox::StandardButton CMessageBox::information(QWidget *parent, const QString &title, const QString &text,
-                                                     StandardButtons buttons, Qt::TextFormat format)
-{
-    return run(Information, parent, title, text, buttons, format);
-}
-
-CMessageBox::StandardButton CMessageBox::question(QWidget *parent, const QString &title, const QString &text,
-                                                  StandardButtons buttons, Qt::TextFormat format)
-{
-    return run(Question, parent, title, text, buttons, format);
-}
-
-CMessageBox::StandardButton CMessageBox::success(QWidget *parent, const QString &title, const QString &text,
-                                                 StandardButtons buttons, Qt::TextFormat format)
-{
-    return run(Success, parent, title, text, buttons, format);
-}
-
-CMessageBox::StandardButton CMessageBox::warning(QWidget *parent, const QString &title, const QString &text,
-                                                 StandardButtons buttons, Qt::TextFormat format)
-{
-    return run(Warning, parent, title, text, buttons, format);
-}
-
-CMessageBox::StandardButton CMessageBox::critical(QWidget *parent, const QString &title, const QString &text,
-                                                  StandardButtons buttons, Qt::TextFormat format)
-{
-    return run(Critical, parent, title, text, buttons, format);
 }

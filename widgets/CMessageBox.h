@@ -10,6 +10,15 @@ namespace Ui {
 class CMessageBox;
 }
 
+/// Modes of the signals that ask for a message, sig_showMessageBox(). Any other value means MessageInformation.
+enum MessageMode : int {
+    MessageInformation = 0,
+    MessageSuccess = 1,
+    MessageQuestion = 2,
+    MessageWarning = 3,
+    MessageCritical = 4
+};
+
 /// A message with an icon, a text and standard buttons.
 ///
 /// Either modal with an event loop of its own (exec() or the static functions), or without one: open(), and
@@ -65,33 +74,44 @@ public:
 
     /// Question, Success and Critical have a picture, the others none.
     void setIcon(Icon icon);
-    Icon icon() const;
+    Icon icon() const { return m_icon; }
     void setText(const QString &text);
     /// The whole text as it was set.
-    QString text() const;
+    QString text() const { return m_text; }
     /// Qt::PlainText (at first) or Qt::RichText.
     void setTextFormat(Qt::TextFormat format);
     /// Bits that are no standard button are ignored.
     void setStandardButtons(StandardButtons buttons);
     StandardButtons standardButtons() const;
-    /// The button that has the focus at first and that Enter presses. NoButton, or one that the box does not have: the
-    /// escape button.
-    void setDefaultButton(StandardButton button);
-    StandardButton defaultButton() const;
     StandardButton escapeButton() const;
 
     // Each shows a box with the icon of its name and returns the button that was pressed, the escape button when the
     // box was closed otherwise, and NoButton when the box was deleted with its parent while it was open.
     static StandardButton information(QWidget *parent, const QString &title, const QString &text,
-                                      StandardButtons buttons = Ok, Qt::TextFormat format = Qt::PlainText);
+                                      StandardButtons buttons = Ok)
+    {
+        return run(Information, parent, title, text, buttons);
+    }
     static StandardButton question(QWidget *parent, const QString &title, const QString &text,
-                                   StandardButtons buttons = {Yes | No}, Qt::TextFormat format = Qt::PlainText);
+                                   StandardButtons buttons = {Yes | No})
+    {
+        return run(Question, parent, title, text, buttons);
+    }
     static StandardButton success(QWidget *parent, const QString &title, const QString &text,
-                                  StandardButtons buttons = Ok, Qt::TextFormat format = Qt::PlainText);
+                                  StandardButtons buttons = Ok)
+    {
+        return run(Success, parent, title, text, buttons);
+    }
     static StandardButton warning(QWidget *parent, const QString &title, const QString &text,
-                                  StandardButtons buttons = Ok, Qt::TextFormat format = Qt::PlainText);
+                                  StandardButtons buttons = Ok)
+    {
+        return run(Warning, parent, title, text, buttons);
+    }
     static StandardButton critical(QWidget *parent, const QString &title, const QString &text,
-                                   StandardButtons buttons = Ok, Qt::TextFormat format = Qt::PlainText);
+                                   StandardButtons buttons = Ok)
+    {
+        return run(Critical, parent, title, text, buttons);
+    }
 
 public slots:
     /// Presses the escape button; without one the box stays.
@@ -102,13 +122,13 @@ protected:
 
 private:
     static StandardButton run(Icon icon, QWidget *parent, const QString &title, const QString &text,
-                              StandardButtons buttons, Qt::TextFormat format);
+                              StandardButtons buttons);
+    StandardButton safeButton() const;
     void fit();
 
     std::unique_ptr<Ui::CMessageBox> m_ui;
     Icon m_icon = NoIcon;
     QString m_text;
-    StandardButton m_default = NoButton;
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(CMessageBox::StandardButtons)

@@ -1,15 +1,14 @@
 #include "widgets/CNotice.h"
 
+#include "ui_CNotice.h"
 #include "widgets/WrappedLines.h"
 
 #include <QAccessible>
 #include <QEvent>
 #include <QFontMetricsF>
 #include <QGraphicsOpacityEffect>
-#include <QHBoxLayout>
 #include <QHideEvent>
 #include <QIcon>
-#include <QLabel>
 #include <QPropertyAnimation>
 #include <QTimer>
 
@@ -18,11 +17,7 @@
 
 namespace {
 constexpr int TopPosition = 60;
-constexpr int IconSize = 18;
 constexpr int PictureSize = 32; ///< of the icon's file; the label scales it down
-constexpr int Spacing = 10;
-constexpr int SideMargin = 15;
-constexpr int TopMargin = 2;
 constexpr int TextReserve = 10;
 constexpr int FrameReserve = 30;
 constexpr int LongestLineMinimum = 1;
@@ -40,29 +35,25 @@ constexpr int SmallestTextWidth = 60;
 constexpr int SmallestLineCount = 4;
 constexpr int LongestText = 4096;
 
+/// With the background's colour and the border's. It reaches the labels as well; they take the border off again.
+constexpr const char *StyleSheet = "color:#242523;border-radius:8px;background-color:%1;border-width:1px; "
+                                   "border-style:solid; border-color:%2;";
+
 struct Look
 {
-    const char *styleSheet;
+    const char *background;
+    const char *border;
     const char *icon;
     const char *kind; ///< the icon in words, for screen readers
 };
 
-constexpr const char *Amber = "color:#242523;border-radius:8px;background-color:#fff4ce;border-width:1px; "
-                              "border-style:solid; border-color:#B88A00;";
-
-// By type. The style sheets reach the labels as well; the labels take the border off again.
+// By type.
 constexpr Look Looks[] = {
-    {"color:#242523;border-radius:8px;background-color:#f0f9ec;border-width:1px; border-style:solid; "
-     "border-color:#418f1f;",
-     ":/Images/MsgInfo.png", QT_TRANSLATE_NOOP("CNotice", "Success")},
-    {Amber, ":/Images/MsgWarnning.png", QT_TRANSLATE_NOOP("CNotice", "Warning")},
-    {Amber, ":/Images/MsgQuestion.png", QT_TRANSLATE_NOOP("CNotice", "Question")},
-    {"color:#242523;border-radius:8px;background-color:#fde7e9;border-width:1px; border-style:solid; "
-     "border-color:#861b2d;",
-     ":/Images/MsgError.png", QT_TRANSLATE_NOOP("CNotice", "Error")},
-    {"color:#242523;border-radius:8px;background-color:#f3f3f3;border-width:1px; border-style:solid; "
-     "border-color:#242523;",
-     ":/Images/MsgAbout.png", QT_TRANSLATE_NOOP("CNotice", "Information")},
+    {"#f0f9ec", "#418f1f", ":/Images/MsgInfo.png", QT_TRANSLATE_NOOP("CNotice", "Success")},
+    {"#fff4ce", "#B88A00", ":/Images/MsgWarnning.png", QT_TRANSLATE_NOOP("CNotice", "Warning")},
+    {"#fff4ce", "#B88A00", ":/Images/MsgQuestion.png", QT_TRANSLATE_NOOP("CNotice", "Question")},
+    {"#fde7e9", "#861b2d", ":/Images/MsgError.png", QT_TRANSLATE_NOOP("CNotice", "Error")},
+    {"#f3f3f3", "#242523", ":/Images/MsgAbout.png", QT_TRANSLATE_NOOP("CNotice", "Information")},
 };
 constexpr int LookCount = static_cast<int>(std::size(Looks));
 static_assert(LookCount == CNotice::About + 1);
@@ -78,8 +69,7 @@ qreal widthOf(const QString &line, const QFontMetricsF &metrics)
 
 CNotice::CNotice(QWidget *parent)
     : QFrame(parent)
-    , m_pIcon(new QLabel(this))
-    , m_pText(new QLabel(this))
+    , m_ui(std::make_unique<Ui::CNotice>())
     , m_pOpacity(new QGraphicsOpacityEffect(this))
     , m_pAnimation(new QPropertyAnimation(m_pOpacity, "opacity", this))
     , m_pDelay(new QTimer(this))
@@ -88,27 +78,13 @@ CNotice::CNotice(QWidget *parent)
     init();
 }
 
+CNotice::~CNotice() = default;
+
 void CNotice::init()
 {
-    setObjectName(QStringLiteral("CNotice"));
-    setFrameShape(QFrame::Box);
-    setFrameShadow(QFrame::Plain);
+    m_ui->setupUi(this);
     setAttribute(Qt::WA_TransparentForMouseEvents);
-    setAttribute(Qt::WA_LayoutOnEntireRect); // the margins below count from the outer edge, border included
-
-    m_pIcon->setObjectName(QStringLiteral("m_pIcon"));
-    m_pIcon->setStyleSheet(QStringLiteral("border:none;"));
-    m_pIcon->setMaximumSize(IconSize, IconSize);
-    m_pIcon->setScaledContents(true);
-    m_pText->setObjectName(QStringLiteral("m_pText"));
-    m_pText->setStyleSheet(QStringLiteral("border:none;"));
-    m_pText->setTextFormat(Qt::PlainText);
-    m_pText->setWordWrap(true);
-    auto *layout = new QHBoxLayout(this);
-    layout->setSpacing(Spacing);
-    layout->setContentsMargins(SideMargin, TopMargin, SideMargin, TopMargin);
-    layout->addWidget(m_pIcon);
-    layout->addWidget(m_pText);
+    setAttribute(Qt::WA_LayoutOnEntireRect); // the layout's margins count from the outer edge, border included
 
     m_pOpacity->setOpacity(InitialOpacity);
     setGraphicsEffect(m_pOpacity);
@@ -146,10 +122,10 @@ void CNotice::setMesseage(const QString &text, int type, int delayms)
         hide();
     }
     const Look &look = Looks[type];
-    setStyleSheet(QLatin1String(look.styleSheet));
+    setStyleSheet(QString::fromLatin1(StyleSheet).arg(QLatin1String(look.background), QLatin1String(look.border)));
     // An icon, unlike a pixmap, takes the picture that was drawn for the screen's scale.
-    m_pIcon->setPixmap(QIcon(QLatin1String(look.icon)).pixmap(QSize(PictureSize, PictureSize)));
-    m_pIcon->setAccessibleName(tr(look.kind));
+    m_ui->m_pIcon->setPixmap(QIcon(QLatin1String(look.icon)).pixmap(QSize(PictureSize, PictureSize)));
+    m_ui->m_pIcon->setAccessibleName(tr(look.kind));
     setAccessibleName(text);
     m_text = text.left(LongestText);
     changeSize();
@@ -157,8 +133,7 @@ void CNotice::setMesseage(const QString &text, int type, int delayms)
     raise();
 
     m_countdown = std::max(delayms, 0) / StepMs + 1;
-    m_pAnimation->setStartValue(Invisible);
-    fadeTo(FullyVisible);
+    fade(Invisible, FullyVisible);
     m_pDelay->start(); // anew when it belonged to an earlier notice
     QAccessibleEvent announcement(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&announcement);
@@ -167,32 +142,23 @@ void CNotice::setMesseage(const QString &text, int type, int delayms)
 /// Lays the text out in the room that the parent gives, and the notice around it.
 void CNotice::changeSize()
 {
-    measureText();
-    setFixedSize(m_totalWidth, (m_lineCount + 1) * m_lineSpacing);
-    move(place());
-}
-
-void CNotice::measureText()
-{
     ensurePolished();
-    m_pText->ensurePolished();
-    const QFontMetricsF metrics(m_pText->font());
-    m_lineSpacing = std::max(QFontMetrics(m_pText->font()).lineSpacing(), 1);
-
-    const int reserve = TextReserve + IconSize + FrameReserve;
+    m_ui->m_pText->ensurePolished();
+    const QFont font = m_ui->m_pText->font();
+    const int lineSpacing = std::max(QFontMetrics(font).lineSpacing(), 1);
+    const int reserve = TextReserve + m_ui->m_pIcon->maximumWidth() + FrameReserve;
     const int widest = std::max(parentWidget()->width() - 2 * FreeSpace - reserve, SmallestTextWidth);
     const int room = parentWidget()->height() - TopPosition - FreeSpace;
-    const int mostLines = std::max(room / m_lineSpacing - 1, SmallestLineCount);
-    const QStringList lines = wrappedLines(m_text, m_pText->font(), widest, mostLines);
+    const int mostLines = std::max(room / lineSpacing - 1, SmallestLineCount);
+    const QStringList lines = wrappedLines(m_text, font, widest, mostLines);
 
     qreal longest = LongestLineMinimum;
     for (const QString &line : lines) {
-        longest = std::max(longest, widthOf(line, metrics));
+        longest = std::max(longest, widthOf(line, QFontMetricsF(font)));
     }
-    m_lineWidth = static_cast<int>(std::ceil(longest));
-    m_totalWidth = m_lineWidth + reserve;
-    m_lineCount = lines.size();
-    m_pText->setText(lines.join(QLatin1Char('\n')));
+    m_ui->m_pText->setText(lines.join(QLatin1Char('\n')));
+    setFixedSize(static_cast<int>(std::ceil(longest)) + reserve, (lines.size() + 1) * lineSpacing);
+    move(place());
 }
 
 QPoint CNotice::place() const
@@ -200,10 +166,11 @@ QPoint CNotice::place() const
     return {(parentWidget()->width() - width()) / 2, TopPosition};
 }
 
-/// Starts from the animation's start value.
-void CNotice::fadeTo(qreal opacity)
+void CNotice::fade(qreal from, qreal to)
 {
-    m_pAnimation->setEndValue(opacity);
+    m_pAnimation->stop();
+    m_pAnimation->setStartValue(from);
+    m_pAnimation->setEndValue(to);
     m_pAnimation->start();
 }
 
@@ -213,17 +180,8 @@ void CNotice::onTimerTimeout()
     --m_countdown;
     if (isOver) {
         m_pTimer->stop();
-        m_pAnimation->stop();
-        m_pAnimation->setStartValue(m_pOpacity->opacity());
-        fadeTo(Invisible);
+        fade(m_pOpacity->opacity(), Invisible);
     }
-}
-
-void CNotice::stop()
-{
-    m_pAnimation->stop();
-    m_pDelay->stop();
-    m_pTimer->stop();
 }
 
 bool CNotice::eventFilter(QObject *watched, QEvent *event)
@@ -238,7 +196,9 @@ bool CNotice::eventFilter(QObject *watched, QEvent *event)
 void CNotice::hideEvent(QHideEvent *event)
 {
     if (!event->spontaneous()) {
-        stop();
+        m_pAnimation->stop();
+        m_pDelay->stop();
+        m_pTimer->stop();
         hide();
     }
     QFrame::hideEvent(event);

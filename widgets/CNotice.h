@@ -3,10 +3,15 @@
 #include <QFrame>
 #include <QString>
 
+#include <memory>
+
 class QGraphicsOpacityEffect;
-class QLabel;
 class QPropertyAnimation;
 class QTimer;
+
+namespace Ui {
+class CNotice;
+}
 
 /// A toast: fades in over its parent, stays for a while and fades out. It lies centred at the top of the parent, lets
 /// mouse clicks through to what is under it, and costs nothing while it is hidden. Text is shown as it is, never as
@@ -18,10 +23,11 @@ class CNotice : public QFrame
     Q_OBJECT
 
 public:
-    enum Type { Done, Warning, Question, Failure, About };
+    enum Type : int { Done = 0, Warning = 1, Question = 2, Failure = 3, About = 4 };
 
     /// Hidden at first. The parent is the window on which notices appear.
     explicit CNotice(QWidget *parent);
+    ~CNotice() override;
 
     /// Shows a notice in place of the one that may still be there. type: a Type; any other value changes nothing. The
     /// text's lines are separated by "\n". delayms is the time in milliseconds, in steps of 10, between the end of the
@@ -39,21 +45,14 @@ private slots:
 private:
     void init();
     void changeSize();
-    void measureText();
     QPoint place() const;
-    void fadeTo(qreal opacity);
-    void stop();
+    void fade(qreal from, qreal to);
 
-    QLabel *m_pIcon;
-    QLabel *m_pText;
+    std::unique_ptr<Ui::CNotice> m_ui;
     QGraphicsOpacityEffect *m_pOpacity;
     QPropertyAnimation *m_pAnimation;
     QTimer *m_pDelay; ///< once, from the start of the fade-in to the first step
     QTimer *m_pTimer; ///< the steps of 10 ms
     QString m_text;
-    int m_lineWidth = 1; ///< of the longest line, pixels
-    int m_totalWidth = 0;
-    int m_lineSpacing = 0;
-    int m_lineCount = 1;
     int m_countdown = 0; ///< steps of 10 ms
 };

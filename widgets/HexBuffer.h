@@ -3,18 +3,12 @@
 #include <QByteArray>
 #include <QUndoStack>
 
-#include <functional>
-
-/// The bytes of a hexadecimal editor with cursor, selection and history, apart from any window.
-///
-/// In overwrite mode no edit changes the number of bytes: what would be removed becomes zero, what would reach beyond
-/// the end is dropped.
+/// The bytes of a hexadecimal editor with cursor, selection and history, apart from any window. Their number never
+/// changes: what would be removed becomes zero, what would reach beyond the end is dropped. Each edit that changes
+/// anything is one step of the history.
 class HexBuffer
 {
 public:
-    /// Bytes held at most; more is cut. Twice as many still count in an int.
-    static constexpr int SizeMax = 512 * 1024 * 1024;
-
     /// Half-open range of bytes.
     struct Range
     {
@@ -24,19 +18,13 @@ public:
         bool isEmpty() const { return first == end; }
     };
 
-    /// changed is called after each change of the bytes, when the history knows of it.
-    explicit HexBuffer(std::function<void()> changed);
-
     /// Begins anew: history empty, cursor at the start.
     void setData(const QByteArray &data);
-    const QByteArray &data() const { return m_data; }
-    int size() const { return m_data.size(); }
-
-    void setOverwriteMode(bool overwrite) { m_overwrite = overwrite; }
-    bool isOverwriteMode() const { return m_overwrite; }
+    const QByteArray &data() const { return m_state.data; }
+    int size() const { return m_state.data.size(); }
 
     /// In nibbles, 0 to 2 * size.
-    int cursor() const { return m_cursor; }
+    int cursor() const { return m_state.cursor; }
     /// Extending a selection moves by whole bytes.
     void moveTo(int nibble, bool extend);
     /// The cursor stands at head, before or behind the anchor.
@@ -45,30 +33,33 @@ public:
     Range selection() const;
     QByteArray selectedBytes() const;
 
-    /// A digit of 0 to 15 at the cursor; in insert mode the first digit of a byte inserts it.
+    /// A digit of 0 to 15 at the cursor or over the first digit of the selection.
     void typeDigit(int value);
-    void typeByte(char byte);
-    /// Puts bytes in place of the selection; in overwrite mode over what stands there.
-    void paste(const QByteArray &bytes);
+    /// Over what stands from the cursor or the selection's start on.
+    void write(const QByteArray &bytes);
+    /// The selection, else the byte at the cursor.
     void removeForward();
+    /// The selection, else the byte that is half typed, else the one before the cursor.
     void removeBackward();
     void fill(char byte);
 
-    void undo();
-    void redo();
+    /// indexChanged() comes with each change of the bytes but setData.
+    QUndoStack &history() { return m_history; }
     const QUndoStack &history() const { return m_history; }
 
 private:
-    friend class HexStep;
-    /// One step of the history, unless it would change nothing.
-    void replace(Range range, const QByteArray &bytes, int cursor);
-    void apply(int first, int count, const QByteArray &bytes, int cursor);
-    void remove(Range range);
+    static constexpr int NoAnchor = -1;
 
-    QByteArray m_data;
-    std::function<void()> m_changed;
-    int m_cursor = 0;
-    int m_anchor = -1; ///< byte where the selection began, -1 for none
-    bool m_overwrite = true;
+    struct State
+    {
+        QByteArray data;
+        int cursor = 0;
+        int anchor = NoAnchor; ///< byte where the selection began
+    };
+
+    void put(int first, const QByteArray &bytes, int cursor);
+    void clear(Range range);
+
+    State m_state;
     QUndoStack m_history;
 };

@@ -1,11 +1,35 @@
 #include "widgets/HexEntry.h"
 
-#include <QRegularExpression>
+#include <QStringList>
 
 #include <algorithm>
 
 namespace {
 constexpr int ShownBytesMax = 8;
+}
+
+QString hexTextFromBytes(const QByteArray &bytes)
+{
+    return QString::fromLatin1(bytes.toHex(' ').toUpper());
+}
+
+std::optional<QByteArray> bytesFromHexText(const QString &text)
+{
+    const QStringList numbers = text.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    QByteArray bytes;
+    for (const QString &number : numbers) {
+        const bool hasPrefix = number.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
+        QByteArray digits = number.mid(hasPrefix ? 2 : 0).toLatin1().toLower();
+        if (digits.size() == 1) {
+            digits.prepend('0');
+        }
+        const QByteArray part = QByteArray::fromHex(digits);
+        if (part.isEmpty() || part.toHex() != digits) { // fromHex passes over what is no digit
+            return std::nullopt;
+        }
+        bytes += part;
+    }
+    return bytes.isEmpty() ? std::nullopt : std::optional(bytes);
 }
 
 QString shownPayload(const QByteArray &payload)
@@ -15,9 +39,7 @@ QString shownPayload(const QByteArray &payload)
 
 QString hexDigits(const QString &text, int size)
 {
-    static const QRegularExpression blanks(QStringLiteral("\\s"));
-    QString digits = text;
-    return digits.remove(blanks).left(2 * size);
+    return text.simplified().remove(QLatin1Char(' ')).left(2 * size);
 }
 
 QString groupedDigits(const QString &digits)
@@ -40,7 +62,5 @@ QByteArray payloadFromDigits(const QString &digits, int size)
     if (whole.size() % 2 != 0) {
         whole.insert(whole.size() - 1, '0');
     }
-    QByteArray payload = QByteArray::fromHex(whole);
-    payload.append(QByteArray(size - payload.size(), '\0'));
-    return payload;
+    return QByteArray::fromHex(whole).leftJustified(size, '\0', true);
 }

@@ -3,7 +3,18 @@
 #include <QByteArray>
 #include <QString>
 
-/// The rules by which a line of typed hexadecimal digits becomes a payload of a fixed size.
+#include <optional>
+
+/// How bytes are written as hexadecimal text, how such a text is read, and the rules by which a line of typed digits
+/// becomes a payload of a fixed size.
+
+/// "01 A2 FF": what bytesFromHexText reads back.
+QString hexTextFromBytes(const QByteArray &bytes);
+
+/// The bytes a text stands for: numbers of two hexadecimal digits per byte, in upper or lower case, separated by white
+/// space or not at all, each with 0x before it or not. A single digit between blanks is a byte of its own. Nothing when
+/// anything else is in the text or no byte at all.
+std::optional<QByteArray> bytesFromHexText(const QString &text);
 
 /// The first eight bytes, each as two upper-case digits and a blank. The line never shows more.
 QString shownPayload(const QByteArray &payload);

@@ -3,8 +3,7 @@
 #include <algorithm>
 
 namespace {
-constexpr int AddressDigitsMin = 4;
-constexpr int AddressGap = 2;
+constexpr int FirstHexColumn = HexLayout::AddressDigits + 2;
 constexpr int ColumnsPerByte = 3;
 constexpr int AsciiGap = 1; // beside the blank behind the last byte
 } // namespace
@@ -24,53 +23,30 @@ int HexLayout::indexInLine(int byte) const
     return byte - lineOf(byte) * bytesPerLine;
 }
 
-int HexLayout::addressDigits() const
+int HexLayout::columnOf(int index, HexArea area) const
 {
-    if (!hasAddresses) {
-        return 0;
-    }
-    int digits = AddressDigitsMin;
-    for (int rest = std::max(0, size - 1) >> (4 * AddressDigitsMin); rest != 0; rest >>= 4) {
-        ++digits;
-    }
-    return digits;
-}
-
-int HexLayout::hexColumn(int index) const
-{
-    return (hasAddresses ? addressDigits() + AddressGap : 0) + ColumnsPerByte * index;
-}
-
-int HexLayout::asciiColumn(int index) const
-{
-    return hexColumn(bytesPerLine) + AsciiGap + index;
+    return area == HexArea::Hex ? FirstHexColumn + ColumnsPerByte * index
+                                : columnOf(bytesPerLine, HexArea::Hex) + AsciiGap + index;
 }
 
 int HexLayout::columns() const
 {
-    return (hasAscii ? asciiColumn(bytesPerLine) : hexColumn(bytesPerLine)) + 1;
+    return columnOf(bytesPerLine, HexArea::Ascii) + 1;
 }
 
 HexPlace HexLayout::placeAt(int line, int column) const
 {
     line = std::clamp(line, 0, lines() - 1);
-    const int bytesInLine = std::min(bytesPerLine, size - line * bytesPerLine);
+    const int first = line * bytesPerLine;
+    const int bytesInLine = std::min(bytesPerLine, size - first);
     // Behind the last byte of all there is a place of its own, behind that of any other line there is none.
-    const int indexMax = line == lines() - 1 ? bytesInLine : bytesInLine - 1;
-    HexPlace place;
-    if (hasAscii && column >= asciiColumn(0)) {
-        place.area = HexArea::Ascii;
-        place.nibble = 2 * (line * bytesPerLine + std::min(column - asciiColumn(0), indexMax));
-        return place;
+    const int nibbleMax = 2 * bytesInLine - (line == lines() - 1 ? 0 : 1);
+    if (const int index = column - columnOf(0, HexArea::Ascii); index >= 0) {
+        return {HexArea::Ascii, 2 * (first + std::min(2 * index, nibbleMax) / 2)};
     }
-    const int offset = std::max(0, column - hexColumn(0));
-    const int index = offset / ColumnsPerByte;
-    if (index > indexMax || index == bytesInLine) {
-        place.nibble = 2 * (line * bytesPerLine + indexMax) + (indexMax == bytesInLine ? 0 : 1);
-    } else {
-        place.nibble = 2 * (line * bytesPerLine + index) + (offset % ColumnsPerByte == 0 ? 0 : 1);
-    }
-    return place;
+    const int offset = std::max(0, column - FirstHexColumn);
+    const int nibble = 2 * (offset / ColumnsPerByte) + (offset % ColumnsPerByte == 0 ? 0 : 1);
+    return {HexArea::Hex, 2 * first + std::min(nibble, nibbleMax)};
 }
 
 int HexLayout::moved(HexMove move, HexPlace from, bool extend, int pageLines) const

@@ -19,10 +19,10 @@ struct HexPlace
 /// The place behind the last byte belongs to the last line, also when that is full.
 struct HexLayout
 {
-    int size = 0;         ///< bytes
+    static constexpr int AddressDigits = 4;
+
+    int size = 0;         ///< bytes, 0 to 65536: what the address has digits for
     int bytesPerLine = 1; ///< at least 1
-    bool hasAddresses = true;
-    bool hasAscii = true;
 
     /// At least 1: an empty editor has a line to type in.
     int lines() const;
@@ -30,11 +30,8 @@ struct HexLayout
     /// 0 to bytesPerLine, which only the place behind the last byte has.
     int indexInLine(int byte) const;
 
-    /// Digits of the longest address, at least 4; 0 without addresses.
-    int addressDigits() const;
-    /// Column of a byte's first digit.
-    int hexColumn(int index) const;
-    int asciiColumn(int index) const;
+    /// Column of a byte's first digit or of its character.
+    int columnOf(int index, HexArea area) const;
     /// Width of a line, with the place behind its last byte.
     int columns() const;
 

@@ -5,15 +5,6 @@
 #include <QApplication>
 #include <QEvent>
 
-namespace {
-
-CMaskWidget *maskOf(const QWidget &window)
-{
-    return window.findChild<CMaskWidget *>(QString(), Qt::FindDirectChildrenOnly);
-}
-
-} // namespace
-
 ModalMasks::ModalMasks(QApplication *application)
     : QObject(application)
 {
@@ -28,7 +19,7 @@ bool ModalMasks::eventFilter(QObject *watched, QEvent *event)
     const bool isFree = type == QEvent::WindowUnblocked || type == QEvent::WinIdChange;
     if ((isBlocked || isFree) && watched->isWidgetType()) {
         auto *window = static_cast<QWidget *>(watched);
-        CMaskWidget *mask = maskOf(*window);
+        auto *mask = window->findChild<CMaskWidget *>(QString(), Qt::FindDirectChildrenOnly);
         if (isFree) {
             delete mask;
         } else if (mask == nullptr && window->isWindow()) {

@@ -1,6 +1,6 @@
 #include "widgets/NumberEntry.h"
 
-#include "widgets/HexText.h"
+#include "widgets/HexEntry.h"
 
 #include <QLineEdit>
 #include <QSpinBox>
@@ -18,7 +18,7 @@ bool isUnseen(QChar character)
 
 bool isDigitAt(const QString &text, int position)
 {
-    return position < text.size() && hexDigitValue(text.at(position)) >= 0;
+    return bytesFromHexText(text.mid(position, 1)).has_value();
 }
 
 void removeAt(QString &text, int position, int count, int &cursor)
@@ -26,24 +26,6 @@ void removeAt(QString &text, int position, int count, int &cursor)
     text.remove(position, count);
     if (cursor > position) {
         cursor = qMax(position, cursor - count);
-    }
-}
-
-void removeUnseen(QString &text, int &cursor)
-{
-    for (int i = text.size() - 1; i >= 0; --i) {
-        if (isUnseen(text.at(i))) {
-            removeAt(text, i, 1, cursor);
-        }
-    }
-}
-
-void makeBlanks(QString &text)
-{
-    for (QChar &character : text) {
-        if (isUnseen(character)) {
-            character = QLatin1Char(' ');
-        }
     }
 }
 
@@ -91,10 +73,15 @@ private:
 QString cleanedEntry(const QString &text, NumberEntry kind, int &cursor)
 {
     QString cleaned = text;
-    if (kind == NumberEntry::HexBytes) {
-        makeBlanks(cleaned);
-    } else {
-        removeUnseen(cleaned, cursor);
+    for (int i = cleaned.size() - 1; i >= 0; --i) {
+        if (!isUnseen(cleaned.at(i))) {
+            continue;
+        }
+        if (kind == NumberEntry::HexBytes) {
+            cleaned[i] = QLatin1Char(' ');
+        } else {
+            removeAt(cleaned, i, 1, cursor);
+        }
     }
     if (kind != NumberEntry::Decimal) {
         removePrefixes(cleaned, kind, cursor);

@@ -1,6 +1,6 @@
 #include "widgets/QHexEdit.h"
 
-#include "widgets/HexText.h"
+#include "widgets/HexEntry.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -18,25 +18,11 @@ constexpr int LinesWanted = 8;
 constexpr int LinesMin = 3;
 constexpr int BytesMin = 8;
 constexpr int LineSpacing = 2; ///< device-independent pixels between lines
-constexpr int InsertCursorWidth = 2;
-constexpr int Margin = 3; ///< above and below the lines, for the frame
-constexpr char FirstPrintable = 0x20;
-constexpr char LastPrintable = 0x7E;
+constexpr int Margin = 3;      ///< above and below the lines, for the frame
 
 bool isPrintable(char byte)
 {
-    return byte >= FirstPrintable && byte <= LastPrintable;
-}
-
-QString characterOf(char byte)
-{
-    return {QLatin1Char(isPrintable(byte) ? byte : '.')};
-}
-
-/// The first (0) or second (1) digit.
-QString digitOf(char byte, int index)
-{
-    return hexTextFromBytes(QByteArray(1, byte)).mid(index, 1);
+    return byte >= ' ' && byte <= '~';
 }
 
 /// One device-independent pixel wide, whole inside the rectangle on every scale.
@@ -68,132 +54,147 @@ constexpr MoveKey MoveKeys[] = {
 };
 } // namespace
 
-class QHexEditPrivate
+QHexEdit::QHexEdit(QWidget *parent)
+    : QAbstractScrollArea(parent)
 {
-public:
-    explicit QHexEditPrivate(QHexEdit *editor)
-        : q(editor)
-        , buffer([this] { bytesChanged(); })
-    {
-    }
+    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    fixed.setPointSizeF(QApplication::font().pointSizeF());
+    setFont(fixed);
+    setFocusPolicy(Qt::StrongFocus);
+    setFrameShape(QFrame::NoFrame); // painted here: not every style shows the focus in it
+    viewport()->setCursor(Qt::IBeamCursor);
+    viewport()->setBackgroundRole(QPalette::Base);
+    connect(&m_buffer.history(), &QUndoStack::indexChanged, this, [this] {
+        showCursor();
+        emit dataChanged();
+    });
+}
 
-    void bytesChanged();
-    void measure();
-    void updateScrollBars() const;
-    void ensureCursorVisible() const;
-    int visibleLines() const { return std::max(1, (q->viewport()->height() - 2 * Margin) / lineHeight); }
-    /// Also of a line that is cut at the lower edge.
-    bool isLineVisible(int line) const;
-    int lineTop(int line) const { return Margin + (line - q->verticalScrollBar()->value()) * lineHeight; }
-    int columnLeft(int column) const { return (column + 1) * charWidth - q->horizontalScrollBar()->value(); }
-    int contentWidth() const { return (layout.columns() + 2) * charWidth; }
-    HexPlace placeAt(QPoint position) const;
-    HexPlace place() const { return {area, buffer.cursor()}; }
-
-    void setArea(HexArea wanted);
-    void cursorMoved() const;
-    bool handleMove(const QKeyEvent &event);
-    bool handleCommand(const QKeyEvent &event);
-    bool handleEdit(const QKeyEvent &event);
-    bool handleText(const QKeyEvent &event);
-    void copy() const;
-    void paste();
-
-    QRect cellRect(int byte, HexArea of) const;
-    void paintLine(QPainter &painter, int line, const QPalette &palette) const;
-    void paintByte(QPainter &painter, int byte, HexArea of, const QPalette &palette) const;
-    void paintCursor(QPainter &painter, const QPalette &palette) const;
-    QPalette shownPalette() const;
-
-    QHexEdit *q;
-    HexBuffer buffer;
-    HexLayout layout;
-    HexArea area = HexArea::Hex;
-    bool readOnly = false;
-    int draggedByte = 0; ///< where the mouse button went down
-    int reportedSize = 0;
-    int charWidth = 1;
-    int lineHeight = 1;
-};
-
-void QHexEditPrivate::bytesChanged()
+QHexEdit::~QHexEdit()
 {
-    layout.size = buffer.size();
+    m_buffer.history().disconnect(this); // which is emptied as it goes, and says so
+}
+
+void QHexEdit::setData(const QByteArray &data)
+{
+    m_buffer.setData(data);
+    m_layout.size = data.size();
     updateScrollBars();
-    cursorMoved();
-    if (buffer.size() != reportedSize) {
-        reportedSize = buffer.size();
-        emit q->currentSizeChanged(reportedSize);
-    }
-    emit q->dataChanged();
+    showCursor();
 }
 
-void QHexEditPrivate::measure()
+void QHexEdit::setBytesPerLine(int count)
 {
-    const QFontMetrics metrics(q->font());
-    charWidth = std::max(1, metrics.horizontalAdvance(QLatin1Char('0')));
-    lineHeight = std::max(1, metrics.height() + LineSpacing);
+    m_layout.bytesPerLine = std::max(1, count);
     updateScrollBars();
-    q->updateGeometry();
-    q->viewport()->update();
+    showCursor();
+    updateGeometry();
 }
 
-void QHexEditPrivate::updateScrollBars() const
+QRect QHexEdit::byteRect(int byte, HexArea area) const
 {
-    const int width = q->viewport()->width();
-    q->verticalScrollBar()->setPageStep(visibleLines());
-    q->verticalScrollBar()->setRange(0, layout.lines() - visibleLines());
-    q->horizontalScrollBar()->setSingleStep(charWidth);
-    q->horizontalScrollBar()->setPageStep(width);
-    q->horizontalScrollBar()->setRange(0, contentWidth() - width);
+    const int column = m_layout.columnOf(m_layout.indexInLine(byte), area);
+    return cells(m_layout.lineOf(byte), column, area == HexArea::Hex ? 2 : 1);
 }
 
-void QHexEditPrivate::ensureCursorVisible() const
+QSize QHexEdit::sizeHint() const
 {
-    const int byte = buffer.cursor() / 2;
-    const int line = layout.lineOf(byte);
-    QScrollBar *vertical = q->verticalScrollBar();
-    vertical->setValue(std::clamp(vertical->value(), line - visibleLines() + 1, line));
-    const QRect cell = cellRect(byte, area);
-    QScrollBar *horizontal = q->horizontalScrollBar();
-    if (cell.left() < charWidth) {
-        horizontal->setValue(horizontal->value() + cell.left() - charWidth);
-    } else if (cell.right() > q->viewport()->width() - charWidth) {
-        horizontal->setValue(horizontal->value() + cell.right() - q->viewport()->width() + charWidth);
+    return {(m_layout.columns() + 2) * charWidth() + verticalScrollBar()->sizeHint().width(),
+            LinesWanted * lineHeight() + 2 * Margin + horizontalScrollBar()->sizeHint().height()};
+}
+
+QSize QHexEdit::minimumSizeHint() const
+{
+    return {m_layout.columnOf(BytesMin, HexArea::Hex) * charWidth(), LinesMin * lineHeight() + 2 * Margin};
+}
+
+void QHexEdit::undo()
+{
+    if (canUndo()) {
+        m_buffer.history().undo();
     }
 }
 
-bool QHexEditPrivate::isLineVisible(int line) const
+void QHexEdit::redo()
 {
-    const int first = q->verticalScrollBar()->value();
-    return line >= first && line <= first + q->viewport()->height() / lineHeight;
+    if (canRedo()) {
+        m_buffer.history().redo();
+    }
 }
 
-HexPlace QHexEditPrivate::placeAt(QPoint position) const
+int QHexEdit::charWidth() const
 {
+    return std::max(1, fontMetrics().horizontalAdvance(QLatin1Char('0')));
+}
+
+int QHexEdit::lineHeight() const
+{
+    return fontMetrics().height() + LineSpacing;
+}
+
+/// Whole ones.
+int QHexEdit::visibleLines() const
+{
+    return std::max(1, (viewport()->height() - 2 * Margin) / lineHeight());
+}
+
+/// Where characters of a line stand in the viewport or beside it.
+QRect QHexEdit::cells(int line, int column, int count) const
+{
+    const int left = (column + 1) * charWidth() - horizontalScrollBar()->value();
+    const int top = Margin + (line - verticalScrollBar()->value()) * lineHeight();
+    return {left, top, count * charWidth(), lineHeight()};
+}
+
+HexPlace QHexEdit::placeAt(QPoint position) const
+{
+    const QPoint origin = cells(0, 0, 1).topLeft();
     const auto cellOf = [](int pixels, int cell) {
         return pixels < 0 ? -1 : pixels / cell;
     };
-    const int line = q->verticalScrollBar()->value() + cellOf(position.y() - Margin, lineHeight);
-    return layout.placeAt(line, cellOf(position.x() - columnLeft(0), charWidth));
+    return m_layout.placeAt(cellOf(position.y() - origin.y(), lineHeight()),
+                            cellOf(position.x() - origin.x(), charWidth()));
 }
 
-void QHexEditPrivate::setArea(HexArea wanted)
+void QHexEdit::updateScrollBars()
 {
-    area = wanted;
-    if (area == HexArea::Ascii && buffer.cursor() % 2 != 0) {
-        buffer.moveTo(buffer.cursor() - 1, false);
+    const int width = viewport()->width();
+    verticalScrollBar()->setPageStep(visibleLines());
+    verticalScrollBar()->setRange(0, m_layout.lines() - visibleLines());
+    horizontalScrollBar()->setSingleStep(charWidth());
+    horizontalScrollBar()->setPageStep(width);
+    horizontalScrollBar()->setRange(0, (m_layout.columns() + 2) * charWidth() - width);
+}
+
+/// Scrolls to the cursor and has all painted anew.
+void QHexEdit::showCursor()
+{
+    const int byte = m_buffer.cursor() / 2;
+    const int line = m_layout.lineOf(byte);
+    QScrollBar *vertical = verticalScrollBar();
+    vertical->setValue(std::clamp(vertical->value(), line - visibleLines() + 1, line));
+    const QRect cell = byteRect(byte, m_area);
+    const int tooFarLeft = charWidth() - cell.left();
+    const int tooFarRight = cell.right() + charWidth() - viewport()->width();
+    QScrollBar *horizontal = horizontalScrollBar();
+    if (tooFarLeft > 0) {
+        horizontal->setValue(horizontal->value() - tooFarLeft);
+    } else if (tooFarRight > 0) {
+        horizontal->setValue(horizontal->value() + tooFarRight);
     }
-    cursorMoved();
+    viewport()->update();
 }
 
-void QHexEditPrivate::cursorMoved() const
+void QHexEdit::setArea(HexArea area)
 {
-    ensureCursorVisible();
-    q->viewport()->update();
+    m_area = area;
+    if (area == HexArea::Ascii && m_buffer.cursor() % 2 != 0) {
+        m_buffer.moveTo(m_buffer.cursor() - 1, false);
+    }
+    showCursor();
 }
 
-bool QHexEditPrivate::handleMove(const QKeyEvent &event)
+bool QHexEdit::handleMove(const QKeyEvent &event)
 {
     const auto isPressed = [&event](const MoveKey &key) {
         return event.matches(key.plain) || event.matches(key.extending);
@@ -203,335 +204,142 @@ bool QHexEditPrivate::handleMove(const QKeyEvent &event)
         return false;
     }
     const bool extend = event.matches(key->extending);
-    buffer.moveTo(layout.moved(key->move, place(), extend, visibleLines()), extend);
+    m_buffer.moveTo(m_layout.moved(key->move, cursor(), extend, visibleLines()), extend);
     return true;
 }
 
-bool QHexEditPrivate::handleCommand(const QKeyEvent &event)
+bool QHexEdit::handleCommand(const QKeyEvent &event)
 {
-    const Qt::KeyboardModifiers modifiers = event.modifiers();
     if (event.matches(QKeySequence::SelectAll)) {
-        buffer.select(0, buffer.size());
+        m_buffer.select(0, m_buffer.size());
     } else if (event.matches(QKeySequence::Copy)) {
         copy();
     } else if (event.matches(QKeySequence::Undo)) {
-        q->undo();
-    } else if (event.matches(QKeySequence::Redo) || (event.key() == Qt::Key_Y && modifiers == Qt::ControlModifier) ||
-               (event.key() == Qt::Key_Z && modifiers == (Qt::ControlModifier | Qt::ShiftModifier))) {
-        q->redo();
+        undo();
+    } else if (event.matches(QKeySequence::Redo)) {
+        redo();
     } else {
         return false;
     }
     return true;
 }
 
-bool QHexEditPrivate::handleEdit(const QKeyEvent &event)
+bool QHexEdit::handleEdit(const QKeyEvent &event)
 {
     if (event.matches(QKeySequence::Cut)) {
-        if (!buffer.selection().isEmpty()) {
+        if (!selection().isEmpty()) {
             copy();
-            buffer.removeForward();
+            m_buffer.removeForward();
         }
     } else if (event.matches(QKeySequence::Paste)) {
-        paste();
+        if (const auto bytes = bytesFromHexText(QApplication::clipboard()->text())) {
+            m_buffer.write(*bytes);
+        }
     } else if (event.matches(QKeySequence::Delete)) {
-        buffer.removeForward();
+        m_buffer.removeForward();
     } else if (event.key() == Qt::Key_Backspace) {
-        buffer.removeBackward();
+        m_buffer.removeBackward();
     } else {
         return handleText(event);
     }
     return true;
 }
 
-bool QHexEditPrivate::handleText(const QKeyEvent &event)
+bool QHexEdit::handleText(const QKeyEvent &event)
 {
     constexpr auto commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
     if ((event.modifiers() & commands) != 0 || event.text().size() != 1) {
         return false;
     }
-    const QChar character = event.text().front();
-    if (area == HexArea::Ascii) {
-        const char byte = character.toLatin1();
+    if (m_area == HexArea::Ascii) {
+        const char byte = event.text().front().toLatin1();
         if (!isPrintable(byte)) {
             return false;
         }
-        buffer.typeByte(byte);
+        m_buffer.write(QByteArray(1, byte));
         return true;
     }
-    const int value = hexDigitValue(character);
-    if (value < 0) {
+    const auto digit = bytesFromHexText(event.text());
+    if (!digit) {
         return false;
     }
-    buffer.typeDigit(value);
+    m_buffer.typeDigit(digit->front());
     return true;
 }
 
-void QHexEditPrivate::copy() const
+void QHexEdit::copy() const
 {
-    if (!buffer.selection().isEmpty()) {
-        QApplication::clipboard()->setText(hexTextFromBytes(buffer.selectedBytes()));
+    if (!selection().isEmpty()) {
+        QApplication::clipboard()->setText(hexTextFromBytes(m_buffer.selectedBytes()));
     }
 }
 
-void QHexEditPrivate::paste()
+/// Empty behind the last byte.
+QString QHexEdit::textOf(int byte, HexArea area) const
 {
-    const auto bytes = bytesFromHexText(QApplication::clipboard()->text());
-    if (bytes) {
-        buffer.paste(*bytes);
+    const QByteArray bytes = m_buffer.data().mid(byte, 1);
+    if (bytes.isEmpty() || area == HexArea::Hex) {
+        return hexTextFromBytes(bytes);
     }
+    return {QLatin1Char(isPrintable(bytes.front()) ? bytes.front() : '.')};
 }
 
-/// The byte's digits or character, in the viewport or beside it. Its line must be visible.
-QRect QHexEditPrivate::cellRect(int byte, HexArea of) const
+void QHexEdit::paintByte(QPainter &painter, int byte, HexArea area) const
 {
-    const int index = layout.indexInLine(byte);
-    const bool isHex = of == HexArea::Hex;
-    const int column = isHex ? layout.hexColumn(index) : layout.asciiColumn(index);
-    return {columnLeft(column), lineTop(layout.lineOf(byte)), (isHex ? 2 : 1) * charWidth, lineHeight};
-}
-
-QPalette QHexEditPrivate::shownPalette() const
-{
-    QPalette palette = q->palette();
-    if (!q->isEnabled()) {
-        palette.setCurrentColorGroup(QPalette::Disabled);
-    } else {
-        palette.setCurrentColorGroup(q->isActiveWindow() ? QPalette::Active : QPalette::Inactive);
-    }
-    return palette;
-}
-
-void QHexEditPrivate::paintLine(QPainter &painter, int line, const QPalette &palette) const
-{
-    const int first = line * layout.bytesPerLine;
-    if (layout.hasAddresses) {
-        const int digits = layout.addressDigits();
-        const QString address = QStringLiteral("%1").arg(first, digits, 16, QLatin1Char('0')).toUpper();
-        painter.setPen(palette.text().color());
-        painter.drawText(QRect(columnLeft(0), lineTop(line), digits * charWidth, lineHeight), Qt::AlignVCenter,
-                         address);
-    }
-    for (int byte = first; byte < std::min(first + layout.bytesPerLine, layout.size); ++byte) {
-        paintByte(painter, byte, HexArea::Hex, palette);
-        if (layout.hasAscii) {
-            paintByte(painter, byte, HexArea::Ascii, palette);
-        }
-    }
-}
-
-void QHexEditPrivate::paintByte(QPainter &painter, int byte, HexArea of, const QPalette &palette) const
-{
-    const HexBuffer::Range selected = buffer.selection();
+    const QRect rect = byteRect(byte, area);
+    const HexBuffer::Range selected = selection();
     const bool isSelected = byte >= selected.first && byte < selected.end;
-    const QRect cell = cellRect(byte, of);
     if (isSelected) {
         // The blank behind a byte is marked with it, unless the selection ends there.
         const bool hasGap =
-            of == HexArea::Hex && byte + 1 < selected.end && layout.indexInLine(byte) + 1 < layout.bytesPerLine;
-        painter.fillRect(cell.adjusted(0, 0, hasGap ? charWidth : 0, 0), palette.highlight());
+            area == HexArea::Hex && byte + 1 < selected.end && m_layout.indexInLine(byte) + 1 < m_layout.bytesPerLine;
+        painter.fillRect(rect.adjusted(0, 0, hasGap ? charWidth() : 0, 0), palette().highlight());
     }
-    painter.setPen(isSelected ? palette.highlightedText().color() : palette.text().color());
-    const char value = buffer.data().at(byte);
-    if (of == HexArea::Ascii) {
-        painter.drawText(cell, Qt::AlignCenter, characterOf(value));
-        return;
+    painter.setPen(isSelected ? palette().highlightedText().color() : palette().text().color());
+    QRect cell(rect.topLeft(), QSize(charWidth(), rect.height()));
+    for (const QChar character : textOf(byte, area)) {
+        painter.drawText(cell, Qt::AlignCenter, character);
+        cell.translate(charWidth(), 0);
     }
-    painter.drawText(cell.adjusted(0, 0, -charWidth, 0), Qt::AlignCenter, digitOf(value, 0));
-    painter.drawText(cell.adjusted(charWidth, 0, 0, 0), Qt::AlignCenter, digitOf(value, 1));
 }
 
-/// A block (inserting: a bar) where typing goes, a frame around the same byte in the other area. Frames only while the
-/// editor has no focus.
-void QHexEditPrivate::paintCursor(QPainter &painter, const QPalette &palette) const
+/// A block where typing goes, a frame around the same byte in the other area. Frames only while the editor has no
+/// focus.
+void QHexEdit::paintCursor(QPainter &painter) const
 {
-    const int byte = buffer.cursor() / 2;
-    if (!isLineVisible(layout.lineOf(byte))) {
-        return;
-    }
-    const HexArea other = area == HexArea::Hex ? HexArea::Ascii : HexArea::Hex;
-    QRect cell = cellRect(byte, area);
-    if (area == HexArea::Hex) {
-        cell.setWidth(charWidth);
-        cell.translate(buffer.cursor() % 2 * charWidth, 0);
-    }
-    painter.setPen(palette.text().color());
-    if (layout.hasAscii) {
-        paintFrame(painter, cellRect(byte, other));
-    }
-    if (!q->hasFocus()) {
+    const int byte = m_buffer.cursor() / 2;
+    const bool isHex = m_area == HexArea::Hex;
+    const int digit = isHex ? m_buffer.cursor() % 2 : 0;
+    const QRect cell(byteRect(byte, m_area).topLeft() + QPoint(digit * charWidth(), 0),
+                     QSize(charWidth(), lineHeight()));
+    painter.setPen(palette().text().color());
+    paintFrame(painter, byteRect(byte, isHex ? HexArea::Ascii : HexArea::Hex));
+    if (!hasFocus()) {
         paintFrame(painter, cell);
         return;
     }
-    if (!buffer.isOverwriteMode()) {
-        painter.fillRect(QRect(cell.topLeft(), QSize(InsertCursorWidth, lineHeight)), palette.text());
-        return;
-    }
-    painter.fillRect(cell, palette.text());
-    if (byte < buffer.size()) {
-        const char value = buffer.data().at(byte);
-        painter.setPen(palette.base().color());
-        const bool isHex = area == HexArea::Hex;
-        painter.drawText(cell, Qt::AlignCenter, isHex ? digitOf(value, buffer.cursor() % 2) : characterOf(value));
-    }
-}
-
-QHexEdit::QHexEdit(QWidget *parent)
-    : QAbstractScrollArea(parent)
-    , m_p(std::make_unique<QHexEditPrivate>(this))
-{
-    m_p->buffer.setOverwriteMode(false);
-    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    fixed.setPointSizeF(QApplication::font().pointSizeF());
-    setFont(fixed);
-    setFocusPolicy(Qt::StrongFocus);
-    setFrameShape(QFrame::NoFrame); // painted here: not every style shows the focus in it
-    viewport()->setCursor(Qt::IBeamCursor);
-    viewport()->setBackgroundRole(QPalette::Base);
-    m_p->layout.bytesPerLine = 16;
-    m_p->measure();
-}
-
-QHexEdit::~QHexEdit() = default;
-
-void QHexEdit::setData(const QByteArray &data)
-{
-    m_p->buffer.setData(data);
-    updateGeometry();
-}
-
-QByteArray QHexEdit::data() const
-{
-    return m_p->buffer.data();
-}
-
-void QHexEdit::setBytesPerLine(int count)
-{
-    m_p->layout.bytesPerLine = std::max(1, count);
-    m_p->updateScrollBars();
-    m_p->cursorMoved();
-    updateGeometry();
-}
-
-int QHexEdit::bytesPerLine() const
-{
-    return m_p->layout.bytesPerLine;
-}
-
-void QHexEdit::setOverwriteMode(bool overwrite)
-{
-    m_p->buffer.setOverwriteMode(overwrite);
-    viewport()->update();
-}
-
-void QHexEdit::setReadOnly(bool readOnly)
-{
-    m_p->readOnly = readOnly;
-}
-
-void QHexEdit::setAddressArea(bool visible)
-{
-    m_p->layout.hasAddresses = visible;
-    m_p->measure();
-}
-
-void QHexEdit::setAsciiArea(bool visible)
-{
-    m_p->layout.hasAscii = visible;
-    if (!visible) {
-        m_p->setArea(HexArea::Hex);
-    }
-    m_p->measure();
-}
-
-void QHexEdit::fill(char byte)
-{
-    m_p->buffer.fill(byte);
-    m_p->cursorMoved();
-}
-
-bool QHexEdit::canUndo() const
-{
-    return !m_p->readOnly && m_p->buffer.history().canUndo();
-}
-
-bool QHexEdit::canRedo() const
-{
-    return !m_p->readOnly && m_p->buffer.history().canRedo();
-}
-
-HexPlace QHexEdit::cursor() const
-{
-    return m_p->place();
-}
-
-HexBuffer::Range QHexEdit::selection() const
-{
-    return m_p->buffer.selection();
-}
-
-QRect QHexEdit::byteRect(int byte, HexArea area) const
-{
-    const bool isShown = area == HexArea::Hex || m_p->layout.hasAscii;
-    const bool isByte = byte >= 0 && byte <= m_p->buffer.size();
-    if (!isShown || !isByte || !m_p->isLineVisible(m_p->layout.lineOf(byte))) {
-        return {};
-    }
-    return m_p->cellRect(byte, area);
-}
-
-QSize QHexEdit::sizeHint() const
-{
-    const int frame = 2 * frameWidth();
-    return {m_p->contentWidth() + frame + verticalScrollBar()->sizeHint().width(),
-            LinesWanted * m_p->lineHeight + 2 * Margin + frame + horizontalScrollBar()->sizeHint().height()};
-}
-
-QSize QHexEdit::minimumSizeHint() const
-{
-    const int frame = 2 * frameWidth();
-    return {m_p->layout.hexColumn(BytesMin) * m_p->charWidth + frame, LinesMin * m_p->lineHeight + 2 * Margin + frame};
-}
-
-void QHexEdit::undo()
-{
-    if (!m_p->readOnly) {
-        m_p->buffer.undo();
-    }
-}
-
-void QHexEdit::redo()
-{
-    if (!m_p->readOnly) {
-        m_p->buffer.redo();
-    }
+    painter.fillRect(cell, palette().text());
+    painter.setPen(palette().base().color());
+    painter.drawText(cell, Qt::AlignCenter, textOf(byte, m_area).mid(digit, 1));
 }
 
 /// Tab goes from the digits to the characters before it leaves, and back the same way.
 bool QHexEdit::focusNextPrevChild(bool next)
 {
     const HexArea wanted = next ? HexArea::Ascii : HexArea::Hex;
-    if (m_p->layout.hasAscii && m_p->area != wanted) {
-        m_p->setArea(wanted);
-        return true;
+    if (m_area == wanted) {
+        return QAbstractScrollArea::focusNextPrevChild(next);
     }
-    return QAbstractScrollArea::focusNextPrevChild(next);
-}
-
-void QHexEdit::changeEvent(QEvent *event)
-{
-    QAbstractScrollArea::changeEvent(event);
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
-        m_p->measure();
-    }
+    setArea(wanted);
+    return true;
 }
 
 void QHexEdit::focusInEvent(QFocusEvent *event)
 {
     if (event->reason() == Qt::TabFocusReason) {
-        m_p->setArea(HexArea::Hex);
-    } else if (event->reason() == Qt::BacktabFocusReason && m_p->layout.hasAscii) {
-        m_p->setArea(HexArea::Ascii);
+        setArea(HexArea::Hex);
+    } else if (event->reason() == Qt::BacktabFocusReason) {
+        setArea(HexArea::Ascii);
     }
     QAbstractScrollArea::focusInEvent(event);
     viewport()->update();
@@ -545,14 +353,10 @@ void QHexEdit::focusOutEvent(QFocusEvent *event)
 
 void QHexEdit::keyPressEvent(QKeyEvent *event)
 {
-    const bool isHandled =
-        m_p->handleMove(*event) || m_p->handleCommand(*event) || (!m_p->readOnly && m_p->handleEdit(*event));
-    if (!isHandled) {
-        event->ignore(); // Enter and Esc are the window's
-        return;
+    event->setAccepted(handleMove(*event) || handleCommand(*event) || (!m_readOnly && handleEdit(*event)));
+    if (event->isAccepted()) { // Enter and Esc are the window's
+        showCursor();
     }
-    m_p->cursorMoved();
-    event->accept();
 }
 
 void QHexEdit::mousePressEvent(QMouseEvent *event)
@@ -561,59 +365,60 @@ void QHexEdit::mousePressEvent(QMouseEvent *event)
         event->ignore();
         return;
     }
-    const HexPlace place = m_p->placeAt(event->pos());
+    const HexPlace place = placeAt(event->pos());
     const bool extend = event->modifiers().testFlag(Qt::ShiftModifier);
-    m_p->draggedByte = extend ? m_p->buffer.cursor() / 2 : place.nibble / 2;
-    m_p->area = place.area;
-    m_p->buffer.moveTo(place.nibble, extend);
-    m_p->cursorMoved();
+    m_draggedByte = extend ? m_buffer.cursor() / 2 : place.nibble / 2;
+    m_area = place.area;
+    m_buffer.moveTo(place.nibble, extend);
+    showCursor();
 }
 
 /// From the byte where the button went down to the one under the mouse, both included.
 void QHexEdit::mouseMoveEvent(QMouseEvent *event)
 {
-    if (!event->buttons().testFlag(Qt::LeftButton)) {
+    const int byte = placeAt(event->pos()).nibble / 2;
+    if (!event->buttons().testFlag(Qt::LeftButton) || (byte == m_draggedByte && selection().isEmpty())) {
         return;
     }
-    const int from = m_p->draggedByte;
-    const int byte = m_p->placeAt(event->pos()).nibble / 2;
-    if (byte == from && m_p->buffer.selection().isEmpty()) {
-        return;
-    }
-    m_p->buffer.select(byte < from ? from + 1 : from, byte < from ? byte : byte + 1);
-    m_p->cursorMoved();
+    const bool isBefore = byte < m_draggedByte;
+    m_buffer.select(m_draggedByte + (isBefore ? 1 : 0), byte + (isBefore ? 0 : 1));
+    showCursor();
 }
 
 void QHexEdit::mouseDoubleClickEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton) {
-        const int byte = m_p->placeAt(event->pos()).nibble / 2;
-        m_p->buffer.select(byte, byte + 1);
-        m_p->cursorMoved();
+        const int byte = placeAt(event->pos()).nibble / 2;
+        m_buffer.select(byte, byte + 1);
+        showCursor();
     }
 }
 
-void QHexEdit::paintEvent(QPaintEvent *event)
+void QHexEdit::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(viewport());
-    const QPalette palette = m_p->shownPalette();
-    const int top = verticalScrollBar()->value();
-    const int first = top + std::max(0, event->rect().top() - Margin) / m_p->lineHeight;
-    const int last = std::min(m_p->layout.lines() - 1, top + event->rect().bottom() / m_p->lineHeight);
-    if (m_p->layout.hasAddresses) {
-        const int right = m_p->columnLeft(m_p->layout.addressDigits()) + m_p->charWidth / 2;
-        painter.fillRect(QRect(QPoint(0, 0), QPoint(right, viewport()->height())), palette.alternateBase());
+    const int addressEnd = cells(0, HexLayout::AddressDigits, 1).left() + charWidth() / 2;
+    painter.fillRect(QRect(QPoint(0, 0), QPoint(addressEnd, viewport()->height())), palette().alternateBase());
+    painter.setPen(palette().text().color());
+    const int top = verticalScrollBar()->value(); // nothing of the lines above it, which would reach into the margin
+    for (int line = top; line < m_layout.lines(); ++line) {
+        const QString address =
+            QStringLiteral("%1").arg(line * m_layout.bytesPerLine, HexLayout::AddressDigits, 16, QLatin1Char('0'));
+        painter.drawText(cells(line, 0, HexLayout::AddressDigits), Qt::AlignVCenter, address.toUpper());
     }
-    for (int line = first; line <= last; ++line) {
-        m_p->paintLine(painter, line, palette);
+    for (int byte = top * m_layout.bytesPerLine; byte < m_layout.size; ++byte) {
+        paintByte(painter, byte, HexArea::Hex);
+        paintByte(painter, byte, HexArea::Ascii);
     }
-    m_p->paintCursor(painter, palette);
-    painter.setPen(hasFocus() ? palette.highlight().color() : palette.mid().color());
+    if (m_layout.lineOf(m_buffer.cursor() / 2) >= top) {
+        paintCursor(painter);
+    }
+    painter.setPen(hasFocus() ? palette().highlight().color() : palette().mid().color());
     paintFrame(painter, viewport()->rect());
 }
 
 void QHexEdit::resizeEvent(QResizeEvent *event)
 {
     QAbstractScrollArea::resizeEvent(event);
-    m_p->updateScrollBars();
+    updateScrollBars();
 }

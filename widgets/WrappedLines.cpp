@@ -5,15 +5,6 @@
 #include <QTextOption>
 
 namespace {
-
-QString trimmedRight(QString line)
-{
-    while (line.endsWith(QLatin1Char(' '))) {
-        line.chop(1);
-    }
-    return line;
-}
-
 /// Appends the lines of one paragraph, maxLines at most. Answers whether all of it was appended.
 bool appendParagraph(QStringList &lines, const QString &paragraph, const QFont &font, int maxWidth, int maxLines)
 {
@@ -26,13 +17,15 @@ bool appendParagraph(QStringList &lines, const QString &paragraph, const QFont &
     for (QTextLine line = layout.createLine(); line.isValid() && lines.size() < maxLines; line = layout.createLine()) {
         line.setLineWidth(maxWidth);
         end = line.textStart() + line.textLength();
-        const QString part = paragraph.mid(line.textStart(), line.textLength());
-        lines.append(end < paragraph.size() ? trimmedRight(part) : part);
+        QString part = paragraph.mid(line.textStart(), line.textLength());
+        while (end < paragraph.size() && part.endsWith(QLatin1Char(' '))) {
+            part.chop(1);
+        }
+        lines.append(part);
     }
     layout.endLayout();
     return end == paragraph.size();
 }
-
 } // namespace
 
 QStringList wrappedLines(const QString &text, const QFont &font, int maxWidth, int maxLines)
@@ -43,21 +36,16 @@ QStringList wrappedLines(const QString &text, const QFont &font, int maxWidth, i
     QStringList lines;
     bool isWhole = true;
     for (int i = 0; i < paragraphs.size() && isWhole; ++i) {
-        isWhole = lines.size() < maxLines;
-        if (isWhole && paragraphs.at(i).isEmpty()) {
-            lines.append(QString());
-        } else if (isWhole) {
-            isWhole = appendParagraph(lines, paragraphs.at(i), font, maxWidth, maxLines);
-        }
+        isWhole = lines.size() < maxLines && appendParagraph(lines, paragraphs.at(i), font, maxWidth, maxLines);
     }
     if (!isWhole) {
         const QString ellipsis(QChar(0x2026));
         const QFontMetricsF metrics(font);
-        QString last = lines.last();
+        QString &last = lines.last();
         while (!last.isEmpty() && metrics.horizontalAdvance(last + ellipsis) > maxWidth) {
             last.chop(last.at(last.size() - 1).isLowSurrogate() ? 2 : 1);
         }
-        lines.last() = last + ellipsis;
+        last += ellipsis;
     }
     return lines;
 }

@@ -17,7 +17,7 @@
 
 namespace {
 using Buttons = CMessageBox::StandardButtons;
-using Helper = CMessageBox::StandardButton (*)(QWidget *, const QString &, const QString &, Buttons, Qt::TextFormat);
+using Helper = CMessageBox::StandardButton (*)(QWidget *, const QString &, const QString &, Buttons);
 
 const QString StyleSheet = QStringLiteral(
     "QDialog{background-color:rgb(255 , 255 , 255);}QPushButton{background-color:#E0E0E0;border: 1px solid "
@@ -77,7 +77,6 @@ private slots:
     static void unknownButtonsAreIgnored();
     static void keys_data();
     static void keys();
-    static void chosenDefaultButton();
     static void focusMovesTheDefault();
     static void withoutEscapeButton();
     static void withoutButtons();
@@ -86,7 +85,6 @@ private slots:
     static void helpers();
     static void helperClosedOtherwise_data();
     static void helperClosedOtherwise();
-    static void helperTakesMarkup();
     static void helperDeletedWithItsParent();
     static void openReportsByFinished();
     static void boxOverABox();
@@ -228,7 +226,6 @@ void tst_CMessageBox::keys()
     QFETCH(CMessageBox::StandardButton, safe);
     QFETCH(CMessageBox::StandardButton, escape);
     CMessageBox box(CMessageBox::Question, QString(), QStringLiteral("text"), buttons);
-    QCOMPARE(box.defaultButton(), safe);
     QCOMPARE(box.escapeButton(), escape);
     QSignalSpy finished(&box, &QDialog::finished);
     for (const int key : {static_cast<int>(Qt::Key_Return), static_cast<int>(Qt::Key_Enter)}) {
@@ -239,7 +236,7 @@ void tst_CMessageBox::keys()
         QTest::keyClick(&box, static_cast<Qt::Key>(key));
         QVERIFY(!box.isVisible());
         QCOMPARE(finished.value(0).value(0).toInt(), static_cast<int>(safe));
-        box.setDefaultButton(CMessageBox::NoButton);
+        box.setStandardButtons(buttons);
     }
     const bool canEscape = escape != CMessageBox::NoButton;
     finished.clear();
@@ -253,26 +250,6 @@ void tst_CMessageBox::keys()
     QCOMPARE(box.close(), canEscape); // as the title bar's X does
     QCOMPARE(box.isVisible(), !canEscape);
     QCOMPARE(finished.value(0).value(0).toInt(), static_cast<int>(escape));
-}
-
-void tst_CMessageBox::chosenDefaultButton()
-{
-    CMessageBox box(CMessageBox::Question, QString(), QStringLiteral("text"), CMessageBox::Yes | CMessageBox::No);
-    box.setDefaultButton(CMessageBox::Yes);
-    QSignalSpy finished(&box, &QDialog::finished);
-    openActive(box);
-    QVERIFY(buttonOf(box, CMessageBox::Yes)->hasFocus());
-    QTest::keyClick(&box, Qt::Key_Return);
-    QCOMPARE(finished.value(0).value(0).toInt(), static_cast<int>(CMessageBox::Yes));
-    box.open();
-    QTest::keyClick(&box, Qt::Key_Escape);
-    QCOMPARE(finished.value(1).value(0).toInt(), static_cast<int>(CMessageBox::No));
-
-    // It is kept when the buttons come later, and one that is not there is no default.
-    box.setStandardButtons(CMessageBox::Ok | CMessageBox::Cancel);
-    QCOMPARE(box.defaultButton(), CMessageBox::Cancel);
-    box.setStandardButtons(CMessageBox::Yes | CMessageBox::Cancel);
-    QCOMPARE(box.defaultButton(), CMessageBox::Yes);
 }
 
 void tst_CMessageBox::focusMovesTheDefault()
@@ -347,8 +324,7 @@ void tst_CMessageBox::helpers()
             QVERIFY(box.isModal());
             QTest::mouseClick(buttonOf(box, pressed), Qt::LeftButton);
         });
-        QCOMPARE(helper(&parent, QStringLiteral("Tips"), QStringLiteral("text"), CMessageBox::Yes | CMessageBox::No,
-                        Qt::PlainText),
+        QCOMPARE(helper(&parent, QStringLiteral("Tips"), QStringLiteral("text"), CMessageBox::Yes | CMessageBox::No),
                  pressed);
     }
     QVERIFY(parent.findChild<CMessageBox *>() == nullptr);
@@ -363,19 +339,9 @@ void tst_CMessageBox::helperClosedOtherwise()
 {
     QFETCH(Helper, helper);
     onceOpen([](CMessageBox &box) { QTest::keyClick(&box, Qt::Key_Escape); });
-    QCOMPARE(helper(nullptr, QString(), QString(), CMessageBox::Yes | CMessageBox::No, Qt::PlainText), CMessageBox::No);
+    QCOMPARE(helper(nullptr, QString(), QString(), CMessageBox::Yes | CMessageBox::No), CMessageBox::No);
     onceOpen([](CMessageBox &box) { box.close(); });
-    QCOMPARE(helper(nullptr, QString(), QString(), CMessageBox::Ok, Qt::PlainText), CMessageBox::Ok);
-}
-
-void tst_CMessageBox::helperTakesMarkup()
-{
-    for (const Qt::TextFormat format : {Qt::PlainText, Qt::RichText}) {
-        Qt::TextFormat shown = Qt::AutoText;
-        onceOpen([&shown](CMessageBox &box) { shown = part<QLabel>(box, "textLabel")->textFormat(); });
-        CMessageBox::question(nullptr, QString(), QStringLiteral("a<br>b"), CMessageBox::Yes | CMessageBox::No, format);
-        QCOMPARE(shown, format);
-    }
+    QCOMPARE(helper(nullptr, QString(), QString(), CMessageBox::Ok), CMessageBox::Ok);
 }
 
 void tst_CMessageBox::helperDeletedWithItsParent()

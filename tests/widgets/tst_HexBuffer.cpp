@@ -8,13 +8,14 @@ namespace {
 /// A buffer that counts what it reports.
 struct CountingBuffer : HexBuffer
 {
-    explicit CountingBuffer(const QByteArray &data, bool overwrite)
-        : HexBuffer([this] { ++changes; })
+    explicit CountingBuffer(const QByteArray &data)
     {
         setData(data);
-        setOverwriteMode(overwrite);
-        changes = 0;
+        QObject::connect(&history(), &QUndoStack::indexChanged, [this] { ++changes; });
     }
+    void undo() { history().undo(); }
+    void redo() { history().redo(); }
+
     int changes = 0;
 };
 
@@ -27,14 +28,11 @@ class tst_HexBuffer : public QObject
 
 private slots:
     static void typesOverDigits();
-    static void insertsDigits();
     static void typesCharacters();
     static void typesOverASelection();
     static void typesNothingBehindTheEnd();
-    static void removesInOverwriteMode();
-    static void removesInInsertMode();
+    static void removes();
     static void pastesOver();
-    static void pastesBetween();
     static void fillsInOneStep();
     static void whatChangesNothingIsNoStep();
     static void undoBringsTheCursorBack();
@@ -46,7 +44,7 @@ private slots:
 
 void tst_HexBuffer::typesOverDigits()
 {
-    CountingBuffer buffer(Digits, true);
+    CountingBuffer buffer(Digits);
     buffer.typeDigit(0xA);
     QCOMPARE(buffer.data(), QByteArray("\xA2\x34\x56\x78"));
     QCOMPARE(buffer.cursor(), 1);
@@ -56,67 +54,47 @@ void tst_HexBuffer::typesOverDigits()
     QCOMPARE(buffer.changes, 2);
 }
 
-void tst_HexBuffer::insertsDigits()
-{
-    CountingBuffer buffer(Digits, false);
-    buffer.moveTo(2, false);
-    buffer.typeDigit(0xA);
-    QCOMPARE(buffer.data(), QByteArray("\x12\xA0\x34\x56\x78"));
-    buffer.typeDigit(0xB);
-    QCOMPARE(buffer.data(), QByteArray("\x12\xAB\x34\x56\x78"));
-    QCOMPARE(buffer.cursor(), 4);
-    buffer.moveTo(10, false);
-    buffer.typeDigit(1);
-    QCOMPARE(buffer.data(), QByteArray("\x12\xAB\x34\x56\x78\x10"));
-}
-
 void tst_HexBuffer::typesCharacters()
 {
-    CountingBuffer over(Digits, true);
-    over.typeByte('A');
+    CountingBuffer over(Digits);
+    over.write(QByteArray("A"));
     QCOMPARE(over.data(), QByteArray("\x41\x34\x56\x78"));
     QCOMPARE(over.cursor(), 2);
-    CountingBuffer between(Digits, false);
-    between.typeByte('A');
-    QCOMPARE(between.data(), QByteArray("\x41\x12\x34\x56\x78"));
 }
 
 void tst_HexBuffer::typesOverASelection()
 {
-    CountingBuffer over(Digits, true);
+    CountingBuffer over(Digits);
     over.select(1, 3);
     over.typeDigit(0xF);
     QCOMPARE(over.data(), QByteArray("\x12\xF4\x56\x78"));
     QCOMPARE(over.cursor(), 3);
     QVERIFY(over.selection().isEmpty());
-    CountingBuffer between(Digits, false);
-    between.select(3, 1);
-    between.typeDigit(0xF);
-    QCOMPARE(between.data(), QByteArray("\x12\xF0\x78"));
-    between.undo();
-    QCOMPARE(between.data(), Digits);
+    over.undo();
+    QCOMPARE(over.data(), Digits);
+    QCOMPARE(over.cursor(), 6);
 }
 
 void tst_HexBuffer::typesNothingBehindTheEnd()
 {
-    CountingBuffer buffer(Digits, true);
+    CountingBuffer buffer(Digits);
     buffer.moveTo(8, false);
     buffer.typeDigit(1);
-    buffer.typeByte('A');
-    buffer.paste(QByteArray("\x01\x02"));
+    buffer.write(QByteArray("A"));
+    buffer.write(QByteArray("\x01\x02"));
     buffer.removeForward();
     QCOMPARE(buffer.data(), Digits);
     QCOMPARE(buffer.cursor(), 8);
     QCOMPARE(buffer.changes, 0);
-    CountingBuffer empty(QByteArray(), true);
+    CountingBuffer empty{QByteArray()};
     empty.typeDigit(1);
     empty.removeBackward();
     QCOMPARE(empty.data(), QByteArray());
 }
 
-void tst_HexBuffer::removesInOverwriteMode()
+void tst_HexBuffer::removes()
 {
-    CountingBuffer buffer(Digits, true);
+    CountingBuffer buffer(Digits);
     buffer.moveTo(2, false);
     buffer.removeForward();
     QCOMPARE(buffer.data(), QByteArray("\x12\x00\x56\x78", 4));
@@ -136,47 +114,23 @@ void tst_HexBuffer::removesInOverwriteMode()
     QCOMPARE(buffer.data(), QByteArray("\x00\x00\x00\x78", 4));
 }
 
-void tst_HexBuffer::removesInInsertMode()
-{
-    CountingBuffer buffer(Digits, false);
-    buffer.moveTo(2, false);
-    buffer.removeForward();
-    QCOMPARE(buffer.data(), QByteArray("\x12\x56\x78"));
-    buffer.removeBackward();
-    QCOMPARE(buffer.data(), QByteArray("\x56\x78"));
-    buffer.select(2, 0);
-    buffer.removeBackward();
-    QCOMPARE(buffer.data(), QByteArray());
-    buffer.removeForward();
-    QCOMPARE(buffer.changes, 3);
-}
-
 void tst_HexBuffer::pastesOver()
 {
-    CountingBuffer buffer(Digits, true);
+    CountingBuffer buffer(Digits);
     buffer.moveTo(3, false);
-    buffer.paste(QByteArray("\xAA\xBB"));
+    buffer.write(QByteArray("\xAA\xBB"));
     QCOMPARE(buffer.data(), QByteArray("\x12\xAA\xBB\x78"));
     QCOMPARE(buffer.cursor(), 6);
-    buffer.paste(QByteArray(100, '\xCC'));
+    buffer.write(QByteArray(100, '\xCC'));
     QCOMPARE(buffer.data(), QByteArray("\x12\xAA\xBB\xCC"));
     buffer.select(0, 2);
-    buffer.paste(QByteArray("\x01"));
+    buffer.write(QByteArray("\x01"));
     QCOMPARE(buffer.data(), QByteArray("\x01\xAA\xBB\xCC"));
-}
-
-void tst_HexBuffer::pastesBetween()
-{
-    CountingBuffer buffer(Digits, false);
-    buffer.select(1, 3);
-    buffer.paste(QByteArray("\xAA\xBB\xCC"));
-    QCOMPARE(buffer.data(), QByteArray("\x12\xAA\xBB\xCC\x78"));
-    QCOMPARE(buffer.cursor(), 8);
 }
 
 void tst_HexBuffer::fillsInOneStep()
 {
-    CountingBuffer buffer(Digits, true);
+    CountingBuffer buffer(Digits);
     buffer.typeDigit(0xA);
     buffer.fill('\0');
     QCOMPARE(buffer.data(), QByteArray(4, '\0'));
@@ -191,11 +145,11 @@ void tst_HexBuffer::fillsInOneStep()
 
 void tst_HexBuffer::whatChangesNothingIsNoStep()
 {
-    CountingBuffer buffer(Digits, true);
+    CountingBuffer buffer(Digits);
     buffer.typeDigit(1);
     QCOMPARE(buffer.cursor(), 1);
     buffer.typeDigit(2);
-    buffer.paste(QByteArray(R"(4V)"));
+    buffer.write(QByteArray(R"(4V)"));
     QCOMPARE(buffer.cursor(), 6);
     QCOMPARE(buffer.changes, 0);
     QVERIFY(!buffer.history().canUndo());
@@ -203,7 +157,7 @@ void tst_HexBuffer::whatChangesNothingIsNoStep()
 
 void tst_HexBuffer::undoBringsTheCursorBack()
 {
-    CountingBuffer buffer(Digits, true);
+    CountingBuffer buffer(Digits);
     buffer.moveTo(3, false);
     buffer.typeDigit(0xF);
     buffer.moveTo(0, false);
@@ -216,7 +170,7 @@ void tst_HexBuffer::undoBringsTheCursorBack()
 
 void tst_HexBuffer::dataBeginsAnew()
 {
-    CountingBuffer buffer(Digits, true);
+    CountingBuffer buffer(Digits);
     buffer.typeDigit(0xF);
     buffer.select(1, 3);
     buffer.setData(QByteArray("\x01"));
@@ -227,7 +181,7 @@ void tst_HexBuffer::dataBeginsAnew()
 
 void tst_HexBuffer::selects()
 {
-    CountingBuffer buffer(Digits, true);
+    CountingBuffer buffer(Digits);
     QVERIFY(buffer.selection().isEmpty());
     buffer.moveTo(3, false);
     buffer.moveTo(6, true);
@@ -252,7 +206,7 @@ void editAnyhow(HexBuffer &buffer, QRandomGenerator &random)
         buffer.typeDigit(random.bounded(16));
         break;
     case 1:
-        buffer.typeByte(static_cast<char>(random.bounded(256)));
+        buffer.write(QByteArray(1, static_cast<char>(random.bounded(256))));
         break;
     case 2:
         buffer.removeForward();
@@ -261,7 +215,7 @@ void editAnyhow(HexBuffer &buffer, QRandomGenerator &random)
         buffer.removeBackward();
         break;
     case 4:
-        buffer.paste(QByteArray(random.bounded(12), static_cast<char>(random.bounded(256))));
+        buffer.write(QByteArray(random.bounded(12), static_cast<char>(random.bounded(256))));
         break;
     case 5:
         buffer.fill(static_cast<char>(random.bounded(2)));
@@ -280,7 +234,7 @@ void tst_HexBuffer::overwritingNeverChangesTheSize()
 {
     QRandomGenerator random(1);
     for (int size : {0, 1, 8, 64}) {
-        CountingBuffer buffer(QByteArray(size, '\x11'), true);
+        CountingBuffer buffer(QByteArray(size, '\x11'));
         for (int i = 0; i < 3000; ++i) {
             editAnyhow(buffer, random);
             QCOMPARE(buffer.size(), size);
@@ -292,24 +246,22 @@ void tst_HexBuffer::overwritingNeverChangesTheSize()
 void tst_HexBuffer::undoesAnything()
 {
     QRandomGenerator random(2);
-    for (bool overwrite : {true, false}) {
-        CountingBuffer buffer(Digits, overwrite);
-        QVector<QByteArray> states{Digits};
-        for (int i = 0; i < 2000; ++i) {
-            editAnyhow(buffer, random);
-            if (buffer.data() != states.last()) {
-                states.append(buffer.data());
-            }
+    CountingBuffer buffer(Digits);
+    QVector<QByteArray> states{Digits};
+    for (int i = 0; i < 2000; ++i) {
+        editAnyhow(buffer, random);
+        if (buffer.data() != states.last()) {
+            states.append(buffer.data());
         }
-        QCOMPARE(buffer.history().count(), states.size() - 1);
-        for (int i = states.size() - 2; i >= 0; --i) {
-            buffer.undo();
-            QCOMPARE(buffer.data(), states.at(i));
-        }
-        for (int i = 1; i < states.size(); ++i) {
-            buffer.redo();
-            QCOMPARE(buffer.data(), states.at(i));
-        }
+    }
+    QCOMPARE(buffer.history().count(), states.size() - 1);
+    for (int i = states.size() - 2; i >= 0; --i) {
+        buffer.undo();
+        QCOMPARE(buffer.data(), states.at(i));
+    }
+    for (int i = 1; i < states.size(); ++i) {
+        buffer.redo();
+        QCOMPARE(buffer.data(), states.at(i));
     }
 }
 

@@ -4,13 +4,11 @@
 #include <QtTest>
 
 namespace {
-HexLayout layoutOf(int size, int bytesPerLine, bool hasAddresses = true, bool hasAscii = true)
+HexLayout layoutOf(int size, int bytesPerLine)
 {
     HexLayout layout;
     layout.size = size;
     layout.bytesPerLine = bytesPerLine;
-    layout.hasAddresses = hasAddresses;
-    layout.hasAscii = hasAscii;
     return layout;
 }
 } // namespace
@@ -22,8 +20,6 @@ class tst_HexLayout : public QObject
 private slots:
     static void lines_data();
     static void lines();
-    static void addresses_data();
-    static void addresses();
     static void columns();
     static void everyByteIsFoundWhereItStands_data();
     static void everyByteIsFoundWhereItStands();
@@ -57,33 +53,14 @@ void tst_HexLayout::lines()
     QTEST(layout.indexInLine(size), "indexBehind");
 }
 
-void tst_HexLayout::addresses_data()
-{
-    QTest::addColumn<int>("size");
-    QTest::addColumn<int>("digits");
-    QTest::newRow("empty") << 0 << 4;
-    QTest::newRow("64 KB") << 0x10000 << 4;
-    QTest::newRow("a byte more") << 0x10001 << 5;
-    QTest::newRow("512 MB") << 0x20000000 << 8;
-}
-
-void tst_HexLayout::addresses()
-{
-    QFETCH(int, size);
-    QTEST(layoutOf(size, 16).addressDigits(), "digits");
-    QCOMPARE(layoutOf(size, 16, false).addressDigits(), 0);
-}
-
 // "0000  00 00  .." and the place behind.
 void tst_HexLayout::columns()
 {
-    const HexLayout both = layoutOf(2, 2);
-    QCOMPARE(both.hexColumn(0), 6);
-    QCOMPARE(both.hexColumn(1), 9);
-    QCOMPARE(both.asciiColumn(0), 13);
-    QCOMPARE(both.columns(), 16);
-    QCOMPARE(layoutOf(2, 2, false).hexColumn(0), 0);
-    QCOMPARE(layoutOf(2, 2, false, false).columns(), 7);
+    const HexLayout layout = layoutOf(2, 2);
+    QCOMPARE(layout.columnOf(0, HexArea::Hex), 6);
+    QCOMPARE(layout.columnOf(1, HexArea::Hex), 9);
+    QCOMPARE(layout.columnOf(0, HexArea::Ascii), 13);
+    QCOMPARE(layout.columns(), 16);
 }
 
 void tst_HexLayout::everyByteIsFoundWhereItStands_data()
@@ -102,13 +79,13 @@ void tst_HexLayout::everyByteIsFoundWhereItStands()
         for (int byte = 0; byte <= size; ++byte) {
             const int line = layout.lineOf(byte);
             const int index = layout.indexInLine(byte);
-            QCOMPARE(layout.placeAt(line, layout.hexColumn(index)).nibble, 2 * byte);
-            QVERIFY(layout.placeAt(line, layout.hexColumn(index)).area == HexArea::Hex);
+            QCOMPARE(layout.placeAt(line, layout.columnOf(index, HexArea::Hex)).nibble, 2 * byte);
+            QVERIFY(layout.placeAt(line, layout.columnOf(index, HexArea::Hex)).area == HexArea::Hex);
             if (byte < size) {
-                QCOMPARE(layout.placeAt(line, layout.hexColumn(index) + 1).nibble, 2 * byte + 1);
+                QCOMPARE(layout.placeAt(line, layout.columnOf(index, HexArea::Hex) + 1).nibble, 2 * byte + 1);
             }
-            QCOMPARE(layout.placeAt(line, layout.asciiColumn(index)).nibble, 2 * byte);
-            QVERIFY(layout.placeAt(line, layout.asciiColumn(index)).area == HexArea::Ascii);
+            QCOMPARE(layout.placeAt(line, layout.columnOf(index, HexArea::Ascii)).nibble, 2 * byte);
+            QVERIFY(layout.placeAt(line, layout.columnOf(index, HexArea::Ascii)).area == HexArea::Ascii);
         }
     }
 }
