@@ -2,11 +2,9 @@
 
 #include "app/Settings.h"
 
-#include <QUrl>
-
 QString updateServer()
 {
-    const QString stored = storedUpdateServer();
+    const QString stored = SettingsFiles::ofProgram().updateServer();
     return stored.isEmpty() ? QStringLiteral(X9CAN_UPDATE_SERVER) : stored;
 }
 
@@ -18,9 +16,4 @@ QString webSite()
 QString supportAddress()
 {
     return QStringLiteral(X9CAN_SUPPORT);
-}
-
-bool isPlainHttp(const QString &service)
-{
-    return QUrl(service.trimmed()).scheme() == QLatin1String("http");
 }

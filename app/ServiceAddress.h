@@ -9,6 +9,3 @@ QString updateServer();
 QString webSite();
 /// Where users ask for help, as the program was built with it (X9CAN_SUPPORT); may be empty.
 QString supportAddress();
-/// Whether the address of a service is plain http, as within a company or for tests. What such a service names may be
-/// fetched over http as well; what any other one names, over https only.
-bool isPlainHttp(const QString &service);

@@ -93,8 +93,3 @@ bool setLanguage(int language)
 {
     return SettingsFiles::ofProgram().setLanguage(language);
 }
-
-QString storedUpdateServer()
-{
-    return SettingsFiles::ofProgram().updateServer();
-}

@@ -10,9 +10,6 @@
 int getLanguage();
 /// Stores the interface language. False when it could be stored nowhere.
 bool setLanguage(int language);
-/// The base URL of the update server that is set for this installation, by the key "updateServer" of the file beside
-/// the program; empty when there is none.
-QString storedUpdateServer();
 
 /// The settings in two given files, as the functions above read and write them.
 class SettingsFiles
@@ -24,6 +21,8 @@ public:
 
     int language() const;
     bool setLanguage(int language) const;
+    /// The base URL of the update server that is set for this installation, by the key "updateServer" of the program's
+    /// file; empty when there is none.
     QString updateServer() const;
     QString userFile() const { return m_userFile; }
 

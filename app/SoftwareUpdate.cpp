@@ -26,8 +26,6 @@ constexpr int ProgressStepMs = 50;
 constexpr int ProgressWidth = 380; ///< pixels, at least
 constexpr int LongestVersion = 32; ///< characters of a published version that are shown
 
-enum OfferState { UpToDate = 0, CheckFailed = 1, NewVersion = 2 };
-
 QString versionLine(const Release &release)
 {
     QString line = SoftwareUpdate::tr("Current version") + QStringLiteral(" V") + programVersion();
@@ -56,7 +54,7 @@ public:
     void takeStartAnswer(bool ok, const Release &release);
     void takeAnswer(bool ok, const Release &release);
     void offerFound();
-    void offer(int state, const Release &release);
+    void offer(GUI_Update::State state, const Release &release);
     void download(const QString &url);
     void openProgress();
     void closeProgress();
@@ -112,8 +110,8 @@ void SoftwareUpdatePrivate::takeStartAnswer(bool ok, const Release &release)
 void SoftwareUpdatePrivate::takeAnswer(bool ok, const Release &release)
 {
     emit m_owner->sig_searching(false);
-    const OfferState outcome = isNewerThanProgram(release) ? NewVersion : UpToDate;
-    offer(ok ? outcome : CheckFailed, release);
+    const auto outcome = isNewerThanProgram(release) ? GUI_Update::NewVersion : GUI_Update::UpToDate;
+    offer(ok ? outcome : GUI_Update::CheckFailed, release);
 }
 
 /// Nobody has asked for it just now, so it does not take the focus of a dialog.
@@ -121,11 +119,11 @@ void SoftwareUpdatePrivate::offerFound()
 {
     m_isOfferDue = QApplication::activeModalWidget() != nullptr;
     if (!m_isOfferDue) {
-        offer(NewVersion, m_found);
+        offer(GUI_Update::NewVersion, m_found);
     }
 }
 
-void SoftwareUpdatePrivate::offer(int state, const Release &release)
+void SoftwareUpdatePrivate::offer(GUI_Update::State state, const Release &release)
 {
     m_isOfferDue = false; // this one is as good
     auto *dialog = new GUI_Update(m_window);

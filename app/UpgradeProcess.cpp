@@ -1,5 +1,7 @@
 #include "app/UpgradeProcess.h"
 
+#include "app/WindowMessages.h"
+
 #include <QCoreApplication>
 #include <QProcess>
 
@@ -90,12 +92,19 @@ void UpgradeProcess::release()
     process->disconnect(this);
     // From now on it ends with its program, so that the system can forget that one, or else with the application.
     process->setParent(QCoreApplication::instance());
-    connect(process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), process, &QObject::deleteLater);
-    connect(process, &QProcess::errorOccurred, process, [process](QProcess::ProcessError error) {
-        if (error == QProcess::FailedToStart) {
+    connect(process, &QProcess::stateChanged, process, [process](QProcess::ProcessState state) {
+        if (state == QProcess::NotRunning) {
             process->deleteLater();
         }
     });
+}
+
+bool UpgradeProcess::isRefused(QWidget &window) const
+{
+    if (isRunning()) {
+        WindowMessages(window).show(runningText(), CMessageBox::Warning);
+    }
+    return isRunning();
 }
 
 void UpgradeProcess::fail(const QString &reason)
