@@ -121,7 +121,6 @@ void GUI_DeviceInfoPrivate::connectSignals()
 /// No migration meanwhile: two programs would write to adapters at the same time.
 void GUI_DeviceInfoPrivate::setUpdating(bool isUpdating)
 {
-    ui.progressBar->setValue(0);
     ui.btn_update->setEnabled(!isUpdating);
     ui.btn_migration->setEnabled(!isUpdating);
     ui.frame_update->setHidden(isUpdating);
@@ -177,6 +176,7 @@ void GUI_DeviceInfoPrivate::download()
         return;
     }
     m_file = m_setup.applicationDir + QStringLiteral("/UpCode/") + name;
+    ui.progressBar->setValue(0);
     setUpdating(true);
     m_download.start(url, m_file, MaximumFirmware);
 }

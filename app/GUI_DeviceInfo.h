@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/Driver.h"
-#include "app/ServiceAddress.h"
+#include "app/Settings.h"
 
 #include <QCoreApplication>
 #include <QDialog>

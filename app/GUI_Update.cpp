@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 
 #include <array>
+#include <utility>
 
 namespace {
 constexpr int IconSize = 70;         ///< pixels
@@ -27,10 +28,10 @@ constexpr std::array<Outcome, 3> Outcomes{{
 }};
 } // namespace
 
-GUI_Update::GUI_Update(QWidget *parent, const QString &webSite)
+GUI_Update::GUI_Update(QWidget *parent, QString webSite)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::GUI_Update>())
-    , m_webSite(webSite)
+    , m_webSite(std::move(webSite))
 {
     m_ui->setupUi(this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);

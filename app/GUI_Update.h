@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/ServiceAddress.h"
+#include "app/Release.h"
 
 #include <QDialog>
 #include <QString>
@@ -20,7 +20,7 @@ class GUI_Update : public QDialog
 
 public:
     /// webSite: the address that state 1 links to; without one the link is left out.
-    explicit GUI_Update(QWidget *parent = nullptr, const QString &webSite = ::webSite());
+    explicit GUI_Update(QWidget *parent = nullptr, QString webSite = ::webSite());
     ~GUI_Update() override;
 
     enum State { UpToDate = 0, CheckFailed = 1, NewVersion = 2 };

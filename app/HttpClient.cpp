@@ -29,9 +29,9 @@ std::atomic<int> givenUpCount{0};  ///< of those that nobody waits for
 
 bool isAllowed(const HttpRequest &request)
 {
-    const QString scheme = request.url.scheme();
-    return request.url.isValid() && !request.url.host().isEmpty() &&
-           (scheme == QLatin1String("https") || (scheme == QLatin1String("http") && isPlainHttp(request.service)));
+    const QUrl &url = request.url;
+    return url.isValid() && !url.host().isEmpty() && isWebAddress(url) &&
+           (url.scheme() == QLatin1String("https") || isPlainHttp(request.service));
 }
 
 /// A thread with an event loop that does what it is handed.
@@ -53,12 +53,6 @@ public:
         QCoreApplication::postEvent(this, new QEvent(QEvent::User));
     }
 
-    void end(const QDeadlineTimer &deadline)
-    {
-        m_thread.quit();
-        m_thread.wait(deadline);
-    }
-
 protected:
     void customEvent(QEvent * /*event*/) override
     {
@@ -77,19 +71,17 @@ private:
 
 void endLanes();
 
-/// For content that is kept in memory, and for content that goes to a file.
+/// One for content that is kept in memory, one for content that goes to a file.
 std::array<Lane, 2> &lanes()
 {
-    static auto &all = [&]() -> auto &
-    {
+    static auto &all = *[] {
         qAddPostRoutine(&endLanes);
-        return *new std::array<Lane, 2>; // never deleted: what they do may outlive everything
-    }
-    ();
+        return new std::array<Lane, 2>; // never deleted: what they do may outlive everything
+    }();
     return all;
 }
 
-/// What then still goes on is left to the process.
+/// When the program ends. What then still goes on is left to the process.
 void endLanes()
 {
     const QDeadlineTimer deadline(EndWaitMs);
@@ -97,7 +89,8 @@ void endLanes()
         QThread::msleep(1);
     }
     for (Lane &lane : lanes()) {
-        lane.end(deadline);
+        lane.thread()->quit();
+        lane.thread()->wait(deadline);
     }
 }
 } // namespace
@@ -111,7 +104,7 @@ public:
     HttpTransfer(HttpRequest request, std::shared_ptr<HttpContent> content)
         : m_request(std::move(request))
         , m_content(std::move(content))
-        , m_lane(lanes()[m_content == nullptr ? 0 : 1])
+        , m_lane(lanes().at(m_content == nullptr ? 0 : 1))
     {
         ++transferCount;
         moveToThread(m_lane.thread());
@@ -146,7 +139,7 @@ private:
     void checkHeaders();
     void receive();
     void takeEnd();
-    void finish(HttpOutcome outcome);
+    void finish(HttpError error, const QString &detail = {});
     void end();
 
     const HttpRequest m_request;
@@ -202,7 +195,7 @@ void HttpTransfer::checkHeaders()
         headers += header.first.size() + header.second.size();
     }
     if (m_announced > m_request.maximumSize || headers > MaximumHeaders) {
-        finish({HttpError::TooLarge, {}, {}});
+        finish(HttpError::TooLarge);
     }
 }
 
@@ -215,11 +208,11 @@ void HttpTransfer::receive()
     m_received += bytes.size();
     m_hasMoved = true;
     if (m_received > m_request.maximumSize) {
-        finish({HttpError::TooLarge, {}, {}});
+        finish(HttpError::TooLarge);
     } else if (m_content == nullptr) {
         m_bytes += bytes;
     } else if (!m_content->write(bytes)) {
-        finish({HttpError::Disk, m_content->errorText(), {}});
+        finish(HttpError::Disk, m_content->errorText());
     }
 }
 
@@ -230,27 +223,26 @@ void HttpTransfer::takeEnd()
         return;
     }
     if (m_announced >= 0 && m_received > 0 && m_received < m_announced) {
-        finish({HttpError::Incomplete, {}, {}});
+        finish(HttpError::Incomplete);
     } else if (m_reply->error() != QNetworkReply::NoError) {
-        finish({HttpError::Network, m_reply->errorString(), {}});
-    } else if (m_received == 0) {
-        finish({HttpError::Empty, {}, {}});
+        finish(HttpError::Network, m_reply->errorString());
     } else {
-        finish({HttpError::None, {}, m_bytes});
+        finish(m_received == 0 ? HttpError::Empty : HttpError::None);
     }
 }
 
-void HttpTransfer::finish(HttpOutcome outcome)
+void HttpTransfer::finish(HttpError error, const QString &detail)
 {
     m_reply->disconnect(this);
     m_isComplete = true;
-    if (outcome.error == HttpError::None && m_content != nullptr && !m_isGivenUp && !m_content->end()) {
+    HttpOutcome outcome{error, detail, m_bytes};
+    if (error == HttpError::None && m_content != nullptr && !m_isGivenUp && !m_content->end()) {
         outcome = {HttpError::Disk, m_content->errorText(), {}};
     }
     m_content.reset();
     {
         const std::lock_guard lock(m_mutex);
-        m_outcome = std::move(outcome);
+        m_outcome = outcome;
     }
     emit sig_ended();
 }
@@ -270,6 +262,11 @@ void HttpTransfer::end()
     m_manager->setProxy(QNetworkProxy::NoProxy);
     const QNetworkReply *turn = m_manager->get(QNetworkRequest(QUrl(QStringLiteral("http://127.0.0.1:0/"))));
     connect(turn, &QNetworkReply::finished, this, &QObject::deleteLater);
+}
+
+bool isWebAddress(const QUrl &address)
+{
+    return address.scheme() == QLatin1String("http") || address.scheme() == QLatin1String("https");
 }
 
 bool isPlainHttp(const QString &service)

@@ -29,6 +29,8 @@ struct HttpRequest
     bool isPauseLimited = false; ///< in its place: a pause of limitMs may be one too long, of twice limitMs is
 };
 
+/// Whether an address is one of the web: http or https.
+bool isWebAddress(const QUrl &address);
 /// Whether the address of a service is plain http, as within a company or for tests. What such a service names may be
 /// fetched over http as well; what any other one names, over https only.
 bool isPlainHttp(const QString &service);

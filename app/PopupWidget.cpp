@@ -72,19 +72,6 @@ void PopupWidget::moveToMiddle()
     move(room.width() / 2, room.height() / 2);
 }
 
-/// To the first widget of the content that Tab would stop at, else to the close button.
-void PopupWidget::takeFocus()
-{
-    for (QWidget *next = nextInFocusChain(); next != nullptr && next != this; next = next->nextInFocusChain()) {
-        if (next != m_closeButton && isAncestorOf(next) && next->isEnabledTo(this) && next->isVisibleTo(this) &&
-            (next->focusPolicy() & Qt::TabFocus) != 0) {
-            next->setFocus(Qt::PopupFocusReason);
-            return;
-        }
-    }
-    m_closeButton->setFocus(Qt::PopupFocusReason);
-}
-
 void PopupWidget::enabledCloseButton(bool isEnabled)
 {
     m_closeButton->setEnabled(isEnabled);
@@ -148,6 +135,7 @@ void PopupWidget::showEvent(QShowEvent *event)
         moveToMiddle();
         disableOthers();
         raise();
-        takeFocus();
+        m_closeButton->setFocus(Qt::PopupFocusReason);
+        focusNextChild(); // the first one of the content, if there is any
     }
 }

@@ -39,7 +39,6 @@ protected:
 private:
     void disableOthers();
     void enableOthers();
-    void takeFocus();
     void moveToMiddle();
 
     QToolButton *m_closeButton;

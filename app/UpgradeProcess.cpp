@@ -66,17 +66,10 @@ void UpgradeProcess::start(const QString &program, const QStringList &arguments)
     m_process->setStandardErrorFile(QProcess::nullDevice());
     connect(m_process, &QProcess::started, this, &UpgradeProcess::sig_started);
     connect(m_process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
-            [this](int exitCode, QProcess::ExitStatus status) {
-                if (status == QProcess::CrashExit) {
-                    fail(m_process->errorString());
-                    return;
-                }
-                freeProcess();
-                emit sig_finished(exitCode);
-            });
+            [this](int exitCode, QProcess::ExitStatus status) { end(status == QProcess::NormalExit, exitCode); });
     connect(m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart) { // a crash is told by finished() as well
-            fail(m_process->errorString());
+            end(false, 0);
         }
     });
     emit sig_runningChanged(true);
@@ -107,15 +100,18 @@ bool UpgradeProcess::isRefused(QWidget &window) const
     return isRunning();
 }
 
-void UpgradeProcess::fail(const QString &reason)
+void UpgradeProcess::end(bool isByItself, int exitCode)
 {
-    qWarning("Upgrade program %s: %s", qUtf8Printable(m_process->program()), qUtf8Printable(reason));
-    freeProcess();
-    emit sig_failed(reason);
-}
-
-void UpgradeProcess::freeProcess()
-{
-    std::exchange(m_process, nullptr)->deleteLater();
+    QProcess *process = std::exchange(m_process, nullptr);
+    process->deleteLater();
+    const QString reason = process->errorString();
+    if (!isByItself) {
+        qWarning("Upgrade program %s: %s", qUtf8Printable(process->program()), qUtf8Printable(reason));
+    }
     emit sig_runningChanged(false);
+    if (isByItself) {
+        emit sig_finished(exitCode);
+    } else {
+        emit sig_failed(reason);
+    }
 }

@@ -44,8 +44,7 @@ signals:
 
 private:
     class Process;
-    void fail(const QString &reason);
-    void freeProcess();
+    void end(bool isByItself, int exitCode);
 
     Process *m_process = nullptr; ///< a child; null while no program runs
 };
