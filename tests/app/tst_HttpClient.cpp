@@ -183,7 +183,7 @@ void tst_HttpClient::tooManyGivenUp()
         }
         return outcomes.last == HttpError::None;
     };
-    QTRY_VERIFY_WITH_TIMEOUT(isAnswered(), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(isAnswered(), 60000);
 }
 
 /// Neither the thread that has started it waits for it, nor a query.
