@@ -1,14 +1,11 @@
 #include "app/FileDownload.h"
 
-#include "app/HttpClient.h"
-#include "app/ServiceAddress.h"
-
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QSaveFile>
-#include <QUrl>
 
 #include <filesystem>
 #include <optional>
@@ -37,6 +34,7 @@ QString textOf(const HttpOutcome &outcome)
     }
     return {};
 }
+} // namespace
 
 /// The file that is being written. Unless it is put in its place, nothing of it stays, the folder made for it included.
 class PartFile : public HttpContent
@@ -98,35 +96,24 @@ private:
     bool m_isWritten = false;
     bool m_isPlaced = false;
 };
-} // namespace
-
-class FileDownloadPrivate
+QString downloadFileName(const QUrl &url)
 {
-public:
-    explicit FileDownloadPrivate(const QString &service)
-        : m_isHttpAllowed(isPlainHttp(service))
-    {
-    }
+    // Windows takes the words for devices in every folder, with any ending, and ignores blanks before the ending.
+    static const QRegularExpression refused(
+        QStringLiteral(R"([/\\:\p{Cc}]|[.\s]$|^$|)"
+                       R"(^(con|prn|aux|nul|conin\$|conout\$|(com|lpt)[0-9\x{B9}\x{B2}\x{B3}]) *(\.|$))"),
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
+    const QString segment = url.path(QUrl::FullyEncoded).section(QLatin1Char('/'), -1);
+    const QByteArray bytes = QByteArray::fromPercentEncoding(segment.toLatin1());
+    const QString name = QString::fromUtf8(bytes);
+    return name.toUtf8() == bytes && !refused.match(name).hasMatch() ? name : QString();
+}
 
-    const bool m_isHttpAllowed;
-    HttpClient m_client;
-    std::shared_ptr<PartFile> m_file; ///< of the download that runs
-    int m_stallLimitMs = FileDownload::StallLimitMs;
-};
-
-FileDownload::FileDownload(const QString &service, QObject *parent)
+FileDownload::FileDownload(QString service, QObject *parent)
     : QObject(parent)
-    , m_p(std::make_unique<FileDownloadPrivate>(service))
+    , m_service(std::move(service))
 {
-    connect(&m_p->m_client, &HttpClient::sig_finished, this, [this](HttpOutcome outcome) {
-        const auto file = std::exchange(m_p->m_file, nullptr);
-        // Here and not on the client's thread: nobody can cancel the download between this and the signal.
-        const QString problem = outcome.error == HttpError::None ? file->place() : QString();
-        if (!problem.isEmpty()) {
-            outcome = {HttpError::Disk, problem};
-        }
-        emit sig_finished(outcome.error == HttpError::None, textOf(outcome));
-    });
+    connect(&m_client, &HttpClient::sig_finished, this, &FileDownload::takeEnd);
 }
 
 FileDownload::~FileDownload()
@@ -136,22 +123,23 @@ FileDownload::~FileDownload()
 
 void FileDownload::start(const QUrl &url, const QString &target, qint64 maximumSize)
 {
-    m_p->m_file = std::make_shared<PartFile>(target);
-    m_p->m_client.start({url, m_p->m_isHttpAllowed, maximumSize, m_p->m_stallLimitMs}, m_p->m_file);
+    m_file = std::make_shared<PartFile>(target);
+    m_client.start({url, m_service, maximumSize, m_stallLimitMs, true}, m_file);
 }
 
 void FileDownload::cancel()
 {
-    m_p->m_client.cancel();
-    m_p->m_file.reset();
+    m_client.cancel();
+    m_file.reset();
 }
 
-bool FileDownload::isRunning() const
+void FileDownload::takeEnd(HttpOutcome outcome)
 {
-    return m_p->m_client.isRunning();
-}
-
-void FileDownload::setStallLimit(int milliseconds)
-{
-    m_p->m_stallLimitMs = milliseconds;
+    const auto file = std::exchange(m_file, nullptr);
+    // Here and not where it was written: nobody can cancel the download between this and the signal.
+    const QString problem = outcome.error == HttpError::None ? file->place() : QString();
+    if (!problem.isEmpty()) {
+        outcome = {HttpError::Disk, problem, {}};
+    }
+    emit sig_finished(outcome.error == HttpError::None, textOf(outcome));
 }

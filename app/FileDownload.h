@@ -1,12 +1,18 @@
 #pragma once
 
+#include "app/HttpClient.h"
+
 #include <QObject>
 #include <QString>
 
 #include <memory>
 
-class FileDownloadPrivate;
-class QUrl;
+class PartFile;
+
+/// The name under which the file at an address is stored: the last segment of its path, with the percent encoding
+/// resolved once. Empty when that is no plain file name on every system: empty, "." or "..", with a separator, a colon
+/// or a control character, not UTF-8, ending in a dot or a blank, or the name of a device of Windows.
+QString downloadFileName(const QUrl &url);
 
 /// Downloads one file, as HttpClient fetches it. The content goes to a file of its own beside the target, which takes
 /// the target's place at the very last; until then what stood at the target stays, and a download that fails or is
@@ -21,7 +27,7 @@ public:
 
     /// service: the address of the service that names the files. Unless it is plain http itself, they come over https
     /// only.
-    explicit FileDownload(const QString &service, QObject *parent = nullptr);
+    explicit FileDownload(QString service, QObject *parent = nullptr);
     /// Cancels a download that runs.
     ~FileDownload() override;
 
@@ -31,14 +37,19 @@ public:
     /// Ends a download and returns at once; no signal is emitted for it any more. What it has on disk goes as soon as
     /// the disk answers.
     void cancel();
-    bool isRunning() const;
+    bool isRunning() const { return m_client.isRunning(); }
     /// For the downloads that are started afterwards.
-    void setStallLimit(int milliseconds);
+    void setStallLimit(int milliseconds) { m_stallLimitMs = milliseconds; }
 
 signals:
     /// Never from within start(). errorText: a sentence for the user, plain text; empty when ok.
     void sig_finished(bool ok, const QString &errorText);
 
 private:
-    std::unique_ptr<FileDownloadPrivate> m_p;
+    void takeEnd(HttpOutcome outcome);
+
+    const QString m_service;
+    HttpClient m_client;
+    std::shared_ptr<PartFile> m_file; ///< of the download that runs
+    int m_stallLimitMs = StallLimitMs;
 };

@@ -52,7 +52,7 @@ protected:
 
 private slots:
     void slot_openChosenChannels();
-    void slot_languageTriggered(const QAction *action);
+    void slot_languageTriggered(QAction *action);
 
 private:
     std::unique_ptr<GUI_CanViewPrivate> m_p;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/Driver.h"
-#include "app/ServiceAddress.h"
+#include "app/Settings.h"
 
 #include <QCoreApplication>
 #include <QDialog>
@@ -27,9 +27,6 @@ struct DeviceInfoSetup
     std::function<bool()> isDeviceUnregistered = ::isDeviceUnregistered;
     std::function<bool()> installMigrationDriver = ::installMigrationDriver;
 };
-
-/// The product code under which the firmware of a model is published; empty for a model that has none.
-QString firmwareProductCode(const QString &model);
 
 /// Shows which adapter is connected, brings its firmware up to date, and hosts the migration of older adapters.
 ///
@@ -63,10 +60,6 @@ signals:
     /// upgrade program fails, or when the program crashes before.
     void sig_updateFinish();
 
-private slots:
-    void slot_updateBtnClicked();
-
 private:
-    friend class GUI_DeviceInfoPrivate;
     std::unique_ptr<GUI_DeviceInfoPrivate> m_p;
 };

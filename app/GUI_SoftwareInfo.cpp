@@ -1,5 +1,6 @@
 #include "app/GUI_SoftwareInfo.h"
 
+#include "app/HttpClient.h"
 #include "app/Release.h"
 #include "ui_GUI_SoftwareInfo.h"
 
@@ -11,7 +12,7 @@ constexpr int LogoSize = 48; ///< device-independent pixels
 /// What a click on the address opens; empty where it is neither a web nor a mail address.
 QString linkOf(const QString &address)
 {
-    if (address.startsWith(QLatin1String("http://")) || address.startsWith(QLatin1String("https://"))) {
+    if (isWebAddress(QUrl(address))) {
         return address;
     }
     const bool isMail = address.count(QLatin1Char('@')) == 1 && !address.contains(QLatin1Char(' '));

@@ -1,13 +1,17 @@
 #pragma once
 
-#include "app/ServiceAddress.h"
+#include "app/Release.h"
 
 #include <QDialog>
 #include <QString>
 
 #include <memory>
 
-class GUI_UpdatePrivate;
+class QToolButton;
+
+namespace Ui {
+class GUI_Update;
+}
 
 /// Tells what became of the search for a newer release, and offers the upgrade.
 class GUI_Update : public QDialog
@@ -16,12 +20,14 @@ class GUI_Update : public QDialog
 
 public:
     /// webSite: the address that state 1 links to; without one the link is left out.
-    explicit GUI_Update(QWidget *parent = nullptr, const QString &webSite = ::webSite());
+    explicit GUI_Update(QWidget *parent = nullptr, QString webSite = ::webSite());
     ~GUI_Update() override;
 
-    /// 0: this is the latest version; 1: the search failed; 2: there is a newer version.
+    enum State { UpToDate = 0, CheckFailed = 1, NewVersion = 2 };
+
+    /// Any other number changes nothing.
     void setState(int state);
-    /// The release's summary, rich text that is not trusted; states 0 and 2 show it.
+    /// The release's summary, rich text that is not trusted; the states 0 and 2 show it.
     void setSummary(const QString &summary);
     /// The line with the versions, plain text.
     void setVersionLine(const QString &line);
@@ -36,5 +42,11 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    std::unique_ptr<GUI_UpdatePrivate> m_p;
+    QString adviceText() const;
+    /// The button for which Enter stands.
+    QToolButton *mainButton() const;
+
+    const std::unique_ptr<Ui::GUI_Update> m_ui;
+    const QString m_webSite;
+    QString m_summary;
 };

@@ -2,82 +2,192 @@
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QEvent>
 #include <QNetworkAccessManager>
 #include <QNetworkProxy>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QThread>
-#include <QTimer>
 
-#include <algorithm>
+#include <array>
 #include <atomic>
+#include <deque>
+#include <functional>
 #include <mutex>
+#include <optional>
 #include <utility>
-#include <vector>
 
 namespace {
 constexpr qint64 ReadBuffer = Q_INT64_C(1024) * 1024;   ///< bytes that are taken from the network at a time
 constexpr qint64 MaximumHeaders = Q_INT64_C(64) * 1024; ///< bytes
 constexpr int MaximumRedirects = 5;
 constexpr int HttpOk = 200;
-constexpr int EndWaitMs = 500; ///< for all threads, when the program ends
+constexpr int EndWaitMs = 500; ///< for all that was given up, when the program ends
+
+std::atomic<int> transferCount{0}; ///< of all objects of the class
+std::atomic<int> givenUpCount{0};  ///< of those that nobody waits for
 
 bool isAllowed(const HttpRequest &request)
 {
-    const QString scheme = request.url.scheme();
-    return request.url.isValid() && !request.url.host().isEmpty() &&
-           (scheme == QLatin1String("https") || (request.isHttpAllowed && scheme == QLatin1String("http")));
+    const QUrl &url = request.url;
+    return url.isValid() && !url.host().isEmpty() && isWebAddress(url) &&
+           (url.scheme() == QLatin1String("https") || isPlainHttp(request.service));
 }
 
-/// The exchange with the server, on the request's thread.
-class Transfer : public QObject
+/// A thread with an event loop that does what it is handed.
+class Lane : public QObject
 {
 public:
-    /// progress grows with every step that the server makes.
-    Transfer(const HttpRequest &request, HttpContent &content, std::atomic<qint64> &progress);
-    const HttpOutcome &outcome() const { return m_outcome; }
-    /// Ends the connection. The toolkit does so on a thread of its own, and not before the server makes a pause in its
-    /// headers; a manager that is destroyed earlier waits for 5 s and leaves that thread behind. So a second request,
-    /// to nobody, is made behind the first: when it has failed, and isAtEnd() with it, that thread is free.
-    void end();
-    bool isAtEnd() const { return m_turn == nullptr || m_turn->isFinished(); }
+    Lane()
+    {
+        moveToThread(&m_thread);
+        m_thread.start();
+    }
+
+    void post(std::function<void()> act)
+    {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_acts.push_back(std::move(act));
+        }
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    }
+
+protected:
+    void customEvent(QEvent * /*event*/) override
+    {
+        std::unique_lock lock(m_mutex);
+        const std::function<void()> act = std::move(m_acts.front());
+        m_acts.pop_front();
+        lock.unlock();
+        act();
+    }
 
 private:
+    QThread m_thread;
+    std::mutex m_mutex; ///< guards m_acts
+    std::deque<std::function<void()>> m_acts;
+};
+
+void endLanes();
+
+/// One for content that is kept in memory, one for content that goes to a file.
+std::array<Lane, 2> &lanes()
+{
+    static auto &all = *[] {
+        qAddPostRoutine(&endLanes);
+        return new std::array<Lane, 2>; // never deleted: what they do may outlive everything
+    }();
+    return all;
+}
+
+/// When the program ends. What then still goes on is left to the process.
+void endLanes()
+{
+    const QDeadlineTimer deadline(EndWaitMs);
+    while (transferCount > 0 && !deadline.hasExpired()) {
+        QThread::msleep(1);
+    }
+    for (Lane &lane : lanes()) {
+        lane.thread()->quit();
+        lane.thread()->wait(deadline);
+    }
+}
+} // namespace
+
+/// One request: its exchange with the server, on its lane. Whoever has started it lets it go, on its own thread.
+class HttpTransfer : public QObject
+{
+    Q_OBJECT
+
+public:
+    HttpTransfer(HttpRequest request, std::shared_ptr<HttpContent> content)
+        : m_request(std::move(request))
+        , m_content(std::move(content))
+        , m_lane(lanes().at(m_content == nullptr ? 0 : 1))
+    {
+        ++transferCount;
+        moveToThread(m_lane.thread());
+    }
+    ~HttpTransfer() override
+    {
+        --transferCount;
+        givenUpCount -= m_isGivenUp ? 1 : 0;
+    }
+    Q_DISABLE_COPY_MOVE(HttpTransfer)
+
+    void start()
+    {
+        m_lane.post([this] { begin(); });
+    }
+    /// Returns at once; the object goes by itself.
+    void letGo();
+    /// Whether the server has made a step since this was last asked, or has done its part; the disk may not have.
+    bool hasMoved() { return m_isComplete || m_hasMoved.exchange(false); }
+    /// After sig_ended.
+    HttpOutcome outcome() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_outcome.value_or(HttpOutcome());
+    }
+
+signals:
+    void sig_ended();
+
+private:
+    void begin();
     void checkHeaders();
     void receive();
     void takeEnd();
-    void finish(HttpOutcome outcome);
+    void finish(HttpError error, const QString &detail = {});
+    void end();
 
-    const HttpRequest &m_request;
-    HttpContent &m_content;
-    std::atomic<qint64> &m_progress;
-    QNetworkAccessManager m_manager;
+    const HttpRequest m_request;
+    std::shared_ptr<HttpContent> m_content; ///< until the end
+    Lane &m_lane;
+    std::unique_ptr<QNetworkAccessManager> m_manager;
     QNetworkReply *m_reply = nullptr; ///< owned by the manager
-    QNetworkReply *m_turn = nullptr;  ///< see end()
+    QByteArray m_bytes;               ///< the content, where nobody else takes it
     qint64 m_received = 0;
     qint64 m_announced = -1; ///< the size that the server told; -1 unknown
-    HttpOutcome m_outcome;
+    std::atomic<bool> m_hasMoved{false};
+    std::atomic<bool> m_isComplete{false};
+    std::atomic<bool> m_isGivenUp{false}; ///< was let go before its end
+    mutable std::mutex m_mutex;           ///< guards m_outcome
+    std::optional<HttpOutcome> m_outcome; ///< from the end on
 };
 
-Transfer::Transfer(const HttpRequest &request, HttpContent &content, std::atomic<qint64> &progress)
-    : m_request(request)
-    , m_content(content)
-    , m_progress(progress)
+void HttpTransfer::letGo()
 {
-    QNetworkRequest get(request.url);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isGivenUp = !m_outcome.has_value();
+    }
+    givenUpCount += m_isGivenUp ? 1 : 0;
+    m_lane.post([this] { end(); });
+}
+
+void HttpTransfer::begin()
+{
+    setParent(&m_lane);
+    if (m_isGivenUp) {
+        return;
+    }
+    QNetworkRequest get(m_request.url);
     get.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
     get.setMaximumRedirectsAllowed(MaximumRedirects);
     get.setRawHeader("Accept-Encoding", "identity"); // also keeps the toolkit from unpacking what comes packed
-    m_reply = m_manager.get(get);
+    m_manager = std::make_unique<QNetworkAccessManager>();
+    m_reply = m_manager->get(get);
     m_reply->setReadBufferSize(ReadBuffer);
-    connect(m_reply, &QNetworkReply::metaDataChanged, this, &Transfer::checkHeaders);
-    connect(m_reply, &QNetworkReply::readyRead, this, &Transfer::receive);
-    connect(m_reply, &QNetworkReply::finished, this, &Transfer::takeEnd);
+    connect(m_reply, &QNetworkReply::metaDataChanged, this, &HttpTransfer::checkHeaders);
+    connect(m_reply, &QNetworkReply::readyRead, this, &HttpTransfer::receive);
+    connect(m_reply, &QNetworkReply::finished, this, &HttpTransfer::takeEnd);
 }
 
-void Transfer::checkHeaders()
+void HttpTransfer::checkHeaders()
 {
-    ++m_progress;
+    m_hasMoved = true;
     const QVariant size = m_reply->header(QNetworkRequest::ContentLengthHeader);
     m_announced = size.isValid() ? size.toLongLong() : -1;
     qint64 headers = 0;
@@ -85,200 +195,89 @@ void Transfer::checkHeaders()
         headers += header.first.size() + header.second.size();
     }
     if (m_announced > m_request.maximumSize || headers > MaximumHeaders) {
-        finish({HttpError::TooLarge, {}});
+        finish(HttpError::TooLarge);
     }
 }
 
-void Transfer::receive()
+void HttpTransfer::receive()
 {
     const QByteArray bytes = m_reply->readAll();
     if (bytes.isEmpty() || m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() != HttpOk) {
         return; // an error's page; the end tells of the error
     }
     m_received += bytes.size();
-    m_progress += bytes.size();
+    m_hasMoved = true;
     if (m_received > m_request.maximumSize) {
-        finish({HttpError::TooLarge, {}});
-    } else if (!m_content.write(bytes)) {
-        finish({HttpError::Disk, m_content.errorText()});
+        finish(HttpError::TooLarge);
+    } else if (m_content == nullptr) {
+        m_bytes += bytes;
+    } else if (!m_content->write(bytes)) {
+        finish(HttpError::Disk, m_content->errorText());
     }
 }
 
-void Transfer::takeEnd()
+void HttpTransfer::takeEnd()
 {
     receive();
-    if (m_outcome.error != HttpError::None) {
+    if (m_isComplete) {
         return;
     }
     if (m_announced >= 0 && m_received > 0 && m_received < m_announced) {
-        finish({HttpError::Incomplete, {}});
+        finish(HttpError::Incomplete);
     } else if (m_reply->error() != QNetworkReply::NoError) {
-        finish({HttpError::Network, m_reply->errorString()});
-    } else if (m_received == 0) {
-        finish({HttpError::Empty, {}});
+        finish(HttpError::Network, m_reply->errorString());
     } else {
-        finish({});
+        finish(m_received == 0 ? HttpError::Empty : HttpError::None);
     }
 }
 
-void Transfer::finish(HttpOutcome outcome)
-{
-    m_outcome = std::move(outcome);
-    m_reply->disconnect(this);
-    thread()->quit();
-}
-
-void Transfer::end()
+void HttpTransfer::finish(HttpError error, const QString &detail)
 {
     m_reply->disconnect(this);
-    if (m_reply->isFinished()) {
-        return;
-    }
-    m_reply->abort();
-    m_manager.setProxy(QNetworkProxy::NoProxy);
-    m_turn = m_manager.get(QNetworkRequest(QUrl(QStringLiteral("http://127.0.0.1:0/"))));
-    connect(m_turn, &QNetworkReply::finished, this, [this] { thread()->quit(); });
-}
-
-/// One request. The object is shared by whoever started the request and by all the threads' list.
-class RequestThread : public QThread
-{
-public:
-    RequestThread(HttpRequest request, std::shared_ptr<HttpContent> content)
-        : m_request(std::move(request))
-        , m_content(std::move(content))
-    {
-    }
-
-    /// Does not wait.
-    void giveUp()
-    {
-        m_isGivenUp = true;
-        quit();
-    }
-    /// Grows with every step that the server makes.
-    qint64 progress() const { return m_progress; }
-    /// Whether the server has done its part; the disk may not have.
-    bool isComplete() const { return m_isComplete; }
-    /// Whether it goes on without anybody who waits for it.
-    bool isLeftOver() const { return m_isGivenUp && !m_hasEnded; }
-    bool hasEnded() const { return m_hasEnded; }
-    /// After the thread has ended.
-    HttpOutcome outcome() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_outcome;
-    }
-
-protected:
-    void run() override;
-
-private:
-    HttpOutcome transferred();
-
-    const HttpRequest m_request;
-    std::shared_ptr<HttpContent> m_content; ///< until the thread has ended
-    std::atomic<qint64> m_progress{0};
-    std::atomic<bool> m_isComplete{false};
-    std::atomic<bool> m_isGivenUp{false};
-    std::atomic<bool> m_hasEnded{false}; ///< nothing but the toolkit's own last steps is to come
-    mutable std::mutex m_mutex;          ///< guards m_outcome
-    HttpOutcome m_outcome;
-};
-
-void RequestThread::run()
-{
-    HttpOutcome outcome = transferred();
     m_isComplete = true;
-    if (!m_isGivenUp && outcome.error == HttpError::None && !m_content->end()) {
-        outcome = {HttpError::Disk, m_content->errorText()};
+    HttpOutcome outcome{error, detail, m_bytes};
+    if (error == HttpError::None && m_content != nullptr && !m_isGivenUp && !m_content->end()) {
+        outcome = {HttpError::Disk, m_content->errorText(), {}};
     }
     m_content.reset();
     {
         const std::lock_guard lock(m_mutex);
         m_outcome = outcome;
     }
-    m_hasEnded = true;
+    emit sig_ended();
 }
 
-HttpOutcome RequestThread::transferred()
+/// Ends the connection. The toolkit does so on a thread of its own, and not before the server makes a pause in its
+/// headers; a manager that is destroyed earlier waits for 5 s and leaves that thread behind. So a second request, to
+/// nobody, is made behind the first: when it has failed, that thread is free.
+void HttpTransfer::end()
 {
-    Transfer transfer(m_request, *m_content, m_progress);
-    exec();
-    transfer.end();
-    if (m_isGivenUp) {
-        m_content.reset(); // what follows may take long
+    m_content.reset(); // what follows may take long
+    if (m_reply == nullptr || m_reply->isFinished()) {
+        deleteLater();
+        return;
     }
-    while (!transfer.isAtEnd()) {
-        exec();
-    }
-    return transfer.outcome();
+    m_reply->disconnect(this);
+    m_reply->abort();
+    m_manager->setProxy(QNetworkProxy::NoProxy);
+    const QNetworkReply *turn = m_manager->get(QNetworkRequest(QUrl(QStringLiteral("http://127.0.0.1:0/"))));
+    connect(turn, &QNetworkReply::finished, this, &QObject::deleteLater);
 }
 
-/// The threads of all requests: those that run, and those that have ended since the last one was added.
-class RequestThreads
+bool isWebAddress(const QUrl &address)
 {
-public:
-    static RequestThreads &all()
-    {
-        static auto &threads = *new RequestThreads; // never deleted: a thread may outlive everything
-        return threads;
-    }
+    return address.scheme() == QLatin1String("http") || address.scheme() == QLatin1String("https");
+}
 
-    /// Starts the thread, unless too many are left over.
-    bool start(const std::shared_ptr<RequestThread> &thread)
-    {
-        const std::lock_guard lock(m_mutex);
-        const auto isOver = [](const auto &other) {
-            return other->hasEnded() && other->wait();
-        };
-        m_threads.erase(std::remove_if(m_threads.begin(), m_threads.end(), isOver), m_threads.end());
-        const auto leftOver =
-            std::count_if(m_threads.cbegin(), m_threads.cend(), [](const auto &other) { return other->isLeftOver(); });
-        if (leftOver >= HttpClient::MaxGivenUp) {
-            return false;
-        }
-        m_threads.push_back(thread);
-        thread->start();
-        return true;
-    }
-
-private:
-    RequestThreads()
-    {
-        qAddPostRoutine([] { all().waitForEnd(); });
-    }
-
-    void waitForEnd()
-    {
-        const QDeadlineTimer deadline(EndWaitMs);
-        const std::lock_guard lock(m_mutex);
-        for (const std::shared_ptr<RequestThread> &thread : m_threads) {
-            thread->wait(deadline);
-        }
-    }
-
-    std::mutex m_mutex; ///< guards the list
-    std::vector<std::shared_ptr<RequestThread>> m_threads;
-};
-} // namespace
-
-class HttpClientPrivate
+bool isPlainHttp(const QString &service)
 {
-public:
-    std::shared_ptr<RequestThread> m_thread;  ///< of the request that runs
-    std::unique_ptr<QObject> m_relay;         ///< hears of the thread's end; without it, nobody does
-    HttpError m_limitError = HttpError::None; ///< what the limit means
-    QTimer m_limit;                           ///< here, as the thread may be busy with what the server sends
-    bool m_isWholeLimited = false;            ///< or each pause
-    qint64 m_progress = 0;                    ///< of the thread, when the last pause began
-};
+    return QUrl(service.trimmed()).scheme() == QLatin1String("http");
+}
 
 HttpClient::HttpClient(QObject *parent)
     : QObject(parent)
-    , m_p(std::make_unique<HttpClientPrivate>())
 {
-    connect(&m_p->m_limit, &QTimer::timeout, this, &HttpClient::slot_limitReached);
+    connect(&m_limit, &QTimer::timeout, this, &HttpClient::slot_limitReached);
 }
 
 HttpClient::~HttpClient()
@@ -289,48 +288,45 @@ HttpClient::~HttpClient()
 void HttpClient::start(const HttpRequest &request, const std::shared_ptr<HttpContent> &content)
 {
     cancel();
-    m_p->m_thread = std::make_shared<RequestThread>(request, content);
-    m_p->m_relay = std::make_unique<QObject>();
-    connect(m_p->m_thread.get(), &QThread::finished, m_p->m_relay.get(), [this] { slot_threadEnded(); });
-    m_p->m_isWholeLimited = request.limitMs != HttpRequest::NoLimit;
-    m_p->m_progress = 0;
-    m_p->m_limitError = isAllowed(request) ? HttpError::Stalled : HttpError::Address;
-    if (m_p->m_limitError == HttpError::Address || !RequestThreads::all().start(m_p->m_thread)) {
-        m_p->m_limit.start(0);
-    } else {
-        m_p->m_limit.start(m_p->m_isWholeLimited ? request.limitMs : request.stallLimitMs);
+    m_limitError = isAllowed(request) ? HttpError::Stalled : HttpError::Address;
+    if (m_limitError == HttpError::Address || givenUpCount >= MaxGivenUp) {
+        m_limit.start(0);
+        return;
     }
+    m_isPauseLimited = request.isPauseLimited;
+    m_limit.start(request.limitMs);
+    m_transfer = new HttpTransfer(request, content);
+    connect(m_transfer, &HttpTransfer::sig_ended, this, [this, number = m_number] {
+        if (number == m_number) {
+            takeEnd();
+        }
+    });
+    m_transfer->start();
 }
 
 void HttpClient::cancel()
 {
-    m_p->m_limit.stop();
-    m_p->m_relay.reset();
-    if (const auto thread = std::exchange(m_p->m_thread, nullptr)) {
-        thread->giveUp();
+    ++m_number;
+    m_limit.stop();
+    if (HttpTransfer *transfer = std::exchange(m_transfer, nullptr)) {
+        transfer->letGo();
     }
 }
 
-bool HttpClient::isRunning() const
+void HttpClient::takeEnd()
 {
-    return m_p->m_thread != nullptr;
+    const HttpOutcome outcome = m_transfer->outcome();
+    cancel();
+    emit sig_finished(outcome);
 }
 
 void HttpClient::slot_limitReached()
 {
-    const qint64 before = std::exchange(m_p->m_progress, m_p->m_thread->progress());
-    if (!m_p->m_isWholeLimited && (m_p->m_progress != before || m_p->m_thread->isComplete())) {
+    if (m_transfer != nullptr && m_isPauseLimited && m_transfer->hasMoved()) {
         return;
     }
     cancel();
-    emit sig_finished({m_p->m_limitError, {}});
+    emit sig_finished({m_limitError, {}, {}});
 }
 
-void HttpClient::slot_threadEnded()
-{
-    m_p->m_limit.stop();
-    const auto thread = std::exchange(m_p->m_thread, nullptr);
-    thread->wait();                        // the last steps after its signal
-    m_p->m_relay.release()->deleteLater(); // it is what calls
-    emit sig_finished(thread->outcome());
-}
+#include "HttpClient.moc"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/HttpClient.h"
 #include "app/Release.h"
 #include "device/FirmwareQuery.h"
 
@@ -7,10 +8,7 @@
 #include <QString>
 
 #include <atomic>
-#include <memory>
 #include <optional>
-
-class HttpServerPrivate;
 
 /// The product code under which this program itself is published.
 QString programProductCode();
@@ -26,15 +24,13 @@ public:
 
     /// baseUrl: http or https, with or without a path; with any other one every query fails at once.
     explicit HttpServer(QString baseUrl, QObject *parent = nullptr);
-    /// Aborts a query that runs.
-    ~HttpServer() override;
 
     /// Asks and returns at once; sig_finished tells the outcome, never from within this call. A query that still runs
-    /// is aborted. An answer that comes after the limit is dropped.
+    /// is aborted, as at the end of this object. An answer that comes after the limit is dropped.
     void start(const QString &productCode, int limitMs = LimitMs);
     /// Ends a query and returns at once; sig_finished is not emitted for it any more.
-    void abort();
-    bool isRunning() const;
+    void abort() { m_client.cancel(); }
+    bool isRunning() const { return m_client.isRunning(); }
 
     /// Asks and waits for the answer in an event loop of its own: for threads other than the GUI's, also such that Qt
     /// does not know. Nothing when the query failed, and within 500 ms of isCancelled becoming true. May be called on
@@ -46,7 +42,8 @@ signals:
     void sig_finished(bool ok, const Release &release);
 
 private:
-    std::unique_ptr<HttpServerPrivate> m_p;
+    const QString m_baseUrl;
+    HttpClient m_client;
 };
 
 /// The query that the firmware monitor is given.

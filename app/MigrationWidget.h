@@ -1,12 +1,16 @@
 #pragma once
 
 #include <QString>
+#include <QTimer>
 #include <QWidget>
 
 #include <memory>
 
-class MigrationWidgetPrivate;
 class UpgradeProcess;
+
+namespace Ui {
+class MigrationWidget;
+}
 
 /// The program that migrates an older adapter, relative to the folder of the executable.
 QString migrationProgram(const QString &applicationDir);
@@ -20,8 +24,8 @@ class MigrationWidget : public QWidget
     Q_OBJECT
 
 public:
-    /// program is started by process, which must outlive the widget, with image as its only argument.
-    MigrationWidget(UpgradeProcess &process, QString program, QString image, QWidget *parent = nullptr);
+    /// process starts the program, with its image as the only argument, and must outlive the widget.
+    MigrationWidget(UpgradeProcess &process, QString applicationDir, QWidget *parent = nullptr);
     ~MigrationWidget() override;
 
 public slots:
@@ -35,5 +39,13 @@ signals:
     void stopped();
 
 private:
-    std::unique_ptr<MigrationWidgetPrivate> m_p;
+    void showRunning();
+    void end(int exitCode);
+
+    UpgradeProcess &m_process;
+    const QString m_applicationDir;
+    const std::unique_ptr<Ui::MigrationWidget> m_ui;
+    QTimer m_timer;       ///< of the progress bar
+    bool m_isOwn = false; ///< the program that runs is the one started here
+    int m_runs = 0;       ///< since the results were cleared
 };

@@ -4,10 +4,10 @@
 #include <QIcon>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QPointer>
 #include <QToolButton>
 #include <QVBoxLayout>
-#include <QVector>
+
+#include <utility>
 
 namespace {
 constexpr qreal CornerRadius = 6; ///< device-independent pixels
@@ -15,115 +15,72 @@ constexpr int CloseIconSize = 16;
 const QColor FrameColour(0x9f, 0xb0, 0xc8);
 } // namespace
 
-class PopupWidgetPrivate
-{
-public:
-    explicit PopupWidgetPrivate(PopupWidget *popup)
-        : q(popup)
-    {
-    }
-
-    void build();
-    void disableOthers();
-    void enableOthers();
-    void takeFocus() const;
-    void moveToMiddle() const;
-
-    PopupWidget *q;
-    QVBoxLayout *layout = nullptr;
-    QToolButton *closeButton = nullptr;
-    QVector<QPointer<QWidget>> disabled; ///< what was enabled before the frame was shown
-    QPointer<QWidget> lastFocus;         ///< what had the keyboard before
-};
-
-void PopupWidgetPrivate::build()
-{
-    layout = new QVBoxLayout(q);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    closeButton = new QToolButton(q);
-    closeButton->setObjectName(QStringLiteral("btn_close"));
-    closeButton->setProperty("nav", QStringLiteral("tBtnStyle_5"));
-    closeButton->setIcon(QIcon(QStringLiteral(":/32x32/Images/32x32/Close.png")));
-    closeButton->setIconSize(QSize(CloseIconSize, CloseIconSize));
-    closeButton->setToolTip(PopupWidget::tr("Close"));
-    closeButton->setAccessibleName(PopupWidget::tr("Close"));
-    layout->addWidget(closeButton, 0, Qt::AlignRight);
-    QObject::connect(closeButton, &QToolButton::clicked, q, &QWidget::close);
-}
-
-void PopupWidgetPrivate::disableOthers()
-{
-    lastFocus = q->window()->focusWidget();
-    const QList<QWidget *> others = q->parentWidget()->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
-    for (QWidget *other : others) {
-        if (other != q && !other->isWindow() && other->isEnabled()) {
-            other->setEnabled(false);
-            disabled.append(other);
-        }
-    }
-}
-
-void PopupWidgetPrivate::enableOthers()
-{
-    for (const QPointer<QWidget> &other : qAsConst(disabled)) {
-        if (!other.isNull()) {
-            other->setEnabled(true);
-        }
-    }
-    disabled.clear();
-}
-
-void PopupWidgetPrivate::moveToMiddle() const
-{
-    const QSize room = q->parentWidget()->size() - q->size();
-    q->move(room.width() / 2, room.height() / 2);
-}
-
-/// To the first widget of the content that Tab would stop at, else to the close button.
-void PopupWidgetPrivate::takeFocus() const
-{
-    for (QWidget *next = q->nextInFocusChain(); next != nullptr && next != q; next = next->nextInFocusChain()) {
-        if (next != closeButton && q->isAncestorOf(next) && next->isEnabledTo(q) && next->isVisibleTo(q) &&
-            (next->focusPolicy() & Qt::TabFocus) != 0) {
-            next->setFocus(Qt::PopupFocusReason);
-            return;
-        }
-    }
-    closeButton->setFocus(Qt::PopupFocusReason);
-}
-
 PopupWidget::PopupWidget(QWidget *parent)
     : QFrame(parent)
-    , m_p(std::make_unique<PopupWidgetPrivate>(this))
+    , m_closeButton(new QToolButton(this))
 {
-    m_p->build();
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_closeButton, 0, Qt::AlignRight);
+    m_closeButton->setObjectName(QStringLiteral("btn_close"));
+    m_closeButton->setProperty("nav", QStringLiteral("tBtnStyle_5"));
+    m_closeButton->setIcon(QIcon(QStringLiteral(":/32x32/Images/32x32/Close.png")));
+    m_closeButton->setIconSize(QSize(CloseIconSize, CloseIconSize));
+    m_closeButton->setToolTip(tr("Close"));
+    m_closeButton->setAccessibleName(tr("Close"));
+    connect(m_closeButton, &QToolButton::clicked, this, &QWidget::close);
     hide(); // also where the parent is shown later
     parent->installEventFilter(this);
-    if (parent->window() != parent) {
-        parent->window()->installEventFilter(this);
-    }
+    parent->window()->installEventFilter(this); // once, where it is the parent
 }
 
 PopupWidget::~PopupWidget()
 {
-    m_p->enableOthers();
+    enableOthers();
 }
 
 void PopupWidget::setWidget(QWidget *content)
 {
-    m_p->layout->addWidget(content, 1);
+    qobject_cast<QVBoxLayout *>(layout())->addWidget(content, 1);
+}
+
+void PopupWidget::disableOthers()
+{
+    m_lastFocus = window()->focusWidget();
+    const QList<QWidget *> others = parentWidget()->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    for (QWidget *other : others) {
+        if (other != this && !other->isWindow() && other->isEnabled()) {
+            other->setEnabled(false);
+            m_disabled.append(other);
+        }
+    }
+}
+
+void PopupWidget::enableOthers()
+{
+    for (const QPointer<QWidget> &other : std::exchange(m_disabled, {})) {
+        if (!other.isNull()) {
+            other->setEnabled(true);
+        }
+    }
+}
+
+void PopupWidget::moveToMiddle()
+{
+    const QSize room = parentWidget()->size() - size();
+    move(room.width() / 2, room.height() / 2);
 }
 
 void PopupWidget::enabledCloseButton(bool isEnabled)
 {
-    m_p->closeButton->setEnabled(isEnabled);
+    m_closeButton->setEnabled(isEnabled);
 }
 
 bool PopupWidget::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == parentWidget() && event->type() == QEvent::Resize) {
-        m_p->moveToMiddle();
+        moveToMiddle();
     }
     // The window itself gets the keys where nothing in it has the focus.
     if (watched == window() && event->type() == QEvent::KeyPress && isVisible()) {
@@ -135,7 +92,7 @@ bool PopupWidget::eventFilter(QObject *watched, QEvent *event)
 
 void PopupWidget::closeEvent(QCloseEvent *event)
 {
-    event->setAccepted(m_p->closeButton->isEnabled());
+    event->setAccepted(m_closeButton->isEnabled());
     if (event->isAccepted()) {
         emit closed();
     }
@@ -145,9 +102,9 @@ void PopupWidget::closeEvent(QCloseEvent *event)
 void PopupWidget::hideEvent(QHideEvent *event)
 {
     if (!event->spontaneous()) {
-        m_p->enableOthers();
-        if (!m_p->lastFocus.isNull()) {
-            m_p->lastFocus->setFocus(Qt::PopupFocusReason);
+        enableOthers();
+        if (!m_lastFocus.isNull()) {
+            m_lastFocus->setFocus(Qt::PopupFocusReason);
         }
     }
     QFrame::hideEvent(event);
@@ -175,9 +132,10 @@ void PopupWidget::showEvent(QShowEvent *event)
 {
     QFrame::showEvent(event);
     if (!event->spontaneous()) {
-        m_p->moveToMiddle();
-        m_p->disableOthers();
+        moveToMiddle();
+        disableOthers();
         raise();
-        m_p->takeFocus();
+        m_closeButton->setFocus(Qt::PopupFocusReason);
+        focusNextChild(); // the first one of the content, if there is any
     }
 }

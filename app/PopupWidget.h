@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QFrame>
+#include <QPointer>
+#include <QVector>
 
-#include <memory>
-
-class PopupWidgetPrivate;
+class QToolButton;
 
 /// A frame inside another widget, mostly a dialog, that holds one widget and has its own close button. While it is
 /// shown, the other widgets in its parent are disabled, and the keyboard works in the frame only: Esc closes the frame,
@@ -37,5 +37,11 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
-    std::unique_ptr<PopupWidgetPrivate> m_p;
+    void disableOthers();
+    void enableOthers();
+    void moveToMiddle();
+
+    QToolButton *m_closeButton;
+    QVector<QPointer<QWidget>> m_disabled; ///< what was enabled before the frame was shown
+    QPointer<QWidget> m_lastFocus;         ///< what had the keyboard before
 };

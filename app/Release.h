@@ -13,5 +13,9 @@ struct Release
 
 /// This program's own version, "1.1.1" for instance.
 QString programVersion();
+/// The maker's web site, as the program was built with it (X9CAN_WEB_SITE); may be empty.
+QString webSite();
+/// Where users ask for help, as the program was built with it (X9CAN_SUPPORT); may be empty.
+QString supportAddress();
 /// Whether the release is newer than this program. A version that is not made of numbers and dots never is.
 bool isNewerThanProgram(const Release &release);

@@ -1,17 +1,18 @@
 #include "app/ReleaseText.h"
 
+#include "app/HttpClient.h"
+
 #include <QDesktopServices>
 #include <QImage>
 #include <QRegularExpression>
 #include <QTextDocument>
-#include <QUrl>
 
 namespace {
 constexpr int LongestText = 10000; ///< characters
 
 void openInBrowser(const QUrl &url)
 {
-    if (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https")) {
+    if (isWebAddress(url)) {
         QDesktopServices::openUrl(url);
     }
 }

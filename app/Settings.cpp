@@ -12,7 +12,7 @@
 #include <utility>
 
 namespace {
-constexpr int LanguageChinese = 0;
+constexpr int DefaultLanguage = 0;
 
 QString languageKey()
 {
@@ -70,7 +70,7 @@ int SettingsFiles::language() const
     const Settings program(m_programFile);
     const Settings user(m_userFile);
     const bool isUsers = user.contains(languageKey()) && !(isFileTarget(m_programFile) && program.isWritable());
-    return (isUsers ? user : program).value(languageKey(), LanguageChinese).toInt();
+    return (isUsers ? user : program).value(languageKey(), DefaultLanguage).toInt();
 }
 
 bool SettingsFiles::setLanguage(int language) const
@@ -94,7 +94,8 @@ bool setLanguage(int language)
     return SettingsFiles::ofProgram().setLanguage(language);
 }
 
-QString storedUpdateServer()
+QString updateServer()
 {
-    return SettingsFiles::ofProgram().updateServer();
+    const QString stored = SettingsFiles::ofProgram().updateServer();
+    return stored.isEmpty() ? QStringLiteral(X9CAN_UPDATE_SERVER) : stored;
 }

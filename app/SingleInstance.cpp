@@ -1,6 +1,6 @@
 #include "app/SingleInstance.h"
 
-#include "app/ProcessName.h"
+#include "app/Process.h"
 
 #include <QDir>
 #include <QFile>
@@ -68,30 +68,21 @@ QString SingleInstance::problem() const
 
 SingleInstance::State SingleInstance::hold()
 {
-    if (!m_lock.tryLock(LockWaitMs) && !(isStrangersLock() && m_lock.removeStaleLockFile() && m_lock.tryLock())) {
-        return stateOfLock();
-    }
-    const State state = createSegment();
-    if (state != State::Held) {
-        m_lock.unlock();
+    State state = takeLock();
+    if (state == State::Held) {
+        state = createSegment();
+        if (state != State::Held) {
+            m_lock.unlock();
+        }
     }
     return state;
 }
 
-/// Whether another program's process has got the number that stands in the lock. QLockFile sees that by itself only
-/// where the system tells it the names of processes.
-bool SingleInstance::isStrangersLock() const
+SingleInstance::State SingleInstance::takeLock()
 {
-    qint64 holder = 0;
-    QString host;
-    QString name;
-    const bool isRead = m_lock.error() == QLockFile::LockFailedError && m_lock.getLockInfo(&holder, &host, &name);
-    const QString program = isRead ? processName(holder) : QString();
-    return !program.isEmpty() && host == QSysInfo::machineHostName() && !name.startsWith(program);
-}
-
-SingleInstance::State SingleInstance::stateOfLock() const
-{
+    if (m_lock.tryLock(LockWaitMs)) {
+        return State::Held;
+    }
     qint64 holder = 0;
     QString host;
     QString name;
@@ -99,6 +90,12 @@ SingleInstance::State SingleInstance::stateOfLock() const
         return State::Blocked;
     }
     const QString program = processName(holder);
+    // Another program's process may have got the number that stands in the lock. QLockFile sees that by itself only
+    // where the system tells it the names of processes.
+    const bool isStrangers = !program.isEmpty() && host == QSysInfo::machineHostName() && !name.startsWith(program);
+    if (isStrangers && m_lock.removeStaleLockFile()) {
+        return takeLock();
+    }
     const bool isOurs = !program.isEmpty() && program == processName(QCoreApplication::applicationPid());
     return isOurs ? State::Running : State::Blocked;
 }

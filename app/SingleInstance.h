@@ -38,8 +38,7 @@ public:
 
 private:
     State hold();
-    bool isStrangersLock() const;
-    State stateOfLock() const;
+    State takeLock();
     State createSegment();
 
     QString m_lockFile;

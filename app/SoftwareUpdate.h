@@ -1,12 +1,15 @@
 #pragma once
 
+#include "app/FileDownload.h"
+#include "app/HttpServer.h"
+
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
-#include <memory>
-
+class QDialog;
+class QProgressDialog;
 class QWidget;
-class SoftwareUpdatePrivate;
 
 /// Searches for a newer release of this program, offers it, downloads it and starts the program that installs it.
 /// All its dialogs are children of the window, and none has an event loop of its own. It may be deleted at any time,
@@ -61,5 +64,24 @@ signals:
     void sig_closeProgram();
 
 private:
-    std::unique_ptr<SoftwareUpdatePrivate> m_p;
+    void takeAnswer(bool ok, const Release &release);
+    void takeDownload(bool ok, const QString &errorText);
+    void offer(int state, const Release &release);
+    void offerFound();
+    void openProgress();
+    void closeProgress();
+    void install();
+    void tell(const QString &text);
+    void keep(QDialog *dialog);
+    QString packagePath() const;
+
+    QWidget *const m_window;
+    const Setup m_setup;
+    HttpServer m_startSearch;
+    HttpServer m_search;
+    FileDownload m_download;
+    Release m_found;                      ///< by the search at the start; without a version: nothing newer
+    bool m_isOfferDue = false;            ///< of what was found; waits until no dialog is open
+    QPointer<QDialog> m_dialog;           ///< the offer or the message that is open
+    QPointer<QProgressDialog> m_progress; ///< open while the download runs
 };

@@ -1,5 +1,7 @@
 #include "app/UpgradeProcess.h"
 
+#include "app/WindowMessages.h"
+
 #include <QCoreApplication>
 #include <QProcess>
 
@@ -64,17 +66,10 @@ void UpgradeProcess::start(const QString &program, const QStringList &arguments)
     m_process->setStandardErrorFile(QProcess::nullDevice());
     connect(m_process, &QProcess::started, this, &UpgradeProcess::sig_started);
     connect(m_process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
-            [this](int exitCode, QProcess::ExitStatus status) {
-                if (status == QProcess::CrashExit) {
-                    fail(m_process->errorString());
-                    return;
-                }
-                freeProcess();
-                emit sig_finished(exitCode);
-            });
+            [this](int exitCode, QProcess::ExitStatus status) { end(status == QProcess::NormalExit, exitCode); });
     connect(m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart) { // a crash is told by finished() as well
-            fail(m_process->errorString());
+            end(false, 0);
         }
     });
     emit sig_runningChanged(true);
@@ -90,23 +85,33 @@ void UpgradeProcess::release()
     process->disconnect(this);
     // From now on it ends with its program, so that the system can forget that one, or else with the application.
     process->setParent(QCoreApplication::instance());
-    connect(process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), process, &QObject::deleteLater);
-    connect(process, &QProcess::errorOccurred, process, [process](QProcess::ProcessError error) {
-        if (error == QProcess::FailedToStart) {
+    connect(process, &QProcess::stateChanged, process, [process](QProcess::ProcessState state) {
+        if (state == QProcess::NotRunning) {
             process->deleteLater();
         }
     });
 }
 
-void UpgradeProcess::fail(const QString &reason)
+bool UpgradeProcess::isRefused(QWidget &window) const
 {
-    qWarning("Upgrade program %s: %s", qUtf8Printable(m_process->program()), qUtf8Printable(reason));
-    freeProcess();
-    emit sig_failed(reason);
+    if (isRunning()) {
+        WindowMessages(window).show(runningText(), CMessageBox::Warning);
+    }
+    return isRunning();
 }
 
-void UpgradeProcess::freeProcess()
+void UpgradeProcess::end(bool isByItself, int exitCode)
 {
-    std::exchange(m_process, nullptr)->deleteLater();
+    QProcess *process = std::exchange(m_process, nullptr);
+    process->deleteLater();
+    const QString reason = process->errorString();
+    if (!isByItself) {
+        qWarning("Upgrade program %s: %s", qUtf8Printable(process->program()), qUtf8Printable(reason));
+    }
     emit sig_runningChanged(false);
+    if (isByItself) {
+        emit sig_finished(exitCode);
+    } else {
+        emit sig_failed(reason);
+    }
 }

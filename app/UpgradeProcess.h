@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+class QWidget;
+
 /// Runs external upgrade programs, one at a time: the program has one object of this class, handed to all who may start
 /// or have to know. What an upgrade program writes is dropped. Nothing here ever ends one, since it may be writing to
 /// the flash memory of an adapter: when this object goes while one runs, that one runs on.
@@ -28,6 +30,8 @@ public:
     void release();
     /// From start() until the program has ended, could not be started, or was released.
     bool isRunning() const { return m_process != nullptr; }
+    /// Whether a program runs, which the user of the window is told then.
+    bool isRefused(QWidget &window) const;
 
 signals:
     /// isRunning() has changed; not for a program that was released.
@@ -40,8 +44,7 @@ signals:
 
 private:
     class Process;
-    void fail(const QString &reason);
-    void freeProcess();
+    void end(bool isByItself, int exitCode);
 
     Process *m_process = nullptr; ///< a child; null while no program runs
 };

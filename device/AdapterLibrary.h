@@ -17,7 +17,5 @@ void close(void *library);
 
 /// Where the program expects the adapter library: in the working directory.
 QString defaultPath();
-/// The file of the running program, whose header tells what a library must be built for.
-QString programPath();
 
 } // namespace AdapterLibrary

@@ -30,9 +30,4 @@ QString defaultPath()
     return QStringLiteral("./libControlCAN.so");
 }
 
-QString programPath()
-{
-    return QStringLiteral("/proc/self/exe");
-}
-
 } // namespace AdapterLibrary

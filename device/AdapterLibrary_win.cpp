@@ -3,8 +3,6 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include <array>
-
 #include <windows.h>
 
 namespace AdapterLibrary {
@@ -36,13 +34,6 @@ void close(void *library)
 QString defaultPath()
 {
     return QStringLiteral(".\\ControlCAN.dll");
-}
-
-QString programPath()
-{
-    std::array<wchar_t, 32768> path; // the longest path the system knows
-    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    return QString::fromWCharArray(path.data(), static_cast<int>(length));
 }
 
 } // namespace AdapterLibrary

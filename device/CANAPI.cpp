@@ -3,6 +3,7 @@
 #include "device/AdapterLibrary.h"
 #include "device/LibraryImage.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 
@@ -18,10 +19,10 @@ QString pathForLoader(const QString &path)
     return file.path() == QLatin1String(".") ? QStringLiteral("./") + file.fileName() : path;
 }
 
-LibraryImage imageOf(const QString &path)
+QByteArray machineOf(const QString &path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? readLibraryImage(file.read(LibraryImageHeadSize)) : LibraryImage();
+    return file.open(QIODevice::ReadOnly) ? libraryMachine(file.read(LibraryImageHeadSize)) : QByteArray();
 }
 
 AdapterLibraryState whyRefused(const QString &path)
@@ -29,10 +30,10 @@ AdapterLibraryState whyRefused(const QString &path)
     if (!QFileInfo::exists(path)) {
         return AdapterLibraryState::NotFound;
     }
-    if (isForAnotherMachine(imageOf(path), imageOf(AdapterLibrary::programPath()))) {
-        return AdapterLibraryState::WrongArchitecture;
-    }
-    return AdapterLibraryState::LoadFailed;
+    const QByteArray library = machineOf(path);
+    const QByteArray program = machineOf(QCoreApplication::applicationFilePath());
+    const bool isForAnother = !library.isEmpty() && !program.isEmpty() && library != program;
+    return isForAnother ? AdapterLibraryState::WrongArchitecture : AdapterLibraryState::LoadFailed;
 }
 
 } // namespace

@@ -14,8 +14,9 @@ namespace {
 
 constexpr quint8 WatchedDevice = 0;
 
-/// The code under which a model's firmware is published; empty for models that are not checked.
-QString productCode(const QString &model)
+} // namespace
+
+QString firmwareProductCode(const QString &model)
 {
     if (model.startsWith(QLatin1String("X9EC"))) {
         return QStringLiteral("X9CANFirmWare");
@@ -25,8 +26,6 @@ QString productCode(const QString &model)
     }
     return {};
 }
-
-} // namespace
 
 class FirmwareMonitorPrivate
 {
@@ -87,7 +86,7 @@ bool FirmwareMonitorPrivate::isNewerPublished() const
         return false;
     }
     const std::optional<DeviceInfo> info = readInfo(api, WatchedDevice);
-    const QString code = info ? productCode(info->model) : QString();
+    const QString code = info ? firmwareProductCode(info->model) : QString();
     if (code.isEmpty() || !isRunning) {
         return false;
     }

@@ -10,6 +10,9 @@
 
 class FirmwareMonitorPrivate;
 
+/// The product code under which the firmware of a model is published; empty for a model that has none.
+QString firmwareProductCode(const QString &model);
+
 /// Watches on a thread of its own whether a newer firmware is published than the one of device 0: reads the device's
 /// texts, asks for the newest version published for its model, sleeps, and starts again. The thread ends with the first
 /// newer firmware, so one is reported per run. A device that does not answer or is of another model is not asked about.

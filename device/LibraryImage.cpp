@@ -4,82 +4,43 @@
 
 namespace {
 
-// Offsets of the ELF identification and header, System V ABI, "Object Files".
-constexpr int ElfClassOffset = 4;
-constexpr int ElfDataOffset = 5;
-constexpr int ElfMachineOffset = 18;
-constexpr char ElfClass32 = 1;
-constexpr char ElfClass64 = 2;
-constexpr char ElfLittleEndian = 1;
-constexpr char ElfBigEndian = 2;
-
-// The old DOS header gives the place of the PE signature, the machine number follows it.
-constexpr int DosPeOffset = 0x3C;
-constexpr int PeMachineOffset = 4;
-
-/// The bytes of one number, null when they do not all lie inside.
-template<class Number>
-const char *bytesAt(const QByteArray &bytes, qint64 offset)
+/// System V ABI, "Object Files": class and data encoding are 1 or 2; e_machine is a number in that encoding.
+QByteArray elfMachine(const QByteArray &head)
 {
-    const bool isInside = offset >= 0 && offset <= bytes.size() - qint64(sizeof(Number));
-    return isInside ? bytes.constData() + offset : nullptr;
+    constexpr int ClassAndDataOffset = 4;
+    constexpr int MachineOffset = 18;
+    const QByteArray classAndData = head.mid(ClassAndDataOffset, 2);
+    const QByteArray machine = head.mid(MachineOffset, 2);
+    const auto isKnown = [](char number) {
+        return number == 1 || number == 2;
+    };
+    const bool isWhole = machine.size() == 2 && isKnown(classAndData[0]) && isKnown(classAndData[1]);
+    return isWhole ? "ELF" + classAndData + machine : QByteArray();
 }
 
-LibraryImage readElf(const QByteArray &head)
+/// The old DOS header gives the place of the signature, which the machine number follows; that includes the word size.
+QByteArray peMachine(const QByteArray &head)
 {
-    const char *machine = bytesAt<quint16>(head, ElfMachineOffset);
-    if (machine == nullptr) {
+    constexpr int PlaceOffset = 0x3C;
+    const QByteArray signature("PE\0\0", 4);
+    constexpr int PlaceSize = 4;
+    constexpr int MachineSize = 2;
+    if (head.size() < PlaceOffset + PlaceSize) {
         return {};
     }
-    const char elfClass = head[ElfClassOffset];
-    const char data = head[ElfDataOffset];
-    if ((elfClass != ElfClass32 && elfClass != ElfClass64) || (data != ElfLittleEndian && data != ElfBigEndian)) {
-        return {};
-    }
-    LibraryImage image;
-    image.format = LibraryImage::Format::Elf;
-    image.wordBits = elfClass == ElfClass32 ? 32 : 64;
-    image.bigEndian = data == ElfBigEndian;
-    image.machine = image.bigEndian ? qFromBigEndian<quint16>(machine) : qFromLittleEndian<quint16>(machine);
-    return image;
-}
-
-LibraryImage readPe(const QByteArray &head)
-{
-    const char *place = bytesAt<quint32>(head, DosPeOffset);
-    if (place == nullptr) {
-        return {};
-    }
-    const qint64 signature = qFromLittleEndian<quint32>(place);
-    const char *machine = bytesAt<quint16>(head, signature + PeMachineOffset);
-    if (machine == nullptr || head.mid(int(signature), PeMachineOffset) != QByteArray("PE\0\0", PeMachineOffset)) {
-        return {};
-    }
-    LibraryImage image;
-    image.format = LibraryImage::Format::Pe;
-    image.machine = qFromLittleEndian<quint16>(machine);
-    return image;
+    const auto place = qFromLittleEndian<quint32>(head.constData() + PlaceOffset);
+    const int size = signature.size() + MachineSize;
+    const QByteArray machine = place < quint32(head.size()) ? head.mid(int(place), size) : QByteArray();
+    return machine.size() == size && machine.startsWith(signature) ? machine : QByteArray();
 }
 
 } // namespace
 
-LibraryImage readLibraryImage(const QByteArray &head)
+QByteArray libraryMachine(const QByteArray &head)
 {
     if (head.startsWith("\x7F"
                         "ELF")) {
-        return readElf(head);
+        return elfMachine(head);
     }
-    if (head.startsWith("MZ")) {
-        return readPe(head);
-    }
-    return {};
-}
-
-bool isForAnotherMachine(const LibraryImage &library, const LibraryImage &program)
-{
-    if (library.format == LibraryImage::Format::None || program.format == LibraryImage::Format::None) {
-        return false;
-    }
-    return library.format != program.format || library.wordBits != program.wordBits ||
-           library.bigEndian != program.bigEndian || library.machine != program.machine;
+    return head.startsWith("MZ") ? peMachine(head) : QByteArray();
 }

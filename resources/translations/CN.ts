@@ -740,10 +740,6 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>无法启动升级程序。</translation>
     </message>
     <message>
-        <source>Tips</source>
-        <translation>提示</translation>
-    </message>
-    <message>
         <source>No device was found. Connect it and open this window again.</source>
         <translation>未找到设备。请连接设备后重新打开此窗口。</translation>
     </message>

@@ -740,10 +740,6 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>The upgrade program cannot be started.</translation>
     </message>
     <message>
-        <source>Tips</source>
-        <translation>Tips</translation>
-    </message>
-    <message>
         <source>No device was found. Connect it and open this window again.</source>
         <translation>No device was found. Connect it and open this window again.</translation>
     </message>

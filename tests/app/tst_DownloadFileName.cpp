@@ -1,4 +1,4 @@
-#include "app/DownloadFileName.h"
+#include "app/FileDownload.h"
 #include "tests/support/TestProgram.h"
 
 #include <QtTest>

@@ -1,4 +1,4 @@
-#include "app/ApplicationSetup.h"
+#include "app/Application.h"
 #include "app/GUI_CanView.h"
 #include "app/GUI_DeviceInfo.h"
 #include "app/GUI_SoftwareInfo.h"

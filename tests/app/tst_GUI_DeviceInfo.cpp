@@ -2,6 +2,7 @@
 #include "app/MigrationWidget.h"
 #include "app/PopupWidget.h"
 #include "app/UpgradeProcess.h"
+#include "device/FirmwareMonitor.h"
 #include "tests/app/StandInProgram.h"
 #include "tests/app/UpdateServer.h"
 #include "tests/support/TestProgram.h"

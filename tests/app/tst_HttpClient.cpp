@@ -90,8 +90,8 @@ struct Outcomes
 
 HttpRequest request(const QString &server, int limitMs = 60000)
 {
-    return {QUrl(server + QStringLiteral("/api/software-product-versions/latest-byswcode?swSnCode=A")), true, 1000,
-            limitMs, limitMs};
+    return {QUrl(server + QStringLiteral("/api/software-product-versions/latest-byswcode?swSnCode=A")), server, 1000,
+            limitMs};
 }
 } // namespace
 
@@ -106,6 +106,7 @@ private slots:
     static void floods();
     static void manyFieldsHoldNothingUp();
     static void tooManyGivenUp();
+    static void diskStandsStill();
 
 private:
     static QStringList arguments() { return {QStringLiteral("--record"), QStringLiteral("A={}")}; }
@@ -157,33 +158,56 @@ void tst_HttpClient::manyFieldsHoldNothingUp()
     QVERIFY2(pause.milliseconds() < HeldUpMs, qPrintable(QString::number(pause.milliseconds())));
 }
 
-/// Here the disk keeps the threads; when they have ended, everything is as before.
+/// When the servers have gone, everything is as before.
 void tst_HttpClient::tooManyGivenUp()
 {
     UpdateServer server(arguments());
-    std::promise<void> gate;
-    const std::shared_future<void> opened = gate.get_future().share();
+    auto flood = std::make_unique<UpdateServer>(arguments());
     HttpClient client;
     const Outcomes outcomes(client);
-    for (int count = 0; count < HttpClient::MaxGivenUp; ++count) {
-        const auto disk = std::make_shared<Disk>(opened);
-        client.start(request(server.url()), disk); // and gives up the one before
-        QTRY_VERIFY(disk->hasBegun());
+    for (int count = 1; count <= HttpClient::MaxGivenUp; ++count) {
+        client.start(request(flood->url("endless-header"))); // and gives up the one before
+        QTRY_COMPARE(flood->requests().count(), count);
+        letTicksPass(50); // it flows
     }
-    client.start(request(server.url()), std::make_shared<Disk>());
+    client.start(request(server.url()));
     QVERIFY(client.isRunning());
     QCOMPARE(outcomes.count, 0);
     QTRY_COMPARE(outcomes.count, 1);
     QCOMPARE(outcomes.last, HttpError::Stalled);
-    QCOMPARE(server.requests().count(), HttpClient::MaxGivenUp);
-    gate.set_value();
+    QCOMPARE(server.requests().count(), 0);
+    flood.reset();
     const auto isAnswered = [&] {
         if (!client.isRunning() && outcomes.last != HttpError::None) {
-            client.start(request(server.url()), std::make_shared<Disk>());
+            client.start(request(server.url()));
         }
         return outcomes.last == HttpError::None;
     };
-    QTRY_VERIFY(isAnswered());
+    QTRY_VERIFY_WITH_TIMEOUT(isAnswered(), 60000);
+}
+
+/// Neither the thread that has started it waits for it, nor a query.
+void tst_HttpClient::diskStandsStill()
+{
+    UpdateServer server(arguments());
+    std::promise<void> gate;
+    const auto disk = std::make_shared<Disk>(gate.get_future().share());
+    LongestPause pause;
+    HttpClient download;
+    const Outcomes downloaded(download);
+    download.start(request(server.url()), disk);
+    QTRY_VERIFY(disk->hasBegun());
+    HttpClient query;
+    const Outcomes answers(query);
+    query.start(request(server.url()));
+    QTRY_COMPARE(answers.count, 1);
+    QCOMPARE(answers.last, HttpError::None);
+    download.cancel();
+    QVERIFY2(pause.milliseconds() < HeldUpMs, qPrintable(QString::number(pause.milliseconds())));
+    gate.set_value();
+    download.start(request(server.url()), std::make_shared<Disk>());
+    QTRY_COMPARE(downloaded.count, 1);
+    QCOMPARE(downloaded.last, HttpError::None);
 }
 
 X9_CORE_TEST(tst_HttpClient)

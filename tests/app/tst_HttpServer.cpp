@@ -1,6 +1,5 @@
 #include "app/HttpServer.h"
 
-#include "app/ServiceAddress.h"
 #include "tests/app/UpdateServer.h"
 #include "tests/support/TestProgram.h"
 #include "tests/support/Ticks.h"

@@ -1,4 +1,4 @@
-#include "app/ApplicationSetup.h"
+#include "app/Application.h"
 #include "app/PopupWidget.h"
 #include "tests/app/WindowWidgets.h"
 #include "tests/support/TestProgram.h"

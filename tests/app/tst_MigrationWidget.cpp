@@ -64,8 +64,7 @@ void tst_MigrationWidget::init()
     m_folder = std::make_unique<QTemporaryDir>();
     m_program = std::make_unique<StandInProgram>(migrationProgram(m_folder->path()));
     m_process = std::make_unique<UpgradeProcess>();
-    m_widget = std::make_unique<MigrationWidget>(*m_process, migrationProgram(m_folder->path()),
-                                                 migrationImage(m_folder->path()));
+    m_widget = std::make_unique<MigrationWidget>(*m_process, m_folder->path());
     m_widget->show();
 }
 

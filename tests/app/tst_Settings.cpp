@@ -74,7 +74,7 @@ QByteArray tst_Settings::read(const QString &path)
 void tst_Settings::noFileIsChinese()
 {
     QCOMPARE(getLanguage(), 0);
-    QVERIFY(storedUpdateServer().isEmpty());
+    QVERIFY(SettingsFiles::ofProgram().updateServer().isEmpty());
 }
 
 void tst_Settings::storedLanguage()

@@ -1,6 +1,7 @@
 #include "app/SoftwareUpdate.h"
 
 #include "app/GUI_Update.h"
+#include "app/Settings.h"
 #include "resources/Resources.h"
 #include "tests/app/UpdateServer.h"
 #include "tests/support/TestProgram.h"

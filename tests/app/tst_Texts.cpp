@@ -1,4 +1,4 @@
-#include "app/ApplicationSetup.h"
+#include "app/Application.h"
 #include "tests/app/CutTexts.h"
 #include "tests/app/ShownTexts.h"
 #include "tests/support/TestProgram.h"

@@ -1,7 +1,7 @@
 // x9_gallery LANGUAGE FOLDER   Takes a picture of every window of the program (LANGUAGE zh or en), with the offscreen
 // platform as well as on a screen: FOLDER/<LANGUAGE>-<window>.png, for a QT_SCALE_FACTOR of 2 ...@2x.png.
 
-#include "app/ApplicationSetup.h"
+#include "app/Application.h"
 #include "app/Settings.h"
 #include "tests/support/WindowCatalog.h"
 

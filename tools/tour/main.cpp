@@ -1,6 +1,6 @@
 // x9_tour LANGUAGE FOLDER   Shows the program at work (LANGUAGE zh or en), to be started beside the adapter library.
 
-#include "app/ApplicationSetup.h"
+#include "app/Application.h"
 #include "app/GUI_CanView.h"
 #include "device/CANCommunication.h"
 #include "tools/tour/Tour.h"

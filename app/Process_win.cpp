@@ -1,10 +1,19 @@
-#include "app/ProcessName.h"
+#include "app/Process.h"
 
 #include <QFileInfo>
 
 #include <array>
+#include <cstdlib>
 
 #include <windows.h>
+
+void prepareProcess()
+{
+    SetDllDirectoryW(L"");
+    for (const char *name : {"QT_PLUGIN_PATH", "QT_QPA_PLATFORM_PLUGIN_PATH"}) {
+        qunsetenv(name);
+    }
+}
 
 QString processName(qint64 processId)
 {
@@ -20,4 +29,11 @@ QString processName(qint64 processId)
     CloseHandle(process);
     return isRunning ? QFileInfo(QString::fromWCharArray(path.data(), static_cast<int>(size))).completeBaseName()
                      : QString();
+}
+
+void endProcessNow(int exitCode)
+{
+    // std::_Exit would tell every DLL, whose static objects would then be destroyed on this thread.
+    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(exitCode));
+    std::abort(); // not reached
 }
