@@ -28,6 +28,7 @@ struct CanFrame
     std::array<std::uint8_t, MaxFdLength> data{};
 
     bool isFd() const { return format != FrameFormat::Classic; }
+    std::uint8_t maxLength() const { return isFd() ? MaxFdLength : MaxClassicLength; }
     /// Data bytes that the frame carries.
     std::uint8_t dataSize() const { return remote ? std::uint8_t{0} : length; }
 };

@@ -16,8 +16,7 @@ bool readCommon(const Record &record, CanFrame &frame)
     frame.remote = record.RemoteFlag == 1;
     frame.extended = record.ExternFlag == 1;
     frame.length = record.DataLen;
-    const std::uint8_t maxLength = frame.isFd() ? MaxFdLength : MaxClassicLength;
-    if (frame.id > (frame.extended ? MaxExtendedId : MaxStandardId) || frame.length > maxLength ||
+    if (frame.id > (frame.extended ? MaxExtendedId : MaxStandardId) || frame.length > frame.maxLength() ||
         (frame.isFd() && frame.remote)) {
         return false;
     }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 
@@ -14,6 +15,9 @@ namespace {
 constexpr std::uint32_t Refused = 0;
 /// More frames in one transmit call than any caller means are refused.
 constexpr std::uint32_t MaxTransmitCount = 1000000;
+
+template<class Record>
+constexpr bool isFd = std::is_same_v<Record, VCI_CANFD_OBJ>;
 
 constexpr std::uint32_t answer(bool done)
 {
@@ -28,18 +32,17 @@ void copyInfo(char *buffer, const std::string &text)
 
 } // namespace
 
-/// One call of an entry point: waits out a configured delay, then holds the lock until the call is done.
+/// One call of the entry point of this name: waits out a configured delay, then holds the lock until the call is done.
 class VirtualAdapter::Call
 {
 public:
-    Call(VirtualAdapter &adapter, Entry entry, u32 type, u8 dev)
+    Call(VirtualAdapter &adapter, std::string_view entry, u32 type, u8 dev)
         : m_adapter(adapter)
         , m_dev(dev)
         , m_isKnown(type == AdapterDeviceType && dev < adapter.m_config.devices.size())
     {
-        const u32 delayMs = m_isKnown ? config().faults.callDelayMs[indexOf(entry)] : 0;
-        if (delayMs > 0) {
-            m_adapter.m_clock.sleepMs(delayMs);
+        if (m_isKnown) {
+            waitOut(config().faults.callDelayMs, entry);
         }
         m_lock = std::unique_lock<std::mutex>(m_adapter.m_mutex);
         m_nowNs = m_adapter.m_clock.nowNs();
@@ -56,27 +59,29 @@ public:
     bool hasVanished() const { return m_isAbsent; }
     bool isOpen() const { return isPresent() && device().isOpen; }
 
-    /// The device is open and has this CAN channel; its bus is then up to date.
-    bool reachesCan(u8 ch) const
-    {
-        if (!isOpen() || ch >= ChannelsPerDevice) {
-            return false;
-        }
-        m_adapter.m_can.catchUp(channel(ch), m_nowNs);
-        return true;
-    }
-    /// The same for a LIN channel.
-    bool reachesLin(u8 ch) const
-    {
-        if (!isOpen() || ch >= ChannelsPerDevice) {
-            return false;
-        }
-        m_adapter.m_lin.catchUp(channel(ch), m_nowNs);
-        return true;
-    }
+    /// The device is open and has this channel; its bus is then up to date.
+    bool reachesCan(u8 ch) const { return reaches(m_adapter.m_can, ch); }
+    bool reachesLin(u8 ch) const { return reaches(m_adapter.m_lin, ch); }
     std::size_t channel(u8 ch) const { return m_dev * ChannelsPerDevice + ch; }
 
 private:
+    void waitOut(const CallDelays &delays, std::string_view entry)
+    {
+        const auto delay = delays.find(entry);
+        if (delay != delays.end() && delay->second > 0) {
+            m_adapter.m_clock.sleepMs(delay->second);
+        }
+    }
+    template<class Network>
+    bool reaches(Network &network, u8 ch) const
+    {
+        if (!isOpen() || ch >= ChannelsPerDevice) {
+            return false;
+        }
+        network.catchUp(channel(ch), m_nowNs);
+        return true;
+    }
+
     VirtualAdapter &m_adapter;
     std::size_t m_dev;
     bool m_isKnown;
@@ -146,7 +151,7 @@ void VirtualAdapter::shutDevice(std::size_t dev, std::uint64_t nowNs)
 
 VirtualAdapter::u32 VirtualAdapter::openDevice(u32 type, u8 dev)
 {
-    const Call call(*this, Entry::OpenDevice, type, dev);
+    const Call call(*this, "VCI_OpenDevice", type, dev);
     if (!call.isPresent() || call.isOpen() || call.config().faults.openRefused) {
         return Refused;
     }
@@ -160,7 +165,7 @@ VirtualAdapter::u32 VirtualAdapter::openDevice(u32 type, u8 dev)
 
 VirtualAdapter::u32 VirtualAdapter::closeDevice(u32 type, u8 dev)
 {
-    const Call call(*this, Entry::CloseDevice, type, dev);
+    const Call call(*this, "VCI_CloseDevice", type, dev);
     if (!call.isOpen()) {
         return Refused;
     }
@@ -171,7 +176,7 @@ VirtualAdapter::u32 VirtualAdapter::closeDevice(u32 type, u8 dev)
 VirtualAdapter::u32 VirtualAdapter::readInfo(u32 type, u8 dev, char *serial, char *model, char *firmware,
                                              char *hardware)
 {
-    const Call call(*this, Entry::ReadInfo, type, dev);
+    const Call call(*this, "KQ_ReadInfo", type, dev);
     const bool hasBuffers = serial != nullptr && model != nullptr && firmware != nullptr && hardware != nullptr;
     if (!call.isOpen() || !hasBuffers || call.config().faults.infoRefused) {
         return Refused;
@@ -185,7 +190,7 @@ VirtualAdapter::u32 VirtualAdapter::readInfo(u32 type, u8 dev, char *serial, cha
 
 VirtualAdapter::u32 VirtualAdapter::initCan(u32 type, u8 dev, u8 ch, const VCI_INIT_CONFIG *config)
 {
-    const Call call(*this, Entry::InitCAN, type, dev);
+    const Call call(*this, "VCI_InitCAN", type, dev);
     if (config == nullptr || !call.reachesCan(ch) || call.config().can[ch].faults.initRefused) {
         return Refused;
     }
@@ -199,7 +204,7 @@ VirtualAdapter::u32 VirtualAdapter::initCan(u32 type, u8 dev, u8 ch, const VCI_I
 
 VirtualAdapter::u32 VirtualAdapter::startCan(u32 type, u8 dev, u8 ch)
 {
-    const Call call(*this, Entry::StartCAN, type, dev);
+    const Call call(*this, "VCI_StartCAN", type, dev);
     if (!call.reachesCan(ch) || call.config().can[ch].faults.startRefused) {
         return Refused;
     }
@@ -210,7 +215,7 @@ VirtualAdapter::u32 VirtualAdapter::startCan(u32 type, u8 dev, u8 ch)
 
 VirtualAdapter::u32 VirtualAdapter::resetCan(u32 type, u8 dev, u8 ch)
 {
-    const Call call(*this, Entry::ResetCAN, type, dev);
+    const Call call(*this, "VCI_ResetCAN", type, dev);
     if (!call.reachesCan(ch)) {
         return Refused;
     }
@@ -220,7 +225,7 @@ VirtualAdapter::u32 VirtualAdapter::resetCan(u32 type, u8 dev, u8 ch)
 
 VirtualAdapter::u32 VirtualAdapter::clearBuffer(u32 type, u8 dev, u8 ch)
 {
-    const Call call(*this, Entry::ClearBuffer, type, dev);
+    const Call call(*this, "VCI_ClearBuffer", type, dev);
     if (!call.reachesCan(ch)) {
         return Refused;
     }
@@ -228,37 +233,28 @@ VirtualAdapter::u32 VirtualAdapter::clearBuffer(u32 type, u8 dev, u8 ch)
     return AdapterSuccess;
 }
 
-VirtualAdapter::u32 VirtualAdapter::receiveCount(Entry entry, u32 type, u8 dev, u8 ch, bool fd)
+template<class Record>
+VirtualAdapter::u32 VirtualAdapter::receiveNum(u32 type, u8 dev, u8 ch)
 {
-    const Call call(*this, entry, type, dev);
+    const Call call(*this, isFd<Record> ? "KQ_GetReceiveNumCANFD" : "VCI_GetReceiveNum", type, dev);
     if (!call.reachesCan(ch)) {
         return 0;
     }
     const CanChannel &channel = m_can.channel(call.channel(ch));
-    return channel.isFd() == fd ? static_cast<u32>(channel.queue().size()) : 0;
+    return channel.isFd() == isFd<Record> ? static_cast<u32>(channel.queue().size()) : 0;
 }
-
-VirtualAdapter::u32 VirtualAdapter::receiveNum(u32 type, u8 dev, u8 ch)
-{
-    return receiveCount(Entry::GetReceiveNum, type, dev, ch, false);
-}
-
-VirtualAdapter::u32 VirtualAdapter::receiveNumFd(u32 type, u8 dev, u8 ch)
-{
-    return receiveCount(Entry::GetReceiveNumCANFD, type, dev, ch, true);
-}
+template VirtualAdapter::u32 VirtualAdapter::receiveNum<VCI_CAN_OBJ>(u32, u8, u8);
+template VirtualAdapter::u32 VirtualAdapter::receiveNum<VCI_CANFD_OBJ>(u32, u8, u8);
 
 template<class Record>
-VirtualAdapter::u32 VirtualAdapter::transmitFrames(Entry entry, u32 type, u8 dev, u8 ch, const Record *frames,
-                                                   u32 count)
+VirtualAdapter::u32 VirtualAdapter::transmit(u32 type, u8 dev, u8 ch, const Record *frames, u32 count)
 {
-    constexpr bool fd = std::is_same_v<Record, VCI_CANFD_OBJ>;
-    const Call call(*this, entry, type, dev);
+    const Call call(*this, isFd<Record> ? "KQ_TransmitCANFD" : "VCI_Transmit", type, dev);
     if (frames == nullptr || count > MaxTransmitCount || !call.reachesCan(ch)) {
         return 0;
     }
     const ChannelNumber channel = call.channel(ch);
-    if (m_can.channel(channel).isFd() != fd) {
+    if (m_can.channel(channel).isFd() != isFd<Record>) {
         return 0;
     }
     const u32 most = std::min(count, call.config().can[ch].faults.transmitAccept.value_or(count));
@@ -269,52 +265,34 @@ VirtualAdapter::u32 VirtualAdapter::transmitFrames(Entry entry, u32 type, u8 dev
     }
     return accepted;
 }
-
-VirtualAdapter::u32 VirtualAdapter::transmit(u32 type, u8 dev, u8 ch, const VCI_CAN_OBJ *frames, u32 count)
-{
-    return transmitFrames(Entry::Transmit, type, dev, ch, frames, count);
-}
-
-VirtualAdapter::u32 VirtualAdapter::transmitFd(u32 type, u8 dev, u8 ch, const VCI_CANFD_OBJ *frames, u32 count)
-{
-    return transmitFrames(Entry::TransmitCANFD, type, dev, ch, frames, count);
-}
+template VirtualAdapter::u32 VirtualAdapter::transmit(u32, u8, u8, const VCI_CAN_OBJ *, u32);
+template VirtualAdapter::u32 VirtualAdapter::transmit(u32, u8, u8, const VCI_CANFD_OBJ *, u32);
 
 template<class Record>
-VirtualAdapter::u32 VirtualAdapter::receiveFrames(Entry entry, u32 type, u8 dev, u8 ch, Record *frames, u32 capacity)
+VirtualAdapter::u32 VirtualAdapter::receive(u32 type, u8 dev, u8 ch, Record *frames, u32 capacity)
 {
-    constexpr bool fd = std::is_same_v<Record, VCI_CANFD_OBJ>;
-    const Call call(*this, entry, type, dev);
+    const Call call(*this, isFd<Record> ? "KQ_ReceiveCANFD" : "VCI_Receive", type, dev);
     if (call.hasVanished() && ch < ChannelsPerDevice) {
         return AdapterReceiveError;
     }
-    if (frames == nullptr || !call.reachesCan(ch) || m_can.channel(call.channel(ch)).isFd() != fd) {
+    if (frames == nullptr || !call.reachesCan(ch) || m_can.channel(call.channel(ch)).isFd() != isFd<Record>) {
         return 0;
     }
     const u32 failEvery = call.config().can[ch].faults.receiveErrorEvery;
     if (failEvery != 0 && ++call.device().receiveCalls[ch] % failEvery == 0) {
         return AdapterReceiveError;
     }
-    Record *next = frames;
-    const auto write = [&next](const WaitingFrame &frame) {
-        writeRecord(frame, *next++);
+    const auto write = [&frames](const WaitingFrame &frame) {
+        writeRecord(frame, *frames++);
     };
     return static_cast<u32>(m_can.receive(call.channel(ch), capacity, write));
 }
-
-VirtualAdapter::u32 VirtualAdapter::receive(u32 type, u8 dev, u8 ch, VCI_CAN_OBJ *frames, u32 capacity)
-{
-    return receiveFrames(Entry::Receive, type, dev, ch, frames, capacity);
-}
-
-VirtualAdapter::u32 VirtualAdapter::receiveFd(u32 type, u8 dev, u8 ch, VCI_CANFD_OBJ *frames, u32 capacity)
-{
-    return receiveFrames(Entry::ReceiveCANFD, type, dev, ch, frames, capacity);
-}
+template VirtualAdapter::u32 VirtualAdapter::receive(u32, u8, u8, VCI_CAN_OBJ *, u32);
+template VirtualAdapter::u32 VirtualAdapter::receive(u32, u8, u8, VCI_CANFD_OBJ *, u32);
 
 VirtualAdapter::u32 VirtualAdapter::overflowNum(u32 type, u8 dev, u8 ch)
 {
-    const Call call(*this, Entry::GetReceiveNum, type, dev);
+    const Call call(*this, "VCI_GetReceiveNum", type, dev);
     if (!call.reachesCan(ch)) {
         return 0;
     }
@@ -323,7 +301,7 @@ VirtualAdapter::u32 VirtualAdapter::overflowNum(u32 type, u8 dev, u8 ch)
 
 VirtualAdapter::u32 VirtualAdapter::switchGateway(u32 type, u8 dev, u8 operation, u32 *state)
 {
-    const Call call(*this, Entry::OpenCANGateWay, type, dev);
+    const Call call(*this, "KQ_OpenCANGateWay", type, dev);
     const bool isKnown =
         operation == AdapterGatewayOff || operation == AdapterGatewayOn || operation == AdapterGatewayQuery;
     if (state == nullptr || !isKnown || !call.isOpen() || call.config().faults.gatewayRefused) {
@@ -339,7 +317,7 @@ VirtualAdapter::u32 VirtualAdapter::switchGateway(u32 type, u8 dev, u8 operation
 
 VirtualAdapter::u32 VirtualAdapter::setGatewayFilter(u32 type, u8 dev, u8 ch, const u32 *ids, u32 count)
 {
-    const Call call(*this, Entry::SetCANGateWayIDFilter, type, dev);
+    const Call call(*this, "KQ_SetCANGateWayIDFilter", type, dev);
     if ((ids == nullptr && count > 0) || count > AdapterGatewayMaxIds || !call.reachesCan(ch) ||
         call.config().faults.gatewayRefused) {
         return Refused;
@@ -350,7 +328,7 @@ VirtualAdapter::u32 VirtualAdapter::setGatewayFilter(u32 type, u8 dev, u8 ch, co
 
 VirtualAdapter::u32 VirtualAdapter::gatewayFilter(u32 type, u8 dev, u8 ch, u32 *ids, u32 *count)
 {
-    const Call call(*this, Entry::GetCANGateWayIDFilter, type, dev);
+    const Call call(*this, "KQ_GetCANGateWayIDFilter", type, dev);
     if (ids == nullptr || count == nullptr || !call.reachesCan(ch) || call.config().faults.gatewayRefused) {
         return Refused;
     }
@@ -362,25 +340,20 @@ VirtualAdapter::u32 VirtualAdapter::gatewayFilter(u32 type, u8 dev, u8 ch, u32 *
 
 VirtualAdapter::u32 VirtualAdapter::openLin(u32 type, u8 dev, u8 ch, u16 baudRate, u8 checksum)
 {
-    const Call call(*this, Entry::OpenLIN, type, dev);
-    if (!call.reachesLin(ch) || call.config().lin[ch].faults.openRefused) {
-        return Refused;
-    }
-    return answer(m_lin.open(call.channel(ch), baudRate, checksum));
+    const Call call(*this, "KQ_OpenLIN", type, dev);
+    return answer(call.reachesLin(ch) && !call.config().lin[ch].faults.openRefused &&
+                  m_lin.open(call.channel(ch), baudRate, checksum));
 }
 
 VirtualAdapter::u32 VirtualAdapter::closeLin(u32 type, u8 dev, u8 ch)
 {
-    const Call call(*this, Entry::CloseLIN, type, dev);
-    if (!call.reachesLin(ch) || call.config().lin[ch].faults.closeRefused) {
-        return Refused;
-    }
-    return answer(m_lin.close(call.channel(ch)));
+    const Call call(*this, "KQ_CloseLIN", type, dev);
+    return answer(call.reachesLin(ch) && !call.config().lin[ch].faults.closeRefused && m_lin.close(call.channel(ch)));
 }
 
 VirtualAdapter::u32 VirtualAdapter::changeLinMode(u32 type, u8 dev, u8 ch, u8 mode)
 {
-    const Call call(*this, Entry::ChangeLINMode, type, dev);
+    const Call call(*this, "KQ_ChangeLINMode", type, dev);
     if (!call.reachesLin(ch)) {
         return Refused;
     }
@@ -391,38 +364,30 @@ VirtualAdapter::u32 VirtualAdapter::changeLinMode(u32 type, u8 dev, u8 ch, u8 mo
 
 VirtualAdapter::u32 VirtualAdapter::transmitLin(u32 type, u8 dev, u8 ch, const VCI_LIN_OBJ &frame)
 {
-    const Call call(*this, Entry::TransmitLIN, type, dev);
-    if (!call.reachesLin(ch) || call.config().lin[ch].faults.transmitRefused) {
-        return Refused;
-    }
-    return answer(m_lin.transmit(call.channel(ch), frame));
+    const Call call(*this, "KQ_TransmitLIN", type, dev);
+    return answer(call.reachesLin(ch) && !call.config().lin[ch].faults.transmitRefused &&
+                  m_lin.transmit(call.channel(ch), frame));
 }
 
 VirtualAdapter::u32 VirtualAdapter::receiveLin(u32 type, u8 dev, u8 ch, VCI_LIN_OBJ *frame)
 {
-    const Call call(*this, Entry::ReceiveLIN, type, dev);
-    if (frame == nullptr || !call.reachesLin(ch) || call.config().lin[ch].faults.receiveRefused) {
-        return Refused;
-    }
-    return answer(m_lin.request(call.channel(ch), *frame));
+    const Call call(*this, "KQ_ReceiveLIN", type, dev);
+    return answer(frame != nullptr && call.reachesLin(ch) && !call.config().lin[ch].faults.receiveRefused &&
+                  m_lin.request(call.channel(ch), *frame));
 }
 
 VirtualAdapter::u32 VirtualAdapter::receiveLinBySlave(u32 type, u8 dev, u8 ch, VCI_LIN_OBJ *frame)
 {
-    const Call call(*this, Entry::ReceiveLINBySlave, type, dev);
-    if (frame == nullptr || !call.reachesLin(ch) || call.config().lin[ch].faults.receiveRefused) {
-        return Refused;
-    }
-    return answer(m_lin.takeMonitored(call.channel(ch), *frame));
+    const Call call(*this, "KQ_ReceiveLINBySlave", type, dev);
+    return answer(frame != nullptr && call.reachesLin(ch) && !call.config().lin[ch].faults.receiveRefused &&
+                  m_lin.takeMonitored(call.channel(ch), *frame));
 }
 
 VirtualAdapter::u32 VirtualAdapter::transmitLinBySlave(u32 type, u8 dev, u8 ch, const VCI_LIN_OBJ &frame)
 {
-    const Call call(*this, Entry::TransmitLINBySlave, type, dev);
-    if (!call.reachesLin(ch) || call.config().lin[ch].faults.transmitRefused) {
-        return Refused;
-    }
-    return answer(m_lin.setSlaveData(call.channel(ch), frame));
+    const Call call(*this, "KQ_TransmitLINBySlave", type, dev);
+    return answer(call.reachesLin(ch) && !call.config().lin[ch].faults.transmitRefused &&
+                  m_lin.setSlaveData(call.channel(ch), frame));
 }
 
 } // namespace va

@@ -37,12 +37,13 @@ public:
     u32 startCan(u32 type, u8 dev, u8 ch);
     u32 resetCan(u32 type, u8 dev, u8 ch);
     u32 clearBuffer(u32 type, u8 dev, u8 ch);
+    // Of classic CAN with VCI_CAN_OBJ, of CAN FD with VCI_CANFD_OBJ.
+    template<class Record = VCI_CAN_OBJ>
     u32 receiveNum(u32 type, u8 dev, u8 ch);
-    u32 receiveNumFd(u32 type, u8 dev, u8 ch);
-    u32 transmit(u32 type, u8 dev, u8 ch, const VCI_CAN_OBJ *frames, u32 count);
-    u32 transmitFd(u32 type, u8 dev, u8 ch, const VCI_CANFD_OBJ *frames, u32 count);
-    u32 receive(u32 type, u8 dev, u8 ch, VCI_CAN_OBJ *frames, u32 capacity);
-    u32 receiveFd(u32 type, u8 dev, u8 ch, VCI_CANFD_OBJ *frames, u32 capacity);
+    template<class Record>
+    u32 transmit(u32 type, u8 dev, u8 ch, const Record *frames, u32 count);
+    template<class Record>
+    u32 receive(u32 type, u8 dev, u8 ch, Record *frames, u32 capacity);
     /// Frames that the channel lost to a full buffer since it was started, at most 0xFFFFFFFF.
     u32 overflowNum(u32 type, u8 dev, u8 ch);
 
@@ -71,11 +72,6 @@ private:
     bool isAbsent(std::size_t dev, std::uint64_t nowNs) const;
     void closeVanished(std::uint64_t nowNs);
     void shutDevice(std::size_t dev, std::uint64_t nowNs);
-    u32 receiveCount(Entry entry, u32 type, u8 dev, u8 ch, bool fd);
-    template<class Record>
-    u32 transmitFrames(Entry entry, u32 type, u8 dev, u8 ch, const Record *frames, u32 count);
-    template<class Record>
-    u32 receiveFrames(Entry entry, u32 type, u8 dev, u8 ch, Record *frames, u32 capacity);
 
     const AdapterConfig m_config;
     AdapterClock &m_clock;

@@ -3,6 +3,8 @@
 
 #include <QtTest>
 
+#include <functional>
+
 namespace {
 
 constexpr std::uint32_t Type = AdapterDeviceType;
@@ -43,6 +45,7 @@ private slots:
     static void transmitAcceptsSome();
     static void callsTakeTime();
     static void oneCallTakesTime();
+    static void everyCallCanTakeTime();
     static void vanishingIsCountedFromTheFirstOpen();
     static void vanishedDeviceFailsEveryCall();
     static void vanishedForGood();
@@ -110,8 +113,8 @@ void tst_VirtualAdapterFaults::receiveFailsNowAndThen()
     QVERIFY(bench.start(0, 0, AdapterBench::settings(2)));
     VCI_CANFD_OBJ fd{};
     bench.clock().advanceMs(3);
-    QCOMPARE(bench->receiveFd(Type, 0, 0, &fd, 1), 1U);
-    QCOMPARE(bench->receiveFd(Type, 0, 0, &fd, 1), AdapterReceiveError);
+    QCOMPARE(bench->receive(Type, 0, 0, &fd, 1), 1U);
+    QCOMPARE(bench->receive(Type, 0, 0, &fd, 1), AdapterReceiveError);
 }
 
 void tst_VirtualAdapterFaults::receiveFailsAlways()
@@ -163,8 +166,121 @@ void tst_VirtualAdapterFaults::oneCallTakesTime()
     QCOMPARE(bench->receive(Type, 0, 0, &frame, 1), 1U); // the frames of those 100 ms are there
     QCOMPARE(bench.clock().sleptMs(), std::uint64_t{100});
     VCI_CANFD_OBJ fd{};
-    bench->receiveFd(Type, 0, 0, &fd, 1);
+    bench->receive(Type, 0, 0, &fd, 1);
     QCOMPARE(bench.clock().sleptMs(), std::uint64_t{1100});
+}
+
+void tst_VirtualAdapterFaults::everyCallCanTakeTime()
+{
+    using va::VirtualAdapter;
+    VCI_INIT_CONFIG config{};
+    VCI_CAN_OBJ frame{};
+    VCI_CANFD_OBJ fd{};
+    VCI_LIN_OBJ linFrame{};
+    std::uint32_t word = 0;
+    char text[AdapterInfoSize];
+    const std::pair<const char *, std::function<void(VirtualAdapter &)>> calls[] = {
+        {"VCI_OpenDevice",
+         [](VirtualAdapter &a) {
+             a.openDevice(Type, 0);
+         }},
+        {"VCI_CloseDevice",
+         [](VirtualAdapter &a) {
+             a.closeDevice(Type, 0);
+         }},
+        {"VCI_InitCAN",
+         [&](VirtualAdapter &a) {
+             a.initCan(Type, 0, 0, &config);
+         }},
+        {"VCI_StartCAN",
+         [](VirtualAdapter &a) {
+             a.startCan(Type, 0, 0);
+         }},
+        {"VCI_ResetCAN",
+         [](VirtualAdapter &a) {
+             a.resetCan(Type, 0, 0);
+         }},
+        {"VCI_GetReceiveNum",
+         [](VirtualAdapter &a) {
+             a.receiveNum(Type, 0, 0);
+         }},
+        {"VCI_ClearBuffer",
+         [](VirtualAdapter &a) {
+             a.clearBuffer(Type, 0, 0);
+         }},
+        {"VCI_Transmit",
+         [&](VirtualAdapter &a) {
+             a.transmit(Type, 0, 0, &frame, 1);
+         }},
+        {"VCI_Receive",
+         [&](VirtualAdapter &a) {
+             a.receive(Type, 0, 0, &frame, 1);
+         }},
+        {"KQ_ReadInfo",
+         [&](VirtualAdapter &a) {
+             a.readInfo(Type, 0, text, text, text, text);
+         }},
+        {"KQ_OpenCANGateWay",
+         [&](VirtualAdapter &a) {
+             a.switchGateway(Type, 0, AdapterGatewayQuery, &word);
+         }},
+        {"KQ_SetCANGateWayIDFilter",
+         [&](VirtualAdapter &a) {
+             a.setGatewayFilter(Type, 0, 0, &word, 1);
+         }},
+        {"KQ_GetCANGateWayIDFilter",
+         [&](VirtualAdapter &a) {
+             a.gatewayFilter(Type, 0, 0, &word, &word);
+         }},
+        {"KQ_OpenLIN",
+         [](VirtualAdapter &a) {
+             a.openLin(Type, 0, 0, 19200, 0);
+         }},
+        {"KQ_CloseLIN",
+         [](VirtualAdapter &a) {
+             a.closeLin(Type, 0, 0);
+         }},
+        {"KQ_TransmitLIN",
+         [&](VirtualAdapter &a) {
+             a.transmitLin(Type, 0, 0, linFrame);
+         }},
+        {"KQ_ReceiveLIN",
+         [&](VirtualAdapter &a) {
+             a.receiveLin(Type, 0, 0, &linFrame);
+         }},
+        {"KQ_ChangeLINMode",
+         [](VirtualAdapter &a) {
+             a.changeLinMode(Type, 0, 0, 1);
+         }},
+        {"KQ_TransmitLINBySlave",
+         [&](VirtualAdapter &a) {
+             a.transmitLinBySlave(Type, 0, 0, linFrame);
+         }},
+        {"KQ_ReceiveLINBySlave",
+         [&](VirtualAdapter &a) {
+             a.receiveLinBySlave(Type, 0, 0, &linFrame);
+         }},
+        {"KQ_GetReceiveNumCANFD",
+         [](VirtualAdapter &a) {
+             a.receiveNum<VCI_CANFD_OBJ>(Type, 0, 0);
+         }},
+        {"KQ_TransmitCANFD",
+         [&](VirtualAdapter &a) {
+             a.transmit(Type, 0, 0, &fd, 1);
+         }},
+        {"KQ_ReceiveCANFD",
+         [&](VirtualAdapter &a) {
+             a.receive(Type, 0, 0, &fd, 1);
+         }},
+    };
+    for (const auto &[slow, ignored] : calls) {
+        AdapterBench bench(faulty(QByteArray("{'call_delay_ms': {'") + slow + "': 3}}"));
+        for (const auto &[entry, call] : calls) {
+            call(*bench.operator->());
+            Q_UNUSED(entry)
+        }
+        QVERIFY2(bench.clock().sleptMs() == 3, slow);
+    }
 }
 
 void tst_VirtualAdapterFaults::vanishingIsCountedFromTheFirstOpen()
@@ -195,11 +311,11 @@ void tst_VirtualAdapterFaults::vanishedDeviceFailsEveryCall()
     VCI_LIN_OBJ lin{};
     std::uint32_t state = 0;
     QCOMPARE(bench->receive(Type, 0, 0, &frame, 1), AdapterReceiveError);
-    QCOMPARE(bench->receiveFd(Type, 0, 1, &fd, 1), AdapterReceiveError);
+    QCOMPARE(bench->receive(Type, 0, 1, &fd, 1), AdapterReceiveError);
     QCOMPARE(bench->receiveNum(Type, 0, 0), 0U);
-    QCOMPARE(bench->receiveNumFd(Type, 0, 1), 0U);
+    QCOMPARE(bench->receiveNum<VCI_CANFD_OBJ>(Type, 0, 1), 0U);
     QCOMPARE(bench->transmit(Type, 0, 0, &frame, 1), 0U);
-    QCOMPARE(bench->transmitFd(Type, 0, 1, &fd, 1), 0U);
+    QCOMPARE(bench->transmit(Type, 0, 1, &fd, 1), 0U);
     QCOMPARE(bench->initCan(Type, 0, 0, &config), 0U);
     QCOMPARE(bench->startCan(Type, 0, 0), 0U);
     QCOMPARE(bench->resetCan(Type, 0, 0), 0U);
