@@ -3,6 +3,7 @@
 #include "adapter/CanFrame.h"
 #include "adapter/CyclicSchedule.h"
 #include "adapter/Payload.h"
+#include "device/AdapterRecords.h"
 
 #include <array>
 #include <cstddef>
@@ -16,8 +17,6 @@
 // What virtual-adapter.json says, checked and with every default filled in. docs/virtual-adapter.md describes the keys.
 
 namespace va {
-
-constexpr std::size_t ChannelsPerDevice = 2;
 
 /// A node that sends on its own.
 struct CyclicConfig

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "device/AdapterRecords.h"
+
 #include <QtGlobal>
 
-#include <array>
+#include <bitset>
 #include <optional>
 
 /// What a scan tells of one step.
@@ -29,13 +31,13 @@ struct BaudrateScanReport
 class BaudrateScan
 {
 public:
-    static constexpr int ChannelCount = 2;
+    static constexpr int ChannelCount = ChannelsPerDevice;
     static constexpr int TicksPerStep = 16;
     static constexpr int BitRateCount = 9;  ///< without "Custom" and 5k
     static constexpr int DataRateCount = 6; ///< 0 to 5
     static constexpr int StepCount = BitRateCount * DataRateCount;
 
-    using ChannelFlags = std::array<bool, ChannelCount>;
+    using ChannelFlags = std::bitset<ChannelsPerDevice>;
 
     struct Outcome
     {
@@ -43,7 +45,10 @@ public:
         bool isEnd = false;
     };
 
-    explicit BaudrateScan(const ChannelFlags &inUse);
+    explicit BaudrateScan(ChannelFlags inUse)
+        : m_inUse(inUse)
+    {
+    }
 
     /// Bit rate of the current step, index 1 to 9 in canBaudrates().
     quint8 index() const { return static_cast<quint8>(m_step + 1); }
@@ -51,14 +56,14 @@ public:
     quint8 dataRate() const { return static_cast<quint8>(m_dataRate); }
     /// Whether the channels have to be initialised for the step.
     bool isFirstTick() const { return m_tick == 0; }
-    bool isToBeTried(int channel) const;
-    bool areAllInUse() const { return m_inUse[0] && m_inUse[1]; }
+    bool isToBeTried(quint8 channel) const { return !(m_inUse | m_refused | m_found)[channel]; }
+    bool areAllInUse() const { return m_inUse.all(); }
 
     /// The channel is not tried any more.
-    void setInUse(int channel) { m_inUse.at(static_cast<std::size_t>(channel)) = true; }
+    void setInUse(quint8 channel) { m_inUse.set(channel); }
     /// The adapter refused the step's settings: what the channel receives now says nothing about this step.
-    void setRefused(int channel) { m_refused.at(static_cast<std::size_t>(channel)) = true; }
-    void setFound(int channel) { m_found.at(static_cast<std::size_t>(channel)) = true; }
+    void setRefused(quint8 channel) { m_refused.set(channel); }
+    void setFound(quint8 channel) { m_found.set(channel); }
 
     /// Moves on to the next tick, and says what is to be reported before that. After the end there is no further tick.
     Outcome endTick();
@@ -69,9 +74,9 @@ private:
     bool nextStep();
 
     ChannelFlags m_inUse;
-    ChannelFlags m_refused{};
-    ChannelFlags m_found{};
-    ChannelFlags m_reported{};
+    ChannelFlags m_refused;
+    ChannelFlags m_found;
+    ChannelFlags m_reported;
     int m_tick = 0;
     int m_step = 0;
     int m_dataRate = 0;

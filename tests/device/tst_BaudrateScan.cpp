@@ -34,7 +34,7 @@ Run scanned(BaudrateScan scan, Heard first, Heard second)
     Run run;
     for (bool isEnd = false; !isEnd && run.ticks < 1000; ++run.ticks) {
         const int step = scan.dataRate() * BaudrateScan::BitRateCount + scan.index() - 1;
-        for (int ch = 0; ch < BaudrateScan::ChannelCount; ++ch) {
+        for (quint8 ch = 0; ch < ChannelsPerDevice; ++ch) {
             if (scan.isToBeTried(ch) && step == heard[ch].step && run.ticks % 16 >= heard[ch].tick) {
                 scan.setFound(ch);
             }
@@ -199,7 +199,7 @@ void tst_BaudrateScan::channelInUseIsNotTried_data()
 void tst_BaudrateScan::channelInUseIsNotTried()
 {
     QFETCH(int, channel);
-    const BaudrateScan scan({channel == 0, channel == 1});
+    const BaudrateScan scan(BaudrateScan::ChannelFlags().set(channel));
     QCOMPARE(scan.isToBeTried(0), channel != 0);
     QCOMPARE(scan.isToBeTried(1), channel != 1);
     QVERIFY(!scan.areAllInUse());
