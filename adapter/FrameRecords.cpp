@@ -33,7 +33,7 @@ void writeCommon(const WaitingFrame &frame, Record &record)
     record.RemoteFlag = frame.remote ? 1 : 0;
     record.ExternFlag = frame.extended ? 1 : 0;
     record.DataLen = frame.length;
-    std::memcpy(record.Data, frame.data, frame.dataSize);
+    std::memcpy(record.Data, frame.data, frame.dataSize());
 }
 
 } // namespace
