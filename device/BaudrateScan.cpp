@@ -7,11 +7,13 @@ BaudrateScan::Outcome BaudrateScan::endTick()
     if (m_found.all()) {
         return {takeReport(), true};
     }
-    if (++m_tick < TicksPerStep) {
-        return {};
+    Outcome outcome;
+    if ((m_tick + 1) % TicksPerStep == 0) {
+        outcome.report = takeReport();
+        m_refused.reset();
     }
-    const BaudrateScanReport report = takeReport();
-    return {report, !nextStep()};
+    outcome.isEnd = ++m_tick == StepCount * TicksPerStep;
+    return outcome;
 }
 
 BaudrateScanReport BaudrateScan::takeReport()
@@ -23,15 +25,4 @@ BaudrateScanReport BaudrateScan::takeReport()
     }
     m_reported = m_found;
     return {channels[0], channels[1], index(), dataRate()};
-}
-
-bool BaudrateScan::nextStep()
-{
-    m_tick = 0;
-    m_refused.reset();
-    if (++m_step == BitRateCount) {
-        m_step = 0;
-        ++m_dataRate;
-    }
-    return m_dataRate < DataRateCount;
 }

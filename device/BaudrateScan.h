@@ -45,22 +45,17 @@ public:
         bool isEnd = false;
     };
 
-    explicit BaudrateScan(ChannelFlags inUse)
-        : m_inUse(inUse)
-    {
-    }
-
     /// Bit rate of the current step, index 1 to 9 in canBaudrates().
-    quint8 index() const { return static_cast<quint8>(m_step + 1); }
+    quint8 index() const { return static_cast<quint8>(step() % BitRateCount + 1); }
     /// CAN FD data-rate index of the current step, 0 to 5.
-    quint8 dataRate() const { return static_cast<quint8>(m_dataRate); }
+    quint8 dataRate() const { return static_cast<quint8>(step() / BitRateCount); }
     /// Whether the channels have to be initialised for the step.
-    bool isFirstTick() const { return m_tick == 0; }
+    bool isFirstTick() const { return m_tick % TicksPerStep == 0; }
     bool isToBeTried(quint8 channel) const { return !(m_inUse | m_refused | m_found)[channel]; }
     bool areAllInUse() const { return m_inUse.all(); }
 
-    /// The channel is not tried any more.
-    void setInUse(quint8 channel) { m_inUse.set(channel); }
+    /// These channels are not tried any more.
+    void setInUse(ChannelFlags channels) { m_inUse |= channels; }
     /// The adapter refused the step's settings: what the channel receives now says nothing about this step.
     void setRefused(quint8 channel) { m_refused.set(channel); }
     void setFound(quint8 channel) { m_found.set(channel); }
@@ -69,15 +64,12 @@ public:
     Outcome endTick();
 
 private:
+    int step() const { return m_tick / TicksPerStep; }
     BaudrateScanReport takeReport();
-    /// False past the last step.
-    bool nextStep();
 
     ChannelFlags m_inUse;
     ChannelFlags m_refused;
     ChannelFlags m_found;
     ChannelFlags m_reported;
-    int m_tick = 0;
-    int m_step = 0;
-    int m_dataRate = 0;
+    int m_tick = 0; ///< since the scan began
 };

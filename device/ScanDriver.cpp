@@ -23,7 +23,7 @@ void ScanDriver::start(quint8 dev, ChannelsInUse channelsInUse)
 {
     m_device = dev;
     m_channelsInUse = std::move(channelsInUse);
-    m_steps = std::make_shared<BaudrateScan>(m_channelsInUse());
+    m_steps = std::make_shared<BaudrateScan>();
     m_timer->start(TickMs);
 }
 
@@ -39,11 +39,8 @@ void ScanDriver::tick()
     if (!steps) {
         return;
     }
-    const BaudrateScan::ChannelFlags inUse = m_channelsInUse();
+    steps->setInUse(m_channelsInUse());
     for (quint8 ch = 0; ch < ChannelsPerDevice; ++ch) {
-        if (inUse[ch]) {
-            steps->setInUse(ch);
-        }
         if (steps->isToBeTried(ch)) {
             tryChannel(*steps, ch);
         }
