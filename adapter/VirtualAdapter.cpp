@@ -12,14 +12,16 @@ namespace va {
 
 namespace {
 
-constexpr std::uint32_t Refused = 0;
+using AdapterEntry::u32;
+
+constexpr u32 Refused = 0;
 /// More frames in one transmit call than any caller means are refused.
-constexpr std::uint32_t MaxTransmitCount = 1000000;
+constexpr u32 MaxTransmitCount = 1000000;
 
 template<class Record>
 constexpr bool isFd = std::is_same_v<Record, VCI_CANFD_OBJ>;
 
-constexpr std::uint32_t answer(bool done)
+constexpr u32 answer(bool done)
 {
     return done ? AdapterSuccess : Refused;
 }
@@ -47,7 +49,7 @@ public:
         m_lock = std::unique_lock<std::mutex>(m_adapter.m_mutex);
         m_nowNs = m_adapter.m_clock.nowNs();
         m_adapter.closeVanished(m_nowNs);
-        m_isAbsent = m_isKnown && m_adapter.isAbsent(m_dev, m_nowNs);
+        m_isAbsent = m_isKnown && device().goneNs <= m_nowNs && m_nowNs < device().backNs;
     }
 
     std::uint64_t nowNs() const { return m_nowNs; }
@@ -97,45 +99,16 @@ VirtualAdapter::VirtualAdapter(AdapterConfig config, AdapterClock &clock)
     , m_can(m_config, clock.nowNs())
     , m_lin(m_config, clock.nowNs())
 {
-    for (std::size_t dev = 0; dev < m_config.devices.size(); ++dev) {
-        if (m_config.devices[dev].faults.vanishAfterNs) {
-            m_vanishing.push_back(dev);
-        }
-    }
-}
-
-/// When the device vanishes; empty when it does not, or was never opened.
-std::optional<std::uint64_t> VirtualAdapter::vanishingNs(std::size_t dev) const
-{
-    const DeviceFaults &faults = m_config.devices[dev].faults;
-    const Device &device = m_devices[dev];
-    if (!faults.vanishAfterNs || !device.firstOpenNs) {
-        return std::nullopt;
-    }
-    return *device.firstOpenNs + *faults.vanishAfterNs;
-}
-
-bool VirtualAdapter::isAbsent(std::size_t dev, std::uint64_t nowNs) const
-{
-    const std::optional<std::uint64_t> goneNs = vanishingNs(dev);
-    const std::optional<std::uint64_t> &returnAfterNs = m_config.devices[dev].faults.returnAfterNs;
-    return goneNs && nowNs >= *goneNs && (!returnAfterNs || nowNs < *goneNs + *returnAfterNs);
 }
 
 /// Vanishing closes a device: it must be opened again when it has come back.
 void VirtualAdapter::closeVanished(std::uint64_t nowNs)
 {
-    const auto hasGone = [this, nowNs](std::size_t dev) {
-        const std::optional<std::uint64_t> goneNs = vanishingNs(dev);
-        return goneNs && nowNs >= *goneNs;
-    };
-    for (auto dev = m_vanishing.begin(); dev != m_vanishing.end();) {
-        if (!hasGone(*dev)) {
-            ++dev;
-            continue;
+    for (std::size_t dev = 0; dev < m_devices.size(); ++dev) {
+        if (m_devices[dev].goneNs <= nowNs && !m_devices[dev].hasVanished) {
+            m_devices[dev].hasVanished = true;
+            shutDevice(dev, nowNs);
         }
-        shutDevice(*dev, nowNs);
-        dev = m_vanishing.erase(dev);
     }
 }
 
@@ -149,21 +122,23 @@ void VirtualAdapter::shutDevice(std::size_t dev, std::uint64_t nowNs)
     m_devices[dev].isOpen = false;
 }
 
-VirtualAdapter::u32 VirtualAdapter::openDevice(u32 type, u8 dev)
+u32 VirtualAdapter::openDevice(u32 type, u8 dev)
 {
     const Call call(*this, "VCI_OpenDevice", type, dev);
     if (!call.isPresent() || call.isOpen() || call.config().faults.openRefused) {
         return Refused;
     }
     Device &device = call.device();
+    const DeviceFaults &faults = call.config().faults;
     device.isOpen = true;
-    if (!device.firstOpenNs) {
-        device.firstOpenNs = call.nowNs();
+    if (faults.vanishAfterNs && device.goneNs == Never) {
+        device.goneNs = call.nowNs() + *faults.vanishAfterNs;
+        device.backNs = faults.returnAfterNs ? device.goneNs + *faults.returnAfterNs : Never;
     }
     return AdapterSuccess;
 }
 
-VirtualAdapter::u32 VirtualAdapter::closeDevice(u32 type, u8 dev)
+u32 VirtualAdapter::closeDevice(u32 type, u8 dev)
 {
     const Call call(*this, "VCI_CloseDevice", type, dev);
     if (!call.isOpen()) {
@@ -173,8 +148,7 @@ VirtualAdapter::u32 VirtualAdapter::closeDevice(u32 type, u8 dev)
     return AdapterSuccess;
 }
 
-VirtualAdapter::u32 VirtualAdapter::readInfo(u32 type, u8 dev, char *serial, char *model, char *firmware,
-                                             char *hardware)
+u32 VirtualAdapter::readInfo(u32 type, u8 dev, char *serial, char *model, char *firmware, char *hardware)
 {
     const Call call(*this, "KQ_ReadInfo", type, dev);
     const bool hasBuffers = serial != nullptr && model != nullptr && firmware != nullptr && hardware != nullptr;
@@ -188,7 +162,7 @@ VirtualAdapter::u32 VirtualAdapter::readInfo(u32 type, u8 dev, char *serial, cha
     return AdapterSuccess;
 }
 
-VirtualAdapter::u32 VirtualAdapter::initCan(u32 type, u8 dev, u8 ch, const VCI_INIT_CONFIG *config)
+u32 VirtualAdapter::initCan(u32 type, u8 dev, u8 ch, const VCI_INIT_CONFIG *config)
 {
     const Call call(*this, "VCI_InitCAN", type, dev);
     if (config == nullptr || !call.reachesCan(ch) || call.config().can[ch].faults.initRefused) {
@@ -202,7 +176,7 @@ VirtualAdapter::u32 VirtualAdapter::initCan(u32 type, u8 dev, u8 ch, const VCI_I
     return AdapterSuccess;
 }
 
-VirtualAdapter::u32 VirtualAdapter::startCan(u32 type, u8 dev, u8 ch)
+u32 VirtualAdapter::startCan(u32 type, u8 dev, u8 ch)
 {
     const Call call(*this, "VCI_StartCAN", type, dev);
     if (!call.reachesCan(ch) || call.config().can[ch].faults.startRefused) {
@@ -213,7 +187,7 @@ VirtualAdapter::u32 VirtualAdapter::startCan(u32 type, u8 dev, u8 ch)
     return answer(m_can.start(call.channel(ch), call.nowNs()));
 }
 
-VirtualAdapter::u32 VirtualAdapter::resetCan(u32 type, u8 dev, u8 ch)
+u32 VirtualAdapter::resetCan(u32 type, u8 dev, u8 ch)
 {
     const Call call(*this, "VCI_ResetCAN", type, dev);
     if (!call.reachesCan(ch)) {
@@ -223,7 +197,7 @@ VirtualAdapter::u32 VirtualAdapter::resetCan(u32 type, u8 dev, u8 ch)
     return AdapterSuccess;
 }
 
-VirtualAdapter::u32 VirtualAdapter::clearBuffer(u32 type, u8 dev, u8 ch)
+u32 VirtualAdapter::clearBuffer(u32 type, u8 dev, u8 ch)
 {
     const Call call(*this, "VCI_ClearBuffer", type, dev);
     if (!call.reachesCan(ch)) {
@@ -234,7 +208,7 @@ VirtualAdapter::u32 VirtualAdapter::clearBuffer(u32 type, u8 dev, u8 ch)
 }
 
 template<class Record>
-VirtualAdapter::u32 VirtualAdapter::receiveNum(u32 type, u8 dev, u8 ch)
+u32 VirtualAdapter::receiveNum(u32 type, u8 dev, u8 ch)
 {
     const Call call(*this, isFd<Record> ? "KQ_GetReceiveNumCANFD" : "VCI_GetReceiveNum", type, dev);
     if (!call.reachesCan(ch)) {
@@ -243,18 +217,16 @@ VirtualAdapter::u32 VirtualAdapter::receiveNum(u32 type, u8 dev, u8 ch)
     const CanChannel &channel = m_can.channel(call.channel(ch));
     return channel.isFd() == isFd<Record> ? static_cast<u32>(channel.queue().size()) : 0;
 }
-template VirtualAdapter::u32 VirtualAdapter::receiveNum<VCI_CAN_OBJ>(u32, u8, u8);
-template VirtualAdapter::u32 VirtualAdapter::receiveNum<VCI_CANFD_OBJ>(u32, u8, u8);
+template u32 VirtualAdapter::receiveNum<VCI_CAN_OBJ>(u32, u8, u8);
+template u32 VirtualAdapter::receiveNum<VCI_CANFD_OBJ>(u32, u8, u8);
 
 template<class Record>
-VirtualAdapter::u32 VirtualAdapter::transmit(u32 type, u8 dev, u8 ch, const Record *frames, u32 count)
+u32 VirtualAdapter::transmit(u32 type, u8 dev, u8 ch, const Record *frames, u32 count)
 {
     const Call call(*this, isFd<Record> ? "KQ_TransmitCANFD" : "VCI_Transmit", type, dev);
-    if (frames == nullptr || count > MaxTransmitCount || !call.reachesCan(ch)) {
-        return 0;
-    }
     const ChannelNumber channel = call.channel(ch);
-    if (m_can.channel(channel).isFd() != isFd<Record>) {
+    if (frames == nullptr || count > MaxTransmitCount || !call.reachesCan(ch) ||
+        m_can.channel(channel).isFd() != isFd<Record>) {
         return 0;
     }
     const u32 most = std::min(count, call.config().can[ch].faults.transmitAccept.value_or(count));
@@ -265,11 +237,11 @@ VirtualAdapter::u32 VirtualAdapter::transmit(u32 type, u8 dev, u8 ch, const Reco
     }
     return accepted;
 }
-template VirtualAdapter::u32 VirtualAdapter::transmit(u32, u8, u8, const VCI_CAN_OBJ *, u32);
-template VirtualAdapter::u32 VirtualAdapter::transmit(u32, u8, u8, const VCI_CANFD_OBJ *, u32);
+template u32 VirtualAdapter::transmit(u32, u8, u8, const VCI_CAN_OBJ *, u32);
+template u32 VirtualAdapter::transmit(u32, u8, u8, const VCI_CANFD_OBJ *, u32);
 
 template<class Record>
-VirtualAdapter::u32 VirtualAdapter::receive(u32 type, u8 dev, u8 ch, Record *frames, u32 capacity)
+u32 VirtualAdapter::receive(u32 type, u8 dev, u8 ch, Record *frames, u32 capacity)
 {
     const Call call(*this, isFd<Record> ? "KQ_ReceiveCANFD" : "VCI_Receive", type, dev);
     if (call.hasVanished() && ch < ChannelsPerDevice) {
@@ -287,10 +259,10 @@ VirtualAdapter::u32 VirtualAdapter::receive(u32 type, u8 dev, u8 ch, Record *fra
     };
     return static_cast<u32>(m_can.receive(call.channel(ch), capacity, write));
 }
-template VirtualAdapter::u32 VirtualAdapter::receive(u32, u8, u8, VCI_CAN_OBJ *, u32);
-template VirtualAdapter::u32 VirtualAdapter::receive(u32, u8, u8, VCI_CANFD_OBJ *, u32);
+template u32 VirtualAdapter::receive(u32, u8, u8, VCI_CAN_OBJ *, u32);
+template u32 VirtualAdapter::receive(u32, u8, u8, VCI_CANFD_OBJ *, u32);
 
-VirtualAdapter::u32 VirtualAdapter::overflowNum(u32 type, u8 dev, u8 ch)
+u32 VirtualAdapter::overflowNum(u32 type, u8 dev, u8 ch)
 {
     const Call call(*this, "VCI_GetReceiveNum", type, dev);
     if (!call.reachesCan(ch)) {
@@ -299,7 +271,7 @@ VirtualAdapter::u32 VirtualAdapter::overflowNum(u32 type, u8 dev, u8 ch)
     return static_cast<u32>(std::min<std::uint64_t>(m_can.channel(call.channel(ch)).overflow(), 0xFFFFFFFFU));
 }
 
-VirtualAdapter::u32 VirtualAdapter::switchGateway(u32 type, u8 dev, u8 operation, u32 *state)
+u32 VirtualAdapter::switchGateway(u32 type, u8 dev, u8 operation, u32 *state)
 {
     const Call call(*this, "KQ_OpenCANGateWay", type, dev);
     const bool isKnown =
@@ -315,7 +287,7 @@ VirtualAdapter::u32 VirtualAdapter::switchGateway(u32 type, u8 dev, u8 operation
     return AdapterSuccess;
 }
 
-VirtualAdapter::u32 VirtualAdapter::setGatewayFilter(u32 type, u8 dev, u8 ch, const u32 *ids, u32 count)
+u32 VirtualAdapter::setGatewayFilter(u32 type, u8 dev, u8 ch, const u32 *ids, u32 count)
 {
     const Call call(*this, "KQ_SetCANGateWayIDFilter", type, dev);
     if ((ids == nullptr && count > 0) || count > AdapterGatewayMaxIds || !call.reachesCan(ch) ||
@@ -326,7 +298,7 @@ VirtualAdapter::u32 VirtualAdapter::setGatewayFilter(u32 type, u8 dev, u8 ch, co
     return AdapterSuccess;
 }
 
-VirtualAdapter::u32 VirtualAdapter::gatewayFilter(u32 type, u8 dev, u8 ch, u32 *ids, u32 *count)
+u32 VirtualAdapter::gatewayFilter(u32 type, u8 dev, u8 ch, u32 *ids, u32 *count)
 {
     const Call call(*this, "KQ_GetCANGateWayIDFilter", type, dev);
     if (ids == nullptr || count == nullptr || !call.reachesCan(ch) || call.config().faults.gatewayRefused) {
@@ -338,20 +310,20 @@ VirtualAdapter::u32 VirtualAdapter::gatewayFilter(u32 type, u8 dev, u8 ch, u32 *
     return AdapterSuccess;
 }
 
-VirtualAdapter::u32 VirtualAdapter::openLin(u32 type, u8 dev, u8 ch, u16 baudRate, u8 checksum)
+u32 VirtualAdapter::openLin(u32 type, u8 dev, u8 ch, u16 baudRate, u8 checksum)
 {
     const Call call(*this, "KQ_OpenLIN", type, dev);
     return answer(call.reachesLin(ch) && !call.config().lin[ch].faults.openRefused &&
                   m_lin.open(call.channel(ch), baudRate, checksum));
 }
 
-VirtualAdapter::u32 VirtualAdapter::closeLin(u32 type, u8 dev, u8 ch)
+u32 VirtualAdapter::closeLin(u32 type, u8 dev, u8 ch)
 {
     const Call call(*this, "KQ_CloseLIN", type, dev);
     return answer(call.reachesLin(ch) && !call.config().lin[ch].faults.closeRefused && m_lin.close(call.channel(ch)));
 }
 
-VirtualAdapter::u32 VirtualAdapter::changeLinMode(u32 type, u8 dev, u8 ch, u8 mode)
+u32 VirtualAdapter::changeLinMode(u32 type, u8 dev, u8 ch, u8 mode)
 {
     const Call call(*this, "KQ_ChangeLINMode", type, dev);
     if (!call.reachesLin(ch)) {
@@ -362,28 +334,28 @@ VirtualAdapter::u32 VirtualAdapter::changeLinMode(u32 type, u8 dev, u8 ch, u8 mo
     return answer(isAllowed && m_lin.changeMode(call.channel(ch), mode));
 }
 
-VirtualAdapter::u32 VirtualAdapter::transmitLin(u32 type, u8 dev, u8 ch, const VCI_LIN_OBJ &frame)
+u32 VirtualAdapter::transmitLin(u32 type, u8 dev, u8 ch, const VCI_LIN_OBJ &frame)
 {
     const Call call(*this, "KQ_TransmitLIN", type, dev);
     return answer(call.reachesLin(ch) && !call.config().lin[ch].faults.transmitRefused &&
                   m_lin.transmit(call.channel(ch), frame));
 }
 
-VirtualAdapter::u32 VirtualAdapter::receiveLin(u32 type, u8 dev, u8 ch, VCI_LIN_OBJ *frame)
+u32 VirtualAdapter::receiveLin(u32 type, u8 dev, u8 ch, VCI_LIN_OBJ *frame)
 {
     const Call call(*this, "KQ_ReceiveLIN", type, dev);
     return answer(frame != nullptr && call.reachesLin(ch) && !call.config().lin[ch].faults.receiveRefused &&
                   m_lin.request(call.channel(ch), *frame));
 }
 
-VirtualAdapter::u32 VirtualAdapter::receiveLinBySlave(u32 type, u8 dev, u8 ch, VCI_LIN_OBJ *frame)
+u32 VirtualAdapter::receiveLinBySlave(u32 type, u8 dev, u8 ch, VCI_LIN_OBJ *frame)
 {
     const Call call(*this, "KQ_ReceiveLINBySlave", type, dev);
     return answer(frame != nullptr && call.reachesLin(ch) && !call.config().lin[ch].faults.receiveRefused &&
                   m_lin.takeMonitored(call.channel(ch), *frame));
 }
 
-VirtualAdapter::u32 VirtualAdapter::transmitLinBySlave(u32 type, u8 dev, u8 ch, const VCI_LIN_OBJ &frame)
+u32 VirtualAdapter::transmitLinBySlave(u32 type, u8 dev, u8 ch, const VCI_LIN_OBJ &frame)
 {
     const Call call(*this, "KQ_TransmitLINBySlave", type, dev);
     return answer(call.reachesLin(ch) && !call.config().lin[ch].faults.transmitRefused &&

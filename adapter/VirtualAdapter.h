@@ -10,7 +10,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
-#include <optional>
 #include <vector>
 
 namespace va {
@@ -61,15 +60,16 @@ public:
 
 private:
     class Call;
+    static constexpr std::uint64_t Never = UINT64_MAX;
     struct Device
     {
         bool isOpen = false;
-        std::optional<std::uint64_t> firstOpenNs; ///< the vanishing is counted from here
+        bool hasVanished = false;
+        std::uint64_t goneNs = Never; ///< when the device vanishes: known from its first opening on
+        std::uint64_t backNs = Never; ///< when it has come back
         std::array<u32, ChannelsPerDevice> receiveCalls{};
     };
 
-    std::optional<std::uint64_t> vanishingNs(std::size_t dev) const;
-    bool isAbsent(std::size_t dev, std::uint64_t nowNs) const;
     void closeVanished(std::uint64_t nowNs);
     void shutDevice(std::size_t dev, std::uint64_t nowNs);
 
@@ -77,7 +77,6 @@ private:
     AdapterClock &m_clock;
     std::mutex m_mutex; ///< guards everything below
     std::vector<Device> m_devices;
-    std::vector<std::size_t> m_vanishing; ///< devices that will vanish and have not yet
     CanNetwork m_can;
     LinNetwork m_lin;
 };
