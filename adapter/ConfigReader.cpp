@@ -295,6 +295,7 @@ void readCallDelay(const ConfigValue &value, DeviceFaults &faults)
         "KQ_ReceiveCANFD",
     };
     std::vector<ConfigKey> keys;
+    keys.reserve(entries.size());
     for (const char *entry : entries) {
         keys.push_back({entry, into(faults.callDelayMs[entry], {0, MinuteMs})});
     }
