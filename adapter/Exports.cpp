@@ -1,7 +1,7 @@
 // The library's entry points. What they answer is written in docs/virtual-adapter.md.
 
 #include "adapter/AdapterClock.h"
-#include "adapter/ConfigFile.h"
+#include "adapter/ConfigReader.h"
 #include "adapter/VirtualAdapter.h"
 #include "device/AdapterRecords.h"
 

@@ -187,24 +187,26 @@ u32 VirtualAdapter::startCan(u32 type, u8 dev, u8 ch)
     return answer(m_can.start(call.channel(ch), call.nowNs()));
 }
 
+/// An operation that a reached channel never refuses.
+u32 VirtualAdapter::doOnCan(std::string_view entry, u32 type, u8 dev, u8 ch,
+                            void (CanNetwork::*operation)(ChannelNumber))
+{
+    const Call call(*this, entry, type, dev);
+    const bool isReached = call.reachesCan(ch);
+    if (isReached) {
+        (m_can.*operation)(call.channel(ch));
+    }
+    return answer(isReached);
+}
+
 u32 VirtualAdapter::resetCan(u32 type, u8 dev, u8 ch)
 {
-    const Call call(*this, "VCI_ResetCAN", type, dev);
-    if (!call.reachesCan(ch)) {
-        return Refused;
-    }
-    m_can.stop(call.channel(ch));
-    return AdapterSuccess;
+    return doOnCan("VCI_ResetCAN", type, dev, ch, &CanNetwork::stop);
 }
 
 u32 VirtualAdapter::clearBuffer(u32 type, u8 dev, u8 ch)
 {
-    const Call call(*this, "VCI_ClearBuffer", type, dev);
-    if (!call.reachesCan(ch)) {
-        return Refused;
-    }
-    m_can.clear(call.channel(ch));
-    return AdapterSuccess;
+    return doOnCan("VCI_ClearBuffer", type, dev, ch, &CanNetwork::clear);
 }
 
 template<class Record>

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
+#include <string_view>
 #include <vector>
 
 namespace va {
@@ -70,6 +71,7 @@ private:
         std::array<u32, ChannelsPerDevice> receiveCalls{};
     };
 
+    u32 doOnCan(std::string_view entry, u32 type, u8 dev, u8 ch, void (CanNetwork::*operation)(ChannelNumber));
     void closeVanished(std::uint64_t nowNs);
     void shutDevice(std::size_t dev, std::uint64_t nowNs);
 
