@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <thread>
 
 namespace va {
 
@@ -24,8 +26,15 @@ public:
 class SteadyClock final : public AdapterClock
 {
 public:
-    std::uint64_t nowNs() override;
-    void sleepMs(std::uint32_t milliseconds) override;
+    std::uint64_t nowNs() override
+    {
+        const auto sinceStart = std::chrono::steady_clock::now().time_since_epoch();
+        return static_cast<std::uint64_t>(std::chrono::nanoseconds(sinceStart).count());
+    }
+    void sleepMs(std::uint32_t milliseconds) override
+    {
+        std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+    }
 };
 
 } // namespace va

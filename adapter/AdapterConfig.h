@@ -2,12 +2,14 @@
 
 #include "adapter/CanFrame.h"
 #include "adapter/CyclicSchedule.h"
-#include "adapter/EntryPoints.h"
 #include "adapter/Payload.h"
+#include "device/AdapterRecords.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,8 +17,6 @@
 // What virtual-adapter.json says, checked and with every default filled in. docs/virtual-adapter.md describes the keys.
 
 namespace va {
-
-constexpr std::size_t ChannelsPerDevice = 2;
 
 /// A node that sends on its own.
 struct CyclicConfig
@@ -30,7 +30,7 @@ struct ReplyConfig
 {
     std::uint32_t requestId = 0;
     bool requestExtended = false;
-    std::uint64_t delayNs = 0;
+    std::uint64_t delayNs = 1000000;
 };
 
 /// One simulated node of a CAN bus; exactly one of cyclic and reply is set.
@@ -46,8 +46,8 @@ struct NodeConfig
 struct CanBusConfig
 {
     std::string name;
-    std::uint8_t timing0 = 0;
-    std::uint8_t timing1 = 0;
+    std::uint8_t timing0 = 0x00; ///< 500 kbit/s
+    std::uint8_t timing1 = 0x1C;
     std::uint8_t dataRate = 0; ///< data-rate index 0..15; 0 carries classic frames only
     std::vector<NodeConfig> nodes;
 };
@@ -108,6 +108,9 @@ struct LinFaults
     std::vector<std::uint8_t> modeRefused;
 };
 
+/// By the exported name of the entry point.
+using CallDelays = std::map<std::string, std::uint32_t, std::less<>>;
+
 struct DeviceFaults
 {
     bool openRefused = false;
@@ -115,7 +118,7 @@ struct DeviceFaults
     bool gatewayRefused = false;
     std::optional<std::uint64_t> vanishAfterNs; ///< counted from the first successful open
     std::optional<std::uint64_t> returnAfterNs; ///< counted from the vanishing
-    std::array<std::uint32_t, EntryCount> callDelayMs{};
+    CallDelays callDelayMs;
 };
 
 /// A CAN or LIN channel and the bus it sits on; without a bus it is connected to nothing.
@@ -133,10 +136,10 @@ struct LinChannelConfig
 
 struct DeviceConfig
 {
-    std::string serial;
+    std::string serial = "X9-000001";
     std::string model;
-    std::string firmware;
-    std::string hardware;
+    std::string firmware = "V2.05";
+    std::string hardware = "V1.00";
     bool gatewayOn = false; ///< the gateway switches itself on whenever both CAN channels have started
     std::array<CanChannelConfig, ChannelsPerDevice> can;
     std::array<LinChannelConfig, ChannelsPerDevice> lin;

@@ -2,10 +2,12 @@
 
 #include "adapter/BuiltInConfig.h"
 #include "adapter/BusTiming.h"
-#include "adapter/ConfigSection.h"
-#include "adapter/JsonTree.h"
+#include "adapter/ConfigValue.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <utility>
 
 namespace va {
 
@@ -16,378 +18,416 @@ constexpr std::uint64_t NsPerMs = 1000000;
 constexpr std::uint64_t HourUs = 3600000000;
 constexpr std::uint64_t HourMs = 3600000;
 constexpr std::uint64_t DayMs = 86400000;
+constexpr std::uint64_t MinuteUs = 60000000;
 constexpr std::uint64_t MinuteMs = 60000;
 constexpr Range BusNameLength{1, 32};
 constexpr Range InfoTextLength{0, 79};
 constexpr Range Count{0, 0xFFFFFFFF};
+constexpr Range Byte{0, 0xFF};
+
+// What a row reads beside plain members. Only rows further up have been read then.
 
 template<class Bus>
-std::optional<std::size_t> busNamed(const std::vector<Bus> &buses, const ConfigSection &section)
+auto findBus(const std::vector<Bus> &buses, const std::string &name)
 {
-    if (!section.has("bus")) {
-        return std::nullopt;
-    }
-    const std::string name = section.text("bus", BusNameLength);
-    const auto found = std::find_if(buses.begin(), buses.end(), [&name](const Bus &bus) { return bus.name == name; });
-    if (found == buses.end()) {
-        section.fail("bus", "no bus of this name");
-    }
-    return static_cast<std::size_t>(found - buses.begin());
+    return std::find_if(buses.begin(), buses.end(), [&name](const Bus &bus) { return bus.name == name; });
 }
 
 template<class Bus>
-std::string newBusName(const std::vector<Bus> &buses, const ConfigSection &section)
+auto busInto(std::optional<std::size_t> &index, const std::vector<Bus> &buses)
 {
-    std::string name = section.text("name", BusNameLength);
-    if (std::any_of(buses.begin(), buses.end(), [&name](const Bus &bus) { return bus.name == name; })) {
-        section.fail("name", "another bus has this name");
-    }
-    return name;
+    return [&](const ConfigValue &value) {
+        const auto found = findBus(buses, value.text(BusNameLength));
+        value.failIf(found == buses.end(), "no bus of this name");
+        index = static_cast<std::size_t>(found - buses.begin());
+    };
 }
 
-void refuseUnless(const ConfigSection &section, bool allowed, std::initializer_list<const char *> keys,
-                  const char *problem)
+template<class Bus>
+auto newNameInto(std::string &name, const std::vector<Bus> &buses)
 {
-    for (const char *key : keys) {
-        if (!allowed && section.has(key)) {
-            section.fail(key, problem);
-        }
-    }
+    return [&](const ConfigValue &value) {
+        name = value.text(BusNameLength);
+        value.failIf(findBus(buses, name) != buses.end(), "another bus has this name");
+    };
 }
 
-void readFrame(const ConfigSection &section, std::uint8_t busDataRate, CanFrame &frame)
+auto bitrateInto(CanBusConfig &bus)
 {
-    frame.extended = section.flag("extended", false);
-    frame.id = static_cast<std::uint32_t>(section.integer("id", {0, frame.extended ? MaxExtendedId : MaxStandardId}));
-    frame.format = static_cast<FrameFormat>(section.choice("format", {"classic", "fd", "fd-brs"}, 0));
-    if (frame.isFd() && busDataRate == 0) {
-        section.fail("format", "a bus with data_rate 0 carries classic frames only");
-    }
-    frame.remote = section.flag("remote", false);
-    if (frame.remote && frame.isFd()) {
-        section.fail("remote", "FD frames are always data frames");
-    }
+    return [&bus](const ConfigValue &value) {
+        const std::string name = value.text(BusNameLength);
+        const auto *found =
+            std::find_if(BusTimings.begin(), BusTimings.end(), [&name](const BusTiming &t) { return t.name == name; });
+        value.failIf(found == BusTimings.end(), "must be 1000k, 800k, 500k, 250k, 125k, 100k, 50k, 25k, 10k or 5k");
+        bus.timing0 = found->timing0;
+        bus.timing1 = found->timing1;
+    };
 }
 
-void readPayload(const ConfigSection &section, NodeConfig &node)
+auto identifierInto(std::uint32_t &id, const bool &isExtended)
 {
-    CanFrame &frame = node.frame;
-    const std::uint64_t maxLength = frame.isFd() ? MaxFdLength : MaxClassicLength;
-    const std::size_t fallback = section.has("data") ? 2 : 0;
-    const std::size_t payload = section.choice("payload", {"counting", "random", "constant"}, fallback);
-    constexpr std::array<PayloadKind, 3> kinds = {PayloadKind::Counting, PayloadKind::Random, PayloadKind::Constant};
-    node.payload = kinds[payload];
-    refuseUnless(section, !frame.remote, {"payload", "data", "seed"}, "a remote frame carries no data");
-    refuseUnless(section, node.payload == PayloadKind::Constant, {"data"}, "belongs to the payload \"constant\"");
-    refuseUnless(section, node.payload == PayloadKind::Random, {"seed"}, "belongs to the payload \"random\"");
-    node.seed = static_cast<std::uint32_t>(section.integer("seed", Count, 1));
-    frame.length = static_cast<std::uint8_t>(section.integer("length", {0, maxLength}, MaxClassicLength));
-    if (!section.has("data")) {
-        return;
-    }
-    const Range size = section.has("length") ? Range{frame.length, frame.length} : Range{0, maxLength};
-    const std::vector<std::uint8_t> data = section.bytes("data", size);
-    frame.length = static_cast<std::uint8_t>(data.size());
-    std::copy(data.begin(), data.end(), frame.data.begin());
+    return [&](const ConfigValue &value) {
+        into(id, {0, isExtended ? MaxExtendedId : MaxStandardId})(value);
+    };
 }
 
-Period readPeriod(const ConfigSection &section)
+auto lengthInto(CanFrame &frame)
 {
-    if (section.has("rate_hz")) {
-        return Period::perSecond(section.integer("rate_hz", {1, 1000000}));
-    }
-    return Period::everyUs(section.integer("period_us", {1, HourUs}));
+    return [&frame](const ConfigValue &value) {
+        into(frame.length, {0, frame.maxLength()})(value);
+    };
 }
 
-void readOccasion(const ConfigSection &section, NodeConfig &node)
+/// As many bytes as the length says, if that is given.
+auto dataInto(CanFrame &frame, bool hasLength)
 {
-    const bool isReply = section.has("request_id");
-    if (section.has("period_us") && section.has("rate_hz")) {
-        section.fail("rate_hz", "give either period_us or rate_hz");
-    }
-    refuseUnless(section, !isReply, {"period_us", "rate_hz", "phase_us"}, "a node either sends cyclically or replies");
-    refuseUnless(section, isReply, {"request_extended", "delay_us"}, "belongs to a node with request_id");
-    if (isReply) {
-        ReplyConfig reply;
-        reply.requestExtended = section.flag("request_extended", false);
-        const std::uint64_t maxId = reply.requestExtended ? MaxExtendedId : MaxStandardId;
-        reply.requestId = static_cast<std::uint32_t>(section.integer("request_id", {0, maxId}));
-        reply.delayNs = section.integer("delay_us", {0, MinuteMs * 1000}, 1000) * NsPerUs;
-        node.reply = reply;
-        return;
-    }
-    CyclicConfig cyclic;
-    cyclic.period = readPeriod(section);
-    cyclic.phaseNs = section.integer("phase_us", {0, HourUs}, 0) * NsPerUs;
-    node.cyclic = cyclic;
+    return [&frame, hasLength](const ConfigValue &value) {
+        const Range size = hasLength ? Range{frame.length, frame.length} : Range{0, frame.maxLength()};
+        const std::vector<std::uint8_t> bytes = value.bytes(size);
+        frame.length = static_cast<std::uint8_t>(bytes.size());
+        std::copy(bytes.begin(), bytes.end(), frame.data.begin());
+    };
 }
 
-NodeConfig readNode(const JsonValue &value, const std::string &path, std::uint8_t busDataRate)
+auto periodInto(Period &period, Range range, Period (*make)(std::uint64_t))
 {
-    const ConfigSection section(value, path,
-                                {"id", "extended", "remote", "format", "length", "payload", "data", "seed", "period_us",
-                                 "rate_hz", "phase_us", "request_id", "request_extended", "delay_us"});
+    return [&period, range, make](const ConfigValue &value) {
+        period = make(value.integer(range));
+    };
+}
+
+auto linDataInto(LinData &data)
+{
+    return [&data](const ConfigValue &value) {
+        const std::vector<std::uint8_t> bytes = value.bytes({1, 8});
+        std::copy(bytes.begin(), bytes.end(), data.bytes.begin());
+        data.size = static_cast<std::uint8_t>(bytes.size());
+    };
+}
+
+/// The identifier, and the checksum that is usual with it: the diagnostic identifiers always carry the classic one in
+/// LIN 2.x.
+template<class Frame>
+auto idInto(Frame &frame)
+{
+    return [&frame](const ConfigValue &value) {
+        frame.id = static_cast<std::uint8_t>(value.integer({0, 0x3F}));
+        frame.checksum = frame.id == 0x3C || frame.id == 0x3D ? LinChecksum::Classic : LinChecksum::Enhanced;
+    };
+}
+
+auto checksumInto(LinChecksum &checksum)
+{
+    return choiceInto(checksum, {"classic", "enhanced"});
+}
+
+NodeConfig readNode(const ConfigValue &value, std::uint8_t busDataRate)
+{
     NodeConfig node;
-    readFrame(section, busDataRate, node.frame);
-    readPayload(section, node);
-    readOccasion(section, node);
+    CyclicConfig cyclic;
+    ReplyConfig reply;
+    CanFrame &frame = node.frame;
+    frame.length = MaxClassicLength;
+    const bool isReply = value.has("request_id");
+    node.payload = value.has("data") ? PayloadKind::Constant : PayloadKind::Counting;
+    const auto failIfRemote = failIf([&] { return frame.remote; }, "a remote frame carries no data");
+    const auto failIfReply = failIf([&] { return isReply; }, "a node either sends cyclically or replies");
+    const auto failUnlessReply = failIf([&] { return !isReply; }, "belongs to a node with request_id");
+    value.read({
+        {"extended", into(frame.extended)},
+        {"id", identifierInto(frame.id, frame.extended), Required},
+        {"format", choiceInto(frame.format, {"classic", "fd", "fd-brs"})},
+        {"format", failIf([&] { return frame.isFd() && busDataRate == 0; },
+                          "a bus with data_rate 0 carries classic frames only")},
+        {"remote", into(frame.remote)},
+        {"remote", failIf([&] { return frame.remote && frame.isFd(); }, "FD frames are always data frames")},
+        {"payload", choiceInto(node.payload, {"counting", "random", "constant"})},
+        {"payload", failIfRemote},
+        {"data", failIfRemote},
+        {"seed", failIfRemote},
+        {"data", failIf([&] { return node.payload != PayloadKind::Constant; }, R"(belongs to the payload "constant")")},
+        {"seed", failIf([&] { return node.payload != PayloadKind::Random; }, R"(belongs to the payload "random")")},
+        {"seed", into(node.seed, Count)},
+        {"length", lengthInto(frame)},
+        {"data", dataInto(frame, value.has("length"))},
+        {"rate_hz", failIf([&] { return value.has("period_us"); }, "give either period_us or rate_hz")},
+        {"period_us", failIfReply},
+        {"rate_hz", failIfReply},
+        {"phase_us", failIfReply},
+        {"request_extended", failUnlessReply},
+        {"delay_us", failUnlessReply},
+        {"request_extended", into(reply.requestExtended)},
+        {"request_id", identifierInto(reply.requestId, reply.requestExtended)},
+        {"delay_us", into(reply.delayNs, {0, MinuteUs}, NsPerUs)},
+        {"rate_hz", periodInto(cyclic.period, {1, 1000000}, Period::perSecond)},
+        {"period_us", periodInto(cyclic.period, {1, HourUs}, Period::everyUs), !isReply && !value.has("rate_hz")},
+        {"phase_us", into(cyclic.phaseNs, {0, HourUs}, NsPerUs)},
+    });
+    if (isReply) {
+        node.reply = reply;
+    } else {
+        node.cyclic = cyclic;
+    }
     return node;
 }
 
-void readTiming(const ConfigSection &section, CanBusConfig &bus)
+CanBusConfig readBus(const ConfigValue &value, const AdapterConfig &config)
 {
-    if (section.has("timing0") || section.has("timing1")) {
-        refuseUnless(section, false, {"bitrate"}, "give either bitrate or timing0 and timing1");
-        bus.timing0 = static_cast<std::uint8_t>(section.integer("timing0", {0, 0xFF}));
-        bus.timing1 = static_cast<std::uint8_t>(section.integer("timing1", {0, 0xFF}));
-        return;
-    }
-    const std::string name = section.text("bitrate", BusNameLength, "500k");
-    const auto *found =
-        std::find_if(BusTimings.begin(), BusTimings.end(), [&name](const BusTiming &t) { return t.name == name; });
-    if (found == BusTimings.end()) {
-        section.fail("bitrate", "must be 1000k, 800k, 500k, 250k, 125k, 100k, 50k, 25k, 10k or 5k");
-    }
-    bus.timing0 = found->timing0;
-    bus.timing1 = found->timing1;
-}
-
-CanBusConfig readBus(const JsonValue &value, const std::string &path, const AdapterConfig &config)
-{
-    const ConfigSection section(value, path, {"name", "bitrate", "timing0", "timing1", "data_rate", "nodes"});
     CanBusConfig bus;
-    bus.name = newBusName(config.buses, section);
-    readTiming(section, bus);
-    bus.dataRate = static_cast<std::uint8_t>(section.integer("data_rate", {0, 15}, 0));
-    for (const auto &[node, nodePath] : section.items("nodes", {0, 1024})) {
-        bus.nodes.push_back(readNode(*node, nodePath, bus.dataRate));
-    }
+    const bool hasTiming = value.has("timing0") || value.has("timing1");
+    const auto readItem = [&](const ConfigValue &node) {
+        return readNode(node, bus.dataRate);
+    };
+    value.read({
+        {"name", newNameInto(bus.name, config.buses), Required},
+        {"bitrate", failIf([&] { return hasTiming; }, "give either bitrate or timing0 and timing1")},
+        {"bitrate", bitrateInto(bus)},
+        {"timing0", into(bus.timing0, Byte), hasTiming},
+        {"timing1", into(bus.timing1, Byte), hasTiming},
+        {"data_rate", into(bus.dataRate, {0, 15})},
+        {"nodes", itemsInto(bus.nodes, {0, 1024}, readItem)},
+    });
     return bus;
 }
 
-LinData readLinData(const ConfigSection &section)
+LinSlaveConfig readSlave(const ConfigValue &value, const LinBusConfig &bus)
 {
-    LinData data;
-    data.counting = section.flag("counting", false);
-    const std::vector<std::uint8_t> bytes = section.bytes("data", {1, 8});
-    std::copy(bytes.begin(), bytes.end(), data.bytes.begin());
-    data.size = static_cast<std::uint8_t>(bytes.size());
-    return data;
-}
-
-/// The diagnostic identifiers always carry the classic checksum in LIN 2.x.
-LinChecksum readChecksum(const ConfigSection &section, std::uint8_t id)
-{
-    const bool isDiagnostic = id == 0x3C || id == 0x3D;
-    const std::size_t chosen = section.choice("checksum", {"classic", "enhanced"}, isDiagnostic ? 0 : 1);
-    return chosen == 0 ? LinChecksum::Classic : LinChecksum::Enhanced;
-}
-
-LinSlaveConfig readSlave(const JsonValue &value, const std::string &path, const LinBusConfig &bus)
-{
-    const ConfigSection section(value, path, {"id", "data", "counting", "checksum", "wrong_checksum", "present"});
     LinSlaveConfig slave;
-    slave.id = static_cast<std::uint8_t>(section.integer("id", {0, 0x3F}));
-    const auto isSame = [&slave](const LinSlaveConfig &other) {
+    const auto isSame = [&](const LinSlaveConfig &other) {
         return other.id == slave.id;
     };
-    if (std::any_of(bus.slaves.begin(), bus.slaves.end(), isSame)) {
-        section.fail("id", "another slave answers this identifier");
-    }
-    slave.data = readLinData(section);
-    slave.checksum = readChecksum(section, slave.id);
-    slave.wrongChecksum = section.flag("wrong_checksum", false);
-    slave.present = section.flag("present", true);
+    const auto isTaken = [&] {
+        return std::any_of(bus.slaves.begin(), bus.slaves.end(), isSame);
+    };
+    value.read({
+        {"id", idInto(slave), Required},
+        {"id", failIf(isTaken, "another slave answers this identifier")},
+        {"counting", into(slave.data.counting)},
+        {"data", linDataInto(slave.data), Required},
+        {"checksum", checksumInto(slave.checksum)},
+        {"wrong_checksum", into(slave.wrongChecksum)},
+        {"present", into(slave.present)},
+    });
     return slave;
 }
 
-LinTrafficConfig readTraffic(const JsonValue &value, const std::string &path)
+LinTrafficConfig readTraffic(const ConfigValue &value)
 {
-    const ConfigSection section(value, path, {"id", "period_ms", "data", "counting", "checksum", "wrong_parity"});
     LinTrafficConfig traffic;
-    traffic.id = static_cast<std::uint8_t>(section.integer("id", {0, 0x3F}));
-    traffic.period = Period::everyUs(section.integer("period_ms", {1, HourMs}) * 1000);
-    refuseUnless(section, section.has("data"), {"counting", "checksum"}, "belongs to a frame with data");
-    if (section.has("data")) {
-        traffic.data = readLinData(section);
+    LinData data;
+    const bool hasData = value.has("data");
+    const auto failWithoutData = failIf([&] { return !hasData; }, "belongs to a frame with data");
+    value.read({
+        {"id", idInto(traffic), Required},
+        {"period_ms", periodInto(traffic.period, {1, HourMs}, Period::everyMs), Required},
+        {"counting", failWithoutData},
+        {"checksum", failWithoutData},
+        {"counting", into(data.counting)},
+        {"data", linDataInto(data)},
+        {"checksum", checksumInto(traffic.checksum)},
+        {"wrong_parity", into(traffic.wrongParity)},
+    });
+    if (hasData) {
+        traffic.data = data;
     }
-    traffic.checksum = readChecksum(section, traffic.id);
-    traffic.wrongParity = section.flag("wrong_parity", false);
     return traffic;
 }
 
-LinBusConfig readLinBus(const JsonValue &value, const std::string &path, const AdapterConfig &config)
+LinBusConfig readLinBus(const ConfigValue &value, const AdapterConfig &config)
 {
-    const ConfigSection section(value, path, {"name", "baud_rate", "slaves", "traffic"});
     LinBusConfig bus;
-    bus.name = newBusName(config.linBuses, section);
-    bus.baudRate = static_cast<std::uint16_t>(section.integer("baud_rate", {1, 0xFFFF}, 19200));
-    for (const auto &[slave, slavePath] : section.items("slaves", {0, 64})) {
-        bus.slaves.push_back(readSlave(*slave, slavePath, bus));
-    }
-    for (const auto &[traffic, trafficPath] : section.items("traffic", {0, 64})) {
-        bus.traffic.push_back(readTraffic(*traffic, trafficPath));
-    }
+    value.read({
+        {"name", newNameInto(bus.name, config.linBuses), Required},
+        {"baud_rate", into(bus.baudRate, {1, 0xFFFF})},
+        {"slaves", itemsInto(bus.slaves, {0, 64}, [&](const ConfigValue &slave) { return readSlave(slave, bus); })},
+        {"traffic", itemsInto(bus.traffic, {0, 64}, readTraffic)},
+    });
     return bus;
 }
 
-CanFaults readCanFaults(const ConfigSection &parent)
+void readFaults(const ConfigValue &value, CanFaults &faults)
 {
-    CanFaults faults;
-    if (parent.has("faults")) {
-        const ConfigSection section(parent.value("faults"), parent.pathOf("faults"),
-                                    {"init_refused", "start_refused", "receive_error_every", "transmit_accept"});
-        faults.initRefused = section.flag("init_refused", false);
-        faults.startRefused = section.flag("start_refused", false);
-        faults.receiveErrorEvery = static_cast<std::uint32_t>(section.integer("receive_error_every", Count, 0));
-        if (section.has("transmit_accept")) {
-            faults.transmitAccept = static_cast<std::uint32_t>(section.integer("transmit_accept", Count));
-        }
-    }
-    return faults;
+    value.read({
+        {"init_refused", into(faults.initRefused)},
+        {"start_refused", into(faults.startRefused)},
+        {"receive_error_every", into(faults.receiveErrorEvery, Count)},
+        {"transmit_accept", into(faults.transmitAccept, Count)},
+    });
 }
 
-LinFaults readLinFaults(const ConfigSection &parent)
+void readFaults(const ConfigValue &value, LinFaults &faults)
 {
-    LinFaults faults;
-    if (parent.has("faults")) {
-        const ConfigSection section(
-            parent.value("faults"), parent.pathOf("faults"),
-            {"open_refused", "close_refused", "mode_refused", "transmit_refused", "receive_refused"});
-        faults.openRefused = section.flag("open_refused", false);
-        faults.closeRefused = section.flag("close_refused", false);
-        faults.transmitRefused = section.flag("transmit_refused", false);
-        faults.receiveRefused = section.flag("receive_refused", false);
-        for (const std::uint64_t mode : section.integers("mode_refused", {0, 256}, {0, 0xFF})) {
-            faults.modeRefused.push_back(static_cast<std::uint8_t>(mode));
-        }
-    }
-    return faults;
+    const auto readMode = [](const ConfigValue &mode) {
+        return static_cast<std::uint8_t>(mode.integer(Byte));
+    };
+    value.read({
+        {"open_refused", into(faults.openRefused)},
+        {"close_refused", into(faults.closeRefused)},
+        {"transmit_refused", into(faults.transmitRefused)},
+        {"receive_refused", into(faults.receiveRefused)},
+        {"mode_refused", itemsInto(faults.modeRefused, {0, 256}, readMode)},
+    });
 }
 
-void readCallDelay(const ConfigSection &faults, DeviceFaults &result)
+/// One delay for all entry points, or each with its own.
+void readCallDelay(const ConfigValue &value, DeviceFaults &faults)
 {
-    if (!faults.has("call_delay_ms")) {
+    constexpr std::array<const char *, 23> entries = {
+        "VCI_OpenDevice",
+        "VCI_CloseDevice",
+        "VCI_InitCAN",
+        "VCI_StartCAN",
+        "VCI_ResetCAN",
+        "VCI_GetReceiveNum",
+        "VCI_ClearBuffer",
+        "VCI_Transmit",
+        "VCI_Receive",
+        "KQ_ReadInfo",
+        "KQ_OpenCANGateWay",
+        "KQ_SetCANGateWayIDFilter",
+        "KQ_GetCANGateWayIDFilter",
+        "KQ_OpenLIN",
+        "KQ_CloseLIN",
+        "KQ_TransmitLIN",
+        "KQ_ReceiveLIN",
+        "KQ_ChangeLINMode",
+        "KQ_TransmitLINBySlave",
+        "KQ_ReceiveLINBySlave",
+        "KQ_GetReceiveNumCANFD",
+        "KQ_TransmitCANFD",
+        "KQ_ReceiveCANFD",
+    };
+    std::vector<ConfigKey> keys;
+    keys.reserve(entries.size());
+    for (const char *entry : entries) {
+        keys.push_back({entry, into(faults.callDelayMs[entry], {0, MinuteMs})});
+    }
+    if (value.isObject()) {
+        value.read(keys);
         return;
     }
-    if (!std::holds_alternative<JsonValue::Object>(faults.value("call_delay_ms").value)) {
-        result.callDelayMs.fill(static_cast<std::uint32_t>(faults.integer("call_delay_ms", {0, MinuteMs})));
-        return;
-    }
-    const ConfigSection section(faults.value("call_delay_ms"), faults.pathOf("call_delay_ms"),
-                                {"VCI_OpenDevice",
-                                 "VCI_CloseDevice",
-                                 "VCI_InitCAN",
-                                 "VCI_StartCAN",
-                                 "VCI_ResetCAN",
-                                 "VCI_GetReceiveNum",
-                                 "VCI_ClearBuffer",
-                                 "VCI_Transmit",
-                                 "VCI_Receive",
-                                 "KQ_ReadInfo",
-                                 "KQ_OpenCANGateWay",
-                                 "KQ_SetCANGateWayIDFilter",
-                                 "KQ_GetCANGateWayIDFilter",
-                                 "KQ_OpenLIN",
-                                 "KQ_CloseLIN",
-                                 "KQ_TransmitLIN",
-                                 "KQ_ReceiveLIN",
-                                 "KQ_ChangeLINMode",
-                                 "KQ_TransmitLINBySlave",
-                                 "KQ_ReceiveLINBySlave",
-                                 "KQ_GetReceiveNumCANFD",
-                                 "KQ_TransmitCANFD",
-                                 "KQ_ReceiveCANFD"});
-    for (std::size_t i = 0; i < EntryCount; ++i) {
-        const std::string name(EntryNames[i]);
-        result.callDelayMs[i] = static_cast<std::uint32_t>(section.integer(name.c_str(), {0, MinuteMs}, 0));
+    for (const ConfigKey &key : keys) {
+        key.read(value);
     }
 }
 
-DeviceFaults readDeviceFaults(const ConfigSection &parent)
+void readFaults(const ConfigValue &value, DeviceFaults &faults)
 {
-    DeviceFaults faults;
-    if (!parent.has("faults")) {
-        return faults;
-    }
-    const ConfigSection section(
-        parent.value("faults"), parent.pathOf("faults"),
-        {"open_refused", "info_refused", "gateway_refused", "vanish_after_ms", "return_after_ms", "call_delay_ms"});
-    faults.openRefused = section.flag("open_refused", false);
-    faults.infoRefused = section.flag("info_refused", false);
-    faults.gatewayRefused = section.flag("gateway_refused", false);
-    refuseUnless(section, section.has("vanish_after_ms"), {"return_after_ms"}, "needs vanish_after_ms");
-    if (section.has("vanish_after_ms")) {
-        faults.vanishAfterNs = section.integer("vanish_after_ms", {0, DayMs}) * NsPerMs;
-    }
-    if (section.has("return_after_ms")) {
-        faults.returnAfterNs = section.integer("return_after_ms", {0, DayMs}) * NsPerMs;
-    }
-    readCallDelay(section, faults);
-    return faults;
+    value.read({
+        {"open_refused", into(faults.openRefused)},
+        {"info_refused", into(faults.infoRefused)},
+        {"gateway_refused", into(faults.gatewayRefused)},
+        {"vanish_after_ms", into(faults.vanishAfterNs, {0, DayMs}, NsPerMs)},
+        {"return_after_ms", failIf([&] { return !faults.vanishAfterNs; }, "needs vanish_after_ms")},
+        {"return_after_ms", into(faults.returnAfterNs, {0, DayMs}, NsPerMs)},
+        {"call_delay_ms",
+         [&](const ConfigValue &delay) {
+             readCallDelay(delay, faults);
+         }},
+    });
 }
 
-void readChannels(const ConfigSection &section, const AdapterConfig &config, DeviceConfig &device)
+template<class Faults>
+auto faultsInto(Faults &faults)
 {
-    std::size_t index = 0;
-    for (const auto &[channel, path] : section.items("can", {0, ChannelsPerDevice})) {
-        const ConfigSection channelSection(*channel, path, {"bus", "faults"});
-        device.can[index++] = {busNamed(config.buses, channelSection), readCanFaults(channelSection)};
-    }
-    index = 0;
-    for (const auto &[channel, path] : section.items("lin", {0, ChannelsPerDevice})) {
-        const ConfigSection channelSection(*channel, path, {"bus", "faults"});
-        device.lin[index++] = {busNamed(config.linBuses, channelSection), readLinFaults(channelSection)};
-    }
+    return [&faults](const ConfigValue &value) {
+        readFaults(value, faults);
+    };
 }
 
-DeviceConfig readDevice(const JsonValue &value, const std::string &path, const AdapterConfig &config)
+/// The channels of one kind, CAN or LIN, on the buses of that kind.
+template<class Channel, class Bus>
+auto channelsInto(std::array<Channel, ChannelsPerDevice> &channels, const std::vector<Bus> &buses)
 {
-    const ConfigSection section(value, path,
-                                {"serial", "model", "firmware", "hardware", "gateway_on", "can", "lin", "faults"});
+    return [&](const ConfigValue &value) {
+        auto *channel = channels.data();
+        for (const ConfigValue &item : value.items({0, ChannelsPerDevice})) {
+            item.read({{"bus", busInto(channel->bus, buses)}, {"faults", faultsInto(channel->faults)}});
+            ++channel;
+        }
+    };
+}
+
+DeviceConfig readDevice(const ConfigValue &value, const AdapterConfig &config)
+{
     DeviceConfig device;
-    device.serial = section.text("serial", InfoTextLength, "X9-000001");
-    device.model = section.text("model", InfoTextLength);
-    device.firmware = section.text("firmware", InfoTextLength, "V2.05");
-    device.hardware = section.text("hardware", InfoTextLength, "V1.00");
-    device.gatewayOn = section.flag("gateway_on", false);
-    readChannels(section, config, device);
-    device.faults = readDeviceFaults(section);
+    value.read({
+        {"serial", into(device.serial, InfoTextLength)},
+        {"model", into(device.model, InfoTextLength), Required},
+        {"firmware", into(device.firmware, InfoTextLength)},
+        {"hardware", into(device.hardware, InfoTextLength)},
+        {"gateway_on", into(device.gatewayOn)},
+        {"can", channelsInto(device.can, config.buses)},
+        {"lin", channelsInto(device.lin, config.linBuses)},
+        {"faults", faultsInto(device.faults)},
+    });
     return device;
 }
 
-AdapterConfig readAdapter(const JsonValue &root)
+AdapterConfig readAdapter(const ConfigValue &value)
 {
-    const ConfigSection section(root, {}, {"receive_buffer_frames", "buses", "lin_buses", "devices"});
     AdapterConfig config;
-    config.receiveBufferFrames =
-        static_cast<std::uint32_t>(section.integer("receive_buffer_frames", {1, 1000000}, config.receiveBufferFrames));
-    for (const auto &[bus, path] : section.items("buses", {0, 64})) {
-        config.buses.push_back(readBus(*bus, path, config));
-    }
-    for (const auto &[bus, path] : section.items("lin_buses", {0, 64})) {
-        config.linBuses.push_back(readLinBus(*bus, path, config));
-    }
-    section.value("devices");
-    for (const auto &[device, path] : section.items("devices", {0, 256})) {
-        config.devices.push_back(readDevice(*device, path, config));
-    }
+    value.read({
+        {"receive_buffer_frames", into(config.receiveBufferFrames, {1, 1000000})},
+        {"buses", itemsInto(config.buses, {0, 64}, [&](const ConfigValue &bus) { return readBus(bus, config); })},
+        {"lin_buses",
+         itemsInto(config.linBuses, {0, 64}, [&](const ConfigValue &bus) { return readLinBus(bus, config); })},
+        {"devices",
+         itemsInto(config.devices, {0, 256}, [&](const ConfigValue &device) { return readDevice(device, config); }),
+         Required},
+    });
     return config;
+}
+
+constexpr const char *Consequence = "; the built-in configuration is used";
+
+LoadedConfig refused(const std::string &path, const ConfigError &error)
+{
+    return {builtInConfig(), "virtual adapter: " + error.message(path) + Consequence};
+}
+
+/// Reads at most one byte more than allowed, so that a file that grows meanwhile is still found too large.
+bool readText(const std::string &path, std::string &text)
+{
+    std::ifstream file(path, std::ios::binary);
+    text.resize(MaxConfigFileSize + 1);
+    file.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<std::size_t>(file.gcount()));
+    return !file.bad() && (file.eof() || file.good());
 }
 
 } // namespace
 
 std::variant<AdapterConfig, ConfigError> readConfig(const std::string &text)
 {
-    std::variant<JsonValue, ConfigError> parsed = parseJson(text);
-    if (auto *error = std::get_if<ConfigError>(&parsed)) {
-        return std::move(*error);
-    }
     try {
-        return readAdapter(std::get<JsonValue>(parsed));
-    } catch (const ConfigFailure &failure) {
-        return failure.error;
+        const JsonValue root = parseJson(text);
+        return readAdapter(ConfigValue(root, {}));
+    } catch (const ConfigError &error) {
+        return error;
     }
+}
+
+LoadedConfig loadConfig(const std::string &path)
+{
+    std::error_code failure;
+    const std::filesystem::file_status status = std::filesystem::status(path, failure);
+    if (status.type() == std::filesystem::file_type::not_found) {
+        return {builtInConfig(), {}};
+    }
+    std::string text;
+    // Anything but a plain file (a pipe, a device) could block for ever.
+    if (!std::filesystem::is_regular_file(status) || !readText(path, text)) {
+        return refused(path, {1, {}, "cannot be read"});
+    }
+    if (text.size() > MaxConfigFileSize) {
+        return refused(path, {1, {}, "larger than " + std::to_string(MaxConfigFileSize) + " bytes"});
+    }
+    std::variant<AdapterConfig, ConfigError> result = readConfig(text);
+    if (const auto *error = std::get_if<ConfigError>(&result)) {
+        return refused(path, *error);
+    }
+    return {std::get<AdapterConfig>(std::move(result)), {}};
 }
 
 AdapterConfig builtInConfig()

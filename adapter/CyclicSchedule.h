@@ -11,6 +11,7 @@ struct Period
     std::uint64_t denominator = 1;          ///< 1 to 1,000,000
 
     static Period everyUs(std::uint64_t microseconds) { return {microseconds * 1000U, 1}; }
+    static Period everyMs(std::uint64_t milliseconds) { return everyUs(milliseconds * 1000U); }
     static Period perSecond(std::uint64_t frames) { return {1000000000U, frames}; }
 };
 

@@ -11,24 +11,14 @@ constexpr std::size_t BlockSize = std::size_t{64} * 1024;
 /// Empty blocks kept for the next frames: enough for the default limit of 8-byte frames.
 constexpr std::size_t MaxSpareBlocks = 64;
 
-constexpr std::uint8_t FlagExtended = 0x01;
-constexpr std::uint8_t FlagRemote = 0x02;
-constexpr unsigned FormatShift = 2;
+/// A stored frame is its head, its time and its data bytes.
+constexpr std::size_t TimeAt = sizeof(FrameHead);
+constexpr std::size_t DataAt = TimeAt + sizeof(std::uint32_t);
+static_assert(DataAt == 12);
 
-struct Header
+std::size_t storedSize(const FrameHead &frame)
 {
-    std::uint32_t id;
-    std::uint32_t timeMs;
-    std::uint8_t flags;
-    std::uint8_t length;
-    std::uint8_t dataSize;
-    std::uint8_t unused;
-};
-static_assert(sizeof(Header) == 12);
-
-std::size_t storedSize(std::uint8_t dataSize)
-{
-    return sizeof(Header) + ((dataSize + std::size_t{3}) & ~std::size_t{3});
+    return DataAt + ((frame.dataSize() + std::size_t{3}) & ~std::size_t{3});
 }
 
 } // namespace
@@ -50,19 +40,16 @@ FrameQueue::FrameQueue(FrameQueue &&) noexcept = default;
 
 void FrameQueue::push(const CanFrame &frame, std::uint32_t timeMs)
 {
-    const std::uint8_t dataSize = frame.dataSize();
-    const std::size_t size = storedSize(dataSize);
+    const std::size_t size = storedSize(frame);
     if (m_blocks.empty() || BlockSize - m_blocks.back()->used < size) {
         appendBlock();
     }
     Block &block = *m_blocks.back();
     std::uint8_t *place = block.bytes.data() + block.used;
-    const auto flags =
-        static_cast<std::uint8_t>((frame.extended ? FlagExtended : 0U) | (frame.remote ? FlagRemote : 0U) |
-                                  (static_cast<unsigned>(frame.format) << FormatShift));
-    const Header header{frame.id, timeMs, flags, frame.length, dataSize, 0};
-    std::memcpy(place, &header, sizeof header);
-    std::memcpy(place + sizeof header, frame.data.data(), dataSize);
+    const FrameHead &head = frame;
+    std::memcpy(place, &head, sizeof head);
+    std::memcpy(place + TimeAt, &timeMs, sizeof timeMs);
+    std::memcpy(place + DataAt, frame.data.data(), frame.dataSize());
     block.used += size;
     ++m_size;
 }
@@ -70,25 +57,17 @@ void FrameQueue::push(const CanFrame &frame, std::uint32_t timeMs)
 WaitingFrame FrameQueue::front() const
 {
     const std::uint8_t *place = m_blocks.front()->bytes.data() + m_readAt;
-    Header header;
-    std::memcpy(&header, place, sizeof header);
     WaitingFrame frame;
-    frame.id = header.id;
-    frame.timeMs = header.timeMs;
-    frame.extended = (header.flags & FlagExtended) != 0;
-    frame.remote = (header.flags & FlagRemote) != 0;
-    frame.format = static_cast<FrameFormat>(header.flags >> FormatShift);
-    frame.length = header.length;
-    frame.dataSize = header.dataSize;
-    frame.data = place + sizeof header;
+    FrameHead &head = frame;
+    std::memcpy(&head, place, sizeof head);
+    std::memcpy(&frame.timeMs, place + TimeAt, sizeof frame.timeMs);
+    frame.data = place + DataAt;
     return frame;
 }
 
 void FrameQueue::pop()
 {
-    Header header;
-    std::memcpy(&header, m_blocks.front()->bytes.data() + m_readAt, sizeof header);
-    m_readAt += storedSize(header.dataSize);
+    m_readAt += storedSize(front());
     --m_size;
     if (m_readAt == m_blocks.front()->used) {
         retireFrontBlock();

@@ -11,15 +11,9 @@
 namespace va {
 
 /// A received frame as it waits in a queue; valid until the queue is changed.
-struct WaitingFrame
+struct WaitingFrame : FrameHead
 {
-    std::uint32_t id = 0;
     std::uint32_t timeMs = 0; ///< since the channel was started
-    bool extended = false;
-    bool remote = false;
-    FrameFormat format = FrameFormat::Classic;
-    std::uint8_t length = 0;
-    std::uint8_t dataSize = 0; ///< bytes at data
     const std::uint8_t *data = nullptr;
 };
 

@@ -16,8 +16,7 @@ bool readCommon(const Record &record, CanFrame &frame)
     frame.remote = record.RemoteFlag == 1;
     frame.extended = record.ExternFlag == 1;
     frame.length = record.DataLen;
-    const std::uint8_t maxLength = frame.isFd() ? MaxFdLength : MaxClassicLength;
-    if (frame.id > (frame.extended ? MaxExtendedId : MaxStandardId) || frame.length > maxLength ||
+    if (frame.id > (frame.extended ? MaxExtendedId : MaxStandardId) || frame.length > frame.maxLength() ||
         (frame.isFd() && frame.remote)) {
         return false;
     }
@@ -34,7 +33,7 @@ void writeCommon(const WaitingFrame &frame, Record &record)
     record.RemoteFlag = frame.remote ? 1 : 0;
     record.ExternFlag = frame.extended ? 1 : 0;
     record.DataLen = frame.length;
-    std::memcpy(record.Data, frame.data, frame.dataSize);
+    std::memcpy(record.Data, frame.data, frame.dataSize());
 }
 
 } // namespace

@@ -109,7 +109,7 @@ bool LinNetwork::hasListener(const Bus &bus) const
 {
     return std::any_of(bus.channels.begin(), bus.channels.end(), [this](std::size_t number) {
         const Channel &channel = m_channels[number];
-        return channel.isMonitoring() && channel.waiting.size() < MaxWaitingFrames;
+        return channel.isMonitoring() && channel.hasRoom();
     });
 }
 
@@ -132,13 +132,8 @@ void LinNetwork::pass(Bus &bus, Traffic &traffic, std::uint64_t nowNs)
 {
     const std::uint64_t passed = traffic.schedule.skipTo(nowNs);
     std::optional<Slave> &slave = bus.slaves[traffic.config.id];
-    const bool answered = !traffic.config.data && slave && slave->config.present;
-    if (answered) {
+    if (!traffic.config.data && slave && slave->config.present) {
         slave->answers += passed;
-    }
-    for (const std::size_t number : bus.channels) {
-        Channel &channel = m_channels[number];
-        channel.overflow += channel.isMonitoring() && (answered || traffic.config.data) ? passed : 0U;
     }
 }
 
@@ -146,13 +141,8 @@ void LinNetwork::show(const Bus &bus, const VCI_LIN_OBJ &frame, std::size_t send
 {
     for (const std::size_t number : bus.channels) {
         Channel &channel = m_channels[number];
-        if (number == sender || !channel.isMonitoring()) {
-            continue;
-        }
-        if (channel.waiting.size() < MaxWaitingFrames) {
+        if (number != sender && channel.isMonitoring() && channel.hasRoom()) {
             channel.waiting.push_back(frame);
-        } else {
-            ++channel.overflow;
         }
     }
 }
@@ -167,7 +157,6 @@ bool LinNetwork::open(std::size_t channel, std::uint16_t baudRate, std::uint8_t 
     opened.baudRate = baudRate;
     opened.enhanced = checksum == 1;
     opened.mode = LinModeMaster;
-    opened.overflow = 0;
     return true;
 }
 
@@ -189,7 +178,6 @@ bool LinNetwork::changeMode(std::size_t channel, std::uint8_t mode)
     }
     changed.mode = mode;
     changed.waiting.clear();
-    changed.overflow = 0;
     return true;
 }
 

@@ -32,7 +32,6 @@ public:
     /// Computes what happened on the channel's bus up to nowNs. To be called before every other operation.
     void catchUp(std::size_t channel, std::uint64_t nowNs);
 
-    bool isOpen(std::size_t channel) const { return m_channels[channel].isOpen; }
     /// Opens as master. False when it is open, or when the checksum type is neither 0 nor 1.
     bool open(std::size_t channel, std::uint16_t baudRate, std::uint8_t checksum);
     /// False when it is not open.
@@ -48,8 +47,6 @@ public:
     /// Sets what the slave of this identifier answers from now on; the slave is added if there is none. False for an
     /// impossible frame, and when the channel does not run at the bus's baud rate.
     bool setSlaveData(std::size_t channel, const VCI_LIN_OBJ &frame);
-    /// Frames lost to a full buffer since monitoring began.
-    std::uint64_t overflow(std::size_t channel) const { return m_channels[channel].overflow; }
 
 private:
     struct Slave
@@ -77,17 +74,17 @@ private:
         bool enhanced = false;
         std::uint8_t mode = LinModeMaster;
         std::deque<VCI_LIN_OBJ> waiting;
-        std::uint64_t overflow = 0;
 
         bool isMaster() const { return isOpen && mode != LinModeMonitor; }
         bool hearsBus() const { return isOpen && bus != nullptr && bus->baudRate == baudRate; }
         bool isMonitoring() const { return hearsBus() && mode == LinModeMonitor; }
+        bool hasRoom() const { return waiting.size() < MaxWaitingFrames; }
     };
 
     bool hasListener(const Bus &bus) const;
     void show(const Bus &bus, const VCI_LIN_OBJ &frame, std::size_t sender);
     void run(Bus &bus, Traffic &traffic);
-    void pass(Bus &bus, Traffic &traffic, std::uint64_t nowNs);
+    static void pass(Bus &bus, Traffic &traffic, std::uint64_t nowNs);
 
     std::vector<Bus> m_buses;
     std::vector<Channel> m_channels;

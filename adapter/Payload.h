@@ -6,9 +6,9 @@
 namespace va {
 
 enum class PayloadKind {
-    Constant, ///< the configured bytes
     Counting, ///< bytes 0..7: the node's frame number, little-endian; byte i from 8 on: (frame number + i) mod 256
     Random,   ///< bytes computed from the seed and the frame number
+    Constant, ///< the configured bytes
 };
 
 /// Writes the counting payload of frame number `index` into the first `length` bytes.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 
@@ -11,11 +12,16 @@ namespace va {
 
 namespace {
 
-constexpr std::uint32_t Refused = 0;
-/// More frames in one transmit call than any caller means are refused.
-constexpr std::uint32_t MaxTransmitCount = 1000000;
+using AdapterEntry::u32;
 
-constexpr std::uint32_t answer(bool done)
+constexpr u32 Refused = 0;
+/// More frames in one transmit call than any caller means are refused.
+constexpr u32 MaxTransmitCount = 1000000;
+
+template<class Record>
+constexpr bool isFd = std::is_same_v<Record, VCI_CANFD_OBJ>;
+
+constexpr u32 answer(bool done)
 {
     return done ? AdapterSuccess : Refused;
 }
@@ -28,23 +34,22 @@ void copyInfo(char *buffer, const std::string &text)
 
 } // namespace
 
-/// One call of an entry point: waits out a configured delay, then holds the lock until the call is done.
+/// One call of the entry point of this name: waits out a configured delay, then holds the lock until the call is done.
 class VirtualAdapter::Call
 {
 public:
-    Call(VirtualAdapter &adapter, Entry entry, u32 type, u8 dev)
+    Call(VirtualAdapter &adapter, std::string_view entry, u32 type, u8 dev)
         : m_adapter(adapter)
         , m_dev(dev)
         , m_isKnown(type == AdapterDeviceType && dev < adapter.m_config.devices.size())
     {
-        const u32 delayMs = m_isKnown ? config().faults.callDelayMs[indexOf(entry)] : 0;
-        if (delayMs > 0) {
-            m_adapter.m_clock.sleepMs(delayMs);
+        if (m_isKnown) {
+            waitOut(config().faults.callDelayMs, entry);
         }
         m_lock = std::unique_lock<std::mutex>(m_adapter.m_mutex);
         m_nowNs = m_adapter.m_clock.nowNs();
         m_adapter.closeVanished(m_nowNs);
-        m_isAbsent = m_isKnown && m_adapter.isAbsent(m_dev, m_nowNs);
+        m_isAbsent = m_isKnown && device().goneNs <= m_nowNs && m_nowNs < device().backNs;
     }
 
     std::uint64_t nowNs() const { return m_nowNs; }
@@ -56,27 +61,29 @@ public:
     bool hasVanished() const { return m_isAbsent; }
     bool isOpen() const { return isPresent() && device().isOpen; }
 
-    /// The device is open and has this CAN channel; its bus is then up to date.
-    bool reachesCan(u8 ch) const
-    {
-        if (!isOpen() || ch >= ChannelsPerDevice) {
-            return false;
-        }
-        m_adapter.m_can.catchUp(channel(ch), m_nowNs);
-        return true;
-    }
-    /// The same for a LIN channel.
-    bool reachesLin(u8 ch) const
-    {
-        if (!isOpen() || ch >= ChannelsPerDevice) {
-            return false;
-        }
-        m_adapter.m_lin.catchUp(channel(ch), m_nowNs);
-        return true;
-    }
+    /// The device is open and has this channel; its bus is then up to date.
+    bool reachesCan(u8 ch) const { return reaches(m_adapter.m_can, ch); }
+    bool reachesLin(u8 ch) const { return reaches(m_adapter.m_lin, ch); }
     std::size_t channel(u8 ch) const { return m_dev * ChannelsPerDevice + ch; }
 
 private:
+    void waitOut(const CallDelays &delays, std::string_view entry)
+    {
+        const auto delay = delays.find(entry);
+        if (delay != delays.end() && delay->second > 0) {
+            m_adapter.m_clock.sleepMs(delay->second);
+        }
+    }
+    template<class Network>
+    bool reaches(Network &network, u8 ch) const
+    {
+        if (!isOpen() || ch >= ChannelsPerDevice) {
+            return false;
+        }
+        network.catchUp(channel(ch), m_nowNs);
+        return true;
+    }
+
     VirtualAdapter &m_adapter;
     std::size_t m_dev;
     bool m_isKnown;
@@ -92,45 +99,16 @@ VirtualAdapter::VirtualAdapter(AdapterConfig config, AdapterClock &clock)
     , m_can(m_config, clock.nowNs())
     , m_lin(m_config, clock.nowNs())
 {
-    for (std::size_t dev = 0; dev < m_config.devices.size(); ++dev) {
-        if (m_config.devices[dev].faults.vanishAfterNs) {
-            m_vanishing.push_back(dev);
-        }
-    }
-}
-
-/// When the device vanishes; empty when it does not, or was never opened.
-std::optional<std::uint64_t> VirtualAdapter::vanishingNs(std::size_t dev) const
-{
-    const DeviceFaults &faults = m_config.devices[dev].faults;
-    const Device &device = m_devices[dev];
-    if (!faults.vanishAfterNs || !device.firstOpenNs) {
-        return std::nullopt;
-    }
-    return *device.firstOpenNs + *faults.vanishAfterNs;
-}
-
-bool VirtualAdapter::isAbsent(std::size_t dev, std::uint64_t nowNs) const
-{
-    const std::optional<std::uint64_t> goneNs = vanishingNs(dev);
-    const std::optional<std::uint64_t> &returnAfterNs = m_config.devices[dev].faults.returnAfterNs;
-    return goneNs && nowNs >= *goneNs && (!returnAfterNs || nowNs < *goneNs + *returnAfterNs);
 }
 
 /// Vanishing closes a device: it must be opened again when it has come back.
 void VirtualAdapter::closeVanished(std::uint64_t nowNs)
 {
-    const auto hasGone = [this, nowNs](std::size_t dev) {
-        const std::optional<std::uint64_t> goneNs = vanishingNs(dev);
-        return goneNs && nowNs >= *goneNs;
-    };
-    for (auto dev = m_vanishing.begin(); dev != m_vanishing.end();) {
-        if (!hasGone(*dev)) {
-            ++dev;
-            continue;
+    for (std::size_t dev = 0; dev < m_devices.size(); ++dev) {
+        if (m_devices[dev].goneNs <= nowNs && !m_devices[dev].hasVanished) {
+            m_devices[dev].hasVanished = true;
+            shutDevice(dev, nowNs);
         }
-        shutDevice(*dev, nowNs);
-        dev = m_vanishing.erase(dev);
     }
 }
 
@@ -144,23 +122,25 @@ void VirtualAdapter::shutDevice(std::size_t dev, std::uint64_t nowNs)
     m_devices[dev].isOpen = false;
 }
 
-VirtualAdapter::u32 VirtualAdapter::openDevice(u32 type, u8 dev)
+u32 VirtualAdapter::openDevice(u32 type, u8 dev)
 {
-    const Call call(*this, Entry::OpenDevice, type, dev);
+    const Call call(*this, "VCI_OpenDevice", type, dev);
     if (!call.isPresent() || call.isOpen() || call.config().faults.openRefused) {
         return Refused;
     }
     Device &device = call.device();
+    const DeviceFaults &faults = call.config().faults;
     device.isOpen = true;
-    if (!device.firstOpenNs) {
-        device.firstOpenNs = call.nowNs();
+    if (faults.vanishAfterNs && device.goneNs == Never) {
+        device.goneNs = call.nowNs() + *faults.vanishAfterNs;
+        device.backNs = faults.returnAfterNs ? device.goneNs + *faults.returnAfterNs : Never;
     }
     return AdapterSuccess;
 }
 
-VirtualAdapter::u32 VirtualAdapter::closeDevice(u32 type, u8 dev)
+u32 VirtualAdapter::closeDevice(u32 type, u8 dev)
 {
-    const Call call(*this, Entry::CloseDevice, type, dev);
+    const Call call(*this, "VCI_CloseDevice", type, dev);
     if (!call.isOpen()) {
         return Refused;
     }
@@ -168,10 +148,9 @@ VirtualAdapter::u32 VirtualAdapter::closeDevice(u32 type, u8 dev)
     return AdapterSuccess;
 }
 
-VirtualAdapter::u32 VirtualAdapter::readInfo(u32 type, u8 dev, char *serial, char *model, char *firmware,
-                                             char *hardware)
+u32 VirtualAdapter::readInfo(u32 type, u8 dev, char *serial, char *model, char *firmware, char *hardware)
 {
-    const Call call(*this, Entry::ReadInfo, type, dev);
+    const Call call(*this, "KQ_ReadInfo", type, dev);
     const bool hasBuffers = serial != nullptr && model != nullptr && firmware != nullptr && hardware != nullptr;
     if (!call.isOpen() || !hasBuffers || call.config().faults.infoRefused) {
         return Refused;
@@ -183,9 +162,9 @@ VirtualAdapter::u32 VirtualAdapter::readInfo(u32 type, u8 dev, char *serial, cha
     return AdapterSuccess;
 }
 
-VirtualAdapter::u32 VirtualAdapter::initCan(u32 type, u8 dev, u8 ch, const VCI_INIT_CONFIG *config)
+u32 VirtualAdapter::initCan(u32 type, u8 dev, u8 ch, const VCI_INIT_CONFIG *config)
 {
-    const Call call(*this, Entry::InitCAN, type, dev);
+    const Call call(*this, "VCI_InitCAN", type, dev);
     if (config == nullptr || !call.reachesCan(ch) || call.config().can[ch].faults.initRefused) {
         return Refused;
     }
@@ -197,9 +176,9 @@ VirtualAdapter::u32 VirtualAdapter::initCan(u32 type, u8 dev, u8 ch, const VCI_I
     return AdapterSuccess;
 }
 
-VirtualAdapter::u32 VirtualAdapter::startCan(u32 type, u8 dev, u8 ch)
+u32 VirtualAdapter::startCan(u32 type, u8 dev, u8 ch)
 {
-    const Call call(*this, Entry::StartCAN, type, dev);
+    const Call call(*this, "VCI_StartCAN", type, dev);
     if (!call.reachesCan(ch) || call.config().can[ch].faults.startRefused) {
         return Refused;
     }
@@ -208,57 +187,48 @@ VirtualAdapter::u32 VirtualAdapter::startCan(u32 type, u8 dev, u8 ch)
     return answer(m_can.start(call.channel(ch), call.nowNs()));
 }
 
-VirtualAdapter::u32 VirtualAdapter::resetCan(u32 type, u8 dev, u8 ch)
-{
-    const Call call(*this, Entry::ResetCAN, type, dev);
-    if (!call.reachesCan(ch)) {
-        return Refused;
-    }
-    m_can.stop(call.channel(ch));
-    return AdapterSuccess;
-}
-
-VirtualAdapter::u32 VirtualAdapter::clearBuffer(u32 type, u8 dev, u8 ch)
-{
-    const Call call(*this, Entry::ClearBuffer, type, dev);
-    if (!call.reachesCan(ch)) {
-        return Refused;
-    }
-    m_can.clear(call.channel(ch));
-    return AdapterSuccess;
-}
-
-VirtualAdapter::u32 VirtualAdapter::receiveCount(Entry entry, u32 type, u8 dev, u8 ch, bool fd)
+/// An operation that a reached channel never refuses.
+u32 VirtualAdapter::doOnCan(std::string_view entry, u32 type, u8 dev, u8 ch,
+                            void (CanNetwork::*operation)(ChannelNumber))
 {
     const Call call(*this, entry, type, dev);
+    const bool isReached = call.reachesCan(ch);
+    if (isReached) {
+        (m_can.*operation)(call.channel(ch));
+    }
+    return answer(isReached);
+}
+
+u32 VirtualAdapter::resetCan(u32 type, u8 dev, u8 ch)
+{
+    return doOnCan("VCI_ResetCAN", type, dev, ch, &CanNetwork::stop);
+}
+
+u32 VirtualAdapter::clearBuffer(u32 type, u8 dev, u8 ch)
+{
+    return doOnCan("VCI_ClearBuffer", type, dev, ch, &CanNetwork::clear);
+}
+
+template<class Record>
+u32 VirtualAdapter::receiveNum(u32 type, u8 dev, u8 ch)
+{
+    const Call call(*this, isFd<Record> ? "KQ_GetReceiveNumCANFD" : "VCI_GetReceiveNum", type, dev);
     if (!call.reachesCan(ch)) {
         return 0;
     }
     const CanChannel &channel = m_can.channel(call.channel(ch));
-    return channel.isFd() == fd ? static_cast<u32>(channel.queue().size()) : 0;
+    return channel.isFd() == isFd<Record> ? static_cast<u32>(channel.queue().size()) : 0;
 }
-
-VirtualAdapter::u32 VirtualAdapter::receiveNum(u32 type, u8 dev, u8 ch)
-{
-    return receiveCount(Entry::GetReceiveNum, type, dev, ch, false);
-}
-
-VirtualAdapter::u32 VirtualAdapter::receiveNumFd(u32 type, u8 dev, u8 ch)
-{
-    return receiveCount(Entry::GetReceiveNumCANFD, type, dev, ch, true);
-}
+template u32 VirtualAdapter::receiveNum<VCI_CAN_OBJ>(u32, u8, u8);
+template u32 VirtualAdapter::receiveNum<VCI_CANFD_OBJ>(u32, u8, u8);
 
 template<class Record>
-VirtualAdapter::u32 VirtualAdapter::transmitFrames(Entry entry, u32 type, u8 dev, u8 ch, const Record *frames,
-                                                   u32 count)
+u32 VirtualAdapter::transmit(u32 type, u8 dev, u8 ch, const Record *frames, u32 count)
 {
-    constexpr bool fd = std::is_same_v<Record, VCI_CANFD_OBJ>;
-    const Call call(*this, entry, type, dev);
-    if (frames == nullptr || count > MaxTransmitCount || !call.reachesCan(ch)) {
-        return 0;
-    }
+    const Call call(*this, isFd<Record> ? "KQ_TransmitCANFD" : "VCI_Transmit", type, dev);
     const ChannelNumber channel = call.channel(ch);
-    if (m_can.channel(channel).isFd() != fd) {
+    if (frames == nullptr || count > MaxTransmitCount || !call.reachesCan(ch) ||
+        m_can.channel(channel).isFd() != isFd<Record>) {
         return 0;
     }
     const u32 most = std::min(count, call.config().can[ch].faults.transmitAccept.value_or(count));
@@ -269,61 +239,43 @@ VirtualAdapter::u32 VirtualAdapter::transmitFrames(Entry entry, u32 type, u8 dev
     }
     return accepted;
 }
-
-VirtualAdapter::u32 VirtualAdapter::transmit(u32 type, u8 dev, u8 ch, const VCI_CAN_OBJ *frames, u32 count)
-{
-    return transmitFrames(Entry::Transmit, type, dev, ch, frames, count);
-}
-
-VirtualAdapter::u32 VirtualAdapter::transmitFd(u32 type, u8 dev, u8 ch, const VCI_CANFD_OBJ *frames, u32 count)
-{
-    return transmitFrames(Entry::TransmitCANFD, type, dev, ch, frames, count);
-}
+template u32 VirtualAdapter::transmit(u32, u8, u8, const VCI_CAN_OBJ *, u32);
+template u32 VirtualAdapter::transmit(u32, u8, u8, const VCI_CANFD_OBJ *, u32);
 
 template<class Record>
-VirtualAdapter::u32 VirtualAdapter::receiveFrames(Entry entry, u32 type, u8 dev, u8 ch, Record *frames, u32 capacity)
+u32 VirtualAdapter::receive(u32 type, u8 dev, u8 ch, Record *frames, u32 capacity)
 {
-    constexpr bool fd = std::is_same_v<Record, VCI_CANFD_OBJ>;
-    const Call call(*this, entry, type, dev);
+    const Call call(*this, isFd<Record> ? "KQ_ReceiveCANFD" : "VCI_Receive", type, dev);
     if (call.hasVanished() && ch < ChannelsPerDevice) {
         return AdapterReceiveError;
     }
-    if (frames == nullptr || !call.reachesCan(ch) || m_can.channel(call.channel(ch)).isFd() != fd) {
+    if (frames == nullptr || !call.reachesCan(ch) || m_can.channel(call.channel(ch)).isFd() != isFd<Record>) {
         return 0;
     }
     const u32 failEvery = call.config().can[ch].faults.receiveErrorEvery;
     if (failEvery != 0 && ++call.device().receiveCalls[ch] % failEvery == 0) {
         return AdapterReceiveError;
     }
-    Record *next = frames;
-    const auto write = [&next](const WaitingFrame &frame) {
-        writeRecord(frame, *next++);
+    const auto write = [&frames](const WaitingFrame &frame) {
+        writeRecord(frame, *frames++);
     };
     return static_cast<u32>(m_can.receive(call.channel(ch), capacity, write));
 }
+template u32 VirtualAdapter::receive(u32, u8, u8, VCI_CAN_OBJ *, u32);
+template u32 VirtualAdapter::receive(u32, u8, u8, VCI_CANFD_OBJ *, u32);
 
-VirtualAdapter::u32 VirtualAdapter::receive(u32 type, u8 dev, u8 ch, VCI_CAN_OBJ *frames, u32 capacity)
+u32 VirtualAdapter::overflowNum(u32 type, u8 dev, u8 ch)
 {
-    return receiveFrames(Entry::Receive, type, dev, ch, frames, capacity);
-}
-
-VirtualAdapter::u32 VirtualAdapter::receiveFd(u32 type, u8 dev, u8 ch, VCI_CANFD_OBJ *frames, u32 capacity)
-{
-    return receiveFrames(Entry::ReceiveCANFD, type, dev, ch, frames, capacity);
-}
-
-VirtualAdapter::u32 VirtualAdapter::overflowNum(u32 type, u8 dev, u8 ch)
-{
-    const Call call(*this, Entry::GetReceiveNum, type, dev);
+    const Call call(*this, "VCI_GetReceiveNum", type, dev);
     if (!call.reachesCan(ch)) {
         return 0;
     }
     return static_cast<u32>(std::min<std::uint64_t>(m_can.channel(call.channel(ch)).overflow(), 0xFFFFFFFFU));
 }
 
-VirtualAdapter::u32 VirtualAdapter::switchGateway(u32 type, u8 dev, u8 operation, u32 *state)
+u32 VirtualAdapter::switchGateway(u32 type, u8 dev, u8 operation, u32 *state)
 {
-    const Call call(*this, Entry::OpenCANGateWay, type, dev);
+    const Call call(*this, "KQ_OpenCANGateWay", type, dev);
     const bool isKnown =
         operation == AdapterGatewayOff || operation == AdapterGatewayOn || operation == AdapterGatewayQuery;
     if (state == nullptr || !isKnown || !call.isOpen() || call.config().faults.gatewayRefused) {
@@ -337,9 +289,9 @@ VirtualAdapter::u32 VirtualAdapter::switchGateway(u32 type, u8 dev, u8 operation
     return AdapterSuccess;
 }
 
-VirtualAdapter::u32 VirtualAdapter::setGatewayFilter(u32 type, u8 dev, u8 ch, const u32 *ids, u32 count)
+u32 VirtualAdapter::setGatewayFilter(u32 type, u8 dev, u8 ch, const u32 *ids, u32 count)
 {
-    const Call call(*this, Entry::SetCANGateWayIDFilter, type, dev);
+    const Call call(*this, "KQ_SetCANGateWayIDFilter", type, dev);
     if ((ids == nullptr && count > 0) || count > AdapterGatewayMaxIds || !call.reachesCan(ch) ||
         call.config().faults.gatewayRefused) {
         return Refused;
@@ -348,9 +300,9 @@ VirtualAdapter::u32 VirtualAdapter::setGatewayFilter(u32 type, u8 dev, u8 ch, co
     return AdapterSuccess;
 }
 
-VirtualAdapter::u32 VirtualAdapter::gatewayFilter(u32 type, u8 dev, u8 ch, u32 *ids, u32 *count)
+u32 VirtualAdapter::gatewayFilter(u32 type, u8 dev, u8 ch, u32 *ids, u32 *count)
 {
-    const Call call(*this, Entry::GetCANGateWayIDFilter, type, dev);
+    const Call call(*this, "KQ_GetCANGateWayIDFilter", type, dev);
     if (ids == nullptr || count == nullptr || !call.reachesCan(ch) || call.config().faults.gatewayRefused) {
         return Refused;
     }
@@ -360,27 +312,22 @@ VirtualAdapter::u32 VirtualAdapter::gatewayFilter(u32 type, u8 dev, u8 ch, u32 *
     return AdapterSuccess;
 }
 
-VirtualAdapter::u32 VirtualAdapter::openLin(u32 type, u8 dev, u8 ch, u16 baudRate, u8 checksum)
+u32 VirtualAdapter::openLin(u32 type, u8 dev, u8 ch, u16 baudRate, u8 checksum)
 {
-    const Call call(*this, Entry::OpenLIN, type, dev);
-    if (!call.reachesLin(ch) || call.config().lin[ch].faults.openRefused) {
-        return Refused;
-    }
-    return answer(m_lin.open(call.channel(ch), baudRate, checksum));
+    const Call call(*this, "KQ_OpenLIN", type, dev);
+    return answer(call.reachesLin(ch) && !call.config().lin[ch].faults.openRefused &&
+                  m_lin.open(call.channel(ch), baudRate, checksum));
 }
 
-VirtualAdapter::u32 VirtualAdapter::closeLin(u32 type, u8 dev, u8 ch)
+u32 VirtualAdapter::closeLin(u32 type, u8 dev, u8 ch)
 {
-    const Call call(*this, Entry::CloseLIN, type, dev);
-    if (!call.reachesLin(ch) || call.config().lin[ch].faults.closeRefused) {
-        return Refused;
-    }
-    return answer(m_lin.close(call.channel(ch)));
+    const Call call(*this, "KQ_CloseLIN", type, dev);
+    return answer(call.reachesLin(ch) && !call.config().lin[ch].faults.closeRefused && m_lin.close(call.channel(ch)));
 }
 
-VirtualAdapter::u32 VirtualAdapter::changeLinMode(u32 type, u8 dev, u8 ch, u8 mode)
+u32 VirtualAdapter::changeLinMode(u32 type, u8 dev, u8 ch, u8 mode)
 {
-    const Call call(*this, Entry::ChangeLINMode, type, dev);
+    const Call call(*this, "KQ_ChangeLINMode", type, dev);
     if (!call.reachesLin(ch)) {
         return Refused;
     }
@@ -389,40 +336,32 @@ VirtualAdapter::u32 VirtualAdapter::changeLinMode(u32 type, u8 dev, u8 ch, u8 mo
     return answer(isAllowed && m_lin.changeMode(call.channel(ch), mode));
 }
 
-VirtualAdapter::u32 VirtualAdapter::transmitLin(u32 type, u8 dev, u8 ch, const VCI_LIN_OBJ &frame)
+u32 VirtualAdapter::transmitLin(u32 type, u8 dev, u8 ch, const VCI_LIN_OBJ &frame)
 {
-    const Call call(*this, Entry::TransmitLIN, type, dev);
-    if (!call.reachesLin(ch) || call.config().lin[ch].faults.transmitRefused) {
-        return Refused;
-    }
-    return answer(m_lin.transmit(call.channel(ch), frame));
+    const Call call(*this, "KQ_TransmitLIN", type, dev);
+    return answer(call.reachesLin(ch) && !call.config().lin[ch].faults.transmitRefused &&
+                  m_lin.transmit(call.channel(ch), frame));
 }
 
-VirtualAdapter::u32 VirtualAdapter::receiveLin(u32 type, u8 dev, u8 ch, VCI_LIN_OBJ *frame)
+u32 VirtualAdapter::receiveLin(u32 type, u8 dev, u8 ch, VCI_LIN_OBJ *frame)
 {
-    const Call call(*this, Entry::ReceiveLIN, type, dev);
-    if (frame == nullptr || !call.reachesLin(ch) || call.config().lin[ch].faults.receiveRefused) {
-        return Refused;
-    }
-    return answer(m_lin.request(call.channel(ch), *frame));
+    const Call call(*this, "KQ_ReceiveLIN", type, dev);
+    return answer(frame != nullptr && call.reachesLin(ch) && !call.config().lin[ch].faults.receiveRefused &&
+                  m_lin.request(call.channel(ch), *frame));
 }
 
-VirtualAdapter::u32 VirtualAdapter::receiveLinBySlave(u32 type, u8 dev, u8 ch, VCI_LIN_OBJ *frame)
+u32 VirtualAdapter::receiveLinBySlave(u32 type, u8 dev, u8 ch, VCI_LIN_OBJ *frame)
 {
-    const Call call(*this, Entry::ReceiveLINBySlave, type, dev);
-    if (frame == nullptr || !call.reachesLin(ch) || call.config().lin[ch].faults.receiveRefused) {
-        return Refused;
-    }
-    return answer(m_lin.takeMonitored(call.channel(ch), *frame));
+    const Call call(*this, "KQ_ReceiveLINBySlave", type, dev);
+    return answer(frame != nullptr && call.reachesLin(ch) && !call.config().lin[ch].faults.receiveRefused &&
+                  m_lin.takeMonitored(call.channel(ch), *frame));
 }
 
-VirtualAdapter::u32 VirtualAdapter::transmitLinBySlave(u32 type, u8 dev, u8 ch, const VCI_LIN_OBJ &frame)
+u32 VirtualAdapter::transmitLinBySlave(u32 type, u8 dev, u8 ch, const VCI_LIN_OBJ &frame)
 {
-    const Call call(*this, Entry::TransmitLINBySlave, type, dev);
-    if (!call.reachesLin(ch) || call.config().lin[ch].faults.transmitRefused) {
-        return Refused;
-    }
-    return answer(m_lin.setSlaveData(call.channel(ch), frame));
+    const Call call(*this, "KQ_TransmitLINBySlave", type, dev);
+    return answer(call.reachesLin(ch) && !call.config().lin[ch].faults.transmitRefused &&
+                  m_lin.setSlaveData(call.channel(ch), frame));
 }
 
 } // namespace va

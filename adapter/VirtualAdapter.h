@@ -10,7 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
-#include <optional>
+#include <string_view>
 #include <vector>
 
 namespace va {
@@ -37,12 +37,13 @@ public:
     u32 startCan(u32 type, u8 dev, u8 ch);
     u32 resetCan(u32 type, u8 dev, u8 ch);
     u32 clearBuffer(u32 type, u8 dev, u8 ch);
+    // Of classic CAN with VCI_CAN_OBJ, of CAN FD with VCI_CANFD_OBJ.
+    template<class Record = VCI_CAN_OBJ>
     u32 receiveNum(u32 type, u8 dev, u8 ch);
-    u32 receiveNumFd(u32 type, u8 dev, u8 ch);
-    u32 transmit(u32 type, u8 dev, u8 ch, const VCI_CAN_OBJ *frames, u32 count);
-    u32 transmitFd(u32 type, u8 dev, u8 ch, const VCI_CANFD_OBJ *frames, u32 count);
-    u32 receive(u32 type, u8 dev, u8 ch, VCI_CAN_OBJ *frames, u32 capacity);
-    u32 receiveFd(u32 type, u8 dev, u8 ch, VCI_CANFD_OBJ *frames, u32 capacity);
+    template<class Record>
+    u32 transmit(u32 type, u8 dev, u8 ch, const Record *frames, u32 count);
+    template<class Record>
+    u32 receive(u32 type, u8 dev, u8 ch, Record *frames, u32 capacity);
     /// Frames that the channel lost to a full buffer since it was started, at most 0xFFFFFFFF.
     u32 overflowNum(u32 type, u8 dev, u8 ch);
 
@@ -60,28 +61,24 @@ public:
 
 private:
     class Call;
+    static constexpr std::uint64_t Never = UINT64_MAX;
     struct Device
     {
         bool isOpen = false;
-        std::optional<std::uint64_t> firstOpenNs; ///< the vanishing is counted from here
+        bool hasVanished = false;
+        std::uint64_t goneNs = Never; ///< when the device vanishes: known from its first opening on
+        std::uint64_t backNs = Never; ///< when it has come back
         std::array<u32, ChannelsPerDevice> receiveCalls{};
     };
 
-    std::optional<std::uint64_t> vanishingNs(std::size_t dev) const;
-    bool isAbsent(std::size_t dev, std::uint64_t nowNs) const;
+    u32 doOnCan(std::string_view entry, u32 type, u8 dev, u8 ch, void (CanNetwork::*operation)(ChannelNumber));
     void closeVanished(std::uint64_t nowNs);
     void shutDevice(std::size_t dev, std::uint64_t nowNs);
-    u32 receiveCount(Entry entry, u32 type, u8 dev, u8 ch, bool fd);
-    template<class Record>
-    u32 transmitFrames(Entry entry, u32 type, u8 dev, u8 ch, const Record *frames, u32 count);
-    template<class Record>
-    u32 receiveFrames(Entry entry, u32 type, u8 dev, u8 ch, Record *frames, u32 capacity);
 
     const AdapterConfig m_config;
     AdapterClock &m_clock;
     std::mutex m_mutex; ///< guards everything below
     std::vector<Device> m_devices;
-    std::vector<std::size_t> m_vanishing; ///< devices that will vanish and have not yet
     CanNetwork m_can;
     LinNetwork m_lin;
 };

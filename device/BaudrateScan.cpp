@@ -1,50 +1,28 @@
 #include "device/BaudrateScan.h"
 
-#include <utility>
-
-BaudrateScan::BaudrateScan(const ChannelFlags &inUse)
-    : m_inUse(inUse)
-{
-}
-
-bool BaudrateScan::isToBeTried(int channel) const
-{
-    const auto ch = static_cast<std::size_t>(channel);
-    return !m_inUse.at(ch) && !m_refused.at(ch) && !m_found.at(ch);
-}
+#include <array>
 
 BaudrateScan::Outcome BaudrateScan::endTick()
 {
-    if (m_found[0] && m_found[1]) {
+    if (m_found.all()) {
         return {takeReport(), true};
     }
-    if (++m_tick < TicksPerStep) {
-        return {};
+    Outcome outcome;
+    if ((m_tick + 1) % TicksPerStep == 0) {
+        outcome.report = takeReport();
+        m_refused.reset();
     }
-    const BaudrateScanReport report = takeReport();
-    return {report, !nextStep()};
+    outcome.isEnd = ++m_tick == StepCount * TicksPerStep;
+    return outcome;
 }
 
 BaudrateScanReport BaudrateScan::takeReport()
 {
-    std::array<quint8, ChannelCount> channels{};
+    std::array<quint8, ChannelsPerDevice> channels{};
     for (std::size_t ch = 0; ch < channels.size(); ++ch) {
-        channels[ch] = BaudrateScanReport::NotFound;
-        if (m_found[ch]) {
-            const bool wasReported = std::exchange(m_reported[ch], true);
-            channels[ch] = wasReported ? BaudrateScanReport::FoundBefore : BaudrateScanReport::FoundNow;
-        }
+        const auto found = m_reported[ch] ? BaudrateScanReport::FoundBefore : BaudrateScanReport::FoundNow;
+        channels[ch] = m_found[ch] ? found : BaudrateScanReport::NotFound;
     }
+    m_reported = m_found;
     return {channels[0], channels[1], index(), dataRate()};
-}
-
-bool BaudrateScan::nextStep()
-{
-    m_tick = 0;
-    m_refused = {};
-    if (++m_step == BitRateCount) {
-        m_step = 0;
-        ++m_dataRate;
-    }
-    return m_dataRate < DataRateCount;
 }

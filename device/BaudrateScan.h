@@ -1,8 +1,10 @@
 #pragma once
 
+#include "device/AdapterRecords.h"
+
 #include <QtGlobal>
 
-#include <array>
+#include <bitset>
 #include <optional>
 
 /// What a scan tells of one step.
@@ -29,13 +31,13 @@ struct BaudrateScanReport
 class BaudrateScan
 {
 public:
-    static constexpr int ChannelCount = 2;
+    static constexpr int ChannelCount = ChannelsPerDevice;
     static constexpr int TicksPerStep = 16;
     static constexpr int BitRateCount = 9;  ///< without "Custom" and 5k
     static constexpr int DataRateCount = 6; ///< 0 to 5
     static constexpr int StepCount = BitRateCount * DataRateCount;
 
-    using ChannelFlags = std::array<bool, ChannelCount>;
+    using ChannelFlags = std::bitset<ChannelsPerDevice>;
 
     struct Outcome
     {
@@ -43,36 +45,31 @@ public:
         bool isEnd = false;
     };
 
-    explicit BaudrateScan(const ChannelFlags &inUse);
-
     /// Bit rate of the current step, index 1 to 9 in canBaudrates().
-    quint8 index() const { return static_cast<quint8>(m_step + 1); }
+    quint8 index() const { return static_cast<quint8>(step() % BitRateCount + 1); }
     /// CAN FD data-rate index of the current step, 0 to 5.
-    quint8 dataRate() const { return static_cast<quint8>(m_dataRate); }
+    quint8 dataRate() const { return static_cast<quint8>(step() / BitRateCount); }
     /// Whether the channels have to be initialised for the step.
-    bool isFirstTick() const { return m_tick == 0; }
-    bool isToBeTried(int channel) const;
-    bool areAllInUse() const { return m_inUse[0] && m_inUse[1]; }
+    bool isFirstTick() const { return m_tick % TicksPerStep == 0; }
+    bool isToBeTried(quint8 channel) const { return !(m_inUse | m_refused | m_found)[channel]; }
+    bool areAllInUse() const { return m_inUse.all(); }
 
-    /// The channel is not tried any more.
-    void setInUse(int channel) { m_inUse.at(static_cast<std::size_t>(channel)) = true; }
+    /// These channels are not tried any more.
+    void setInUse(ChannelFlags channels) { m_inUse |= channels; }
     /// The adapter refused the step's settings: what the channel receives now says nothing about this step.
-    void setRefused(int channel) { m_refused.at(static_cast<std::size_t>(channel)) = true; }
-    void setFound(int channel) { m_found.at(static_cast<std::size_t>(channel)) = true; }
+    void setRefused(quint8 channel) { m_refused.set(channel); }
+    void setFound(quint8 channel) { m_found.set(channel); }
 
     /// Moves on to the next tick, and says what is to be reported before that. After the end there is no further tick.
     Outcome endTick();
 
 private:
+    int step() const { return m_tick / TicksPerStep; }
     BaudrateScanReport takeReport();
-    /// False past the last step.
-    bool nextStep();
 
     ChannelFlags m_inUse;
-    ChannelFlags m_refused{};
-    ChannelFlags m_found{};
-    ChannelFlags m_reported{};
-    int m_tick = 0;
-    int m_step = 0;
-    int m_dataRate = 0;
+    ChannelFlags m_refused;
+    ChannelFlags m_found;
+    ChannelFlags m_reported;
+    int m_tick = 0; ///< since the scan began
 };

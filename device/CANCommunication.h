@@ -13,10 +13,13 @@
 #include <QString>
 #include <QVector>
 
+#include <bitset>
 #include <chrono>
+#include <functional>
 #include <memory>
 
 class CANCommunicationPrivate;
+struct OpenDevice;
 
 /// A device that answered, with the channels it offers.
 struct DevicePresence
@@ -147,13 +150,15 @@ signals:
     /// The adapter reported an error instead of how many CAN frames wait, or instead of delivering them.
     void sig_readFailed(quint8 devInd, quint8 canInd);
 
-private slots:
-    void slot_scanTick();
-
 private:
+    /// Opens the device if need be, and a channel of it by open(); after a failure the device is closed again unless
+    /// another channel is open. isOpen: the device's flags of such channels.
+    CANError openOn(const ChannelParam &param, std::bitset<ChannelsPerDevice> OpenDevice::*isOpen,
+                    const std::function<CANError()> &open);
+    void connectReader(const OpenDevice &entry);
     CANError stopChannel(quint8 dev, quint8 ch);
     CANError answerToSending(quint8 dev, quint8 ch, quint32 accepted, quint32 count);
-    void tellDeviceLost(quint8 dev, quint32 opening);
+    void setGatewayOn(quint8 dev, bool isOn);
     /// Ends the scan without a word. False when there is none.
     bool endScan();
 

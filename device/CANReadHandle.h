@@ -2,20 +2,23 @@
 
 #include "device/AdapterRecords.h"
 #include "device/CANAPI.h"
+#include "device/DeviceWatch.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QVector>
 
+#include <array>
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <cstdint>
 #include <memory>
-
-class CANReadHandlePrivate;
+#include <mutex>
+#include <optional>
 
 /// Polls one open device for received frames and hands them over in batches; between two polls it may also ask a silent
-/// device whether it is still there. Lives on a thread of its own, on which readHandle() runs; the flags may be set
-/// from any thread.
+/// device whether it is still there. readHandle() runs on a thread of its own; the flags may be set from any thread.
 class CANReadHandle : public QObject
 {
     Q_OBJECT
@@ -29,7 +32,6 @@ public:
     static constexpr std::uint32_t MaxBatch = 1'000'000;
 
     explicit CANReadHandle(int periodMs = PollPeriodMs);
-    ~CANReadHandle() override;
 
     /// Clears all four channel flags, then lets the polling run or ends it. Ending wakes a loop that pauses; a loop
     /// inside an adapter call ends after that call, which waits for frames 3000 ms at most.
@@ -44,8 +46,8 @@ public:
     void watchDevice(std::shared_ptr<const std::atomic<bool>> isScanning, std::chrono::milliseconds silence);
     /// For the watch: a frame that is not received by the polls has come, or the device has told its texts to somebody
     /// else. From any thread.
-    void noteFrame();
-    void noteTexts();
+    void noteFrame() { m_hasOtherFrames = true; }
+    void noteTexts() { m_hasToldTexts = true; }
 
 public slots:
     /// The polling loop over device id; returns when setFlagRead(false) is called. api must outlive the loop. Channels
@@ -63,5 +65,25 @@ signals:
     void sig_readFailed(quint8 devInd, quint8 canInd);
 
 private:
-    std::unique_ptr<CANReadHandlePrivate> m_p;
+    using ChannelFlags = std::array<std::atomic<bool>, ChannelsPerDevice>;
+
+    /// Fetches what waits on one channel into frames; false when nothing does.
+    template<class Frame, class Receive>
+    bool read(quint8 id, quint8 channel, AdapterEntry::Channel waiting, Receive receive, QVector<Frame> &frames);
+    /// After each round of polls; asks the device if that is due. True once, when it is gone.
+    bool isLost(quint8 id, const CANAPI &api, bool hasFrames);
+    /// Sleeps one period, less when the polling is to end.
+    void pause();
+
+    const std::chrono::milliseconds m_period;
+    std::atomic<bool> m_flagRead{false};
+    ChannelFlags m_flagCAN{};
+    ChannelFlags m_flagCANFD{};
+    std::mutex m_mutex; ///< guards the writing of the flags; the loop reads them without it
+    std::condition_variable m_ended;
+    std::shared_ptr<const std::atomic<bool>> m_isScanning;
+    std::optional<DeviceWatch> m_watch; ///< only when the device is watched; of the loop's thread, as the clock
+    QElapsedTimer m_clock;
+    std::atomic<bool> m_hasOtherFrames{false};
+    std::atomic<bool> m_hasToldTexts{false};
 };

@@ -5,10 +5,10 @@
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <functional>
-#include <memory>
-
-class FirmwareMonitorPrivate;
+#include <mutex>
+#include <thread>
 
 /// The product code under which the firmware of a model is published; empty for a model that has none.
 QString firmwareProductCode(const QString &model);
@@ -43,10 +43,21 @@ public:
     /// it is in returns.
     void stop();
     /// False when there is no thread, after stop(), and from a newer firmware on.
-    bool isRunning() const;
-    /// Leaves out the checks while set. Off at first.
-    void setPaused(bool paused);
+    bool isRunning() const { return m_isRunning; }
 
 private:
-    std::unique_ptr<FirmwareMonitorPrivate> m_p;
+    /// What the thread does.
+    void run();
+    bool isNewerPublished() const;
+
+    const CANAPI &m_api;
+    const std::atomic<bool> &m_isScanning;
+    const FirmwareQuery m_query;
+    const NewerFirmware m_newerFirmware;
+    const std::chrono::milliseconds m_interval;
+    std::atomic<bool> m_isRunning{false};   ///< cleared by stop() and by the thread before it reports
+    std::atomic<bool> m_isCancelled{false}; ///< tells the query of stop()
+    std::mutex m_mutex;                     ///< guards the clearing of m_isRunning against a thread about to sleep
+    std::condition_variable m_stopped;
+    std::thread m_thread;
 };

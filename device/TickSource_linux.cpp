@@ -16,14 +16,6 @@
 namespace {
 constexpr qint64 NsPerMs = 1'000'000;
 constexpr qint64 NsPerSecond = 1'000'000'000;
-
-itimerspec onceAfter(qint64 ns)
-{
-    itimerspec times{};
-    times.it_value.tv_sec = ns / NsPerSecond;
-    times.it_value.tv_nsec = ns % NsPerSecond;
-    return times;
-}
 } // namespace
 
 struct TickSource::Private
@@ -50,7 +42,14 @@ struct TickSource::Private
             wake();
         }
     }
-    void set(const itimerspec &times) const { timerfd_settime(descriptor, 0, &times, nullptr); }
+    /// Fires once, so many nanoseconds from now; 0 stops it.
+    void set(qint64 ns) const
+    {
+        itimerspec times{};
+        times.it_value.tv_sec = ns / NsPerSecond;
+        times.it_value.tv_nsec = ns % NsPerSecond;
+        timerfd_settime(descriptor, 0, &times, nullptr);
+    }
 
     std::function<void()> wake;
     int descriptor;
@@ -76,12 +75,12 @@ TickSource::~TickSource() = default;
 
 void TickSource::wakeAfter(qint64 ns)
 {
-    const qint64 wait = std::max<qint64>(ns, 1); // 0 would stop the system's timer
+    const qint64 wait = std::max<qint64>(ns, 1);
     if (m_p->notifier == nullptr) {
         m_p->substitute.start(static_cast<int>((wait + NsPerMs - 1) / NsPerMs));
         return;
     }
-    m_p->set(onceAfter(wait));
+    m_p->set(wait);
     m_p->notifier->setEnabled(true);
 }
 
@@ -90,6 +89,6 @@ void TickSource::stop()
     m_p->substitute.stop();
     if (m_p->notifier != nullptr) {
         m_p->notifier->setEnabled(false);
-        m_p->set(itimerspec{});
+        m_p->set(0);
     }
 }

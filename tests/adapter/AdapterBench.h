@@ -81,13 +81,13 @@ public:
     }
     std::vector<VCI_CANFD_OBJ> receiveFd(u8 dev, u8 ch)
     {
-        std::vector<VCI_CANFD_OBJ> frames(m_adapter->receiveNumFd(Type, dev, ch));
-        const u32 count = m_adapter->receiveFd(Type, dev, ch, frames.data(), static_cast<u32>(frames.size()));
+        std::vector<VCI_CANFD_OBJ> frames(m_adapter->receiveNum<VCI_CANFD_OBJ>(Type, dev, ch));
+        const u32 count = m_adapter->receive(Type, dev, ch, frames.data(), static_cast<u32>(frames.size()));
         return count == frames.size() ? frames : std::vector<VCI_CANFD_OBJ>();
     }
     u32 waiting(u8 dev, u8 ch) { return m_adapter->receiveNum(Type, dev, ch); }
     u32 send(u8 dev, u8 ch, const VCI_CAN_OBJ &frame) { return m_adapter->transmit(Type, dev, ch, &frame, 1); }
-    u32 sendFd(u8 dev, u8 ch, const VCI_CANFD_OBJ &frame) { return m_adapter->transmitFd(Type, dev, ch, &frame, 1); }
+    u32 sendFd(u8 dev, u8 ch, const VCI_CANFD_OBJ &frame) { return m_adapter->transmit(Type, dev, ch, &frame, 1); }
 
     static va::AdapterConfig parsed(const QByteArray &text)
     {

@@ -1,4 +1,3 @@
-#include "adapter/ConfigFile.h"
 #include "adapter/ConfigReader.h"
 #include "tests/support/TestProgram.h"
 

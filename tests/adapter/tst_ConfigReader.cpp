@@ -407,13 +407,13 @@ void tst_ConfigReader::deviceValues()
     QVERIFY(first.faults.openRefused && first.faults.infoRefused && first.faults.gatewayRefused);
     QCOMPARE(first.faults.vanishAfterNs.value_or(0), std::uint64_t{5000000});
     QCOMPARE(first.faults.returnAfterNs.value_or(0), std::uint64_t{6000000});
-    QCOMPARE(first.faults.callDelayMs[va::indexOf(va::Entry::ReceiveCANFD)], 9U);
-    QCOMPARE(first.faults.callDelayMs[va::indexOf(va::Entry::Receive)], 0U);
+    QCOMPARE(first.faults.callDelayMs.at("KQ_ReceiveCANFD"), 9U);
+    QCOMPARE(first.faults.callDelayMs.at("VCI_Receive"), 0U);
     const va::DeviceConfig &second = config.devices.at(1);
     QVERIFY(!second.hasCanFd() && !second.gatewayOn);
     QCOMPARE(QByteArray::fromStdString(second.firmware), QByteArray("V2.05"));
     QVERIFY(std::all_of(second.faults.callDelayMs.begin(), second.faults.callDelayMs.end(),
-                        [](std::uint32_t delay) { return delay == 4; }));
+                        [](const auto &delay) { return delay.second == 4; }));
 }
 
 void tst_ConfigReader::builtInShowsEveryFeature()

@@ -37,7 +37,7 @@ void tst_FrameQueue::keepsEveryField()
     QVERIFY(got.extended && !got.remote);
     QCOMPARE(got.format, FrameFormat::FdBitRateSwitch);
     QCOMPARE(got.length, std::uint8_t{64});
-    QCOMPARE(got.dataSize, std::uint8_t{64});
+    QCOMPARE(got.dataSize(), std::uint8_t{64});
     QVERIFY(std::equal(frame.data.begin(), frame.data.end(), got.data));
 }
 
@@ -60,11 +60,11 @@ void tst_FrameQueue::keepsOrderOverManyBlocks()
             const va::WaitingFrame got = queue.front();
             QCOMPARE(got.id, popped);
             QCOMPARE(got.timeMs, popped * 3);
-            QCOMPARE(std::uint32_t{got.dataSize}, popped % 65);
+            QCOMPARE(std::uint32_t{got.dataSize()}, popped % 65);
             const auto isFilled = [popped](std::uint8_t byte) {
                 return byte == static_cast<std::uint8_t>(popped);
             };
-            QVERIFY(std::all_of(got.data, got.data + got.dataSize, isFilled));
+            QVERIFY(std::all_of(got.data, got.data + got.dataSize(), isFilled));
             queue.pop();
         }
     }
@@ -82,7 +82,7 @@ void tst_FrameQueue::remoteFramesKeepTheirLengthOnly()
     queue.push(frame, 1);
     QVERIFY(queue.front().remote);
     QCOMPARE(queue.front().length, std::uint8_t{5});
-    QCOMPARE(queue.front().dataSize, std::uint8_t{0});
+    QCOMPARE(queue.front().dataSize(), std::uint8_t{0});
 }
 
 void tst_FrameQueue::isFullAtItsLimit()

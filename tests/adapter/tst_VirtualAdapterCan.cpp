@@ -348,7 +348,7 @@ void tst_VirtualAdapterCan::wrongTimingSeesAndSendsNothing()
     QVERIFY(bench.start(0, 0, config)); // the adapter cannot know that the timing is wrong
     bench.clock().advanceMs(10);
     const std::uint32_t expected = matches ? 10 : 0;
-    QCOMPARE(dataRate == 0 ? bench.waiting(0, 0) : bench->receiveNumFd(Type, 0, 0), expected);
+    QCOMPARE(dataRate == 0 ? bench.waiting(0, 0) : bench->receiveNum<VCI_CANFD_OBJ>(Type, 0, 0), expected);
     const std::uint32_t sent = dataRate == 0 ? bench.send(0, 0, classicFrame(9)) : bench.sendFd(0, 0, fdFrame(9, 8, 0));
     QCOMPARE(sent, matches ? 1U : 0U);
 }
@@ -391,7 +391,7 @@ void tst_VirtualAdapterCan::fdOnlyBusIsSilentForClassicChannels()
     QVERIFY(bench.start(0, 1, AdapterBench::settings(4)));
     bench.clock().advanceMs(5);
     QCOMPARE(bench.waiting(0, 0), 0U);
-    QCOMPARE(bench->receiveNumFd(Type, 0, 1), 5U);
+    QCOMPARE(bench->receiveNum<VCI_CANFD_OBJ>(Type, 0, 1), 5U);
 }
 
 void tst_VirtualAdapterCan::classicModelRefusesFd()
@@ -407,16 +407,16 @@ void tst_VirtualAdapterCan::entriesOfTheOtherKindAnswerNothing()
     QVERIFY(bench.start(0, 0));
     QVERIFY(bench.start(0, 1, AdapterBench::settings(2)));
     bench.clock().advanceMs(5);
-    QCOMPARE(bench->receiveNumFd(Type, 0, 0), 0U);
+    QCOMPARE(bench->receiveNum<VCI_CANFD_OBJ>(Type, 0, 0), 0U);
     QCOMPARE(bench->receiveNum(Type, 0, 1), 0U);
     std::array<VCI_CAN_OBJ, 10> classic{};
     std::array<VCI_CANFD_OBJ, 10> fd{};
     QCOMPARE(bench->receive(Type, 0, 1, classic.data(), 10), 0U);
-    QCOMPARE(bench->receiveFd(Type, 0, 0, fd.data(), 10), 0U);
+    QCOMPARE(bench->receive(Type, 0, 0, fd.data(), 10), 0U);
     QCOMPARE(bench->transmit(Type, 0, 1, classic.data(), 1), 0U);
-    QCOMPARE(bench->transmitFd(Type, 0, 0, fd.data(), 1), 0U);
+    QCOMPARE(bench->transmit(Type, 0, 0, fd.data(), 1), 0U);
     QCOMPARE(bench->receive(Type, 0, 0, classic.data(), 10), 5U);
-    QCOMPARE(bench->receiveFd(Type, 0, 1, fd.data(), 10), 5U);
+    QCOMPARE(bench->receive(Type, 0, 1, fd.data(), 10), 5U);
 }
 
 void tst_VirtualAdapterCan::acceptanceFilterIsApplied()
@@ -448,7 +448,7 @@ void tst_VirtualAdapterCan::listenOnlySendsNothing()
     QCOMPARE(bench.sendFd(0, 1, fdFrame(5, 8, 1)), 0U);
     QCOMPARE(idsOf(bench.receive(1, 0)), std::vector<std::uint32_t>({1, 1}));
     QCOMPARE(bench.waiting(0, 0), 2U); // it does receive
-    QCOMPARE(bench->receiveNumFd(Type, 0, 1), 2U);
+    QCOMPARE(bench->receiveNum<VCI_CANFD_OBJ>(Type, 0, 1), 2U);
 }
 
 void tst_VirtualAdapterCan::sentFramesReachEveryOtherChannel()
@@ -769,10 +769,10 @@ void tst_VirtualAdapterCan::badArgumentsAreRefused()
     VCI_CANFD_OBJ fd = fdFrame(1, 8, 0);
     // null pointers
     QCOMPARE(bench->initCan(Type, 0, 0, nullptr), 0U);
-    QCOMPARE(bench->transmit(Type, 0, 0, nullptr, 1), 0U);
-    QCOMPARE(bench->transmitFd(Type, 0, 0, nullptr, 1), 0U);
-    QCOMPARE(bench->receive(Type, 0, 0, nullptr, 5), 0U);
-    QCOMPARE(bench->receiveFd(Type, 0, 0, nullptr, 5), 0U);
+    QCOMPARE(bench->transmit<VCI_CAN_OBJ>(Type, 0, 0, nullptr, 1), 0U);
+    QCOMPARE(bench->transmit<VCI_CANFD_OBJ>(Type, 0, 0, nullptr, 1), 0U);
+    QCOMPARE(bench->receive<VCI_CAN_OBJ>(Type, 0, 0, nullptr, 5), 0U);
+    QCOMPARE(bench->receive<VCI_CANFD_OBJ>(Type, 0, 0, nullptr, 5), 0U);
     // counts
     QCOMPARE(bench->transmit(Type, 0, 0, &frame, 0), 0U);
     QCOMPARE(bench->transmit(Type, 0, 0, &frame, 0xFFFFFFFFU), 0U);
@@ -787,11 +787,11 @@ void tst_VirtualAdapterCan::badArgumentsAreRefused()
         QCOMPARE(bench->resetCan(type, dev, ch), 0U);
         QCOMPARE(bench->clearBuffer(type, dev, ch), 0U);
         QCOMPARE(bench->receiveNum(type, dev, ch), 0U);
-        QCOMPARE(bench->receiveNumFd(type, dev, ch), 0U);
+        QCOMPARE(bench->receiveNum<VCI_CANFD_OBJ>(type, dev, ch), 0U);
         QCOMPARE(bench->transmit(type, dev, ch, &frame, 1), 0U);
-        QCOMPARE(bench->transmitFd(type, dev, ch, &fd, 1), 0U);
+        QCOMPARE(bench->transmit(type, dev, ch, &fd, 1), 0U);
         QCOMPARE(bench->receive(type, dev, ch, &frame, 1), 0U);
-        QCOMPARE(bench->receiveFd(type, dev, ch, &fd, 1), 0U);
+        QCOMPARE(bench->receive(type, dev, ch, &fd, 1), 0U);
         QCOMPARE(bench->overflowNum(type, dev, ch), 0U);
     }
     QCOMPARE(bench.waiting(0, 0), 5U);

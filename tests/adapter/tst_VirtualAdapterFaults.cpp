@@ -27,6 +27,38 @@ std::uint32_t readInfo(AdapterBench &bench, std::uint8_t dev)
     return bench->readInfo(Type, dev, info[0].data(), info[1].data(), info[2].data(), info[3].data());
 }
 
+void callEachOnce(AdapterBench &bench)
+{
+    VCI_INIT_CONFIG config{};
+    VCI_CAN_OBJ frame{};
+    VCI_CANFD_OBJ fd{};
+    VCI_LIN_OBJ lin{};
+    std::uint32_t word = 0;
+    bench->openDevice(Type, 0);
+    bench->initCan(Type, 0, 0, &config);
+    bench->startCan(Type, 0, 0);
+    bench->clearBuffer(Type, 0, 0);
+    bench->receiveNum<VCI_CAN_OBJ>(Type, 0, 0);
+    bench->receiveNum<VCI_CANFD_OBJ>(Type, 0, 0);
+    bench->transmit(Type, 0, 0, &frame, 1);
+    bench->transmit(Type, 0, 0, &fd, 1);
+    bench->receive(Type, 0, 0, &frame, 1);
+    bench->receive(Type, 0, 0, &fd, 1);
+    bench->resetCan(Type, 0, 0);
+    readInfo(bench, 0);
+    bench->switchGateway(Type, 0, AdapterGatewayQuery, &word);
+    bench->setGatewayFilter(Type, 0, 0, &word, 1);
+    bench->gatewayFilter(Type, 0, 0, &word, &word);
+    bench->openLin(Type, 0, 0, 19200, 0);
+    bench->changeLinMode(Type, 0, 0, 1);
+    bench->transmitLin(Type, 0, 0, lin);
+    bench->transmitLinBySlave(Type, 0, 0, lin);
+    bench->receiveLin(Type, 0, 0, &lin);
+    bench->receiveLinBySlave(Type, 0, 0, &lin);
+    bench->closeLin(Type, 0, 0);
+    bench->closeDevice(Type, 0);
+}
+
 } // namespace
 
 class tst_VirtualAdapterFaults : public QObject
@@ -43,6 +75,7 @@ private slots:
     static void transmitAcceptsSome();
     static void callsTakeTime();
     static void oneCallTakesTime();
+    static void everyCallCanTakeTime();
     static void vanishingIsCountedFromTheFirstOpen();
     static void vanishedDeviceFailsEveryCall();
     static void vanishedForGood();
@@ -110,8 +143,8 @@ void tst_VirtualAdapterFaults::receiveFailsNowAndThen()
     QVERIFY(bench.start(0, 0, AdapterBench::settings(2)));
     VCI_CANFD_OBJ fd{};
     bench.clock().advanceMs(3);
-    QCOMPARE(bench->receiveFd(Type, 0, 0, &fd, 1), 1U);
-    QCOMPARE(bench->receiveFd(Type, 0, 0, &fd, 1), AdapterReceiveError);
+    QCOMPARE(bench->receive(Type, 0, 0, &fd, 1), 1U);
+    QCOMPARE(bench->receive(Type, 0, 0, &fd, 1), AdapterReceiveError);
 }
 
 void tst_VirtualAdapterFaults::receiveFailsAlways()
@@ -163,8 +196,22 @@ void tst_VirtualAdapterFaults::oneCallTakesTime()
     QCOMPARE(bench->receive(Type, 0, 0, &frame, 1), 1U); // the frames of those 100 ms are there
     QCOMPARE(bench.clock().sleptMs(), std::uint64_t{100});
     VCI_CANFD_OBJ fd{};
-    bench->receiveFd(Type, 0, 0, &fd, 1);
+    bench->receive(Type, 0, 0, &fd, 1);
     QCOMPARE(bench.clock().sleptMs(), std::uint64_t{1100});
+}
+
+void tst_VirtualAdapterFaults::everyCallCanTakeTime()
+{
+    const QByteArray entries = "VCI_OpenDevice VCI_CloseDevice VCI_InitCAN VCI_StartCAN VCI_ResetCAN VCI_GetReceiveNum "
+                               "VCI_ClearBuffer VCI_Transmit VCI_Receive KQ_ReadInfo KQ_OpenCANGateWay "
+                               "KQ_SetCANGateWayIDFilter KQ_GetCANGateWayIDFilter KQ_OpenLIN KQ_CloseLIN "
+                               "KQ_TransmitLIN KQ_ReceiveLIN KQ_ChangeLINMode KQ_TransmitLINBySlave "
+                               "KQ_ReceiveLINBySlave KQ_GetReceiveNumCANFD KQ_TransmitCANFD KQ_ReceiveCANFD";
+    for (const QByteArray &slow : entries.split(' ')) {
+        AdapterBench bench(faulty("{'call_delay_ms': {'" + slow + "': 3}}"));
+        callEachOnce(bench);
+        QVERIFY2(bench.clock().sleptMs() == 3, slow.constData());
+    }
 }
 
 void tst_VirtualAdapterFaults::vanishingIsCountedFromTheFirstOpen()
@@ -195,11 +242,11 @@ void tst_VirtualAdapterFaults::vanishedDeviceFailsEveryCall()
     VCI_LIN_OBJ lin{};
     std::uint32_t state = 0;
     QCOMPARE(bench->receive(Type, 0, 0, &frame, 1), AdapterReceiveError);
-    QCOMPARE(bench->receiveFd(Type, 0, 1, &fd, 1), AdapterReceiveError);
+    QCOMPARE(bench->receive(Type, 0, 1, &fd, 1), AdapterReceiveError);
     QCOMPARE(bench->receiveNum(Type, 0, 0), 0U);
-    QCOMPARE(bench->receiveNumFd(Type, 0, 1), 0U);
+    QCOMPARE(bench->receiveNum<VCI_CANFD_OBJ>(Type, 0, 1), 0U);
     QCOMPARE(bench->transmit(Type, 0, 0, &frame, 1), 0U);
-    QCOMPARE(bench->transmitFd(Type, 0, 1, &fd, 1), 0U);
+    QCOMPARE(bench->transmit(Type, 0, 1, &fd, 1), 0U);
     QCOMPARE(bench->initCan(Type, 0, 0, &config), 0U);
     QCOMPARE(bench->startCan(Type, 0, 0), 0U);
     QCOMPARE(bench->resetCan(Type, 0, 0), 0U);

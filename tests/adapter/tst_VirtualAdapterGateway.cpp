@@ -263,7 +263,7 @@ void tst_VirtualAdapterGateway::fdFramesNeedAnFdChannelOnTheOtherSide()
     QCOMPARE(gateway(bench, 0, AdapterGatewayOn), 1U);
     bench.sendFd(1, 0, fdFrame(1, 32, 2));
     bench.sendFd(1, 0, fdFrame(2, 8, 0));
-    QCOMPARE(bench->receiveNumFd(Type, 0, 0), 2U);
+    QCOMPARE(bench->receiveNum<VCI_CANFD_OBJ>(Type, 0, 0), 2U);
     const std::vector<VCI_CANFD_OBJ> frames = bench.receiveFd(1, 1);
     QCOMPARE(frames.size(), std::size_t{1});
     QCOMPARE(frames[0].ID, 2U);

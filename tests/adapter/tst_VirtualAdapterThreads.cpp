@@ -92,16 +92,16 @@ std::uint32_t randomCall(va::VirtualAdapter &adapter, std::mt19937 &random)
     case 9:
         return adapter.clearBuffer(Type, dev, ch);
     case 10:
-        return adapter.receiveNum(Type, dev, ch) + adapter.receiveNumFd(Type, dev, ch);
+        return adapter.receiveNum(Type, dev, ch) + adapter.receiveNum<VCI_CANFD_OBJ>(Type, dev, ch);
     case 11:
         return adapter.transmit(Type, dev, ch, frames.data(), 1);
     case 12:
-        return adapter.transmitFd(Type, dev, ch, fdFrames.data(), 1);
+        return adapter.transmit(Type, dev, ch, fdFrames.data(), 1);
     case 13:
     case 14:
         return adapter.receive(Type, dev, ch, frames.data(), 100);
     case 15:
-        return adapter.receiveFd(Type, dev, ch, fdFrames.data(), 100);
+        return adapter.receive(Type, dev, ch, fdFrames.data(), 100);
     case 16:
         return adapter.switchGateway(Type, dev, random() % 3 == 0 ? AdapterGatewayOff : AdapterGatewayOn, &word);
     case 17:

@@ -34,7 +34,7 @@ Run scanned(BaudrateScan scan, Heard first, Heard second)
     Run run;
     for (bool isEnd = false; !isEnd && run.ticks < 1000; ++run.ticks) {
         const int step = scan.dataRate() * BaudrateScan::BitRateCount + scan.index() - 1;
-        for (int ch = 0; ch < BaudrateScan::ChannelCount; ++ch) {
+        for (quint8 ch = 0; ch < ChannelsPerDevice; ++ch) {
             if (scan.isToBeTried(ch) && step == heard[ch].step && run.ticks % 16 >= heard[ch].tick) {
                 scan.setFound(ch);
             }
@@ -89,13 +89,13 @@ private slots:
 
 void tst_BaudrateScan::triesTheRatesFrom1000kTo10k()
 {
-    QCOMPARE(canBaudrates().at(BaudrateScan({}).index()).name, QStringLiteral("1000k bps"));
+    QCOMPARE(canBaudrates().at(BaudrateScan().index()).name, QStringLiteral("1000k bps"));
     QCOMPARE(canBaudrates().at(BaudrateScan::BitRateCount).name, QStringLiteral("10k bps"));
 }
 
 void tst_BaudrateScan::stepsHaveSixteenTicks()
 {
-    BaudrateScan scan({});
+    BaudrateScan scan;
     for (int tick = 0; tick < 16; ++tick) {
         QCOMPARE(scan.isFirstTick(), tick == 0);
         QCOMPARE(int(scan.index()), 1);
@@ -110,7 +110,7 @@ void tst_BaudrateScan::stepsHaveSixteenTicks()
 
 void tst_BaudrateScan::findsNothing()
 {
-    const Run run = scanned(BaudrateScan({}), {}, {});
+    const Run run = scanned(BaudrateScan(), {}, {});
     QCOMPARE(run.reports.size(), 54);
     QCOMPARE(run.reports, reports("2 2", 0, 54));
     QCOMPARE(run.reports.first(), QStringLiteral("2 2 1 0"));
@@ -135,7 +135,7 @@ void tst_BaudrateScan::findsBothAtOnce()
 {
     QFETCH(int, step);
     QFETCH(int, tick);
-    const Run run = scanned(BaudrateScan({}), {step, tick}, {step, tick});
+    const Run run = scanned(BaudrateScan(), {step, tick}, {step, tick});
     QCOMPARE(run.reports, reports("2 2", 0, step) + reports("1 1", step, step + 1));
     QCOMPARE(run.ticks, step * 16 + tick + 1);
 }
@@ -161,7 +161,7 @@ void tst_BaudrateScan::findsOneAfterTheOther()
     QFETCH(Heard, first);
     QFETCH(Heard, second);
     QFETCH(QStringList, expected);
-    const Run run = scanned(BaudrateScan({}), first, second);
+    const Run run = scanned(BaudrateScan(), first, second);
     QCOMPARE(run.reports, expected);
     const Heard last =
         std::max(first, second, [](Heard a, Heard b) { return a.step * 16 + a.tick < b.step * 16 + b.tick; });
@@ -182,7 +182,7 @@ void tst_BaudrateScan::findsOnlyOne()
     QFETCH(int, channel);
     QFETCH(int, step);
     const Heard heard{step, 7};
-    const Run run = scanned(BaudrateScan({}), channel == 0 ? heard : Heard(), channel == 1 ? heard : Heard());
+    const Run run = scanned(BaudrateScan(), channel == 0 ? heard : Heard(), channel == 1 ? heard : Heard());
     const char *now = channel == 0 ? "1 2" : "2 1";
     const char *before = channel == 0 ? "0 2" : "2 0";
     QCOMPARE(run.reports, reports("2 2", 0, step) + reports(now, step, step + 1) + reports(before, step + 1, 54));
@@ -199,7 +199,8 @@ void tst_BaudrateScan::channelInUseIsNotTried_data()
 void tst_BaudrateScan::channelInUseIsNotTried()
 {
     QFETCH(int, channel);
-    const BaudrateScan scan({channel == 0, channel == 1});
+    BaudrateScan scan;
+    scan.setInUse(channel == 0 ? 0b01 : 0b10);
     QCOMPARE(scan.isToBeTried(0), channel != 0);
     QCOMPARE(scan.isToBeTried(1), channel != 1);
     QVERIFY(!scan.areAllInUse());
@@ -210,19 +211,19 @@ void tst_BaudrateScan::channelInUseIsNotTried()
 
 void tst_BaudrateScan::channelTakenMeanwhile()
 {
-    BaudrateScan scan({});
+    BaudrateScan scan;
     scan.endTick();
-    scan.setInUse(1);
+    scan.setInUse(0b10);
     QVERIFY(scan.isToBeTried(0) && !scan.isToBeTried(1));
     QVERIFY(!scan.areAllInUse());
-    scan.setInUse(0);
+    scan.setInUse(0b01);
     QVERIFY(!scan.isToBeTried(0));
     QVERIFY(scan.areAllInUse());
 }
 
 void tst_BaudrateScan::refusedChannelIsTriedAtTheNextStep()
 {
-    BaudrateScan scan({});
+    BaudrateScan scan;
     scan.setRefused(0);
     for (int tick = 0; tick < 16; ++tick) {
         QVERIFY(!scan.isToBeTried(0));

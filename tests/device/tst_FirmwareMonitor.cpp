@@ -73,7 +73,6 @@ private slots:
     void scanBegunWhileAsking();
     void scanBegunWhileReading();
     void scanBegunAtAnyTime();
-    void pauseHoldsOff();
 
     static void nothingToCall_data();
     void nothingToCall();
@@ -379,20 +378,6 @@ void tst_FirmwareMonitor::scanBegunAtAnyTime()
         QVERIFY(reads() <= before + 1); // one may have been under way
         m_isScanning = false;
     }
-}
-
-void tst_FirmwareMonitor::pauseHoldsOff()
-{
-    m_adapter->onCall("KQ_ReadInfo", [this] { m_monitor->setPaused(true); });
-    m_isScanning = true; // until m_monitor is there for the hook
-    start();
-    m_isScanning = false;
-    QTRY_COMPARE(reads(), 1);
-    letTicksPass(QuietTicks);
-    QCOMPARE(reads(), 1);
-    QVERIFY(m_monitor->isRunning());
-    m_monitor->setPaused(false);
-    QTRY_COMPARE(reads(), 2);
 }
 
 void tst_FirmwareMonitor::nothingToCall_data()

@@ -1,6 +1,7 @@
 #include "tests/support/ScriptedAdapter.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 
 namespace {
@@ -19,6 +20,14 @@ QString text(std::initializer_list<quint64> numbers)
 QString hex(const quint8 *bytes, int count)
 {
     return QString::fromLatin1(QByteArray(reinterpret_cast<const char *>(bytes), count).toHex());
+}
+
+/// Of the calling thread; never used again, as the system's own numbers are.
+int threadNumber()
+{
+    static std::atomic<int> last{0};
+    thread_local const int number = ++last;
+    return number;
 }
 
 QByteArray answerKey(const QByteArray &entry, int channel)
@@ -239,6 +248,7 @@ ScriptedAdapter::ScriptedAdapter()
 {
     Q_ASSERT(current == nullptr);
     current = this;
+    m_gui = threadNumber();
     setTexts("SN0001", "X9FC-2", "V2.05");
 }
 
@@ -278,6 +288,33 @@ std::vector<VCI_CANFD_OBJ> ScriptedAdapter::takeFdFrames()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     return std::exchange(m_fdFrames, {});
+}
+
+void ScriptedAdapter::noteMonitor()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_monitor = threadNumber();
+}
+
+QStringList ScriptedAdapter::callers() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    QStringList callers;
+    for (const auto &[thread, entries] : m_entries) {
+        QString kind = QLatin1String(thread == m_gui ? "GUI" : thread == m_monitor ? "monitor" : "worker");
+        const std::set<QString> &devices = m_devices.at(thread);
+        const bool isOutside = thread == m_monitor ? devices != std::set<QString>{QStringLiteral("0")}
+                                                   : thread != m_gui && devices.size() > 1;
+        for (const QString &device : isOutside ? devices : std::set<QString>()) {
+            kind += QLatin1String(" of device ") + device;
+        }
+        for (const QString &entry : entries) {
+            callers.append(entry + QLatin1Char(' ') + kind);
+        }
+    }
+    callers.removeDuplicates();
+    callers.sort();
+    return callers;
 }
 
 void ScriptedAdapter::answer(const char *entry, quint32 result)
@@ -348,6 +385,8 @@ quint32 ScriptedAdapter::record(const QByteArray &entry, int channel, const QStr
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         (isPoll ? m_polls : m_calls).append(QString::fromLatin1(entry) + QLatin1Char(' ') + arguments);
+        m_entries[threadNumber()].insert(QString::fromLatin1(entry));
+        m_devices[threadNumber()].insert(arguments.section(QLatin1Char(' '), 1, 1));
         hook = m_hooks.value(entry);
         result = m_answers.value(answerKey(entry, channel), m_answers.value(entry, AdapterSuccess));
     }

@@ -7,8 +7,10 @@
 #include <QStringList>
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <vector>
 
 /// An adapter made of static functions: it fills a CANAPI, records every call with its arguments and answers what the
@@ -33,6 +35,13 @@ public:
     /// The records handed over to VCI_Transmit and KQ_TransmitCANFD since the last time, in order.
     std::vector<VCI_CAN_OBJ> takeFrames();
     std::vector<VCI_CANFD_OBJ> takeFdFrames();
+
+    /// To be called by the manager's firmware query: the calling thread is the firmware monitor's.
+    void noteMonitor();
+    /// Who has called so far, as "VCI_Receive worker": GUI is the thread that this object was made on, a worker any
+    /// other thread but the monitor's. A worker that called for more than one device, and a monitor for another than
+    /// device 0, are named with the devices. Sorted.
+    QStringList callers() const;
 
     /// What an entry answers from now on instead of success.
     void answer(const char *entry, quint32 result);
@@ -82,5 +91,9 @@ private:
     std::vector<quint32> m_gatewayWords;
     quint32 m_gatewayCount = 0;
     VCI_LIN_OBJ m_linFrame{};
-    Waiting m_waiting[2][2]; ///< by CAN FD, channel
+    Waiting m_waiting[2][2];                    ///< by CAN FD, channel
+    std::map<int, std::set<QString>> m_entries; ///< called by a thread, by its number
+    std::map<int, std::set<QString>> m_devices; ///< that a thread called for, likewise
+    int m_gui = 0;
+    int m_monitor = -1;
 };
