@@ -81,7 +81,7 @@ bool FirmwareMonitor::isNewerPublished() const
         return false;
     }
     const std::optional<DeviceInfo> info = readInfo(m_api, WatchedDevice);
-    const QString code = info ? productCode(info->model) : QString();
+    const QString code = info ? firmwareProductCode(info->model) : QString();
     if (code.isEmpty() || !m_isRunning) {
         return false;
     }
