@@ -40,6 +40,18 @@ CTableViewLIN::DataObject answeredLINFrame(quint8 id, const VCI_LIN_OBJ &record,
     return receivedFrame(id, calcPID(id), record, time);
 }
 
+CTableViewLIN::DataObject sentLINFrame(quint8 id, const QByteArray &data, bool enhanced, const QString &time)
+{
+    CTableViewLIN::DataObject frame;
+    frame.time = time;
+    frame.direction = CTableViewLIN::DataObject::Sent;
+    frame.ID = id;
+    frame.PID = calcPID(id);
+    frame.data = data;
+    frame.checksum = calcChecksum(id, enhanced, data);
+    return frame;
+}
+
 VCI_LIN_OBJ linRecord(quint8 id, const QByteArray &data)
 {
     VCI_LIN_OBJ record{};
