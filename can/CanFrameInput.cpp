@@ -66,6 +66,13 @@ std::optional<quint32> countFromText(const QString &text)
     return fits ? count : std::numeric_limits<quint32>::max();
 }
 
+int intFromText(const QString &text, int fallback)
+{
+    constexpr quint32 max = std::numeric_limits<int>::max();
+    const std::optional<quint32> count = countFromText(text);
+    return count ? static_cast<int>(std::min(*count, max)) : fallback;
+}
+
 QVector<int> payloadLengths(bool isCANFD)
 {
     static const QVector<int> lengths{1, 2, 3, 4, 5, 6, 7, 8, 12, 16, 20, 24, 32, 48, 64};
@@ -91,4 +98,20 @@ VCI_CANFD_OBJ toFdFrame(const CanFrameInput &input)
     frame.FDFlag = input.protocol;
     frame.DataLen = copyPayload(input.data, frame.Data, sizeof frame.Data);
     return frame;
+}
+
+quint32 incrementedFrameId(quint32 id, bool extended)
+{
+    return id < frameIdMax(extended) ? id + 1 : id;
+}
+
+QByteArray incrementedPayload(QByteArray data)
+{
+    constexpr char Full = '\xFF';
+    auto *const first = std::find_if(data.begin(), data.end(), [](char byte) { return byte != Full; });
+    if (first != data.end()) {
+        ++*first;
+        std::fill(data.begin(), first, '\0');
+    }
+    return data;
 }

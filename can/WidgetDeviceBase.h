@@ -16,6 +16,10 @@ class WidgetDeviceBase : public QWidget
     Q_OBJECT
 
 public:
+    /// Modes of sig_showMessageBox().
+    static constexpr int MessageSuccess = 1;
+    static constexpr int MessageCritical = 4;
+
     explicit WidgetDeviceBase(const ChannelParam &param, QWidget *parent = nullptr);
     ~WidgetDeviceBase() override;
 

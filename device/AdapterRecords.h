@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+constexpr int ChannelsPerDevice = 2; ///< CAN channels, and LIN channels
 
 /// Calling convention of every entry point: the platform's convention for library entry points. The only place where
 /// it is chosen; it makes a difference on 32-bit Windows alone.

@@ -136,11 +136,11 @@ void GUI_LINDevice::slot_setBtnClicked()
         if (result == CAN_ChannelOpenFailed) { // the channel is closed now
             m_p->ui.spx_baudrate->setToolTip(QString());
         }
-        emit sig_showMessageBox(tr("Switchover failure"), LINModePage::MessageCritical);
+        emit sig_showMessageBox(tr("Switchover failure"), MessageCritical);
         return;
     }
     m_p->store(param);
-    emit sig_showMessageBox(tr("Switchover successful"), LINModePage::MessageSuccess);
+    emit sig_showMessageBox(tr("Switchover successful"), MessageSuccess);
 }
 
 void GUI_LINDevice::slot_addRowItems(const QVector<CTableViewLIN::DataObject> &datas)

@@ -20,10 +20,6 @@ class LINModePage : public WidgetDeviceBase
     Q_OBJECT
 
 public:
-    /// Modes of sig_showMessageBox().
-    static constexpr int MessageSuccess = 1;
-    static constexpr int MessageCritical = 4;
-
     /// communication must outlive the page. mode is what this page names in sig_changeBtnEnableState() and what it puts
     /// the adapter into.
     LINModePage(LINMode mode, const ChannelParam &param, CANCommunication &communication, QWidget *parent = nullptr);
