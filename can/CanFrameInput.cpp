@@ -3,6 +3,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
 #include <limits>
 
@@ -55,15 +56,13 @@ QString correctedFrameIdText(const QString &text, bool extended)
 
 std::optional<quint32> countFromText(const QString &text)
 {
-    const bool isNumber = !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar character) {
-        return character >= QLatin1Char('0') && character <= QLatin1Char('9');
-    });
-    if (!isNumber) {
+    const QByteArray typed = text.toLatin1();
+    quint32 count = 0;
+    const auto [end, error] = std::from_chars(typed.cbegin(), typed.cend(), count);
+    if (end != typed.cend() || error == std::errc::invalid_argument) {
         return std::nullopt;
     }
-    bool fits = false;
-    const quint32 count = text.toUInt(&fits);
-    return fits ? count : std::numeric_limits<quint32>::max();
+    return error == std::errc::result_out_of_range ? std::numeric_limits<quint32>::max() : count;
 }
 
 int intFromText(const QString &text, int fallback)

@@ -60,8 +60,7 @@ public:
     void setValidators() const;
     void connectSignals();
     Page page(Mode mode) const;
-    Mode shownMode() const { return isLIN ? Mode::LIN : Mode::CAN; }
-    void showPage(bool isLINPage);
+    void showPage(Mode mode);
     QVector<quint8> freeChannels(Mode mode, const DevicePresence &device) const;
     void fillDevices(Mode mode) const;
     void fillChannels(Mode mode) const;
@@ -86,10 +85,10 @@ public:
     QVector<DevicePresence> present;                  ///< when the dialog was shown last
     std::set<std::tuple<Mode, quint8, quint8>> taken; ///< kind, device, channel
     QVector<CanIdRange> filterIds;                    ///< list of the filter tool
-    bool isLIN = false;                               ///< the LIN page is shown
+    Mode shownMode = Mode::CAN;                       ///< whose page is shown
     CanDeviceParam param;                             ///< what was last accepted, also:
     QVariantList acceptedEntries;                     ///< as in the controls
-    bool acceptedLIN = false;
+    Mode acceptedMode = Mode::CAN;
 };
 
 void GUI_CanDeviceParamPrivate::fillCombos()
@@ -131,7 +130,8 @@ void GUI_CanDeviceParamPrivate::connectSignals()
     for (const QLineEdit *field : {ui.lbx_accCode, ui.lbx_accMask, ui.lbx_baudrateLIN}) {
         QObject::connect(field, &QLineEdit::editingFinished, q, [this] { completeEntries(); });
     }
-    QObject::connect(ui.btn_setup, &QPushButton::clicked, q, [this] { showPage(!isLIN); });
+    QObject::connect(ui.btn_setup, &QPushButton::clicked, q,
+                     [this] { showPage(shownMode == Mode::CAN ? Mode::LIN : Mode::CAN); });
     QObject::connect(ui.btn_filterTool, &QPushButton::clicked, q, [this] { openFilterTool(); });
     QObject::connect(ui.btn_scan, &QPushButton::clicked, q, [this] { openScan(); });
     QObject::connect(ui.btn_ok, &QPushButton::clicked, q, &QDialog::accept);
@@ -147,12 +147,13 @@ GUI_CanDeviceParamPrivate::Page GUI_CanDeviceParamPrivate::page(Mode mode) const
 }
 
 /// The caption of the button is written "LIN Setup" before the first switch and "LIN setup" after it.
-void GUI_CanDeviceParamPrivate::showPage(bool isLINPage)
+void GUI_CanDeviceParamPrivate::showPage(Mode mode)
 {
-    isLIN = isLINPage;
-    ui.widget_CAN->setVisible(!isLIN);
-    ui.widget_LIN->setVisible(isLIN);
-    ui.btn_setup->setText(isLIN ? GUI_CanDeviceParam::tr("CAN setup") : GUI_CanDeviceParam::tr("LIN setup"));
+    shownMode = mode;
+    ui.widget_CAN->setVisible(mode == Mode::CAN);
+    ui.widget_LIN->setVisible(mode == Mode::LIN);
+    ui.btn_setup->setText(mode == Mode::LIN ? GUI_CanDeviceParam::tr("CAN setup")
+                                            : GUI_CanDeviceParam::tr("LIN setup"));
 }
 
 QVector<quint8> GUI_CanDeviceParamPrivate::freeChannels(Mode mode, const DevicePresence &device) const
@@ -236,7 +237,7 @@ void GUI_CanDeviceParamPrivate::startAtFirstField() const
 
 QVector<quint8> GUI_CanDeviceParamPrivate::chosenChannels() const
 {
-    const Page shown = page(shownMode());
+    const Page shown = page(shownMode);
     QVector<quint8> channels;
     for (int i = 0; i < shown.channel->count(); ++i) {
         if (shown.openAll->isChecked() || i == shown.channel->currentIndex()) {
@@ -312,8 +313,8 @@ CanDeviceParam GUI_CanDeviceParamPrivate::readEntries() const
     chosen.dataRateCANFD = dataOf(ui.cbx_baudrateCANFD);
     chosen.linChecksum = dataOf(ui.cbx_checksumLIN);
     chosen.linBaudRate = linBaudRateFromText(ui.lbx_baudrateLIN->text());
-    chosen.device = dataOf(page(shownMode()).device);
-    chosen.isLIN = isLIN ? 1 : 0;
+    chosen.device = dataOf(page(shownMode).device);
+    chosen.isLIN = shownMode == Mode::LIN ? 1 : 0;
     chosen.channels = chosenChannels();
     return chosen;
 }
@@ -409,7 +410,7 @@ void GUI_CanDeviceParam::accept()
     m_p->completeEntries();
     m_p->param = m_p->readEntries();
     m_p->acceptedEntries = m_p->entries();
-    m_p->acceptedLIN = m_p->isLIN;
+    m_p->acceptedMode = m_p->shownMode;
     QDialog::accept();
 }
 
@@ -420,8 +421,8 @@ void GUI_CanDeviceParam::showEvent(QShowEvent *event)
         m_p->lookForDevices();
         m_p->refillLists();
         m_p->setEntries(m_p->acceptedEntries);
-        if (m_p->isLIN != m_p->acceptedLIN) {
-            m_p->showPage(m_p->acceptedLIN);
+        if (m_p->shownMode != m_p->acceptedMode) {
+            m_p->showPage(m_p->acceptedMode);
         }
         m_p->startAtFirstField();
     }

@@ -22,14 +22,12 @@ signals:
     /// Results for the table of list mode.
     void sig_addRowItems(const QVector<CTableViewLIN::DataObject> &datas);
 
-protected slots:
+protected:
+    void enableStartControls(bool enabled) override;
     void slot_startBtnClicked() override;
     /// Ends a playback or gives up reading a file. Out of reach during a scan.
     void slot_stopBtnClicked() override;
     void slot_sendTimeoutEvent() override;
-
-protected:
-    void enableStartControls(bool enabled) override;
 
 private slots:
     void slot_calculateBtnClicked();

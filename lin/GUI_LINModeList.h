@@ -17,12 +17,11 @@ public:
     GUI_LINModeList(const ChannelParam &param, CANCommunication &communication, QWidget *parent = nullptr);
     ~GUI_LINModeList() override;
 
-protected slots:
-    void slot_startBtnClicked() override;
-    void slot_sendTimeoutEvent() override;
-
 protected:
     void enableStartControls(bool enabled) override;
+    void slot_startBtnClicked() override;
+    /// Serves the frame whose turn it is.
+    void slot_sendTimeoutEvent() override;
 
 private:
     friend class GUI_LINModeListPrivate;

@@ -16,12 +16,11 @@ public:
     GUI_LINModeMonitor(const ChannelParam &param, CANCommunication &communication, QWidget *parent = nullptr);
     ~GUI_LINModeMonitor() override;
 
-protected slots:
-    void slot_startBtnClicked() override;
-    void slot_sendTimeoutEvent() override;
-
 protected:
     void enableStartControls(bool enabled) override;
+    void slot_startBtnClicked() override;
+    /// Asks the adapter for a frame.
+    void slot_sendTimeoutEvent() override;
 
 private:
     std::unique_ptr<GUI_LINModeMonitorPrivate> m_p;

@@ -13,10 +13,10 @@ class LINFrameView : public QTableView
     Q_OBJECT
 
 public:
-    static constexpr int RefreshMs = 40;
-
     explicit LINFrameView(QWidget *parent = nullptr);
     ~LINFrameView() override;
+
+    static constexpr int RefreshMs = 40;
 
     const LINFrameModel &frames() const { return m_model; }
     /// Static mode: the frame takes the place of the one with its identifier, or is appended. Otherwise it is appended
