@@ -11,9 +11,10 @@
 #include <QHeaderView>
 #include <QHideEvent>
 #include <QStandardItemModel>
+#include <QVector>
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 
 namespace {
 constexpr int NoticeMs = 1000;
@@ -23,7 +24,7 @@ constexpr int ChannelWidth = 200;
 constexpr QRgb EffectiveColour = 0xFF55B155;
 
 /// Of a step, by channel: a BaudrateScanReport::Channel.
-using Results = std::array<quint8, ChannelsPerDevice>;
+using Results = QVector<quint8>;
 
 /// Empty for a channel whose rate was found before.
 QStandardItem *channelItem(quint8 result)
@@ -75,8 +76,8 @@ public:
     void noteFound(const Results &results, quint8 index, quint8 dataRate);
     void finish();
     void showFound(bool isThrough) const;
-    bool isAnyFound() const;
-    bool areAllFound() const;
+    bool isAnyFound() const { return found.count(QString()) < found.size(); }
+    bool areAllFound() const { return !found.contains(QString()); }
     void start();
     void stop();
     QString refusal(CANError error) const;
@@ -89,8 +90,8 @@ public:
     CNotice *notice = nullptr;
     bool isScanning = false; ///< this dialog's scan runs; there may be scans of others
     bool isStopping = false;
-    std::array<QString, ChannelsPerDevice> found; ///< the rates of each channel; empty: none yet
-    int foundRow = 0;                             ///< of the rate found last
+    QVector<QString> found = QVector<QString>(ChannelsPerDevice); ///< the rates of each channel; empty: none yet
+    int foundRow = 0;                                             ///< of the rate found last
 };
 
 void GUI_CanScanBaudratePrivate::prepareTable()
@@ -164,14 +165,12 @@ void GUI_CanScanBaudratePrivate::showResult(const Results &results, quint8 index
 
 void GUI_CanScanBaudratePrivate::noteFound(const Results &results, quint8 index, quint8 dataRate)
 {
-    bool isFound = false;
-    for (std::size_t channel = 0; channel < results.size(); ++channel) {
+    for (int channel = 0; channel < results.size(); ++channel) {
         if (results.at(channel) == BaudrateScanReport::FoundNow) {
-            found.at(channel) = rateText(index, dataRate);
-            isFound = true;
+            found[channel] = rateText(index, dataRate);
         }
     }
-    if (isFound) {
+    if (results.contains(BaudrateScanReport::FoundNow)) {
         foundRow = model.rowCount() - 1;
         emit q->sig_rateFound(index, dataRate);
     }
@@ -192,16 +191,6 @@ void GUI_CanScanBaudratePrivate::finish()
     setScanning(false);
 }
 
-bool GUI_CanScanBaudratePrivate::isAnyFound() const
-{
-    return std::any_of(found.begin(), found.end(), [](const QString &rates) { return !rates.isEmpty(); });
-}
-
-bool GUI_CanScanBaudratePrivate::areAllFound() const
-{
-    return std::none_of(found.begin(), found.end(), [](const QString &rates) { return rates.isEmpty(); });
-}
-
 /// At the end: by then the rows have gone on, past the one that matters.
 void GUI_CanScanBaudratePrivate::showFound(bool isThrough) const
 {
@@ -211,10 +200,9 @@ void GUI_CanScanBaudratePrivate::showFound(bool isThrough) const
         return;
     }
     QStringList channels;
-    for (int channel = 0; channel < ChannelsPerDevice; ++channel) {
-        const QString &rates = found.at(static_cast<std::size_t>(channel));
-        if (!rates.isEmpty()) {
-            channels.append(channelName(channel) + QLatin1Char(' ') + rates);
+    for (int channel = 0; channel < found.size(); ++channel) {
+        if (!found.at(channel).isEmpty()) {
+            channels.append(channelName(channel) + QLatin1Char(' ') + found.at(channel));
         }
     }
     ui.lbl_state->setText(GUI_CanScanBaudrate::tr("Found: %1").arg(channels.join(QStringLiteral("; "))));
@@ -234,7 +222,7 @@ void GUI_CanScanBaudratePrivate::start()
     }
     model.removeRows(0, model.rowCount());
     ui.progressBar->setValue(0);
-    found = {};
+    found.fill(QString());
     showTried(1, 0);
     setScanning(true);
 }

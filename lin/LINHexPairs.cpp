@@ -19,7 +19,7 @@ QByteArray bytesOfHexPairs(const QString &text, int length)
     QByteArray bytes;
     int high = 0;
     int characters = 0;
-    for (auto c = text.begin(); c != text.end() && characters < 2 * length; ++c) {
+    for (const QChar *c = text.begin(); c != text.end() && characters < 2 * length; ++c) {
         if (c->isSpace()) {
             continue;
         }
@@ -35,7 +35,7 @@ QByteArray bytesOfHexPairs(const QString &text, int length)
 
 bool hasHexPairs(const QString &text, int length)
 {
-    return std::count_if(text.begin(), text.end(), [](QChar c) { return !c.isSpace(); }) >= 2 * length;
+    return std::count_if(text.begin(), text.end(), [](QChar c) { return !c.isSpace(); }) / 2 >= length;
 }
 
 QString hexPairs(const QByteArray &bytes)
@@ -45,5 +45,7 @@ QString hexPairs(const QByteArray &bytes)
 
 QString hexPair(quint8 byte)
 {
-    return hexPairs(QByteArray(1, static_cast<char>(byte)));
+    constexpr char Digits[] = "0123456789ABCDEF";
+    const char pair[] = {Digits[byte >> 4U], Digits[byte & 15U]};
+    return QString::fromLatin1(pair, sizeof pair);
 }
