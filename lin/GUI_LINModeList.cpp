@@ -64,7 +64,7 @@ QList<QStandardItem *> initialRow(quint8 row)
     return {select,
             direction,
             new QStandardItem(hexPair(row)),
-            new QStandardItem(hexPairs(data)),
+            new QStandardItem(hexPairs(data).trimmed()),
             new QStandardItem(QString::number(LINScheduleRow::MaxLength)),
             new QStandardItem(QString::number(LINScheduleRow::MinIntervalMs))};
 }

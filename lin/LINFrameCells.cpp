@@ -13,6 +13,16 @@ struct Texts
     Q_DECLARE_TR_FUNCTIONS(LINFrameModel)
 };
 
+/// "12[92]"
+QString idText(quint8 id, quint8 pid)
+{
+    QString text = hexPair(id);
+    text.append(QLatin1Char('['));
+    appendHexPair(text, pid);
+    text.append(QLatin1Char(']'));
+    return text;
+}
+
 QString stateText(LINFrameState state)
 {
     switch (state) {
@@ -66,11 +76,11 @@ QString linCell(const CTableViewLIN::DataObject &frame, int number, LINFrameStat
     case LINColumn::Direction:
         return frame.direction == CTableViewLIN::DataObject::Received ? Texts::tr("Revice") : Texts::tr("Send");
     case LINColumn::Id:
-        return hexPair(frame.ID) + QLatin1Char('[') + hexPair(frame.PID) + QLatin1Char(']');
+        return idText(frame.ID, frame.PID);
     case LINColumn::Length:
         return QString::number(frame.data.size());
     case LINColumn::Data:
-        return frame.data.isEmpty() ? QString() : hexPairs(frame.data) + QLatin1Char(' ');
+        return hexPairs(frame.data);
     case LINColumn::Check:
         return hexPair(static_cast<quint8>(frame.checksum));
     case LINColumn::State:

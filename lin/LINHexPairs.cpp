@@ -38,14 +38,27 @@ bool hasHexPairs(const QString &text, int length)
     return std::count_if(text.begin(), text.end(), [](QChar c) { return !c.isSpace(); }) / 2 >= length;
 }
 
-QString hexPairs(const QByteArray &bytes)
+void appendHexPair(QString &text, quint8 byte)
 {
-    return QString::fromLatin1(bytes.toHex(' ').toUpper());
+    constexpr char Digits[] = "0123456789ABCDEF";
+    text.append(QLatin1Char(Digits[byte >> 4U]));
+    text.append(QLatin1Char(Digits[byte & 15U]));
 }
 
 QString hexPair(quint8 byte)
 {
-    constexpr char Digits[] = "0123456789ABCDEF";
-    const char pair[] = {Digits[byte >> 4U], Digits[byte & 15U]};
-    return QString::fromLatin1(pair, sizeof pair);
+    QString text;
+    appendHexPair(text, byte);
+    return text;
+}
+
+QString hexPairs(const QByteArray &bytes)
+{
+    QString text;
+    text.reserve(bytes.size() * 3);
+    for (const char byte : bytes) {
+        appendHexPair(text, static_cast<quint8>(byte));
+        text.append(QLatin1Char(' '));
+    }
+    return text;
 }

@@ -80,7 +80,7 @@ void tst_LINHexPairs::writesPairs()
     QCOMPARE(hexPair(0), QStringLiteral("00"));
     QCOMPARE(hexPair(0xAF), QStringLiteral("AF"));
     QCOMPARE(hexPairs(QByteArray()), QString());
-    QCOMPARE(hexPairs(QByteArray::fromHex("01a2FF")), QStringLiteral("01 A2 FF"));
+    QCOMPARE(hexPairs(QByteArray::fromHex("01a2FF")), QStringLiteral("01 A2 FF "));
 }
 
 X9_PLAIN_TEST(tst_LINHexPairs)
