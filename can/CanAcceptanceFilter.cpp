@@ -1,5 +1,7 @@
 #include "can/CanAcceptanceFilter.h"
 
+#include <QtAlgorithms>
+
 #include <algorithm>
 #include <utility>
 
@@ -24,26 +26,13 @@ constexpr Layout layoutOf(bool extended)
 /// below, since x0111 and x1000 both lie between them.
 quint32 varyingBits(quint32 first, quint32 last)
 {
-    quint32 bits = first ^ last;
-    for (unsigned shift = 1; shift < 32; shift *= 2) {
-        bits |= bits >> shift;
-    }
-    return bits;
-}
-
-int bitCount(quint32 bits)
-{
-    int count = 0;
-    for (; bits != 0; bits &= bits - 1) {
-        ++count;
-    }
-    return count;
+    return first == last ? 0 : 0xFFFFFFFFU >> qCountLeadingZeroBits(first ^ last);
 }
 
 /// As many as there are values for the identifier bits that are "don't care".
 quint64 passingIdsOf(const CanAcceptanceFilter &filter, const Layout &layout)
 {
-    return quint64(1) << static_cast<unsigned>(bitCount(filter.mask & layout.idBits));
+    return quint64(1) << qPopulationCount(filter.mask & layout.idBits);
 }
 
 quint64 listedIdsOf(const QVector<CanIdRange> &listed, bool extended)

@@ -1,20 +1,13 @@
 #include "can/CanDeviceParam.h"
 
-#include <algorithm>
+#include "can/CanFrameInput.h"
+
+#include <QRegularExpression>
+
+#include <limits>
 
 namespace {
 constexpr int NumberCharactersMax = 16;
-
-bool isHexDigit(QChar character)
-{
-    const char latin = character.toLatin1();
-    return (latin >= '0' && latin <= '9') || (latin >= 'a' && latin <= 'f') || (latin >= 'A' && latin <= 'F');
-}
-
-bool isDecimalDigit(QChar character)
-{
-    return character >= QLatin1Char('0') && character <= QLatin1Char('9');
-}
 } // namespace
 
 QVector<ChannelParam> channelParams(const CanDeviceParam &param)
@@ -41,17 +34,11 @@ QVector<ChannelParam> channelParams(const CanDeviceParam &param)
 
 std::optional<quint32> numberFromHex(const QString &text)
 {
-    QString digits = text;
-    digits = digits.remove(QLatin1Char(' ')).left(NumberCharactersMax);
-    if (digits.startsWith(QLatin1String("0x"), Qt::CaseInsensitive)) {
-        digits.remove(0, 2);
-    }
     // The conversion alone would take signs and a second "0x".
-    if (!std::all_of(digits.cbegin(), digits.cend(), isHexDigit)) {
-        return std::nullopt;
-    }
+    static const QRegularExpression pattern(QStringLiteral("\\A(?:0[xX])?([0-9A-Fa-f]+)\\z"));
+    const QString typed = QString(text).remove(QLatin1Char(' ')).left(NumberCharactersMax);
     bool isNumber = false;
-    const quint32 number = digits.toUInt(&isNumber, 16);
+    const quint32 number = pattern.match(typed).captured(1).toUInt(&isNumber, 16);
     return isNumber ? std::optional<quint32>(number) : std::nullopt;
 }
 
@@ -62,9 +49,8 @@ QString hexNumberPattern()
 
 quint16 linBaudRateFromText(const QString &text)
 {
-    bool isNumber = std::all_of(text.cbegin(), text.cend(), isDecimalDigit);
-    const quint16 rate = isNumber ? text.toUShort(&isNumber) : LINBaudRateDefault;
-    return isNumber ? rate : LINBaudRateDefault;
+    const std::optional<quint32> rate = countFromText(text);
+    return rate && *rate <= std::numeric_limits<quint16>::max() ? static_cast<quint16>(*rate) : LINBaudRateDefault;
 }
 
 QString timingText(quint8 timing)

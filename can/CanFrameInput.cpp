@@ -3,6 +3,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
 #include <limits>
 
@@ -55,15 +56,20 @@ QString correctedFrameIdText(const QString &text, bool extended)
 
 std::optional<quint32> countFromText(const QString &text)
 {
-    const bool isNumber = !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar character) {
-        return character >= QLatin1Char('0') && character <= QLatin1Char('9');
-    });
-    if (!isNumber) {
+    const QByteArray typed = text.toLatin1();
+    quint32 count = 0;
+    const auto [end, error] = std::from_chars(typed.cbegin(), typed.cend(), count);
+    if (end != typed.cend() || error == std::errc::invalid_argument) {
         return std::nullopt;
     }
-    bool fits = false;
-    const quint32 count = text.toUInt(&fits);
-    return fits ? count : std::numeric_limits<quint32>::max();
+    return error == std::errc::result_out_of_range ? std::numeric_limits<quint32>::max() : count;
+}
+
+int intFromText(const QString &text, int fallback)
+{
+    constexpr quint32 max = std::numeric_limits<int>::max();
+    const std::optional<quint32> count = countFromText(text);
+    return count ? static_cast<int>(std::min(*count, max)) : fallback;
 }
 
 QVector<int> payloadLengths(bool isCANFD)
@@ -91,4 +97,20 @@ VCI_CANFD_OBJ toFdFrame(const CanFrameInput &input)
     frame.FDFlag = input.protocol;
     frame.DataLen = copyPayload(input.data, frame.Data, sizeof frame.Data);
     return frame;
+}
+
+quint32 incrementedFrameId(quint32 id, bool extended)
+{
+    return id < frameIdMax(extended) ? id + 1 : id;
+}
+
+QByteArray incrementedPayload(QByteArray data)
+{
+    constexpr char Full = '\xFF';
+    auto *const first = std::find_if(data.begin(), data.end(), [](char byte) { return byte != Full; });
+    if (first != data.end()) {
+        ++*first;
+        std::fill(data.begin(), first, '\0');
+    }
+    return data;
 }

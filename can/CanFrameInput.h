@@ -33,8 +33,17 @@ QString correctedFrameIdText(const QString &text, bool extended);
 /// anything but digits.
 std::optional<quint32> countFromText(const QString &text);
 
+/// The same as a number that fits an int, the highest int above it; fallback when there is none.
+int intFromText(const QString &text, int fallback);
+
 /// The payload lengths on offer: 1 to 8, for CAN FD also 12 to 64 (ISO 11898-1 data length codes).
 QVector<int> payloadLengths(bool isCANFD);
 
 VCI_CAN_OBJ toClassicFrame(const CanFrameInput &input);
 VCI_CANFD_OBJ toFdFrame(const CanFrameInput &input);
+
+/// The identifier after id. The highest one of the frame type, frameIdMax(), stays.
+quint32 incrementedFrameId(quint32 id, bool extended);
+
+/// The payload after data, read as a little-endian counter. It stops when all bytes are 0xFF, it does not wrap.
+QByteArray incrementedPayload(QByteArray data);

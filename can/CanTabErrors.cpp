@@ -3,8 +3,11 @@
 #include <QCoreApplication>
 #include <QLocale>
 #include <QStringList>
+#include <QVector>
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace {
 
@@ -22,21 +25,16 @@ struct Kind
 };
 
 /// The kinds of errors that there are.
-QList<Kind> kindsOf(const CanTabErrors &errors)
+QVector<Kind> kindsOf(const CanTabErrors &errors)
 {
-    QList<Kind> kinds;
-    if (errors.unlisted > 0) {
-        kinds.append({ErrorText::tr("Full %1"), ErrorText::tr("Frames not listed because the table is full: %1"),
-                      errors.unlisted});
-    }
-    if (errors.refused > 0) {
-        kinds.append(
-            {ErrorText::tr("Send %1"), ErrorText::tr("Frames that the adapter refused to send: %1"), errors.refused});
-    }
-    if (errors.receiving > 0) {
-        kinds.append(
-            {ErrorText::tr("Recv %1"), ErrorText::tr("Errors of the adapter while receiving: %1"), errors.receiving});
-    }
+    const std::array<Kind, 3> all{
+        Kind{ErrorText::tr("Full %1"), ErrorText::tr("Frames not listed because the table is full: %1"),
+             errors.unlisted},
+        Kind{ErrorText::tr("Send %1"), ErrorText::tr("Frames that the adapter refused to send: %1"), errors.refused},
+        Kind{ErrorText::tr("Recv %1"), ErrorText::tr("Errors of the adapter while receiving: %1"), errors.receiving},
+    };
+    QVector<Kind> kinds;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(kinds), [](const Kind &kind) { return kind.count > 0; });
     return kinds;
 }
 
@@ -59,7 +57,7 @@ QString shortNumber(quint64 count)
 
 QString errorText(const CanTabErrors &errors)
 {
-    const QList<Kind> kinds = kindsOf(errors);
+    const QVector<Kind> kinds = kindsOf(errors);
     if (kinds.isEmpty()) {
         return {};
     }
@@ -69,7 +67,7 @@ QString errorText(const CanTabErrors &errors)
 
 QString errorToolTip(const CanTabErrors &errors)
 {
-    const QList<Kind> kinds = kindsOf(errors);
+    const QVector<Kind> kinds = kindsOf(errors);
     if (kinds.isEmpty()) {
         return {};
     }

@@ -1,42 +1,25 @@
 #include "can/GUI_CanDevice.h"
 
-#include "can/CanFrameInput.h"
-#include "can/CanTabErrors.h"
-#include "can/FrameIncrement.h"
+#include "can/GUI_CanDevicePrivate.h"
 #include "can/GUI_CanGateWay.h"
 #include "capture/GUI_CanAdvancedOpearation.h"
 #include "capture/GUI_CanSendFile.h"
 #include "device/CANCommunication.h"
-#include "device/TickTimer.h"
-#include "ui_GUI_CanDevice.h"
 #include "widgets/CMessageBox.h"
 #include "widgets/CNotice.h"
-#include "widgets/NumberEntry.h"
 
-#include <QPropertyAnimation>
 #include <QSet>
-#include <QSignalBlocker>
 #include <QTime>
 #include <QToolTip>
 
 #include <algorithm>
-#include <limits>
 
 namespace {
-constexpr int NoticeMs = 1500;
-constexpr int FoldMs = 500;
-constexpr int PanelHeight = 155;
 constexpr int ClassicLengthMax = 8;
 
 QString clockText()
 {
     return QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz"));
-}
-
-/// At most the highest int.
-int toInt(quint32 count)
-{
-    return static_cast<int>(std::min<quint32>(count, std::numeric_limits<int>::max()));
 }
 
 /// All frames of a batch share one clock text.
@@ -51,262 +34,18 @@ QVector<CTableViewCAN::DataObject> toRows(const QVector<AdapterFrame> &frames)
     }
     return rows;
 }
-} // namespace
 
-class GUI_CanDevicePrivate
+/// A file sender or send list for the tab's channel; a child of the tab.
+template<typename Dialog>
+Dialog *makeDialog(GUI_CanDevice *tab, CANCommunication &communication, const QString &title)
 {
-public:
-    GUI_CanDevicePrivate(GUI_CanDevice *tab, CANCommunication &manager)
-        : q(tab)
-        , communication(manager)
-    {
-        foldAnimation.setPropertyName("maximumHeight");
-        foldAnimation.setDuration(FoldMs);
-    }
-
-    void openChannel();
-    void fillCombos();
-    void fillLengths(bool isFdProtocol);
-    void setValidators() const;
-    void connectSignals();
-    void connectErrors();
-    void connectSending();
-    void connectFunctions();
-    bool isThisChannel(quint8 devInd, quint8 canInd) const;
-    bool isExtended() const { return ui.cbx_frameType->currentData().toInt() != 0; }
-    bool checkFrameId();
-    void readInput();
-    void applyCacheSize();
-    void showCacheLimit() const;
-    void showErrors() const;
-    void startTimedSending(quint32 cycleMs);
-    void endTimedSending();
-    void prepareDialog(QWidget *dialog, const QString &title) const;
-    static void bringUp(QWidget *dialog);
-    static void complain(QLineEdit *field);
-    void createSendList();
-    void writeGatewayFilter(const QSet<quint32> &entries);
-    void showGatewayFilterFailure() const;
-    void showNotice(const QString &text, int type) const { emit q->sig_showNotice(text, type, NoticeMs); }
-    void showMessage(const QString &text, int mode) const { emit q->sig_showMessageBox(text, mode); }
-
-    GUI_CanDevice *q;
-    CANCommunication &communication;
-    Ui::GUI_CanDevice ui;
-    QPropertyAnimation foldAnimation;
-    CANError openResult = CAN_DeviceNotExists;
-    QString cacheText; ///< as the field showed it before the user edited it
-    CanTabErrors errors;
-
-    CanFrameInput frame;    ///< sent at the next tick
-    quint32 framesLeft = 0; ///< of the timed sending, the one sent last counted
-    bool isIdIncreasing = false;
-    bool isDataIncreasing = false;
-    TickTimer sendTimer;
-
-    // Children of the tab, made when they are first asked for.
-    GUI_CanSendFile *sendFile = nullptr;
-    GUI_CanAdvancedOpearation *sendList = nullptr;
-};
-
-void GUI_CanDevicePrivate::openChannel()
-{
-    openResult = communication.openChannel(q->channelParam());
+    const ChannelParam &channel = tab->channelParam();
+    auto *dialog = new Dialog(communication, channel.device, channel.channel, channel.isCANFD, tab);
+    dialog->setWindowTitle(tab->objectName() + QStringLiteral("  -  ") + title);
+    return dialog;
 }
 
-void GUI_CanDevicePrivate::fillCombos()
-{
-    ui.cbx_frameType->addItem(GUI_CanDevice::tr("Standard"), 0);
-    ui.cbx_frameType->addItem(GUI_CanDevice::tr("Extend"), 1);
-    ui.cbx_frameFormat->addItem(GUI_CanDevice::tr("Data"), 0);
-    ui.cbx_frameFormat->addItem(GUI_CanDevice::tr("Remote"), 1);
-    ui.cbx_protocol->addItem(GUI_CanDevice::tr("CAN"), 0);
-    ui.cbx_protocol->addItem(GUI_CanDevice::tr("CANFD"), 1);
-    ui.cbx_protocol->addItem(GUI_CanDevice::tr("CANFD Speed"), 2);
-}
-
-void GUI_CanDevicePrivate::fillLengths(bool isFdProtocol)
-{
-    // The lengths on the way, 0 and 1 among them, would cut the payload.
-    const QSignalBlocker blocker(ui.cbx_length);
-    const int index = ui.cbx_length->currentIndex();
-    ui.cbx_length->clear();
-    const QVector<int> lengths = payloadLengths(isFdProtocol);
-    for (int length : lengths) {
-        ui.cbx_length->addItem(QString::number(length), length);
-    }
-    ui.cbx_length->setCurrentIndex(std::min(index, ui.cbx_length->count() - 1));
-}
-
-void GUI_CanDevicePrivate::setValidators() const
-{
-    for (QLineEdit *field : {ui.lbx_frameID, ui.lbx_setFilter}) {
-        field->setValidator(q->hexBlankValidator());
-        cleanEntry(field, NumberEntry::Hex);
-    }
-    for (QLineEdit *field : {ui.lbx_frameOfSend, ui.lbx_sendingCycle, ui.lbx_frameOfSaved, ui.lbx_cache}) {
-        field->setValidator(q->decimalValidator());
-        cleanEntry(field, NumberEntry::Decimal);
-    }
-}
-
-void GUI_CanDevicePrivate::connectSignals()
-{
-    using Tab = GUI_CanDevice;
-    using Table = CTableViewCAN;
-    QObject::connect(&communication, &CANCommunication::sig_readResultCallback, q, &Tab::slot_readResultCallback);
-    QObject::connect(&communication, &CANCommunication::sig_readResultCallbackCANFD, q,
-                     &Tab::slot_readResultCallbackCANFD);
-    QObject::connect(&communication, &CANCommunication::sig_gatewayStateChanged, q, &Tab::slot_gatewayStateChanged);
-    QObject::connect(ui.tableView, &Table::updateRate, q, &Tab::slot_updateRate);
-    QObject::connect(ui.tableView, &Table::sig_realTimeSaveFailed, q, &Tab::slot_realTimeSaveFailed);
-    connectErrors();
-    connectSending();
-    connectFunctions();
-}
-
-void GUI_CanDevicePrivate::connectErrors()
-{
-    QObject::connect(ui.tableView, &CTableViewCAN::sig_unlistedChanged, q, [this] { showErrors(); });
-    QObject::connect(&communication, &CANCommunication::sig_sendRefused, q,
-                     [this](quint8 devInd, quint8 canInd, quint32 frames) {
-                         if (isThisChannel(devInd, canInd)) {
-                             errors.refused += frames;
-                             showErrors();
-                         }
-                     });
-    QObject::connect(&communication, &CANCommunication::sig_readFailed, q, [this](quint8 devInd, quint8 canInd) {
-        if (isThisChannel(devInd, canInd)) {
-            ++errors.receiving;
-            showErrors();
-        }
-    });
-}
-
-void GUI_CanDevicePrivate::connectSending()
-{
-    using Tab = GUI_CanDevice;
-    const auto indexChanged = QOverload<int>::of(&QComboBox::currentIndexChanged);
-    QObject::connect(ui.cbx_protocol, indexChanged, q,
-                     [this] { q->slot_changeCANProtocol(ui.cbx_protocol->currentData().toInt() != 0); });
-    QObject::connect(ui.cbx_length, indexChanged, q, &Tab::slot_candataLengthChanged);
-    QObject::connect(ui.lbx_frameID, &QLineEdit::textEdited, q, &Tab::slot_frameIDTextEdited);
-    QObject::connect(ui.lbx_cache, &QLineEdit::editingFinished, q, &Tab::slot_cacheLbxEditingFinished);
-    QObject::connect(ui.lbx_cache, &QLineEdit::returnPressed, q, &Tab::slot_cacheLbxReturnPressed);
-    QObject::connect(ui.btn_sendData, &QPushButton::clicked, q, &Tab::slot_sendBtnClicked);
-    QObject::connect(&sendTimer, &TickTimer::sig_tick, q, &Tab::slot_sendTimeout);
-    QObject::connect(ui.btn_stopSending, &QPushButton::clicked, q, &Tab::slot_stopSendBtnClicked);
-}
-
-void GUI_CanDevicePrivate::connectFunctions()
-{
-    using Tab = GUI_CanDevice;
-    const auto onClick = [this](QAbstractButton *button, auto slot) {
-        QObject::connect(button, &QAbstractButton::clicked, q, slot);
-    };
-    onClick(ui.btn_fold, &Tab::slot_foldBtnClicked);
-    onClick(ui.btn_reset, &Tab::slot_resetBtnClicked);
-    onClick(ui.btn_save, &Tab::slot_saveBtnClicked);
-    onClick(ui.btn_realTimeSaving, &Tab::slot_realTimeSaveBtnClicked);
-    onClick(ui.btn_pause, &Tab::slot_pauseBtnSendClicked);
-    onClick(ui.btn_pauseReceiving, &Tab::slot_pauseBtnReceiveClicked);
-    onClick(ui.btn_setFilter, &Tab::slot_setFilterBtnClicked);
-    onClick(ui.rbtn_disable, &Tab::slot_setFilterDisableBtnClicked);
-    onClick(ui.btn_sendFile, &Tab::slot_canSendFileBtnClicked);
-    onClick(ui.btn_advancedOperation, &Tab::slot_advancedOperationBtnClicked);
-    onClick(ui.btn_gatewaySwitch, &Tab::slot_canGateWaySwitchBtnClicked);
-    onClick(ui.btn_gatewayFilter, &Tab::slot_canGateWayFilterBtnClicked);
-    onClick(ui.btn_clear, &Tab::slot_clearBtnClicked);
-}
-
-bool GUI_CanDevicePrivate::isThisChannel(quint8 devInd, quint8 canInd) const
-{
-    return devInd == q->channelParam().device && canInd == q->channelParam().channel;
-}
-
-/// Completes an empty identifier; takes the last edit back and says why when it is out of range.
-bool GUI_CanDevicePrivate::checkFrameId()
-{
-    if (ui.lbx_frameID->text().isEmpty()) {
-        ui.lbx_frameID->setText(QStringLiteral("1"));
-    }
-    if (frameIdFromText(ui.lbx_frameID->text(), isExtended())) {
-        return true;
-    }
-    ui.lbx_frameID->undo();
-    emit q->sig_showMessageBox(GUI_CanDevice::tr("Frame ID error, Standard frame valid range: 0x0-0x7FF, Extend frame "
-                                                 "valid range: 0x0-0x1FFFFFFF"),
-                               MessageCritical);
-    return false;
-}
-
-/// Takes over the frame and how it changes from one to the next.
-void GUI_CanDevicePrivate::readInput()
-{
-    frame.extended = isExtended();
-    frame.id = frameIdFromText(ui.lbx_frameID->text(), frame.extended).value_or(0);
-    frame.remote = ui.cbx_frameFormat->currentData().toInt() != 0;
-    frame.protocol = static_cast<quint8>(ui.cbx_protocol->currentData().toInt());
-    frame.data = ui.lbx_data->payload();
-    isIdIncreasing = ui.chbx_idIncrease->isChecked();
-    isDataIncreasing = ui.chbx_dataIncrease->isChecked();
-}
-
-/// The number in the field, unless there is none above 0; the field shows the limit in force then.
-void GUI_CanDevicePrivate::applyCacheSize()
-{
-    const quint32 count = countFromText(ui.lbx_cache->text()).value_or(0);
-    if (count > 0) {
-        ui.tableView->setCacheSize(toInt(count));
-    }
-    cacheText = QString::number(ui.tableView->cacheSize());
-    ui.lbx_cache->setText(cacheText);
-    showCacheLimit();
-}
-
-/// At first the table takes more than the field shows.
-void GUI_CanDevicePrivate::showCacheLimit() const
-{
-    const QString limit = q->locale().toString(ui.tableView->cacheSize());
-    ui.lbx_cache->setToolTip(GUI_CanDevice::tr("The table holds at most %1 frames.\nType a number and press Enter to "
-                                               "change it.")
-                                 .arg(limit));
-}
-
-void GUI_CanDevicePrivate::showErrors() const
-{
-    CanTabErrors all = errors;
-    all.unlisted = ui.tableView->unlistedCount();
-    ui.lbx_crc->setText(errorText(all));
-    ui.lbx_crc->setCursorPosition(0);
-    ui.lbx_crc->setToolTip(errorToolTip(all));
-}
-
-void GUI_CanDevicePrivate::startTimedSending(quint32 cycleMs)
-{
-    if (sendList != nullptr) {
-        sendList->btnStateChanged(false);
-    }
-    q->slot_changeBtnState(false);
-    sendTimer.start(std::max(toInt(cycleMs), 1));
-}
-
-void GUI_CanDevicePrivate::endTimedSending()
-{
-    sendTimer.stop();
-    q->slot_changeBtnState(true);
-    if (sendList != nullptr) {
-        sendList->btnStateChanged(true);
-    }
-}
-
-/// What the file sender and the send list have in common.
-void GUI_CanDevicePrivate::prepareDialog(QWidget *dialog, const QString &title) const
-{
-    dialog->setWindowTitle(q->objectName() + QStringLiteral("  -  ") + title);
-}
-
-void GUI_CanDevicePrivate::bringUp(QWidget *dialog)
+void bringUp(QWidget *dialog)
 {
     dialog->show();
     dialog->raise();
@@ -314,60 +53,22 @@ void GUI_CanDevicePrivate::bringUp(QWidget *dialog)
 }
 
 /// A field that cannot be used as it is: its tool tip says what is to be in it.
-void GUI_CanDevicePrivate::complain(QLineEdit *field)
+void complain(QLineEdit *field)
 {
     field->setFocus();
     field->selectAll();
     QToolTip::showText(field->mapToGlobal(field->rect().bottomLeft()), field->toolTip(), field);
 }
-
-void GUI_CanDevicePrivate::createSendList()
-{
-    using List = GUI_CanAdvancedOpearation;
-    const ChannelParam &channel = q->channelParam();
-    sendList = new List(communication, channel.device, channel.channel, channel.isCANFD, q);
-    prepareDialog(sendList, GUI_CanDevice::tr("List send"));
-    QObject::connect(sendList, &List::sig_sendStateChanged, q, &GUI_CanDevice::slot_changeBtnState);
-    QObject::connect(sendList, &List::sig_addTableItem, q, &GUI_CanDevice::slot_addTableItem);
-    QObject::connect(sendList, &List::sig_addTableItems, q,
-                     [this](const QVector<CTableViewCAN::DataObject> &rows) { q->slot_addTableItems(rows); });
-}
-
-void GUI_CanDevicePrivate::showGatewayFilterFailure() const
-{
-    showMessage(GUI_CanDevice::tr("Setup failure, Please check whether the gateway function is enabled!"),
-                MessageCritical);
-}
-
-void GUI_CanDevicePrivate::writeGatewayFilter(const QSet<quint32> &entries)
-{
-    const ChannelParam &channel = q->channelParam();
-    if (communication.setGatewayIDFilter(channel.device, channel.channel, entries) == CAN_OK) {
-        showMessage(GUI_CanDevice::tr("Successful setting!"), MessageSuccess);
-    } else {
-        showGatewayFilterFailure();
-    }
-}
+} // namespace
 
 GUI_CanDevice::GUI_CanDevice(const ChannelParam &param, CANCommunication &communication, QWidget *parent)
     : WidgetDeviceBase(param, parent)
     , m_p(std::make_unique<GUI_CanDevicePrivate>(this, communication))
 {
     m_p->ui.setupUi(this);
-    m_p->foldAnimation.setTargetObject(m_p->ui.widget_content);
-    // A folded panel is out of Tab's way; the table does not jump when it goes.
-    QSizePolicy panelPolicy = m_p->ui.widget_content->sizePolicy();
-    panelPolicy.setRetainSizeWhenHidden(true);
-    m_p->ui.widget_content->setSizePolicy(panelPolicy);
-    connect(&m_p->foldAnimation, &QPropertyAnimation::finished, this,
-            [this] { m_p->ui.widget_content->setVisible(m_p->ui.widget_content->maximumHeight() > 0); });
-    m_p->cacheText = m_p->ui.lbx_cache->text();
-    m_p->showCacheLimit();
-    m_p->ui.tableView->setAutoScroll(true);
-    m_p->setValidators();
-    m_p->fillCombos();
+    m_p->prepareForm();
     m_p->connectSignals();
-    m_p->openChannel();
+    m_p->openResult = communication.openChannel(param);
     slot_gatewayStateChanged(param.device, communication.isGatewayOn(param.device) != 0);
     slot_changeCANMode(param.isCANFD);
 }
@@ -477,19 +178,16 @@ void GUI_CanDevice::slot_frameIDTextEdited(const QString &text)
 
 void GUI_CanDevice::slot_sendBtnClicked()
 {
-    if (!m_p->checkFrameId()) {
+    if (!m_p->takeEntry()) {
+        m_p->showMessage(tr("Frame ID error, Standard frame valid range: 0x0-0x7FF, Extend frame valid range: "
+                            "0x0-0x1FFFFFFF"),
+                         MessageCritical);
         return;
     }
-    for (QLineEdit *field : {m_p->ui.lbx_frameOfSend, m_p->ui.lbx_sendingCycle}) {
-        if (field->text().isEmpty()) {
-            field->setText(QStringLiteral("1"));
-        }
-    }
-    m_p->framesLeft = countFromText(m_p->ui.lbx_frameOfSend->text()).value_or(1);
-    m_p->readInput();
     slot_send();
     if (m_p->framesLeft > 1) {
-        m_p->startTimedSending(countFromText(m_p->ui.lbx_sendingCycle->text()).value_or(1));
+        m_p->lockForSending(true);
+        m_p->sendTimer.start(std::max(intFromText(m_p->ui.lbx_sendingCycle->text(), 1), 1));
     }
 }
 
@@ -504,24 +202,22 @@ void GUI_CanDevice::slot_sendTimeout()
     }
     slot_send();
     if (--m_p->framesLeft <= 1) {
-        m_p->endTimedSending();
+        m_p->sendTimer.stop();
+        m_p->lockForSending(false);
     }
 }
 
 /// Sends one frame and lists it, unless listing of sent frames is paused.
 void GUI_CanDevice::slot_send()
 {
-    const ChannelParam &channel = channelParam();
-    CTableViewCAN::DataObject row;
-    if (channel.isCANFD) {
-        const VCI_CANFD_OBJ record = toFdFrame(m_p->frame);
-        const CANError error = m_p->communication.transmitCANFD(channel.device, channel.channel, &record, 1);
-        row = CTableViewCAN::DataObject::sent(record, error == CAN_OK, clockText());
-    } else {
-        const VCI_CAN_OBJ record = toClassicFrame(m_p->frame);
-        const CANError error = m_p->communication.transmit(channel.device, channel.channel, &record, 1);
-        row = CTableViewCAN::DataObject::sent(record, error == CAN_OK, clockText());
-    }
+    const auto sent = [this](auto transmit, const auto &record) {
+        const ChannelParam &channel = channelParam();
+        const CANError error = (m_p->communication.*transmit)(channel.device, channel.channel, &record, 1);
+        return CTableViewCAN::DataObject::sent(record, error == CAN_OK, clockText());
+    };
+    const CTableViewCAN::DataObject row = channelParam().isCANFD
+                                              ? sent(&CANCommunication::transmitCANFD, toFdFrame(m_p->frame))
+                                              : sent(&CANCommunication::transmit, toClassicFrame(m_p->frame));
     if (!m_p->ui.btn_pause->isChecked()) {
         slot_addTableItem(row, false);
     }
@@ -530,19 +226,15 @@ void GUI_CanDevice::slot_send()
 void GUI_CanDevice::slot_stopSendBtnClicked()
 {
     if (m_p->sendTimer.isActive()) {
-        m_p->endTimedSending();
+        m_p->sendTimer.stop();
+        m_p->lockForSending(false);
         m_p->showNotice(tr("Send stopped"), CNotice::Done);
     }
 }
 
 void GUI_CanDevice::slot_foldBtnClicked(bool checked)
 {
-    QPropertyAnimation &animation = m_p->foldAnimation;
-    animation.stop();
-    m_p->ui.widget_content->show();
-    animation.setStartValue(m_p->ui.widget_content->height());
-    animation.setEndValue(checked ? 0 : PanelHeight);
-    animation.start();
+    m_p->fold(checked);
 }
 
 void GUI_CanDevice::slot_resetBtnClicked()
@@ -556,9 +248,9 @@ void GUI_CanDevice::slot_resetBtnClicked()
 
 void GUI_CanDevice::slot_saveBtnClicked()
 {
-    const quint32 wanted = countFromText(m_p->ui.lbx_frameOfSaved->text()).value_or(0);
+    const int wanted = intFromText(m_p->ui.lbx_frameOfSaved->text(), 0);
     if (wanted == 0) {
-        GUI_CanDevicePrivate::complain(m_p->ui.lbx_frameOfSaved);
+        complain(m_p->ui.lbx_frameOfSaved);
         return;
     }
     const QString path = askSavePath(tr("CAN File(*.can);;CANFD File(*.canfd);;Csv File(*.csv);;Text File(*.txt)"));
@@ -566,7 +258,7 @@ void GUI_CanDevice::slot_saveBtnClicked()
         return;
     }
     const int rows = m_p->ui.tableView->rowCount();
-    const int count = std::min(rows, toInt(wanted));
+    const int count = std::min(rows, wanted);
     if (m_p->ui.tableView->saveRange(path, rows - count, count)) {
         m_p->showNotice(tr("File saved successfully!"), CNotice::Done);
     } else {
@@ -579,7 +271,7 @@ void GUI_CanDevice::slot_realTimeSaveBtnClicked()
     CTableViewCAN *table = m_p->ui.tableView;
     if (table->isRealTimeSaving()) {
         table->realTimeSave(false, QString());
-        m_p->ui.btn_realTimeSaving->setText(tr("Real time saving"));
+        m_p->showRealTimeSaving();
         return;
     }
     const QString path = askSavePath(tr("Text File(*.txt);;CSV File(*.csv)"));
@@ -590,27 +282,16 @@ void GUI_CanDevice::slot_realTimeSaveBtnClicked()
         m_p->showNotice(tr("File saving failure!") + QLatin1Char('\n') +
                             tr("Only .txt and .csv files can be saved in real time."),
                         CNotice::Failure);
-    } else if (table->realTimeSave(true, path)) {
-        m_p->ui.btn_realTimeSaving->setText(tr("Stop"));
-    } else {
+    } else if (!table->realTimeSave(true, path)) {
         m_p->showNotice(tr("File saving failure!"), CNotice::Failure);
     }
-}
-
-/// The file may be one whose saving was ended before, and another one is being saved by now.
-void GUI_CanDevice::slot_realTimeSaveFailed()
-{
-    if (!m_p->ui.tableView->isRealTimeSaving()) {
-        m_p->ui.btn_realTimeSaving->setText(tr("Real time saving"));
-    }
-    m_p->showNotice(tr("File saving failure!"), CNotice::Failure);
+    m_p->showRealTimeSaving();
 }
 
 void GUI_CanDevice::slot_clearBtnClicked()
 {
     m_p->ui.tableView->clear();
-    m_p->errors = {};
-    m_p->showErrors();
+    m_p->clearErrors();
 }
 
 void GUI_CanDevice::slot_setFilterBtnClicked()
@@ -654,30 +335,27 @@ void GUI_CanDevice::slot_cacheLbxEditingFinished()
     m_p->applyCacheSize();
 }
 
-/// Comes before the end of the editing; also when the number shown was not touched.
-void GUI_CanDevice::slot_cacheLbxReturnPressed()
-{
-    m_p->applyCacheSize();
-}
-
 void GUI_CanDevice::slot_canSendFileBtnClicked()
 {
     if (m_p->sendFile == nullptr) {
-        const ChannelParam &channel = channelParam();
-        m_p->sendFile = new GUI_CanSendFile(m_p->communication, channel.device, channel.channel, channel.isCANFD, this);
-        m_p->prepareDialog(m_p->sendFile, tr("Send File"));
+        m_p->sendFile = makeDialog<GUI_CanSendFile>(this, m_p->communication, tr("Send File"));
         connect(m_p->sendFile, &GUI_CanSendFile::sig_showNotice, this, &GUI_CanDevice::sig_showNotice);
         connect(m_p->sendFile, &GUI_CanSendFile::sig_showMessageBox, this, &GUI_CanDevice::sig_showMessageBox);
     }
-    m_p->bringUp(m_p->sendFile);
+    bringUp(m_p->sendFile);
 }
 
 void GUI_CanDevice::slot_advancedOperationBtnClicked()
 {
+    using List = GUI_CanAdvancedOpearation;
     if (m_p->sendList == nullptr) {
-        m_p->createSendList();
+        m_p->sendList = makeDialog<List>(this, m_p->communication, tr("List send"));
+        connect(m_p->sendList, &List::sig_sendStateChanged, this, &GUI_CanDevice::slot_changeBtnState);
+        connect(m_p->sendList, &List::sig_addTableItem, this, &GUI_CanDevice::slot_addTableItem);
+        connect(m_p->sendList, &List::sig_addTableItems, this,
+                [this](const QVector<CTableViewCAN::DataObject> &rows) { slot_addTableItems(rows); });
     }
-    m_p->bringUp(m_p->sendList);
+    bringUp(m_p->sendList);
 }
 
 void GUI_CanDevice::slot_canGateWaySwitchBtnClicked()
@@ -692,14 +370,27 @@ void GUI_CanDevice::slot_canGateWaySwitchBtnClicked()
 
 void GUI_CanDevice::slot_canGateWayFilterBtnClicked()
 {
+    const auto report = [this](CANError error) {
+        if (error == CAN_OK) {
+            m_p->showMessage(tr("Successful setting!"), MessageSuccess);
+        } else {
+            m_p->showMessage(tr("Setup failure, Please check whether the gateway function is enabled!"),
+                             MessageCritical);
+        }
+    };
+    const ChannelParam &channel = channelParam();
     QSet<quint32> entries;
-    if (m_p->communication.getGatewayIDFilter(channelParam().device, channelParam().channel, entries) != CAN_OK) {
-        m_p->showGatewayFilterFailure(); // an empty list shown instead would replace the one in the adapter
+    const CANError error = m_p->communication.getGatewayIDFilter(channel.device, channel.channel, entries);
+    if (error != CAN_OK) {
+        report(error); // an empty list shown instead would replace the one in the adapter
         return;
     }
     auto *dialog = new GUI_CanGateWay(entries, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &GUI_CanGateWay::sig_showMessageBox, this, &GUI_CanDevice::sig_showMessageBox);
-    connect(dialog, &QDialog::accepted, this, [this, dialog] { m_p->writeGatewayFilter(dialog->entries()); });
+    connect(dialog, &QDialog::accepted, this, [this, dialog, report] {
+        const ChannelParam &written = channelParam();
+        report(m_p->communication.setGatewayIDFilter(written.device, written.channel, dialog->entries()));
+    });
     dialog->open();
 }

@@ -62,14 +62,12 @@ private slots:
     void slot_resetBtnClicked();
     void slot_saveBtnClicked();
     void slot_realTimeSaveBtnClicked();
-    void slot_realTimeSaveFailed();
     void slot_clearBtnClicked();
     void slot_setFilterBtnClicked();
     void slot_setFilterDisableBtnClicked();
     void slot_pauseBtnSendClicked(bool checked);
     void slot_pauseBtnReceiveClicked(bool checked);
     void slot_cacheLbxEditingFinished();
-    void slot_cacheLbxReturnPressed();
     void slot_canSendFileBtnClicked();
     void slot_advancedOperationBtnClicked();
     void slot_canGateWaySwitchBtnClicked();

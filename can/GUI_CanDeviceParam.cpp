@@ -24,16 +24,12 @@ constexpr int BaudrateCustom = 0;
 constexpr int BaudrateFirst = 3; // 500k bps
 
 /// Entries of the rate tables that are words; the others are shown as they are.
-constexpr const char *RateNames[] = {QT_TRANSLATE_NOOP("GUI_CanDeviceParam", "Custom"),
-                                     QT_TRANSLATE_NOOP("GUI_CanDeviceParam", "None")};
+[[maybe_unused]] constexpr const char *RateNames[] = {QT_TRANSLATE_NOOP("GUI_CanDeviceParam", "Custom"),
+                                                      QT_TRANSLATE_NOOP("GUI_CanDeviceParam", "None")};
 
 QString displayName(const CANBaudrate &rate)
 {
-    const auto isThisName = [&rate](const char *name) {
-        return rate.name == QLatin1String(name);
-    };
-    const auto *name = std::find_if(std::begin(RateNames), std::end(RateNames), isThisName);
-    return name == std::end(RateNames) ? rate.name : GUI_CanDeviceParam::tr(*name);
+    return GUI_CanDeviceParam::tr(rate.name.toUtf8().constData());
 }
 
 quint8 dataOf(const QComboBox *combo)
@@ -64,8 +60,7 @@ public:
     void setValidators() const;
     void connectSignals();
     Page page(Mode mode) const;
-    Mode shownMode() const { return isLIN ? Mode::LIN : Mode::CAN; }
-    void showPage(bool isLINPage);
+    void showPage(Mode mode);
     QVector<quint8> freeChannels(Mode mode, const DevicePresence &device) const;
     void fillDevices(Mode mode) const;
     void fillChannels(Mode mode) const;
@@ -74,7 +69,12 @@ public:
     void startAtFirstField() const;
     QVector<quint8> chosenChannels() const;
     std::optional<quint8> scanDevice() const;
+    void showTiming() const;
+    void openFilterTool();
+    void openScan() const;
+    void chooseRate(int index, int dataRate) const;
     CanDeviceParam readEntries() const;
+    void completeEntries() const;
     QVector<QWidget *> entryWidgets() const;
     QVariantList entries() const;
     void setEntries(const QVariantList &values) const;
@@ -85,10 +85,10 @@ public:
     QVector<DevicePresence> present;                  ///< when the dialog was shown last
     std::set<std::tuple<Mode, quint8, quint8>> taken; ///< kind, device, channel
     QVector<CanIdRange> filterIds;                    ///< list of the filter tool
-    bool isLIN = false;                               ///< the LIN page is shown
+    Mode shownMode = Mode::CAN;                       ///< whose page is shown
     CanDeviceParam param;                             ///< what was last accepted, also:
     QVariantList acceptedEntries;                     ///< as in the controls
-    bool acceptedLIN = false;
+    Mode acceptedMode = Mode::CAN;
 };
 
 void GUI_CanDeviceParamPrivate::fillCombos()
@@ -123,19 +123,19 @@ void GUI_CanDeviceParamPrivate::setValidators() const
 
 void GUI_CanDeviceParamPrivate::connectSignals()
 {
-    using Dialog = GUI_CanDeviceParam;
     const auto indexChanged = QOverload<int>::of(&QComboBox::currentIndexChanged);
     QObject::connect(ui.cbx_index, indexChanged, q, [this] { fillChannels(Mode::CAN); });
     QObject::connect(ui.cbx_indexLIN, indexChanged, q, [this] { fillChannels(Mode::LIN); });
-    QObject::connect(ui.cbx_baudrate, indexChanged, q, &Dialog::slot_baudrateChanged);
+    QObject::connect(ui.cbx_baudrate, indexChanged, q, [this] { showTiming(); });
     for (const QLineEdit *field : {ui.lbx_accCode, ui.lbx_accMask, ui.lbx_baudrateLIN}) {
-        QObject::connect(field, &QLineEdit::editingFinished, q, &Dialog::slot_completeEntries);
+        QObject::connect(field, &QLineEdit::editingFinished, q, [this] { completeEntries(); });
     }
-    QObject::connect(ui.btn_setup, &QPushButton::clicked, q, &Dialog::slot_setupBtnClicked);
-    QObject::connect(ui.btn_filterTool, &QPushButton::clicked, q, &Dialog::slot_filterToolBtnClicked);
-    QObject::connect(ui.btn_scan, &QPushButton::clicked, q, &Dialog::slot_scanBtnClicked);
-    QObject::connect(ui.btn_ok, &QPushButton::clicked, q, &Dialog::accept);
-    QObject::connect(ui.btn_cancel, &QPushButton::clicked, q, &Dialog::reject);
+    QObject::connect(ui.btn_setup, &QPushButton::clicked, q,
+                     [this] { showPage(shownMode == Mode::CAN ? Mode::LIN : Mode::CAN); });
+    QObject::connect(ui.btn_filterTool, &QPushButton::clicked, q, [this] { openFilterTool(); });
+    QObject::connect(ui.btn_scan, &QPushButton::clicked, q, [this] { openScan(); });
+    QObject::connect(ui.btn_ok, &QPushButton::clicked, q, &QDialog::accept);
+    QObject::connect(ui.btn_cancel, &QPushButton::clicked, q, &QDialog::reject);
 }
 
 GUI_CanDeviceParamPrivate::Page GUI_CanDeviceParamPrivate::page(Mode mode) const
@@ -147,12 +147,13 @@ GUI_CanDeviceParamPrivate::Page GUI_CanDeviceParamPrivate::page(Mode mode) const
 }
 
 /// The caption of the button is written "LIN Setup" before the first switch and "LIN setup" after it.
-void GUI_CanDeviceParamPrivate::showPage(bool isLINPage)
+void GUI_CanDeviceParamPrivate::showPage(Mode mode)
 {
-    isLIN = isLINPage;
-    ui.widget_CAN->setVisible(!isLIN);
-    ui.widget_LIN->setVisible(isLIN);
-    ui.btn_setup->setText(isLIN ? GUI_CanDeviceParam::tr("CAN setup") : GUI_CanDeviceParam::tr("LIN setup"));
+    shownMode = mode;
+    ui.widget_CAN->setVisible(mode == Mode::CAN);
+    ui.widget_LIN->setVisible(mode == Mode::LIN);
+    ui.btn_setup->setText(mode == Mode::LIN ? GUI_CanDeviceParam::tr("CAN setup")
+                                            : GUI_CanDeviceParam::tr("LIN setup"));
 }
 
 QVector<quint8> GUI_CanDeviceParamPrivate::freeChannels(Mode mode, const DevicePresence &device) const
@@ -236,7 +237,7 @@ void GUI_CanDeviceParamPrivate::startAtFirstField() const
 
 QVector<quint8> GUI_CanDeviceParamPrivate::chosenChannels() const
 {
-    const Page shown = page(shownMode());
+    const Page shown = page(shownMode);
     QVector<quint8> channels;
     for (int i = 0; i < shown.channel->count(); ++i) {
         if (shown.openAll->isChecked() || i == shown.channel->currentIndex()) {
@@ -255,6 +256,51 @@ std::optional<quint8> GUI_CanDeviceParamPrivate::scanDevice() const
     return present.isEmpty() ? std::nullopt : std::optional<quint8>(present.constFirst().device);
 }
 
+void GUI_CanDeviceParamPrivate::showTiming() const
+{
+    const bool isCustom = ui.cbx_baudrate->currentIndex() == BaudrateCustom;
+    ui.lbx_time0->setEnabled(isCustom);
+    ui.lbx_time1->setEnabled(isCustom);
+    if (!isCustom) {
+        const auto rate = ui.cbx_baudrate->currentData().value<CANBaudrate>();
+        ui.lbx_time0->setText(timingText(rate.timing0()));
+        ui.lbx_time1->setText(timingText(rate.timing1()));
+    }
+}
+
+void GUI_CanDeviceParamPrivate::openFilterTool()
+{
+    auto *tool = new GUI_CanFilterTool(filterIds, q);
+    tool->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(tool, &QDialog::accepted, q, [this, tool] {
+        filterIds = tool->ids();
+        ui.lbx_accCode->setText(acceptanceText(tool->filter().code));
+        ui.lbx_accMask->setText(acceptanceText(tool->filter().mask));
+    });
+    tool->open();
+}
+
+void GUI_CanDeviceParamPrivate::openScan() const
+{
+    auto *scan = new GUI_CanScanBaudrate(communication, scanDevice(), q);
+    scan->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(scan, &GUI_CanScanBaudrate::sig_rateFound, q,
+                     [this](int index, int dataRate) { chooseRate(index, dataRate); });
+    scan->open();
+}
+
+/// A rate that is not on offer leaves what is chosen.
+void GUI_CanDeviceParamPrivate::chooseRate(int index, int dataRate) const
+{
+    if (index >= 0 && index < ui.cbx_baudrate->count()) {
+        ui.cbx_baudrate->setCurrentIndex(index);
+    }
+    const int entry = ui.cbx_baudrateCANFD->findData(dataRate);
+    if (entry >= 0) {
+        ui.cbx_baudrateCANFD->setCurrentIndex(entry);
+    }
+}
+
 CanDeviceParam GUI_CanDeviceParamPrivate::readEntries() const
 {
     CanDeviceParam chosen;
@@ -267,10 +313,26 @@ CanDeviceParam GUI_CanDeviceParamPrivate::readEntries() const
     chosen.dataRateCANFD = dataOf(ui.cbx_baudrateCANFD);
     chosen.linChecksum = dataOf(ui.cbx_checksumLIN);
     chosen.linBaudRate = linBaudRateFromText(ui.lbx_baudrateLIN->text());
-    chosen.device = dataOf(page(shownMode()).device);
-    chosen.isLIN = isLIN ? 1 : 0;
+    chosen.device = dataOf(page(shownMode).device);
+    chosen.isLIN = shownMode == Mode::LIN ? 1 : 0;
     chosen.channels = chosenChannels();
     return chosen;
+}
+
+/// What is no number becomes the number it counts as, so that the user sees it.
+void GUI_CanDeviceParamPrivate::completeEntries() const
+{
+    const CanDeviceParam counted = readEntries();
+    const auto complete = [](QLineEdit *field, const QString &text) {
+        if (!numberFromHex(field->text())) {
+            field->setText(text);
+        }
+    };
+    complete(ui.lbx_accCode, acceptanceText(counted.accCode));
+    complete(ui.lbx_accMask, acceptanceText(counted.accMask));
+    complete(ui.lbx_time0, timingText(counted.timing0));
+    complete(ui.lbx_time1, timingText(counted.timing1));
+    ui.lbx_baudrateLIN->setText(QString::number(counted.linBaudRate));
 }
 
 /// In an order in which they can be set: a device brings its channels.
@@ -345,10 +407,10 @@ void GUI_CanDeviceParam::accept()
     if (!isVisible()) {
         return;
     }
-    slot_completeEntries();
+    m_p->completeEntries();
     m_p->param = m_p->readEntries();
     m_p->acceptedEntries = m_p->entries();
-    m_p->acceptedLIN = m_p->isLIN;
+    m_p->acceptedMode = m_p->shownMode;
     QDialog::accept();
 }
 
@@ -359,75 +421,10 @@ void GUI_CanDeviceParam::showEvent(QShowEvent *event)
         m_p->lookForDevices();
         m_p->refillLists();
         m_p->setEntries(m_p->acceptedEntries);
-        if (m_p->isLIN != m_p->acceptedLIN) {
-            m_p->showPage(m_p->acceptedLIN);
+        if (m_p->shownMode != m_p->acceptedMode) {
+            m_p->showPage(m_p->acceptedMode);
         }
         m_p->startAtFirstField();
     }
     QDialog::showEvent(event);
-}
-
-void GUI_CanDeviceParam::slot_baudrateChanged()
-{
-    const bool isCustom = m_p->ui.cbx_baudrate->currentIndex() == BaudrateCustom;
-    m_p->ui.lbx_time0->setEnabled(isCustom);
-    m_p->ui.lbx_time1->setEnabled(isCustom);
-    if (!isCustom) {
-        const auto rate = m_p->ui.cbx_baudrate->currentData().value<CANBaudrate>();
-        m_p->ui.lbx_time0->setText(timingText(rate.timing0()));
-        m_p->ui.lbx_time1->setText(timingText(rate.timing1()));
-    }
-}
-
-void GUI_CanDeviceParam::slot_setupBtnClicked()
-{
-    m_p->showPage(!m_p->isLIN);
-}
-
-void GUI_CanDeviceParam::slot_filterToolBtnClicked()
-{
-    auto *tool = new GUI_CanFilterTool(m_p->filterIds, this);
-    tool->setAttribute(Qt::WA_DeleteOnClose);
-    connect(tool, &QDialog::accepted, this, [this, tool] {
-        m_p->filterIds = tool->ids();
-        m_p->ui.lbx_accCode->setText(acceptanceText(tool->filter().code));
-        m_p->ui.lbx_accMask->setText(acceptanceText(tool->filter().mask));
-    });
-    tool->open();
-}
-
-void GUI_CanDeviceParam::slot_scanBtnClicked()
-{
-    auto *scan = new GUI_CanScanBaudrate(m_p->communication, m_p->scanDevice(), this);
-    scan->setAttribute(Qt::WA_DeleteOnClose);
-    connect(scan, &GUI_CanScanBaudrate::sig_rateFound, this, &GUI_CanDeviceParam::slot_rateFound);
-    scan->open();
-}
-
-/// A rate that is not on offer leaves what is chosen.
-void GUI_CanDeviceParam::slot_rateFound(int index, int indexCANFDFre)
-{
-    if (index >= 0 && index < m_p->ui.cbx_baudrate->count()) {
-        m_p->ui.cbx_baudrate->setCurrentIndex(index);
-    }
-    const int entry = m_p->ui.cbx_baudrateCANFD->findData(indexCANFDFre);
-    if (entry >= 0) {
-        m_p->ui.cbx_baudrateCANFD->setCurrentIndex(entry);
-    }
-}
-
-/// What is no number becomes the number it counts as, so that the user sees it.
-void GUI_CanDeviceParam::slot_completeEntries()
-{
-    const CanDeviceParam counted = m_p->readEntries();
-    const auto complete = [](QLineEdit *field, const QString &text) {
-        if (!numberFromHex(field->text())) {
-            field->setText(text);
-        }
-    };
-    complete(m_p->ui.lbx_accCode, acceptanceText(counted.accCode));
-    complete(m_p->ui.lbx_accMask, acceptanceText(counted.accMask));
-    complete(m_p->ui.lbx_time0, timingText(counted.timing0));
-    complete(m_p->ui.lbx_time1, timingText(counted.timing1));
-    m_p->ui.lbx_baudrateLIN->setText(QString::number(counted.linBaudRate));
 }

@@ -42,15 +42,6 @@ public slots:
 protected:
     void showEvent(QShowEvent *event) override;
 
-private slots:
-    void slot_baudrateChanged();
-    void slot_setupBtnClicked();
-    void slot_filterToolBtnClicked();
-    void slot_scanBtnClicked();
-    void slot_rateFound(int index, int indexCANFDFre);
-    void slot_completeEntries();
-
 private:
-    friend class GUI_CanDeviceParamPrivate;
     std::unique_ptr<GUI_CanDeviceParamPrivate> m_p;
 };

@@ -14,7 +14,6 @@
 #include <algorithm>
 
 namespace {
-enum Column { TypeColumn, FromColumn, ToColumn };
 enum FrameType { StandardFrame, ExtendedFrame };
 
 /// With a comma after each three digits, which both languages write.
@@ -82,7 +81,11 @@ public:
     bool isTyped() const { return !ui.lbx_idFrom->text().isEmpty() || !ui.lbx_idTo->text().isEmpty(); }
     bool addTyped();
     void appendRow(const CanIdRange &range) const;
+    void removeSelected();
+    void clear();
     void showFilter();
+    void showSelection() const;
+    void showTest() const;
 
     GUI_CanFilterTool *q;
     Ui::GUI_CanFilterTool ui;
@@ -111,18 +114,20 @@ void GUI_CanFilterToolPrivate::prepareFields()
 
 void GUI_CanFilterToolPrivate::connectSignals()
 {
-    using Tool = GUI_CanFilterTool;
-    QObject::connect(ui.btn_add, &QPushButton::clicked, q, &Tool::slot_addBtnClicked);
-    QObject::connect(ui.btn_remove, &QPushButton::clicked, q, &Tool::slot_removeBtnClicked);
-    QObject::connect(ui.btn_clear, &QPushButton::clicked, q, &Tool::slot_clearBtnClicked);
-    QObject::connect(ui.table_ids, &QTableWidget::itemSelectionChanged, q, &Tool::slot_selectionChanged);
-    QObject::connect(ui.lbx_testID, &QLineEdit::textChanged, q, &Tool::slot_testChanged);
-    QObject::connect(ui.cbx_testType, QOverload<int>::of(&QComboBox::currentIndexChanged), q, &Tool::slot_testChanged);
-    QObject::connect(ui.btn_ok, &QPushButton::clicked, q, &Tool::accept);
-    QObject::connect(ui.btn_cancel, &QPushButton::clicked, q, &Tool::reject);
+    const auto onClick = [this](QPushButton *button, auto action) {
+        QObject::connect(button, &QPushButton::clicked, q, action);
+    };
+    onClick(ui.btn_add, [this] { addTyped(); });
+    onClick(ui.btn_remove, [this] { removeSelected(); });
+    onClick(ui.btn_clear, [this] { clear(); });
+    onClick(ui.btn_ok, &QDialog::accept);
+    onClick(ui.btn_cancel, &QDialog::reject);
+    QObject::connect(ui.table_ids, &QTableWidget::itemSelectionChanged, q, [this] { showSelection(); });
+    QObject::connect(ui.lbx_testID, &QLineEdit::textChanged, q, [this] { showTest(); });
+    QObject::connect(ui.cbx_testType, QOverload<int>::of(&QComboBox::currentIndexChanged), q, [this] { showTest(); });
     auto *deleteKey = new QShortcut(QKeySequence(QKeySequence::Delete), ui.table_ids);
     deleteKey->setContext(Qt::WidgetShortcut);
-    QObject::connect(deleteKey, &QShortcut::activated, q, &Tool::slot_removeBtnClicked);
+    QObject::connect(deleteKey, &QShortcut::activated, q, [this] { removeSelected(); });
 }
 
 /// Moves what has been typed into the list, or says why it cannot be there and answers false.
@@ -149,10 +154,32 @@ void GUI_CanFilterToolPrivate::appendRow(const CanIdRange &range) const
 {
     const int row = ui.table_ids->rowCount();
     ui.table_ids->insertRow(row);
-    const QString type = range.extended ? GUI_CanFilterTool::tr("Extend") : GUI_CanFilterTool::tr("Standard");
-    ui.table_ids->setItem(row, TypeColumn, new QTableWidgetItem(type));
-    ui.table_ids->setItem(row, FromColumn, new QTableWidgetItem(idText(range.first, range.extended)));
-    ui.table_ids->setItem(row, ToColumn, new QTableWidgetItem(idText(range.last, range.extended)));
+    int column = 0;
+    for (const QString &text : {range.extended ? GUI_CanFilterTool::tr("Extend") : GUI_CanFilterTool::tr("Standard"),
+                                idText(range.first, range.extended), idText(range.last, range.extended)}) {
+        ui.table_ids->setItem(row, column++, new QTableWidgetItem(text));
+    }
+}
+
+void GUI_CanFilterToolPrivate::removeSelected()
+{
+    for (int row = ui.table_ids->rowCount() - 1; row >= 0; --row) {
+        if (ui.table_ids->selectionModel()->isRowSelected(row, QModelIndex())) {
+            ui.table_ids->removeRow(row);
+            ids.remove(row);
+        }
+    }
+    ui.lbl_problem->clear();
+    showFilter();
+}
+
+void GUI_CanFilterToolPrivate::clear()
+{
+    ui.table_ids->setRowCount(0);
+    ids.clear();
+    ui.lbl_problem->clear();
+    showFilter();
+    ui.lbx_idFrom->setFocus();
 }
 
 /// All that follows from the list.
@@ -175,8 +202,26 @@ void GUI_CanFilterToolPrivate::showFilter()
         ui.lbl_note->clear();
     }
     ui.btn_clear->setEnabled(!ids.isEmpty());
-    q->slot_selectionChanged();
-    q->slot_testChanged();
+    showSelection();
+    showTest();
+}
+
+void GUI_CanFilterToolPrivate::showSelection() const
+{
+    ui.btn_remove->setEnabled(ui.table_ids->selectionModel()->hasSelection());
+}
+
+void GUI_CanFilterToolPrivate::showTest() const
+{
+    const QString text = ui.lbx_testID->text();
+    const bool extended = ui.cbx_testType->currentData().toInt() == ExtendedFrame;
+    if (text.isEmpty()) {
+        ui.lbl_testResult->clear();
+    } else if (const std::optional<quint32> id = frameIdFromText(text, extended)) {
+        ui.lbl_testResult->setText(passageText(passage(filter, *id, extended)));
+    } else {
+        ui.lbl_testResult->setText(rangeText(extended));
+    }
 }
 
 GUI_CanFilterTool::GUI_CanFilterTool(const QVector<CanIdRange> &ids, QWidget *parent)
@@ -214,52 +259,8 @@ void GUI_CanFilterTool::keyPressEvent(QKeyEvent *event)
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const bool isInRange = m_p->ui.lbx_idFrom->hasFocus() || m_p->ui.lbx_idTo->hasFocus();
     if (isEnter && isInRange && m_p->isTyped()) {
-        slot_addBtnClicked();
+        m_p->addTyped();
         return;
     }
     QDialog::keyPressEvent(event);
-}
-
-void GUI_CanFilterTool::slot_addBtnClicked()
-{
-    m_p->addTyped();
-}
-
-void GUI_CanFilterTool::slot_removeBtnClicked()
-{
-    QTableWidget *table = m_p->ui.table_ids;
-    for (int row = table->rowCount() - 1; row >= 0; --row) {
-        if (table->selectionModel()->isRowSelected(row, QModelIndex())) {
-            table->removeRow(row);
-            m_p->ids.remove(row);
-        }
-    }
-    m_p->ui.lbl_problem->clear();
-    m_p->showFilter();
-}
-
-void GUI_CanFilterTool::slot_clearBtnClicked()
-{
-    m_p->ui.table_ids->setRowCount(0);
-    m_p->ids.clear();
-    m_p->ui.lbl_problem->clear();
-    m_p->showFilter();
-    m_p->ui.lbx_idFrom->setFocus();
-}
-
-void GUI_CanFilterTool::slot_selectionChanged()
-{
-    m_p->ui.btn_remove->setEnabled(m_p->ui.table_ids->selectionModel()->hasSelection());
-}
-
-void GUI_CanFilterTool::slot_testChanged()
-{
-    const QString text = m_p->ui.lbx_testID->text();
-    const bool extended = m_p->ui.cbx_testType->currentData().toInt() == ExtendedFrame;
-    const std::optional<quint32> id = frameIdFromText(text, extended);
-    if (text.isEmpty()) {
-        m_p->ui.lbl_testResult->clear();
-    } else {
-        m_p->ui.lbl_testResult->setText(id ? passageText(passage(m_p->filter, *id, extended)) : rangeText(extended));
-    }
 }

@@ -31,14 +31,6 @@ protected:
     /// Enter in the fields of a range adds it; with these empty it closes the dialog as everywhere else.
     void keyPressEvent(QKeyEvent *event) override;
 
-private slots:
-    void slot_addBtnClicked();
-    void slot_removeBtnClicked();
-    void slot_clearBtnClicked();
-    void slot_selectionChanged();
-    void slot_testChanged();
-
 private:
-    friend class GUI_CanFilterToolPrivate;
     std::unique_ptr<GUI_CanFilterToolPrivate> m_p;
 };

@@ -1,6 +1,5 @@
 #include "can/GUI_CanGateWay.h"
 
-#include "can/GatewayEntry.h"
 #include "can/GatewayIdList.h"
 #include "ui_GUI_CanGateWay.h"
 #include "widgets/CMessageBox.h"
@@ -45,13 +44,12 @@ public:
     void prepareEntry();
     void connectSignals();
     void addRow(quint32 word);
-    QWidget *makeRow(const QString &number, quint32 word);
     void addDeleteButton(QWidget *row, quint32 word);
     void showRows();
-    void add(quint32 word);
+    void addTyped();
+    QString add(const QString &text, quint8 type);
     void remove(quint32 word);
     int selectedRow() const;
-    void showError(const QString &text) const { emit q->sig_showMessageBox(text, MessageCritical); }
 
     GUI_CanGateWay *q;
     Ui::GUI_CanGateWay ui;
@@ -73,40 +71,40 @@ void GUI_CanGateWayPrivate::prepareEntry()
 
 void GUI_CanGateWayPrivate::connectSignals()
 {
-    using Dialog = GUI_CanGateWay;
     // The default button: Enter in the entry field presses it, so that a list is typed without leaving the field.
-    QObject::connect(ui.btn_apply, &QPushButton::clicked, q, &Dialog::slot_applyBtnClicked);
-    QObject::connect(ui.btn_clear, &QPushButton::clicked, q, &Dialog::slot_clearBtnClicked);
+    QObject::connect(ui.btn_apply, &QPushButton::clicked, q, [this] { addTyped(); });
+    QObject::connect(ui.btn_clear, &QPushButton::clicked, q, [this] {
+        list.clear();
+        showRows();
+    });
     QObject::connect(ui.btn_ok, &QPushButton::clicked, q, &QDialog::accept);
     QObject::connect(ui.btn_cancel, &QPushButton::clicked, q, &QDialog::reject);
     auto *deleteKey = new QShortcut(QKeySequence(Qt::Key_Delete), ui.listWidget);
     deleteKey->setContext(Qt::WidgetShortcut);
-    QObject::connect(deleteKey, &QShortcut::activated, q, &Dialog::slot_deletePressed);
+    QObject::connect(deleteKey, &QShortcut::activated, q, [this] {
+        if (const int row = selectedRow(); row >= 0) {
+            remove(list.words().at(row));
+        }
+    });
 }
 
 /// Shows a word in a row behind the others.
 void GUI_CanGateWayPrivate::addRow(quint32 word)
 {
     auto *item = new QListWidgetItem(ui.listWidget);
-    QWidget *row = makeRow(gatewayRowNumber(ui.listWidget->count()), word);
-    item->setSizeHint(row->sizeHint());
-    item->setData(Qt::AccessibleTextRole, QStringLiteral("%1 %2").arg(gatewayIdText(word), typeText(word)));
-    ui.listWidget->setItemWidget(item, row);
-}
-
-QWidget *GUI_CanGateWayPrivate::makeRow(const QString &number, quint32 word)
-{
     auto *row = new QWidget(ui.listWidget->viewport());
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(8, 4, 8, 4);
     layout->setSpacing(8);
     addLabel(row, "lbl_icon", {})->setPixmap(rowIcon.pixmap(QSize(RowIconSize, RowIconSize)));
-    QLabel *numberLabel = addLabel(row, "lbl_number", number);
-    numberLabel->setMinimumWidth(numberLabel->fontMetrics().horizontalAdvance(QStringLiteral("000")));
+    QLabel *number = addLabel(row, "lbl_number", gatewayRowNumber(ui.listWidget->count()));
+    number->setMinimumWidth(number->fontMetrics().horizontalAdvance(QStringLiteral("000")));
     addLabel(row, "lbl_id", gatewayIdText(word), 1);
     addLabel(row, "lbl_type", typeText(word), 1);
     addDeleteButton(row, word);
-    return row;
+    item->setSizeHint(row->sizeHint());
+    item->setData(Qt::AccessibleTextRole, QStringLiteral("%1 %2").arg(gatewayIdText(word), typeText(word)));
+    ui.listWidget->setItemWidget(item, row);
 }
 
 /// The button never takes the focus: Tab would stop at each of 64. The keyboard deletes with Del.
@@ -134,20 +132,35 @@ void GUI_CanGateWayPrivate::showRows()
     }
 }
 
-void GUI_CanGateWayPrivate::add(quint32 word)
+void GUI_CanGateWayPrivate::addTyped()
 {
+    const QString problem = add(ui.lbx_id->text(), static_cast<quint8>(ui.cbx_type->currentData().toUInt()));
+    if (!problem.isEmpty()) {
+        emit q->sig_showMessageBox(problem, MessageCritical);
+    }
+    ui.lbx_id->setFocus();
+    ui.lbx_id->selectAll();
+}
+
+/// Answers why the identifier cannot be in the list.
+QString GUI_CanGateWayPrivate::add(const QString &text, quint8 type)
+{
+    const std::optional<quint32> id = gatewayIdFromText(text, type);
+    if (!id) {
+        return GUI_CanGateWay::tr("Frame ID error, Standard frame valid range: 0x0-0x7FF, Extend frame valid range: "
+                                  "0x0-0x1FFFFFFF");
+    }
+    const quint32 word = gatewayWord(*id, type);
     switch (list.add(word)) {
+    case GatewayIdList::AddResult::Full:
+        return GUI_CanGateWay::tr("Maximum frame count 64!");
+    case GatewayIdList::AddResult::Exists:
+        return GUI_CanGateWay::tr("The ID already exists in the list!");
     case GatewayIdList::AddResult::Added:
         addRow(word);
         ui.listWidget->scrollToBottom();
-        break;
-    case GatewayIdList::AddResult::Full:
-        showError(GUI_CanGateWay::tr("Maximum frame count 64!"));
-        break;
-    case GatewayIdList::AddResult::Exists:
-        showError(GUI_CanGateWay::tr("The ID already exists in the list!"));
-        break;
     }
+    return {};
 }
 
 /// The rows are numbered anew; the selected one and what is in view stay as far as they can.
@@ -189,31 +202,4 @@ GUI_CanGateWay::~GUI_CanGateWay() = default;
 QSet<quint32> GUI_CanGateWay::entries() const
 {
     return m_p->list.toSet();
-}
-
-void GUI_CanGateWay::slot_applyBtnClicked()
-{
-    const auto type = static_cast<quint8>(m_p->ui.cbx_type->currentData().toUInt());
-    if (const std::optional<quint32> id = gatewayIdFromText(m_p->ui.lbx_id->text(), type)) {
-        m_p->add(gatewayWord(*id, type));
-    } else {
-        m_p->showError(tr("Frame ID error, Standard frame valid range: 0x0-0x7FF, Extend frame valid range: "
-                          "0x0-0x1FFFFFFF"));
-    }
-    m_p->ui.lbx_id->setFocus();
-    m_p->ui.lbx_id->selectAll();
-}
-
-void GUI_CanGateWay::slot_clearBtnClicked()
-{
-    m_p->list.clear();
-    m_p->showRows();
-}
-
-void GUI_CanGateWay::slot_deletePressed()
-{
-    const int row = m_p->selectedRow();
-    if (row >= 0) {
-        m_p->remove(m_p->list.words().at(row));
-    }
 }

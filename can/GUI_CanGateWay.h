@@ -7,8 +7,8 @@
 
 class GUI_CanGateWayPrivate;
 
-/// Edits the list of identifiers that the adapter's gateway forwards. The dialog knows words only (can/GatewayEntry.h);
-/// its owner reads them from the adapter and writes entries() back when the dialog was accepted.
+/// Edits the list of identifiers that the adapter's gateway forwards. The dialog knows words only
+/// (can/GatewayIdList.h); its owner reads them from the adapter and writes entries() back when the dialog was accepted.
 class GUI_CanGateWay : public QDialog
 {
     Q_OBJECT
@@ -25,12 +25,6 @@ signals:
     /// Asks for a modal message about an entry that was not added; mode is always 4 (critical).
     void sig_showMessageBox(const QString &text, int mode);
 
-private slots:
-    void slot_applyBtnClicked();
-    void slot_clearBtnClicked();
-    void slot_deletePressed();
-
 private:
-    friend class GUI_CanGateWayPrivate;
     std::unique_ptr<GUI_CanGateWayPrivate> m_p;
 };

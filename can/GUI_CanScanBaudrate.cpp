@@ -1,5 +1,6 @@
 #include "can/GUI_CanScanBaudrate.h"
 
+#include "device/AdapterRecords.h"
 #include "device/BaudrateScan.h"
 #include "device/CANBaudrate.h"
 #include "device/CANCommunication.h"
@@ -10,28 +11,29 @@
 #include <QHeaderView>
 #include <QHideEvent>
 #include <QStandardItemModel>
+#include <QVector>
 
-#include <array>
+#include <algorithm>
+#include <iterator>
 
 namespace {
 constexpr int NoticeMs = 1000;
-constexpr int RowHeight = 20;
 constexpr int HeaderHeight = 27; ///< leaves room for 12 whole rows
-constexpr std::array<int, 1 + BaudrateScan::ChannelCount> ColumnWidths{100, 200, 200};
+constexpr int RateWidth = 100;
+constexpr int ChannelWidth = 200;
 constexpr QRgb EffectiveColour = 0xFF55B155;
 
-bool isFound(quint8 result)
-{
-    return result == BaudrateScanReport::FoundNow || result == BaudrateScanReport::FoundBefore;
-}
+/// Of a step, by channel: a BaudrateScanReport::Channel.
+using Results = QVector<quint8>;
 
+/// Empty for a channel whose rate was found before.
 QStandardItem *channelItem(quint8 result)
 {
     auto *item = new QStandardItem;
     if (result == BaudrateScanReport::FoundNow) {
         item->setText(GUI_CanScanBaudrate::tr("Effective baudrate"));
         item->setForeground(QColor(EffectiveColour));
-    } else if (!isFound(result)) {
+    } else if (result != BaudrateScanReport::FoundBefore) {
         item->setText(GUI_CanScanBaudrate::tr("Invalid baudrate"));
     }
     return item;
@@ -42,12 +44,6 @@ QString dataRateName(int dataRate)
 {
     return dataRate < canFDDataRates().size() ? canFDDataRates().at(dataRate).name
                                               : QStringLiteral("#%1").arg(dataRate);
-}
-
-/// For the tool tip; nothing for classic CAN.
-QString dataRateText(int dataRate)
-{
-    return dataRate == 0 ? QString() : GUI_CanScanBaudrate::tr("CANFD baudrate: %1").arg(dataRateName(dataRate));
 }
 
 QString rateText(int index, int dataRate)
@@ -76,10 +72,12 @@ public:
     void connectSignals();
     void setScanning(bool isOn);
     void showTried(int index, int dataRate) const;
-    void showNextTried(int index, int dataRate) const;
-    void noteFound(std::size_t channel, quint8 result, int index, int dataRate);
+    void showResult(const Results &results, quint8 index, quint8 dataRate);
+    void noteFound(const Results &results, quint8 index, quint8 dataRate);
+    void finish();
     void showFound(bool isThrough) const;
-    bool isAnyFound() const { return !found[0].isEmpty() || !found[1].isEmpty(); }
+    bool isAnyFound() const { return found.count(QString()) < found.size(); }
+    bool areAllFound() const { return !found.contains(QString()); }
     void start();
     void stop();
     QString refusal(CANError error) const;
@@ -92,37 +90,40 @@ public:
     CNotice *notice = nullptr;
     bool isScanning = false; ///< this dialog's scan runs; there may be scans of others
     bool isStopping = false;
-    std::array<QString, BaudrateScan::ChannelCount> found; ///< the rates of each channel; empty: none yet
-    int foundRow = 0;                                      ///< of the rate found last
+    QVector<QString> found = QVector<QString>(ChannelsPerDevice); ///< the rates of each channel; empty: none yet
+    int foundRow = 0;                                             ///< of the rate found last
 };
 
 void GUI_CanScanBaudratePrivate::prepareTable()
 {
-    model.setHorizontalHeaderLabels({GUI_CanScanBaudrate::tr("Baudrate"), channelName(0), channelName(1)});
-    ui.tableview->setModel(&model);
-    for (std::size_t column = 0; column < ColumnWidths.size(); ++column) {
-        ui.tableview->setColumnWidth(static_cast<int>(column), ColumnWidths[column]);
+    QStringList titles{GUI_CanScanBaudrate::tr("Baudrate")};
+    for (int channel = 0; channel < ChannelsPerDevice; ++channel) {
+        titles.append(channelName(channel));
     }
-    QHeaderView *columns = ui.tableview->horizontalHeader();
-    columns->setFixedHeight(HeaderHeight);
-    columns->setSectionResizeMode(QHeaderView::Fixed);
-    columns->setSectionsClickable(false);
-    columns->setHighlightSections(false);
-    QHeaderView *rows = ui.tableview->verticalHeader();
-    rows->hide();
-    rows->setMinimumSectionSize(RowHeight);
-    rows->setDefaultSectionSize(RowHeight);
-    rows->setSectionResizeMode(QHeaderView::Fixed);
+    model.setHorizontalHeaderLabels(titles);
+    ui.tableview->setModel(&model);
+    for (int column = 0; column < titles.size(); ++column) {
+        ui.tableview->setColumnWidth(column, column == 0 ? RateWidth : ChannelWidth);
+    }
+    ui.tableview->horizontalHeader()->setFixedHeight(HeaderHeight);
+    ui.tableview->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    ui.tableview->horizontalHeader()->setSectionsClickable(false);
+    ui.tableview->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
 }
 
 void GUI_CanScanBaudratePrivate::connectSignals()
 {
-    using Dialog = GUI_CanScanBaudrate;
-    QObject::connect(ui.btn_start, &QPushButton::clicked, q, &Dialog::slot_startBtnClicked);
+    using Manager = CANCommunication;
+    QObject::connect(ui.btn_start, &QPushButton::clicked, q, [this] { start(); });
     QObject::connect(ui.btn_stop, &QPushButton::clicked, q, [this] { stop(); });
-    QObject::connect(ui.btn_apply, &QPushButton::clicked, q, &Dialog::accept);
-    QObject::connect(&communication, &CANCommunication::sig_scanResultCallback, q, &Dialog::slot_scanResultCallback);
-    QObject::connect(&communication, &CANCommunication::sig_scanFinish, q, &Dialog::slot_scanFinish);
+    QObject::connect(ui.btn_apply, &QPushButton::clicked, q, &QDialog::accept);
+    QObject::connect(&communication, &Manager::sig_scanResultCallback, q,
+                     [this](quint8 can1, quint8 can2, quint8 index, quint8 dataRate) {
+                         if (isScanning && index < canBaudrates().size()) {
+                             showResult({can1, can2}, index, dataRate);
+                         }
+                     });
+    QObject::connect(&communication, &Manager::sig_scanFinish, q, [this] { finish(); });
 }
 
 void GUI_CanScanBaudratePrivate::setScanning(bool isOn)
@@ -141,22 +142,53 @@ void GUI_CanScanBaudratePrivate::showTried(int index, int dataRate) const
     ui.lbl_state->setText(GUI_CanScanBaudrate::tr("Trying %1").arg(rateText(index, dataRate)));
 }
 
-/// What comes after these rates; past the last ones the end does.
-void GUI_CanScanBaudratePrivate::showNextTried(int index, int dataRate) const
+/// A row for the rates tried, and what comes after them; past the last ones the end does.
+void GUI_CanScanBaudratePrivate::showResult(const Results &results, quint8 index, quint8 dataRate)
 {
+    QList<QStandardItem *> row{new QStandardItem(canBaudrates().at(index).name)};
+    std::transform(results.begin(), results.end(), std::back_inserter(row), channelItem);
+    for (QStandardItem *item : qAsConst(row)) {
+        item->setToolTip(dataRate == 0 ? QString()
+                                       : GUI_CanScanBaudrate::tr("CANFD baudrate: %1").arg(dataRateName(dataRate)));
+        item->setTextAlignment(Qt::AlignCenter);
+    }
+    model.appendRow(row);
+    ui.tableview->scrollToBottom();
+    ui.progressBar->setValue(model.rowCount());
     if (index < BaudrateScan::BitRateCount) {
         showTried(index + 1, dataRate);
     } else if (dataRate + 1 < BaudrateScan::DataRateCount) {
         showTried(1, dataRate + 1);
     }
+    noteFound(results, index, dataRate);
 }
 
-void GUI_CanScanBaudratePrivate::noteFound(std::size_t channel, quint8 result, int index, int dataRate)
+void GUI_CanScanBaudratePrivate::noteFound(const Results &results, quint8 index, quint8 dataRate)
 {
-    if (result == BaudrateScanReport::FoundNow) {
-        found.at(channel) = rateText(index, dataRate);
-        foundRow = model.rowCount() - 1;
+    for (int channel = 0; channel < results.size(); ++channel) {
+        if (results.at(channel) == BaudrateScanReport::FoundNow) {
+            found[channel] = rateText(index, dataRate);
+        }
     }
+    if (results.contains(BaudrateScanReport::FoundNow)) {
+        foundRow = model.rowCount() - 1;
+        emit q->sig_rateFound(index, dataRate);
+    }
+}
+
+void GUI_CanScanBaudratePrivate::finish()
+{
+    if (!isScanning) {
+        return;
+    }
+    const bool isThrough = model.rowCount() == BaudrateScan::StepCount || areAllFound();
+    if (isThrough) {
+        ui.progressBar->setValue(BaudrateScan::StepCount);
+    } else if (!isStopping) {
+        notice->setMesseage(GUI_CanScanBaudrate::tr("The scan was interrupted"), CNotice::Warning, NoticeMs);
+    }
+    showFound(isThrough);
+    setScanning(false);
 }
 
 /// At the end: by then the rows have gone on, past the one that matters.
@@ -168,10 +200,9 @@ void GUI_CanScanBaudratePrivate::showFound(bool isThrough) const
         return;
     }
     QStringList channels;
-    for (int channel = 0; channel < BaudrateScan::ChannelCount; ++channel) {
-        const QString &rates = found.at(static_cast<std::size_t>(channel));
-        if (!rates.isEmpty()) {
-            channels.append(channelName(channel) + QLatin1Char(' ') + rates);
+    for (int channel = 0; channel < found.size(); ++channel) {
+        if (!found.at(channel).isEmpty()) {
+            channels.append(channelName(channel) + QLatin1Char(' ') + found.at(channel));
         }
     }
     ui.lbl_state->setText(GUI_CanScanBaudrate::tr("Found: %1").arg(channels.join(QStringLiteral("; "))));
@@ -191,7 +222,7 @@ void GUI_CanScanBaudratePrivate::start()
     }
     model.removeRows(0, model.rowCount());
     ui.progressBar->setValue(0);
-    found = {};
+    found.fill(QString());
     showTried(1, 0);
     setScanning(true);
 }
@@ -252,48 +283,4 @@ void GUI_CanScanBaudrate::hideEvent(QHideEvent *event)
         m_p->stop();
     }
     QDialog::hideEvent(event);
-}
-
-void GUI_CanScanBaudrate::slot_startBtnClicked()
-{
-    m_p->start();
-}
-
-void GUI_CanScanBaudrate::slot_scanResultCallback(quint8 can1, quint8 can2, quint8 index, quint8 indexCANFDFre)
-{
-    if (!m_p->isScanning || index >= canBaudrates().size()) {
-        return;
-    }
-    const QList<QStandardItem *> row{new QStandardItem(canBaudrates().at(index).name), channelItem(can1),
-                                     channelItem(can2)};
-    const QString dataRate = dataRateText(indexCANFDFre);
-    for (QStandardItem *item : row) {
-        item->setToolTip(dataRate);
-        item->setTextAlignment(Qt::AlignCenter);
-    }
-    m_p->model.appendRow(row);
-    m_p->ui.tableview->scrollToBottom();
-    m_p->ui.progressBar->setValue(m_p->model.rowCount());
-    m_p->noteFound(0, can1, index, indexCANFDFre);
-    m_p->noteFound(1, can2, index, indexCANFDFre);
-    m_p->showNextTried(index, indexCANFDFre);
-    if (can1 == BaudrateScanReport::FoundNow || can2 == BaudrateScanReport::FoundNow) {
-        emit sig_rateFound(index, indexCANFDFre);
-    }
-}
-
-void GUI_CanScanBaudrate::slot_scanFinish()
-{
-    if (!m_p->isScanning) {
-        return;
-    }
-    const bool isThrough =
-        m_p->model.rowCount() == BaudrateScan::StepCount || (!m_p->found[0].isEmpty() && !m_p->found[1].isEmpty());
-    if (isThrough) {
-        m_p->ui.progressBar->setValue(BaudrateScan::StepCount);
-    } else if (!m_p->isStopping) {
-        m_p->notice->setMesseage(tr("The scan was interrupted"), CNotice::Warning, NoticeMs);
-    }
-    m_p->showFound(isThrough);
-    m_p->setScanning(false);
 }

@@ -28,12 +28,6 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
-private slots:
-    void slot_startBtnClicked();
-    void slot_scanResultCallback(quint8 can1, quint8 can2, quint8 index, quint8 indexCANFDFre);
-    void slot_scanFinish();
-
 private:
-    friend class GUI_CanScanBaudratePrivate;
     std::unique_ptr<GUI_CanScanBaudratePrivate> m_p;
 };

@@ -2,7 +2,61 @@
 
 #include "device/AdapterRecords.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
+
+namespace {
+// The adapter takes 13 bits of a standard identifier, more than the 11 that a frame has. Kept so on purpose.
+constexpr quint32 StandardIdMax = 0x1FFF;
+constexpr quint32 ExtendIdMax = 0x1FFFFFFF;
+constexpr quint32 TypeBit = 2;
+
+bool isInRange(quint32 id, quint8 type)
+{
+    if (type == GatewayStandard) {
+        return id <= StandardIdMax;
+    }
+    return type != GatewayExtend || id <= ExtendIdMax;
+}
+} // namespace
+
+quint32 gatewayWord(quint32 id, quint8 type)
+{
+    return id * 8 + quint32{type} * 2 + 1;
+}
+
+quint32 gatewayId(quint32 word)
+{
+    return word >> 3U;
+}
+
+bool isGatewayExtend(quint32 word)
+{
+    return (word & TypeBit) != 0;
+}
+
+std::optional<quint32> gatewayIdFromText(const QString &text, quint8 type)
+{
+    static const QRegularExpression blanks(QStringLiteral("\\s"));
+    static const QRegularExpression digits(QStringLiteral("\\A[0-9a-fA-F]{1,8}\\z"));
+    const QString number = QString(text).remove(blanks);
+    if (!digits.match(number).hasMatch()) {
+        return std::nullopt;
+    }
+    const quint32 id = number.toUInt(nullptr, 16);
+    return isInRange(id, type) ? std::optional(id) : std::nullopt;
+}
+
+QString gatewayIdText(quint32 word)
+{
+    return QStringLiteral("0x%1").arg(QString::number(gatewayId(word), 16).toUpper(), 8, QLatin1Char('0'));
+}
+
+QString gatewayRowNumber(int number)
+{
+    return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'));
+}
 
 GatewayIdList::GatewayIdList(const QSet<quint32> &words)
     : m_words(words.cbegin(), words.cend())

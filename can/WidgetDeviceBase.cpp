@@ -17,26 +17,18 @@ QString suffixOf(const QString &nameFilter)
 class WidgetDeviceBasePrivate
 {
 public:
-    explicit WidgetDeviceBasePrivate(const ChannelParam &channelParam)
-        : param(channelParam)
-        , hexBlank(QRegularExpression(QStringLiteral("[A-Fa-f0-9\\s]*")))
-        , decimalBlank(QRegularExpression(QStringLiteral("[0-9\\s]*")))
-        , decimal(QRegularExpression(QStringLiteral("[0-9]*")))
-        , hex(QRegularExpression(QStringLiteral("[A-Fa-f0-9]*")))
-    {
-    }
-
     ChannelParam param;
-    QRegularExpressionValidator hexBlank;
-    QRegularExpressionValidator decimalBlank;
-    QRegularExpressionValidator decimal;
-    QRegularExpressionValidator hex;
+    QRegularExpressionValidator hexBlank{QRegularExpression(QStringLiteral("[A-Fa-f0-9\\s]*"))};
+    QRegularExpressionValidator decimalBlank{QRegularExpression(QStringLiteral("[0-9\\s]*"))};
+    QRegularExpressionValidator decimal{QRegularExpression(QStringLiteral("[0-9]*"))};
+    QRegularExpressionValidator hex{QRegularExpression(QStringLiteral("[A-Fa-f0-9]*"))};
 };
 
 WidgetDeviceBase::WidgetDeviceBase(const ChannelParam &param, QWidget *parent)
     : QWidget(parent)
-    , m_p(std::make_unique<WidgetDeviceBasePrivate>(param))
+    , m_p(std::make_unique<WidgetDeviceBasePrivate>())
 {
+    m_p->param = param;
 }
 
 WidgetDeviceBase::~WidgetDeviceBase() = default;

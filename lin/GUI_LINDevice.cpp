@@ -8,13 +8,7 @@
 #include "widgets/CMessageBox.h"
 #include "widgets/NumberEntry.h"
 
-#include <QButtonGroup>
-
 #include <array>
-
-namespace {
-enum Page { ListPage, MonitorPage, DeveloperPage };
-} // namespace
 
 class GUI_LINDevicePrivate
 {
@@ -28,18 +22,15 @@ public:
     void fillSettings();
     void showRateInForce();
     void addPages();
-    void groupModeButtons();
     void connectSignals();
     void store(const ChannelParam &param);
 
     GUI_LINDevice *q;
     CANCommunication &communication;
     Ui::GUI_LINDevice ui;
-    QButtonGroup *modes = nullptr;
     GUI_LINModeList *list = nullptr;
-    GUI_LINModeMonitor *monitor = nullptr;
     GUI_LINModeDeveloper *developer = nullptr;
-    std::array<LINModePage *, 3> pages{}; ///< the same, in the order of Page
+    std::array<LINModePage *, 3> pages{}; ///< all, in the order of widget_content
     CANError openResult = CAN_Unknown;
 };
 
@@ -63,21 +54,11 @@ void GUI_LINDevicePrivate::addPages()
 {
     const ChannelParam &param = q->channelParam();
     list = new GUI_LINModeList(param, communication, ui.widget_content);
-    monitor = new GUI_LINModeMonitor(param, communication, ui.widget_content);
     developer = new GUI_LINModeDeveloper(param, communication, ui.widget_content);
-    pages = {list, monitor, developer};
+    pages = {list, new GUI_LINModeMonitor(param, communication, ui.widget_content), developer};
     for (LINModePage *page : pages) {
         ui.widget_content->addWidget(page);
     }
-}
-
-void GUI_LINDevicePrivate::groupModeButtons()
-{
-    modes = new QButtonGroup(q);
-    modes->setExclusive(true);
-    modes->addButton(ui.btn_modeList, ListPage);
-    modes->addButton(ui.btn_modeMonitor, MonitorPage);
-    modes->addButton(ui.btn_modeDeveloper, DeveloperPage);
 }
 
 void GUI_LINDevicePrivate::connectSignals()
@@ -90,7 +71,12 @@ void GUI_LINDevicePrivate::connectSignals()
     }
     QObject::connect(q, &Tab::sig_changeBtnEnableState, q, &Tab::slot_changeBtnEnableState);
     QObject::connect(developer, &GUI_LINModeDeveloper::sig_addRowItems, q, &Tab::slot_addRowItems);
-    QObject::connect(modes, &QButtonGroup::idClicked, q, &Tab::slot_modeBtnClicked);
+    int index = 0;
+    for (const QPushButton *button : {ui.btn_modeList, ui.btn_modeMonitor, ui.btn_modeDeveloper}) {
+        QObject::connect(button, &QPushButton::clicked, q,
+                         [this, index] { ui.widget_content->setCurrentIndex(index); });
+        ++index;
+    }
     QObject::connect(ui.btn_set, &QPushButton::clicked, q, &Tab::slot_setBtnClicked);
 }
 
@@ -112,7 +98,6 @@ GUI_LINDevice::GUI_LINDevice(const ChannelParam &param, CANCommunication &commun
     m_p->fillSettings();
     m_p->addPages();
     cleanSpinBoxes(this);
-    m_p->groupModeButtons();
     m_p->connectSignals();
     m_p->openResult = communication.openLIN(param);
 }
@@ -159,14 +144,9 @@ void GUI_LINDevice::slot_setBtnClicked()
     emit sig_showMessageBox(tr("Switchover successful"), MessageSuccess);
 }
 
-void GUI_LINDevice::slot_modeBtnClicked(int page)
-{
-    m_p->ui.widget_content->setCurrentIndex(page);
-}
-
 void GUI_LINDevice::slot_addRowItems(const QVector<CTableViewLIN::DataObject> &datas)
 {
     m_p->list->slot_addRowItems(datas);
     m_p->ui.btn_modeList->setChecked(true);
-    m_p->ui.widget_content->setCurrentIndex(ListPage);
+    m_p->ui.widget_content->setCurrentWidget(m_p->list);
 }

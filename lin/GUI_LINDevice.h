@@ -32,7 +32,6 @@ signals:
 private slots:
     void slot_changeBtnEnableState(uint8_t mode, bool newState);
     void slot_setBtnClicked();
-    void slot_modeBtnClicked(int page);
     void slot_addRowItems(const QVector<CTableViewLIN::DataObject> &datas);
 
 private:

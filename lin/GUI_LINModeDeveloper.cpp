@@ -1,10 +1,8 @@
 #include "lin/GUI_LINModeDeveloper.h"
 
-#include "device/CANCommunication.h"
 #include "device/LINFrame.h"
-#include "device/TickTimer.h"
-#include "lin/LINCalculator.h"
 #include "lin/LINCaptureReader.h"
+#include "lin/LINHexPairs.h"
 #include "lin/LINIdPairs.h"
 #include "lin/LINPlayback.h"
 #include "lin/LINRecords.h"
@@ -16,16 +14,9 @@
 #include <QDir>
 #include <QFileDialog>
 
-#include <utility>
-
 namespace {
 constexpr int ScanMs = 50;
 constexpr int MaskedIds = 3;
-
-QString hexByte(quint8 byte)
-{
-    return QStringLiteral("%1").arg(byte, 2, 16, QLatin1Char('0')).toUpper();
-}
 } // namespace
 
 class GUI_LINModeDeveloperPrivate
@@ -39,18 +30,15 @@ public:
     void prepareForm();
     void connectSignals();
     void import(const QString &path);
-    void setFrames(QVector<CTableViewLIN::DataObject> newFrames);
+    void setFrames(const QVector<CTableViewLIN::DataObject> &newFrames);
     void enableControls();
     void showCycle() { ui.lbl_cycle->setText(QString::number(playback.passes()) + GUI_LINModeDeveloper::tr("Cycle")); }
     void scanNext();
-    void finishScan();
     void playNext();
-    void finishPlayback();
 
     GUI_LINModeDeveloper *q;
     Ui::GUI_LINModeDeveloper ui;
     std::unique_ptr<LINIdPairs> masks;
-    TickTimer timer; ///< paces the scan and the playback
     LINCaptureReader reader;
     QVector<CTableViewLIN::DataObject> frames; ///< imported, or found by the scan
     LINSlaveScan scan;
@@ -74,9 +62,7 @@ void GUI_LINModeDeveloperPrivate::connectSignals()
     QObject::connect(ui.btn_calculate, &QPushButton::clicked, q, &Page::slot_calculateBtnClicked);
     QObject::connect(ui.btn_scanID, &QPushButton::clicked, q, &Page::slot_scanIDBtnClicked);
     QObject::connect(ui.btn_importData, &QPushButton::clicked, q, &Page::slot_importDataBtnClicked);
-    QObject::connect(ui.btn_start, &QPushButton::clicked, q, &Page::slot_startBtnClicked);
-    QObject::connect(ui.btn_stop, &QPushButton::clicked, q, &Page::slot_stopBtnClicked);
-    QObject::connect(&timer, &TickTimer::sig_tick, q, &Page::slot_sendTimeoutEvent);
+    q->connectRun(ui.btn_start, ui.btn_stop);
     QObject::connect(&reader, &LINCaptureReader::sig_finished, q, &Page::slot_imported);
 }
 
@@ -88,10 +74,10 @@ void GUI_LINModeDeveloperPrivate::import(const QString &path)
     }
 }
 
-void GUI_LINModeDeveloperPrivate::setFrames(QVector<CTableViewLIN::DataObject> newFrames)
+void GUI_LINModeDeveloperPrivate::setFrames(const QVector<CTableViewLIN::DataObject> &newFrames)
 {
-    frames = std::move(newFrames);
-    ui.lbl_allCount->setText(QString::number(frames.size()));
+    frames = newFrames;
+    ui.lbl_allCount->setNum(frames.size());
 }
 
 /// While a file is read there is nothing to play yet, and a scan would mix its results into the frames.
@@ -108,53 +94,33 @@ void GUI_LINModeDeveloperPrivate::enableControls()
 
 void GUI_LINModeDeveloperPrivate::scanNext()
 {
-    const ChannelParam &channel = q->channelParam();
     const quint8 id = scan.id();
-    VCI_LIN_OBJ record = linRecord(id, {});
-    const bool isAnswered =
-        q->communication().receiveLIN(channel.device, channel.channel, &record) == CAN_OK && record.DataLen != 0;
-    scan.step(isAnswered);
+    const auto answer = q->request(id);
+    scan.step(answer.has_value());
     ui.progressBar->setValue(scan.progress());
-    if (isAnswered) {
-        frames.append(answeredLINFrame(id, record, linTimeNow()));
+    if (answer) {
+        frames.append(answeredLINFrame(id, *answer, linTimeNow()));
     }
     if (scan.isFinished()) {
-        finishScan();
+        ui.btn_stop->setEnabled(true);
+        ui.lbl_allCount->setNum(frames.size());
+        emit q->sig_addRowItems(frames);
+        q->stopRunning();
     }
-}
-
-void GUI_LINModeDeveloperPrivate::finishScan()
-{
-    timer.stop();
-    ui.btn_stop->setEnabled(true);
-    ui.lbl_allCount->setText(QString::number(frames.size()));
-    emit q->sig_addRowItems(frames);
-    q->stopRunning();
 }
 
 void GUI_LINModeDeveloperPrivate::playNext()
 {
-    const ChannelParam &channel = q->channelParam();
     const CTableViewLIN::DataObject &frame = frames.at(playback.position());
     if (!playback.isMasked(frame.ID)) {
-        q->communication().transmitLIN(channel.device, channel.channel, linRecord(frame.ID, frame.data));
+        q->transmit(frame.ID, frame.data);
     }
-    const int passes = playback.passes();
     playback.advance();
-    if (playback.passes() != passes) {
-        showCycle();
-    }
-    ui.lbl_currentCount->setNum(playback.position() + 1);
+    showCycle();
+    ui.lbl_currentCount->setNum(playback.isFinished() ? 0 : playback.position() + 1);
     if (playback.isFinished()) {
-        ui.lbl_currentCount->setNum(0);
-        finishPlayback();
+        q->stopRunning();
     }
-}
-
-void GUI_LINModeDeveloperPrivate::finishPlayback()
-{
-    timer.stop();
-    q->stopRunning();
 }
 
 GUI_LINModeDeveloper::GUI_LINModeDeveloper(const ChannelParam &param, CANCommunication &communication, QWidget *parent)
@@ -164,31 +130,28 @@ GUI_LINModeDeveloper::GUI_LINModeDeveloper(const ChannelParam &param, CANCommuni
     m_p->ui.setupUi(this);
     m_p->prepareForm();
     m_p->connectSignals();
-    m_p->timer.setMakingUp(false);
 }
 
 GUI_LINModeDeveloper::~GUI_LINModeDeveloper() = default;
 
-void GUI_LINModeDeveloper::slot_changeBtnEnableState(uint8_t mode, bool newState)
+void GUI_LINModeDeveloper::enableStartControls(bool enabled)
 {
-    m_p->isFree = newState;
+    m_p->isFree = enabled;
     m_p->enableControls();
-    if (mode != LINModeDeveloper) {
-        m_p->ui.btn_stop->setEnabled(newState);
-    }
 }
 
 void GUI_LINModeDeveloper::slot_calculateBtnClicked()
 {
-    const bool isEnhanced = channelParam().linChecksum == LINChecksumEnhanced;
-    const auto result =
-        calculateLIN(m_p->ui.sbx_ID->id(), m_p->ui.sbx_length->value(), m_p->ui.lbx_data->text(), isEnhanced);
-    if (!result) {
+    const quint8 id = m_p->ui.sbx_ID->id();
+    const int length = m_p->ui.sbx_length->value();
+    const QString text = m_p->ui.lbx_data->text();
+    if (!hasHexPairs(text, length)) {
         emit sig_showMessageBox(tr("The data is not valid") + QLatin1Char('!'), MessageCritical);
         return;
     }
-    m_p->ui.lbx_PID->setText(hexByte(result->pid));
-    m_p->ui.lbx_checksum->setText(hexByte(result->checksum));
+    const bool isEnhanced = channelParam().linChecksum == LINChecksumEnhanced;
+    m_p->ui.lbx_PID->setText(hexPair(calcPID(id)));
+    m_p->ui.lbx_checksum->setText(hexPair(calcChecksum(id, isEnhanced, bytesOfHexPairs(text, length))));
 }
 
 void GUI_LINModeDeveloper::slot_scanIDBtnClicked()
@@ -201,7 +164,7 @@ void GUI_LINModeDeveloper::slot_scanIDBtnClicked()
     m_p->setFrames({});
     m_p->ui.progressBar->setValue(0);
     m_p->ui.btn_stop->setEnabled(false);
-    m_p->timer.start(ScanMs);
+    timer().start(ScanMs);
 }
 
 void GUI_LINModeDeveloper::slot_importDataBtnClicked()
@@ -229,7 +192,7 @@ void GUI_LINModeDeveloper::slot_startBtnClicked()
     }
     m_p->ui.lbl_currentCount->setNum(0);
     m_p->showCycle();
-    m_p->timer.start(m_p->ui.sbx_interval->value());
+    timer().start(m_p->ui.sbx_interval->value());
 }
 
 void GUI_LINModeDeveloper::slot_stopBtnClicked()
@@ -238,7 +201,7 @@ void GUI_LINModeDeveloper::slot_stopBtnClicked()
         m_p->reader.cancel();
         m_p->enableControls();
     }
-    m_p->finishPlayback();
+    stopRunning();
 }
 
 void GUI_LINModeDeveloper::slot_sendTimeoutEvent()

@@ -22,17 +22,17 @@ signals:
     /// Results for the table of list mode.
     void sig_addRowItems(const QVector<CTableViewLIN::DataObject> &datas);
 
-public slots:
-    void slot_changeBtnEnableState(uint8_t mode, bool newState) override;
+protected:
+    void enableStartControls(bool enabled) override;
+    void slot_startBtnClicked() override;
+    /// Ends a playback or gives up reading a file. Out of reach during a scan.
+    void slot_stopBtnClicked() override;
+    void slot_sendTimeoutEvent() override;
 
 private slots:
     void slot_calculateBtnClicked();
     void slot_scanIDBtnClicked();
     void slot_importDataBtnClicked();
-    void slot_startBtnClicked();
-    /// Ends a playback or gives up reading a file. Out of reach during a scan.
-    void slot_stopBtnClicked();
-    void slot_sendTimeoutEvent();
     void slot_imported(const QVector<CTableViewLIN::DataObject> &frames, bool isCapture);
 
 private:

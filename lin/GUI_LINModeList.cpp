@@ -1,16 +1,15 @@
 #include "lin/GUI_LINModeList.h"
 
-#include "device/CANCommunication.h"
 #include "device/LINFrame.h"
-#include "device/TickTimer.h"
-#include "lin/LINEntryDelegate.h"
-#include "lin/LINFrameModel.h"
+#include "lin/LINHexPairs.h"
 #include "lin/LINRecords.h"
 #include "lin/LINSchedule.h"
 #include "lin/WidgetDelegate.h"
 #include "ui_GUI_LINModeList.h"
 #include "widgets/CMessageBox.h"
+#include "widgets/NumberEntry.h"
 
+#include <QLineEdit>
 #include <QStandardItemModel>
 
 namespace {
@@ -25,45 +24,50 @@ enum ParamColumn {
     ParamColumnCount
 };
 constexpr int ParamColumnWidths[] = {50, 80, 70, 270, 100}; // the last one's is the default
-constexpr int ParamRows = 20;
-constexpr int RowHeight = 23;
+constexpr quint8 ParamRows = 20;
 constexpr int FirstTickMs = 1;
 /// Places in the choice of directions.
-constexpr int DirectionSend = 0;
-constexpr int DirectionRequest = 1;
+enum Direction { Send, Request };
 
-QStandardItem *cell(const QString &text)
+/// Edits cells with text that is to be a number or bytes: what is typed or pasted is cleaned, and not checked.
+class EntryDelegate : public QStyledItemDelegate
 {
-    return new QStandardItem(text);
-}
+public:
+    EntryDelegate(NumberEntry kind, QObject *parent)
+        : QStyledItemDelegate(parent)
+        , m_kind(kind)
+    {
+    }
 
-QStandardItem *selectCell()
-{
-    auto *item = new QStandardItem;
-    item->setEditable(false);
-    item->setCheckable(true);
-    return item;
-}
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        QWidget *editor = QStyledItemDelegate::createEditor(parent, option, index);
+        if (auto *field = qobject_cast<QLineEdit *>(editor)) {
+            cleanEntry(field, m_kind);
+        }
+        return editor;
+    }
 
-QStandardItem *directionCell()
+private:
+    const NumberEntry m_kind;
+};
+
+/// The cells that the table starts with.
+QList<QStandardItem *> initialRow(quint8 row)
 {
+    auto *select = new QStandardItem;
+    select->setEditable(false);
     const QVector<QString> choices{GUI_LINModeList::tr("Send"), GUI_LINModeList::tr("Revice")};
-    QStandardItem *item = cell(choices.at(DirectionSend));
-    item->setData(DirectionSend, WidgetDelegate::ChosenRole);
-    item->setData(QVariant::fromValue(choices), WidgetDelegate::ChoicesRole);
-    return item;
-}
-
-/// "05"
-QString initialId(int row)
-{
-    return QStringLiteral("%1").arg(row, 2, 16, QLatin1Char('0')).toUpper();
-}
-
-/// "00 00 00 00 00 00 00 05"
-QString initialData(int row)
-{
-    return QStringLiteral("00 ").repeated(LINScheduleRow::MaxLength - 1) + initialId(row);
+    auto *direction = new QStandardItem(choices.at(Send));
+    direction->setData(Send, WidgetDelegate::ChosenRole);
+    direction->setData(QVariant::fromValue(choices), WidgetDelegate::ChoicesRole);
+    const QByteArray data = QByteArray(LINScheduleRow::MaxLength - 1, '\0') + static_cast<char>(row);
+    return {select,
+            direction,
+            new QStandardItem(hexPair(row)),
+            new QStandardItem(hexPairs(data).trimmed()),
+            new QStandardItem(QString::number(LINScheduleRow::MaxLength)),
+            new QStandardItem(QString::number(LINScheduleRow::MinIntervalMs))};
 }
 
 } // namespace
@@ -71,42 +75,29 @@ QString initialData(int row)
 class GUI_LINModeListPrivate
 {
 public:
-    GUI_LINModeListPrivate(GUI_LINModeList *page, CANCommunication &manager)
+    explicit GUI_LINModeListPrivate(GUI_LINModeList *page)
         : q(page)
-        , communication(manager)
     {
     }
 
     void fillParam();
     void showParam();
-    void fillModes();
-    void connectSignals();
     void commitParam();
     void lockParam(bool isLocked);
     std::optional<LINScheduleRow> readRow(int row);
     std::optional<QVector<LINScheduleRow>> readSelectedRows();
-    void serve(const LINScheduleRow &row);
-    std::optional<CTableViewLIN::DataObject> request(quint8 id);
-    CTableViewLIN::DataObject send(quint8 id, const QByteArray &data);
 
     GUI_LINModeList *q;
-    CANCommunication &communication;
     Ui::GUI_LINModeList ui;
-    QStandardItemModel param{ParamRows, ParamColumnCount};
-    TickTimer timer;
+    QStandardItemModel param{0, ParamColumnCount};
     LINSchedule schedule;
 };
 
 void GUI_LINModeListPrivate::fillParam()
 {
     QStringList numbers; // as the messages name the rows
-    for (int row = 0; row < ParamRows; ++row) {
-        param.setItem(row, SelectColumn, selectCell());
-        param.setItem(row, DirectionColumn, directionCell());
-        param.setItem(row, IdColumn, cell(initialId(row)));
-        param.setItem(row, DataColumn, cell(initialData(row)));
-        param.setItem(row, LengthColumn, cell(QString::number(LINScheduleRow::MaxLength)));
-        param.setItem(row, IntervalColumn, cell(QString::number(LINScheduleRow::MinIntervalMs)));
+    for (quint8 row = 0; row < ParamRows; ++row) {
+        param.appendRow(initialRow(row));
         numbers.append(QString::number(row));
     }
     param.setVerticalHeaderLabels(numbers);
@@ -120,35 +111,17 @@ void GUI_LINModeListPrivate::showParam()
     QTableView *table = ui.tableViewParam;
     table->setModel(&param);
     table->setItemDelegateForColumn(DirectionColumn, new WidgetDelegate(table));
-    table->setItemDelegateForColumn(IdColumn, new LINEntryDelegate(NumberEntry::Hex, table));
-    table->setItemDelegateForColumn(DataColumn, new LINEntryDelegate(NumberEntry::HexBytes, table));
+    table->setItemDelegateForColumn(IdColumn, new EntryDelegate(NumberEntry::Hex, table));
+    table->setItemDelegateForColumn(DataColumn, new EntryDelegate(NumberEntry::HexBytes, table));
     for (const int column : {LengthColumn, IntervalColumn}) {
-        table->setItemDelegateForColumn(column, new LINEntryDelegate(NumberEntry::Decimal, table));
+        table->setItemDelegateForColumn(column, new EntryDelegate(NumberEntry::Decimal, table));
     }
     int column = 0;
     for (const int width : ParamColumnWidths) {
         table->setColumnWidth(column++, width);
     }
     table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    table->verticalHeader()->setMinimumSectionSize(RowHeight);
-    table->verticalHeader()->setDefaultSectionSize(RowHeight);
     lockParam(false);
-}
-
-void GUI_LINModeListPrivate::fillModes()
-{
-    ui.cbx_mode->addItem(GUI_LINModeList::tr("Dynamic display"), 0);
-    ui.cbx_mode->addItem(GUI_LINModeList::tr("Static display"), 1);
-}
-
-void GUI_LINModeListPrivate::connectSignals()
-{
-    using Page = GUI_LINModeList;
-    QObject::connect(ui.btn_start, &QPushButton::clicked, q, &Page::slot_startBtnClicked);
-    QObject::connect(ui.btn_stop, &QPushButton::clicked, q, &Page::slot_stopBtnClicked);
-    QObject::connect(ui.btn_save, &QPushButton::clicked, q, &Page::slot_saveBtnClicked);
-    QObject::connect(ui.btn_clear, &QPushButton::clicked, q, &Page::slot_clearBtnClicked);
-    QObject::connect(&timer, &TickTimer::sig_tick, q, &Page::slot_sendTimeoutEvent);
 }
 
 /// Takes over what is being typed: a cell whose editor is open gets its text when the current cell changes.
@@ -183,7 +156,7 @@ std::optional<LINScheduleRow> GUI_LINModeListPrivate::readRow(int row)
     std::optional<LINScheduleRow> frame = readLINScheduleRow(texts, row, error);
     if (frame) {
         const QVariant direction = param.item(row, DirectionColumn)->data(WidgetDelegate::ChosenRole);
-        frame->isRequest = direction.toInt() == DirectionRequest;
+        frame->isRequest = direction.toInt() == Request;
     } else {
         emit q->sig_showMessageBox(error, MessageCritical);
     }
@@ -207,75 +180,29 @@ std::optional<QVector<LINScheduleRow>> GUI_LINModeListPrivate::readSelectedRows(
     return frames;
 }
 
-/// The row's wait begins when the adapter has returned. That leaves the window time between the calls of a slow one.
-void GUI_LINModeListPrivate::serve(const LINScheduleRow &row)
-{
-    const std::optional<CTableViewLIN::DataObject> frame = row.isRequest ? request(row.id) : send(row.id, row.data);
-    timer.start(row.intervalMs);
-    if (frame) {
-        q->slot_addRowItem(*frame, ui.cbx_mode->currentData().toInt() != 0);
-    }
-}
-
-/// Nothing when no slave answers, or the adapter fails.
-std::optional<CTableViewLIN::DataObject> GUI_LINModeListPrivate::request(quint8 id)
-{
-    const ChannelParam &channel = q->channelParam();
-    VCI_LIN_OBJ answer = linRecord(id, {});
-    if (communication.receiveLIN(channel.device, channel.channel, &answer) != CAN_OK || answer.DataLen == 0) {
-        return std::nullopt;
-    }
-    return answeredLINFrame(answer.ID & LINScheduleRow::MaxId, answer, linTimeNow());
-}
-
-/// A frame that the adapter refuses is listed all the same.
-CTableViewLIN::DataObject GUI_LINModeListPrivate::send(quint8 id, const QByteArray &data)
-{
-    const ChannelParam &channel = q->channelParam();
-    communication.transmitLIN(channel.device, channel.channel, linRecord(id, data));
-    CTableViewLIN::DataObject frame;
-    frame.time = linTimeNow();
-    frame.direction = CTableViewLIN::DataObject::Sent;
-    frame.ID = id;
-    frame.PID = calcPID(id);
-    frame.data = data;
-    frame.checksum = calcChecksum(id, channel.linChecksum == LINChecksumEnhanced, data);
-    return frame;
-}
-
 GUI_LINModeList::GUI_LINModeList(const ChannelParam &param, CANCommunication &communication, QWidget *parent)
-    : LINModePage(LINModeList, param, communication, parent)
-    , m_p(std::make_unique<GUI_LINModeListPrivate>(this, communication))
+    : LINTablePage(LINModeList, param, communication, parent)
+    , m_p(std::make_unique<GUI_LINModeListPrivate>(this))
 {
+    const Ui::GUI_LINModeList &ui = m_p->ui;
     m_p->ui.setupUi(this);
     m_p->fillParam();
     m_p->showParam();
-    m_p->fillModes();
-    m_p->connectSignals();
+    ui.cbx_mode->addItem(tr("Dynamic display"), 0);
+    ui.cbx_mode->addItem(tr("Static display"), 1);
+    connectRun(ui.btn_start, ui.btn_stop);
+    connectTable(ui.tableview, ui.btn_save, ui.btn_clear);
 }
 
 GUI_LINModeList::~GUI_LINModeList() = default;
 
-void GUI_LINModeList::slot_changeBtnEnableState(uint8_t mode, bool newState)
+void GUI_LINModeList::enableStartControls(bool enabled)
 {
     m_p->commitParam();
-    m_p->lockParam(!newState);
-    m_p->ui.btn_start->setEnabled(newState);
-    m_p->ui.btn_save->setEnabled(newState);
-    m_p->ui.lbx_count->setEnabled(newState);
-    if (mode != LINModeList) {
-        m_p->ui.btn_stop->setEnabled(newState);
-    }
-}
-
-void GUI_LINModeList::slot_addRowItem(const CTableViewLIN::DataObject &frame, bool isStaticMode)
-{
-    m_p->ui.tableview->addRow(frame, isStaticMode, channelParam().linChecksum);
-}
-
-void GUI_LINModeList::slot_addRowItems(const QVector<CTableViewLIN::DataObject> &frames)
-{
-    m_p->ui.tableview->addRows(frames, channelParam().linChecksum);
+    m_p->lockParam(!enabled);
+    m_p->ui.btn_start->setEnabled(enabled);
+    m_p->ui.btn_save->setEnabled(enabled);
+    m_p->ui.lbx_count->setEnabled(enabled);
 }
 
 void GUI_LINModeList::slot_startBtnClicked()
@@ -286,34 +213,30 @@ void GUI_LINModeList::slot_startBtnClicked()
         return;
     }
     m_p->schedule = LINSchedule(*rows, m_p->ui.lbx_count->value());
-    m_p->ui.tableview->clearRows();
+    slot_clearBtnClicked();
     if (startRunning()) {
-        m_p->timer.start(FirstTickMs);
+        timer().start(FirstTickMs);
     }
 }
 
-void GUI_LINModeList::slot_stopBtnClicked()
-{
-    m_p->timer.stop();
-    stopRunning();
-}
-
-void GUI_LINModeList::slot_saveBtnClicked()
-{
-    saveTable(m_p->ui.tableview->frames());
-}
-
-void GUI_LINModeList::slot_clearBtnClicked()
-{
-    m_p->ui.tableview->clearRows();
-}
-
+/// The row's wait begins when the adapter has returned. That leaves the window time between the calls of a slow one.
+/// A frame that the adapter refuses is listed all the same, a request that nobody answers is not.
 void GUI_LINModeList::slot_sendTimeoutEvent()
 {
     if (m_p->schedule.remaining() == 0) {
-        m_p->timer.stop();
         stopRunning();
         return;
     }
-    m_p->serve(m_p->schedule.takeNext());
+    const LINScheduleRow &row = m_p->schedule.takeNext();
+    std::optional<CTableViewLIN::DataObject> frame;
+    if (!row.isRequest) {
+        transmit(row.id, row.data);
+        frame = sentLINFrame(row.id, row.data, channelParam().linChecksum == LINChecksumEnhanced, linTimeNow());
+    } else if (const auto answer = request(row.id)) {
+        frame = answeredLINFrame(answer->ID & LINScheduleRow::MaxId, *answer, linTimeNow());
+    }
+    timer().start(row.intervalMs);
+    if (frame) {
+        slot_addRowItem(*frame, m_p->ui.cbx_mode->currentData().toInt() != 0);
+    }
 }

@@ -1,14 +1,13 @@
 #pragma once
 
-#include "lin/CTableViewLIN.h"
-#include "lin/LINModePage.h"
+#include "lin/LINTablePage.h"
 
 #include <memory>
 
 class GUI_LINModeMonitorPrivate;
 
 /// Lists the frames seen on the bus, all or those of up to twelve identifiers, until it is stopped.
-class GUI_LINModeMonitor : public LINModePage
+class GUI_LINModeMonitor : public LINTablePage
 {
     Q_OBJECT
 
@@ -17,19 +16,12 @@ public:
     GUI_LINModeMonitor(const ChannelParam &param, CANCommunication &communication, QWidget *parent = nullptr);
     ~GUI_LINModeMonitor() override;
 
-public slots:
-    void slot_changeBtnEnableState(uint8_t mode, bool newState) override;
-    /// isStaticMode: the frame takes the place of the one with its identifier.
-    void slot_addRowItem(const CTableViewLIN::DataObject &frame, bool isStaticMode);
-
-private slots:
-    void slot_startBtnClicked();
-    void slot_stopBtnClicked();
-    void slot_saveBtnClicked();
-    void slot_clearBtnClicked();
-    void slot_sendTimeoutEvent();
+protected:
+    void enableStartControls(bool enabled) override;
+    void slot_startBtnClicked() override;
+    /// Asks the adapter for a frame.
+    void slot_sendTimeoutEvent() override;
 
 private:
-    friend class GUI_LINModeMonitorPrivate;
     std::unique_ptr<GUI_LINModeMonitorPrivate> m_p;
 };

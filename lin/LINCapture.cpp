@@ -9,29 +9,21 @@
 #include <QTextCodec>
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
 #include <string_view>
 
 namespace {
 
-constexpr int MaxId = 0x3F;
-constexpr int MaxLength = 8;
+constexpr unsigned MaxId = 0x3F;
+constexpr unsigned MaxLength = 8;
 constexpr int WriteSize = 1 << 16;
-
-bool isBlank(char c)
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
 
 std::string_view trimmed(std::string_view text)
 {
-    while (!text.empty() && isBlank(text.front())) {
-        text.remove_prefix(1);
-    }
-    while (!text.empty() && isBlank(text.back())) {
-        text.remove_suffix(1);
-    }
-    return text;
+    constexpr const char *Blanks = " \t\n\v\f\r";
+    text.remove_prefix(std::min(text.find_first_not_of(Blanks), text.size()));
+    return text.substr(0, text.find_last_not_of(Blanks) + 1);
 }
 
 /// Empty when there is none of that number.
@@ -47,46 +39,18 @@ std::string_view field(std::string_view line, int number)
     return line.substr(0, line.find(','));
 }
 
-int digit(char c)
-{
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    if (c >= 'A' && c <= 'F') {
-        return c - 'A' + 10;
-    }
-    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
-}
-
 /// A number of digits only, from 0 to maximum; -1 when it is none.
-int number(std::string_view text, int base, int maximum)
+int number(std::string_view text, int base, unsigned maximum)
 {
-    int value = text.empty() ? -1 : 0;
-    for (const char c : text) {
-        const int next = digit(c);
-        if (next < 0 || next >= base) {
-            return -1;
-        }
-        value = value * base + next;
-        if (value > maximum) {
-            return -1;
-        }
-    }
-    return value;
+    unsigned value = 0;
+    const char *end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, value, base);
+    return error == std::errc() && rest == end && value <= maximum ? static_cast<int>(value) : -1;
 }
 
 QByteArray payload(std::string_view text, int length)
 {
     return bytesOfHexPairs(QString::fromLatin1(text.data(), static_cast<int>(text.size())), length);
-}
-
-QString titles(const LINFrameModel &frames)
-{
-    QStringList texts;
-    for (int column = 0; column < LINColumnCount; ++column) {
-        texts.append(frames.headerText(column));
-    }
-    return texts.join(QLatin1Char(',')) + QLatin1Char('\n');
 }
 
 QString line(const LINFrameModel &frames, int row)
@@ -107,7 +71,7 @@ bool saveLINCapture(const QString &path, const LINFrameModel &frames)
     if (!openForSaving(file, QIODevice::WriteOnly | QIODevice::Text)) {
         return false;
     }
-    QString text = titles(frames);
+    QString text = linColumnTitles().join(QLatin1Char(',')) + QLatin1Char('\n');
     const QTextCodec *local = QTextCodec::codecForLocale();
     // Not canEncode(): Windows' own encoding always says yes, and writes question marks.
     const bool isWhole = local->toUnicode(local->fromUnicode(text)) == text;

@@ -1,6 +1,7 @@
 #include "lin/LINFrameCells.h"
 
 #include "device/LINFrame.h"
+#include "lin/LINHexPairs.h"
 
 #include <QCoreApplication>
 
@@ -12,40 +13,13 @@ struct Texts
     Q_DECLARE_TR_FUNCTIONS(LINFrameModel)
 };
 
-void appendHex(QString &text, quint32 byte)
-{
-    constexpr char Digits[] = "0123456789ABCDEF";
-    text.append(QLatin1Char(Digits[byte >> 4U & 15U]));
-    text.append(QLatin1Char(Digits[byte & 15U]));
-}
-
 /// "12[92]"
 QString idText(quint8 id, quint8 pid)
 {
-    QString text;
-    appendHex(text, id);
+    QString text = hexPair(id);
     text.append(QLatin1Char('['));
-    appendHex(text, pid);
+    appendHexPair(text, pid);
     text.append(QLatin1Char(']'));
-    return text;
-}
-
-/// "01 A2 ", with a blank at the end.
-QString dataText(const QByteArray &data)
-{
-    QString text;
-    text.reserve(data.size() * 3);
-    for (const char byte : data) {
-        appendHex(text, static_cast<quint8>(byte));
-        text.append(QLatin1Char(' '));
-    }
-    return text;
-}
-
-QString checkText(quint32 checksum)
-{
-    QString text;
-    appendHex(text, checksum);
     return text;
 }
 
@@ -80,27 +54,16 @@ LINFrameState linFrameState(const CTableViewLIN::DataObject &frame, quint8 check
     return LINFrameState::Wrong;
 }
 
-QString linColumnTitle(LINColumn column)
+QStringList linColumnTitles()
 {
-    switch (column) {
-    case LINColumn::Number:
-        return QStringLiteral("No.");
-    case LINColumn::SystemTime:
-        return Texts::tr("System Time");
-    case LINColumn::Direction:
-        return Texts::tr("Direction");
-    case LINColumn::Id:
-        return QStringLiteral("ID[PID]");
-    case LINColumn::Length:
-        return Texts::tr("Length");
-    case LINColumn::Data:
-        return Texts::tr("Data") + QStringLiteral("(Hex)");
-    case LINColumn::Check:
-        return Texts::tr("Check") + QStringLiteral("(Hex)");
-    case LINColumn::State:
-        return Texts::tr("State");
-    }
-    return {};
+    return {QStringLiteral("No."),
+            Texts::tr("System Time"),
+            Texts::tr("Direction"),
+            QStringLiteral("ID[PID]"),
+            Texts::tr("Length"),
+            Texts::tr("Data") + QStringLiteral("(Hex)"),
+            Texts::tr("Check") + QStringLiteral("(Hex)"),
+            Texts::tr("State")};
 }
 
 QString linCell(const CTableViewLIN::DataObject &frame, int number, LINFrameState state, LINColumn column)
@@ -117,9 +80,9 @@ QString linCell(const CTableViewLIN::DataObject &frame, int number, LINFrameStat
     case LINColumn::Length:
         return QString::number(frame.data.size());
     case LINColumn::Data:
-        return dataText(frame.data);
+        return hexPairs(frame.data);
     case LINColumn::Check:
-        return checkText(frame.checksum);
+        return hexPair(static_cast<quint8>(frame.checksum));
     case LINColumn::State:
         return stateText(state);
     }

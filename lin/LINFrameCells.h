@@ -2,6 +2,8 @@
 
 #include "lin/CTableViewLIN.h"
 
+#include <QStringList>
+
 /// The columns of the table of LIN frames and of its file, in their order.
 enum class LINColumn : quint8 { Number, SystemTime, Direction, Id, Length, Data, Check, State };
 constexpr int LINColumnCount = 8;
@@ -18,7 +20,7 @@ enum class LINFrameState : quint8 {
 /// checksumType: 0 standard (classic), 1 enhanced.
 LINFrameState linFrameState(const CTableViewLIN::DataObject &frame, quint8 checksumType);
 
-/// Texts in the program's language.
-QString linColumnTitle(LINColumn column);
+/// Texts in the program's language; of all columns, in their order.
+QStringList linColumnTitles();
 /// Column Id to Check and SystemTime come from the frame, Number and State from the other two arguments.
 QString linCell(const CTableViewLIN::DataObject &frame, int number, LINFrameState state, LINColumn column);

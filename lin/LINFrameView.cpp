@@ -1,66 +1,22 @@
 #include "lin/LINFrameView.h"
 
-#include "lin/LINFrameCells.h"
-#include "lin/LINFrameModel.h"
-
 #include <QHeaderView>
-#include <QTimer>
 
 namespace {
 constexpr int ColumnWidths[LINColumnCount] = {80, 100, 80, 80, 80, 300, 100, 100};
 constexpr int RowHeight = 23;
 } // namespace
 
-class LINFrameViewPrivate
-{
-public:
-    explicit LINFrameViewPrivate(LINFrameView *view)
-        : q(view)
-    {
-    }
-
-    void schedule();
-    void refresh();
-
-    LINFrameView *q;
-    LINFrameModel model;
-    QTimer timer; ///< runs since the last refresh
-    bool isPending = false;
-    bool isFollowing = false; ///< to the bottom with the next refresh
-};
-
-/// At once after a pause, so that a single row is seen without delay.
-void LINFrameViewPrivate::schedule()
-{
-    if (timer.isActive()) {
-        isPending = true;
-    } else {
-        refresh();
-    }
-}
-
-void LINFrameViewPrivate::refresh()
-{
-    isPending = false;
-    q->rowCountChanged(0, 0); // places the scroll bars and repaints
-    if (isFollowing) {
-        isFollowing = false;
-        q->scrollToBottom();
-    }
-    timer.start(LINFrameView::RefreshMs);
-}
-
 LINFrameView::LINFrameView(QWidget *parent)
     : QTableView(parent)
-    , m_p(std::make_unique<LINFrameViewPrivate>(this))
 {
-    m_p->timer.setSingleShot(true);
-    connect(&m_p->timer, &QTimer::timeout, this, [this] {
-        if (m_p->isPending) {
-            m_p->refresh();
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, [this] {
+        if (m_isPending) {
+            refresh();
         }
     });
-    setModel(&m_p->model);
+    setModel(&m_model);
     // What the table does with every row that comes, countChanged() does once for many.
     disconnect(verticalHeader(), &QHeaderView::sectionCountChanged, this, nullptr);
     connect(verticalHeader(), &QHeaderView::sectionCountChanged, this, &LINFrameView::countChanged);
@@ -84,39 +40,55 @@ LINFrameView::~LINFrameView()
     setModel(nullptr);
 }
 
-const LINFrameModel &LINFrameView::frames() const
+/// At once after a pause, so that a single row is seen without delay.
+void LINFrameView::schedule()
 {
-    return m_p->model;
+    if (m_timer.isActive()) {
+        m_isPending = true;
+    } else {
+        refresh();
+    }
+}
+
+void LINFrameView::refresh()
+{
+    m_isPending = false;
+    rowCountChanged(0, 0); // places the scroll bars and repaints
+    if (m_isFollowing) {
+        m_isFollowing = false;
+        scrollToBottom();
+    }
+    m_timer.start(RefreshMs);
 }
 
 void LINFrameView::addRow(const CTableViewLIN::DataObject &frame, bool isStaticMode, quint8 checksumType)
 {
     if (isStaticMode) {
-        m_p->model.replace(frame, checksumType);
+        m_model.replace(frame, checksumType);
         return;
     }
-    m_p->isFollowing = true;
-    m_p->model.append(frame, checksumType);
+    m_isFollowing = true;
+    m_model.append(frame, checksumType);
 }
 
 void LINFrameView::addRows(const QVector<CTableViewLIN::DataObject> &frames, quint8 checksumType)
 {
     if (!frames.isEmpty()) {
-        m_p->isFollowing = true;
-        m_p->model.append(frames, checksumType);
+        m_isFollowing = true;
+        m_model.append(frames, checksumType);
     }
 }
 
 void LINFrameView::clearRows()
 {
-    m_p->isFollowing = false;
-    m_p->model.clear();
+    m_isFollowing = false;
+    m_model.clear();
 }
 
 void LINFrameView::dataChanged(const QModelIndex & /*topLeft*/, const QModelIndex & /*bottomRight*/,
                                const QVector<int> & /*roles*/)
 {
-    m_p->schedule();
+    schedule();
 }
 
 void LINFrameView::countChanged(int before, int now)
@@ -124,6 +96,6 @@ void LINFrameView::countChanged(int before, int now)
     if (now <= before) {
         rowCountChanged(before, now);
     } else {
-        m_p->schedule();
+        schedule();
     }
 }

@@ -5,3 +5,12 @@
 
 /// The first 2 x length characters other than white space, as bytes; a pair that is not hexadecimal is dropped.
 QByteArray bytesOfHexPairs(const QString &text, int length);
+/// Whether there are 2 x length characters other than white space, whatever they are.
+bool hasHexPairs(const QString &text, int length);
+
+/// Two upper-case digits.
+void appendHexPair(QString &text, quint8 byte);
+/// "0F"
+QString hexPair(quint8 byte);
+/// "01 A2 ", a blank behind each pair.
+QString hexPairs(const QByteArray &bytes);

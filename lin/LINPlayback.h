@@ -13,13 +13,25 @@ public:
     bool isMasked(quint8 id) const { return m_masked.test(id % m_masked.size()); }
 
     /// From the first frame on; both numbers from 1.
-    void start(int frames, int passes);
+    void start(int frames, int passes)
+    {
+        m_frames = frames;
+        m_wantedPasses = passes;
+        m_position = 0;
+        m_passes = 0;
+    }
     /// The frame whose turn it is, from 0. A masked one has its turn too.
     int position() const { return m_position; }
     /// Times that the list has been gone through.
     int passes() const { return m_passes; }
     /// The frame at position() has had its turn.
-    void advance();
+    void advance()
+    {
+        if (++m_position >= m_frames) {
+            m_position = 0;
+            ++m_passes;
+        }
+    }
     bool isFinished() const { return m_passes >= m_wantedPasses; }
 
 private:

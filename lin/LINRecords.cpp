@@ -13,14 +13,8 @@ constexpr unsigned IdMask = 0x3F; // the other two bits are parity
 CTableViewLIN::DataObject receivedFrame(quint8 id, quint8 pid, const VCI_LIN_OBJ &record, const QString &time)
 {
     const int length = std::min<int>(record.DataLen, sizeof record.Data);
-    CTableViewLIN::DataObject frame;
-    frame.time = time;
-    frame.direction = CTableViewLIN::DataObject::Received;
-    frame.ID = id;
-    frame.PID = pid;
-    frame.data = QByteArray(reinterpret_cast<const char *>(record.Data), length);
-    frame.checksum = record.Checksum;
-    return frame;
+    const QByteArray data(reinterpret_cast<const char *>(record.Data), length);
+    return {time, CTableViewLIN::DataObject::Received, id, pid, data, record.Checksum};
 }
 
 } // namespace
@@ -38,6 +32,11 @@ CTableViewLIN::DataObject monitoredLINFrame(const VCI_LIN_OBJ &record, const QSt
 CTableViewLIN::DataObject answeredLINFrame(quint8 id, const VCI_LIN_OBJ &record, const QString &time)
 {
     return receivedFrame(id, calcPID(id), record, time);
+}
+
+CTableViewLIN::DataObject sentLINFrame(quint8 id, const QByteArray &data, bool enhanced, const QString &time)
+{
+    return {time, CTableViewLIN::DataObject::Sent, id, calcPID(id), data, calcChecksum(id, enhanced, data)};
 }
 
 VCI_LIN_OBJ linRecord(quint8 id, const QByteArray &data)

@@ -12,6 +12,8 @@ private slots:
     static void frameId();
     static void correctedText_data();
     static void correctedText();
+    static void counts_data();
+    static void counts();
     static void lengths();
     static void classicFrame();
     static void fdFrame();
@@ -67,6 +69,36 @@ void tst_CanFrameInput::correctedText()
     QFETCH(QString, text);
     QFETCH(bool, extended);
     QTEST(correctedFrameIdText(text, extended), "corrected");
+}
+
+void tst_CanFrameInput::counts_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qint64>("count"); // -1: no number
+    QTest::addColumn<int>("asInt");
+    QTest::newRow("zero") << "0" << qint64(0) << 0;
+    QTest::newRow("leading zeros") << "00000000000000000020" << qint64(20) << 20;
+    QTest::newRow("highest int") << "2147483647" << qint64(2147483647) << 2147483647;
+    QTest::newRow("above an int") << "2147483648" << qint64(2147483648) << 2147483647;
+    QTest::newRow("highest") << "4294967295" << qint64(4294967295) << 2147483647;
+    QTest::newRow("above the highest") << "4294967296" << qint64(4294967295) << 2147483647;
+    QTest::newRow("far above the highest") << "99999999999999999999999" << qint64(4294967295) << 2147483647;
+    QTest::newRow("empty") << "" << qint64(-1) << 7;
+    QTest::newRow("blanks") << " 1" << qint64(-1) << 7;
+    QTest::newRow("sign") << "+1" << qint64(-1) << 7;
+    QTest::newRow("negative") << "-1" << qint64(-1) << 7;
+    QTest::newRow("far above, and a letter") << "99999999999999999999999x" << qint64(-1) << 7;
+    QTest::newRow("hexadecimal") << "0x10" << qint64(-1) << 7;
+    QTest::newRow("other digits") << QStringLiteral("\uFF11") << qint64(-1) << 7;
+}
+
+void tst_CanFrameInput::counts()
+{
+    QFETCH(QString, text);
+    QFETCH(int, asInt);
+    const auto result = countFromText(text);
+    QTEST(result ? qint64(*result) : qint64(-1), "count");
+    QCOMPARE(intFromText(text, 7), asInt);
 }
 
 void tst_CanFrameInput::lengths()

@@ -1,4 +1,4 @@
-#include "can/FrameIncrement.h"
+#include "can/CanFrameInput.h"
 #include "tests/support/TestProgram.h"
 
 #include <QtTest>

@@ -1,4 +1,4 @@
-#include "can/GatewayEntry.h"
+#include "can/GatewayIdList.h"
 #include "can/GUI_CanGateWay.h"
 #include "resources/Resources.h"
 #include "tests/support/TestProgram.h"

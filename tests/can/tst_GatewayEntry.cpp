@@ -1,4 +1,4 @@
-#include "can/GatewayEntry.h"
+#include "can/GatewayIdList.h"
 #include "tests/support/TestProgram.h"
 
 #include <QtTest>

@@ -188,7 +188,7 @@ void tst_GUI_LINModeMonitor::form()
     QVERIFY(titles.contains(QStringLiteral("Fixed ID Settings")));
     QCOMPARE(user.find<QLabel>("lbl_mode")->text(), QStringLiteral("Monitor mode:"));
     QCOMPARE(user.find<QLabel>("lbl_modeDisplay")->text(), QStringLiteral("Display mode:"));
-    QCOMPARE(user.frames().headerText(Id), QStringLiteral("ID[PID]"));
+    QCOMPARE(user.frames().headerData(Id, Qt::Horizontal).toString(), QStringLiteral("ID[PID]"));
 }
 
 void tst_GUI_LINModeMonitor::startsAndStops()

@@ -18,15 +18,6 @@ QStringList cells(const CTableViewLIN::DataObject &frame, int number, LINFrameSt
     }
     return texts;
 }
-
-QStringList titles()
-{
-    QStringList texts;
-    for (int column = 0; column < LINColumnCount; ++column) {
-        texts.append(linColumnTitle(static_cast<LINColumn>(column)));
-    }
-    return texts;
-}
 } // namespace
 
 class tst_LINFrameCells : public QObject
@@ -105,7 +96,7 @@ void tst_LINFrameCells::states()
 
 void tst_LINFrameCells::columnTitles()
 {
-    QCOMPARE(titles().join(QLatin1Char('|')),
+    QCOMPARE(linColumnTitles().join(QLatin1Char('|')),
              QStringLiteral("No.|System Time|Direction|ID[PID]|Length|Data(Hex)|Check(Hex)|State"));
 }
 
@@ -115,7 +106,7 @@ void tst_LINFrameCells::inChinese()
     QTranslator translator;
     QVERIFY(translator.load(QStringLiteral(":/Language/CN.qm")));
     QVERIFY(QCoreApplication::installTranslator(&translator));
-    QCOMPARE(titles().join(QLatin1Char('|')),
+    QCOMPARE(linColumnTitles().join(QLatin1Char('|')),
              QString::fromUtf8("No.|系统时间|方向|ID[PID]|长度|数据(Hex)|校验(Hex)|状态"));
     CTableViewLIN::DataObject frame = linFrame(0x12, "01A2");
     QCOMPARE(cells(frame, 1, LINFrameState::WrongEnhanced).join(QLatin1Char('|')),

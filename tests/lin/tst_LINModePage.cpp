@@ -25,8 +25,12 @@ public:
     using LINModePage::startRunning;
     using LINModePage::stopRunning;
 
-public slots:
-    void slot_changeBtnEnableState(uint8_t /*mode*/, bool /*newState*/) override {}
+protected slots:
+    void slot_startBtnClicked() override {}
+    void slot_sendTimeoutEvent() override {}
+
+protected:
+    void enableStartControls(bool /*enabled*/) override {}
 };
 
 /// A page for channel 1 of device 0, which is open.

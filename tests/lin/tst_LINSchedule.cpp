@@ -1,4 +1,3 @@
-#include "lin/LINHexPairs.h"
 #include "lin/LINSchedule.h"
 #include "tests/support/TestProgram.h"
 
@@ -20,8 +19,6 @@ private slots:
     static void checksARow_data();
     static void checksARow();
     static void namesTheRow();
-    static void decodesPairs_data();
-    static void decodesPairs();
     static void servesInTurn_data();
     static void servesInTurn();
     static void nothingComesOfNoRows();
@@ -118,43 +115,6 @@ void tst_LINSchedule::namesTheRow()
     QCOMPARE(error, QStringLiteral("The ID is out of range, Error line0!\nValid ID range: 0x0-0x3F!"));
     readLINScheduleRow(texts, 19, error);
     QCOMPARE(error, QStringLiteral("The ID is out of range, Error line19!\nValid ID range: 0x0-0x3F!"));
-}
-
-void tst_LINSchedule::decodesPairs_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("length");
-    QTest::addColumn<QByteArray>("bytes");
-
-    const auto row = [](const QString &text, int length, const char *hex) {
-        QTest::newRow(qPrintable(text.left(40) + QString::number(length)))
-            << text << length << QByteArray::fromHex(hex);
-    };
-    row(QStringLiteral("00 00 00 00 00 00 00 05"), 8, "0000000000000005");
-    row(QStringLiteral("0102"), 2, "0102");
-    row(QStringLiteral("0102"), 1, "01");
-    row(QStringLiteral("0102"), 0, "");
-    row(QString(), 8, "");
-    row(QStringLiteral("0 1\t0\n2"), 2, "0102");
-    row(QStringLiteral("aB cD"), 2, "ABCD");
-    row(QStringLiteral("010"), 2, "01");
-    // Digits of different pairs never make a byte together.
-    row(QStringLiteral("zz 01"), 2, "01");
-    row(QStringLiteral("0G 12"), 2, "12");
-    row(QStringLiteral("1G G2 34"), 3, "34");
-    row(QStringLiteral("-1 0x 01"), 3, "01");
-    row(QStringLiteral("zz 01"), 1, "");
-    row(QStringLiteral("@` /: 09"), 3, "09");
-    row(QString::fromUtf8("１１ ４ａ İı 0f"), 4, "0F");
-    row(QStringLiteral("1 ").repeated(1000000), 8, "1111111111111111");
-}
-
-void tst_LINSchedule::decodesPairs()
-{
-    QFETCH(QString, text);
-    QFETCH(int, length);
-    QFETCH(QByteArray, bytes);
-    QCOMPARE(bytesOfHexPairs(text, length), bytes);
 }
 
 void tst_LINSchedule::servesInTurn_data()
