@@ -4,9 +4,11 @@
 #include "can/CanTabErrors.h"
 #include "can/FrameIncrement.h"
 #include "can/GUI_CanGateWay.h"
+#include "capture/CaptureFormat.h"
 #include "capture/GUI_CanAdvancedOpearation.h"
 #include "capture/GUI_CanSendFile.h"
 #include "device/CANCommunication.h"
+#include "device/ClockText.h"
 #include "device/TickTimer.h"
 #include "ui_GUI_CanDevice.h"
 #include "widgets/CNotice.h"
@@ -15,7 +17,6 @@
 #include <QPropertyAnimation>
 #include <QSet>
 #include <QSignalBlocker>
-#include <QTime>
 #include <QToolTip>
 
 #include <algorithm>
@@ -28,11 +29,6 @@ constexpr int MessageCritical = 4;
 constexpr int FoldMs = 500;
 constexpr int PanelHeight = 155;
 constexpr int ClassicLengthMax = 8;
-
-QString clockText()
-{
-    return QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz"));
-}
 
 /// At most the highest int.
 int toInt(quint32 count)
@@ -562,7 +558,7 @@ void GUI_CanDevice::slot_saveBtnClicked()
         GUI_CanDevicePrivate::complain(m_p->ui.lbx_frameOfSaved);
         return;
     }
-    const QString path = askSavePath(tr("CAN File(*.can);;CANFD File(*.canfd);;Csv File(*.csv);;Text File(*.txt)"));
+    const QString path = askSavePath(captureSaveFilters());
     if (path.isEmpty()) {
         return;
     }
@@ -583,7 +579,7 @@ void GUI_CanDevice::slot_realTimeSaveBtnClicked()
         m_p->ui.btn_realTimeSaving->setText(tr("Real time saving"));
         return;
     }
-    const QString path = askSavePath(tr("Text File(*.txt);;CSV File(*.csv)"));
+    const QString path = askSavePath(captureRealTimeFilters());
     if (path.isEmpty()) {
         return;
     }

@@ -9,9 +9,10 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <optional>
 
-class CaptureLoadThread;
+class QThread;
 
 /// Reads captures on a thread of their own, one at a time, so that the event loop of the thread it lives on keeps
 /// running. A reading that is stopped is let go: its thread ends by itself, at the latest when the system call it is in
@@ -44,10 +45,13 @@ public:
     bool isLoading() const { return m_thread != nullptr; }
 
 private:
-    void finish(CaptureLoadThread *thread);
+    struct Load;
+
+    void finish(const QThread *thread);
 
     Reader m_reader;
     Done m_done;
-    CaptureLoadThread *m_thread = nullptr; ///< goes by itself when it has finished
-    QVector<QPointer<CaptureLoadThread>> m_letGo;
+    QThread *m_thread = nullptr;  ///< goes by itself when it has finished
+    std::shared_ptr<Load> m_load; ///< the thread's, too
+    QVector<QPointer<QThread>> m_letGo;
 };

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "capture/FrameRecord.h"
-#include "capture/RealTimeTarget.h"
 
 #include <QString>
 
@@ -9,6 +8,21 @@
 #include <memory>
 #include <thread>
 #include <vector>
+
+/// What takes the rows that real-time saving writes. Used by one thread at a time, which may be kept waiting.
+class RealTimeTarget
+{
+public:
+    RealTimeTarget() = default;
+    virtual ~RealTimeTarget() = default;
+    RealTimeTarget(const RealTimeTarget &) = delete;
+    RealTimeTarget &operator=(const RealTimeTarget &) = delete;
+
+    /// Writes the rows, numbered from firstNumber on. After false nothing more is written.
+    virtual bool append(const std::vector<FrameRecord> &rows, quint64 firstNumber) = 0;
+    /// Returns when everything appended is safe from a power cut; false when it is lost.
+    virtual bool sync() = 0;
+};
 
 /// Writes rows to a target on a thread of its own and syncs them, so that whoever hands them over is never kept waiting
 /// by a target that stands still. The functions are called by one thread, the owner's.
@@ -44,7 +58,7 @@ public:
     bool waitFinished(std::chrono::milliseconds time);
 
 private:
-    class Job;
+    struct Job;
 
     QString m_path;
     std::shared_ptr<Job> m_job; ///< the thread's, too

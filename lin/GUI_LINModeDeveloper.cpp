@@ -115,7 +115,7 @@ void GUI_LINModeDeveloperPrivate::scanNext()
     scan.step(isAnswered);
     ui.progressBar->setValue(scan.progress());
     if (isAnswered) {
-        frames.append(answeredLINFrame(id, record, linTimeNow()));
+        frames.append(answeredLINFrame(id, record, clockText()));
     }
     if (scan.isFinished()) {
         finishScan();

@@ -224,7 +224,7 @@ std::optional<CTableViewLIN::DataObject> GUI_LINModeListPrivate::request(quint8 
     if (communication.receiveLIN(channel.device, channel.channel, &answer) != CAN_OK || answer.DataLen == 0) {
         return std::nullopt;
     }
-    return answeredLINFrame(answer.ID & LINScheduleRow::MaxId, answer, linTimeNow());
+    return answeredLINFrame(answer.ID & LINScheduleRow::MaxId, answer, clockText());
 }
 
 /// A frame that the adapter refuses is listed all the same.
@@ -233,7 +233,7 @@ CTableViewLIN::DataObject GUI_LINModeListPrivate::send(quint8 id, const QByteArr
     const ChannelParam &channel = q->channelParam();
     communication.transmitLIN(channel.device, channel.channel, linRecord(id, data));
     CTableViewLIN::DataObject frame;
-    frame.time = linTimeNow();
+    frame.time = clockText();
     frame.direction = CTableViewLIN::DataObject::Sent;
     frame.ID = id;
     frame.PID = calcPID(id);
