@@ -147,7 +147,8 @@ void benchLoad(BenchReport &report, const CaptureBenchOptions &options, int size
     fill(store, options.frames, size);
     const QString frames = QStringLiteral("%1-byte frames").arg(size);
     const QDir folder(options.folder);
-    for (const CaptureFormat &format : captureFormats()) {
+    for (const CANFile::FileType type : {CANFile::CSV, CANFile::Text, CANFile::CAN, CANFile::CANFD}) {
+        const CaptureFormat &format = captureFormat(type);
         const QString path = folder.filePath(QStringLiteral("bench_load") + QLatin1String(format.ending));
         if (!saveCapture(path, store, 0, options.frames, CaptureTestData::englishLabels())) {
             qFatal("cannot write %s", qPrintable(path));

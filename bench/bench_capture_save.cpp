@@ -88,7 +88,8 @@ void benchSave(BenchReport &report, const CaptureBenchOptions &options, int size
     const QDir folder(options.folder);
     const QString unit = QStringLiteral("MB/s CPU");
     double csv = 0;
-    for (const CaptureFormat &format : captureFormats()) {
+    for (const CANFile::FileType type : {CANFile::CSV, CANFile::Text, CANFile::CAN, CANFile::CANFD}) {
+        const CaptureFormat &format = captureFormat(type);
         const QString ending = QLatin1String(format.ending);
         const QString path = folder.filePath(QStringLiteral("bench_capture") + ending);
         const double rate = megabytesPerSecond(path, options.repetitions, [&] {

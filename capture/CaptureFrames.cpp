@@ -5,8 +5,9 @@
 namespace {
 constexpr std::size_t ChunkFrames = 16384;
 
-static_assert(2 * ChunkFrames * CaptureFrame::MaxLength + PayloadBlocks::BlockSize < 1U << 25U);
-static_assert(CaptureFrame::MaxLength < 1 << 7);
+constexpr quint32 PlaceBits = 25;
+static_assert(2 * ChunkFrames * CaptureFrame::MaxLength + PayloadBlocks::BlockSize < 1U << PlaceBits);
+static_assert(CaptureFrame::MaxLength < 1U << (32 - PlaceBits));
 
 template<typename Record>
 Record toRecord(const CaptureFrame &frame)
@@ -50,8 +51,9 @@ CaptureFrame CaptureFrames::at(qint64 index) const
     CaptureFrame frame;
     frame.idWord = row.idWord;
     frame.attributes = row.attributes;
-    frame.data = QByteArray(reinterpret_cast<const char *>(m_payloads.at(chunk.firstPayload + row.payload)),
-                            static_cast<int>(row.size));
+    const quint32 place = row.payload & ((1U << PlaceBits) - 1);
+    frame.data = QByteArray(reinterpret_cast<const char *>(m_payloads.at(chunk.firstPayload + place)),
+                            static_cast<int>(row.payload >> PlaceBits));
     return frame;
 }
 
@@ -65,6 +67,8 @@ void CaptureFrames::append(quint32 idWord, quint32 attributes, const uchar *data
         m_chunks.back().rows.reserve(ChunkFrames); // pages that hold no frame are never touched
     }
     Chunk &chunk = m_chunks.back();
-    const auto inChunk = static_cast<quint32>(place - chunk.firstPayload);
-    chunk.rows.push_back({idWord, attributes, inChunk & 0x1FFFFFFU, bytes & 0x7FU});
+    Row &row = chunk.rows.emplace_back(); // filled in place: a copy would wait for what was just written
+    row.idWord = idWord;
+    row.attributes = attributes;
+    row.payload = static_cast<quint32>(place - chunk.firstPayload) | bytes << PlaceBits;
 }

@@ -63,8 +63,7 @@ private:
     {
         quint32 idWord;
         quint32 attributes;
-        quint32 payload : 25; ///< its place, counted from the chunk's first one
-        quint32 size : 7;     ///< of the payload
+        quint32 payload; ///< bits 0-24 its place, counted from the chunk's first one, bits 25-31 its size
     };
     struct Chunk
     {

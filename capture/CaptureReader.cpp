@@ -9,6 +9,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <new>
 
@@ -41,6 +42,12 @@ Record recordAt(const CaptureInput &in, std::size_t size = sizeof(Record))
     return record;
 }
 
+/// A payload is best read where it stands, not from the record's copy.
+const uchar *bytesAt(const CaptureInput &in, std::size_t place)
+{
+    return reinterpret_cast<const uchar *>(in.window().data()) + place;
+}
+
 quint32 idWordOf(quint32 id, quint8 remote, quint8 extended)
 {
     return CaptureFrame::toIdWord(qFromLittleEndian(id), (remote & 1U) != 0, (extended & 1U) != 0);
@@ -68,7 +75,8 @@ void readCanRecords(CaptureInput &in, CaptureFrames &frames)
         const auto record = recordAt<VCI_CAN_OBJ>(in);
         // All eight bytes belong to the payload, whatever the length says.
         frames.append(idWordOf(record.ID, record.RemoteFlag, record.ExternFlag),
-                      attributesOf(record.DataLen, FrameRecord::CAN), record.Data, sizeof record.Data);
+                      attributesOf(record.DataLen, FrameRecord::CAN), bytesAt(in, offsetof(VCI_CAN_OBJ, Data)),
+                      sizeof record.Data);
         in.skip(sizeof record);
     }
 }
@@ -113,9 +121,8 @@ bool readCanFd(CaptureInput &in, const CaptureFormat & /*format*/, CaptureConten
             break;
         }
         const quint32 protocol = std::min<quint32>(record.protocol & 3U, FrameRecord::CANFDSpeed);
-        const auto *payload = reinterpret_cast<const uchar *>(in.window().data()) + sizeof record;
         content.frames.append(idWordOf(record.id, record.remote, record.extended),
-                              attributesOf(record.length, protocol), payload,
+                              attributesOf(record.length, protocol), bytesAt(in, sizeof record),
                               std::min<int>(record.length, CaptureFrame::MaxLength));
         in.skip(sizeof record + record.length);
     }

@@ -53,7 +53,16 @@ public:
     }
     void taken(const char *end) { m_used = static_cast<std::size_t>(end - m_buffer.get()); }
 
-    void write(const QByteArray &bytes) { taken(putBytes(room(sizeOf(bytes)), bytes)); }
+    void write(const void *bytes, std::size_t size) { taken(putBytes(room(size), bytes, size)); }
+    void write(const QByteArray &bytes) { write(bytes.constData(), sizeOf(bytes)); }
+    /// A record of zeros, to be filled in where it stands before anything follows.
+    template<typename Record>
+    Record *newRecord()
+    {
+        auto *record = new (room(sizeof(Record))) Record{};
+        m_used += sizeof(Record);
+        return record;
+    }
 
     /// isGood() says whether all was written.
     void flush()
@@ -227,15 +236,14 @@ void writeCan(CapturePieces &out, const CaptureFormat & /*format*/, const Captur
 {
     writeHeader(out, CaptureLayout::CanHeader);
     putRows(out, rows, [&](const FrameView &frame, quint64 /*number*/) {
-        VCI_CAN_OBJ record = {};
-        record.ID = qToLittleEndian<quint32>(frame.id);
-        record.TimeStamp = qToLittleEndian(frame.timeStamp);
-        record.SendType = receivedMark(frame);
-        record.RemoteFlag = frame.remote;
-        record.ExternFlag = frame.extended;
-        record.DataLen = static_cast<quint8>(std::min<int>(frame.size, sizeof record.Data));
-        std::memcpy(record.Data, frame.data, record.DataLen);
-        out.taken(putBytes(out.room(sizeof record), &record, sizeof record));
+        auto *record = out.newRecord<VCI_CAN_OBJ>();
+        record->ID = qToLittleEndian<quint32>(frame.id);
+        record->TimeStamp = qToLittleEndian(frame.timeStamp);
+        record->SendType = receivedMark(frame);
+        record->RemoteFlag = frame.remote;
+        record->ExternFlag = frame.extended;
+        record->DataLen = static_cast<quint8>(std::min<int>(frame.size, sizeof record->Data));
+        std::copy_n(frame.data, record->DataLen, record->Data);
     });
 }
 
@@ -243,18 +251,16 @@ void writeCanFd(CapturePieces &out, const CaptureFormat & /*format*/, const Capt
 {
     writeHeader(out, CaptureLayout::OwnHeader);
     putRows(out, rows, [&](const FrameView &frame, quint64 /*number*/) {
-        CaptureLayout::CanFdRecord record = {};
-        record.id = qToLittleEndian<quint32>(frame.id);
-        record.timeStamp = qToLittleEndian(frame.timeStamp);
-        record.protocol = frame.protocol;
-        record.received = receivedMark(frame);
-        record.remote = frame.remote;
-        record.extended = frame.extended;
-        record.length = static_cast<quint8>(std::min(frame.size, CaptureFrame::MaxLength));
+        auto *record = out.newRecord<CaptureLayout::CanFdRecord>();
+        record->id = qToLittleEndian<quint32>(frame.id);
+        record->timeStamp = qToLittleEndian(frame.timeStamp);
+        record->protocol = frame.protocol;
+        record->received = receivedMark(frame);
+        record->remote = frame.remote;
+        record->extended = frame.extended;
+        record->length = static_cast<quint8>(std::min(frame.size, CaptureFrame::MaxLength));
         // The whole payload follows, also where it is longer than the length byte can say.
-        const auto size = static_cast<std::size_t>(frame.size);
-        char *to = putBytes(out.room(sizeof record + size), &record, sizeof record);
-        out.taken(putBytes(to, frame.data, size));
+        out.write(frame.data, static_cast<std::size_t>(frame.size));
     });
 }
 

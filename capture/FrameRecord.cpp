@@ -65,12 +65,3 @@ FrameRecord FrameRecord::sent(const VCI_CANFD_OBJ &frame, bool accepted, const Q
 {
     return recordOf(frame, sentDirection(accepted), systemTime);
 }
-
-FrameView::FrameView(const FrameRecord &record)
-    : FrameHead(record)
-    , systemTime(&record.systemTime)
-    , data(reinterpret_cast<const uchar *>(record.data.constData()))
-    , size(std::min(record.data.size(), MaxPayload))
-{
-    protocol = std::min<quint8>(protocol, CANFDSpeed);
-}

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QVector>
 
+#include <algorithm>
+
 /// What is known of a frame beside its texts, the same in a record, in a row of the store and in a view.
 struct FrameHead
 {
@@ -16,14 +18,16 @@ struct FrameHead
     };
     enum Protocol : quint8 { CAN = 0, CANFD = 1, CANFDSpeed = 2 };
 
+    // The bytes first: behind the words they would be copied together with half of one, and whoever reads that word
+    // next would wait for it.
+    quint8 direction = SendFailure; ///< a Direction; any other value is shown as sent successfully
+    quint8 sendType = 0;            ///< SendType of the adapter record; kept, never shown or saved
+    quint8 protocol = CAN;          ///< a Protocol
     quint32 timeStamp = 0;          ///< adapter time of a received frame in milliseconds; 0 for sent frames
     quint32 id : 29;                ///< frame identifier
     quint32 timeFlag : 1;           ///< bit 0 of the adapter record's TimeFlag
     quint32 remote : 1;             ///< remote frame
     quint32 extended : 1;           ///< 29-bit identifier
-    quint8 direction = SendFailure; ///< a Direction; any other value is shown as sent successfully
-    quint8 sendType = 0;            ///< SendType of the adapter record; kept, never shown or saved
-    quint8 protocol = CAN;          ///< a Protocol
 
     FrameHead()
         : id(0)
@@ -63,13 +67,18 @@ struct FrameView : FrameHead
     const uchar *data;         ///< payload, size bytes; never null
     int size;                  ///< 0 to MaxPayload
 
+    /// A protocol that there is not is shown as the fastest one.
     FrameView(const FrameHead &head, const QString &time, const uchar *payload, int payloadSize)
         : FrameHead(head)
         , systemTime(&time)
         , data(payload)
         , size(payloadSize)
     {
+        protocol = std::min<quint8>(protocol, CANFDSpeed);
     }
-    /// At most MaxPayload bytes of the payload, and no protocol that there is not.
-    explicit FrameView(const FrameRecord &record);
+    explicit FrameView(const FrameRecord &record)
+        : FrameView(record, record.systemTime, reinterpret_cast<const uchar *>(record.data.constData()),
+                    std::min(record.data.size(), MaxPayload))
+    {
+    }
 };

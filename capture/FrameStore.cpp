@@ -61,11 +61,11 @@ void FrameStore::append(const FrameRecord &record)
     if (chunk.texts.empty() || chunk.texts.back() != record.systemTime) {
         chunk.texts.push_back(record.systemTime);
     }
-    const FrameView frame(record);
-    const auto size = static_cast<quint16>(frame.size);
-    const auto place = static_cast<quint32>(chunk.payloads.put(frame.data, size));
-    chunk.rows.push_back(
-        {frame, place, size, static_cast<quint16>(chunk.texts.size() - 1)});
+    Row &row = chunk.rows.emplace_back(); // filled in place: a copy would wait for what was just written
+    static_cast<FrameHead &>(row) = record;
+    row.size = static_cast<quint16>(std::min(record.data.size(), FrameView::MaxPayload));
+    row.payload = static_cast<quint32>(chunk.payloads.put(record.data.constData(), row.size));
+    row.timeText = static_cast<quint16>(chunk.texts.size() - 1);
     ++m_size;
 }
 

@@ -20,7 +20,7 @@ public:
     /// index: 0 to size() - 1. The view stays valid until that row is dropped.
     FrameView at(int index) const;
 
-    /// Keeps what a view shows of the record.
+    /// Keeps FrameView::MaxPayload bytes of the payload at most.
     void append(const FrameRecord &record);
     /// Drops all rows from size on; a size beyond size() changes nothing.
     void truncate(int size);
