@@ -7,7 +7,7 @@
 #include <QTextCodec>
 
 #include <algorithm>
-#include <limits>
+#include <charconv>
 
 namespace {
 
@@ -129,42 +129,23 @@ private:
     }
 };
 
-bool isBlank(char c)
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
 /// An unsigned hexadecimal number of 32 bits, as QString::toUInt() takes it: blanks around, a plus sign and "0x"
 /// before.
 std::optional<quint32> hexNumber(std::string_view text)
 {
-    while (!text.empty() && isBlank(text.front())) {
-        text.remove_prefix(1);
-    }
-    while (!text.empty() && isBlank(text.back())) {
-        text.remove_suffix(1);
-    }
+    constexpr std::string_view Blanks = " \t\n\v\f\r";
+    text.remove_prefix(std::min(text.find_first_not_of(Blanks), text.size()));
+    text.remove_suffix(text.size() - (text.find_last_not_of(Blanks) + 1));
     if (!text.empty() && text.front() == '+') {
         text.remove_prefix(1);
     }
     if (text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X')) {
         text.remove_prefix(2);
     }
-    if (text.empty()) {
-        return std::nullopt;
-    }
-    quint64 number = 0;
-    for (const char c : text) {
-        const int digit = hexDigit(c);
-        if (digit == NoDigit) {
-            return std::nullopt;
-        }
-        number = number << 4U | static_cast<quint64>(digit);
-        if (number > std::numeric_limits<quint32>::max()) {
-            return std::nullopt;
-        }
-    }
-    return static_cast<quint32>(number);
+    quint32 number = 0;
+    const char *end = text.data() + text.size();
+    const auto [behind, error] = std::from_chars(text.data(), end, number, 16);
+    return error == std::errc() && behind == end ? std::optional(number) : std::nullopt;
 }
 
 /// Decodes a text piece by piece.

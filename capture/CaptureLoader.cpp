@@ -6,8 +6,10 @@
 #include <mutex>
 #include <utility>
 
+/// One reading: belongs to its thread and to whoever started it, so either may go first.
 struct CaptureLoader::Load
 {
+    Reader reader;
     std::atomic<bool> isStopped{false};
     std::mutex mutex;                      ///< guards content
     std::optional<CaptureContent> content; ///< once it was read
@@ -43,15 +45,16 @@ bool CaptureLoader::start(const QString &path, Done done)
         return false;
     }
     m_done = std::move(done);
-    m_load = std::make_shared<Load>();
-    QThread *thread = QThread::create([load = m_load, reader = m_reader, path] {
-        std::optional<CaptureContent> content = reader(path, load->isStopped);
+    const auto load = std::make_shared<Load>();
+    load->reader = m_reader;
+    QThread *thread = QThread::create([load, path] {
+        std::optional<CaptureContent> content = load->reader(path, load->isStopped);
         const std::lock_guard<std::mutex> lock(load->mutex);
         load->content = std::move(content);
     });
     m_thread = thread;
-    // Queued to this object's thread. The second one comes after the first, so that the pointer is good in finish().
-    connect(thread, &QThread::finished, this, [this, thread] { finish(thread); });
+    m_load = load;
+    connect(thread, &QThread::finished, this, [this, load] { finish(load); }); // queued to this object's thread
     connect(thread, &QThread::finished, thread, &QObject::deleteLater);
     thread->start();
     return true;
@@ -59,24 +62,23 @@ bool CaptureLoader::start(const QString &path, Done done)
 
 void CaptureLoader::stop()
 {
-    if (m_thread != nullptr) {
-        m_load->isStopped = true;
+    if (m_load != nullptr) {
+        std::exchange(m_load, nullptr)->isStopped = true;
         m_letGo.append(m_thread);
-        m_thread = nullptr;
         m_done = {};
     }
 }
 
-void CaptureLoader::finish(const QThread *thread)
+void CaptureLoader::finish(const std::shared_ptr<Load> &load)
 {
-    if (thread != m_thread) { // stopped meanwhile
+    if (load != m_load) { // stopped meanwhile
         return;
     }
-    m_thread = nullptr;
+    m_load = nullptr;
     std::optional<CaptureContent> content;
     {
-        const std::lock_guard<std::mutex> lock(m_load->mutex);
-        content = std::exchange(m_load->content, std::nullopt);
+        const std::lock_guard<std::mutex> lock(load->mutex);
+        content = std::exchange(load->content, std::nullopt);
     }
     std::exchange(m_done, {})(std::move(content));
 }

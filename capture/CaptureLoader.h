@@ -42,16 +42,16 @@ public:
     bool start(const QString &path, Done done);
     /// Returns at once; done will not be called.
     void stop();
-    bool isLoading() const { return m_thread != nullptr; }
+    bool isLoading() const { return m_load != nullptr; }
 
 private:
     struct Load;
 
-    void finish(const QThread *thread);
+    void finish(const std::shared_ptr<Load> &load);
 
     Reader m_reader;
     Done m_done;
-    QThread *m_thread = nullptr;  ///< goes by itself when it has finished
-    std::shared_ptr<Load> m_load; ///< the thread's, too
+    std::shared_ptr<Load> m_load; ///< the one that runs; its thread's, too
+    QPointer<QThread> m_thread;   ///< of that; goes by itself when it has finished
     QVector<QPointer<QThread>> m_letGo;
 };
