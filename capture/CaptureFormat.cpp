@@ -8,9 +8,9 @@
 
 #include <algorithm>
 
-const std::array<CaptureFormat, 4> &captureFormats()
+const std::vector<CaptureFormat> &captureFormats()
 {
-    static constexpr std::array<CaptureFormat, 4> Formats = {{
+    static const std::vector<CaptureFormat> formats = {
         {CANFile::CAN, ".can", QT_TRANSLATE_NOOP("CaptureFormat", "CAN File(*.can)"), nullptr,
          QT_TRANSLATE_NOOP("CaptureFormat", "CAN(*.can)"), nullptr, nullptr, false, readCan, writeCan},
         {CANFile::CANFD, ".canfd", QT_TRANSLATE_NOOP("CaptureFormat", "CANFD File(*.canfd)"), nullptr,
@@ -21,8 +21,8 @@ const std::array<CaptureFormat, 4> &captureFormats()
         {CANFile::Text, ".txt", QT_TRANSLATE_NOOP("CaptureFormat", "Text File(*.txt)"),
          QT_TRANSLATE_NOOP("CaptureFormat", "Text File(*.txt)"), QT_TRANSLATE_NOOP("CaptureFormat", "Text(*.txt)"),
          "     ", "   ", true, readText, writeText},
-    }};
-    return Formats;
+    };
+    return formats;
 }
 
 const CaptureFormat &captureFormat(CANFile::FileType type)
@@ -33,10 +33,10 @@ const CaptureFormat &captureFormat(CANFile::FileType type)
 const CaptureFormat *captureFormat(const QString &path)
 {
     const auto &formats = captureFormats();
-    const auto *const found = std::find_if(formats.begin(), formats.end(), [&path](const CaptureFormat &format) {
+    const auto found = std::find_if(formats.begin(), formats.end(), [&path](const CaptureFormat &format) {
         return path.endsWith(QLatin1String(format.ending), Qt::CaseInsensitive);
     });
-    return found != formats.end() ? found : nullptr;
+    return found != formats.end() ? &*found : nullptr;
 }
 
 QString captureFilter(const char *filter)

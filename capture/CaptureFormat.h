@@ -2,8 +2,8 @@
 
 #include "capture/CANFile.h"
 
-#include <array>
 #include <string_view>
+#include <vector>
 
 class CaptureInput;
 class CapturePieces;
@@ -31,7 +31,7 @@ struct CaptureFormat
 };
 
 /// In the order of CANFile::FileType, which is the order in dialogs.
-const std::array<CaptureFormat, 4> &captureFormats();
+const std::vector<CaptureFormat> &captureFormats();
 const CaptureFormat &captureFormat(CANFile::FileType type);
 /// The format of a path by its ending; null for any other.
 const CaptureFormat *captureFormat(const QString &path);
