@@ -15,14 +15,8 @@ struct CaptureLoader::Load
     std::optional<CaptureContent> content; ///< once it was read
 };
 
-CaptureLoader::CaptureLoader(QObject *parent)
-    : CaptureLoader([](const QString &path, const std::atomic<bool> &stop) { return readCapture(path, &stop); }, parent)
-{
-}
-
-CaptureLoader::CaptureLoader(Reader reader, QObject *parent)
-    : QObject(parent)
-    , m_reader(std::move(reader))
+CaptureLoader::CaptureLoader(Reader reader)
+    : m_reader(std::move(reader))
 {
 }
 

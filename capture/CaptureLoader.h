@@ -31,9 +31,9 @@ public:
     /// With as many threads that were let go and still run, nothing new is read.
     static constexpr int MaxLetGo = 4;
 
-    /// Reads with readCapture().
-    explicit CaptureLoader(QObject *parent = nullptr);
-    explicit CaptureLoader(Reader reader, QObject *parent = nullptr);
+    explicit CaptureLoader(Reader reader = [](const QString &path, const std::atomic<bool> &stop) {
+        return readCapture(path, &stop);
+    });
     /// Stops, and takes StopWaitMs at most: a thread that has not ended by then is left to itself with all it needs.
     ~CaptureLoader() override;
 

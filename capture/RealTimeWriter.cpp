@@ -124,11 +124,6 @@ void RealTimeWriter::Job::end(bool good)
     changed.notify_all();
 }
 
-RealTimeWriter::RealTimeWriter(QString path, std::unique_ptr<RealTimeTarget> target)
-    : RealTimeWriter(std::move(path), std::move(target), Limits())
-{
-}
-
 RealTimeWriter::RealTimeWriter(QString path, std::unique_ptr<RealTimeTarget> target, Limits limits)
     : m_path(std::move(path))
     , m_job(std::make_shared<Job>(std::move(target), limits))

@@ -24,22 +24,23 @@ public:
     virtual bool sync() = 0;
 };
 
+struct RealTimeLimits
+{
+    /// Most memory that rows may take while they wait, in bytes. A single batch is taken whatever its size.
+    std::size_t waitingBytes = 64'000'000;
+    /// A row is synced so long after it was written, and the time the sync itself takes.
+    std::chrono::milliseconds syncAfter{4000};
+};
+
 /// Writes rows to a target on a thread of its own and syncs them, so that whoever hands them over is never kept waiting
 /// by a target that stands still. The functions are called by one thread, the owner's.
 class RealTimeWriter
 {
 public:
-    struct Limits
-    {
-        /// Most memory that rows may take while they wait, in bytes. A single batch is taken whatever its size.
-        std::size_t waitingBytes = 64'000'000;
-        /// A row is synced so long after it was written, and the time the sync itself takes.
-        std::chrono::milliseconds syncAfter{4000};
-    };
+    using Limits = RealTimeLimits;
 
     /// path names the target for the owner.
-    RealTimeWriter(QString path, std::unique_ptr<RealTimeTarget> target);
-    RealTimeWriter(QString path, std::unique_ptr<RealTimeTarget> target, Limits limits);
+    RealTimeWriter(QString path, std::unique_ptr<RealTimeTarget> target, Limits limits = {});
     /// Waits for nothing: a thread that has not ended is left to itself with all it needs. It ends when it has written
     /// and synced what was handed over, or when the target fails.
     ~RealTimeWriter();

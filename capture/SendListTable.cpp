@@ -26,18 +26,6 @@ Qt::ItemFlags flagsOf(int column)
     }
     return column >= FirstEditable ? flags | Qt::ItemIsEditable : flags;
 }
-
-QTableWidgetItem *newItem(int column, const QString &text, const QVariant &value = {})
-{
-    auto *item = new QTableWidgetItem(text);
-    item->setFlags(flagsOf(column));
-    item->setData(Qt::UserRole, value);
-    if (column == Column::Tick) {
-        item->setCheckState(Qt::Unchecked);
-    }
-    return item;
-}
-
 } // namespace
 
 SendListTable::SendListTable(QWidget *parent)
@@ -184,7 +172,13 @@ DataModelCells SendListTable::cellsOf(int row) const
 void SendListTable::fillCell(int row, int column, const QString &text, const QVariant &value)
 {
     const QSignalBlocker blocker(model());
-    setItem(row, column, newItem(column, text, value));
+    auto *cell = new QTableWidgetItem(text);
+    cell->setFlags(flagsOf(column));
+    cell->setData(Qt::UserRole, value);
+    if (column == Column::Tick) {
+        cell->setCheckState(Qt::Unchecked);
+    }
+    setItem(row, column, cell);
 }
 
 /// Puts new cells into the column: the model finds the place of one that stays by searching all of them.

@@ -55,11 +55,6 @@ void setCell(QAbstractItemModel *model, const QModelIndex &index, const QString 
 }
 } // namespace
 
-WidgetDelegateCAN::WidgetDelegateCAN(QObject *parent)
-    : QStyledItemDelegate(parent)
-{
-}
-
 QString WidgetDelegateCAN::typeText(FrameType type)
 {
     return type == Extended ? tr("Extend") : tr("Standard");
