@@ -3,12 +3,6 @@
 #include <algorithm>
 
 namespace {
-constexpr std::size_t ChunkFrames = 16384;
-
-constexpr quint32 PlaceBits = 25;
-static_assert(2 * ChunkFrames * CaptureFrame::MaxLength + PayloadBlocks::BlockSize < 1U << PlaceBits);
-static_assert(CaptureFrame::MaxLength < 1U << (32 - PlaceBits));
-
 template<typename Record>
 Record toRecord(const CaptureFrame &frame)
 {
@@ -38,8 +32,7 @@ VCI_CANFD_OBJ toCanFdRecord(const CaptureFrame &frame)
 
 qint64 CaptureFrames::size() const
 {
-    return m_chunks.empty() ? 0
-                            : static_cast<qint64>((m_chunks.size() - 1) * ChunkFrames + m_chunks.back().rows.size());
+    return m_chunks.empty() ? 0 : static_cast<qint64>((m_chunks.size() - 1) * ChunkFrames + m_chunks.back().size);
 }
 
 CaptureFrame CaptureFrames::at(qint64 index) const
@@ -55,20 +48,4 @@ CaptureFrame CaptureFrames::at(qint64 index) const
     frame.data = QByteArray(reinterpret_cast<const char *>(m_payloads.at(chunk.firstPayload + place)),
                             static_cast<int>(row.payload >> PlaceBits));
     return frame;
-}
-
-void CaptureFrames::append(quint32 idWord, quint32 attributes, const uchar *data, int size)
-{
-    Q_ASSERT(size >= 0 && size <= CaptureFrame::MaxLength);
-    const auto bytes = static_cast<quint32>(size);
-    const std::size_t place = m_payloads.put(data, bytes);
-    if (m_chunks.empty() || m_chunks.back().rows.size() == ChunkFrames) {
-        m_chunks.push_back({{}, place});
-        m_chunks.back().rows.reserve(ChunkFrames); // pages that hold no frame are never touched
-    }
-    Chunk &chunk = m_chunks.back();
-    Row &row = chunk.rows.emplace_back(); // filled in place: a copy would wait for what was just written
-    row.idWord = idWord;
-    row.attributes = attributes;
-    row.payload = static_cast<quint32>(place - chunk.firstPayload) | bytes << PlaceBits;
 }

@@ -56,9 +56,25 @@ public:
     CaptureFrame at(qint64 index) const;
 
     /// data: size bytes, 0 to CaptureFrame::MaxLength.
-    void append(quint32 idWord, quint32 attributes, const uchar *data, int size);
+    void append(quint32 idWord, quint32 attributes, const uchar *data, int size)
+    {
+        Q_ASSERT(size >= 0 && size <= CaptureFrame::MaxLength);
+        const auto bytes = static_cast<quint32>(size);
+        const std::size_t place = m_payloads.put(data, bytes);
+        if (m_chunks.empty() || m_chunks.back().size == ChunkFrames) {
+            m_chunks.push_back({std::unique_ptr<Row[]>(new Row[ChunkFrames]), place, 0});
+        }
+        Chunk &chunk = m_chunks.back();
+        const auto inChunk = static_cast<quint32>(place - chunk.firstPayload);
+        chunk.rows[chunk.size++] = {idWord, attributes, inChunk | bytes << PlaceBits};
+    }
 
 private:
+    static constexpr std::size_t ChunkFrames = 16384;
+    static constexpr quint32 PlaceBits = 25;
+    static_assert(2 * ChunkFrames * CaptureFrame::MaxLength + PayloadBlocks::BlockSize < 1U << PlaceBits);
+    static_assert(CaptureFrame::MaxLength < 1U << (32 - PlaceBits));
+
     struct Row
     {
         quint32 idWord;
@@ -67,8 +83,9 @@ private:
     };
     struct Chunk
     {
-        std::vector<Row> rows;
-        std::size_t firstPayload; ///< its place
+        std::unique_ptr<Row[]> rows; ///< ChunkFrames of them, uninitialised: pages that hold none are never touched
+        std::size_t firstPayload;    ///< its place
+        std::size_t size;            ///< rows that hold a frame
     };
 
     std::vector<Chunk> m_chunks;

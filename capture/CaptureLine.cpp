@@ -129,13 +129,21 @@ private:
     }
 };
 
+bool isBlank(char c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
 /// An unsigned hexadecimal number of 32 bits, as QString::toUInt() takes it: blanks around, a plus sign and "0x"
 /// before.
 std::optional<quint32> hexNumber(std::string_view text)
 {
-    constexpr std::string_view Blanks = " \t\n\v\f\r";
-    text.remove_prefix(std::min(text.find_first_not_of(Blanks), text.size()));
-    text.remove_suffix(text.size() - (text.find_last_not_of(Blanks) + 1));
+    while (!text.empty() && isBlank(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && isBlank(text.back())) {
+        text.remove_suffix(1);
+    }
     if (!text.empty() && text.front() == '+') {
         text.remove_prefix(1);
     }

@@ -179,9 +179,9 @@ CaptureLines::CaptureLines(const FrameLabels &labels, const QByteArray &separato
         frame.direction = direction;
         m_directions[directionIndex(frame)] = separator + word(directionLabel(frame));
     }
-    for (quint8 kind = 0; kind < m_kinds.size(); ++kind) {
+    for (unsigned kind = 0; kind < m_kinds.size(); ++kind) {
         FrameHead frame;
-        frame.protocol = kind / 4;
+        frame.protocol = static_cast<quint8>(kind / 4);
         frame.remote = kind >> 1U & 1U;
         frame.extended = kind & 1U;
         m_kinds[kindIndex(frame)] =

@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QTextCodec>
 
+#include <optional>
+
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
 #endif
