@@ -147,14 +147,14 @@ void benchLoad(BenchReport &report, const CaptureBenchOptions &options, int size
     fill(store, options.frames, size);
     const QString frames = QStringLiteral("%1-byte frames").arg(size);
     const QDir folder(options.folder);
-    for (const char *ending : {"csv", "txt", "can", "canfd"}) {
-        const QString path = folder.filePath(QStringLiteral("bench_load.") + QString::fromLatin1(ending));
+    for (const CANFile::FileType type : {CANFile::CSV, CANFile::Text, CANFile::CAN, CANFile::CANFD}) {
+        const CaptureFormat &format = captureFormat(type);
+        const QString path = folder.filePath(QStringLiteral("bench_load") + QLatin1String(format.ending));
         if (!saveCapture(path, store, 0, options.frames, CaptureTestData::englishLabels())) {
             qFatal("cannot write %s", qPrintable(path));
         }
-        const bool isText = qstrcmp(ending, "csv") == 0 || qstrcmp(ending, "txt") == 0;
-        benchType(report, options, path, isText ? 400 : 500, frames);
-        if (qstrcmp(ending, "csv") == 0) {
+        benchType(report, options, path, format.separator != nullptr ? 400 : 500, frames);
+        if (format.type == CANFile::CSV) {
             benchStream(report, options, path);
         }
         QFile::remove(path);

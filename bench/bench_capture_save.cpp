@@ -2,6 +2,7 @@
 
 #include "bench/bench_capture.h"
 
+#include "capture/CaptureFormat.h"
 #include "capture/CTableViewCAN.h"
 #include "capture/FrameCells.h"
 
@@ -87,16 +88,18 @@ void benchSave(BenchReport &report, const CaptureBenchOptions &options, int size
     const QDir folder(options.folder);
     const QString unit = QStringLiteral("MB/s CPU");
     double csv = 0;
-    for (const char *ending : {"csv", "txt", "can", "canfd"}) {
-        const QString path = folder.filePath(QStringLiteral("bench_capture.") + QString::fromLatin1(ending));
+    for (const CANFile::FileType type : {CANFile::CSV, CANFile::Text, CANFile::CAN, CANFile::CANFD}) {
+        const CaptureFormat &format = captureFormat(type);
+        const QString ending = QLatin1String(format.ending);
+        const QString path = folder.filePath(QStringLiteral("bench_capture") + ending);
         const double rate = megabytesPerSecond(path, options.repetitions, [&] {
             if (!table.save(path)) {
                 qFatal("cannot write %s", qPrintable(path));
             }
         });
-        report.add(QStringLiteral("save .%1, %2-byte frames").arg(QString::fromLatin1(ending)).arg(size), rate, unit,
+        report.add(QStringLiteral("save %1, %2-byte frames").arg(ending).arg(size), rate, unit,
                    BenchReport::Target::AtLeast, 500);
-        if (csv == 0) {
+        if (format.type == CANFile::CSV) {
             csv = rate;
         }
         QFile::remove(path);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "device/FrameIdentifier.h"
+
 #include <QVector>
 
 /// The identifiers from first to last, both included, of one frame type (ISO 11898-1).
@@ -37,15 +39,10 @@ struct CanIdCount
 /// the first data bytes of standard frames, so that it lets some frames pass and others with the same identifier not.
 enum class CanPassage { NoFrame, SomeFrames, EveryFrame };
 
-constexpr quint32 canIdMax(bool extended)
-{
-    return extended ? 0x1FFFFFFFU : 0x7FFU;
-}
-
 /// The filter that lets every frame with a listed identifier pass, whatever its data and be it a remote frame or not,
 /// and as few others as possible. A bit that means nothing to the frame types in the list is "don't care", as the
 /// data sheet asks for unused bits. An empty list wants no filter: everything passes. The ranges must be in order
-/// (first <= last <= canIdMax()).
+/// (first <= last <= frameIdMax()).
 CanAcceptanceFilter narrowestFilter(const QVector<CanIdRange> &listed);
 
 CanPassage passage(const CanAcceptanceFilter &filter, quint32 id, bool extended);

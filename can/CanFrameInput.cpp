@@ -8,8 +8,6 @@
 #include <limits>
 
 namespace {
-constexpr quint32 StandardIdMax = 0x7FF;
-constexpr quint32 ExtendedIdMax = 0x1FFFFFFF;
 constexpr int StandardIdDigits = 3;
 constexpr int ExtendedIdDigits = 8;
 constexpr int NumberCharactersMax = 16;
@@ -27,11 +25,6 @@ quint8 copyPayload(const QByteArray &data, std::uint8_t *target, std::size_t cap
     return static_cast<quint8>(length);
 }
 } // namespace
-
-quint32 frameIdMax(bool extended)
-{
-    return extended ? ExtendedIdMax : StandardIdMax;
-}
 
 std::optional<quint32> frameIdFromText(const QString &text, bool extended)
 {

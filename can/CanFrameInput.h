@@ -1,6 +1,7 @@
 #pragma once
 
 #include "device/AdapterRecords.h"
+#include "device/FrameIdentifier.h"
 
 #include <QByteArray>
 #include <QString>
@@ -17,9 +18,6 @@ struct CanFrameInput
     quint8 protocol = 0;   ///< 0 CAN, 1 CAN FD, 2 CAN FD with bit rate switch
     QByteArray data;       ///< at most 8 (CAN FD: 64) bytes are sent
 };
-
-/// The highest identifier (ISO 11898-1): 0x7FF standard, 0x1FFFFFFF extended.
-quint32 frameIdMax(bool extended);
 
 /// The identifier in a text of hexadecimal digits, blanks ignored, at most 16 characters read. Nothing when the text is
 /// no number or above the range of the frame type (frameIdMax()).

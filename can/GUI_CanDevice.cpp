@@ -2,25 +2,21 @@
 
 #include "can/GUI_CanDevicePrivate.h"
 #include "can/GUI_CanGateWay.h"
+#include "capture/CaptureFormat.h"
 #include "capture/GUI_CanAdvancedOpearation.h"
 #include "capture/GUI_CanSendFile.h"
 #include "device/CANCommunication.h"
+#include "device/ClockText.h"
 #include "widgets/CMessageBox.h"
 #include "widgets/CNotice.h"
 
 #include <QSet>
-#include <QTime>
 #include <QToolTip>
 
 #include <algorithm>
 
 namespace {
 constexpr int ClassicLengthMax = 8;
-
-QString clockText()
-{
-    return QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz"));
-}
 
 /// All frames of a batch share one clock text.
 template<typename AdapterFrame>
@@ -253,7 +249,7 @@ void GUI_CanDevice::slot_saveBtnClicked()
         complain(m_p->ui.lbx_frameOfSaved);
         return;
     }
-    const QString path = askSavePath(tr("CAN File(*.can);;CANFD File(*.canfd);;Csv File(*.csv);;Text File(*.txt)"));
+    const QString path = askSavePath(captureSaveFilters());
     if (path.isEmpty()) {
         return;
     }
@@ -274,7 +270,7 @@ void GUI_CanDevice::slot_realTimeSaveBtnClicked()
         m_p->showRealTimeSaving();
         return;
     }
-    const QString path = askSavePath(tr("Text File(*.txt);;CSV File(*.csv)"));
+    const QString path = askSavePath(captureRealTimeFilters());
     if (path.isEmpty()) {
         return;
     }

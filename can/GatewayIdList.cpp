@@ -1,23 +1,21 @@
 #include "can/GatewayIdList.h"
 
 #include "device/AdapterRecords.h"
+#include "device/FrameIdentifier.h"
 
 #include <QRegularExpression>
 
 #include <algorithm>
 
 namespace {
-// The adapter takes 13 bits of a standard identifier, more than the 11 that a frame has. Kept so on purpose.
-constexpr quint32 StandardIdMax = 0x1FFF;
-constexpr quint32 ExtendIdMax = 0x1FFFFFFF;
 constexpr quint32 TypeBit = 2;
 
 bool isInRange(quint32 id, quint8 type)
 {
     if (type == GatewayStandard) {
-        return id <= StandardIdMax;
+        return id <= MaxGatewayStandardId;
     }
-    return type != GatewayExtend || id <= ExtendIdMax;
+    return type != GatewayExtend || id <= MaxExtendedFrameId;
 }
 } // namespace
 

@@ -4,11 +4,6 @@
 
 #include <utility>
 
-CANFile::CANFile(QObject *parent)
-    : QObject(parent)
-{
-}
-
 bool CANFile::load(const QString &path)
 {
     std::optional<CaptureContent> content = readCapture(path);

@@ -16,7 +16,7 @@ public:
 
     using Frame = CaptureFrame;
 
-    explicit CANFile(QObject *parent = nullptr);
+    using QObject::QObject;
 
     /// Reads a file in place of the frames held, in the format of the path's ending, and starts at its first frame.
     /// False when it cannot be read or holds no frame; then none are held. For a file that may be large, see

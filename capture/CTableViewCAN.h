@@ -1,13 +1,12 @@
 #pragma once
 
 #include "capture/FrameRecord.h"
-#include "capture/RealTimeTarget.h"
+#include "capture/RealTimeSaving.h"
 
 #include <QVector>
 #include <QWidget>
 
 #include <chrono>
-#include <functional>
 #include <memory>
 
 class CTableViewCANPrivate;
@@ -22,11 +21,10 @@ class CTableViewCAN : public QWidget
 
 public:
     using DataObject = FrameRecord;
-    using TargetWrapper = std::function<std::unique_ptr<RealTimeTarget>(std::unique_ptr<RealTimeTarget>)>;
 
     /// Longest time that realTimeSave() waits, when it ends saving, for a file that stands still. What is left is
     /// written later, if the file ever moves on.
-    static constexpr std::chrono::milliseconds StopWait{1000};
+    static constexpr std::chrono::milliseconds StopWait = RealTimeSaving::StopWait;
 
     explicit CTableViewCAN(QWidget *parent = nullptr);
     ~CTableViewCAN() override;
@@ -53,7 +51,7 @@ public:
     /// Waits at most so long for files whose saving has ended. True when they are complete and on the disk.
     bool waitForFiles(std::chrono::milliseconds time);
     /// What comes between real-time saving and its file from the next start on, for example one that stands still.
-    void setTargetWrapper(TargetWrapper wrapper);
+    void setTargetWrapper(RealTimeSaving::TargetWrapper wrapper);
 
 signals:
     /// Frames per second transmitted (received ones excepted) and received, once a second.

@@ -1,74 +1,51 @@
 #include "capture/CaptureFrames.h"
 
-#include <utility>
+#include <algorithm>
 
 namespace {
-
-constexpr quint32 ChunkFrames = 16384;
-
-struct Row
+template<typename Record>
+Record toRecord(const CaptureFrame &frame)
 {
-    quint32 idWord;
-    quint32 attributes;
-    quint32 place : 25; ///< of the payload, counted from the chunk's first one
-    quint32 size : 7;   ///< of the payload
-};
-static_assert(sizeof(Row) == 12);
-static_assert(2 * ChunkFrames * CaptureFrame::MaxLength + PayloadBlocks::BlockSize < 1U << 25U);
-static_assert(CaptureFrame::MaxLength < 1 << 7);
-
+    constexpr int Capacity = sizeof(Record::Data);
+    Record record{};
+    record.ID = frame.id();
+    record.RemoteFlag = frame.isRemote() ? 1 : 0;
+    record.ExternFlag = frame.isExtended() ? 1 : 0;
+    record.DataLen = static_cast<quint8>(std::min(frame.length(), Capacity));
+    // The whole payload, also where the length says less: the record of a .can file always holds eight bytes.
+    std::copy_n(frame.data.cbegin(), std::min(frame.data.size(), Capacity), record.Data);
+    return record;
+}
 } // namespace
 
-struct CaptureFrames::Chunk
+VCI_CAN_OBJ toCanRecord(const CaptureFrame &frame)
 {
-    std::unique_ptr<Row[]> rows{new Row[ChunkFrames]};
-    std::size_t firstPayload = 0; ///< its place
-};
-
-CaptureFrames::CaptureFrames() = default;
-CaptureFrames::~CaptureFrames() = default;
-
-CaptureFrames::CaptureFrames(CaptureFrames &&other) noexcept
-    : m_chunks(std::exchange(other.m_chunks, {}))
-    , m_payloads(std::exchange(other.m_payloads, {}))
-    , m_size(std::exchange(other.m_size, 0))
-{
+    return toRecord<VCI_CAN_OBJ>(frame);
 }
 
-CaptureFrames &CaptureFrames::operator=(CaptureFrames &&other) noexcept
+VCI_CANFD_OBJ toCanFdRecord(const CaptureFrame &frame)
 {
-    m_chunks = std::exchange(other.m_chunks, {});
-    m_payloads = std::exchange(other.m_payloads, {});
-    m_size = std::exchange(other.m_size, 0);
-    return *this;
+    auto record = toRecord<VCI_CANFD_OBJ>(frame);
+    record.FDFlag = frame.protocol();
+    return record;
+}
+
+qint64 CaptureFrames::size() const
+{
+    return m_chunks.empty() ? 0 : static_cast<qint64>((m_chunks.size() - 1) * ChunkFrames + m_chunks.back().size);
 }
 
 CaptureFrame CaptureFrames::at(qint64 index) const
 {
-    Q_ASSERT(index >= 0 && index < m_size);
+    Q_ASSERT(index >= 0 && index < size());
     const auto position = static_cast<std::size_t>(index);
-    const Chunk &chunk = *m_chunks[position / ChunkFrames];
+    const Chunk &chunk = m_chunks[position / ChunkFrames];
     const Row &row = chunk.rows[position % ChunkFrames];
     CaptureFrame frame;
     frame.idWord = row.idWord;
     frame.attributes = row.attributes;
-    frame.data = QByteArray(reinterpret_cast<const char *>(m_payloads.at(chunk.firstPayload + row.place)),
-                            static_cast<int>(row.size));
+    const quint32 place = row.payload & ((1U << PlaceBits) - 1);
+    frame.data = QByteArray(reinterpret_cast<const char *>(m_payloads.at(chunk.firstPayload + place)),
+                            static_cast<int>(row.payload >> PlaceBits));
     return frame;
-}
-
-void CaptureFrames::append(quint32 idWord, quint32 attributes, const uchar *data, int size)
-{
-    Q_ASSERT(size >= 0 && size <= CaptureFrame::MaxLength);
-    const auto bytes = static_cast<quint32>(size);
-    const std::size_t place = m_payloads.put(data, bytes);
-    const auto index = static_cast<std::size_t>(m_size) % ChunkFrames;
-    if (index == 0) {
-        m_chunks.push_back(std::make_unique<Chunk>());
-        m_chunks.back()->firstPayload = place;
-    }
-    Chunk &chunk = *m_chunks.back();
-    const auto inChunk = static_cast<quint32>(place - chunk.firstPayload);
-    chunk.rows[index] = Row{idWord, attributes, inChunk & 0x1FFFFFFU, bytes & 0x7FU};
-    ++m_size;
 }

@@ -7,7 +7,7 @@
 #include <QTextCodec>
 
 #include <algorithm>
-#include <limits>
+#include <charconv>
 
 namespace {
 
@@ -150,21 +150,10 @@ std::optional<quint32> hexNumber(std::string_view text)
     if (text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X')) {
         text.remove_prefix(2);
     }
-    if (text.empty()) {
-        return std::nullopt;
-    }
-    quint64 number = 0;
-    for (const char c : text) {
-        const int digit = hexDigit(c);
-        if (digit == NoDigit) {
-            return std::nullopt;
-        }
-        number = number << 4U | static_cast<quint64>(digit);
-        if (number > std::numeric_limits<quint32>::max()) {
-            return std::nullopt;
-        }
-    }
-    return static_cast<quint32>(number);
+    quint32 number = 0;
+    const char *end = text.data() + text.size();
+    const auto [behind, error] = std::from_chars(text.data(), end, number, 16);
+    return error == std::errc() && behind == end ? std::optional(number) : std::nullopt;
 }
 
 /// Decodes a text piece by piece.

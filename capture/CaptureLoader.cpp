@@ -3,69 +3,20 @@
 #include <QDeadlineTimer>
 #include <QThread>
 
-#include <memory>
 #include <mutex>
 #include <utility>
 
-namespace {
 /// One reading: belongs to its thread and to whoever started it, so either may go first.
-class Load
+struct CaptureLoader::Load
 {
-public:
-    Load(CaptureLoader::Reader reader, QString path)
-        : m_reader(std::move(reader))
-        , m_path(std::move(path))
-    {
-    }
-
-    void read()
-    {
-        std::optional<CaptureContent> content = m_reader(m_path, m_stop);
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_content = std::move(content);
-    }
-    void stop() { m_stop = true; }
-    std::optional<CaptureContent> takeContent()
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        return std::exchange(m_content, std::nullopt);
-    }
-
-private:
-    const CaptureLoader::Reader m_reader;
-    const QString m_path;
-    std::atomic<bool> m_stop{false};
-    std::mutex m_mutex;                      ///< guards m_content
-    std::optional<CaptureContent> m_content; ///< once it was read
-};
-} // namespace
-
-class CaptureLoadThread : public QThread
-{
-public:
-    CaptureLoadThread(const CaptureLoader::Reader &reader, const QString &path)
-        : load(std::make_shared<Load>(reader, path))
-    {
-    }
-
-    const std::shared_ptr<Load> load;
-
-protected:
-    void run() override
-    {
-        const std::shared_ptr<Load> own = load;
-        own->read();
-    }
+    Reader reader;
+    std::atomic<bool> isStopped{false};
+    std::mutex mutex;                      ///< guards content
+    std::optional<CaptureContent> content; ///< once it was read
 };
 
-CaptureLoader::CaptureLoader(QObject *parent)
-    : CaptureLoader([](const QString &path, const std::atomic<bool> &stop) { return readCapture(path, &stop); }, parent)
-{
-}
-
-CaptureLoader::CaptureLoader(Reader reader, QObject *parent)
-    : QObject(parent)
-    , m_reader(std::move(reader))
+CaptureLoader::CaptureLoader(Reader reader)
+    : m_reader(std::move(reader))
 {
 }
 
@@ -73,7 +24,7 @@ CaptureLoader::~CaptureLoader()
 {
     stop();
     const QDeadlineTimer deadline(StopWaitMs);
-    for (const QPointer<CaptureLoadThread> &thread : std::as_const(m_letGo)) {
+    for (const QPointer<QThread> &thread : std::as_const(m_letGo)) {
         if (thread != nullptr && thread->wait(deadline)) {
             delete thread.data();
         }
@@ -88,10 +39,16 @@ bool CaptureLoader::start(const QString &path, Done done)
         return false;
     }
     m_done = std::move(done);
-    auto *thread = new CaptureLoadThread(m_reader, path);
+    const auto load = std::make_shared<Load>();
+    load->reader = m_reader;
+    QThread *thread = QThread::create([load, path] {
+        std::optional<CaptureContent> content = load->reader(path, load->isStopped);
+        const std::lock_guard<std::mutex> lock(load->mutex);
+        load->content = std::move(content);
+    });
     m_thread = thread;
-    // Queued to this object's thread. The second one comes after the first, so that the pointer is good in finish().
-    connect(thread, &QThread::finished, this, [this, thread] { finish(thread); });
+    m_load = load;
+    connect(thread, &QThread::finished, this, [this, load] { finish(load); }); // queued to this object's thread
     connect(thread, &QThread::finished, thread, &QObject::deleteLater);
     thread->start();
     return true;
@@ -99,18 +56,23 @@ bool CaptureLoader::start(const QString &path, Done done)
 
 void CaptureLoader::stop()
 {
-    if (m_thread != nullptr) {
-        m_thread->load->stop();
+    if (m_load != nullptr) {
+        std::exchange(m_load, nullptr)->isStopped = true;
         m_letGo.append(m_thread);
-        m_thread = nullptr;
         m_done = {};
     }
 }
 
-void CaptureLoader::finish(CaptureLoadThread *thread)
+void CaptureLoader::finish(const std::shared_ptr<Load> &load)
 {
-    if (thread == m_thread) { // otherwise stopped meanwhile
-        m_thread = nullptr;
-        std::exchange(m_done, {})(thread->load->takeContent());
+    if (load != m_load) { // stopped meanwhile
+        return;
     }
+    m_load = nullptr;
+    std::optional<CaptureContent> content;
+    {
+        const std::lock_guard<std::mutex> lock(load->mutex);
+        content = std::exchange(load->content, std::nullopt);
+    }
+    std::exchange(m_done, {})(std::move(content));
 }

@@ -9,9 +9,10 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <optional>
 
-class CaptureLoadThread;
+class QThread;
 
 /// Reads captures on a thread of their own, one at a time, so that the event loop of the thread it lives on keeps
 /// running. A reading that is stopped is let go: its thread ends by itself, at the latest when the system call it is in
@@ -30,9 +31,9 @@ public:
     /// With as many threads that were let go and still run, nothing new is read.
     static constexpr int MaxLetGo = 4;
 
-    /// Reads with readCapture().
-    explicit CaptureLoader(QObject *parent = nullptr);
-    explicit CaptureLoader(Reader reader, QObject *parent = nullptr);
+    explicit CaptureLoader(Reader reader = [](const QString &path, const std::atomic<bool> &stop) {
+        return readCapture(path, &stop);
+    });
     /// Stops, and takes StopWaitMs at most: a thread that has not ended by then is left to itself with all it needs.
     ~CaptureLoader() override;
 
@@ -41,13 +42,16 @@ public:
     bool start(const QString &path, Done done);
     /// Returns at once; done will not be called.
     void stop();
-    bool isLoading() const { return m_thread != nullptr; }
+    bool isLoading() const { return m_load != nullptr; }
 
 private:
-    void finish(CaptureLoadThread *thread);
+    struct Load;
+
+    void finish(const std::shared_ptr<Load> &load);
 
     Reader m_reader;
     Done m_done;
-    CaptureLoadThread *m_thread = nullptr; ///< goes by itself when it has finished
-    QVector<QPointer<CaptureLoadThread>> m_letGo;
+    std::shared_ptr<Load> m_load; ///< the one that runs; its thread's, too
+    QPointer<QThread> m_thread;   ///< of that; goes by itself when it has finished
+    QVector<QPointer<QThread>> m_letGo;
 };

@@ -2,54 +2,60 @@
 
 #include "capture/CaptureInput.h"
 #include "capture/CaptureLine.h"
-#include "device/AdapterRecords.h"
+#include "capture/FrameRecord.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QtEndian>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstring>
 #include <new>
 
 namespace {
 
-constexpr std::string_view OwnHeader = "Vantora CAN Data";
-constexpr std::string_view CanHeader = "Zhiyuan CAN Data";
-constexpr std::size_t BinaryHeaderSize = 20; ///< one of the texts and four bytes
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
-
-constexpr std::size_t CanFdRecordSize = 13;
 
 /// Another program's layout of .can files: this header, then records of 27 bytes and as many as their length byte says.
 constexpr std::string_view OtherCanHeader("\xFF\xFF\xFF\xFF\x01\x00\x00\x00\x01\x00\x00\x00", 12);
-constexpr std::size_t OtherRecordSize = 27;
 constexpr std::size_t OtherRecordLeast = 17; ///< with fewer bytes left there is no record any more
-constexpr std::size_t OtherIdOffset = 11;
-constexpr std::size_t OtherLengthOffset = 15;
-constexpr std::size_t OtherDataOffset = 19;
-constexpr std::size_t ClassicData = 8;
 
-uchar byteAt(std::string_view bytes, std::size_t place)
+#pragma pack(push, 1)
+struct OtherCanRecord
 {
-    return static_cast<uchar>(bytes[place]);
+    quint8 unknown[11];
+    quint32 idWord; ///< little-endian; bits 30 and 31 tell remote and extended
+    quint8 length;
+    quint8 unknownToo[3];
+    quint8 data[8];
+};
+#pragma pack(pop)
+static_assert(sizeof(OtherCanRecord) == 27);
+
+/// The record that the input has at hand; with zeros behind its first size bytes.
+template<typename Record>
+Record recordAt(const CaptureInput &in, std::size_t size = sizeof(Record))
+{
+    Record record{};
+    std::memcpy(&record, in.window().data(), size);
+    return record;
 }
 
-bool flagAt(std::string_view bytes, std::size_t place)
+/// A payload is best read where it stands, not from the record's copy.
+const uchar *bytesAt(const CaptureInput &in, std::size_t place)
 {
-    return (byteAt(bytes, place) & 1U) != 0;
+    return reinterpret_cast<const uchar *>(in.window().data()) + place;
 }
 
-const uchar *addressOf(std::string_view bytes, std::size_t place)
+quint32 idWordOf(quint32 id, quint8 remote, quint8 extended)
 {
-    return reinterpret_cast<const uchar *>(bytes.data() + place);
+    return CaptureFrame::toIdWord(qFromLittleEndian(id), (remote & 1U) != 0, (extended & 1U) != 0);
 }
 
-int cappedLength(uchar length)
+quint32 attributesOf(int length, quint32 protocol)
 {
-    return std::min<int>(length, CaptureFrame::MaxLength);
+    return CaptureFrame::toAttributes(std::min(length, CaptureFrame::MaxLength), protocol);
 }
 
 /// Moves behind the header when the file begins with it.
@@ -66,79 +72,71 @@ bool takeHeader(CaptureInput &in, std::string_view header, std::size_t size)
 void readCanRecords(CaptureInput &in, CaptureFrames &frames)
 {
     while (in.need(sizeof(VCI_CAN_OBJ))) {
-        const std::string_view record = in.window();
-        const quint32 idWord = CaptureFrame::toIdWord(
-            qFromLittleEndian<quint32>(addressOf(record, offsetof(VCI_CAN_OBJ, ID))),
-            flagAt(record, offsetof(VCI_CAN_OBJ, RemoteFlag)), flagAt(record, offsetof(VCI_CAN_OBJ, ExternFlag)));
-        const int length = cappedLength(byteAt(record, offsetof(VCI_CAN_OBJ, DataLen)));
+        const auto record = recordAt<VCI_CAN_OBJ>(in);
         // All eight bytes belong to the payload, whatever the length says.
-        frames.append(idWord, CaptureFrame::toAttributes(length, FrameRecord::CAN),
-                      addressOf(record, offsetof(VCI_CAN_OBJ, Data)), ClassicData);
-        in.skip(sizeof(VCI_CAN_OBJ));
+        frames.append(idWordOf(record.ID, record.RemoteFlag, record.ExternFlag),
+                      attributesOf(record.DataLen, FrameRecord::CAN), bytesAt(in, offsetof(VCI_CAN_OBJ, Data)),
+                      sizeof record.Data);
+        in.skip(sizeof record);
     }
 }
 
 void readOtherCanRecords(CaptureInput &in, CaptureFrames &frames)
 {
     while (in.need(OtherRecordLeast)) {
-        const std::size_t length = byteAt(in.window(), OtherLengthOffset);
-        in.need(OtherRecordSize + length);
-        const std::string_view record = in.window().substr(0, OtherRecordSize + length);
-        // Not masked: bits 30 and 31 tell remote and extended.
-        const auto idWord = qFromLittleEndian<quint32>(addressOf(record, OtherIdOffset));
-        std::array<uchar, ClassicData> data{}; // zeros where the last record is cut
-        if (record.size() > OtherDataOffset) {
-            std::memcpy(data.data(), addressOf(record, OtherDataOffset),
-                        std::min(data.size(), record.size() - OtherDataOffset));
-        }
-        frames.append(idWord, CaptureFrame::toAttributes(cappedLength(static_cast<uchar>(length)), FrameRecord::CAN),
-                      data.data(), ClassicData);
-        in.skip(record.size());
+        const std::size_t length = recordAt<OtherCanRecord>(in, OtherRecordLeast).length;
+        in.need(sizeof(OtherCanRecord) + length);
+        const std::size_t left = in.window().size(); // less than that where the last record is cut
+        const auto record = recordAt<OtherCanRecord>(in, std::min(sizeof(OtherCanRecord), left));
+        frames.append(qFromLittleEndian(record.idWord), attributesOf(record.length, FrameRecord::CAN), record.data,
+                      sizeof record.data);
+        in.skip(std::min(sizeof record + length, left));
     }
 }
 
-bool readCan(CaptureInput &in, CaptureFrames &frames)
+} // namespace
+
+bool readCan(CaptureInput &in, const CaptureFormat & /*format*/, CaptureContent &content)
 {
-    if (takeHeader(in, CanHeader, BinaryHeaderSize)) {
-        readCanRecords(in, frames);
+    if (takeHeader(in, CaptureLayout::CanHeader, CaptureLayout::HeaderSize)) {
+        readCanRecords(in, content.frames);
         return true;
     }
     if (takeHeader(in, OtherCanHeader, OtherCanHeader.size())) {
-        readOtherCanRecords(in, frames);
+        readOtherCanRecords(in, content.frames);
         return true;
     }
     return false;
 }
 
-bool readCanFd(CaptureInput &in, CaptureFrames &frames)
+bool readCanFd(CaptureInput &in, const CaptureFormat & /*format*/, CaptureContent &content)
 {
-    if (!takeHeader(in, OwnHeader, BinaryHeaderSize)) {
+    using CaptureLayout::CanFdRecord;
+    if (!takeHeader(in, CaptureLayout::OwnHeader, CaptureLayout::HeaderSize)) {
         return false;
     }
-    while (in.need(CanFdRecordSize)) {
-        const std::size_t length = byteAt(in.window(), 12);
-        if (!in.need(CanFdRecordSize + length)) {
+    while (in.need(sizeof(CanFdRecord))) {
+        const auto record = recordAt<CanFdRecord>(in);
+        if (!in.need(sizeof record + record.length)) {
             break;
         }
-        const std::string_view record = in.window();
-        const quint32 idWord = CaptureFrame::toIdWord(qFromLittleEndian<quint32>(addressOf(record, 0)),
-                                                      flagAt(record, 10), flagAt(record, 11));
-        const quint32 protocol = std::min<quint32>(byteAt(record, 8) & 3U, FrameRecord::CANFDSpeed);
-        const int size = cappedLength(static_cast<uchar>(length));
-        frames.append(idWord, CaptureFrame::toAttributes(size, protocol), addressOf(record, CanFdRecordSize), size);
-        in.skip(CanFdRecordSize + length);
+        const quint32 protocol = std::min<quint32>(record.protocol & 3U, FrameRecord::CANFDSpeed);
+        content.frames.append(idWordOf(record.id, record.remote, record.extended),
+                              attributesOf(record.length, protocol), bytesAt(in, sizeof record),
+                              std::min<int>(record.length, CaptureFrame::MaxLength));
+        in.skip(sizeof record + record.length);
     }
     return true;
 }
 
-void readText(CaptureInput &in, const QByteArray &separatorBytes, CaptureContent &content)
+bool readText(CaptureInput &in, const CaptureFormat &format, CaptureContent &content)
 {
-    const std::string_view separator(separatorBytes.constData(), static_cast<std::size_t>(separatorBytes.size()));
     takeHeader(in, ByteOrderMark, ByteOrderMark.size());
-    const bool isOwn = in.line() == OwnHeader;
+    const bool isOwn = in.line() == CaptureLayout::OwnHeader;
     if (isOwn) {
         in.line(); // the titles
     }
+    const std::string_view separator = format.separator;
     while (const std::optional<std::string_view> text = in.line()) {
         const std::optional<CaptureLine> line =
             isOwn ? CaptureLine::own(*text, separator) : CaptureLine::foreign(*text, separator);
@@ -148,28 +146,14 @@ void readText(CaptureInput &in, const QByteArray &separatorBytes, CaptureContent
             ++content.droppedLines;
         }
     }
+    return true;
 }
 
-} // namespace
-
-std::optional<CaptureContent> readCapture(QIODevice &in, CaptureFormat format, const std::atomic<bool> *stop)
+std::optional<CaptureContent> readCapture(QIODevice &in, const CaptureFormat &format, const std::atomic<bool> *stop)
 {
     CaptureInput input(in, stop);
     CaptureContent content;
-    bool isRead = true;
-    switch (format) {
-    case CaptureFormat::Csv:
-    case CaptureFormat::Text:
-        readText(input, CaptureLines::separator(format), content);
-        break;
-    case CaptureFormat::Can:
-        isRead = readCan(input, content.frames);
-        break;
-    case CaptureFormat::CanFd:
-        isRead = readCanFd(input, content.frames);
-        break;
-    }
-    if (!isRead || input.isBroken()) {
+    if (!format.read(input, format, content) || input.isBroken()) {
         return std::nullopt;
     }
     return content;
@@ -177,9 +161,9 @@ std::optional<CaptureContent> readCapture(QIODevice &in, CaptureFormat format, c
 
 std::optional<CaptureContent> readCapture(const QString &path, const std::atomic<bool> *stop)
 {
-    const std::optional<CaptureFormat> format = captureFormat(path);
+    const CaptureFormat *format = captureFormat(path);
     // Opening a pipe or a device could wait for ever.
-    if (!format || !QFileInfo(path).isFile()) {
+    if (format == nullptr || !QFileInfo(path).isFile()) {
         return std::nullopt;
     }
     QFile file(path);

@@ -13,23 +13,11 @@
 namespace {
 
 constexpr std::size_t PieceSize = 1U << 20U;
-constexpr char OwnHeader[] = "Vantora CAN Data";
-constexpr std::size_t BinaryHeaderSize = 20;
-constexpr char CanHeader[BinaryHeaderSize + 1] = "Zhiyuan CAN Data\0\0\0";
-constexpr char CanFdHeader[BinaryHeaderSize + 1] = "Vantora CAN Data\0\0\0";
-constexpr std::size_t CanFdRecordSize = 13;
-constexpr int CanFdMaxLength = 64;
-constexpr quint8 ReceivedMark = 0xFF;
 
-char *putBytes(char *to, const char *bytes, std::size_t size)
+char *putBytes(char *to, const void *bytes, std::size_t size)
 {
     std::memcpy(to, bytes, size);
     return to + size;
-}
-
-char *putBytes(char *to, const QByteArray &bytes)
-{
-    return putBytes(to, bytes.constData(), static_cast<std::size_t>(bytes.size()));
 }
 
 std::size_t sizeOf(const QByteArray &bytes)
@@ -37,11 +25,18 @@ std::size_t sizeOf(const QByteArray &bytes)
     return static_cast<std::size_t>(bytes.size());
 }
 
+char *putBytes(char *to, const QByteArray &bytes)
+{
+    return putBytes(to, bytes.constData(), sizeOf(bytes));
+}
+
+} // namespace
+
 /// Collects bytes and hands them on in large pieces. After a write that failed it takes bytes and drops them.
-class PieceWriter
+class CapturePieces
 {
 public:
-    explicit PieceWriter(QIODevice &out)
+    explicit CapturePieces(QIODevice &out)
         : m_out(out)
     {
     }
@@ -58,12 +53,23 @@ public:
     }
     void taken(const char *end) { m_used = static_cast<std::size_t>(end - m_buffer.get()); }
 
-    void write(const QByteArray &bytes) { taken(putBytes(room(sizeOf(bytes)), bytes)); }
-
-    bool finish()
+    void write(const void *bytes, std::size_t size) { taken(putBytes(room(size), bytes, size)); }
+    void write(const QByteArray &bytes) { write(bytes.constData(), sizeOf(bytes)); }
+    /// A record of zeros, to be filled in where it stands before anything follows.
+    template<typename Record>
+    Record *newRecord()
     {
-        flush();
-        return m_good;
+        auto *record = new (room(sizeof(Record))) Record{};
+        m_used += sizeof(Record);
+        return record;
+    }
+
+    /// isGood() says whether all was written.
+    void flush()
+    {
+        const auto size = static_cast<qint64>(m_used);
+        m_good = m_good && m_out.write(m_buffer.get(), size) == size;
+        m_used = 0;
     }
 
 private:
@@ -76,13 +82,6 @@ private:
         }
     }
 
-    void flush()
-    {
-        const auto size = static_cast<qint64>(m_used);
-        m_good = m_good && m_out.write(m_buffer.get(), size) == size;
-        m_used = 0;
-    }
-
     QIODevice &m_out;
     std::size_t m_capacity = PieceSize;
     std::unique_ptr<char[]> m_buffer{new char[PieceSize]};
@@ -90,108 +89,56 @@ private:
     bool m_good = true;
 };
 
-QString titleLine(CaptureFormat format, const FrameLabels &labels)
+namespace {
+
+QByteArray toBytes(std::string_view text)
 {
+    return {text.data(), static_cast<int>(text.size())};
+}
+
+QString titleLine(const CaptureFormat &format, const FrameLabels &labels)
+{
+    const QLatin1String separator(format.titleSeparator);
     QString line;
-    for (int column = 0; column < FrameColumnCount; ++column) {
-        if (format == CaptureFormat::Csv && column > 0) {
-            line += QLatin1Char(',');
-        }
-        line += labels.titles[static_cast<std::size_t>(column)];
-        if (format == CaptureFormat::Text) {
-            line += QLatin1String("   ");
-        }
+    for (const QString &title : labels.titles) {
+        line += title + separator;
+    }
+    if (!format.isLastSeparated) {
+        line.chop(separator.size());
     }
     return line;
 }
 
-void writeText(PieceWriter &out, CaptureFormat format, const FrameStore &store, int first, int count,
-               const FrameLabels &labels, const CaptureTextStyle &style)
+/// put() is called for each of the rows with its number, as long as all is well.
+template<typename Put>
+void putRows(CapturePieces &out, const CaptureRows &rows, Put put)
 {
-    using LastCell = CaptureLines::LastCell;
-    CaptureLines lines(labels, CaptureLines::separator(format),
-                       format == CaptureFormat::Csv ? LastCell::Bare : LastCell::Separated, style);
-    out.write(OwnHeader + style.lineEnd);
-    out.write(style.encoded(titleLine(format, labels)) + style.lineEnd);
-    for (int i = first; i < first + count && out.isGood(); ++i) {
-        const FrameView frame = store.at(i);
-        char *to = out.room(lines.maxSize(frame));
-        out.taken(lines.put(to, static_cast<quint64>(i) + 1, frame));
-    }
-    out.write(style.lineEnd);
-}
-
-void writeCan(PieceWriter &out, const FrameStore &store, int first, int count)
-{
-    out.write(QByteArray::fromRawData(CanHeader, BinaryHeaderSize));
-    for (int i = first; i < first + count && out.isGood(); ++i) {
-        const FrameView frame = store.at(i);
-        VCI_CAN_OBJ record = {};
-        record.ID = qToLittleEndian(frame.id);
-        record.TimeStamp = qToLittleEndian(frame.timeStamp);
-        record.SendType = frame.isReceived() ? ReceivedMark : 0;
-        record.RemoteFlag = frame.remote ? 1 : 0;
-        record.ExternFlag = frame.extended ? 1 : 0;
-        record.DataLen =
-            static_cast<quint8>(std::min<std::size_t>(static_cast<std::size_t>(frame.size), sizeof record.Data));
-        std::memcpy(record.Data, frame.data, record.DataLen);
-        out.taken(putBytes(out.room(sizeof record), reinterpret_cast<const char *>(&record), sizeof record));
+    for (int i = rows.first; i < rows.first + rows.count && out.isGood(); ++i) {
+        put(rows.store.at(i), static_cast<quint64>(i) + 1);
     }
 }
 
-void writeCanFd(PieceWriter &out, const FrameStore &store, int first, int count)
+void writeHeader(CapturePieces &out, std::string_view text)
 {
-    out.write(QByteArray::fromRawData(CanFdHeader, BinaryHeaderSize));
-    for (int i = first; i < first + count && out.isGood(); ++i) {
-        const FrameView frame = store.at(i);
-        const auto size = static_cast<std::size_t>(frame.size);
-        char *to = out.room(CanFdRecordSize + size);
-        qToLittleEndian(frame.id, to);
-        qToLittleEndian(frame.timeStamp, to + 4);
-        to[8] = static_cast<char>(frame.protocol);
-        to[9] = static_cast<char>(frame.isReceived() ? ReceivedMark : 0);
-        to[10] = frame.remote ? 1 : 0;
-        to[11] = frame.extended ? 1 : 0;
-        to[12] = static_cast<char>(std::min(frame.size, CanFdMaxLength));
-        // The whole payload follows, also where it is longer than the length byte can say.
-        out.taken(putBytes(to + CanFdRecordSize, reinterpret_cast<const char *>(frame.data), size));
-    }
+    out.write(toBytes(text).leftJustified(CaptureLayout::HeaderSize, '\0'));
 }
 
-std::size_t directionIndex(const FrameView &frame)
+quint8 receivedMark(const FrameView &frame)
+{
+    return frame.isReceived() ? CaptureLayout::ReceivedMark : 0;
+}
+
+std::size_t directionIndex(const FrameHead &frame)
 {
     return static_cast<std::size_t>(directionLabel(frame)) - static_cast<std::size_t>(FrameLabel::Received);
 }
 
-std::size_t kindIndex(std::size_t protocol, bool remote, bool extended)
+std::size_t kindIndex(const FrameHead &frame)
 {
-    return protocol * 4 + (remote ? 2 : 0) + (extended ? 1 : 0);
-}
-
-std::size_t kindIndex(const FrameView &frame)
-{
-    return kindIndex(frame.protocol, frame.remote, frame.extended);
+    return std::size_t{frame.protocol} * 4 + (frame.remote != 0 ? 2 : 0) + (frame.extended != 0 ? 1 : 0);
 }
 
 } // namespace
-
-std::optional<CaptureFormat> captureFormat(const QString &path)
-{
-    const QString upper = path.toUpper();
-    if (upper.endsWith(QLatin1String(".CSV"))) {
-        return CaptureFormat::Csv;
-    }
-    if (upper.endsWith(QLatin1String(".TXT"))) {
-        return CaptureFormat::Text;
-    }
-    if (upper.endsWith(QLatin1String(".CAN"))) {
-        return CaptureFormat::Can;
-    }
-    if (upper.endsWith(QLatin1String(".CANFD"))) {
-        return CaptureFormat::CanFd;
-    }
-    return std::nullopt;
-}
 
 QTextCodec *captureCodec()
 {
@@ -216,35 +163,29 @@ QByteArray CaptureTextStyle::encoded(const QString &text) const
     return codec->fromUnicode(text.constData(), text.size(), &state);
 }
 
-QByteArray CaptureLines::separator(CaptureFormat format)
-{
-    return format == CaptureFormat::Text ? QByteArrayLiteral("     ") : QByteArrayLiteral(",");
-}
-
-CaptureLines::CaptureLines(const FrameLabels &labels, const QByteArray &separator, LastCell lastCell,
+CaptureLines::CaptureLines(const FrameLabels &labels, const QByteArray &separator, bool isLastSeparated,
                            const CaptureTextStyle &style)
     : m_style(style)
     , m_separator(separator)
     , m_noTime(style.encoded(labels.word(FrameLabel::None)))
-    , m_end(lastCell == LastCell::Separated ? separator + style.lineEnd : style.lineEnd)
+    , m_end(isLastSeparated ? separator + style.lineEnd : style.lineEnd)
     , m_time(separator + separator)
 {
     const auto word = [&](FrameLabel label) {
         return style.encoded(labels.word(label)) + separator;
     };
-    const FrameLabel directions[] = {FrameLabel::Received, FrameLabel::SendSuccess, FrameLabel::SendFailure};
-    for (std::size_t i = 0; i < Directions; ++i) {
-        m_directions[i] = separator + word(directions[i]);
+    for (const quint8 direction : {FrameHead::Received, FrameHead::SendSuccess, FrameHead::SendFailure}) {
+        FrameHead frame;
+        frame.direction = direction;
+        m_directions[directionIndex(frame)] = separator + word(directionLabel(frame));
     }
-    const FrameLabel protocols[] = {FrameLabel::Can, FrameLabel::CanFd, FrameLabel::CanFdSpeed};
-    for (std::size_t protocol = 0; protocol < 3; ++protocol) {
-        for (const bool remote : {false, true}) {
-            for (const bool extended : {false, true}) {
-                m_kinds[kindIndex(protocol, remote, extended)] =
-                    separator + word(protocols[protocol]) + word(remote ? FrameLabel::Remote : FrameLabel::Data) +
-                    word(extended ? FrameLabel::Extend : FrameLabel::Standard);
-            }
-        }
+    for (unsigned kind = 0; kind < m_kinds.size(); ++kind) {
+        FrameHead frame;
+        frame.protocol = static_cast<quint8>(kind / 4);
+        frame.remote = kind >> 1U & 1U;
+        frame.extended = kind & 1U;
+        m_kinds[kindIndex(frame)] =
+            separator + word(protocolLabel(frame)) + word(formatLabel(frame)) + word(typeLabel(frame));
     }
     const auto longest = [](const auto &texts) {
         return sizeOf(*std::max_element(texts.begin(), texts.end(),
@@ -278,35 +219,69 @@ char *CaptureLines::put(char *to, quint64 number, const FrameView &frame) const
     return putBytes(to, m_end);
 }
 
-bool writeCapture(QIODevice &out, CaptureFormat format, const FrameStore &store, int first, int count,
-                  const FrameLabels &labels, const CaptureTextStyle &style)
+void writeText(CapturePieces &out, const CaptureFormat &format, const CaptureRows &rows)
 {
-    Q_ASSERT(first >= 0 && count >= 0 && count <= store.size() - first);
-    PieceWriter pieces(out);
-    switch (format) {
-    case CaptureFormat::Csv:
-    case CaptureFormat::Text:
-        writeText(pieces, format, store, first, count, labels, style);
-        break;
-    case CaptureFormat::Can:
-        writeCan(pieces, store, first, count);
-        break;
-    case CaptureFormat::CanFd:
-        writeCanFd(pieces, store, first, count);
-        break;
-    }
-    return pieces.finish();
+    const CaptureTextStyle &style = rows.style;
+    CaptureLines lines(rows.labels, format.separator, format.isLastSeparated, style);
+    out.write(toBytes(CaptureLayout::OwnHeader) + style.lineEnd);
+    out.write(style.encoded(titleLine(format, rows.labels)) + style.lineEnd);
+    putRows(out, rows, [&](const FrameView &frame, quint64 number) {
+        char *to = out.room(lines.maxSize(frame));
+        out.taken(lines.put(to, number, frame));
+    });
+    out.write(style.lineEnd);
+}
+
+void writeCan(CapturePieces &out, const CaptureFormat & /*format*/, const CaptureRows &rows)
+{
+    writeHeader(out, CaptureLayout::CanHeader);
+    putRows(out, rows, [&](const FrameView &frame, quint64 /*number*/) {
+        auto *record = out.newRecord<VCI_CAN_OBJ>();
+        record->ID = qToLittleEndian<quint32>(frame.id);
+        record->TimeStamp = qToLittleEndian(frame.timeStamp);
+        record->SendType = receivedMark(frame);
+        record->RemoteFlag = frame.remote;
+        record->ExternFlag = frame.extended;
+        record->DataLen = static_cast<quint8>(std::min<int>(frame.size, sizeof record->Data));
+        std::copy_n(frame.data, record->DataLen, record->Data);
+    });
+}
+
+void writeCanFd(CapturePieces &out, const CaptureFormat & /*format*/, const CaptureRows &rows)
+{
+    writeHeader(out, CaptureLayout::OwnHeader);
+    putRows(out, rows, [&](const FrameView &frame, quint64 /*number*/) {
+        auto *record = out.newRecord<CaptureLayout::CanFdRecord>();
+        record->id = qToLittleEndian<quint32>(frame.id);
+        record->timeStamp = qToLittleEndian(frame.timeStamp);
+        record->protocol = frame.protocol;
+        record->received = receivedMark(frame);
+        record->remote = frame.remote;
+        record->extended = frame.extended;
+        record->length = static_cast<quint8>(std::min(frame.size, CaptureFrame::MaxLength));
+        // The whole payload follows, also where it is longer than the length byte can say.
+        out.write(frame.data, static_cast<std::size_t>(frame.size));
+    });
+}
+
+bool writeCapture(QIODevice &out, const CaptureFormat &format, const CaptureRows &rows)
+{
+    Q_ASSERT(rows.first >= 0 && rows.count >= 0 && rows.count <= rows.store.size() - rows.first);
+    CapturePieces pieces(out);
+    format.write(pieces, format, rows);
+    pieces.flush();
+    return pieces.isGood();
 }
 
 bool saveCapture(const QString &path, const FrameStore &store, int first, int count, const FrameLabels &labels,
                  const CaptureTextStyle &style)
 {
-    const std::optional<CaptureFormat> format = captureFormat(path);
-    if (!format) {
+    const CaptureFormat *format = captureFormat(path);
+    if (format == nullptr) {
         return false;
     }
     QSaveFile file(path);
     // Without the flush, a file smaller than the device's buffer would be taken for saved when the disk is full.
-    return openForSaving(file) && writeCapture(file, *format, store, first, count, labels, style) && file.flush() &&
+    return openForSaving(file) && writeCapture(file, *format, {store, first, count, labels, style}) && file.flush() &&
            file.commit();
 }

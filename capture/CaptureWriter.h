@@ -1,5 +1,6 @@
 #pragma once
 
+#include "capture/CaptureFormat.h"
 #include "capture/FrameCells.h"
 #include "capture/FrameStore.h"
 #include "capture/PlatformFile.h"
@@ -8,16 +9,9 @@
 #include <QString>
 
 #include <array>
-#include <optional>
 
 class QIODevice;
 class QTextCodec;
-
-/// The file types a capture is saved in; docs/formats.md gives them byte by byte.
-enum class CaptureFormat : quint8 { Csv, Text, Can, CanFd };
-
-/// The format of a path by its ending, upper or lower case: .csv, .txt, .can, .canfd. Nothing for any other.
-std::optional<CaptureFormat> captureFormat(const QString &path);
 
 /// The encoding of text files: local (by default the system's) when it can write Chinese and leaves ASCII as it is,
 /// otherwise UTF-8.
@@ -37,14 +31,8 @@ struct CaptureTextStyle
 class CaptureLines
 {
 public:
-    enum class LastCell : quint8 {
-        Bare,      ///< separators stand between the cells only
-        Separated, ///< a separator stands behind the last cell, too
-    };
-
-    static QByteArray separator(CaptureFormat format);
-
-    CaptureLines(const FrameLabels &labels, const QByteArray &separator, LastCell lastCell,
+    /// isLastSeparated: a separator stands behind the last cell, too.
+    CaptureLines(const FrameLabels &labels, const QByteArray &separator, bool isLastSeparated,
                  const CaptureTextStyle &style);
 
     /// Most bytes that put() needs for this frame.
@@ -53,26 +41,36 @@ public:
     char *put(char *to, quint64 number, const FrameView &frame) const;
 
 private:
-    static constexpr std::size_t Directions = 3;
-    static constexpr std::size_t Kinds = 12;
-
     CaptureTextStyle m_style;
     QByteArray m_separator;
     QByteArray m_noTime;
-    std::array<QByteArray, Directions> m_directions; ///< with a separator on both sides
-    std::array<QByteArray, Kinds> m_kinds;           ///< protocol, format and type with separators around and between
-    QByteArray m_end;                                ///< what follows the payload
-    QString m_timeText;                              ///< the last time text seen...
-    QByteArray m_time;                               ///< ...and its bytes with a separator on both sides
+    std::array<QByteArray, 3> m_directions; ///< with a separator on both sides
+    std::array<QByteArray, 12> m_kinds;     ///< protocol, format and type with separators around and between
+    QByteArray m_end;                       ///< what follows the payload
+    QString m_timeText;                     ///< the last time text seen...
+    QByteArray m_time;                      ///< ...and its bytes with a separator on both sides
     std::size_t m_fixedSize = 0;
 };
 
-/// Writes count rows of the store from the 0-based row first on, numbered by their place in the store, with the header
-/// the format asks for. The range must lie in the store. False when out does not take all of it.
-bool writeCapture(QIODevice &out, CaptureFormat format, const FrameStore &store, int first, int count,
-                  const FrameLabels &labels, const CaptureTextStyle &style = {});
+/// The count rows of a store from the 0-based row first on, which must lie in it; numbered by their place in the store.
+struct CaptureRows
+{
+    const FrameStore &store;
+    int first;
+    int count;
+    const FrameLabels &labels;
+    const CaptureTextStyle &style;
+};
+
+/// Writes the rows with the header the format asks for. False when out does not take all of it.
+bool writeCapture(QIODevice &out, const CaptureFormat &format, const CaptureRows &rows);
 
 /// writeCapture() to a file, in the format of the path's ending. The file is written beside and then renamed: on false
 /// (unknown ending, the folder is gone, the disk is full) whatever stood under path is as it was.
 bool saveCapture(const QString &path, const FrameStore &store, int first, int count, const FrameLabels &labels,
                  const CaptureTextStyle &style = {});
+
+// The writers of the formats.
+void writeText(CapturePieces &out, const CaptureFormat &format, const CaptureRows &rows);
+void writeCan(CapturePieces &out, const CaptureFormat &format, const CaptureRows &rows);
+void writeCanFd(CapturePieces &out, const CaptureFormat &format, const CaptureRows &rows);

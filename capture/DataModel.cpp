@@ -1,17 +1,14 @@
 #include "capture/DataModel.h"
 
+#include "device/FrameIdentifier.h"
+
 #include <QByteArray>
+#include <QRegularExpression>
 
 #include <algorithm>
 
 namespace {
 constexpr int DigitsPerByte = 2;
-
-bool isHexDigit(QChar character)
-{
-    const ushort code = character.unicode();
-    return (code >= '0' && code <= '9') || (code >= 'A' && code <= 'F') || (code >= 'a' && code <= 'f');
-}
 
 quint16 sendListNumber(int number)
 {
@@ -22,7 +19,7 @@ quint16 sendListNumber(int number)
 DataModel dataModelOf(const DataModelCells &cells)
 {
     DataModel model;
-    model.frame.ID = std::min(cells.id, cells.isExtended ? MaxExtendedFrameId : MaxStandardFrameId);
+    model.frame.ID = std::min(cells.id, frameIdMax(cells.isExtended));
     model.frame.ExternFlag = cells.isExtended ? 1 : 0;
     const int length = std::clamp(cells.length, 0, MaxClassicLength);
     model.frame.DataLen = static_cast<quint8>(length);
@@ -36,12 +33,8 @@ DataModel dataModelOf(const DataModelCells &cells)
 
 QString payloadDigits(const QString &typed)
 {
-    QString digits;
-    for (const QChar character : typed) {
-        if (isHexDigit(character) && digits.size() < DigitsPerByte * MaxClassicLength) {
-            digits += character.toUpper();
-        }
-    }
+    static const QRegularExpression other(QStringLiteral("[^0-9A-Fa-f]"));
+    QString digits = QString(typed).remove(other).left(DigitsPerByte * MaxClassicLength).toUpper();
     if (digits.size() % DigitsPerByte != 0) {
         digits.insert(digits.size() - 1, QLatin1Char('0'));
     }
@@ -50,11 +43,7 @@ QString payloadDigits(const QString &typed)
 
 QString payloadText(const QString &digits)
 {
-    QString text = digits;
-    for (int i = DigitsPerByte; i < text.size(); i += DigitsPerByte + 1) {
-        text.insert(i, QLatin1Char(' '));
-    }
-    return text;
+    return QString::fromLatin1(QByteArray::fromHex(digits.toLatin1()).toHex(' ')).toUpper();
 }
 
 VCI_CANFD_OBJ toCanFdRecord(const VCI_CAN_OBJ &frame)

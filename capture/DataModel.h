@@ -16,8 +16,6 @@ struct DataModel
 
 Q_DECLARE_METATYPE(DataModel)
 
-constexpr quint32 MaxStandardFrameId = 0x7FF;
-constexpr quint32 MaxExtendedFrameId = 0x1FFFFFFF;
 constexpr int MaxClassicLength = 8;
 constexpr int MaxSendListNumber = 0xFFFF; ///< of the counts and the interval
 

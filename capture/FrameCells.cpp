@@ -1,7 +1,9 @@
 #include "capture/FrameCells.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -43,6 +45,11 @@ QString asciiText(Put put)
     return QString::fromLatin1(buffer.data(), static_cast<int>(end - buffer.data()));
 }
 
+QString decimalText(quint64 number)
+{
+    return asciiText<FrameBytes::MaxDecimal>([number](char *to) { return FrameBytes::putDecimal(to, number); });
+}
+
 QString hexNumberText(quint32 number)
 {
     return asciiText<FrameBytes::MaxHexNumber>([number](char *to) { return FrameBytes::putHexNumber(to, number); });
@@ -61,65 +68,127 @@ QString payloadText(const FrameView &frame)
     return QString::fromLatin1(buffer.constData(), frame.size * 3);
 }
 
+struct Cell
+{
+    const FrameView &frame;
+    const int index;
+    const FrameLabels &labels;
+
+    const QString &word(FrameLabel label) const { return labels.word(label); }
+};
+
+struct Column
+{
+    const char *title; ///< translated, except the first one
+    int width;         ///< pixels
+    QString (*text)(const Cell &cell);
+};
+
+/// In the order of FrameColumn.
+constexpr std::array<Column, FrameColumnCount> Columns = {{
+    {"No.", 70,
+     [](const Cell &cell) {
+         return decimalText(static_cast<quint64>(cell.index) + 1);
+     }},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "System Time"), 90,
+     [](const Cell &cell) {
+         return *cell.frame.systemTime;
+     }},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "Time Stamp"), 90,
+     [](const Cell &cell) {
+         return cell.frame.isReceived() ? timeStampText(cell.frame.timeStamp) : cell.word(FrameLabel::None);
+     }},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "Direction"), 120,
+     [](const Cell &cell) {
+         return cell.word(directionLabel(cell.frame));
+     }},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "ID"), 80,
+     [](const Cell &cell) {
+         return hexNumberText(cell.frame.id);
+     }},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "Protocol"), 80,
+     [](const Cell &cell) {
+         return cell.word(protocolLabel(cell.frame));
+     }},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "Format"), 80,
+     [](const Cell &cell) {
+         return cell.word(formatLabel(cell.frame));
+     }},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "Type"), 80,
+     [](const Cell &cell) {
+         return cell.word(typeLabel(cell.frame));
+     }},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "Length"), 80,
+     [](const Cell &cell) {
+         return hexNumberText(static_cast<quint32>(cell.frame.size));
+     }},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "Data"), 200,
+     [](const Cell &cell) {
+         return payloadText(cell.frame);
+     }},
+}};
+
 } // namespace
 
-FrameLabel directionLabel(const FrameView &frame)
+FrameLabels FrameLabels::translated()
+{
+    using App = QCoreApplication;
+    FrameLabels labels;
+    labels.titles[0] = QLatin1String(Columns[0].title);
+    std::transform(Columns.begin() + 1, Columns.end(), labels.titles.begin() + 1,
+                   [](const Column &column) { return App::translate("CTableViewCAN", column.title); });
+    labels.words = {
+        App::translate("CTableViewCAN", "None"),
+        App::translate("CTableViewCAN", "Revice"),
+        App::translate("CTableViewCAN", "Send successfully"),
+        App::translate("CTableViewCAN", "Send failure"),
+        QStringLiteral("CAN"),
+        QStringLiteral("CANFD"),
+        App::translate("CTableViewCAN", "CANFD Speed"),
+        App::translate("CTableViewCAN", "Data", "frame format"),
+        App::translate("CTableViewCAN", "Remote"),
+        App::translate("CTableViewCAN", "Standard"),
+        App::translate("CTableViewCAN", "Extend"),
+    };
+    return labels;
+}
+
+std::array<int, FrameColumnCount> frameColumnWidths()
+{
+    std::array<int, FrameColumnCount> widths{};
+    std::transform(Columns.begin(), Columns.end(), widths.begin(), [](const Column &column) { return column.width; });
+    return widths;
+}
+
+FrameLabel directionLabel(const FrameHead &frame)
 {
     if (frame.isReceived()) {
         return FrameLabel::Received;
     }
-    return frame.direction == FrameRecord::SendFailure ? FrameLabel::SendFailure : FrameLabel::SendSuccess;
+    return frame.direction == FrameHead::SendFailure ? FrameLabel::SendFailure : FrameLabel::SendSuccess;
 }
 
-FrameLabel protocolLabel(const FrameView &frame)
+FrameLabel protocolLabel(const FrameHead &frame)
 {
-    if (frame.protocol == FrameRecord::CAN) {
+    if (frame.protocol == FrameHead::CAN) {
         return FrameLabel::Can;
     }
-    return frame.protocol == FrameRecord::CANFD ? FrameLabel::CanFd : FrameLabel::CanFdSpeed;
+    return frame.protocol == FrameHead::CANFD ? FrameLabel::CanFd : FrameLabel::CanFdSpeed;
 }
 
-FrameLabel formatLabel(const FrameView &frame)
+FrameLabel formatLabel(const FrameHead &frame)
 {
-    return frame.remote ? FrameLabel::Remote : FrameLabel::Data;
+    return frame.remote != 0 ? FrameLabel::Remote : FrameLabel::Data;
 }
 
-FrameLabel typeLabel(const FrameView &frame)
+FrameLabel typeLabel(const FrameHead &frame)
 {
-    return frame.extended ? FrameLabel::Extend : FrameLabel::Standard;
+    return frame.extended != 0 ? FrameLabel::Extend : FrameLabel::Standard;
 }
 
-QString frameCell(const FrameView &frame, FrameColumn column, const FrameLabels &labels)
+QString frameCell(const FrameView &frame, int index, FrameColumn column, const FrameLabels &labels)
 {
-    switch (column) {
-    case FrameColumn::Number:
-        break;
-    case FrameColumn::SystemTime:
-        return *frame.systemTime;
-    case FrameColumn::TimeStamp:
-        return frame.isReceived() ? timeStampText(frame.timeStamp) : labels.word(FrameLabel::None);
-    case FrameColumn::Direction:
-        return labels.word(directionLabel(frame));
-    case FrameColumn::Id:
-        return hexNumberText(frame.id);
-    case FrameColumn::Protocol:
-        return labels.word(protocolLabel(frame));
-    case FrameColumn::Format:
-        return labels.word(formatLabel(frame));
-    case FrameColumn::Type:
-        return labels.word(typeLabel(frame));
-    case FrameColumn::Length:
-        return hexNumberText(static_cast<quint32>(frame.size));
-    case FrameColumn::Data:
-        return payloadText(frame);
-    }
-    return {};
-}
-
-QString frameNumber(int index)
-{
-    const quint32 number = static_cast<quint32>(index) + 1;
-    return asciiText<FrameBytes::MaxDecimal>([number](char *to) { return FrameBytes::putDecimal(to, number); });
+    return Columns[static_cast<std::size_t>(column)].text({frame, index, labels});
 }
 
 namespace FrameBytes {

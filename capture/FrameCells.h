@@ -1,6 +1,6 @@
 #pragma once
 
-#include "capture/FrameView.h"
+#include "capture/FrameRecord.h"
 
 #include <QString>
 
@@ -26,26 +26,28 @@ enum class FrameLabel : quint8 {
 };
 constexpr int FrameLabelCount = 11;
 
-/// Titles and words in the user's language.
 struct FrameLabels
 {
     std::array<QString, FrameColumnCount> titles;
     std::array<QString, FrameLabelCount> words;
 
-    const QString &title(FrameColumn column) const { return titles[static_cast<std::size_t>(column)]; }
+    /// In the user's language.
+    static FrameLabels translated();
+
     const QString &word(FrameLabel label) const { return words[static_cast<std::size_t>(label)]; }
 };
 
-/// Which word stands in the cell of the named column.
-FrameLabel directionLabel(const FrameView &frame);
-FrameLabel protocolLabel(const FrameView &frame);
-FrameLabel formatLabel(const FrameView &frame);
-FrameLabel typeLabel(const FrameView &frame);
+/// The widths of the table's columns at first, in pixels.
+std::array<int, FrameColumnCount> frameColumnWidths();
 
-/// The text of column SystemTime to Data. Column Number holds the row's place, see frameNumber().
-QString frameCell(const FrameView &frame, FrameColumn column, const FrameLabels &labels);
-/// The text of column Number; index is the frame's 0-based place.
-QString frameNumber(int index);
+/// Which word stands in the cell of the named column.
+FrameLabel directionLabel(const FrameHead &frame);
+FrameLabel protocolLabel(const FrameHead &frame);
+FrameLabel formatLabel(const FrameHead &frame);
+FrameLabel typeLabel(const FrameHead &frame);
+
+/// The text of a cell; index is the frame's 0-based place.
+QString frameCell(const FrameView &frame, int index, FrameColumn column, const FrameLabels &labels);
 
 /// The parts of cells as ASCII. Each writes to `to` and returns the place behind; none writes an ending zero.
 namespace FrameBytes {

@@ -14,6 +14,7 @@
 
 #include <array>
 #include <cmath>
+#include <limits>
 #include <optional>
 
 namespace {
@@ -67,8 +68,7 @@ private:
     };
 
     Glyph glyphOf(QChar c) const { return c.unicode() <= LastGlyph ? m_glyphs[c.unicode()] : Glyph(); }
-    bool collectGlyphs(const QString &text, qreal width);
-    std::optional<qreal> glyphWidth(const QString &text) const;
+    std::optional<qreal> collectGlyphs(const QString &text, qreal width);
     const QStaticText &laidOut(const QString &text, const QTransform &transform);
     void paintOther(QPainter *painter, const QRect &area, const QString &text);
 
@@ -118,9 +118,9 @@ void FrameDelegatePrivate::prepare(const QPaintDevice *device)
     m_run.setRawFont(raw);
 }
 
-/// Fills m_indexes and m_positions with as much of the text as fits into width. False when a character has no prepared
-/// glyph.
-bool FrameDelegatePrivate::collectGlyphs(const QString &text, qreal width)
+/// Fills m_indexes and m_positions with as much of the text as fits into width, and gives the width of that. Nothing
+/// when a character has no prepared glyph.
+std::optional<qreal> FrameDelegatePrivate::collectGlyphs(const QString &text, qreal width)
 {
     m_indexes.clear();
     m_positions.clear();
@@ -130,17 +130,19 @@ bool FrameDelegatePrivate::collectGlyphs(const QString &text, qreal width)
     for (const QChar c : text) {
         const Glyph glyph = glyphOf(c);
         if (glyph.index == 0) {
-            return false;
+            return std::nullopt;
         }
         if (x + glyph.advance > width) {
             m_indexes.resize(fitting);
             m_positions.resize(fitting);
-            if (m_ellipsis.index == 0 || m_ellipsis.advance > width) {
-                return m_ellipsis.index != 0;
+            if (m_ellipsis.index == 0) {
+                return std::nullopt;
             }
-            m_indexes.append(m_ellipsis.index);
-            m_positions.append(QPointF(fittingEnd, 0));
-            return true;
+            if (m_ellipsis.advance <= width) {
+                m_indexes.append(m_ellipsis.index);
+                m_positions.append(QPointF(fittingEnd, 0));
+            }
+            return width;
         }
         m_indexes.append(glyph.index);
         m_positions.append(QPointF(x, 0));
@@ -150,26 +152,12 @@ bool FrameDelegatePrivate::collectGlyphs(const QString &text, qreal width)
             fittingEnd = x;
         }
     }
-    return true;
-}
-
-/// Nothing when a character has no prepared glyph.
-std::optional<qreal> FrameDelegatePrivate::glyphWidth(const QString &text) const
-{
-    qreal width = 0;
-    for (const QChar c : text) {
-        const Glyph glyph = glyphOf(c);
-        if (glyph.index == 0) {
-            return std::nullopt;
-        }
-        width += glyph.advance;
-    }
-    return width;
+    return x;
 }
 
 int FrameDelegatePrivate::wholeWidth(const QString &text)
 {
-    const std::optional<qreal> glyphs = glyphWidth(text);
+    const std::optional<qreal> glyphs = collectGlyphs(text, std::numeric_limits<qreal>::infinity());
     return static_cast<int>(std::ceil(glyphs ? *glyphs : laidOut(text, QTransform()).size().width()));
 }
 

@@ -2,64 +2,39 @@
 
 #include "capture/PayloadBlocks.h"
 
-#include <QByteArray>
 #include <QString>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
 constexpr int ChunkRows = 16384;
 constexpr int ReservedRows = 1000000;
 
-static_assert(PayloadBlocks::BlockSize > FrameStore::MaxPayload);
+static_assert(PayloadBlocks::BlockSize > FrameView::MaxPayload);
 
-struct Row
+struct Row : FrameHead
 {
-    quint32 id : 29;
-    quint32 timeFlag : 1;
-    quint32 remote : 1;
-    quint32 extended : 1;
-    quint32 timeStamp;
     quint32 payload; ///< place in the chunk's payloads
     quint16 size;
     quint16 timeText; ///< index into the chunk's texts
-    quint8 direction;
-    quint8 sendType;
-    quint8 protocol;
 };
 static_assert(sizeof(Row) == 20);
 
 } // namespace
 
-/// ChunkRows rows with their payloads and their time texts: a text that repeats from row to row, as in a batch, is kept
-/// once. Left uninitialised: pages that hold no row are never touched.
+/// Up to ChunkRows rows with their payloads and their time texts: a text that repeats from row to row, as in a batch,
+/// is kept once. Pages that hold no row are never touched.
 struct FrameStore::Chunk
 {
-    std::unique_ptr<Row[]> rows{new Row[ChunkRows]};
+    std::vector<Row> rows;
     PayloadBlocks payloads;
     std::vector<QString> texts;
 
-    quint16 putText(const QString &text);
-    void truncate(int count);
+    Chunk() { rows.reserve(ChunkRows); }
     std::size_t bytes() const { return ChunkRows * sizeof(Row) + payloads.bytes(); }
 };
-
-quint16 FrameStore::Chunk::putText(const QString &text)
-{
-    if (texts.empty() || texts.back() != text) {
-        texts.push_back(text);
-    }
-    return static_cast<quint16>(texts.size() - 1);
-}
-
-/// count: 1 to ChunkRows, at most the rows held.
-void FrameStore::Chunk::truncate(int count)
-{
-    const Row &last = rows[static_cast<std::size_t>(count - 1)];
-    payloads.truncateBehind(last.payload, last.size);
-    texts.resize(last.timeText + 1U);
-}
 
 FrameStore::FrameStore()
 {
@@ -74,40 +49,23 @@ FrameView FrameStore::at(int index) const
     const auto position = static_cast<std::size_t>(index);
     const Chunk &chunk = *m_chunks[position / ChunkRows];
     const Row &row = chunk.rows[position % ChunkRows];
-    FrameView view;
-    view.systemTime = &chunk.texts[row.timeText];
-    view.data = chunk.payloads.at(row.payload);
-    view.size = row.size;
-    view.id = row.id;
-    view.timeStamp = row.timeStamp;
-    view.direction = row.direction;
-    view.sendType = row.sendType;
-    view.protocol = row.protocol;
-    view.timeFlag = row.timeFlag;
-    view.remote = row.remote;
-    view.extended = row.extended;
-    return view;
+    return {row, chunk.texts[row.timeText], chunk.payloads.at(row.payload), row.size};
 }
 
 void FrameStore::append(const FrameRecord &record)
 {
-    const auto index = static_cast<std::size_t>(m_size) % ChunkRows;
-    if (index == 0) {
+    if (m_size % ChunkRows == 0) {
         m_chunks.push_back(std::make_unique<Chunk>());
     }
     Chunk &chunk = *m_chunks.back();
-    Row &row = chunk.rows[index];
-    row.id = record.id;
-    row.timeFlag = record.timeFlag;
-    row.remote = record.remote;
-    row.extended = record.extended;
-    row.timeStamp = record.timeStamp;
-    row.size = static_cast<quint16>(std::min(record.data.size(), MaxPayload));
+    if (chunk.texts.empty() || chunk.texts.back() != record.systemTime) {
+        chunk.texts.push_back(record.systemTime);
+    }
+    Row &row = chunk.rows.emplace_back(); // filled in place: a copy would wait for what was just written
+    static_cast<FrameHead &>(row) = record;
+    row.size = static_cast<quint16>(std::min(record.data.size(), FrameView::MaxPayload));
     row.payload = static_cast<quint32>(chunk.payloads.put(record.data.constData(), row.size));
-    row.timeText = chunk.putText(record.systemTime);
-    row.direction = record.direction;
-    row.sendType = record.sendType;
-    row.protocol = std::min<quint8>(record.protocol, FrameRecord::CANFDSpeed);
+    row.timeText = static_cast<quint16>(chunk.texts.size() - 1);
     ++m_size;
 }
 
@@ -122,7 +80,10 @@ void FrameStore::truncate(int size)
     std::move(m_chunks.begin() + static_cast<std::ptrdiff_t>(kept), m_chunks.end(), std::back_inserter(m_dropped));
     m_chunks.resize(kept);
     if (rest > 0) {
-        m_chunks.back()->truncate(static_cast<int>(rest));
+        Chunk &chunk = *m_chunks.back();
+        chunk.rows.erase(chunk.rows.begin() + static_cast<std::ptrdiff_t>(rest), chunk.rows.end());
+        chunk.payloads.truncateBehind(chunk.rows.back().payload, chunk.rows.back().size);
+        chunk.texts.resize(chunk.rows.back().timeText + 1U);
     }
 }
 

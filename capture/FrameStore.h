@@ -1,6 +1,6 @@
 #pragma once
 
-#include "capture/FrameView.h"
+#include "capture/FrameRecord.h"
 
 #include <memory>
 #include <vector>
@@ -10,9 +10,6 @@
 class FrameStore
 {
 public:
-    /// Longest payload kept; what is beyond it in a record is dropped.
-    static constexpr int MaxPayload = 0xFFFF;
-
     FrameStore();
     ~FrameStore();
     FrameStore(const FrameStore &) = delete;
@@ -23,6 +20,7 @@ public:
     /// index: 0 to size() - 1. The view stays valid until that row is dropped.
     FrameView at(int index) const;
 
+    /// Keeps FrameView::MaxPayload bytes of the payload at most.
     void append(const FrameRecord &record);
     /// Drops all rows from size on; a size beyond size() changes nothing.
     void truncate(int size);

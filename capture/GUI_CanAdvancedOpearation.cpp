@@ -2,6 +2,7 @@
 
 #include "capture/SendList.h"
 #include "device/CANCommunication.h"
+#include "device/ClockText.h"
 #include "device/TickTimer.h"
 #include "ui_GUI_CanAdvancedOpearation.h"
 #include "widgets/CNotice.h"
@@ -9,7 +10,6 @@
 
 #include <QHideEvent>
 #include <QKeyEvent>
-#include <QTime>
 #include <QWindow>
 
 #include <optional>
@@ -31,125 +31,120 @@ struct Batch
 class GUI_CanAdvancedOpearationPrivate
 {
 public:
-    GUI_CanAdvancedOpearationPrivate(GUI_CanAdvancedOpearation *dialog, CANCommunication &manager, quint8 dev,
-                                     quint8 ch, bool isFdDevice)
-        : q(dialog)
-        , communication(manager)
-        , devInd(dev)
-        , canInd(ch)
-        , isCANFD(isFdDevice)
+    GUI_CanAdvancedOpearationPrivate(GUI_CanAdvancedOpearation *dialog, CANCommunication &communication, quint8 devInd,
+                                     quint8 canInd, bool isCANFD)
+        : m_q(dialog)
+        , m_communication(communication)
+        , m_devInd(devInd)
+        , m_canInd(canInd)
+        , m_isCANFD(isCANFD)
     {
     }
 
     void fillTexts();
     void connectSignals();
     void updateControls();
-    void showWarning(const QString &text) const { notice->setMesseage(text, CNotice::Warning, NoticeMs); }
+    void showWarning(const QString &text) const { m_notice->setMesseage(text, CNotice::Warning, NoticeMs); }
     void end();
     bool transmitCurrent();
     void print(const DataModel &row, bool accepted) const;
-    bool isParentGoing() const;
 
-    GUI_CanAdvancedOpearation *q;
-    CANCommunication &communication;
-    const quint8 devInd;
-    const quint8 canInd;
-    const bool isCANFD;
-    Ui::GUI_CanAdvancedOpearation ui;
-    CNotice *notice = nullptr; ///< seen where the click was, not behind this window
-    SendList list;
-    TickTimer timer;
-    Batch batch;
-    bool isAllowed = true; ///< the tab lets the dialog send
+    GUI_CanAdvancedOpearation *m_q;
+    CANCommunication &m_communication;
+    const quint8 m_devInd;
+    const quint8 m_canInd;
+    const bool m_isCANFD;
+    Ui::GUI_CanAdvancedOpearation m_ui;
+    CNotice *m_notice = nullptr; ///< seen where the click was, not behind this window
+    SendList m_list;
+    TickTimer m_timer;
+    Batch m_batch;
+    bool m_isAllowed = true; ///< the tab lets the dialog send
 };
 
 void GUI_CanAdvancedOpearationPrivate::fillTexts()
 {
     const QString interval = GUI_CanAdvancedOpearation::tr("Interval");
-    ui.tableWidget->horizontalHeaderItem(ui.tableWidget->columnCount() - 1)->setText(interval + QStringLiteral("(ms)"));
-    ui.lblInterval->setText(interval + QStringLiteral("(ms):"));
-    ui.lblRepeat->setText(GUI_CanAdvancedOpearation::tr("Repeat") + QLatin1Char(':'));
-    ui.cbxMode->addItem(GUI_CanAdvancedOpearation::tr("Parallel send mode"),
-                        static_cast<int>(SendList::Mode::Parallel));
-    ui.cbxMode->addItem(GUI_CanAdvancedOpearation::tr("Order send mode"), static_cast<int>(SendList::Mode::Order));
+    m_ui.tableWidget->horizontalHeaderItem(m_ui.tableWidget->columnCount() - 1)
+        ->setText(interval + QStringLiteral("(ms)"));
+    m_ui.lblInterval->setText(interval + QStringLiteral("(ms):"));
+    m_ui.lblRepeat->setText(GUI_CanAdvancedOpearation::tr("Repeat") + QLatin1Char(':'));
+    m_ui.cbxMode->addItem(GUI_CanAdvancedOpearation::tr("Parallel send mode"),
+                          static_cast<int>(SendList::Mode::Parallel));
+    m_ui.cbxMode->addItem(GUI_CanAdvancedOpearation::tr("Order send mode"), static_cast<int>(SendList::Mode::Order));
 }
 
 void GUI_CanAdvancedOpearationPrivate::connectSignals()
 {
     using Dialog = GUI_CanAdvancedOpearation;
     const auto onClick = [this](const QPushButton *button, auto action) {
-        QObject::connect(button, &QPushButton::clicked, q, action);
+        QObject::connect(button, &QPushButton::clicked, m_q, action);
     };
-    onClick(ui.btnAllSelect, [this] { ui.tableWidget->setAllTicked(true); });
-    onClick(ui.btnInvert, [this] { ui.tableWidget->setAllTicked(false); }); // takes all ticks away: wanted so
-    onClick(ui.btnAdd, [this] { ui.tableWidget->appendRow(); });
-    onClick(ui.btnRemove, &Dialog::slot_removeBtnClicked);
-    onClick(ui.btnListSend, &Dialog::sendList);
-    onClick(ui.m_btnStop, &Dialog::sendStop);
-    QObject::connect(ui.cbxMode, QOverload<int>::of(&QComboBox::currentIndexChanged), q, [this] { updateControls(); });
-    QObject::connect(&timer, &TickTimer::sig_tick, q, &Dialog::sendTimeout);
+    onClick(m_ui.btnAllSelect, [this] { m_ui.tableWidget->setAllTicked(true); });
+    onClick(m_ui.btnInvert, [this] { m_ui.tableWidget->setAllTicked(false); }); // takes all ticks away: wanted so
+    onClick(m_ui.btnAdd, [this] { m_ui.tableWidget->appendRow(); });
+    onClick(m_ui.btnRemove, &Dialog::slot_removeBtnClicked);
+    onClick(m_ui.btnListSend, &Dialog::sendList);
+    onClick(m_ui.m_btnStop, &Dialog::sendStop);
+    QObject::connect(m_ui.cbxMode, QOverload<int>::of(&QComboBox::currentIndexChanged), m_q,
+                     [this] { updateControls(); });
+    QObject::connect(&m_timer, &TickTimer::sig_tick, m_q, &Dialog::sendTimeout);
 }
 
 void GUI_CanAdvancedOpearationPrivate::updateControls()
 {
-    const bool isRunning = list.isRunning();
-    const bool isOrder = ui.cbxMode->currentData().toInt() == static_cast<int>(SendList::Mode::Order);
-    for (QWidget *control : std::initializer_list<QWidget *>{ui.btnAllSelect, ui.btnInvert, ui.btnAdd, ui.btnRemove,
-                                                             ui.btnImport, ui.btnExport, ui.checkBox, ui.cbxMode}) {
-        control->setEnabled(isAllowed);
+    const bool isRunning = m_list.isRunning();
+    const bool isOrder = m_ui.cbxMode->currentData().toInt() == static_cast<int>(SendList::Mode::Order);
+    for (QWidget *control :
+         std::initializer_list<QWidget *>{m_ui.btnAllSelect, m_ui.btnInvert, m_ui.btnAdd, m_ui.btnRemove,
+                                          m_ui.btnImport, m_ui.btnExport, m_ui.checkBox, m_ui.cbxMode}) {
+        control->setEnabled(m_isAllowed);
     }
     for (QWidget *control :
-         std::initializer_list<QWidget *>{ui.lblRepeat, ui.cbxRepeat, ui.lblInterval, ui.lbxInterval}) {
-        control->setEnabled(isAllowed && isOrder);
+         std::initializer_list<QWidget *>{m_ui.lblRepeat, m_ui.cbxRepeat, m_ui.lblInterval, m_ui.lbxInterval}) {
+        control->setEnabled(m_isAllowed && isOrder);
     }
     // The focus stays with the button that is of use next.
-    const bool hadFocus = ui.btnListSend->hasFocus() || ui.m_btnStop->hasFocus();
-    ui.m_btnStop->setEnabled(isRunning);
-    ui.btnListSend->setEnabled(isAllowed && !isRunning);
+    const bool hadFocus = m_ui.btnListSend->hasFocus() || m_ui.m_btnStop->hasFocus();
+    m_ui.m_btnStop->setEnabled(isRunning);
+    m_ui.btnListSend->setEnabled(m_isAllowed && !isRunning);
     if (hadFocus) {
-        (isRunning ? ui.m_btnStop : ui.btnListSend)->setFocus();
+        (isRunning ? m_ui.m_btnStop : m_ui.btnListSend)->setFocus();
     }
 }
 
 /// Every end of a list that runs.
 void GUI_CanAdvancedOpearationPrivate::end()
 {
-    timer.stop();
-    list.stop();
-    batch = Batch();
+    m_timer.stop();
+    m_list.stop();
+    m_batch = Batch();
     updateControls();
-    emit q->sig_sendStateChanged(true);
+    emit m_q->sig_sendStateChanged(true);
 }
 
 /// All copies of the current row in one call; they are made anew only when the row has changed.
 bool GUI_CanAdvancedOpearationPrivate::transmitCurrent()
 {
-    const DataModel &row = list.current();
-    const bool isNew = batch.row != list.currentIndex();
-    batch.row = list.currentIndex();
-    if (isCANFD) {
+    const DataModel &row = m_list.current();
+    const bool isNew = m_batch.row != m_list.currentIndex();
+    m_batch.row = m_list.currentIndex();
+    if (m_isCANFD) {
         if (isNew) {
-            batch.fdFrames.assign(row.frameCount, toCanFdRecord(row.frame));
+            m_batch.fdFrames.assign(row.frameCount, toCanFdRecord(row.frame));
         }
-        return communication.transmitCANFD(devInd, canInd, batch.fdFrames.data(), row.frameCount) == CAN_OK;
+        return m_communication.transmitCANFD(m_devInd, m_canInd, m_batch.fdFrames.data(), row.frameCount) == CAN_OK;
     }
     if (isNew) {
-        batch.frames.assign(row.frameCount, row.frame);
+        m_batch.frames.assign(row.frameCount, row.frame);
     }
-    return communication.transmit(devInd, canInd, batch.frames.data(), row.frameCount) == CAN_OK;
+    return m_communication.transmit(m_devInd, m_canInd, m_batch.frames.data(), row.frameCount) == CAN_OK;
 }
 
 void GUI_CanAdvancedOpearationPrivate::print(const DataModel &row, bool accepted) const
 {
-    const QString now = QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz"));
-    const FrameRecord record = FrameRecord::sent(row.frame, accepted, now);
-    emit q->sig_addTableItems(QVector<FrameRecord>(row.frameCount, record));
-}
-
-/// A parent that is being destroyed no longer lists the child it is deleting; what listens to this object may be gone.
-bool GUI_CanAdvancedOpearationPrivate::isParentGoing() const
-{
-    return q->parent() != nullptr && !q->parent()->children().contains(q);
+    const FrameRecord record = FrameRecord::sent(row.frame, accepted, clockText());
+    emit m_q->sig_addTableItems(QVector<FrameRecord>(row.frameCount, record));
 }
 
 GUI_CanAdvancedOpearation::GUI_CanAdvancedOpearation(CANCommunication &communication, quint8 devInd, quint8 canInd,
@@ -158,9 +153,9 @@ GUI_CanAdvancedOpearation::GUI_CanAdvancedOpearation(CANCommunication &communica
     , m_p(std::make_unique<GUI_CanAdvancedOpearationPrivate>(this, communication, devInd, canInd, isCANFD))
 {
     qRegisterMetaType<DataModel>("DataModel");
-    m_p->ui.setupUi(this);
+    m_p->m_ui.setupUi(this);
     cleanSpinBoxes(this);
-    m_p->notice = new CNotice(this);
+    m_p->m_notice = new CNotice(this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowStaysOnTopHint);
     m_p->fillTexts();
@@ -168,44 +163,46 @@ GUI_CanAdvancedOpearation::GUI_CanAdvancedOpearation(CANCommunication &communica
     m_p->updateControls();
 }
 
+/// A parent that is being destroyed no longer lists the child it is deleting; what listens to this object may be gone.
 GUI_CanAdvancedOpearation::~GUI_CanAdvancedOpearation()
 {
-    if (!m_p->isParentGoing()) {
+    if (parent() == nullptr || parent()->children().contains(this)) {
         sendStop();
     }
 }
 
 void GUI_CanAdvancedOpearation::btnStateChanged(bool state)
 {
-    m_p->isAllowed = state;
+    m_p->m_isAllowed = state;
     m_p->updateControls();
 }
 
 void GUI_CanAdvancedOpearation::sendList()
 {
-    if (m_p->list.isRunning()) {
+    if (m_p->m_list.isRunning()) {
         return;
     }
-    if (m_p->ui.tableWidget->rowCount() == 0) {
+    if (m_p->m_ui.tableWidget->rowCount() == 0) {
         m_p->showWarning(tr("The send list is empty"));
         return;
     }
-    const auto mode = static_cast<SendList::Mode>(m_p->ui.cbxMode->currentData().toInt());
-    m_p->list.start(m_p->ui.tableWidget->tickedRows(), m_p->ui.cbxRepeat->value(), m_p->ui.lbxInterval->value(), mode);
-    if (!m_p->list.isRunning()) {
+    const auto mode = static_cast<SendList::Mode>(m_p->m_ui.cbxMode->currentData().toInt());
+    m_p->m_list.start(m_p->m_ui.tableWidget->tickedRows(), m_p->m_ui.cbxRepeat->value(), m_p->m_ui.lbxInterval->value(),
+                      mode);
+    if (!m_p->m_list.isRunning()) {
         m_p->showWarning(tr("Please check the items you want to send"));
         return;
     }
     emit sig_sendStateChanged(false);
-    if (m_p->list.isRunning()) { // unless whoever listens has stopped it
+    if (m_p->m_list.isRunning()) { // unless whoever listens has stopped it
         m_p->updateControls();
-        m_p->timer.start(FirstTickMs);
+        m_p->m_timer.start(FirstTickMs);
     }
 }
 
 void GUI_CanAdvancedOpearation::sendStop()
 {
-    if (m_p->list.isRunning()) {
+    if (m_p->m_list.isRunning()) {
         m_p->end();
     }
 }
@@ -213,19 +210,19 @@ void GUI_CanAdvancedOpearation::sendStop()
 /// What the adapter answers only marks the printed rows: the list goes on when it refuses frames or is gone.
 void GUI_CanAdvancedOpearation::sendTimeout()
 {
-    if (!m_p->list.isRunning()) {
+    if (!m_p->m_list.isRunning()) {
         return;
     }
     const bool accepted = m_p->transmitCurrent();
-    const DataModel row = m_p->list.current();
-    const std::optional<int> wait = m_p->list.advance();
+    const DataModel row = m_p->m_list.current();
+    const std::optional<int> wait = m_p->m_list.advance();
     if (wait) {
-        m_p->timer.start(*wait); // from the adapter's return on, whatever the printing takes
+        m_p->m_timer.start(*wait); // from the adapter's return on, whatever the printing takes
     }
-    if (m_p->ui.checkBox->isChecked()) {
+    if (m_p->m_ui.checkBox->isChecked()) {
         m_p->print(row, accepted);
     }
-    if (!wait && !m_p->list.isRunning()) { // whoever listens may have started it anew
+    if (!wait && !m_p->m_list.isRunning()) { // whoever listens may have started it anew
         m_p->end();
     }
 }
@@ -264,7 +261,7 @@ void GUI_CanAdvancedOpearation::keyPressEvent(QKeyEvent *event)
 
 void GUI_CanAdvancedOpearation::slot_removeBtnClicked()
 {
-    if (!m_p->ui.tableWidget->removeCurrentRow()) {
+    if (!m_p->m_ui.tableWidget->removeCurrentRow()) {
         m_p->showWarning(tr("Please select the delete item first"));
     }
 }

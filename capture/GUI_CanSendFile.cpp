@@ -1,9 +1,10 @@
 #include "capture/GUI_CanSendFile.h"
 
 #include "capture/CANFile.h"
+#include "capture/CaptureFormat.h"
 #include "capture/CaptureLoader.h"
-#include "capture/PlaybackRecord.h"
 #include "device/CANCommunication.h"
+#include "device/FrameIdentifier.h"
 #include "device/TickTimer.h"
 #include "ui_GUI_CanSendFile.h"
 #include "widgets/CNotice.h"
@@ -21,8 +22,6 @@ namespace {
 constexpr int NoticeMs = 1500;
 
 enum FrameType { StandardFrame, ExtendedFrame };
-constexpr int MaxStandardId = 0x3FFF;
-constexpr int MaxExtendedId = 0x1FFFFFF;
 
 /// How many frames one step of the progress bar stands for, so that the range of int holds them all.
 qint64 framesPerStep(qint64 frames)
@@ -36,12 +35,13 @@ class GUI_CanSendFilePrivate
 public:
     enum class State { Idle, Loading, Sending };
 
-    GUI_CanSendFilePrivate(GUI_CanSendFile *dialog, CANCommunication &manager, quint8 dev, quint8 ch, bool isFdDevice)
-        : q(dialog)
-        , communication(manager)
-        , devInd(dev)
-        , canInd(ch)
-        , isCANFD(isFdDevice)
+    GUI_CanSendFilePrivate(GUI_CanSendFile *dialog, CANCommunication &communication, quint8 devInd, quint8 canInd,
+                           bool isCANFD)
+        : m_q(dialog)
+        , m_communication(communication)
+        , m_devInd(devInd)
+        , m_canInd(canInd)
+        , m_isCANFD(isCANFD)
     {
     }
 
@@ -52,69 +52,68 @@ public:
     void startSending(std::optional<CaptureContent> content);
     void sendNext();
     void stop();
-    void showProgress() { ui.progressBar->setValue(static_cast<int>((total - left) / framesPerStep(total))); }
-    void showFailure(const QString &text) const { emit q->sig_showNotice(text, CNotice::Failure, NoticeMs); }
+    void showProgress() { m_ui.progressBar->setValue(static_cast<int>((m_total - m_left) / framesPerStep(m_total))); }
+    void showFailure(const QString &text) const { emit m_q->sig_showNotice(text, CNotice::Failure, NoticeMs); }
 
-    GUI_CanSendFile *q;
-    CANCommunication &communication;
-    const quint8 devInd;
-    const quint8 canInd;
-    const bool isCANFD;
-    Ui::GUI_CanSendFile ui;
-    State state = State::Idle;
-    CANFile file;
-    CaptureLoader loader;
-    TickTimer timer;
-    qint64 total = 0; ///< frames of the playback; more than int holds when a large file is sent often
-    qint64 left = 0;  ///< of which so many are still to be sent
+    GUI_CanSendFile *m_q;
+    CANCommunication &m_communication;
+    const quint8 m_devInd;
+    const quint8 m_canInd;
+    const bool m_isCANFD;
+    Ui::GUI_CanSendFile m_ui;
+    State m_state = State::Idle;
+    CANFile m_file;
+    CaptureLoader m_loader;
+    TickTimer m_timer;
+    qint64 m_total = 0; ///< frames of the playback; more than int holds when a large file is sent often
+    qint64 m_left = 0;  ///< of which so many are still to be sent
 };
 
 void GUI_CanSendFilePrivate::fillCombos()
 {
     // The texts are the filters of the file dialog, too.
-    ui.cbx_fileType->addItem(GUI_CanSendFile::tr("CAN(*.can)"), CANFile::CAN);
-    ui.cbx_fileType->addItem(GUI_CanSendFile::tr("CANFD(*.canfd)"), CANFile::CANFD);
-    ui.cbx_fileType->addItem(GUI_CanSendFile::tr("Csv(*.csv)"), CANFile::CSV);
-    ui.cbx_fileType->addItem(GUI_CanSendFile::tr("Text(*.txt)"), CANFile::Text);
-    ui.cbx_frameType->addItem(GUI_CanSendFile::tr("Standard"), StandardFrame);
-    ui.cbx_frameType->addItem(GUI_CanSendFile::tr("Extend"), ExtendedFrame);
-    ui.cbx_sendFormat->addItem(GUI_CanSendFile::tr("Normal"), 0);
+    for (const CaptureFormat &format : captureFormats()) {
+        m_ui.cbx_fileType->addItem(captureFilter(format.sendFilter), format.type);
+    }
+    m_ui.cbx_frameType->addItem(GUI_CanSendFile::tr("Standard"), StandardFrame);
+    m_ui.cbx_frameType->addItem(GUI_CanSendFile::tr("Extend"), ExtendedFrame);
+    m_ui.cbx_sendFormat->addItem(GUI_CanSendFile::tr("Normal"), 0);
 }
 
 void GUI_CanSendFilePrivate::connectSignals()
 {
     using Dialog = GUI_CanSendFile;
-    QObject::connect(ui.btn_browse, &QPushButton::clicked, q, &Dialog::slot_browseBtnClicked);
-    QObject::connect(ui.btn_send, &QPushButton::clicked, q, &Dialog::slot_sendBtnClicked);
-    QObject::connect(ui.cbx_frameType, QOverload<int>::of(&QComboBox::currentIndexChanged), q,
+    QObject::connect(m_ui.btn_browse, &QPushButton::clicked, m_q, &Dialog::slot_browseBtnClicked);
+    QObject::connect(m_ui.btn_send, &QPushButton::clicked, m_q, &Dialog::slot_sendBtnClicked);
+    QObject::connect(m_ui.cbx_frameType, QOverload<int>::of(&QComboBox::currentIndexChanged), m_q,
                      &Dialog::slot_frameTypeChanged);
-    QObject::connect(&timer, &TickTimer::sig_tick, q, [this] { sendNext(); });
+    QObject::connect(&m_timer, &TickTimer::sig_tick, m_q, [this] { sendNext(); });
 }
 
 void GUI_CanSendFilePrivate::setState(State newState)
 {
-    state = newState;
-    const bool isIdle = state == State::Idle;
-    ui.groupFile->setEnabled(isIdle);
-    ui.groupParameter->setEnabled(isIdle);
-    ui.progressBar->setVisible(state == State::Sending);
-    ui.btn_send->setText(isIdle ? GUI_CanSendFile::tr("Send") : GUI_CanSendFile::tr("Stop"));
+    m_state = newState;
+    const bool isIdle = m_state == State::Idle;
+    m_ui.groupFile->setEnabled(isIdle);
+    m_ui.groupParameter->setEnabled(isIdle);
+    m_ui.progressBar->setVisible(m_state == State::Sending);
+    m_ui.btn_send->setText(isIdle ? GUI_CanSendFile::tr("Send") : GUI_CanSendFile::tr("Stop"));
 }
 
 void GUI_CanSendFilePrivate::load()
 {
-    const QString path = ui.lbx_fileName->text();
+    const QString path = m_ui.lbx_fileName->text();
     if (path.isEmpty()) {
         return;
     }
-    if (!isCANFD && ui.cbx_fileType->currentData().toInt() == CANFile::CANFD) {
+    if (!m_isCANFD && m_ui.cbx_fileType->currentData().toInt() == CANFile::CANFD) {
         showFailure(GUI_CanSendFile::tr("CANFD file not supported"));
         return;
     }
     const auto done = [this](std::optional<CaptureContent> content) {
         startSending(std::move(content));
     };
-    if (loader.start(path, done)) {
+    if (m_loader.start(path, done)) {
         setState(State::Loading);
     } else {
         showFailure(GUI_CanSendFile::tr("File read failure"));
@@ -123,42 +122,42 @@ void GUI_CanSendFilePrivate::load()
 
 void GUI_CanSendFilePrivate::startSending(std::optional<CaptureContent> content)
 {
-    file.setFrames(content ? std::move(content->frames) : CaptureFrames());
-    if (file.frames().isEmpty()) {
+    m_file.setFrames(content ? std::move(content->frames) : CaptureFrames());
+    if (m_file.frames().isEmpty()) {
         setState(State::Idle);
         showFailure(GUI_CanSendFile::tr("File read failure"));
         return;
     }
-    total = file.frames().size() * ui.sbx_count->value();
-    left = total;
-    ui.progressBar->setRange(0, static_cast<int>(total / framesPerStep(total)));
+    m_total = m_file.frames().size() * m_ui.sbx_count->value();
+    m_left = m_total;
+    m_ui.progressBar->setRange(0, static_cast<int>(m_total / framesPerStep(m_total)));
     showProgress();
     setState(State::Sending);
-    timer.start(ui.sbx_interval->value());
+    m_timer.start(m_ui.sbx_interval->value());
 }
 
 /// What the adapter answers is of no consequence: playing goes on when it refuses a frame or is gone.
 void GUI_CanSendFilePrivate::sendNext()
 {
-    const CaptureFrame frame = file.next();
-    if (isCANFD) {
+    const CaptureFrame frame = m_file.next();
+    if (m_isCANFD) {
         const VCI_CANFD_OBJ record = toCanFdRecord(frame);
-        communication.transmitCANFD(devInd, canInd, &record, 1);
+        m_communication.transmitCANFD(m_devInd, m_canInd, &record, 1);
     } else {
         const VCI_CAN_OBJ record = toCanRecord(frame);
-        communication.transmit(devInd, canInd, &record, 1);
+        m_communication.transmit(m_devInd, m_canInd, &record, 1);
     }
-    --left;
+    --m_left;
     showProgress();
-    if (left == 0) {
+    if (m_left == 0) {
         stop();
     }
 }
 
 void GUI_CanSendFilePrivate::stop()
 {
-    timer.stop();
-    loader.stop();
+    m_timer.stop();
+    m_loader.stop();
     setState(State::Idle);
 }
 
@@ -167,12 +166,12 @@ GUI_CanSendFile::GUI_CanSendFile(CANCommunication &communication, quint8 devInd,
     : QDialog(parent)
     , m_p(std::make_unique<GUI_CanSendFilePrivate>(this, communication, devInd, canInd, isCANFD))
 {
-    m_p->ui.setupUi(this);
+    m_p->m_ui.setupUi(this);
     cleanSpinBoxes(this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    QSizePolicy policy = m_p->ui.progressBar->sizePolicy();
+    QSizePolicy policy = m_p->m_ui.progressBar->sizePolicy();
     policy.setRetainSizeWhenHidden(true); // nothing moves when it appears
-    m_p->ui.progressBar->setSizePolicy(policy);
+    m_p->m_ui.progressBar->setSizePolicy(policy);
     m_p->fillCombos();
     m_p->connectSignals();
     m_p->setState(GUI_CanSendFilePrivate::State::Idle);
@@ -192,16 +191,16 @@ void GUI_CanSendFile::hideEvent(QHideEvent *event)
 void GUI_CanSendFile::slot_browseBtnClicked()
 {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
-    auto *dialog = new QFileDialog(this, tr("Open File"), folder, m_p->ui.cbx_fileType->currentText());
+    auto *dialog = new QFileDialog(this, tr("Open File"), folder, m_p->m_ui.cbx_fileType->currentText());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFile);
-    connect(dialog, &QFileDialog::fileSelected, m_p->ui.lbx_fileName, &QLineEdit::setText);
+    connect(dialog, &QFileDialog::fileSelected, m_p->m_ui.lbx_fileName, &QLineEdit::setText);
     dialog->open();
 }
 
 void GUI_CanSendFile::slot_sendBtnClicked()
 {
-    if (m_p->state == GUI_CanSendFilePrivate::State::Idle) {
+    if (m_p->m_state == GUI_CanSendFilePrivate::State::Idle) {
         m_p->load();
     } else {
         m_p->stop();
@@ -210,6 +209,6 @@ void GUI_CanSendFile::slot_sendBtnClicked()
 
 void GUI_CanSendFile::slot_frameTypeChanged()
 {
-    const bool isExtended = m_p->ui.cbx_frameType->currentData().toInt() == ExtendedFrame;
-    m_p->ui.sbx_ID->setMaximum(isExtended ? MaxExtendedId : MaxStandardId);
+    const bool isExtended = m_p->m_ui.cbx_frameType->currentData().toInt() == ExtendedFrame;
+    m_p->m_ui.sbx_ID->setMaximum(isExtended ? MaxSenderExtendedId : MaxSenderStandardId);
 }

@@ -14,11 +14,12 @@ public:
     static constexpr quint32 BlockSize = 0x10000;
 
     /// Copies a payload of at most BlockSize bytes and returns its place. data: never null.
-    std::size_t put(const void *data, quint32 size)
+    std::size_t put(const void *data, std::size_t size)
     {
         Q_ASSERT(size <= BlockSize);
-        if (m_used + size > BlockSize) {
-            addBlock();
+        if (m_blocks.empty() || m_used + size > BlockSize) {
+            m_blocks.emplace_back(new uchar[BlockSize]);
+            m_used = 0;
         }
         const std::size_t place = (m_blocks.size() - 1) * BlockSize + m_used;
         std::memcpy(m_blocks.back().get() + m_used, data, size);
@@ -28,14 +29,16 @@ public:
     const uchar *at(std::size_t place) const { return m_blocks[place / BlockSize].get() + place % BlockSize; }
 
     /// Drops what lies behind the payload of size bytes at place.
-    void truncateBehind(std::size_t place, quint32 size);
+    void truncateBehind(std::size_t place, std::size_t size)
+    {
+        m_blocks.resize(place / BlockSize + 1);
+        m_used = place % BlockSize + size;
+    }
 
     /// Memory taken.
     std::size_t bytes() const { return m_blocks.size() * BlockSize; }
 
 private:
-    void addBlock();
-
     std::vector<std::unique_ptr<uchar[]>> m_blocks;
-    quint32 m_used = BlockSize + 1; ///< bytes taken in the last block; without a block, too many for any payload
+    std::size_t m_used = 0; ///< bytes taken in the last block
 };

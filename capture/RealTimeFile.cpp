@@ -13,8 +13,8 @@ bool RealTimeFile::open(const QString &path, const FrameLabels &labels, const Ca
     close();
     // The test minds the case: behind ".TXT" rows get commas although save() writes blanks there.
     const bool isText = path.endsWith(QLatin1String(".txt"));
-    m_lines.emplace(labels, CaptureLines::separator(isText ? CaptureFormat::Text : CaptureFormat::Csv),
-                    CaptureLines::LastCell::Separated, style);
+    const char *separator = captureFormat(isText ? CANFile::Text : CANFile::CSV).separator;
+    m_lines.emplace(labels, separator, true, style);
     m_lineEnd = style.lineEnd;
     m_piece.reserve(PieceSize);
     m_file.setFileName(path);
@@ -61,7 +61,7 @@ void RealTimeFile::fillPiece(const std::vector<FrameRecord> &rows, std::size_t &
 {
     int used = 0;
     for (; next < rows.size() && used < PieceSize; ++next) {
-        const FrameView frame = viewOf(rows[next], FrameStore::MaxPayload);
+        const FrameView frame(rows[next]);
         m_piece.resize(std::max(used + static_cast<int>(m_lines->maxSize(frame)), PieceSize));
         const char *end = m_lines->put(m_piece.data() + used, firstNumber + next, frame);
         used = static_cast<int>(end - m_piece.constData());

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "capture/CaptureWriter.h"
-#include "capture/RealTimeTarget.h"
+#include "capture/RealTimeWriter.h"
 
 #include <QFile>
 #include <QString>

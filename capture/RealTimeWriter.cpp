@@ -29,147 +29,99 @@ std::size_t bytesOf(const std::vector<FrameRecord> &rows)
 }
 } // namespace
 
-/// Belongs to the writer and to its thread, so either may go first.
-class RealTimeWriter::Job
+/// Belongs to the writer and to its thread, so either may go first. The functions are the thread's.
+struct RealTimeWriter::Job
 {
-public:
-    Job(std::unique_ptr<RealTimeTarget> target, Limits limits)
-        : m_limits(limits)
-        , m_target(std::move(target))
+    using Clock = std::chrono::steady_clock;
+    enum class Step : quint8 { Write, Sync, End };
+
+    const Limits limits;
+    std::unique_ptr<RealTimeTarget> target;
+    std::optional<Clock::time_point> notSynced; ///< since when rows wait for a sync
+
+    std::mutex mutex; ///< guards everything below
+    std::condition_variable changed;
+    std::deque<Batch> waiting;
+    std::size_t waitingBytes = 0; ///< of the batch that is being written, too
+    bool isFinishing = false;
+    bool hasFailed = false;
+    bool hasEnded = false;
+
+    Job(std::unique_ptr<RealTimeTarget> rowsTarget, Limits jobLimits)
+        : limits(jobLimits)
+        , target(std::move(rowsTarget))
     {
     }
 
-    bool append(std::vector<FrameRecord> rows, quint64 firstNumber);
-    bool hasFailed();
-    void finish();
-    bool waitEnded(std::chrono::milliseconds time);
-    /// The thread.
     void run();
-    void end(bool good);
-
-private:
-    using Clock = std::chrono::steady_clock;
-
-    enum class Step : quint8 { Write, Sync, End };
-
     Step nextStep();
     bool writeNext();
-    bool sync();
-
-    const Limits m_limits;
-    std::unique_ptr<RealTimeTarget> m_target;     ///< the thread's alone
-    std::optional<Clock::time_point> m_notSynced; ///< the thread's alone: since when rows wait for a sync
-
-    std::mutex m_mutex; ///< guards everything below
-    std::condition_variable m_changed;
-    std::deque<Batch> m_waiting;
-    std::size_t m_waitingBytes = 0; ///< of the batch that is being written, too
-    bool m_isFinishing = false;
-    bool m_hasFailed = false;
-    bool m_hasEnded = false;
+    void end(bool good);
 };
-
-bool RealTimeWriter::Job::append(std::vector<FrameRecord> rows, quint64 firstNumber)
-{
-    const std::size_t bytes = bytesOf(rows);
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_hasFailed || (m_waitingBytes > 0 && m_waitingBytes + bytes > m_limits.waitingBytes)) {
-        return false;
-    }
-    m_waiting.push_back({std::move(rows), firstNumber, bytes});
-    m_waitingBytes += bytes;
-    m_changed.notify_all();
-    return true;
-}
-
-bool RealTimeWriter::Job::hasFailed()
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_hasFailed;
-}
-
-void RealTimeWriter::Job::finish()
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_isFinishing = true;
-    m_changed.notify_all();
-}
-
-bool RealTimeWriter::Job::waitEnded(std::chrono::milliseconds time)
-{
-    std::unique_lock<std::mutex> lock(m_mutex);
-    return m_changed.wait_for(lock, time, [this] { return m_hasEnded; });
-}
 
 void RealTimeWriter::Job::run()
 {
     lowerThreadPriority();
     bool good = true;
     for (Step step = nextStep(); step != Step::End; step = good ? nextStep() : Step::End) {
-        good = step == Step::Write ? writeNext() : sync();
+        if (step == Step::Write) {
+            good = writeNext();
+        } else {
+            notSynced.reset();
+            good = target->sync();
+        }
     }
-    m_target.reset();
+    target.reset();
     end(good);
 }
 
 /// What waits is written before a sync only as long as nothing written earlier has waited for one too long.
 RealTimeWriter::Job::Step RealTimeWriter::Job::nextStep()
 {
-    std::unique_lock<std::mutex> lock(m_mutex);
+    std::unique_lock<std::mutex> lock(mutex);
     const auto hasWork = [this] {
-        return m_isFinishing || !m_waiting.empty();
+        return isFinishing || !waiting.empty();
     };
-    if (m_notSynced) {
-        const Clock::time_point due = *m_notSynced + m_limits.syncAfter;
-        if (!m_changed.wait_until(lock, due, hasWork) || Clock::now() >= due) {
+    if (notSynced) {
+        const Clock::time_point due = *notSynced + limits.syncAfter;
+        if (!changed.wait_until(lock, due, hasWork) || Clock::now() >= due) {
             return Step::Sync;
         }
     } else {
-        m_changed.wait(lock, hasWork);
+        changed.wait(lock, hasWork);
     }
-    if (!m_waiting.empty()) {
+    if (!waiting.empty()) {
         return Step::Write;
     }
-    return m_notSynced ? Step::Sync : Step::End;
+    return notSynced ? Step::Sync : Step::End;
 }
 
 bool RealTimeWriter::Job::writeNext()
 {
     Batch batch;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        batch = std::move(m_waiting.front());
-        m_waiting.pop_front();
+        const std::lock_guard<std::mutex> lock(mutex);
+        batch = std::move(waiting.front());
+        waiting.pop_front();
     }
-    if (!m_notSynced) {
-        m_notSynced = Clock::now();
+    if (!notSynced) {
+        notSynced = Clock::now();
     }
-    const bool good = m_target->append(batch.rows, batch.firstNumber);
+    const bool good = target->append(batch.rows, batch.firstNumber);
     batch.rows = {};
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_waitingBytes -= batch.bytes;
+    const std::lock_guard<std::mutex> lock(mutex);
+    waitingBytes -= batch.bytes;
     return good;
-}
-
-bool RealTimeWriter::Job::sync()
-{
-    m_notSynced.reset();
-    return m_target->sync();
 }
 
 void RealTimeWriter::Job::end(bool good)
 {
     std::deque<Batch> dropped; // given back without the lock
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    dropped.swap(m_waiting);
-    m_hasFailed = !good;
-    m_hasEnded = true;
-    m_changed.notify_all();
-}
-
-RealTimeWriter::RealTimeWriter(QString path, std::unique_ptr<RealTimeTarget> target)
-    : RealTimeWriter(std::move(path), std::move(target), Limits())
-{
+    const std::lock_guard<std::mutex> lock(mutex);
+    dropped.swap(waiting);
+    hasFailed = !good;
+    hasEnded = true;
+    changed.notify_all();
 }
 
 RealTimeWriter::RealTimeWriter(QString path, std::unique_ptr<RealTimeTarget> target, Limits limits)
@@ -195,20 +147,32 @@ RealTimeWriter::~RealTimeWriter()
 
 bool RealTimeWriter::append(std::vector<FrameRecord> rows, quint64 firstNumber)
 {
-    return m_job->append(std::move(rows), firstNumber);
+    const std::size_t bytes = bytesOf(rows);
+    const std::lock_guard<std::mutex> lock(m_job->mutex);
+    if (m_job->hasFailed || (m_job->waitingBytes > 0 && m_job->waitingBytes + bytes > m_job->limits.waitingBytes)) {
+        return false;
+    }
+    m_job->waiting.push_back({std::move(rows), firstNumber, bytes});
+    m_job->waitingBytes += bytes;
+    m_job->changed.notify_all();
+    return true;
 }
 
 bool RealTimeWriter::hasFailed() const
 {
-    return m_job->hasFailed();
+    const std::lock_guard<std::mutex> lock(m_job->mutex);
+    return m_job->hasFailed;
 }
 
 void RealTimeWriter::finish()
 {
-    m_job->finish();
+    const std::lock_guard<std::mutex> lock(m_job->mutex);
+    m_job->isFinishing = true;
+    m_job->changed.notify_all();
 }
 
 bool RealTimeWriter::waitFinished(std::chrono::milliseconds time)
 {
-    return m_job->waitEnded(time);
+    std::unique_lock<std::mutex> lock(m_job->mutex);
+    return m_job->changed.wait_for(lock, time, [this] { return m_job->hasEnded; });
 }

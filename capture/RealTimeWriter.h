@@ -1,7 +1,6 @@
 #pragma once
 
 #include "capture/FrameRecord.h"
-#include "capture/RealTimeTarget.h"
 
 #include <QString>
 
@@ -10,22 +9,38 @@
 #include <thread>
 #include <vector>
 
+/// What takes the rows that real-time saving writes. Used by one thread at a time, which may be kept waiting.
+class RealTimeTarget
+{
+public:
+    RealTimeTarget() = default;
+    virtual ~RealTimeTarget() = default;
+    RealTimeTarget(const RealTimeTarget &) = delete;
+    RealTimeTarget &operator=(const RealTimeTarget &) = delete;
+
+    /// Writes the rows, numbered from firstNumber on. After false nothing more is written.
+    virtual bool append(const std::vector<FrameRecord> &rows, quint64 firstNumber) = 0;
+    /// Returns when everything appended is safe from a power cut; false when it is lost.
+    virtual bool sync() = 0;
+};
+
+struct RealTimeLimits
+{
+    /// Most memory that rows may take while they wait, in bytes. A single batch is taken whatever its size.
+    std::size_t waitingBytes = 64'000'000;
+    /// A row is synced so long after it was written, and the time the sync itself takes.
+    std::chrono::milliseconds syncAfter{4000};
+};
+
 /// Writes rows to a target on a thread of its own and syncs them, so that whoever hands them over is never kept waiting
 /// by a target that stands still. The functions are called by one thread, the owner's.
 class RealTimeWriter
 {
 public:
-    struct Limits
-    {
-        /// Most memory that rows may take while they wait, in bytes. A single batch is taken whatever its size.
-        std::size_t waitingBytes = 64'000'000;
-        /// A row is synced so long after it was written, and the time the sync itself takes.
-        std::chrono::milliseconds syncAfter{4000};
-    };
+    using Limits = RealTimeLimits;
 
     /// path names the target for the owner.
-    RealTimeWriter(QString path, std::unique_ptr<RealTimeTarget> target);
-    RealTimeWriter(QString path, std::unique_ptr<RealTimeTarget> target, Limits limits);
+    RealTimeWriter(QString path, std::unique_ptr<RealTimeTarget> target, Limits limits = {});
     /// Waits for nothing: a thread that has not ended is left to itself with all it needs. It ends when it has written
     /// and synced what was handed over, or when the target fails.
     ~RealTimeWriter();
@@ -44,7 +59,7 @@ public:
     bool waitFinished(std::chrono::milliseconds time);
 
 private:
-    class Job;
+    struct Job;
 
     QString m_path;
     std::shared_ptr<Job> m_job; ///< the thread's, too

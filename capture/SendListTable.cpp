@@ -26,22 +26,6 @@ Qt::ItemFlags flagsOf(int column)
     }
     return column >= FirstEditable ? flags | Qt::ItemIsEditable : flags;
 }
-
-QTableWidgetItem *newItem(int column, const QString &text, const QVariant &value = {})
-{
-    auto *item = new QTableWidgetItem(text);
-    item->setFlags(flagsOf(column));
-    item->setData(Qt::UserRole, value);
-    if (column == Column::Tick) {
-        item->setCheckState(Qt::Unchecked);
-    }
-    return item;
-}
-
-QString hex(quint32 number)
-{
-    return QString::number(number, 16);
-}
 } // namespace
 
 SendListTable::SendListTable(QWidget *parent)
@@ -73,15 +57,15 @@ void SendListTable::appendRow()
         return;
     }
     insertRow(row);
-    const DataModelCells cells;
-    fillCell(row, Column::Tick, QString(), QVariant::fromValue(dataModelOf(cells)));
-    fillCell(row, Column::Id, hex(cells.id), cells.id);
+    fillCell(row, Column::Tick, QString(), QVariant::fromValue(DataModel()));
     fillCell(row, Column::Type, WidgetDelegateCAN::typeText(Column::Standard), Column::Standard);
-    fillCell(row, Column::Length, QString::number(cells.length), cells.length);
-    fillCell(row, Column::Data, cells.data, cells.data);
-    fillCell(row, Column::FrameCount, QString::number(cells.frameCount), cells.frameCount);
-    fillCell(row, Column::SendCount, QString::number(cells.sendCount), cells.sendCount);
-    fillCell(row, Column::Interval, QString::number(cells.interval), cells.interval);
+    fillCell(row, Column::Data, QString(), QString());
+    for (const int column : {Column::Id, Column::Length}) {
+        fillCell(row, column, QStringLiteral("0"), 0);
+    }
+    for (const int column : {Column::FrameCount, Column::SendCount, Column::Interval}) {
+        fillCell(row, column, QStringLiteral("1"), 1);
+    }
     renumber(row);
     scrollToItem(item(row, Column::Tick));
 }
@@ -141,7 +125,8 @@ bool SendListTable::focusNextPrevChild(bool next)
 void SendListTable::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Space && currentRow() >= 0) {
-        toggleTick(currentRow());
+        QTableWidgetItem *first = item(currentRow(), Column::Tick);
+        first->setCheckState(first->checkState() == Qt::Checked ? Qt::Unchecked : Qt::Checked);
         return;
     }
     const bool isForward = event->key() == Qt::Key_Tab;
@@ -161,7 +146,8 @@ void SendListTable::followCell(int row, int column)
     const DataModelCells cells = cellsOf(row);
     const DataModel model = dataModelOf(cells);
     if (model.frame.ID != cells.id) {
-        setCell(row, Column::Id, hex(model.frame.ID).toUpper(), quint32(model.frame.ID));
+        item(row, Column::Id)->setText(QString::number(model.frame.ID, 16).toUpper());
+        item(row, Column::Id)->setData(Qt::UserRole, quint32(model.frame.ID));
     }
     item(row, Column::Tick)->setData(Qt::UserRole, QVariant::fromValue(model));
 }
@@ -182,17 +168,17 @@ DataModelCells SendListTable::cellsOf(int row) const
     return cells;
 }
 
-void SendListTable::setCell(int row, int column, const QString &text, const QVariant &value)
-{
-    item(row, column)->setText(text);
-    item(row, column)->setData(Qt::UserRole, value);
-}
-
 /// A cell of its own in place of what is there; no edit that is followed.
 void SendListTable::fillCell(int row, int column, const QString &text, const QVariant &value)
 {
     const QSignalBlocker blocker(model());
-    setItem(row, column, newItem(column, text, value));
+    auto *cell = new QTableWidgetItem(text);
+    cell->setFlags(flagsOf(column));
+    cell->setData(Qt::UserRole, value);
+    if (column == Column::Tick) {
+        cell->setCheckState(Qt::Unchecked);
+    }
+    setItem(row, column, cell);
 }
 
 /// Puts new cells into the column: the model finds the place of one that stays by searching all of them.
@@ -202,12 +188,6 @@ void SendListTable::renumber(int firstRow)
         fillCell(row, Column::Number, QString::number(row + 1));
     }
     viewport()->update();
-}
-
-void SendListTable::toggleTick(int row)
-{
-    QTableWidgetItem *first = item(row, Column::Tick);
-    first->setCheckState(first->checkState() == Qt::Checked ? Qt::Unchecked : Qt::Checked);
 }
 
 /// An invalid index beyond the first and the last one.

@@ -34,9 +34,7 @@ protected:
 private:
     void followCell(int row, int column);
     DataModelCells cellsOf(int row) const;
-    void setCell(int row, int column, const QString &text, const QVariant &value);
     void fillCell(int row, int column, const QString &text, const QVariant &value = {});
     void renumber(int firstRow);
-    void toggleTick(int row);
     QModelIndex nextEditableCell(bool forward) const;
 };

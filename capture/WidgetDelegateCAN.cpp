@@ -1,6 +1,7 @@
 #include "capture/WidgetDelegateCAN.h"
 
 #include "capture/DataModel.h"
+#include "device/FrameIdentifier.h"
 #include "widgets/NumberEntry.h"
 
 #include <QComboBox>
@@ -44,7 +45,7 @@ QLineEdit *dataEditor(QWidget *parent)
 int maxIdentifier(const QModelIndex &index)
 {
     const int type = index.sibling(index.row(), WidgetDelegateCAN::Type).data(Qt::UserRole).toInt();
-    return static_cast<int>(type == WidgetDelegateCAN::Extended ? MaxExtendedFrameId : MaxStandardFrameId);
+    return static_cast<int>(frameIdMax(type == WidgetDelegateCAN::Extended));
 }
 
 /// Text and value at once, so that the change is told once.
@@ -53,11 +54,6 @@ void setCell(QAbstractItemModel *model, const QModelIndex &index, const QString 
     model->setItemData(index, {{Qt::DisplayRole, text}, {Qt::UserRole, value}});
 }
 } // namespace
-
-WidgetDelegateCAN::WidgetDelegateCAN(QObject *parent)
-    : QStyledItemDelegate(parent)
-{
-}
 
 QString WidgetDelegateCAN::typeText(FrameType type)
 {

@@ -14,7 +14,7 @@ public:
     /// Values of the type column.
     enum FrameType { Standard, Extended };
 
-    explicit WidgetDelegateCAN(QObject *parent = nullptr);
+    using QStyledItemDelegate::QStyledItemDelegate;
 
     static QString typeText(FrameType type);
 

@@ -99,7 +99,7 @@ void GUI_LINModeDeveloperPrivate::scanNext()
     scan.step(answer.has_value());
     ui.progressBar->setValue(scan.progress());
     if (answer) {
-        frames.append(answeredLINFrame(id, *answer, linTimeNow()));
+        frames.append(answeredLINFrame(id, *answer, clockText()));
     }
     if (scan.isFinished()) {
         ui.btn_stop->setEnabled(true);

@@ -231,9 +231,9 @@ void GUI_LINModeList::slot_sendTimeoutEvent()
     std::optional<CTableViewLIN::DataObject> frame;
     if (!row.isRequest) {
         transmit(row.id, row.data);
-        frame = sentLINFrame(row.id, row.data, channelParam().linChecksum == LINChecksumEnhanced, linTimeNow());
+        frame = sentLINFrame(row.id, row.data, channelParam().linChecksum == LINChecksumEnhanced, clockText());
     } else if (const auto answer = request(row.id)) {
-        frame = answeredLINFrame(answer->ID & LINScheduleRow::MaxId, *answer, linTimeNow());
+        frame = answeredLINFrame(answer->ID & LINScheduleRow::MaxId, *answer, clockText());
     }
     timer().start(row.intervalMs);
     if (frame) {

@@ -76,7 +76,7 @@ void GUI_LINModeMonitor::slot_sendTimeoutEvent()
     if (communication().receiveLINBySlave(channel.device, channel.channel, &record) != CAN_OK || record.DataLen == 0) {
         return;
     }
-    const CTableViewLIN::DataObject frame = monitoredLINFrame(record, linTimeNow());
+    const CTableViewLIN::DataObject frame = monitoredLINFrame(record, clockText());
     if (m_p->isMonitored(frame.ID)) {
         slot_addRowItem(frame, m_p->ui.cbx_modeDisplay->currentIndex() != 0);
     }

@@ -2,8 +2,6 @@
 
 #include "device/LINFrame.h"
 
-#include <QTime>
-
 #include <algorithm>
 
 namespace {
@@ -18,11 +16,6 @@ CTableViewLIN::DataObject receivedFrame(quint8 id, quint8 pid, const VCI_LIN_OBJ
 }
 
 } // namespace
-
-QString linTimeNow()
-{
-    return QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz"));
-}
 
 CTableViewLIN::DataObject monitoredLINFrame(const VCI_LIN_OBJ &record, const QString &time)
 {

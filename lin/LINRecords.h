@@ -1,13 +1,12 @@
 #pragma once
 
 #include "device/AdapterRecords.h"
+#include "device/ClockText.h"
 #include "lin/CTableViewLIN.h"
 
 /// From and into the adapter's records. time is the text that the frame is listed with; a received record's length is
 /// cut to the 8 bytes that it holds.
 
-/// The time of day as frames are listed with it, "hh:mm:ss.zzz".
-QString linTimeNow();
 /// What a monitor has seen: the record's identifier byte is kept as PID, whether its parity is right or not.
 CTableViewLIN::DataObject monitoredLINFrame(const VCI_LIN_OBJ &record, const QString &time);
 /// A slave's answer to the request of id, 0 to 0x3F.

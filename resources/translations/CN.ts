@@ -276,14 +276,6 @@
         <translation>已恢复CAN接收</translation>
     </message>
     <message>
-        <source>CAN File(*.can);;CANFD File(*.canfd);;Csv File(*.csv);;Text File(*.txt)</source>
-        <translation>CAN文件(*.can);;CANFD文件(*.canfd);;CSV文件(*.csv);;文本文件(*.txt)</translation>
-    </message>
-    <message>
-        <source>Text File(*.txt);;CSV File(*.csv)</source>
-        <translation>文本文件(*.txt);;CSV文件(*.csv)</translation>
-    </message>
-    <message>
         <source>File saved successfully!</source>
         <translation>文件保存成功！</translation>
     </message>
@@ -497,22 +489,6 @@ Type a number and press Enter to change it.</source>
     <message>
         <source>Stop</source>
         <translation>停止</translation>
-    </message>
-    <message>
-        <source>CAN(*.can)</source>
-        <translation>CAN文件(*.can)</translation>
-    </message>
-    <message>
-        <source>CANFD(*.canfd)</source>
-        <translation>CANFD文件(*.canfd)</translation>
-    </message>
-    <message>
-        <source>Csv(*.csv)</source>
-        <translation>CSV文件(*.csv)</translation>
-    </message>
-    <message>
-        <source>Text(*.txt)</source>
-        <translation>文本文件(*.txt)</translation>
     </message>
     <message>
         <source>Standard</source>
@@ -1245,6 +1221,45 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>Redo</source>
         <translation>重做</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureFormat</name>
+    <message>
+        <source>CAN File(*.can)</source>
+        <translation>CAN文件(*.can)</translation>
+    </message>
+    <message>
+        <source>CAN(*.can)</source>
+        <translation>CAN文件(*.can)</translation>
+    </message>
+    <message>
+        <source>CANFD File(*.canfd)</source>
+        <translation>CANFD文件(*.canfd)</translation>
+    </message>
+    <message>
+        <source>CANFD(*.canfd)</source>
+        <translation>CANFD文件(*.canfd)</translation>
+    </message>
+    <message>
+        <source>Csv File(*.csv)</source>
+        <translation>CSV文件(*.csv)</translation>
+    </message>
+    <message>
+        <source>CSV File(*.csv)</source>
+        <translation>CSV文件(*.csv)</translation>
+    </message>
+    <message>
+        <source>Csv(*.csv)</source>
+        <translation>CSV文件(*.csv)</translation>
+    </message>
+    <message>
+        <source>Text File(*.txt)</source>
+        <translation>文本文件(*.txt)</translation>
+    </message>
+    <message>
+        <source>Text(*.txt)</source>
+        <translation>文本文件(*.txt)</translation>
     </message>
 </context>
 <context>

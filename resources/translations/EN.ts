@@ -276,14 +276,6 @@
         <translation>Resume CAN receiving</translation>
     </message>
     <message>
-        <source>CAN File(*.can);;CANFD File(*.canfd);;Csv File(*.csv);;Text File(*.txt)</source>
-        <translation>CAN File(*.can);;CANFD File(*.canfd);;Csv File(*.csv);;Text File(*.txt)</translation>
-    </message>
-    <message>
-        <source>Text File(*.txt);;CSV File(*.csv)</source>
-        <translation>Text File(*.txt);;CSV File(*.csv)</translation>
-    </message>
-    <message>
         <source>File saved successfully!</source>
         <translation>File saved successfully!</translation>
     </message>
@@ -497,22 +489,6 @@ Type a number and press Enter to change it.</translation>
     <message>
         <source>Stop</source>
         <translation>Stop</translation>
-    </message>
-    <message>
-        <source>CAN(*.can)</source>
-        <translation>CAN(*.can)</translation>
-    </message>
-    <message>
-        <source>CANFD(*.canfd)</source>
-        <translation>CANFD(*.canfd)</translation>
-    </message>
-    <message>
-        <source>Csv(*.csv)</source>
-        <translation>Csv(*.csv)</translation>
-    </message>
-    <message>
-        <source>Text(*.txt)</source>
-        <translation>Text(*.txt)</translation>
     </message>
     <message>
         <source>Standard</source>
@@ -1245,6 +1221,45 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>Redo</source>
         <translation>Redo</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureFormat</name>
+    <message>
+        <source>CAN File(*.can)</source>
+        <translation>CAN File(*.can)</translation>
+    </message>
+    <message>
+        <source>CAN(*.can)</source>
+        <translation>CAN(*.can)</translation>
+    </message>
+    <message>
+        <source>CANFD File(*.canfd)</source>
+        <translation>CANFD File(*.canfd)</translation>
+    </message>
+    <message>
+        <source>CANFD(*.canfd)</source>
+        <translation>CANFD(*.canfd)</translation>
+    </message>
+    <message>
+        <source>Csv File(*.csv)</source>
+        <translation>Csv File(*.csv)</translation>
+    </message>
+    <message>
+        <source>CSV File(*.csv)</source>
+        <translation>CSV File(*.csv)</translation>
+    </message>
+    <message>
+        <source>Csv(*.csv)</source>
+        <translation>Csv(*.csv)</translation>
+    </message>
+    <message>
+        <source>Text File(*.txt)</source>
+        <translation>Text File(*.txt)</translation>
+    </message>
+    <message>
+        <source>Text(*.txt)</source>
+        <translation>Text(*.txt)</translation>
     </message>
 </context>
 <context>

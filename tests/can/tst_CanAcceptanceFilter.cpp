@@ -149,11 +149,11 @@ bool meansSomething(const Ranges &listed, int bit)
 CanIdRange randomRange(QRandomGenerator &random)
 {
     const bool extended = random.bounded(2) == 1;
-    const auto end = static_cast<int>(canIdMax(extended)) + 1;
+    const auto end = static_cast<int>(frameIdMax(extended)) + 1;
     const auto first = static_cast<quint32>(random.bounded(end));
     // Narrow ranges leave bits to compare.
     const quint32 width = random.bounded(3) == 0 ? 0 : random.generate() >> random.bounded(10, 32);
-    return {first, std::min(canIdMax(extended), first + std::min(width, 0x1FFFFFFFU)), extended};
+    return {first, std::min(frameIdMax(extended), first + std::min(width, 0x1FFFFFFFU)), extended};
 }
 
 /// Any code, and a mask that compares few bits.

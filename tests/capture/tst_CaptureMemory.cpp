@@ -80,8 +80,6 @@ QByteArray binary(const char *header, const QByteArray &record, int count)
 
 } // namespace
 
-Q_DECLARE_METATYPE(CaptureFormat)
-
 class tst_CaptureMemory : public QObject
 {
     Q_OBJECT
@@ -96,31 +94,30 @@ private slots:
 
 void tst_CaptureMemory::peakStaysBelowTheFile_data()
 {
-    QTest::addColumn<CaptureFormat>("format");
+    QTest::addColumn<CANFile::FileType>("format");
     QTest::addColumn<QByteArray>("file");
     QTest::newRow("shortest .canfd records")
-        << CaptureFormat::CanFd << binary("Vantora CAN Data", QByteArray(13, '\0'), 800000);
-    QTest::newRow(".can records") << CaptureFormat::Can << binary("Zhiyuan CAN Data", QByteArray(24, '\0'), 400000);
-    QTest::newRow("shortest frames in text")
-        << CaptureFormat::Csv << "x\n" + QByteArray("0,,Extend,,\n").repeated(800000);
+        << CANFile::CANFD << binary("Vantora CAN Data", QByteArray(13, '\0'), 800000);
+    QTest::newRow(".can records") << CANFile::CAN << binary("Zhiyuan CAN Data", QByteArray(24, '\0'), 400000);
+    QTest::newRow("shortest frames in text") << CANFile::CSV << "x\n" + QByteArray("0,,Extend,,\n").repeated(800000);
     QTest::newRow("shortest frames with a payload")
-        << CaptureFormat::Csv << "x\n" + QByteArray("0,,Extend,,1\n").repeated(800000);
-    QTest::newRow("one line") << CaptureFormat::Csv << QByteArray(10000000, 'a');
-    QTest::newRow("one line of separators") << CaptureFormat::Text << "x\n" + QByteArray(10000000, ' ');
-    QTest::newRow("empty lines") << CaptureFormat::Csv << QByteArray(10000000, '\n');
+        << CANFile::CSV << "x\n" + QByteArray("0,,Extend,,1\n").repeated(800000);
+    QTest::newRow("one line") << CANFile::CSV << QByteArray(10000000, 'a');
+    QTest::newRow("one line of separators") << CANFile::Text << "x\n" + QByteArray(10000000, ' ');
+    QTest::newRow("empty lines") << CANFile::CSV << QByteArray(10000000, '\n');
     QTest::newRow("one payload that is no ASCII")
-        << CaptureFormat::Csv << "x\n1,,Standard,," + QByteArray("\xDE\x41").repeated(5000000);
+        << CANFile::CSV << "x\n1,,Standard,," + QByteArray("\xDE\x41").repeated(5000000);
 }
 
 void tst_CaptureMemory::peakStaysBelowTheFile()
 {
-    QFETCH(CaptureFormat, format);
+    QFETCH(CANFile::FileType, format);
     QFETCH(QByteArray, file);
     QBuffer buffer(&file);
     buffer.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     const std::size_t before = taken;
     mostTaken = taken;
-    const auto content = readCapture(buffer, format);
+    const auto content = readCapture(buffer, captureFormat(format));
     QVERIFY(content);
     const std::size_t peak = mostTaken - before;
     QVERIFY2(peak <= static_cast<std::size_t>(file.size()) + Allowance, qPrintable(QString::number(peak)));
@@ -144,7 +141,7 @@ void tst_CaptureMemory::framesTakeLittleMoreThanTheirSize()
     QBuffer buffer(&file);
     buffer.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     const std::size_t before = taken;
-    const auto content = readCapture(buffer, CaptureFormat::CanFd);
+    const auto content = readCapture(buffer, captureFormat(CANFile::CANFD));
     QVERIFY(content);
     QCOMPARE(content->frames.size(), qint64(Count));
     const std::size_t own = (12 + std::size_t(payload)) * Count;

@@ -66,26 +66,26 @@ CaptureTextStyle randomStyle(QRandomGenerator &random)
 }
 
 /// What the record is after it went through a file of the format: everything else must come back.
-CaptureFrame afterwards(const FrameRecord &record, CaptureFormat format)
+CaptureFrame afterwards(const FrameRecord &record, CANFile::FileType format)
 {
     CaptureFrame frame;
     switch (format) {
-    case CaptureFormat::Can: // loses the protocol and what is behind the eighth byte; the payload is filled up to eight
+    case CANFile::CAN: // loses the protocol and what is behind the eighth byte; the payload is filled up to eight
         frame.idWord = CaptureFrame::toIdWord(record.id, record.remote, record.extended);
         frame.attributes = CaptureFrame::toAttributes(std::min(record.data.size(), 8), 0);
         frame.data = record.data.left(8).leftJustified(8, '\0');
         break;
-    case CaptureFormat::CanFd: // loses nothing
+    case CANFile::CANFD: // loses nothing
         frame.idWord = CaptureFrame::toIdWord(record.id, record.remote, record.extended);
         frame.attributes = CaptureFrame::toAttributes(record.data.size(), record.protocol);
         frame.data = record.data;
         break;
-    case CaptureFormat::Csv: // loses remote and what is behind the eighth byte
+    case CANFile::CSV: // loses remote and what is behind the eighth byte
         frame.idWord = CaptureFrame::toIdWord(record.id, false, record.extended);
         frame.data = record.data.left(8);
         frame.attributes = CaptureFrame::toAttributes(frame.data.size(), record.protocol);
         break;
-    case CaptureFormat::Text: // loses remote and the payload
+    case CANFile::Text: // loses remote and the payload
         frame.idWord = CaptureFrame::toIdWord(record.id, false, record.extended);
         frame.attributes = CaptureFrame::toAttributes(0, record.protocol);
         break;
@@ -93,16 +93,16 @@ CaptureFrame afterwards(const FrameRecord &record, CaptureFormat format)
     return frame;
 }
 
-std::optional<CaptureContent> throughFile(const Table &table, CaptureFormat format, const FrameLabels &labels,
+std::optional<CaptureContent> throughFile(const Table &table, CANFile::FileType format, const FrameLabels &labels,
                                           const CaptureTextStyle &style)
 {
     QBuffer file;
     file.open(QIODevice::ReadWrite);
-    if (!writeCapture(file, format, table.store, 0, table.store.size(), labels, style)) {
+    if (!writeCapture(file, captureFormat(format), {table.store, 0, table.store.size(), labels, style})) {
         return std::nullopt;
     }
     file.seek(0);
-    return readCapture(file, format);
+    return readCapture(file, captureFormat(format));
 }
 
 bool isSame(const CaptureFrame &a, const CaptureFrame &b)
@@ -111,8 +111,6 @@ bool isSame(const CaptureFrame &a, const CaptureFrame &b)
 }
 
 } // namespace
-
-Q_DECLARE_METATYPE(CaptureFormat)
 
 class tst_CaptureRoundTrip : public QObject
 {
@@ -128,16 +126,16 @@ private slots:
 
 void tst_CaptureRoundTrip::randomTables_data()
 {
-    QTest::addColumn<CaptureFormat>("format");
-    QTest::newRow("csv") << CaptureFormat::Csv;
-    QTest::newRow("txt") << CaptureFormat::Text;
-    QTest::newRow("can") << CaptureFormat::Can;
-    QTest::newRow("canfd") << CaptureFormat::CanFd;
+    QTest::addColumn<CANFile::FileType>("format");
+    QTest::newRow("csv") << CANFile::CSV;
+    QTest::newRow("txt") << CANFile::Text;
+    QTest::newRow("can") << CANFile::CAN;
+    QTest::newRow("canfd") << CANFile::CANFD;
 }
 
 void tst_CaptureRoundTrip::randomTables()
 {
-    QFETCH(CaptureFormat, format);
+    QFETCH(CANFile::FileType, format);
     QRandomGenerator random(20260102);
     const FrameLabels labels[] = {englishLabels(), chineseLabels()};
     for (int i = 0; i < Cases; ++i) {
@@ -170,7 +168,8 @@ void tst_CaptureRoundTrip::savedFilesOfEachEnding()
         QVERIFY(content);
         QCOMPARE(content->frames.size(), qint64(table.records.size()) - 1);
         for (std::size_t row = 1; row < table.records.size(); ++row) {
-            QVERIFY(isSame(content->frames.at(qint64(row) - 1), afterwards(table.records[row], *captureFormat(path))));
+            QVERIFY(
+                isSame(content->frames.at(qint64(row) - 1), afterwards(table.records[row], captureFormat(path)->type)));
         }
     }
 }

@@ -9,13 +9,15 @@
 #include <QTest>
 #include <QTextCodec>
 
+#include <optional>
+
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
 #endif
 
 using namespace CaptureTestData;
 
-Q_DECLARE_METATYPE(std::optional<CaptureFormat>)
+Q_DECLARE_METATYPE(std::optional<CANFile::FileType>)
 
 namespace {
 
@@ -47,13 +49,14 @@ void fillThree(FrameStore &store)
     store.append(third);
 }
 
-QByteArray written(CaptureFormat format, const FrameStore &store, int first, int count,
+QByteArray written(CANFile::FileType format, const FrameStore &store, int first, int count,
                    const FrameLabels &labels = English, const CaptureTextStyle &textStyle = style("UTF-8"))
 {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
-    return writeCapture(buffer, format, store, first, count, labels, textStyle) ? buffer.data()
-                                                                                : QByteArray("<failed>");
+    return writeCapture(buffer, captureFormat(format), {store, first, count, labels, textStyle})
+               ? buffer.data()
+               : QByteArray("<failed>");
 }
 
 FrameLabels partlyChineseLabels()
@@ -128,20 +131,20 @@ private slots:
 void tst_CaptureWriter::formatOfPath_data()
 {
     QTest::addColumn<QString>("path");
-    QTest::addColumn<std::optional<CaptureFormat>>("format");
-    const auto row = [](const char *path, std::optional<CaptureFormat> format) {
+    QTest::addColumn<std::optional<CANFile::FileType>>("format");
+    const auto row = [](const char *path, std::optional<CANFile::FileType> format) {
         QTest::newRow(path) << QString::fromLatin1(path) << format;
     };
-    row("a.csv", CaptureFormat::Csv);
-    row("a.Csv", CaptureFormat::Csv);
-    row("a.txt", CaptureFormat::Text);
-    row("a.TXT", CaptureFormat::Text);
-    row("a.can", CaptureFormat::Can);
-    row("a.CaN", CaptureFormat::Can);
-    row("a.canfd", CaptureFormat::CanFd);
-    row("a.CANFD", CaptureFormat::CanFd);
-    row("a.can.csv", CaptureFormat::Csv);
-    row(".can", CaptureFormat::Can);
+    row("a.csv", CANFile::CSV);
+    row("a.Csv", CANFile::CSV);
+    row("a.txt", CANFile::Text);
+    row("a.TXT", CANFile::Text);
+    row("a.can", CANFile::CAN);
+    row("a.CaN", CANFile::CAN);
+    row("a.canfd", CANFile::CANFD);
+    row("a.CANFD", CANFile::CANFD);
+    row("a.can.csv", CANFile::CSV);
+    row(".can", CANFile::CAN);
     row("a.bin", std::nullopt);
     row("a.csv.bak", std::nullopt);
     row("csv", std::nullopt);
@@ -151,15 +154,17 @@ void tst_CaptureWriter::formatOfPath_data()
 void tst_CaptureWriter::formatOfPath()
 {
     QFETCH(QString, path);
-    QFETCH(std::optional<CaptureFormat>, format);
-    QVERIFY(captureFormat(path) == format);
+    QFETCH(std::optional<CANFile::FileType>, format);
+    const CaptureFormat *found = captureFormat(path);
+    QCOMPARE(found != nullptr, format.has_value());
+    QVERIFY(found == nullptr || found->type == *format);
 }
 
 void tst_CaptureWriter::csv()
 {
     FrameStore store;
     fillThree(store);
-    QCOMPARE(written(CaptureFormat::Csv, store, 0, 3),
+    QCOMPARE(written(CANFile::CSV, store, 0, 3),
              QByteArray("Vantora CAN Data\n"
                         "No.,System Time,Time Stamp,Direction,ID,Protocol,Format,Type,Length,Data\n"
                         "1,10:20:30.400,1:2:3.4,Revice,0x1AB,CAN,Data,Standard,0x3,01 A2 FF \n"
@@ -174,7 +179,7 @@ void tst_CaptureWriter::text()
     FrameStore store;
     fillThree(store);
     QCOMPARE(
-        written(CaptureFormat::Text, store, 0, 3),
+        written(CANFile::Text, store, 0, 3),
         QByteArray("Vantora CAN Data\n"
                    "No.   System Time   Time Stamp   Direction   ID   Protocol   Format   Type   Length   Data   \n"
                    "1     10:20:30.400     1:2:3.4     Revice     0x1AB     CAN     Data     Standard     0x3"
@@ -194,7 +199,7 @@ void tst_CaptureWriter::can()
                                 QByteArray::fromHex("ab010000 fcce3800 00 ff 00 00 03 01a2ff0000000000 000000") +
                                 QByteArray::fromHex("ffffff1f 00000000 00 00 01 01 00 0000000000000000 000000") +
                                 QByteArray::fromHex("10000000 00000000 00 00 00 00 08 0001020304050607 000000");
-    QCOMPARE(written(CaptureFormat::Can, store, 0, 3).toHex(), expected.toHex());
+    QCOMPARE(written(CANFile::CAN, store, 0, 3).toHex(), expected.toHex());
 }
 
 void tst_CaptureWriter::canFd()
@@ -205,42 +210,42 @@ void tst_CaptureWriter::canFd()
                                 QByteArray::fromHex("ab010000 fcce3800 00 ff 00 00 03 01a2ff") +
                                 QByteArray::fromHex("ffffff1f 00000000 00 00 01 01 00") +
                                 QByteArray::fromHex("10000000 00000000 02 00 00 00 0c 000102030405060708090a0b");
-    QCOMPARE(written(CaptureFormat::CanFd, store, 0, 3).toHex(), expected.toHex());
+    QCOMPARE(written(CANFile::CANFD, store, 0, 3).toHex(), expected.toHex());
 }
 
 void tst_CaptureWriter::emptyStore()
 {
     const FrameStore store;
-    QCOMPARE(written(CaptureFormat::Csv, store, 0, 0),
+    QCOMPARE(written(CANFile::CSV, store, 0, 0),
              QByteArray("Vantora CAN Data\n"
                         "No.,System Time,Time Stamp,Direction,ID,Protocol,Format,Type,Length,Data\n\n"));
-    QCOMPARE(written(CaptureFormat::Can, store, 0, 0), QByteArray("Zhiyuan CAN Data\0\0\0\0", 20));
-    QCOMPARE(written(CaptureFormat::CanFd, store, 0, 0), QByteArray("Vantora CAN Data\0\0\0\0", 20));
+    QCOMPARE(written(CANFile::CAN, store, 0, 0), QByteArray("Zhiyuan CAN Data\0\0\0\0", 20));
+    QCOMPARE(written(CANFile::CANFD, store, 0, 0), QByteArray("Vantora CAN Data\0\0\0\0", 20));
 }
 
 void tst_CaptureWriter::windowsLineEnds()
 {
     FrameStore store;
     store.append(frame(1, "\x0A"));
-    QCOMPARE(written(CaptureFormat::Csv, store, 0, 1, English, style("UTF-8", "\r\n")),
+    QCOMPARE(written(CANFile::CSV, store, 0, 1, English, style("UTF-8", "\r\n")),
              QByteArray("Vantora CAN Data\r\n"
                         "No.,System Time,Time Stamp,Direction,ID,Protocol,Format,Type,Length,Data\r\n"
                         "1,10:20:30.400,0:0:0.0,Revice,0x1,CAN,Data,Standard,0x1,0A \r\n"
                         "\r\n"));
-    QVERIFY(written(CaptureFormat::Text, store, 0, 1, English, style("UTF-8", "\r\n")).endsWith("0A      \r\n\r\n"));
+    QVERIFY(written(CANFile::Text, store, 0, 1, English, style("UTF-8", "\r\n")).endsWith("0A      \r\n\r\n"));
     // The binary formats have no lines.
-    QVERIFY(!written(CaptureFormat::CanFd, store, 0, 1, English, style("UTF-8", "\r\n")).contains('\r'));
+    QVERIFY(!written(CANFile::CANFD, store, 0, 1, English, style("UTF-8", "\r\n")).contains('\r'));
 }
 
 void tst_CaptureWriter::rangeKeepsTheNumbersOfTheTable()
 {
     FrameStore store;
     fillThree(store);
-    const QList<QByteArray> lines = written(CaptureFormat::Csv, store, 1, 1).split('\n');
+    const QList<QByteArray> lines = written(CANFile::CSV, store, 1, 1).split('\n');
     QCOMPARE(lines.size(), 5);
     QVERIFY(lines[2].startsWith("2,10:20:30.400,None,Send failure,0x1FFFFFFF,"));
     QCOMPARE(lines[3] + lines[4], QByteArray());
-    QCOMPARE(written(CaptureFormat::Can, store, 1, 2).size(), 20 + 2 * 24);
+    QCOMPARE(written(CANFile::CAN, store, 1, 2).size(), 20 + 2 * 24);
 }
 
 void tst_CaptureWriter::canPayloadIsCutAndPadded()
@@ -249,7 +254,7 @@ void tst_CaptureWriter::canPayloadIsCutAndPadded()
     store.append(frame(1, QByteArray(64, '\xEE')));
     store.append(frame(2, "\x11"));
     store.append(frame(3));
-    const QByteArray bytes = written(CaptureFormat::Can, store, 0, 3);
+    const QByteArray bytes = written(CANFile::CAN, store, 0, 3);
     QCOMPARE(bytes.size(), 20 + 3 * 24);
     QCOMPARE(bytes.mid(20 + 12, 12).toHex(), QByteArray("08eeeeeeeeeeeeeeee000000"));
     QCOMPARE(bytes.mid(44 + 12, 12).toHex(), QByteArray("011100000000000000000000"));
@@ -262,7 +267,7 @@ void tst_CaptureWriter::canFdLengthIsCappedButThePayloadIsWhole()
     store.append(frame(1, countingBytes(64)));
     store.append(frame(2, countingBytes(65)));
     store.append(frame(3, countingBytes(300)));
-    const QByteArray bytes = written(CaptureFormat::CanFd, store, 0, 3);
+    const QByteArray bytes = written(CANFile::CANFD, store, 0, 3);
     QCOMPARE(bytes.size(), 20 + 3 * 13 + 64 + 65 + 300);
     QCOMPARE(bytes[20 + 12], char(64));
     QCOMPARE(bytes[20 + 77 + 12], char(64));
@@ -275,7 +280,7 @@ void tst_CaptureWriter::longPayloadInText()
 {
     FrameStore store;
     store.append(frame(1, QByteArray(65535, '\x5A')));
-    const QByteArray bytes = written(CaptureFormat::Csv, store, 0, 1);
+    const QByteArray bytes = written(CANFile::CSV, store, 0, 1);
     QVERIFY(bytes.endsWith(",0xFFFF," + QByteArray("5A ").repeated(65535) + "\n\n"));
 }
 
@@ -285,7 +290,7 @@ void tst_CaptureWriter::timeTextIsWrittenAsItStands()
     FrameRecord record = frame(1);
     record.systemTime = QStringLiteral("a,\"b\" \u4e0a\u5348");
     store.append(record);
-    QVERIFY(written(CaptureFormat::Csv, store, 0, 1).contains("\n1,a,\"b\" \xE4\xB8\x8A\xE5\x8D\x88,0:0:0.0,Revice,"));
+    QVERIFY(written(CANFile::CSV, store, 0, 1).contains("\n1,a,\"b\" \xE4\xB8\x8A\xE5\x8D\x88,0:0:0.0,Revice,"));
 }
 
 void tst_CaptureWriter::hugeTimeText()
@@ -295,7 +300,7 @@ void tst_CaptureWriter::hugeTimeText()
     store.append(record);
     record.systemTime = QString(5000000, QLatin1Char('t')); // longer than a piece written at once
     store.append(record);
-    const QByteArray bytes = written(CaptureFormat::Csv, store, 0, 2);
+    const QByteArray bytes = written(CANFile::CSV, store, 0, 2);
     QVERIFY(bytes.contains("\n2," + QByteArray(5000000, 't') + ",0:0:0.0,Revice,"));
     QVERIFY(bytes.contains("\n1,10:20:30.400,0:0:0.0,Revice,"));
 }
@@ -309,7 +314,7 @@ void tst_CaptureWriter::timeTextsThatChange()
         store.append(record);
     }
     QList<QByteArray> times;
-    for (const QByteArray &line : written(CaptureFormat::Csv, store, 0, 5).split('\n').mid(2, 5)) {
+    for (const QByteArray &line : written(CANFile::CSV, store, 0, 5).split('\n').mid(2, 5)) {
         times.append(line.split(',').at(1));
     }
     QCOMPARE(times, (QList<QByteArray>{"A", "A", "BB", "", "A"}));
@@ -319,15 +324,15 @@ void tst_CaptureWriter::codecs()
 {
     FrameStore store;
     store.append(frame(1));
-    const QByteArray utf8 = written(CaptureFormat::Csv, store, 0, 1, partlyChineseLabels(), style("UTF-8"));
+    const QByteArray utf8 = written(CANFile::CSV, store, 0, 1, partlyChineseLabels(), style("UTF-8"));
     QVERIFY(utf8.contains("No.,\xE7\xB3\xBB\xE7\xBB\x9F\xE6\x97\xB6\xE9\x97\xB4,Time Stamp,"));
     QVERIFY(utf8.contains(",0:0:0.0,\xE6\x8E\xA5\xE6\x94\xB6,0x1,"));
     QVERIFY(utf8.startsWith("Vantora")); // no byte order mark
-    const QByteArray gb = written(CaptureFormat::Csv, store, 0, 1, partlyChineseLabels(), style("GB18030"));
+    const QByteArray gb = written(CANFile::CSV, store, 0, 1, partlyChineseLabels(), style("GB18030"));
     QVERIFY(gb.contains("No.,\xCF\xB5\xCD\xB3\xCA\xB1\xBC\xE4,Time Stamp,"));
     QVERIFY(gb.contains(",0:0:0.0,\xBD\xD3\xCA\xD5,0x1,"));
     // Whoever asks for Latin-1 gets what it can write.
-    const QByteArray latin = written(CaptureFormat::Csv, store, 0, 1, partlyChineseLabels(), style("ISO-8859-1"));
+    const QByteArray latin = written(CANFile::CSV, store, 0, 1, partlyChineseLabels(), style("ISO-8859-1"));
     QVERIFY(latin.contains(",0:0:0.0,??,0x1,"));
 }
 
@@ -353,16 +358,16 @@ void tst_CaptureWriter::manyPieces_data()
     // 100,000 numbers of 1 to 6 digits take 488,895 bytes.
     const qint64 titles = 73;
     const qint64 textTitles = 63 + 30;
-    QTest::newRow("csv") << int(CaptureFormat::Csv)
+    QTest::newRow("csv") << int(CANFile::CSV)
                          << 17 + titles + 488895 +
                                 Q_INT64_C(100000) *
                                     (1 + 12 + 1 + 7 + 1 + 6 + 1 + 3 + 1 + 3 + 1 + 4 + 1 + 8 + 1 + 4 + 1 + 48 + 1) +
                                 1;
-    QTest::newRow("text") << int(CaptureFormat::Text)
+    QTest::newRow("text") << int(CANFile::Text)
                           << 17 + textTitles + 1 + 488895 +
                                  Q_INT64_C(100000) * (5 * 10 + 12 + 7 + 6 + 3 + 3 + 4 + 8 + 4 + 48 + 1) + 1;
-    QTest::newRow("can") << int(CaptureFormat::Can) << qint64(20 + 100000 * 24);
-    QTest::newRow("canfd") << int(CaptureFormat::CanFd) << qint64(20 + 100000 * (13 + 16));
+    QTest::newRow("can") << int(CANFile::CAN) << qint64(20 + 100000 * 24);
+    QTest::newRow("canfd") << int(CANFile::CANFD) << qint64(20 + 100000 * (13 + 16));
 }
 
 void tst_CaptureWriter::manyPieces()
@@ -373,13 +378,13 @@ void tst_CaptureWriter::manyPieces()
     for (int i = 0; i < 100000; ++i) {
         store.append(frame(0x5, QByteArray(16, 'U')));
     }
-    const auto captureFormat = static_cast<CaptureFormat>(format);
-    const QByteArray whole = written(captureFormat, store, 0, 100000);
+    const auto type = static_cast<CANFile::FileType>(format);
+    const QByteArray whole = written(type, store, 0, 100000);
     QCOMPARE(qint64(whole.size()), expectedSize);
     // A part of the file is the same bytes as in a short file.
-    const QByteArray lastOnly = written(captureFormat, store, 99999, 1);
-    const QByteArray header = written(captureFormat, store, 0, 0);
-    const int tail = format <= int(CaptureFormat::Text) ? 1 : 0;
+    const QByteArray lastOnly = written(type, store, 99999, 1);
+    const QByteArray header = written(type, store, 0, 0);
+    const int tail = format >= int(CANFile::CSV) ? 1 : 0;
     QVERIFY(whole.endsWith(lastOnly.mid(header.size() - tail)));
 }
 
@@ -403,12 +408,12 @@ void tst_CaptureWriter::deviceThatTakesNoMore()
     for (int i = 0; i < 50000; ++i) {
         store.append(frame(0x5, QByteArray(16, 'U')));
     }
-    const auto captureFormat = static_cast<CaptureFormat>(format);
-    const qint64 whole = written(captureFormat, store, 0, store.size()).size();
+    const auto type = static_cast<CANFile::FileType>(format);
+    const qint64 whole = written(type, store, 0, store.size()).size();
     LimitedDevice tooSmall(limit < 0 ? whole + limit : limit);
-    QVERIFY(!writeCapture(tooSmall, captureFormat, store, 0, store.size(), English, style("UTF-8")));
+    QVERIFY(!writeCapture(tooSmall, captureFormat(type), {store, 0, store.size(), English, style("UTF-8")}));
     LimitedDevice largeEnough(whole);
-    QVERIFY(writeCapture(largeEnough, captureFormat, store, 0, store.size(), English, style("UTF-8")));
+    QVERIFY(writeCapture(largeEnough, captureFormat(type), {store, 0, store.size(), English, style("UTF-8")}));
 }
 
 void tst_CaptureWriter::saveByEnding()
@@ -420,10 +425,10 @@ void tst_CaptureWriter::saveByEnding()
     QVERIFY(saveCapture(folder.filePath(QStringLiteral("a.TXT")), store, 0, 3, English, style("UTF-8")));
     QVERIFY(saveCapture(folder.filePath(QStringLiteral("a.can")), store, 0, 3, English, style("UTF-8")));
     QVERIFY(saveCapture(folder.filePath(QStringLiteral("a.canFD")), store, 1, 2, English, style("UTF-8")));
-    QCOMPARE(fileContent(folder.filePath(QStringLiteral("a.Csv"))), written(CaptureFormat::Csv, store, 0, 3));
-    QCOMPARE(fileContent(folder.filePath(QStringLiteral("a.TXT"))), written(CaptureFormat::Text, store, 0, 3));
-    QCOMPARE(fileContent(folder.filePath(QStringLiteral("a.can"))), written(CaptureFormat::Can, store, 0, 3));
-    QCOMPARE(fileContent(folder.filePath(QStringLiteral("a.canFD"))), written(CaptureFormat::CanFd, store, 1, 2));
+    QCOMPARE(fileContent(folder.filePath(QStringLiteral("a.Csv"))), written(CANFile::CSV, store, 0, 3));
+    QCOMPARE(fileContent(folder.filePath(QStringLiteral("a.TXT"))), written(CANFile::Text, store, 0, 3));
+    QCOMPARE(fileContent(folder.filePath(QStringLiteral("a.can"))), written(CANFile::CAN, store, 0, 3));
+    QCOMPARE(fileContent(folder.filePath(QStringLiteral("a.canFD"))), written(CANFile::CANFD, store, 1, 2));
     QCOMPARE(filesIn(folder.path()).size(), 4);
 }
 

@@ -1,4 +1,4 @@
-#include "capture/PlaybackRecord.h"
+#include "capture/CaptureFrames.h"
 #include "tests/support/TestProgram.h"
 
 #include <QtTest>

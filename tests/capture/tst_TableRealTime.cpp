@@ -77,7 +77,7 @@ private slots:
 
 private:
     QString path(const char *name) const { return m_folder->filePath(QString::fromLatin1(name)); }
-    CTableViewCAN::TargetWrapper behindTheGate() const
+    RealTimeSaving::TargetWrapper behindTheGate() const
     {
         return [gate = m_gate](std::unique_ptr<RealTimeTarget> file) {
             return std::make_unique<StallingTarget>(std::move(file), gate);

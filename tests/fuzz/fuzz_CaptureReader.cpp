@@ -31,7 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     QBuffer buffer;
     buffer.setData(file);
     buffer.open(QIODevice::ReadOnly);
-    const auto content = readCapture(buffer, X9_FUZZ_FORMAT);
+    const auto content = readCapture(buffer, captureFormat(X9_FUZZ_FORMAT));
     const auto expected = readPlainly(file, X9_FUZZ_FORMAT);
     require(content.has_value() == expected.has_value());
     if (content) {

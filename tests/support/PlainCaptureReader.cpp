@@ -173,16 +173,15 @@ Frames readText(QByteArray file, const QString &separator)
 
 } // namespace
 
-std::optional<std::vector<CaptureFrame>> readPlainly(const QByteArray &file, CaptureFormat format)
+std::optional<std::vector<CaptureFrame>> readPlainly(const QByteArray &file, CANFile::FileType format)
 {
     switch (format) {
-    case CaptureFormat::Csv:
-        return readText(file, QStringLiteral(","));
-    case CaptureFormat::Text:
-        return readText(file, QStringLiteral("     "));
-    case CaptureFormat::Can:
+    case CANFile::CSV:
+    case CANFile::Text:
+        return readText(file, QLatin1String(captureFormat(format).separator));
+    case CANFile::CAN:
         return readCan(file);
-    case CaptureFormat::CanFd:
+    case CANFile::CANFD:
         return readCanFd(file);
     }
     return std::nullopt;

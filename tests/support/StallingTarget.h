@@ -1,6 +1,6 @@
 #pragma once
 
-#include "capture/RealTimeTarget.h"
+#include "capture/RealTimeWriter.h"
 
 #include <chrono>
 #include <condition_variable>
