@@ -759,30 +759,30 @@ void tst_GUI_CanView::endsWithFilesThatStandStill()
     GUI_CanView window(manager());
     window.show();
     openAllChannels(window);
-    const auto gate = std::make_shared<Gate>();
-    gate->close();
     const QList<CTableViewCAN *> tables = window.findChildren<CTableViewCAN *>();
     QCOMPARE(tables.size(), 2);
-    QStringList paths;
+    std::vector<std::shared_ptr<Gate>> gates;
     for (CTableViewCAN *table : tables) {
-        paths.append(folder.filePath(QStringLiteral("%1.csv").arg(paths.size())));
+        const auto gate = std::make_shared<Gate>();
+        gate->close();
         table->setTargetWrapper([gate](std::unique_ptr<RealTimeTarget> file) {
             return std::make_unique<StallingTarget>(std::move(file), gate);
         });
-        QVERIFY(table->realTimeSave(true, paths.last()));
-        QTRY_VERIFY(table->rowCount() > 0);
+        QVERIFY(table->realTimeSave(true, folder.filePath(QStringLiteral("%1.csv").arg(gates.size()))));
+        QTRY_VERIFY(gate->isHolding());
         QTest::ignoreMessage(QtWarningMsg, "The end of a file saved in real time could not be written.");
+        gates.push_back(gate);
     }
     QElapsedTimer clock;
     clock.start();
     window.finishFiles();
     QVERIFY(clock.hasExpired(4900));
     QVERIFY(!clock.hasExpired(9000));
-    QVERIFY(gate->isHolding());
-    gate->open();
-    for (int i = 0; i < paths.size(); ++i) {
-        QVERIFY(tables.at(i)->waitForFiles(std::chrono::seconds(30)));
-        QVERIFY(QFileInfo(paths.at(i)).size() > 1000);
+    for (std::size_t i = 0; i < gates.size(); ++i) {
+        QVERIFY(gates.at(i)->isHolding());
+        gates.at(i)->open();
+        QVERIFY(tables.at(static_cast<int>(i))->waitForFiles(std::chrono::seconds(30)));
+        QVERIFY(QFileInfo(folder.filePath(QStringLiteral("%1.csv").arg(i))).size() > 1000);
     }
 }
 
