@@ -110,7 +110,8 @@ private:
     /// The line up to which the parser has taken the text.
     int line()
     {
-        const std::ptrdiff_t taken = m_input.rdbuf()->pubseekoff(0, std::ios::cur, std::ios::in);
+        const std::streamoff place = m_input.rdbuf()->pubseekoff(0, std::ios::cur, std::ios::in);
+        const auto taken = static_cast<std::ptrdiff_t>(place);
         m_line += static_cast<int>(std::count(m_text.begin() + m_counted, m_text.begin() + taken, '\n'));
         m_counted = taken;
         return m_line;
