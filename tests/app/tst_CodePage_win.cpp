@@ -1,6 +1,7 @@
 // Text files in the code page of this Windows, which tools/windows/test.sh names in X9_CODE_PAGE.
 
 #include "capture/CaptureReader.h"
+#include "capture/CaptureWriter.h"
 #include "lin/LINCapture.h"
 #include "lin/LINFrameModel.h"
 #include "resources/Resources.h"
