@@ -26,8 +26,7 @@ QString temporaryFolder()
 SingleInstance::SingleInstance(const QString &key)
     : m_lockFile(QDir(temporaryFolder()).filePath(key + QStringLiteral(".lock")))
     , m_lock(m_lockFile)
-    , m_segment(key)
-    , m_state(hold())
+    , m_state(hold(key))
 {
 }
 
@@ -46,7 +45,7 @@ QString SingleInstance::userKey()
 void SingleInstance::release()
 {
     if (isHeld()) {
-        m_segment.detach();
+        m_segment->detach();
         m_lock.unlock();
         m_state = State::Released;
     }
@@ -56,7 +55,7 @@ QString SingleInstance::problem() const
 {
     const QString file = QDir::toNativeSeparators(m_lockFile);
     if (m_lock.error() == QLockFile::NoError) {
-        return tr("The system gives no shared memory.") + QLatin1Char('\n') + m_segment.errorString();
+        return tr("The system gives no shared memory.") + QLatin1Char('\n') + m_segment->errorString();
     }
     if (m_lock.error() != QLockFile::LockFailedError) {
         return tr("The lock file %1 cannot be written.").arg(file) + QLatin1Char('\n') +
@@ -66,11 +65,11 @@ QString SingleInstance::problem() const
            tr("Remove it and start the program again.");
 }
 
-SingleInstance::State SingleInstance::hold()
+SingleInstance::State SingleInstance::hold(const QString &key)
 {
     State state = takeLock();
     if (state == State::Held) {
-        state = createSegment();
+        state = createSegment(QSharedMemory(key).nativeKey());
         if (state != State::Held) {
             m_lock.unlock();
         }
@@ -104,7 +103,9 @@ SingleInstance::State SingleInstance::takeLock()
 /// key is made from 16 bits of the number of a file of its own: where that file was not there before, a segment with
 /// the same key is another program's, and a file with another number is taken. The one with the number that cannot be
 /// used stays until then, so that the next file gets another.
-SingleInstance::State SingleInstance::createSegment()
+/// The key is a native one: with others, Qt guards the segment, which the lock file does already, with a System V
+/// semaphore, and where another user has one with the same key, the segment is refused for good.
+SingleInstance::State SingleInstance::createSegment(const QString &keyFile)
 {
     QStringList taken;
     const auto removeTaken = qScopeGuard([&taken] {
@@ -112,17 +113,18 @@ SingleInstance::State SingleInstance::createSegment()
             QFile::remove(name);
         }
     });
-    const QString keyFile = m_segment.nativeKey();
     for (int attempt = 0; attempt < SegmentAttempts; ++attempt) {
         const bool wasThere = QFile::exists(keyFile);
-        if (m_segment.create(SegmentBytes)) {
+        m_segment.emplace().setNativeKey(keyFile); // one that failed once fails again
+        if (m_segment->create(SegmentBytes)) {
             return State::Held;
         }
-        if (m_segment.error() != QSharedMemory::AlreadyExists) {
+        if (m_segment->error() != QSharedMemory::AlreadyExists) {
             return State::Blocked;
         }
         if (wasThere) {
-            if (!m_segment.attach() || !m_segment.detach() || QFile::exists(keyFile)) {
+            m_segment.emplace().setNativeKey(keyFile);
+            if (!m_segment->attach() || !m_segment->detach() || QFile::exists(keyFile)) {
                 return State::Running; // somebody uses it
             }
         } else {

@@ -5,6 +5,8 @@
 #include <QSharedMemory>
 #include <QString>
 
+#include <optional>
+
 /// Holds, as long as it lives, what only one process of a user may hold: a lock file in the temporary folder and a
 /// shared memory segment of one byte, both named after the key. What a process left behind that crashed or was killed
 /// is taken over.
@@ -37,12 +39,12 @@ public:
     void release();
 
 private:
-    State hold();
+    State hold(const QString &key);
     State takeLock();
-    State createSegment();
+    State createSegment(const QString &keyFile);
 
     QString m_lockFile;
     QLockFile m_lock;
-    QSharedMemory m_segment;
+    std::optional<QSharedMemory> m_segment;
     State m_state;
 };

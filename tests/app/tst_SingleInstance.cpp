@@ -24,6 +24,7 @@ private slots:
     static void holdsTheSegmentToo();
 #ifdef Q_OS_UNIX
     void holdsBesideForeignSegments();
+    void needsNoSemaphore();
 #endif
     static void cannotHoldWithoutATemporaryFolder();
 
@@ -121,6 +122,17 @@ void tst_SingleInstance::holdsBesideForeignSegments()
     QVERIFY(first.isHeld());
     const SingleInstance second;
     QVERIFY(!second.isHeld());
+}
+
+/// A semaphore's key is made in the same way. Where another user's has it, nothing is given, and one that stays behind
+/// after a crash stays until the computer is switched off.
+void tst_SingleInstance::needsNoSemaphore()
+{
+    const SingleInstance instance;
+    QVERIFY(instance.isHeld());
+    const QStringList files = QDir(m_folder.path()).entryList({QStringLiteral("qipc_*")}, QDir::Files | QDir::System);
+    QCOMPARE(files.size(), 1);
+    QVERIFY2(files.first().startsWith(QLatin1String("qipc_sharedmemory_")), qPrintable(files.first()));
 }
 #endif
 
