@@ -103,6 +103,10 @@ doc/screenshots/[a-z-]+\.png
 END
 )" "$work/paths") || (($? == 1)) # 2: grep itself failed
 [[ -z $unexpected ]] || fail "files outside the layout:"$'\n'"$unexpected"
+while read -r binary; do
+  [[ $("$triplet-objdump" -f "$folder/$binary" 2>&1) == *"file format $format"* ]] ||
+    fail "$binary is not for $bits-bit programs"
+done < <(grep -E '\.(exe|dll)$' "$work/paths")
 for binary in X9CAN.exe virtual-adapter/ControlCAN.dll; do
   "$triplet-objdump" -p "$folder/$binary" >"$work/pe"
   for mark in "${marks[@]}"; do
@@ -131,8 +135,6 @@ done < <(grep -ohE 'src="[^"]+"' "$folder"/doc/*.html | sed 's/src="//; s/"$//' 
 windows_has=" advapi32 bcrypt crypt32 d3d11 dnsapi dwmapi dxgi gdi32 imm32 iphlpapi kernel32 mpr msvcrt netapi32 ole32
  oleaut32 secur32 shell32 user32 userenv uxtheme version winmm ws2_32 wtsapi32 "
 while read -r binary; do
-  [[ $("$triplet-objdump" -f "$folder/$binary" 2>&1) == *"file format $format"* ]] ||
-    fail "$binary is not for $bits-bit programs"
   "$triplet-objdump" -h "$folder/$binary" >"$work/sections"
   ! grep -E '\.(debug|stab|gnu_debug)' "$work/sections" || fail "$binary has debug information"
   "$triplet-objdump" -t "$folder/$binary" >"$work/symbols"
