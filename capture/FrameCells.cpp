@@ -199,12 +199,12 @@ char *putDecimal(char *to, quint64 number)
     std::size_t first = digits.size();
     while (number >= 100) {
         first -= 2;
-        std::memcpy(&digits[first], &DecimalPairs[std::size_t{2} * (number % 100)], 2);
+        std::memcpy(&digits[first], &DecimalPairs[2 * static_cast<std::size_t>(number % 100)], 2);
         number /= 100;
     }
     if (number >= 10) {
         first -= 2;
-        std::memcpy(&digits[first], &DecimalPairs[std::size_t{2} * number], 2);
+        std::memcpy(&digits[first], &DecimalPairs[2 * static_cast<std::size_t>(number)], 2);
     } else {
         digits[--first] = static_cast<char>('0' + number);
     }

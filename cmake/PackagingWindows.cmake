@@ -7,6 +7,17 @@ set(x9_adapter_folder virtual-adapter)
 set(X9_QT_TRANSLATIONS /usr/share/qt5/translations CACHE PATH "Folder of Qt's own translations, for the package")
 set(X9_DEBIAN_TEXTS /usr/share CACHE PATH "Folder of Debian's common-licenses and doc, for the package")
 
+# The packages' names, and what the installer says, tell the program's word size in the words of its own messages.
+if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+  set(CPACK_X9_BITS 64)
+  set(CPACK_X9_NSIS_TARGET amd64-unicode)
+  set(x9_exceptions_library libgcc_s_seh-1.dll)
+else()
+  set(CPACK_X9_BITS 32)
+  set(CPACK_X9_NSIS_TARGET x86-unicode)
+  set(x9_exceptions_library libgcc_s_dw2-1.dll)
+endif()
+
 # Programs
 install(TARGETS X9CAN RUNTIME DESTINATION .)
 install(TARGETS ControlCAN RUNTIME DESTINATION ${x9_adapter_folder})
@@ -65,7 +76,7 @@ endforeach()
 # The packages: `cpack --config build/windows/CPackConfig.cmake` after a build. NSIS takes its script from
 # packaging/windows/NSIS.template.in instead of CPack's own, which knows one language and no installation per user.
 set(CPACK_GENERATOR ZIP NSIS)
-set(CPACK_PACKAGE_FILE_NAME "${PROJECT_NAME}-${PROJECT_VERSION}-windows-x64")
+set(CPACK_PACKAGE_FILE_NAME "${PROJECT_NAME}-${PROJECT_VERSION}-windows-${CPACK_X9_BITS}bit")
 configure_file("${PROJECT_SOURCE_DIR}/packaging/PackageTime.cmake.in" "${x9_windows_made}/PackageTime.cmake" @ONLY)
 configure_file("${x9_windows}/PackageConfig.cmake.in" "${x9_windows_made}/PackageConfig.cmake" @ONLY)
 set(CPACK_PROJECT_CONFIG_FILE "${x9_windows_made}/PackageConfig.cmake")

@@ -3,9 +3,11 @@
 if(NOT X9_WINDOWS_TRIPLET)
   set(X9_WINDOWS_TRIPLET x86_64-w64-mingw32)
   set(CMAKE_SYSTEM_PROCESSOR x86_64)
+  set(X9_WINDOWS_PRESET windows)
 endif()
 cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH x9_source_folder)
-set(X9_WINDOWS_LIBRARIES "${x9_source_folder}/build/windows-libraries" CACHE PATH "Folder of the libraries for Windows")
+set(X9_WINDOWS_LIBRARIES "${x9_source_folder}/build/${X9_WINDOWS_PRESET}-libraries"
+    CACHE PATH "Folder of the libraries for Windows")
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES X9_WINDOWS_LIBRARIES)
 
 set(CMAKE_SYSTEM_NAME Windows)

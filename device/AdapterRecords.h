@@ -5,6 +5,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
+
 constexpr int ChannelsPerDevice = 2; ///< CAN channels, and LIN channels
 
 /// Calling convention of every entry point: the platform's convention for library entry points. The only place where
@@ -86,10 +88,20 @@ struct VCI_LIN_OBJ
 
 #pragma pack(pop)
 
-static_assert(sizeof(VCI_CAN_OBJ) == 24 && offsetof(VCI_CAN_OBJ, Data) == 13);
-static_assert(sizeof(VCI_CANFD_OBJ) == 80 && offsetof(VCI_CANFD_OBJ, Data) == 14);
-static_assert(sizeof(VCI_INIT_CONFIG) == 16 && offsetof(VCI_INIT_CONFIG, Mode) == 15);
-static_assert(sizeof(VCI_LIN_OBJ) == 11 && offsetof(VCI_LIN_OBJ, Checksum) == 10);
+// The same bytes whatever the word size: no gaps, and no alignment, so that arrays have none either.
+static_assert(sizeof(VCI_CAN_OBJ) == 24 && offsetof(VCI_CAN_OBJ, TimeFlag) == 8 && offsetof(VCI_CAN_OBJ, Data) == 13);
+static_assert(sizeof(VCI_CANFD_OBJ) == 80 && offsetof(VCI_CANFD_OBJ, FDFlag) == 12 &&
+              offsetof(VCI_CANFD_OBJ, Data) == 14);
+static_assert(sizeof(VCI_INIT_CONFIG) == 16 && offsetof(VCI_INIT_CONFIG, Filter) == 12 &&
+              offsetof(VCI_INIT_CONFIG, Mode) == 15);
+static_assert(sizeof(VCI_LIN_OBJ) == 11 && offsetof(VCI_LIN_OBJ, Data) == 2 && offsetof(VCI_LIN_OBJ, Checksum) == 10);
+template<class Record>
+constexpr bool isPlainRecord()
+{
+    return alignof(Record) == 1 && std::is_trivially_copyable_v<Record> && std::is_standard_layout_v<Record>;
+}
+static_assert(isPlainRecord<VCI_CAN_OBJ>() && isPlainRecord<VCI_CANFD_OBJ>() && isPlainRecord<VCI_INIT_CONFIG>() &&
+              isPlainRecord<VCI_LIN_OBJ>());
 
 /// Bits of VCI_INIT_CONFIG::Mode.
 constexpr std::uint8_t AdapterModeListenOnly = 0x01;
@@ -127,4 +139,10 @@ using OpenLIN = u32(X9_ADAPTER_CALL *)(u32 type, u8 dev, u8 ch, u16 baudRate, u8
 using TransmitLIN = u32(X9_ADAPTER_CALL *)(u32 type, u8 dev, u8 ch, VCI_LIN_OBJ frame);
 using ReceiveLIN = u32(X9_ADAPTER_CALL *)(u32 type, u8 dev, u8 ch, VCI_LIN_OBJ *frame);
 using ChangeLINMode = u32(X9_ADAPTER_CALL *)(u32 type, u8 dev, u8 ch, u8 mode);
+
+#if defined(_WIN32) && !defined(_WIN64)
+// Of the conventions of 32-bit Windows it is the one in which the library takes the arguments off the stack: with the
+// other one each call would leave the stack shifted.
+static_assert(std::is_same_v<CloseDevice, u32(__stdcall *)(u32, u8)> && !std::is_same_v<CloseDevice, u32 (*)(u32, u8)>);
+#endif
 } // namespace AdapterEntry

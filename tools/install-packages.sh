@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, check, coverage, docs, fuzz,
-# windows, windows-qt, wine, package) from Debian's packages, quietly; does nothing when all is there. As root, or
-# through sudo.
+# windows, windows-qt, wine, wine32, windows-package, package) from Debian's packages, quietly; does nothing when all is
+# there. As root, or through sudo.
 set -euo pipefail
 
 declare -A packages=(
@@ -15,7 +15,8 @@ declare -A packages=(
   [windows]="g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix qttranslations5-l10n xz-utils"
   [windows-qt]="g++ make perl"
   [wine]="wine wine64 fonts-wine fonts-dejavu-core fonts-noto-cjk locales"
-  [windows-package]="nsis cmark-gfm netpbm unzip qttranslations5-l10n python3-xlib locales"
+  [wine32]="debootstrap debian-archive-keyring util-linux"
+  [windows-package]="osslsigncode openssl nsis cmark-gfm netpbm unzip qttranslations5-l10n python3-xlib locales"
   [package]="dpkg-dev file desktop-file-utils appstream lintian binutils xvfb python3 python3-xlib"
 )
 

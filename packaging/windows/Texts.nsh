@@ -23,8 +23,8 @@
 
   LangString Program ${LANG_ENGLISH} "X9CAN (required)"
   LangString Program ${LANG_SIMPCHINESE} "X9CAN（必需）"
-  LangString ProgramHint ${LANG_ENGLISH} "The program, the virtual adapter and the guide."
-  LangString ProgramHint ${LANG_SIMPCHINESE} "程序、虚拟适配器和用户手册。"
+  LangString ProgramHint ${LANG_ENGLISH} "The program for adapters with a ${X9_BITS}-bit library, the virtual adapter and the guide."
+  LangString ProgramHint ${LANG_SIMPCHINESE} "适用于 ${X9_BITS} 位适配器库的程序、虚拟适配器和用户手册。"
   LangString Desktop ${LANG_ENGLISH} "Icon on the desktop"
   LangString Desktop ${LANG_SIMPCHINESE} "桌面图标"
   LangString DesktopHint ${LANG_ENGLISH} "Starts the program from the desktop."

@@ -86,6 +86,39 @@ QByteArray standardErrorOf(Function function)
     return file.readAll();
 }
 
+#if defined(Q_PROCESSOR_X86_32)
+/// How many bytes of the stack a function has freed when it returns. It is called with words that are all 0.
+unsigned stackFreedBy(QFunctionPointer function, unsigned words)
+{
+    unsigned freed = 0;
+    asm volatile("movl %%esp, %%esi\n\t"
+                 "1: testl %%ecx, %%ecx\n\t"
+                 "jz 2f\n\t"
+                 "pushl $0\n\t"
+                 "decl %%ecx\n\t"
+                 "jmp 1b\n\t"
+                 "2: movl %%esp, %%edi\n\t"
+                 "call *%[function]\n\t"
+                 "movl %%esp, %%eax\n\t"
+                 "subl %%edi, %%eax\n\t"
+                 "movl %%esi, %%esp"
+                 : "=a"(freed), "+c"(words)
+                 : [function] "b"(function)
+                 : "edx", "esi", "edi", "cc", "memory");
+    return freed;
+}
+
+/// What the arguments take on the stack: whole words each.
+template<class... Arguments>
+constexpr unsigned stackOf(std::uint32_t(X9_ADAPTER_CALL * /*entry*/)(Arguments...))
+{
+    return static_cast<unsigned>((0 + ... + ((sizeof(Arguments) + 3) / 4 * 4)));
+}
+
+template<class Function>
+constexpr unsigned StackOf = stackOf(Function{nullptr});
+#endif
+
 } // namespace
 
 class tst_VirtualAdapterLibrary : public QObject
@@ -100,6 +133,10 @@ private slots:
     static void classicBuildWorks();
     static void unsupportedEntriesAnswerZero();
     static void exportsNothingElse();
+#if defined(Q_PROCESSOR_X86_32)
+    static void entriesFreeTheirArguments_data();
+    static void entriesFreeTheirArguments();
+#endif
     static void hasTheNameTheProgramLoads();
     static void builtInTrafficArrives();
     static void builtInCanFdTrafficArrives();
@@ -184,6 +221,56 @@ void tst_VirtualAdapterLibrary::exportsNothingElse()
     QVERIFY(library.resolve("_ZN2va13builtInConfigEv") == nullptr); // a function of the core
     QVERIFY(library.unload());
 }
+
+#if defined(Q_PROCESSOR_X86_32)
+/// In the convention of 32-bit Windows' libraries the entry does it, not its caller; elsewhere it is the caller.
+void tst_VirtualAdapterLibrary::entriesFreeTheirArguments_data()
+{
+    using namespace AdapterEntry;
+    QTest::addColumn<unsigned>("bytes");
+    QTest::newRow("VCI_OpenDevice") << StackOf<OpenDevice>;
+    QTest::newRow("VCI_CloseDevice") << StackOf<CloseDevice>;
+    QTest::newRow("VCI_InitCAN") << StackOf<InitCAN>;
+    QTest::newRow("VCI_ReadBoardInfo") << StackOf<Unused>;
+    QTest::newRow("VCI_StartCAN") << StackOf<Channel>;
+    QTest::newRow("VCI_ResetCAN") << StackOf<Channel>;
+    QTest::newRow("VCI_GetReceiveNum") << StackOf<Channel>;
+    QTest::newRow("VCI_ClearBuffer") << StackOf<Channel>;
+    QTest::newRow("VCI_Transmit") << StackOf<Transmit>;
+    QTest::newRow("VCI_Receive") << StackOf<Receive>;
+    QTest::newRow("KQ_OpenCANGateWay") << StackOf<OpenCANGateWay>;
+    QTest::newRow("KQ_SetCANGateWayIDFilter") << StackOf<SetCANGateWayIDFilter>;
+    QTest::newRow("KQ_GetCANGateWayIDFilter") << StackOf<GetCANGateWayIDFilter>;
+    QTest::newRow("KQ_ReadInfo") << StackOf<ReadInfo>;
+    QTest::newRow("KQ_OpenLIN") << StackOf<OpenLIN>;
+    QTest::newRow("KQ_CloseLIN") << StackOf<Channel>;
+    QTest::newRow("KQ_TransmitLIN") << StackOf<TransmitLIN>;
+    QTest::newRow("KQ_ReceiveLIN") << StackOf<ReceiveLIN>;
+    QTest::newRow("KQ_ChangeLINMode") << StackOf<ChangeLINMode>;
+    QTest::newRow("KQ_TransmitLINBySlave") << StackOf<TransmitLIN>;
+    QTest::newRow("KQ_ReceiveLINBySlave") << StackOf<ReceiveLIN>;
+    QTest::newRow("KQ_GetReceiveNumCANFD") << StackOf<Channel>;
+    QTest::newRow("KQ_TransmitCANFD") << StackOf<TransmitCANFD>;
+    QTest::newRow("KQ_ReceiveCANFD") << StackOf<ReceiveCANFD>;
+}
+
+void tst_VirtualAdapterLibrary::entriesFreeTheirArguments()
+{
+    constexpr unsigned MostWords = 8;
+    static_assert(StackOf<AdapterEntry::TransmitLIN> == 24 && StackOf<AdapterEntry::Receive> == 24); // of 32 bytes
+    QFETCH(unsigned, bytes);
+    Library library(WholePath);
+    QVERIFY(library.load());
+    const QFunctionPointer entry = library.resolve(QTest::currentDataTag());
+    QVERIFY(entry != nullptr);
+#if defined(Q_OS_WIN)
+    QCOMPARE(stackFreedBy(entry, MostWords), bytes);
+#else
+    QCOMPARE(stackFreedBy(entry, MostWords), 0U);
+#endif
+    QVERIFY(library.unload());
+}
+#endif
 
 void tst_VirtualAdapterLibrary::hasTheNameTheProgramLoads()
 {

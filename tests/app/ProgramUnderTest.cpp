@@ -110,6 +110,16 @@ void openCAN()
     waitUntil("frames arrive", [] { return tab(0)->findChild<CTableViewCAN *>()->rowCount() > 100; });
 }
 
+void receive()
+{
+    const auto *tabs = in<QTabWidget>(window(), "tabWidget");
+    for (int index = 0; index < tabs->count(); ++index) {
+        const auto *table = tabs->widget(index)->findChild<CTableViewCAN *>();
+        waitUntil("frames arrive on each channel", [table] { return table->rowCount() > 100; });
+    }
+    log(QStringLiteral("receiving on %1 channels").arg(tabs->count()));
+}
+
 void openLIN()
 {
     auto *dialog = paramDialog();
@@ -256,13 +266,21 @@ void readProblem()
 void run()
 {
     static const QMap<QString, void (*)()> steps{
-        {QStringLiteral("openCAN"), openCAN},     {QStringLiteral("openLIN"), openLIN},
-        {QStringLiteral("send"), sendForEver},    {QStringLiteral("list"), sendList},
-        {QStringLiteral("save"), saveInRealTime}, {QStringLiteral("play"), play},
-        {QStringLiteral("scan"), scan},           {QStringLiteral("restart"), restartInEnglish},
-        {QStringLiteral("close"), close},         {QStringLiteral("terminate"), terminate},
-        {QStringLiteral("interrupt"), interrupt}, {QStringLiteral("endSession"), endSession},
-        {QStringLiteral("sources"), tellSources}, {QStringLiteral("wait"), waitForTheTest},
+        {QStringLiteral("openCAN"), openCAN},
+        {QStringLiteral("openLIN"), openLIN},
+        {QStringLiteral("send"), sendForEver},
+        {QStringLiteral("list"), sendList},
+        {QStringLiteral("save"), saveInRealTime},
+        {QStringLiteral("play"), play},
+        {QStringLiteral("scan"), scan},
+        {QStringLiteral("receive"), receive},
+        {QStringLiteral("restart"), restartInEnglish},
+        {QStringLiteral("close"), close},
+        {QStringLiteral("terminate"), terminate},
+        {QStringLiteral("interrupt"), interrupt},
+        {QStringLiteral("endSession"), endSession},
+        {QStringLiteral("sources"), tellSources},
+        {QStringLiteral("wait"), waitForTheTest},
 #ifndef Q_OS_WIN
         {QStringLiteral("hangUp"), hangUp},
 #endif

@@ -21,14 +21,14 @@ private slots:
 };
 
 namespace {
-/// A library for the other word size: an ELF header of 64 bytes with class 32 bit, or a PE file for i386.
+/// A library for the other word size: an ELF header of 64 bytes with class 32 bit, or a PE file for i386 or x86-64.
 QByteArray foreignLibrary()
 {
 #ifdef Q_OS_WIN
     QByteArray file(256, '\0');
     file.replace(0, 2, "MZ");
     file[0x3C] = '\x80';
-    file.replace(0x80, 6, QByteArray("PE\0\0\x4C\x01", 6));
+    file.replace(0x80, 6, QT_POINTER_SIZE == 8 ? QByteArray("PE\0\0\x4C\x01", 6) : QByteArray("PE\0\0\x64\x86", 6));
 #else
     QByteArray file(64, '\0');
     file.replace(0, 7,

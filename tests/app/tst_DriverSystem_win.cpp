@@ -34,6 +34,10 @@ private:
 
 namespace {
 const QString UsbDevices = QStringLiteral("HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Enum\\USB");
+/// For the Windows that this is, and for the other one. A 32-bit program runs on both.
+const bool Is64Bit = QFileInfo(QStringLiteral("C:\\Windows\\SysWOW64")).isDir();
+const char *const Installer = Is64Bit ? "Driver/x64/Driver64.exe" : "Driver/x86/Driver.exe";
+const char *const OtherInstaller = Is64Bit ? "Driver/x86/Driver.exe" : "Driver/x64/Driver64.exe";
 const QString InMigration = QStringLiteral("VID_A5A5&PID_2560");
 
 /// What Windows writes when a device is plugged in for the first time: a key of the device's kind, and one for each
@@ -58,7 +62,7 @@ QString tst_DriverSystem::programFile(const char *name)
 void tst_DriverSystem::initTestCase()
 {
     QVERIFY2(!QFile::exists(programFile("Driver")), "is in the way");
-    QVERIFY(QFileInfo(QStringLiteral("C:\\Windows\\SysWOW64")).isDir()); // as on every 64-bit Windows
+    QVERIFY(Is64Bit || QT_POINTER_SIZE == 4); // a 64-bit program runs on 64-bit Windows only
 }
 
 void tst_DriverSystem::init()
@@ -80,7 +84,7 @@ void tst_DriverSystem::cleanup()
 void tst_DriverSystem::installsCertificateAndDriver()
 {
     const QString tool = programFile("Driver/Q2/certmgr.exe");
-    const QString installer = workingFile("Driver/x64/Driver64.exe");
+    const QString installer = workingFile(Installer);
     QVERIFY(makeCommandRecorder(tool) && makeCommandRecorder(installer));
     QVERIFY(installDriver());
     QCOMPARE(recordedArguments(tool),
@@ -94,7 +98,7 @@ void tst_DriverSystem::installsCertificateAndDriver()
 
 void tst_DriverSystem::installsWithoutTheCertificateTool()
 {
-    const QString installer = workingFile("Driver/x64/Driver64.exe");
+    const QString installer = workingFile(Installer);
     QVERIFY(makeCommandRecorder(installer));
     QVERIFY(installDriver());
     QTRY_COMPARE(recordedArguments(installer).size(), 3);
@@ -102,7 +106,7 @@ void tst_DriverSystem::installsWithoutTheCertificateTool()
 
 void tst_DriverSystem::installsNothingWithoutItsInstaller()
 {
-    QVERIFY(makeCommandRecorder(workingFile("Driver/x86/Driver.exe"))); // for 32-bit Windows
+    QVERIFY(makeCommandRecorder(workingFile(OtherInstaller)));
     QVERIFY(!installDriver());
     QVERIFY(!installMigrationDriver());
 }
@@ -110,7 +114,7 @@ void tst_DriverSystem::installsNothingWithoutItsInstaller()
 void tst_DriverSystem::installsTheMigrationDriver()
 {
     const QString tool = programFile("Driver/Q2/certmgr.exe");
-    const QString installer = workingFile("Driver/x64/Driver64.exe");
+    const QString installer = workingFile(Installer);
     QVERIFY(makeCommandRecorder(tool) && makeCommandRecorder(installer));
     QVERIFY(installMigrationDriver());
     QTRY_COMPARE(recordedArguments(installer),

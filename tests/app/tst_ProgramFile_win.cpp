@@ -287,7 +287,7 @@ void tst_ProgramFile::subsystem()
     const QByteArray head = file.read(4096);
     const int pe = int(doubleWord(head, 0x3C));
     QCOMPARE(head.mid(pe, 4), QByteArray("PE\0\0", 4));
-    QCOMPARE(word(head, pe + 4), quint16(IMAGE_FILE_MACHINE_AMD64));
+    QCOMPARE(word(head, pe + 4), quint16(QT_POINTER_SIZE == 8 ? IMAGE_FILE_MACHINE_AMD64 : IMAGE_FILE_MACHINE_I386));
     QCOMPARE(word(head, pe + 24 + 68), quint16(IMAGE_SUBSYSTEM_WINDOWS_GUI));
 }
 

@@ -18,7 +18,7 @@ private slots:
     void presentInAFolderOfAnyName();
     void missing();
     void notTakenFromElsewhere();
-    void libraryOf32Bit();
+    void libraryOfTheOtherKind();
     void withoutCANFDEntries();
     void withoutALibraryThatItNeeds();
     void replacedByTheRightOne();
@@ -33,7 +33,7 @@ private:
 
 namespace {
 const QString WholeAdapter = QStringLiteral(X9_VIRTUAL_ADAPTER);
-const QString Adapter32Bit = QStringLiteral(X9_ADAPTER_32BIT);
+const QString AdapterOfTheOtherKind = QStringLiteral(X9_ADAPTER_OTHER_KIND);
 const QString LibraryName = QStringLiteral("ControlCAN.dll");
 } // namespace
 
@@ -103,9 +103,9 @@ void tst_AdapterLibrary::notTakenFromElsewhere()
     QCOMPARE(own, AdapterLibraryState::EntriesMissing); // and not the whole one
 }
 
-void tst_AdapterLibrary::libraryOf32Bit()
+void tst_AdapterLibrary::libraryOfTheOtherKind()
 {
-    put(Adapter32Bit);
+    put(AdapterOfTheOtherKind);
     const CANAPI api(CANAPI::defaultLibraryPath());
     QCOMPARE(api.state(), AdapterLibraryState::WrongArchitecture);
     QVERIFY(!api.systemMessage().isEmpty());
@@ -135,7 +135,7 @@ void tst_AdapterLibrary::withoutALibraryThatItNeeds()
 
 void tst_AdapterLibrary::replacedByTheRightOne()
 {
-    put(Adapter32Bit);
+    put(AdapterOfTheOtherKind);
     QCOMPARE(CANAPI(CANAPI::defaultLibraryPath()).state(), AdapterLibraryState::WrongArchitecture);
     put(WholeAdapter);
     QCOMPARE(CANAPI(CANAPI::defaultLibraryPath()).state(), AdapterLibraryState::Loaded);

@@ -40,6 +40,22 @@ bool isZeroed(const Frame &frame)
 
 enum class Sign { None, InCan, InCanFD, Elsewhere }; ///< of life
 
+namespace FailingReceive {
+VCI_CAN_OBJ *written = nullptr;
+int calls = 0;
+
+/// Writes over the records and fails the first time, leaves them alone and succeeds from then on.
+quint32 X9_ADAPTER_CALL receive(quint32, quint8, quint8, VCI_CAN_OBJ *frames, quint32 capacity, qint32)
+{
+    if (++calls == 1) {
+        written = frames;
+        std::fill_n(reinterpret_cast<char *>(frames), capacity * sizeof *frames, '\x7F');
+        return AdapterReceiveError;
+    }
+    return capacity;
+}
+} // namespace FailingReceive
+
 } // namespace
 
 Q_DECLARE_METATYPE(Sign)
@@ -286,20 +302,12 @@ void tst_CANReadHandle::recordsLeftFromAFailedReceiveAreZeroed()
 {
     QSignalSpy batches(m_reader.get(), &CANReadHandle::sig_readResultCallback);
     m_reader->setFlagCAN(0, true);
-    static VCI_CAN_OBJ *written = nullptr;
-    static int receives = 0;
-    receives = 0;
-    m_api->VCI_Receive = [](quint32, quint8, quint8, VCI_CAN_OBJ *frames, quint32 capacity, qint32) -> quint32 {
-        if (++receives == 1) {
-            written = frames;
-            std::fill_n(reinterpret_cast<char *>(frames), capacity * sizeof *frames, '\x7F');
-            return AdapterReceiveError;
-        }
-        return capacity;
-    };
+    FailingReceive::calls = 0;
+    FailingReceive::written = nullptr;
+    m_api->VCI_Receive = FailingReceive::receive;
     m_adapter->announce(false, 0, 3, 3);
     run("VCI_GetReceiveNum", 2);
-    QVERIFY(written != nullptr);
+    QVERIFY(FailingReceive::written != nullptr);
     QCOMPARE(batches.count(), 1);
     for (const VCI_CAN_OBJ &frame : batches[0][2].value<Frames>()) {
         QVERIFY(isZeroed(frame));

@@ -1,19 +1,23 @@
 #!/usr/bin/env bash
-# tools/windows/build-qt.sh [--keep]   Builds Qt 5.15 (base) for 64-bit Windows with MinGW-w64 from Debian's source
-# package and puts it into build/qt-windows, where tools/windows/build.sh looks first. Takes about 40 minutes on two
-# cores and 1.1 GB of disk. Does nothing where build/qt-windows is there; goes on where an interrupted run stopped. What
-# the build writes is in build/qt-windows.log. --keep leaves the sources and the build, build/qt-windows.work, in place.
+# tools/windows/build-qt.sh [--32] [--keep]   Builds Qt 5.15 (base) for 64-bit Windows with MinGW-w64 from Debian's source
+# package and puts it into build/qt-windows, where tools/windows/build.sh looks first; with --32 for 32-bit Windows, into
+# build/qt-windows32. Takes about 40 minutes on two cores and 1.1 GB of disk. Does nothing where the folder is there; goes on
+# where an interrupted run stopped. What the build writes is in build/qt-windows.log or build/qt-windows32.log. --keep leaves
+# the sources and the build, build/qt-windows.work or build/qt-windows32.work, in place.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
-keep=
-case ${1:-} in
-  '') ;;
-  --keep) keep=yes ;;
-  *) sed -n '2,5s/^# //p' "$0" >&2; exit 2 ;;
-esac
+keep=""
+name=qt-windows triplet=x86_64-w64-mingw32
+for argument in "$@"; do
+  case $argument in
+    --32) name=qt-windows32 triplet=i686-w64-mingw32 ;;
+    --keep) keep=yes ;;
+    *) sed -n '2,6s/^# //p' "$0" >&2; exit 2 ;;
+  esac
+done
 
-result=$PWD/build/qt-windows
+result=$PWD/build/$name
 work=$result.work
 log=$result.log
 installed=$work/install$result
@@ -107,10 +111,10 @@ name_compilers() {
   local compiler named
   mkdir -p "$work/bin"
   for compiler in gcc g++; do
-    named=$work/bin/x86_64-w64-mingw32-$compiler
+    named=$work/bin/$triplet-$compiler
     cat >"$named" <<END
 #!/bin/sh
-exec $(command -v "x86_64-w64-mingw32-$compiler-posix") '-ffile-prefix-map=$work=qt' "\$@"
+exec $(command -v "$triplet-$compiler-posix") '-ffile-prefix-map=$work=qt' "\$@"
 END
     chmod +x "$named"
   done
@@ -123,7 +127,7 @@ configure() {
   cd "$work/build"
   ../source/configure -opensource -confirm-license -release -shared \
     -prefix /qt -extprefix "$result" -hostprefix "$result" \
-    -platform linux-g++ -xplatform win32-g++ -device-option CROSS_COMPILE=x86_64-w64-mingw32- \
+    -platform linux-g++ -xplatform win32-g++ -device-option "CROSS_COMPILE=$triplet-" \
     -nomake examples -nomake tests -nomake tools -no-pch \
     -no-opengl -no-feature-vulkan -no-dbus -no-icu -no-openssl -schannel \
     -qt-zlib -qt-libpng -qt-libjpeg -qt-freetype -qt-pcre -qt-harfbuzz \
@@ -157,7 +161,7 @@ check_result() {
 }
 
 # An earlier run's work is of use where it was made in the same way.
-recipe="$result $(declare -f fetch unpack adapt_tablet_header adapt_library_names name_compilers configure)"
+recipe="$result $triplet $(declare -f fetch unpack adapt_tablet_header adapt_library_names name_compilers configure)"
 export PATH=$work/bin:$PATH
 if [[ ! -e $work/recipe || $(<"$work/recipe") != "$recipe" ]]; then
   rm -rf "$work"

@@ -1,30 +1,32 @@
 #!/usr/bin/env bash
-# tools/windows/build.sh [TARGET...]   Builds the Windows program, the virtual adapter's DLL and all tests with
-# MinGW-w64 into build/windows; warnings are errors. Qt for Windows comes from build/qt-windows, where
-# tools/windows/build-qt.sh puts it, or from an archive of that folder: $X9_QT_WINDOWS_ARCHIVE, or
-# ../shared/qt5-windows.tar.xz beside this folder. Ends with 3 where there is neither.
+# tools/windows/build.sh [--32] [TARGET...]   Builds the Windows program, the virtual adapter's DLL and all tests with
+# MinGW-w64 into build/windows, with --32 those of the 32-bit program into build/windows32; warnings are errors. Of the other
+# of the two the virtual adapter alone is built: the tests see what a library of the wrong kind does. Qt for Windows comes
+# from build/qt-windows, where tools/windows/build-qt.sh puts it, or from an archive of that folder:
+# $X9_QT_WINDOWS_ARCHIVE, or ../shared/qt5-windows.tar.xz beside this folder. For 32 bits it is build/qt-windows32,
+# $X9_QT_WINDOWS32_ARCHIVE, ../shared/qt5-windows32.tar.xz. Ends with 3 where there is neither.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
-tools/install-packages.sh build windows
-libraries=$PWD/build/windows-libraries
-archive=${X9_QT_WINDOWS_ARCHIVE:-../shared/qt5-windows.tar.xz}
-
-if [[ -d build/qt-windows ]]; then
-  qt=build/qt-windows
-elif [[ -f $archive ]]; then
-  qt=$archive
-elif [[ -e $libraries ]]; then
-  qt=
-else
-  echo "windows/build: no Qt for Windows: neither build/qt-windows nor $archive is there." >&2
-  echo "tools/windows/build-qt.sh builds it, which takes about 40 minutes." >&2
-  exit 3
+source tools/windows/qt.sh
+preset=windows other=windows32
+if [[ ${1:-} == --32 ]]; then
+  preset=windows32 other=windows
+  shift
 fi
 
-# The libraries are laid out anew where they come from another Qt. They appear under their name only when complete, and
-# with today's times: the build compiles again what uses them.
-if [[ -n $qt && $(stat -c '%n %Y' "$qt") != "$(cat "$libraries/source" 2>/dev/null)" ]]; then
+tools/install-packages.sh build windows
+
+# lay_out_libraries PRESET   The libraries that it is built with, in build/PRESET-libraries. They are laid out anew where they
+# come from another Qt. They appear under their name only when complete, and with today's times: the build compiles again what
+# uses them. Fails where there is no Qt.
+lay_out_libraries() {
+  local libraries=$PWD/build/$1-libraries qt
+  if ! qt=$(qt_source "$1"); then
+    [[ -e $libraries ]]
+    return
+  fi
+  [[ $(stat -c '%n %Y' "$qt") != "$(cat "$libraries/source" 2>/dev/null)" ]] || return 0
   rm -rf "$libraries.new"
   mkdir -p "$libraries.new"
   if [[ -d $qt ]]; then
@@ -43,9 +45,25 @@ if [[ -n $qt && $(stat -c '%n %Y' "$qt") != "$(cat "$libraries/source" 2>/dev/nu
   stat -c '%n %Y' "$qt" >"$libraries.new/source"
   rm -rf "$libraries"
   mv "$libraries.new" "$libraries"
+}
+
+if ! lay_out_libraries "$preset"; then
+  echo "windows/build: no Qt for $preset: neither build/qt-$preset nor $(qt_archive "$preset") is there." >&2
+  echo "tools/windows/build-qt.sh builds it, which takes about 40 minutes." >&2
+  exit 3
 fi
 
-cmake --preset windows32 >/dev/null
-cmake --build --preset windows32 -j "$(nproc)"
-cmake --preset windows >/dev/null
-cmake --build --preset windows -j "$(nproc)" "${@/#/--target=}"
+# configure PRESET LIBRARIES ADAPTER_ONLY
+configure() {
+  cmake --preset "$1" "-DX9_WINDOWS_LIBRARIES=$PWD/build/$2-libraries" "-DX9_ADAPTER_ONLY=$3" >/dev/null
+}
+
+# The virtual adapter needs no Qt, and so none of its own kind.
+if lay_out_libraries "$other"; then
+  configure "$other" "$other" OFF
+else
+  configure "$other" "$preset" ON
+fi
+cmake --build --preset "$other" -j "$(nproc)" --target ControlCAN
+configure "$preset" "$preset" OFF
+cmake --build --preset "$preset" -j "$(nproc)" "${@/#/--target=}"

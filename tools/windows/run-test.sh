@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# tools/windows/run-test.sh PROGRAM [ARGUMENT...]   Runs a program of build/windows under Wine, as CTest does with each
-# test; ends with its exit code. A Qt Test program prints nothing there, so what it writes to a file is printed. In the
-# environment that tools/windows/test.sh makes, on the screen that CTest gives it, without one on the first.
+# tools/windows/run-test.sh PROGRAM [ARGUMENT...]   Runs a program of build/windows or build/windows32 under Wine, as CTest
+# does with each test; ends with its exit code. A Qt Test program prints nothing there, so what it writes to a file is printed.
+# In the environment that tools/windows/test.sh makes, on the screen that CTest gives it, without one on the first.
 set -uo pipefail
 program=$1
 shift

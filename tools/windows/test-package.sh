@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
-# tools/windows/test-package.sh   Builds and packs the Windows program, checks what the portable ZIP and the installer
-# hold, and tries both under Wine on a virtual screen: starts the unpacked program, installs for the user and for all
-# users, replaces an older version, uninstalls. Ends with 3 where Qt for Windows is not at hand.
+# tools/windows/test-package.sh [--32]   Builds and packs the Windows program, checks what the portable ZIP and the
+# installer hold, and tries both under Wine on a virtual screen: starts the unpacked program and works with it, installs for
+# the user and for all users, replaces an older version, uninstalls; packs once more, signed. --32 does so with the 32-bit
+# program, in an i386 system (tools/windows/wine32.sh); where there can be none it checks the packages, starts nothing, and says
+# so loudly. Ends with 3 where Qt for Windows is not at hand.
 set -Eeuo pipefail
 cd "$(dirname "$0")/../.."
 root=$PWD
@@ -10,16 +12,36 @@ fail() { echo "windows/test-package: $*" >&2; exit 1; }
 trap 'echo "windows/test-package: line $LINENO ended with $?: $BASH_COMMAND" >&2' ERR
 step() { echo "== $*"; }
 
+arguments=("$@")
+preset=windows bits=64 triplet=x86_64-w64-mingw32 exceptions=libgcc_s_seh-1 format=pei-x86-64 of_wine=x86_64 options=()
+marks=(HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT)
+if [[ ${1:-} == --32 ]]; then
+  preset=windows32 bits=32 triplet=i686-w64-mingw32 exceptions=libgcc_s_dw2-1 format=pei-i386 of_wine=i386 options=(--32)
+  marks=(DYNAMIC_BASE NX_COMPAT)
+fi
+
 # Everything that Wine starts, its server too, needs the same screen: the script runs itself inside one.
 if [[ -z ${X9_WINE_SCREEN:-} ]]; then
   tools/install-packages.sh build run windows wine windows-package
-  exec env X9_WINE_SCREEN=yes xvfb-run -a -s "-screen 0 1280x900x24 -dpi 96" "$0" "$@"
+  inside=() where=yes
+  if ((bits == 32)); then
+    code=0
+    tools/windows/wine32.sh true || code=$?
+    case $code in
+      0) inside=(tools/windows/wine32.sh) ;;
+      3) where=nowhere ;;
+      *) exit "$code" ;;
+    esac
+  fi
+  exec "${inside[@]}" env "X9_WINE_SCREEN=$where" xvfb-run -a -s "-screen 0 1280x900x24 -dpi 96" \
+    tools/windows/test-package.sh "${arguments[@]}"
 fi
 
 source tools/windows/wine.sh
+source tools/loudly.sh
 work=$(mktemp -d)
 # Names that are not ASCII, in the console's encoding, and an environment that knows nothing of the build.
-wine=(env -i "PATH=/usr/bin:/bin" "HOME=$work/home" "DISPLAY=$DISPLAY" "XAUTHORITY=${XAUTHORITY:-}" LC_ALL=C.UTF-8
+wine=(env -i "PATH=${X9_WINE_ROOT:+$X9_WINE_ROOT/x9-commands:}/usr/bin:/bin" "HOME=$work/home" "DISPLAY=$DISPLAY" "XAUTHORITY=${XAUTHORITY:-}" LC_ALL=C.UTF-8
       "WINEPREFIX=$work/wine" WINEDEBUG=-all WINEDLLOVERRIDES=winemenubuilder.exe=d)
 clean_up() {
   "${wine[@]}" wineserver --kill || true
@@ -32,10 +54,10 @@ trap 'exit 143' TERM HUP
 # --- the packages
 
 step "building and packing"
-tools/windows/build.sh X9CAN ControlCAN >"$work/log" 2>&1 || { code=$?; tail -50 "$work/log" >&2; exit $code; }
+tools/windows/build.sh "${options[@]}" X9CAN ControlCAN x9_program_under_test >"$work/log" 2>&1 || { code=$?; tail -50 "$work/log" >&2; exit $code; }
 pack() { # pack <folder> [<argument of cpack>...]
   # Loose permissions and the time zone of the one who builds must not get into the packages.
-  (umask 077 && TZ=Asia/Shanghai cpack --config build/windows/CPackConfig.cmake -B "$@") >"$work/log" 2>&1 ||
+  (umask 077 && TZ=Asia/Shanghai cpack --config "build/$preset/CPackConfig.cmake" -B "$@") >"$work/log" 2>&1 ||
     { cat "$work/log" >&2; fail "cpack failed"; }
 }
 pack "$work/first"
@@ -43,11 +65,11 @@ pack "$work/second"
 for name in .zip -setup.exe; do
   cmp "$work/first/"*"$name" "$work/second/"*"$name" || fail "packing twice does not give the same package"
 done
-zip=$(echo "$work/first/"X9CAN-*-windows-x64.zip)
-setup=$(echo "$work/first/"X9CAN-*-windows-x64-setup.exe)
+zip=$(echo "$work/first/"X9CAN-*"-windows-${bits}bit.zip")
+setup=$(echo "$work/first/"X9CAN-*"-windows-${bits}bit-setup.exe")
 name=$(basename "$zip" .zip)
 version=${name#X9CAN-}
-version=${version%-windows-x64}
+version=${version%-windows-*}
 # What an older version would be: another number, and a file that is gone now.
 mkdir -p "$work/retired/plugins/retired"
 touch "$work/retired/plugins/retired/retired.dll"
@@ -55,16 +77,21 @@ pack "$work/older" -G NSIS -D CPACK_PACKAGE_VERSION=1.0.0 -D "CPACK_INSTALLED_DI
 older=$(echo "$work/older/"*-setup.exe)
 
 step "what is in the ZIP"
+# As a user may have it: Chinese letters, blanks, and the longest path that Windows takes, 259 characters with the drive.
 place="$work/测试 文件夹"
-mkdir "$place"
+longest=$(unzip -Z1 "$zip" | awk 'length > longest { longest = length } END { print longest }')
+room=$((259 - 2 - $(printf '%s//' "$place" | LC_ALL=C.UTF-8 wc -m) - longest))
+((room > 50 && room < 200)) || fail "there is room for $room characters"
+place+=/$(printf 'a long path %.0s' {1..20} | cut -c "1-$((room - 1))")x
+mkdir -p "$place"
 unzip -q "$zip" -d "$place"
 folder=$place/$name
 [[ $(ls "$place") == "$name" ]] || fail "the ZIP does not unpack to one folder"
 (cd "$folder" && find . ! -type d -printf '%P\n' | sort) >"$work/paths"
-unexpected=$(grep -vxE "$(paste -sd'|' <<'END'
+unexpected=$(grep -vxE "$(paste -sd'|' <<END
 X9CAN\.exe
 X9CAN demo\.cmd
-(Qt5(Core|Gui|Network|Widgets)|libgcc_s_seh-1|libstdc\+\+-6|libwinpthread-1)\.dll
+(Qt5(Core|Gui|Network|Widgets)|$exceptions|libstdc\+\+-6|libwinpthread-1)\.dll
 qt\.conf
 plugins/(platforms/qwindows|imageformats/qico)\.dll
 translations/qtbase_zh_CN\.qm
@@ -76,15 +103,22 @@ doc/screenshots/[a-z-]+\.png
 END
 )" "$work/paths") || (($? == 1)) # 2: grep itself failed
 [[ -z $unexpected ]] || fail "files outside the layout:"$'\n'"$unexpected"
+while read -r binary; do
+  [[ $("$triplet-objdump" -f "$folder/$binary" 2>&1) == *"file format $format"* ]] ||
+    fail "$binary is not for $bits-bit programs"
+done < <(grep -E '\.(exe|dll)$' "$work/paths")
 for binary in X9CAN.exe virtual-adapter/ControlCAN.dll; do
-  x86_64-w64-mingw32-objdump -p "$folder/$binary" >"$work/pe"
-  for mark in HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT; do
+  "$triplet-objdump" -p "$folder/$binary" >"$work/pe"
+  for mark in "${marks[@]}"; do
     grep -qw "$mark" "$work/pe" || fail "$binary was built without $mark"
   done
   # Wine cannot show what it is for: no DLL is taken from the working directory by its name alone.
   [[ $binary != X9CAN.exe ]] || grep -qw SetDllDirectoryW "$work/pe" || fail "$binary looks for DLLs where it is started"
   grep -qF 'stack smashing detected' "$folder/$binary" || fail "$binary was built without a guard of its stack"
 done
+# On 64-bit Windows a 32-bit program may have 4 GB of memory instead of 2.
+"$triplet-objdump" -p "$folder/X9CAN.exe" >"$work/pe"
+grep -qw 'large address aware' "$work/pe" || fail "X9CAN.exe leaves half of the memory alone"
 for path in X9CAN.exe "X9CAN demo.cmd" qt.conf plugins/platforms/qwindows.dll plugins/imageformats/qico.dll \
             translations/qtbase_zh_CN.qm virtual-adapter/ControlCAN.dll \
             virtual-adapter/example.virtual-adapter.json doc/guide.html doc/guide.zh.html doc/formats.html \
@@ -101,11 +135,11 @@ done < <(grep -ohE 'src="[^"]+"' "$folder"/doc/*.html | sed 's/src="//; s/"$//' 
 windows_has=" advapi32 bcrypt crypt32 d3d11 dnsapi dwmapi dxgi gdi32 imm32 iphlpapi kernel32 mpr msvcrt netapi32 ole32
  oleaut32 secur32 shell32 user32 userenv uxtheme version winmm ws2_32 wtsapi32 "
 while read -r binary; do
-  x86_64-w64-mingw32-objdump -h "$folder/$binary" >"$work/sections"
+  "$triplet-objdump" -h "$folder/$binary" >"$work/sections"
   ! grep -E '\.(debug|stab|gnu_debug)' "$work/sections" || fail "$binary has debug information"
-  x86_64-w64-mingw32-objdump -t "$folder/$binary" >"$work/symbols"
+  "$triplet-objdump" -t "$folder/$binary" >"$work/symbols"
   grep -q 'no symbols' "$work/symbols" || fail "$binary is not stripped"
-  x86_64-w64-mingw32-objdump -p "$folder/$binary" >"$work/tables"
+  "$triplet-objdump" -p "$folder/$binary" >"$work/tables"
   while read -r import; do
     base=${import%.*}
     [[ -e $folder/$import || $windows_has == *[[:space:]]${base,,}[[:space:]]* ]] ||
@@ -114,6 +148,12 @@ while read -r binary; do
 done < <(grep -E '\.(exe|dll)$' "$work/paths")
 
 # --- under Wine
+
+if [[ $X9_WINE_SCREEN == nowhere ]]; then
+  loudly "THE 32-BIT PACKAGES WERE CHECKED, BUT NOTHING IN THEM WAS STARTED OR INSTALLED:" \
+    "there is no i386 system on this machine; docs/windows.md tells more."
+  exit 0
+fi
 
 step "Wine"
 mkdir "$work/home"
@@ -153,12 +193,15 @@ start() { # start <program folder> <working folder> <command>...: the program is
   [[ -n $program ]] || { cat "$work/output" >&2; fail "$* starts no program"; }
   windows show "$program" >"$work/title" || { cat "$work/output" >&2; fail "$* shows no window"; }
   grep -qxF "X9CAN V$version" "$work/title" || fail "the window is called $(<"$work/title")"
-  [[ $(readlink "/proc/$program/cwd") == "$where" ]] || fail "$* starts it in $(readlink "/proc/$program/cwd")"
+  # Within the i386 system, folders are where the system sees them.
+  local cwd
+  cwd=$(readlink "/proc/$program/cwd")
+  [[ ${cwd#"${X9_WINE_ROOT:-}"} == "$where" ]] || fail "$* starts it in $cwd"
   local loaded expected
   # Everything that is no part of Wine.
-  loaded=$(sed -n 's|^[^/]* /|/|p' "/proc/$program/maps" | sort -u |
-           grep -iE '\.(dll|exe)$' | grep -v '/wine/x86_64-' | grep -v "^$drive/windows/") || true
-  expected=$(printf "$at/%s\n" X9CAN.exe Qt5{Core,Gui,Network,Widgets}.dll libgcc_s_seh-1.dll libstdc++-6.dll \
+  loaded=$(sed -n 's|^[^/]* /|/|p' "/proc/$program/maps" | sed "s|^${X9_WINE_ROOT:-}/|/|" | sort -u |
+           grep -iE '\.(dll|exe)$' | grep -v "/wine/$of_wine-" | grep -v "^$drive/windows/") || true
+  expected=$(printf "$at/%s\n" X9CAN.exe Qt5{Core,Gui,Network,Widgets}.dll "$exceptions.dll" libstdc++-6.dll \
                                   libwinpthread-1.dll plugins/platforms/qwindows.dll plugins/imageformats/qico.dll
              [[ ! -e $where/ControlCAN.dll ]] || echo "$where/ControlCAN.dll")
   diff <(sort <<<"$expected") <(sort <<<"$loaded") || fail "these files should be loaded (<), these are (>)"
@@ -173,7 +216,7 @@ close() { # close: in the normal way
 program=
 starter=
 
-step "the unpacked program, in a folder with Chinese characters and blanks"
+step "the unpacked program, in a folder with Chinese letters, blanks and a long path"
 cd "$folder"
 start "$folder" "$folder" wine X9CAN.exe
 close
@@ -183,6 +226,31 @@ close
 cd "$root"
 diff "$work/paths" <(cd "$folder" && find . ! -type d -printf '%P\n' | sort) ||
   fail "something was written to the folder"
+
+step "the unpacked program at work"
+# The program with a script in it, as the tests have it, in the package's folder and with the package's libraries.
+session="$work/session"
+cp -r "$folder" "$session"
+cp "build/$preset/tests/program/x9_program_under_test.exe" "build/$preset-libraries/bin/Qt5Test.dll" "$session"
+cd "$session/virtual-adapter"
+"${wine[@]}" X9_STEPS=openCAN,receive,save,wait,close "X9_LOG=$(windows_path "$session/log")" \
+  "X9_REAL_TIME=$(windows_path "$session/报文.csv")" wine ../x9_program_under_test.exe >"$work/output" 2>&1 &
+starter=$!
+saved=0
+for ((tries = 0; tries < 600 && saved < 200; ++tries)); do
+  [[ ! -e $session/报文.csv ]] || saved=$(wc -l <"$session/报文.csv")
+  kill -0 "$starter" 2>/dev/null || break
+  sleep 0.1
+done
+touch go
+wait "$starter" || { cat "$work/output" "$session/log" >&2; fail "the program under test ends with $?"; }
+cd "$root"
+sed -i 's/\r$//' "$session/log"
+((saved >= 200)) || { cat "$session/log" >&2; fail "$saved lines are saved"; }
+grep -qx 'receiving on 2 channels' "$session/log" || { cat "$session/log" >&2; fail "frames do not arrive on both channels"; }
+grep -qE '^closing with [0-9]{3,} rows' "$session/log" || { cat "$session/log" >&2; fail "the program did not close"; }
+starter=
+rm -r "$session"
 
 # --- the installer
 
@@ -201,7 +269,7 @@ run_setup() { # run_setup <expected code> <program> <argument>...
 check_registry() { # check_registry <root> <folder> <version>
   local at pair
   at=$(wine_path "$2")
-  for pair in "DisplayName=X9CAN" "DisplayVersion=$3" "Publisher=X9CAN developers" "DisplayIcon=$at\\X9CAN.exe" \
+  for pair in "DisplayName=X9CAN ($bits-bit)" "DisplayVersion=$3" "Publisher=X9CAN developers" "DisplayIcon=$at\\X9CAN.exe" \
               "InstallLocation=$at" "UninstallString=\"$at\\Uninstall.exe\"" \
               "QuietUninstallString=\"$at\\Uninstall.exe\" /S" NoModify=0x1 NoRepair=0x1; do
     [[ $(registry "$1" "${pair%%=*}") == "${pair#*=}" ]] ||
@@ -323,5 +391,39 @@ uninstall HKLM "$installed"
 rmdir "$drive/工具"
 [[ ! -e $all_menu/X9CAN ]] || fail "shortcuts stay"
 [[ -z $(left) ]] || fail "left behind:"$'\n'"$(left)"
+
+# --- signatures
+
+step "signed packages"
+mkdir "$work/publisher" "$work/signed-zip"
+openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj "/CN=X9CAN test" -addext extendedKeyUsage=codeSigning \
+  -keyout "$work/publisher/key.pem" -out "$work/publisher/certificate.pem" 2>"$work/log" ||
+  { cat "$work/log" >&2; fail "no certificate"; }
+is_signed() { # is_signed <file>: by that publisher, and unchanged since
+  osslsigncode verify -CAfile "$work/publisher/certificate.pem" -in "$1" >"$work/log" 2>&1
+}
+sign() { tools/windows/sign.sh "$@" >"$work/log" 2>&1; }
+cp "$folder/X9CAN.exe" "$work/publisher/X9CAN.exe"
+! is_signed "$work/publisher/X9CAN.exe" || fail "a program without a signature passes for signed"
+! sign "$work/publisher/X9CAN.exe" || fail "something is signed without a certificate"
+! sign --certificate "$work/publisher/certificate.pem" "$work/publisher/X9CAN.exe" || fail "something is signed without a key"
+cmp "$folder/X9CAN.exe" "$work/publisher/X9CAN.exe" || fail "what cannot be signed is changed"
+sign --certificate "$work/publisher/certificate.pem" --key "$work/publisher/key.pem" "$work/publisher/X9CAN.exe"
+is_signed "$work/publisher/X9CAN.exe" || { cat "$work/log" >&2; fail "a signed program does not pass"; }
+printf x | dd of="$work/publisher/X9CAN.exe" bs=1 seek=4096 conv=notrunc status=none
+! is_signed "$work/publisher/X9CAN.exe" || fail "a signed program that was changed passes"
+
+X9_SIGN_CERTIFICATE=$work/publisher/certificate.pem X9_SIGN_KEY=$work/publisher/key.pem pack "$work/signed"
+unzip -q "$work/signed/$name.zip" -d "$work/signed-zip"
+installed="$drive/Program Files/X9CAN"
+run_setup 0 "$work/signed/$name-setup.exe" /S /AllUsers
+while read -r binary; do
+  # Signed once for each package, and so with different times.
+  is_signed "$work/signed-zip/$name/$binary" || fail "$binary in the ZIP is not signed"
+  is_signed "$installed/$binary" || fail "the installed $binary is not signed"
+done < <(grep -E '\.(exe|dll)$' "$work/paths")
+is_signed "$work/signed/$name-setup.exe" || fail "the installer is not signed"
+is_signed "$installed/Uninstall.exe" || fail "the uninstaller is not signed"
+uninstall HKLM "$installed"
 
 echo "The packages are good: $(basename "$zip"), $(basename "$setup")"

@@ -18,18 +18,23 @@ set_up_windows() {
   return 1
 }
 
-# make_wine_screens FOLDER COUNT   So many virtual screens, each with a Windows installation of its own: FOLDER/<number>, from
-# 1 on. FOLDER/screens.json tells CTest of them. Programs find the DLLs of Qt and of the compiler.
+# make_wine_screens PRESET COUNT   So many virtual screens, each with a Windows installation of its own, in
+# build/PRESET/screens/<number>, from 1 on. screens.json there tells CTest of them. Programs find the DLLs of Qt and of the
+# compiler.
 make_wine_screens() {
-  folder_of() { dirname "$(realpath "$(x86_64-w64-mingw32-g++-posix -print-file-name="$1")")"; }
-  local libraries=$PWD/build/windows-libraries
-  WINEPATH="$(windows_path "$libraries/bin");$(windows_path "$(folder_of libstdc++-6.dll)")"
-  WINEPATH+=";$(windows_path "$(folder_of libwinpthread-1.dll)")"
-  export WINEPATH
-  export WINEDEBUG=-all
-  X9_SCREENS=$(realpath -m "$1")
+  local compiler=x86_64-w64-mingw32-g++-posix exceptions=libgcc_s_seh-1.dll library
+  [[ $1 != windows32 ]] || compiler=i686-w64-mingw32-g++-posix exceptions=libgcc_s_dw2-1.dll
+  X9_SCREENS=$PWD/build/$1/screens
   export X9_SCREENS
   rm -rf "$X9_SCREENS"
+  # Copies: an i386 system does not see the compiler's folders.
+  mkdir -p "$X9_SCREENS/compiler"
+  for library in libstdc++-6.dll libwinpthread-1.dll "$exceptions"; do
+    cp "$("$compiler" -print-file-name="$library")" "$X9_SCREENS/compiler"
+  done
+  WINEPATH="$(windows_path "$PWD/build/$1-libraries/bin");$(windows_path "$X9_SCREENS/compiler")"
+  export WINEPATH
+  export WINEDEBUG=-all
   choose_fonts
   screen_ids=()
   screen_count=$2
