@@ -5,11 +5,12 @@ cmake_minimum_required(VERSION 3.25)
 set(may_include_widgets "")
 set(may_include_device "")
 set(may_include_capture "device;widgets")
+set(may_include_exchange "capture;device")
 set(may_include_can "capture;device;widgets")
 set(may_include_lin "can;device;widgets")
 set(may_include_app "can;lin;capture;device;widgets")
 set(may_include_adapter "device")
-set(folders widgets device capture can lin app adapter)
+set(folders widgets device capture exchange can lin app adapter)
 
 # Files a folder may take from another one, where only some are allowed.
 set(only_adapter_device "device/AdapterRecords.h")
@@ -17,7 +18,7 @@ set(only_lin_can "can/WidgetDeviceBase.h")
 
 # Qt Core only: the whole of device/, and the part of capture/ that needs no window.
 set(gui_headers "Q(Widget|Dialog|Label|Button|PushButton|Table|Application|Painter|Pixmap|Icon|Font|Standard|Item|Abstract(Item|Scroll|Button)|Style|Main|Message|Line|Combo|Spin|Check|Scroll|Header)[A-Za-z]*")
-set(core_only "device/[^/]*")
+set(core_only "(device|exchange)/[^/]*")
 
 set(failures "")
 foreach(folder IN LISTS folders)

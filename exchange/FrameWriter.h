@@ -1,0 +1,18 @@
+#pragma once
+
+#include "exchange/BusFrame.h"
+
+/// Writes frames as a capture of one kind, in constant memory. What the kind cannot hold it reports to the Findings it
+/// was made with, once for each frame that loses something.
+class FrameWriter
+{
+public:
+    FrameWriter() = default;
+    virtual ~FrameWriter() = default;
+    FrameWriter(const FrameWriter &) = delete;
+    FrameWriter &operator=(const FrameWriter &) = delete;
+
+    virtual void write(const BusFrame *frames, int count) = 0;
+    /// Writes what stands at a capture's end; nothing may be written behind it. The output is not flushed.
+    virtual void finish() = 0;
+};
