@@ -9,20 +9,22 @@ set(may_include_exchange "capture;device")
 set(may_include_can "capture;device;widgets")
 set(may_include_lin "can;device;widgets")
 set(may_include_app "can;lin;capture;device;widgets")
+set(may_include_viewer "exchange;capture;device;widgets")
 set(may_include_adapter "device")
-set(folders widgets device capture exchange can lin app adapter)
+set(folders widgets device capture exchange can lin app viewer adapter)
 
 # Files a folder may take from another one, where only some are allowed.
 set(only_adapter_device "device/AdapterRecords.h")
 set(only_lin_can "can/WidgetDeviceBase.h")
 
-# Qt Core only: the whole of device/, and the part of capture/ that needs no window.
+# Qt Core only: the whole of device/ and exchange/, and the part of viewer/ that needs no window.
 set(gui_headers "Q(Widget|Dialog|Label|Button|PushButton|Table|Application|Painter|Pixmap|Icon|Font|Standard|Item|Abstract(Item|Scroll|Button)|Style|Main|Message|Line|Combo|Spin|Check|Scroll|Header)[A-Za-z]*")
-set(core_only "(device|exchange)/[^/]*")
+set(core_only "((device|exchange)/[^/]*|viewer/core/.*)")
 
 set(failures "")
 foreach(folder IN LISTS folders)
-  file(GLOB files "${ROOT}/${folder}/*.h" "${ROOT}/${folder}/*.cpp")
+  file(GLOB files "${ROOT}/${folder}/*.h" "${ROOT}/${folder}/*.cpp" "${ROOT}/${folder}/core/*.h"
+                  "${ROOT}/${folder}/core/*.cpp")
   foreach(file IN LISTS files)
     file(RELATIVE_PATH name "${ROOT}" "${file}")
     file(STRINGS "${file}" lines REGEX "^[ \t]*#[ \t]*include[ \t]*[<\"]")
@@ -37,6 +39,9 @@ foreach(folder IN LISTS folders)
             list(APPEND failures "${name} includes ${header}: ${folder}/ may use ${only_${folder}_${target}} only")
           endif()
         endif()
+      endif()
+      if(name MATCHES "^viewer/core/" AND line MATCHES "\"(widgets|viewer)/([^\"]+)\"" AND NOT line MATCHES "\"viewer/core/")
+        list(APPEND failures "${name}: ${line}: viewer/core/ needs no window")
       endif()
       if(folder STREQUAL "adapter" AND line MATCHES "<Q[A-Za-z]+>")
         list(APPEND failures "${name}: ${line}: adapter/ is plain C++ without Qt")
