@@ -1,0 +1,37 @@
+#pragma once
+
+#include "viewer/core/FrameKey.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+/// The names of messages and signals, and the values of signals, as a database has them. Does not change, so any thread
+/// may ask.
+class SignalSource
+{
+public:
+    struct Message
+    {
+        FrameKey key;
+        QString name;
+    };
+
+    SignalSource() = default;
+    virtual ~SignalSource() = default;
+    SignalSource(const SignalSource &) = delete;
+    SignalSource &operator=(const SignalSource &) = delete;
+
+    virtual QVector<Message> messages() const = 0;
+    /// Every signal by each name that it is found by: "Speed", "Engine.Speed".
+    virtual QStringList signalNames() const = 0;
+    /// -1 where no signal, or more than one, has that name.
+    virtual int signalNumber(const QString &name) const = 0;
+    /// The messages that a signal is in.
+    virtual QVector<FrameKey> carriers(int signal) const = 0;
+    /// The physical value. frame: of one of the carriers. Not a number where it has none: another multiplexed signal is
+    /// in its place, or the frame is too short.
+    virtual double value(int signal, const BusFrame &frame) const = 0;
+    /// What a value stands for; empty where it is a number only.
+    virtual QString valueText(int signal, double value) const = 0;
+};
