@@ -78,7 +78,7 @@ void tst_FilterRun::init()
 
 void tst_FilterRun::runToEnd(FilterRun &run, RowSet &rows)
 {
-    QTRY_VERIFY_WITH_TIMEOUT((run.take(rows), !run.isRunning()), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT((run.takeTo(rows), !run.isRunning()), 20000);
 }
 
 void tst_FilterRun::aMillionRowsInTheirOrder()
@@ -147,7 +147,7 @@ void tst_FilterRun::cancels()
     run.cancel();
     QVERIFY(!run.isRunning());
     RowSet rows;
-    run.take(rows);
+    run.takeTo(rows);
     run.extend();
     QVERIFY(!run.isRunning());
     QCOMPARE(rows.size(), 0);

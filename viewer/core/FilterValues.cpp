@@ -52,8 +52,9 @@ public:
         case FrameField::Time:
             forEach(batch, [&](std::size_t i, std::size_t at) {
                 const qint64 time = block.time[at];
-                out[i] =
-                    time == BusFrame::NoTime ? None : static_cast<double>(time - batch.start) / NanosecondsPerSecond;
+                // As unsigned numbers: times of a hostile capture may lie further apart than a number can be.
+                const auto since = static_cast<qint64>(static_cast<quint64>(time) - static_cast<quint64>(batch.start));
+                out[i] = time == BusFrame::NoTime ? None : static_cast<double>(since) / NanosecondsPerSecond;
             });
             break;
         case FrameField::Number:

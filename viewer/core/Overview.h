@@ -44,9 +44,6 @@ public:
     };
 
     explicit Overview(bool tellsChannels = true);
-    ~Overview();
-    Overview(const Overview &) = delete;
-    Overview &operator=(const Overview &) = delete;
 
     /// Takes at most count rows more of a store, always the same one. Returns how many.
     qint64 add(const BusFrameStore &store, qint64 count);
@@ -60,29 +57,34 @@ public:
     qint64 previousRow(const BusFrameStore &store, qint64 row) const;
 
 private:
-    struct State;
+    /// Rows of one identifier so far; they fit as BusFrameStore::MaxRows does.
+    struct Rows
+    {
+        qint32 last = -1; ///< with or without data
+        qint32 data = -1;
+        qint32 previousData = -1;
+    };
     struct Checkpoint
     {
-        qint64 row; ///< rows before it are counted
-        std::vector<qint32> lastRows; ///< with and without data
-        std::vector<LastRows> dataRows;
+        qint64 row; ///< the rows before it are in rows
+        std::vector<Rows> rows;
     };
 
-    std::size_t indexOf(const BusFrameStore::Block &block, std::size_t at, bool mayAdd);
-    std::size_t find(quint64 name) const;
-    static quint64 nameOf(const BusFrameStore::Block &block, std::size_t at, bool tellsChannels);
-    void grow();
+    quint64 nameOf(const BusFrameStore::Block &block, std::size_t at) const;
+    std::size_t placeOf(quint64 name) const;
+    std::size_t indexOf(const BusFrameStore::Block &block, std::size_t at, qint64 row);
+    void growTable();
     void addRow(const BusFrameStore &store, const BusFrameStore::Block &block, qint64 row);
-    void addTime(IdentifierStatistics &identifier, qint64 time) const;
     void addData(const BusFrameStore &store, const BusFrameStore::Block &block, qint64 row, std::size_t index);
     void keepCheckpoint();
-    const Checkpoint *checkpointBefore(qint64 row) const;
+    const Checkpoint &checkpointBefore(qint64 row) const;
 
     bool m_tellsChannels;
     qint64 m_covered = 0;
     std::vector<IdentifierStatistics> m_identifiers;
-    std::vector<State> m_states;
-    std::vector<quint32> m_table; ///< index of identifiers + 1 by hash; 0 is free; the size is a power of two
+    std::vector<Rows> m_rows;
+    std::vector<quint64> m_shortData; ///< the first 8 bytes of the last data frame
+    std::vector<quint32> m_table;     ///< by hash: index of m_identifiers + 1, or 0; its size is a power of two
     std::vector<Checkpoint> m_checkpoints;
 };
 

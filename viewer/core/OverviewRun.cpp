@@ -1,0 +1,72 @@
+#include "viewer/core/OverviewRun.h"
+
+#include <algorithm>
+#include <utility>
+
+OverviewRun::OverviewRun(std::shared_ptr<const BusFrameStore> store, std::function<void()> hasMore, bool tellsChannels)
+    : m_store(std::move(store))
+    , m_hasMore(std::move(hasMore))
+    , m_overview(tellsChannels)
+{
+    m_pool.setMaxThreadCount(1);
+}
+
+OverviewRun::~OverviewRun()
+{
+    m_isStopped = true;
+    m_pool.waitForDone();
+}
+
+void OverviewRun::extend()
+{
+    if (!m_isRunning && m_store->size() > covered()) {
+        m_isRunning = true;
+        m_pool.start([this] { run(); });
+    }
+}
+
+void OverviewRun::run()
+{
+    bool isMore = true;
+    while (isMore && !m_isStopped) {
+        {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            isMore = m_overview.add(*m_store, SliceRows) == SliceRows;
+        }
+        if (!isMore) {
+            m_isRunning = false;
+        }
+        if (!m_isAnnounced.exchange(true)) {
+            m_hasMore();
+        }
+    }
+}
+
+std::vector<IdentifierStatistics> OverviewRun::statistics()
+{
+    m_isAnnounced = false;
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_overview.identifiers();
+}
+
+std::vector<Overview::LastRows> OverviewRun::lastRows(qint64 row) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const qint64 last = std::min(row, m_overview.covered() - 1);
+    return last >= 0 ? m_overview.lastRows(*m_store, last) : std::vector<Overview::LastRows>();
+}
+
+std::optional<qint64> OverviewRun::previousRow(qint64 row) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (row >= m_overview.covered()) {
+        return std::nullopt;
+    }
+    return m_overview.previousRow(*m_store, row);
+}
+
+qint64 OverviewRun::covered() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_overview.covered();
+}
