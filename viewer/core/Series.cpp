@@ -2,41 +2,44 @@
 
 #include <algorithm>
 
-namespace {
+template<typename Predicate>
+std::size_t Series::partition(std::size_t begin, std::size_t end, Predicate isBefore) const
+{
+    while (begin < end) {
+        const std::size_t middle = begin + (end - begin) / 2;
+        if (isBefore(timeAt(middle))) {
+            begin = middle + 1;
+        } else {
+            end = middle;
+        }
+    }
+    return begin;
+}
 
-/// Calls function(begin, end), indices in times, for each part of [first, last) that falls into one of columns of the
-/// section from begin to end.
+/// Calls function(begin, end) for each part of the points [first, last) that falls into one of columns of the section
+/// from begin to end.
 template<typename Function>
-void forEachColumn(const std::vector<qint64> &times, std::size_t first, std::size_t last, qint64 begin, qint64 end,
-                   int columns, Function function)
+void Series::forEachColumn(std::size_t first, std::size_t last, qint64 begin, qint64 end, int columns,
+                           Function function) const
 {
     const double width = (static_cast<double>(end) - static_cast<double>(begin)) / columns;
-    const auto at = [&times](std::size_t index) {
-        return times.begin() + static_cast<std::ptrdiff_t>(index);
-    };
     std::size_t next = first;
     for (int column = 0; column < columns && next < last; ++column) {
         const double offset = width * (column + 1);
-        const auto border =
-            column + 1 == columns
-                ? at(last)
-                : std::lower_bound(at(next), at(last), offset, [begin](qint64 time, double value) {
-                      return static_cast<double>(static_cast<quint64>(time) - static_cast<quint64>(begin)) < value;
-                  });
-        const auto behind = static_cast<std::size_t>(border - times.begin());
+        const auto isBefore = [begin, offset](qint64 time) {
+            return static_cast<double>(static_cast<quint64>(time) - static_cast<quint64>(begin)) < offset;
+        };
+        // Times lie about as close in all columns, so the end of a column is not far from its beginning.
+        std::size_t far = std::min(last, next + 1);
+        for (std::size_t step = 1; far < last && isBefore(timeAt(far)); step *= 2) {
+            far = std::min(last, far + step);
+        }
+        const std::size_t behind = column + 1 == columns ? last : partition(next, far, isBefore);
         if (behind > next) {
             function(next, behind);
         }
         next = behind;
     }
-}
-
-} // namespace
-
-void Series::reserve(std::size_t points)
-{
-    m_times.reserve(points);
-    m_values.reserve(points);
 }
 
 void Series::widen(Range &range, const Range &other)
@@ -47,17 +50,30 @@ void Series::widen(Range &range, const Range &other)
 
 void Series::append(qint64 time, double value)
 {
-    m_times.push_back(m_times.empty() ? time : std::max(time, m_times.back()));
-    m_values.push_back(value);
-    if (m_values.size() % FirstPart == 0) {
+    const std::size_t place = m_size % ChunkSize;
+    if (place == 0) {
+        m_chunks.emplace_back(new Chunk); // NOLINT(modernize-make-unique): not to be filled
+    }
+    Chunk &chunk = *m_chunks.back();
+    chunk.times[place] = m_size == 0 ? time : std::max(time, timeAt(m_size - 1));
+    chunk.values[place] = value;
+    ++m_size;
+    if (m_size % FirstPart == 0) {
         completeParts();
+    }
+}
+
+void Series::append(const std::vector<Point> &points)
+{
+    for (const Point &point : points) {
+        append(point.time, point.value);
     }
 }
 
 void Series::completeParts()
 {
-    const auto last = m_values.end() - static_cast<std::ptrdiff_t>(FirstPart);
-    const auto [least, greatest] = std::minmax_element(last, m_values.end());
+    const double *last = m_chunks.back()->values.data() + (m_size - FirstPart) % ChunkSize;
+    const auto [least, greatest] = std::minmax_element(last, last + FirstPart);
     Range part{*least, *greatest};
     for (std::size_t level = 0;; ++level) {
         if (level == m_levels.size()) {
@@ -76,7 +92,7 @@ void Series::completeParts()
 
 Series::Range Series::rangeOf(std::size_t begin, std::size_t end) const
 {
-    Range range{m_values[begin], m_values[begin]};
+    Range range{valueAt(begin), valueAt(begin)};
     for (std::size_t next = begin; next < end;) {
         std::size_t size = 1;
         const Range *part = nullptr;
@@ -89,7 +105,7 @@ Series::Range Series::rangeOf(std::size_t begin, std::size_t end) const
             size = partSize;
             partSize *= PartsOfPart;
         }
-        widen(range, part != nullptr ? *part : Range{m_values[next], m_values[next]});
+        widen(range, part != nullptr ? *part : Range{valueAt(next), valueAt(next)});
         next += size;
     }
     return range;
@@ -114,13 +130,13 @@ double Series::greatest() const
 
 std::size_t Series::firstFrom(qint64 time) const
 {
-    return static_cast<std::size_t>(std::lower_bound(m_times.begin(), m_times.end(), time) - m_times.begin());
+    return partition(0, m_size, [time](qint64 other) { return other < time; });
 }
 
 std::size_t Series::indexAt(qint64 time) const
 {
-    const auto behind = std::upper_bound(m_times.begin(), m_times.end(), time);
-    return behind == m_times.begin() ? size() : static_cast<std::size_t>(behind - m_times.begin()) - 1;
+    const std::size_t behind = partition(0, m_size, [time](qint64 other) { return other <= time; });
+    return behind == 0 ? m_size : behind - 1;
 }
 
 void Series::decimate(qint64 begin, qint64 end, int columns, std::vector<Point> &points) const
@@ -131,7 +147,7 @@ void Series::decimate(qint64 begin, qint64 end, int columns, std::vector<Point> 
     if (first > 0) {
         points.push_back(at(first - 1));
     }
-    forEachColumn(m_times, first, last, begin, end, columns, [this, &points](std::size_t from, std::size_t to) {
+    forEachColumn(first, last, begin, end, columns, [this, &points](std::size_t from, std::size_t to) {
         if (to - from <= FewPoints) {
             for (std::size_t i = from; i < to; ++i) {
                 points.push_back(at(i));
@@ -139,7 +155,7 @@ void Series::decimate(qint64 begin, qint64 end, int columns, std::vector<Point> 
             return;
         }
         const Range range = rangeOf(from, to);
-        const qint64 middle = m_times[from + (to - from) / 2];
+        const qint64 middle = timeAt(from + (to - from) / 2);
         points.push_back(at(from));
         points.push_back({middle, range.least});
         points.push_back({middle, range.greatest});
@@ -161,14 +177,14 @@ void Series::addStep(std::size_t begin, std::size_t end, std::vector<Step> &step
         return;
     }
     std::size_t change = begin;
-    while (!steps.empty() && !steps.back().isMixed && m_values[change] == steps.back().value) {
+    while (!steps.empty() && !steps.back().isMixed && valueAt(change) == steps.back().value) {
         ++change;
     }
-    const bool isOne = isOf(rangeOf(change, end), m_values[change]);
+    const bool isOne = isOf(rangeOf(change, end), valueAt(change));
     if (isOne || steps.empty() || !steps.back().isMixed) {
-        steps.push_back({m_times[change], 0, m_values[end - 1], !isOne});
+        steps.push_back({timeAt(change), 0, valueAt(end - 1), !isOne});
     } else {
-        steps.back().value = m_values[end - 1];
+        steps.back().value = valueAt(end - 1);
     }
 }
 
@@ -179,18 +195,18 @@ void Series::decimateSteps(qint64 begin, qint64 end, int columns, std::vector<St
     const std::size_t first = before < size() ? before : firstFrom(begin);
     const std::size_t last = end < begin ? first : firstFrom(end);
     if (first < last) {
-        steps.push_back({std::max(begin, m_times[first]), 0, m_values[first], false});
+        steps.push_back({std::max(begin, timeAt(first)), 0, valueAt(first), false});
         if (last - first <= static_cast<std::size_t>(columns)) {
             for (std::size_t i = first + 1; i < last; ++i) {
                 addStep(i, i + 1, steps);
             }
         } else {
-            forEachColumn(m_times, first + 1, last, begin, end, columns,
+            forEachColumn(first + 1, last, begin, end, columns,
                           [this, &steps](std::size_t from, std::size_t to) { addStep(from, to, steps); });
         }
     }
     for (std::size_t i = 0; i < steps.size(); ++i) {
         const bool isLast = i + 1 == steps.size();
-        steps[i].end = !isLast ? steps[i + 1].begin : last < size() ? std::min(end, m_times[last]) : m_times.back();
+        steps[i].end = !isLast ? steps[i + 1].begin : last < size() ? std::min(end, timeAt(last)) : timeAt(m_size - 1);
     }
 }

@@ -2,11 +2,13 @@
 
 #include <QtGlobal>
 
+#include <array>
+#include <memory>
 #include <vector>
 
 /// Values over time, such as a signal's, and their least and greatest by ever larger parts, so that a picture of any
-/// section costs the same. A point takes 17 bytes. Times never go back: a point whose time did stands at the greatest
-/// time before it. Not thread-safe.
+/// section costs the same. A point takes 17 bytes, and growing moves none. Times never go back: a point whose time did
+/// stands at the greatest time before it. Not thread-safe.
 class Series
 {
 public:
@@ -26,11 +28,11 @@ public:
 
     /// values must be numbers.
     void append(qint64 time, double value);
-    void reserve(std::size_t points);
+    void append(const std::vector<Point> &points);
 
-    std::size_t size() const { return m_times.size(); }
-    bool isEmpty() const { return m_times.empty(); }
-    Point at(std::size_t index) const { return {m_times[index], m_values[index]}; }
+    std::size_t size() const { return m_size; }
+    bool isEmpty() const { return m_size == 0; }
+    Point at(std::size_t index) const { return {timeAt(index), valueAt(index)}; }
     /// The last point not behind time, or size() when there is none: what a cursor shows.
     std::size_t indexAt(qint64 time) const;
     /// The first point at time or behind it; size() when there is none.
@@ -59,13 +61,28 @@ private:
     static constexpr std::size_t FirstPart = 64;  ///< points of a part of the first level
     static constexpr std::size_t PartsOfPart = 8; ///< parts of a level that make one of the next
     static constexpr std::size_t FewPoints = 4;
+    static constexpr std::size_t ChunkSize = 1U << 14U; ///< a multiple of FirstPart
 
+    struct Chunk
+    {
+        std::array<qint64, ChunkSize> times;
+        std::array<double, ChunkSize> values;
+    };
+
+    qint64 timeAt(std::size_t index) const { return m_chunks[index / ChunkSize]->times[index % ChunkSize]; }
+    double valueAt(std::size_t index) const { return m_chunks[index / ChunkSize]->values[index % ChunkSize]; }
+    /// The first index in [begin, end) at whose time isBefore(time) is false; end when there is none.
+    template<typename Predicate>
+    std::size_t partition(std::size_t begin, std::size_t end, Predicate isBefore) const;
+    template<typename Function>
+    void forEachColumn(std::size_t first, std::size_t last, qint64 begin, qint64 end, int columns,
+                       Function function) const;
     static void widen(Range &range, const Range &other);
     void completeParts();
     Range rangeOf(std::size_t begin, std::size_t end) const;
     void addStep(std::size_t begin, std::size_t end, std::vector<Step> &steps) const;
 
-    std::vector<qint64> m_times;
-    std::vector<double> m_values;
+    std::vector<std::unique_ptr<Chunk>> m_chunks;
+    std::size_t m_size = 0;
     std::vector<std::vector<Range>> m_levels; ///< of complete parts only
 };

@@ -44,9 +44,7 @@ void SeriesRun::start(const FrameValue &value, const Filter &filter)
 void SeriesRun::takeTo(Series &series)
 {
     for (const std::vector<Series::Point> &points : take()) {
-        for (const Series::Point &point : points) {
-            series.append(point.time, point.value);
-        }
+        series.append(points);
     }
 }
 
