@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 /// Keeps an overview of a store on a thread, slice by slice, and goes on when the store has grown. All functions are
 /// for the thread that made it; those that look wait for a slice of a few milliseconds at most.

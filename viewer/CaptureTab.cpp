@@ -1,0 +1,375 @@
+#include "viewer/CaptureTab.h"
+
+#include <QCheckBox>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QInputDialog>
+#include <QLabel>
+#include <QLocale>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSortFilterProxyModel>
+#include <QSplitter>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int OverviewMs = 500;
+constexpr int PermilleSteps = 1000;
+
+QString counted(qint64 number)
+{
+    return QLocale().toString(number);
+}
+
+} // namespace
+
+CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const QString &bookmarkFolder,
+                       QWidget *parent)
+    : QWidget(parent)
+    , m_capture(path, open, true)
+    , m_bookmarkFolder(bookmarkFolder)
+    , m_frames(m_capture)
+    , m_identifiers(m_capture)
+{
+    m_capture.bookmarks() = Bookmarks::load(bookmarkFolder, path);
+    m_table = new FrameTableView(m_frames);
+    auto *splitter = new QSplitter(Qt::Vertical);
+    splitter->addWidget(m_table);
+    splitter->addWidget(makeOverview());
+    splitter->setStretchFactor(0, 3);
+    splitter->setStretchFactor(1, 1);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(4, 4, 4, 4);
+    layout->addWidget(makeFilterLine());
+    layout->addWidget(splitter, 1);
+    layout->addWidget(makeStatusLine());
+    connect(m_table, &FrameTableView::sig_filterWanted, this, &CaptureTab::slot_filterWanted);
+    connect(m_table, &FrameTableView::sig_markWanted, this, &CaptureTab::slot_markWanted);
+    connect(m_table, &FrameTableView::sig_bookmarkWanted, this, &CaptureTab::slot_bookmarkWanted);
+    connect(m_table, &FrameTableView::sig_currentChanged, this, [this] {
+        if (m_atRow->isChecked()) {
+            slot_updateOverview();
+        }
+    });
+    connect(&m_capture, &OpenCapture::sig_progressChanged, this, &CaptureTab::slot_progress);
+    connect(&m_capture, &OpenCapture::sig_found, this, &CaptureTab::slot_found);
+    m_overviewTimer.setSingleShot(true);
+    m_overviewTimer.setInterval(OverviewMs);
+    connect(&m_overviewTimer, &QTimer::timeout, this, &CaptureTab::slot_updateOverview);
+    connect(&m_capture, &OpenCapture::sig_overviewChanged, &m_overviewTimer, [this] {
+        if (!m_overviewTimer.isActive()) {
+            m_overviewTimer.start();
+        }
+    });
+    slot_progress();
+}
+
+CaptureTab::~CaptureTab() = default;
+
+QWidget *CaptureTab::makeFilterLine()
+{
+    auto *line = new QWidget;
+    auto *layout = new QHBoxLayout(line);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_filter = new FilterEdit;
+    auto *label = new QLabel(tr("&Filter:"));
+    label->setBuddy(m_filter);
+    m_find = new FilterEdit;
+    m_find->setObjectName(QStringLiteral("find"));
+    m_find->setPlaceholderText(tr("Find, in the same language"));
+    auto *findLabel = new QLabel(tr("F&ind:"));
+    findLabel->setBuddy(m_find);
+    layout->addWidget(label);
+    layout->addWidget(m_filter, 2);
+    layout->addWidget(findLabel);
+    layout->addWidget(m_find, 1);
+    connect(m_filter, &FilterEdit::sig_filterTaken, this, &CaptureTab::slot_filterTaken);
+    connect(m_find, &FilterEdit::sig_filterTaken, this, [this] { findNext(false); });
+    for (FilterEdit *edit : {m_filter, m_find}) {
+        connect(edit, &FilterEdit::sig_problemChanged, this, &CaptureTab::slot_problemChanged);
+    }
+    return line;
+}
+
+QWidget *CaptureTab::makeStatusLine()
+{
+    auto *line = new QWidget;
+    auto *layout = new QHBoxLayout(line);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_state = new QLabel;
+    m_state->setObjectName(QStringLiteral("state"));
+    m_problem = new QLabel;
+    m_problem->setObjectName(QStringLiteral("problem"));
+    m_progress = new QProgressBar;
+    m_progress->setRange(0, PermilleSteps);
+    m_progress->setMaximumWidth(200);
+    m_cancel = new QPushButton(tr("Stop loading"));
+    m_cancel->setObjectName(QStringLiteral("cancel"));
+    m_findings = new QPushButton;
+    m_findings->setObjectName(QStringLiteral("findings"));
+    layout->addWidget(m_state);
+    layout->addWidget(m_problem, 1);
+    layout->addWidget(m_progress);
+    layout->addWidget(m_cancel);
+    layout->addWidget(m_findings);
+    connect(m_cancel, &QPushButton::clicked, this, [this] { m_capture.loader().cancel(); });
+    connect(m_findings, &QPushButton::clicked, this, &CaptureTab::slot_showFindings);
+    return line;
+}
+
+QWidget *CaptureTab::makeOverview()
+{
+    m_overviewPart = new QWidget;
+    auto *layout = new QVBoxLayout(m_overviewPart);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_atRow = new QCheckBox(tr("Last data at the &selected frame instead of at the end"));
+    m_sorted = new QSortFilterProxyModel(this);
+    m_sorted->setSourceModel(&m_identifiers);
+    m_sorted->setSortRole(OverviewModel::SortRole);
+    m_overview = new QTableView;
+    m_overview->setObjectName(QStringLiteral("overview"));
+    m_overview->setModel(m_sorted);
+    m_overview->setSortingEnabled(true);
+    m_overview->sortByColumn(OverviewModel::Identifier, Qt::AscendingOrder);
+    m_overview->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_overview->setAlternatingRowColors(true);
+    m_overview->setTabKeyNavigation(false);
+    m_overview->verticalHeader()->hide();
+    m_overview->verticalHeader()->setDefaultSectionSize(m_overview->fontMetrics().height() + 6);
+    m_overview->horizontalHeader()->setStretchLastSection(true);
+    layout->addWidget(m_atRow);
+    layout->addWidget(m_overview);
+    connect(m_atRow, &QCheckBox::toggled, this, &CaptureTab::slot_updateOverview);
+    connect(m_overview, &QTableView::activated, this, &CaptureTab::slot_overviewActivated);
+    return m_overviewPart;
+}
+
+void CaptureTab::showOverview(bool isShown)
+{
+    m_overviewPart->setVisible(isShown);
+}
+
+void CaptureTab::editFilter()
+{
+    m_filter->setFocus(Qt::ShortcutFocusReason);
+    m_filter->selectAll();
+}
+
+void CaptureTab::editFind()
+{
+    m_find->setFocus(Qt::ShortcutFocusReason);
+    m_find->selectAll();
+}
+
+void CaptureTab::tell(const QString &text)
+{
+    m_problem->setText(text);
+}
+
+void CaptureTab::slot_problemChanged(const QString &text)
+{
+    tell(text);
+}
+
+void CaptureTab::slot_filterTaken()
+{
+    m_capture.setFilter(m_filter->filter());
+    m_table->setFocus();
+}
+
+void CaptureTab::findNext(bool isBackward)
+{
+    if (m_find->filter().passesAll()) {
+        editFind();
+        return;
+    }
+    const qint64 row = m_table->currentRow();
+    tell({});
+    m_capture.find(m_find->filter(), isBackward ? row - 1 : row + 1, isBackward);
+}
+
+void CaptureTab::slot_found(qint64 row)
+{
+    if (row < 0) {
+        tell(tr("Nothing more was found."));
+        return;
+    }
+    showRow(row);
+}
+
+/// A row that the filter does not pass is stood for by the next one that is shown.
+void CaptureTab::showRow(qint64 row)
+{
+    const qint64 place = m_capture.placeOf(row);
+    if (place >= m_capture.rowCount()) {
+        tell(tr("Frame %1 is not among those that are shown.").arg(counted(row + 1)));
+        return;
+    }
+    if (m_capture.rowAt(place) != row) {
+        tell(tr("Frame %1 does not pass the filter; this is the next one that does.").arg(counted(row + 1)));
+    }
+    m_table->setCurrentPlace(static_cast<int>(place));
+    m_table->setFocus();
+}
+
+void CaptureTab::goTo()
+{
+    bool isTaken = false;
+    const QString text = QInputDialog::getText(
+        this, tr("Go to"), tr("Number of a frame, seconds (12.5, 300 ms) or clock time (13:45:06):"), QLineEdit::Normal,
+        {}, &isTaken);
+    if (!isTaken) {
+        return;
+    }
+    const qint64 row = rowOfText(text, m_capture.store(), m_capture.info());
+    if (row < 0) {
+        tell(tr("There is no frame “%1”.").arg(text));
+        return;
+    }
+    tell({});
+    showRow(row);
+}
+
+void CaptureTab::slot_filterWanted(const QString &filter, bool isNegated)
+{
+    const QString wanted = isNegated ? QStringLiteral("not (%1)").arg(filter) : filter;
+    const QString now = m_filter->text().trimmed();
+    const bool isAlone = now.isEmpty() || !m_filter->problem().isEmpty();
+    m_filter->take(isAlone ? wanted : QStringLiteral("(%1) and %2").arg(now, wanted));
+}
+
+void CaptureTab::toggleMark()
+{
+    slot_markWanted(m_table->currentRow());
+}
+
+void CaptureTab::slot_markWanted(qint64 row)
+{
+    m_capture.setMark(m_capture.mark() == row ? -1 : row);
+    m_table->header().setSectionHidden(static_cast<int>(FrameColumn::SinceMark), m_capture.mark() < 0);
+    m_frames.refresh();
+}
+
+void CaptureTab::editBookmark()
+{
+    slot_bookmarkWanted(m_table->currentRow());
+}
+
+void CaptureTab::slot_bookmarkWanted(qint64 row)
+{
+    if (row < 0) {
+        return;
+    }
+    Bookmarks &bookmarks = m_capture.bookmarks();
+    bool isTaken = false;
+    const QString note = QInputDialog::getText(this, tr("Bookmark"),
+                                               tr("Note for frame %1; without a note the bookmark goes:").arg(row + 1),
+                                               QLineEdit::Normal, bookmarks.note(row), &isTaken);
+    if (!isTaken) {
+        return;
+    }
+    if (note.isEmpty()) {
+        bookmarks.remove(row);
+    } else {
+        bookmarks.set(row, note);
+    }
+    if (!bookmarks.save(m_bookmarkFolder, m_capture.path())) {
+        tell(tr("The bookmarks cannot be saved."));
+    }
+    m_frames.refresh();
+}
+
+void CaptureTab::goToBookmark(bool isBackward)
+{
+    const qint64 row = m_table->currentRow();
+    const qint64 found = isBackward ? m_capture.bookmarks().previous(row) : m_capture.bookmarks().next(row);
+    if (found < 0 || found >= m_capture.store().size()) {
+        tell(tr("There is no further bookmark."));
+        return;
+    }
+    tell({});
+    showRow(found);
+    tell(m_capture.bookmarks().note(found));
+}
+
+void CaptureTab::slot_overviewActivated(const QModelIndex &index)
+{
+    m_filter->take(m_identifiers.filterOf(m_sorted->mapToSource(index).row()));
+}
+
+void CaptureTab::slot_updateOverview()
+{
+    m_identifiers.setRow(m_atRow->isChecked() ? m_table->currentRow() : -1);
+}
+
+QString CaptureTab::progressText(const LoadProgress &progress) const
+{
+    switch (progress.state) {
+    case LoadProgress::State::Loading: {
+        const int seconds = m_capture.secondsLeft();
+        return seconds < 0 ? tr("loading") : tr("loading, %1 s left").arg(seconds);
+    }
+    case LoadProgress::State::Following:
+        return tr("following the file");
+    case LoadProgress::State::Finished:
+        return tr("complete");
+    case LoadProgress::State::Cancelled:
+        return tr("loading was stopped");
+    case LoadProgress::State::Failed:
+        return m_capture.loader().error();
+    case LoadProgress::State::MemoryFull:
+        return tr("memory is full; the rest was not loaded");
+    }
+    return {};
+}
+
+void CaptureTab::slot_progress()
+{
+    const LoadProgress progress = m_capture.loader().progress();
+    const QString frames =
+        m_capture.isFiltered()
+            ? tr("%1 of %2 frames").arg(counted(m_capture.rowCount()), counted(m_capture.store().size()))
+            : tr("%1 frames").arg(counted(m_capture.store().size()));
+    m_state->setText(frames + QStringLiteral(", ") + progressText(progress));
+    const bool isLoading = progress.state == LoadProgress::State::Loading;
+    m_progress->setVisible(isLoading && progress.size > 0);
+    if (progress.size > 0) {
+        m_progress->setValue(
+            static_cast<int>(static_cast<double>(progress.bytes) / static_cast<double>(progress.size) * PermilleSteps));
+    }
+    m_cancel->setVisible(progress.isRunning());
+    const qint64 findings = m_capture.loader().findingCount();
+    m_findings->setVisible(findings > 0);
+    m_findings->setText(tr("%1 findings...").arg(counted(findings)));
+}
+
+void CaptureTab::slot_showFindings()
+{
+    QStringList lines;
+    const QVector<Finding> findings = m_capture.loader().findings();
+    for (const Finding &finding : findings) {
+        const QString place = finding.place == Finding::Line     ? tr("line %1").arg(finding.number)
+                              : finding.place == Finding::Offset ? tr("byte %1").arg(finding.number)
+                              : finding.place == Finding::Frame  ? tr("frame %1").arg(finding.number)
+                                                                 : QString();
+        lines.append(place.isEmpty() ? finding.text : place + QStringLiteral(": ") + finding.text);
+    }
+    auto *dialog = new QDialog(this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(tr("Findings"));
+    auto *layout = new QVBoxLayout(dialog);
+    auto *text = new QPlainTextEdit(lines.join(QLatin1Char('\n')));
+    text->setReadOnly(true);
+    text->setLineWrapMode(QPlainTextEdit::NoWrap);
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
+    layout->addWidget(text);
+    layout->addWidget(buttons);
+    dialog->resize(700, 400);
+    dialog->open();
+}

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "viewer/core/OpenCapture.h"
+#include "viewer/FilterEdit.h"
+#include "viewer/FrameTableView.h"
+#include "viewer/OverviewModel.h"
+
+#include <QTimer>
+#include <QWidget>
+
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+class QPushButton;
+class QSortFilterProxyModel;
+class QSplitter;
+class QTableView;
+
+/// A capture in a tab: its filter, its frames, its identifiers, and how far it has been loaded.
+class CaptureTab : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Loads a file and follows it.
+    CaptureTab(const QString &path, const StoreLoader::Open &open, const QString &bookmarkFolder,
+               QWidget *parent = nullptr);
+    ~CaptureTab() override;
+
+    OpenCapture &capture() { return m_capture; }
+    FrameTableView &table() { return *m_table; }
+    void showOverview(bool isShown);
+    void editFilter();
+    void editFind();
+    void findNext(bool isBackward);
+    void goTo();
+    void toggleMark();
+    void editBookmark();
+    void goToBookmark(bool isBackward);
+
+signals:
+    void sig_titleChanged();
+
+private slots:
+    void slot_filterTaken();
+    void slot_problemChanged(const QString &text);
+    void slot_progress();
+    void slot_found(qint64 row);
+    void slot_filterWanted(const QString &filter, bool isNegated);
+    void slot_markWanted(qint64 row);
+    void slot_bookmarkWanted(qint64 row);
+    void slot_overviewActivated(const QModelIndex &index);
+    void slot_updateOverview();
+    void slot_showFindings();
+
+private:
+    QWidget *makeFilterLine();
+    QWidget *makeStatusLine();
+    QWidget *makeOverview();
+    void showRow(qint64 row);
+    void tell(const QString &text);
+    QString progressText(const LoadProgress &progress) const;
+
+    OpenCapture m_capture;
+    QString m_bookmarkFolder;
+    FrameTableModel m_frames;
+    OverviewModel m_identifiers;
+    QTimer m_overviewTimer;
+    FrameTableView *m_table = nullptr;
+    FilterEdit *m_filter = nullptr;
+    FilterEdit *m_find = nullptr;
+    QLabel *m_problem = nullptr;
+    QLabel *m_state = nullptr;
+    QProgressBar *m_progress = nullptr;
+    QPushButton *m_cancel = nullptr;
+    QPushButton *m_findings = nullptr;
+    QCheckBox *m_atRow = nullptr;
+    QWidget *m_overviewPart = nullptr;
+    QTableView *m_overview = nullptr;
+    QSortFilterProxyModel *m_sorted = nullptr;
+};

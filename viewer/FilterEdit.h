@@ -1,0 +1,52 @@
+#pragma once
+
+#include "viewer/core/Filter.h"
+
+#include <QLineEdit>
+
+#include <memory>
+#include <optional>
+
+class QCompleter;
+class QStringListModel;
+
+/// A line for a filter: it offers what may stand at the cursor, and underlines what is wrong. The filter is taken with
+/// Return; Esc gives back the text that was taken last.
+class FilterEdit : public QLineEdit
+{
+    Q_OBJECT
+
+public:
+    explicit FilterEdit(QWidget *parent = nullptr);
+
+    void setSource(std::shared_ptr<const SignalSource> source);
+    /// The filter that was taken last.
+    const Filter &filter() const { return m_filter; }
+    /// As if it had been typed and taken. False when it is wrong.
+    bool take(const QString &text);
+    /// What is wrong with the text as it stands; empty when it is right.
+    QString problem() const { return m_error ? m_error->text : QString(); }
+
+signals:
+    void sig_filterTaken();
+    void sig_problemChanged(const QString &text);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+private slots:
+    void slot_check();
+    void slot_complete(const QString &candidate);
+
+private:
+    void offer();
+    void showCandidates(const QStringList &candidates);
+    void underline();
+
+    std::shared_ptr<const SignalSource> m_source;
+    Filter m_filter;
+    QString m_taken;
+    std::optional<FilterError> m_error;
+    QCompleter *m_completer;
+    QStringListModel *m_candidates;
+};

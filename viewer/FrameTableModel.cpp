@@ -1,0 +1,104 @@
+#include "viewer/FrameTableModel.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+int tableRows(qint64 rows)
+{
+    return static_cast<int>(std::min<qint64>(rows, std::numeric_limits<int>::max() - 1));
+}
+
+} // namespace
+
+FrameTableModel::FrameTableModel(OpenCapture &capture, QObject *parent)
+    : QAbstractTableModel(parent)
+    , m_capture(capture)
+    , m_rows(tableRows(capture.rowCount()))
+{
+    connect(&capture, &OpenCapture::sig_rowsReset, this, &FrameTableModel::slot_reset);
+    connect(&capture, &OpenCapture::sig_rowsAdded, this, &FrameTableModel::slot_added);
+}
+
+int FrameTableModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : m_rows;
+}
+
+int FrameTableModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : FrameColumnCount;
+}
+
+QVariant FrameTableModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= FrameColumnCount) {
+        return {};
+    }
+    return FrameColumns::title(static_cast<FrameColumn>(section));
+}
+
+QVariant FrameTableModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || role != Qt::DisplayRole) {
+        return {};
+    }
+    return text(index.row(), static_cast<FrameColumn>(index.column()));
+}
+
+QString FrameTableModel::text(int place, FrameColumn column) const
+{
+    if (place < 0 || place >= m_rows) {
+        return {};
+    }
+    const qint64 row = m_capture.rowAt(place);
+    TimeReferences references;
+    references.mark = m_capture.mark();
+    if (column == FrameColumn::SinceShown && place > 0) {
+        references.shown = m_capture.rowAt(place - 1);
+    }
+    if (column == FrameColumn::SinceIdentifier) {
+        references.identifier = m_capture.overview().previousRow(row).value_or(-1);
+    }
+    return FrameColumns::text(column, m_capture.store(), m_capture.info(), row, references, m_names);
+}
+
+QString FrameTableModel::sameCell(int place, FrameColumn column) const
+{
+    if (place < 0 || place >= m_rows) {
+        return {};
+    }
+    const qint64 row = m_capture.rowAt(place);
+    return FrameColumns::sameCell(column, row, m_capture.store().frame(row), m_names);
+}
+
+void FrameTableModel::setNames(const FrameColumns::Names &names)
+{
+    m_names = names;
+    refresh();
+}
+
+void FrameTableModel::refresh()
+{
+    if (m_rows > 0) {
+        emit dataChanged(index(0, 0), index(m_rows - 1, FrameColumnCount - 1));
+    }
+}
+
+void FrameTableModel::slot_reset()
+{
+    beginResetModel();
+    m_rows = tableRows(m_capture.rowCount());
+    endResetModel();
+}
+
+void FrameTableModel::slot_added(qint64 /*before*/)
+{
+    const int rows = tableRows(m_capture.rowCount());
+    if (rows > m_rows) {
+        beginInsertRows({}, m_rows, rows - 1);
+        m_rows = rows;
+        endInsertRows();
+    }
+}

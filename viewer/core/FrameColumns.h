@@ -1,0 +1,56 @@
+#pragma once
+
+#include "viewer/core/FrameTimes.h"
+#include "viewer/core/SignalSource.h"
+
+#include <QCoreApplication>
+#include <QHash>
+#include <QString>
+
+/// The columns of a table of frames, in their order.
+enum class FrameColumn {
+    Number,
+    Absolute,
+    SinceStart,
+    SinceShown,
+    SinceIdentifier,
+    SinceMark,
+    Channel,
+    Direction,
+    Identifier,
+    Name,
+    Type,
+    Length,
+    Data
+};
+constexpr int FrameColumnCount = 13;
+
+/// What the cells of a table of frames say.
+class FrameColumns
+{
+    Q_DECLARE_TR_FUNCTIONS(FrameColumns)
+
+public:
+    using Names = QHash<FrameKey, QString>;
+
+    static QString title(FrameColumn column);
+    /// Of all columns that do not tell times.
+    static QString text(FrameColumn column, qint64 row, const BusFrame &frame, const Names &names);
+    /// Of all columns. Empty where the frame has nothing to say there.
+    static QString text(FrameColumn column, const BusFrameStore &store, const CaptureInfo &info, qint64 row,
+                        const TimeReferences &references, const Names &names);
+    static bool isTime(FrameColumn column);
+    /// A filter that passes the frames with the same cell; empty where there is none, as for times.
+    static QString sameCell(FrameColumn column, qint64 row, const BusFrame &frame, const Names &names);
+
+    /// "123", "18FF1234", LIN: "3C"; an error frame has none.
+    static QString identifierText(FrameKey key);
+    /// A filter for an identifier: "id == 0x123 and not ext and not lin".
+    static QString identifierFilter(FrameKey key);
+    /// "DE AD".
+    static QString dataText(const BusFrame &frame);
+
+private:
+    static QString typeText(const BusFrame &frame);
+    static QString directionText(BusFrame::Direction direction);
+};
