@@ -108,7 +108,7 @@ QWidget *CaptureTab::makeStatusLine()
     m_progress = new QProgressBar;
     m_progress->setRange(0, PermilleSteps);
     m_progress->setMaximumWidth(200);
-    m_cancel = new QPushButton(tr("Stop loading"));
+    m_cancel = new QPushButton;
     m_cancel->setObjectName(QStringLiteral("cancel"));
     m_findings = new QPushButton;
     m_findings->setObjectName(QStringLiteral("findings"));
@@ -142,6 +142,10 @@ QWidget *CaptureTab::makeOverview()
     m_overview->verticalHeader()->hide();
     m_overview->verticalHeader()->setDefaultSectionSize(m_overview->fontMetrics().height() + 6);
     m_overview->horizontalHeader()->setStretchLastSection(true);
+    for (int column = 0; column < OverviewModel::ColumnCount; ++column) {
+        m_overview->setColumnWidth(column, OverviewModel::widthInCharacters(column) *
+                                               m_overview->fontMetrics().horizontalAdvance(QLatin1Char('0')));
+    }
     layout->addWidget(m_atRow);
     layout->addWidget(m_overview);
     connect(m_atRow, &QCheckBox::toggled, this, &CaptureTab::slot_updateOverview);
@@ -343,9 +347,10 @@ void CaptureTab::slot_progress()
             static_cast<int>(static_cast<double>(progress.bytes) / static_cast<double>(progress.size) * PermilleSteps));
     }
     m_cancel->setVisible(progress.isRunning());
+    m_cancel->setText(isLoading ? tr("Stop loading") : tr("Stop following"));
     const qint64 findings = m_capture.loader().findingCount();
     m_findings->setVisible(findings > 0);
-    m_findings->setText(tr("%1 findings...").arg(counted(findings)));
+    m_findings->setText(tr("Findings: %1...").arg(counted(findings)));
 }
 
 void CaptureTab::slot_showFindings()

@@ -33,10 +33,15 @@ int FrameTableModel::columnCount(const QModelIndex &parent) const
 
 QVariant FrameTableModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= FrameColumnCount) {
+    if (orientation != Qt::Horizontal || section < 0 || section >= FrameColumnCount) {
         return {};
     }
-    return FrameColumns::title(static_cast<FrameColumn>(section));
+    const auto column = static_cast<FrameColumn>(section);
+    if (role == Qt::TextAlignmentRole) {
+        return static_cast<int>(Qt::AlignVCenter |
+                                (FrameColumns::isRightAligned(column) ? Qt::AlignRight : Qt::AlignLeft));
+    }
+    return role == Qt::DisplayRole ? FrameColumns::title(column) : QVariant();
 }
 
 QVariant FrameTableModel::data(const QModelIndex &index, int role) const

@@ -19,24 +19,23 @@ constexpr int Padding = 4;
 struct ColumnLook
 {
     int characters;
-    bool isRight;
     bool isHidden;
 };
 
 /// By FrameColumn.
-constexpr std::array<ColumnLook, FrameColumnCount> Looks{{{10, true, false},
-                                                          {30, false, true},
-                                                          {17, true, false},
-                                                          {16, true, false},
-                                                          {16, true, true},
-                                                          {16, true, true},
-                                                          {8, true, false},
-                                                          {9, false, false},
-                                                          {9, true, false},
-                                                          {14, false, false},
-                                                          {11, false, false},
-                                                          {7, true, false},
-                                                          {40, false, false}}};
+constexpr std::array<ColumnLook, FrameColumnCount> Looks{{{10, false},
+                                                          {30, true},
+                                                          {17, false},
+                                                          {16, false},
+                                                          {16, true},
+                                                          {16, true},
+                                                          {8, false},
+                                                          {9, false},
+                                                          {9, false},
+                                                          {14, false},
+                                                          {11, false},
+                                                          {7, false},
+                                                          {40, false}}};
 
 QString csvCell(QString text)
 {
@@ -60,7 +59,6 @@ FrameTableView::FrameTableView(FrameTableModel &model, QWidget *parent)
     m_header->setModel(&model);
     m_header->setSectionsMovable(true);
     m_header->setStretchLastSection(true);
-    m_header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     m_header->setContextMenuPolicy(Qt::CustomContextMenu);
     const int width = QFontMetrics(viewport()->font()).horizontalAdvance(QLatin1Char('0'));
     for (int column = 0; column < FrameColumnCount; ++column) {
@@ -226,11 +224,12 @@ void FrameTableView::paintRow(QPainter &painter, int place, const QRect &row) co
         const int left = m_header->sectionViewportPosition(column);
         const QRect cell(left, row.y(), m_header->sectionSize(column), row.height());
         if (!m_header->isSectionHidden(column) && cell.intersects(viewport()->rect())) {
-            const ColumnLook &look = Looks[static_cast<std::size_t>(column)];
             painter.setClipRect(cell);
-            painter.drawText(cell.adjusted(Padding, 0, -Padding, 0),
-                             Qt::AlignVCenter | Qt::TextSingleLine | (look.isRight ? Qt::AlignRight : Qt::AlignLeft),
-                             m_model.text(place, static_cast<FrameColumn>(column)));
+            painter.drawText(
+                cell.adjusted(Padding, 0, -Padding, 0),
+                Qt::AlignVCenter | Qt::TextSingleLine |
+                    (FrameColumns::isRightAligned(static_cast<FrameColumn>(column)) ? Qt::AlignRight : Qt::AlignLeft),
+                m_model.text(place, static_cast<FrameColumn>(column)));
         }
     }
     painter.setClipping(false);

@@ -20,6 +20,9 @@ constexpr std::array<const char *, OverviewModel::ColumnCount> Titles{
     QT_TRANSLATE_NOOP("OverviewModel", "Last [s]"),
     QT_TRANSLATE_NOOP("OverviewModel", "Last data, [changed]")};
 
+/// In characters, of titles in both languages, too.
+constexpr std::array<int, OverviewModel::ColumnCount> Widths{9, 11, 16, 11, 12, 13, 12, 15, 16, 9, 15, 15, 40};
+
 QString millisecondsText(double nanoseconds, bool isKnown)
 {
     return isKnown ? QString::number(nanoseconds / 1e6, 'f', 3) : QString();
@@ -31,6 +34,11 @@ OverviewModel::OverviewModel(OpenCapture &capture, QObject *parent)
     : QAbstractTableModel(parent)
     , m_capture(capture)
 {
+}
+
+int OverviewModel::widthInCharacters(int column)
+{
+    return Widths[static_cast<std::size_t>(column)];
 }
 
 int OverviewModel::rowCount(const QModelIndex &parent) const

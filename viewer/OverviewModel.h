@@ -25,6 +25,8 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
+    /// Of the column's cells, for the font's digits.
+    static int widthInCharacters(int column);
     /// The row at which the last data are shown; -1: the end.
     void setRow(qint64 row);
     void setNames(const FrameColumns::Names &names) { m_names = names; }

@@ -2014,4 +2014,487 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>提示</translation>
     </message>
 </context>
+<context>
+    <name>CaptureFile</name>
+    <message>
+        <source>The file cannot be opened: %1</source>
+        <translation>无法打开文件：%1</translation>
+    </message>
+    <message>
+        <source>The file is of no known kind.</source>
+        <translation>无法识别文件的格式。</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureTab</name>
+    <message>
+        <source>&amp;Filter:</source>
+        <translation>过滤(&amp;F)：</translation>
+    </message>
+    <message>
+        <source>Find, in the same language</source>
+        <translation>查找，语法与过滤相同</translation>
+    </message>
+    <message>
+        <source>F&amp;ind:</source>
+        <translation>查找(&amp;I)：</translation>
+    </message>
+    <message>
+        <source>Stop loading</source>
+        <translation>停止加载</translation>
+    </message>
+    <message>
+        <source>Stop following</source>
+        <translation>停止跟踪</translation>
+    </message>
+    <message>
+        <source>Last data at the &amp;selected frame instead of at the end</source>
+        <translation>最后数据取自选中的帧，而不是末尾(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Nothing more was found.</source>
+        <translation>没有找到更多。</translation>
+    </message>
+    <message>
+        <source>Frame %1 is not among those that are shown.</source>
+        <translation>帧 %1 不在所显示的帧中。</translation>
+    </message>
+    <message>
+        <source>Frame %1 does not pass the filter; this is the next one that does.</source>
+        <translation>帧 %1 未通过过滤；这是下一个通过的帧。</translation>
+    </message>
+    <message>
+        <source>Go to</source>
+        <translation>转到</translation>
+    </message>
+    <message>
+        <source>Number of a frame, seconds (12.5, 300 ms) or clock time (13:45:06):</source>
+        <translation>帧序号、秒数（12.5，300 ms）或时刻（13:45:06）：</translation>
+    </message>
+    <message>
+        <source>There is no frame “%1”.</source>
+        <translation>没有帧“%1”。</translation>
+    </message>
+    <message>
+        <source>Bookmark</source>
+        <translation>书签</translation>
+    </message>
+    <message>
+        <source>Note for frame %1; without a note the bookmark goes:</source>
+        <translation>帧 %1 的备注；留空则删除书签：</translation>
+    </message>
+    <message>
+        <source>The bookmarks cannot be saved.</source>
+        <translation>无法保存书签。</translation>
+    </message>
+    <message>
+        <source>There is no further bookmark.</source>
+        <translation>没有更多书签。</translation>
+    </message>
+    <message>
+        <source>loading</source>
+        <translation>正在加载</translation>
+    </message>
+    <message>
+        <source>loading, %1 s left</source>
+        <translation>正在加载，还需 %1 秒</translation>
+    </message>
+    <message>
+        <source>following the file</source>
+        <translation>正在跟踪文件</translation>
+    </message>
+    <message>
+        <source>complete</source>
+        <translation>已全部加载</translation>
+    </message>
+    <message>
+        <source>loading was stopped</source>
+        <translation>已停止加载</translation>
+    </message>
+    <message>
+        <source>memory is full; the rest was not loaded</source>
+        <translation>内存已满；其余部分未加载</translation>
+    </message>
+    <message>
+        <source>%1 of %2 frames</source>
+        <translation>%2 帧中的 %1 帧</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 帧</translation>
+    </message>
+    <message>
+        <source>Findings: %1...</source>
+        <translation>发现的问题：%1...</translation>
+    </message>
+    <message>
+        <source>line %1</source>
+        <translation>第 %1 行</translation>
+    </message>
+    <message>
+        <source>byte %1</source>
+        <translation>字节 %1</translation>
+    </message>
+    <message>
+        <source>frame %1</source>
+        <translation>帧 %1</translation>
+    </message>
+    <message>
+        <source>Findings</source>
+        <translation>发现的问题</translation>
+    </message>
+</context>
+<context>
+    <name>Filter</name>
+    <message>
+        <source>The expression is too long.</source>
+        <translation>表达式过长。</translation>
+    </message>
+    <message>
+        <source>This is no number.</source>
+        <translation>这不是数字。</translation>
+    </message>
+    <message>
+        <source>The quotation mark at the end is missing.</source>
+        <translation>缺少末尾的引号。</translation>
+    </message>
+    <message>
+        <source>This character has no meaning here.</source>
+        <translation>此字符在这里没有意义。</translation>
+    </message>
+    <message>
+        <source>“%1” is missing here.</source>
+        <translation>这里缺少“%1”。</translation>
+    </message>
+    <message>
+        <source>“and”, “or” or a comparison is missing before this.</source>
+        <translation>此处之前缺少“and”、“or”或比较。</translation>
+    </message>
+    <message>
+        <source>A comparison is missing behind this.</source>
+        <translation>此处之后缺少比较。</translation>
+    </message>
+    <message>
+        <source>This can be equal or not equal only.</source>
+        <translation>这里只能比较相等或不相等。</translation>
+    </message>
+    <message>
+        <source>Only “data” and “name” are compared with a text.</source>
+        <translation>只有“data”和“name”可与文本比较。</translation>
+    </message>
+    <message>
+        <source>The range&apos;s end is below its beginning.</source>
+        <translation>范围的终点小于起点。</translation>
+    </message>
+    <message>
+        <source>A number is missing here.</source>
+        <translation>这里缺少数字。</translation>
+    </message>
+    <message>
+        <source>A direction is “rx”, “tx” or “refused”.</source>
+        <translation>方向为“rx”、“tx”或“refused”。</translation>
+    </message>
+    <message>
+        <source>Data are bytes in quotation marks, such as &quot;DE AD ?? EF&quot;.</source>
+        <translation>数据是引号中的字节，例如 &quot;DE AD ?? EF&quot;。</translation>
+    </message>
+    <message>
+        <source>A name is a text in quotation marks.</source>
+        <translation>名称是引号中的文本。</translation>
+    </message>
+    <message>
+        <source>A field, a signal or a number is missing here.</source>
+        <translation>这里缺少字段、信号或数字。</translation>
+    </message>
+    <message>
+        <source>A byte&apos;s number is 0 to %1.</source>
+        <translation>字节编号为 0 到 %1。</translation>
+    </message>
+    <message>
+        <source>“%1” is neither a field nor a signal.</source>
+        <translation>“%1”既不是字段也不是信号。</translation>
+    </message>
+</context>
+<context>
+    <name>FilterEdit</name>
+    <message>
+        <source>Filter, such as  id == 0x123 and data[0] &amp; 0x80</source>
+        <translation>过滤，例如  id == 0x123 and data[0] &amp; 0x80</translation>
+    </message>
+</context>
+<context>
+    <name>FrameColumns</name>
+    <message>
+        <source>No.</source>
+        <translation>序号</translation>
+    </message>
+    <message>
+        <source>Date and time</source>
+        <translation>日期和时间</translation>
+    </message>
+    <message>
+        <source>Time [s]</source>
+        <translation>时间 [s]</translation>
+    </message>
+    <message>
+        <source>Since shown [s]</source>
+        <translation>距上一显示帧 [s]</translation>
+    </message>
+    <message>
+        <source>Since ID [s]</source>
+        <translation>距同ID帧 [s]</translation>
+    </message>
+    <message>
+        <source>Since mark [s]</source>
+        <translation>距标记 [s]</translation>
+    </message>
+    <message>
+        <source>Channel</source>
+        <translation>通道</translation>
+    </message>
+    <message>
+        <source>Direction</source>
+        <translation>方向</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>帧ID</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>长度</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>数据</translation>
+    </message>
+    <message>
+        <source>Rx</source>
+        <translation>接收</translation>
+    </message>
+    <message>
+        <source>Tx</source>
+        <translation>发送</translation>
+    </message>
+    <message>
+        <source>Refused</source>
+        <translation>被拒绝</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>错误帧</translation>
+    </message>
+    <message>
+        <source>Remote</source>
+        <translation>远程帧</translation>
+    </message>
+</context>
+<context>
+    <name>FrameTableView</name>
+    <message>
+        <source>Frames</source>
+        <translation>帧</translation>
+    </message>
+    <message>
+        <source>Not these</source>
+        <translation>排除这些</translation>
+    </message>
+    <message>
+        <source>Only these</source>
+        <translation>只看这些</translation>
+    </message>
+    <message>
+        <source>Time zero here</source>
+        <translation>以此为时间零点</translation>
+    </message>
+    <message>
+        <source>Bookmark...</source>
+        <translation>书签...</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Copy as CSV</source>
+        <translation>复制为 CSV</translation>
+    </message>
+</context>
+<context>
+    <name>OverviewModel</name>
+    <message>
+        <source>Channel</source>
+        <translation>通道</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>帧ID</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Count</source>
+        <translation>数量</translation>
+    </message>
+    <message>
+        <source>Rate [1/s]</source>
+        <translation>频率 [1/s]</translation>
+    </message>
+    <message>
+        <source>Period [ms]</source>
+        <translation>周期 [ms]</translation>
+    </message>
+    <message>
+        <source>Least [ms]</source>
+        <translation>最小 [ms]</translation>
+    </message>
+    <message>
+        <source>Greatest [ms]</source>
+        <translation>最大 [ms]</translation>
+    </message>
+    <message>
+        <source>Deviation [ms]</source>
+        <translation>标准差 [ms]</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>长度</translation>
+    </message>
+    <message>
+        <source>First [s]</source>
+        <translation>首次 [s]</translation>
+    </message>
+    <message>
+        <source>Last [s]</source>
+        <translation>末次 [s]</translation>
+    </message>
+    <message>
+        <source>Last data, [changed]</source>
+        <translation>最后数据，[有变化]</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>错误帧</translation>
+    </message>
+</context>
+<context>
+    <name>StoreLoader</name>
+    <message>
+        <source>Reading failed before the end of the file.</source>
+        <translation>读取在文件结束之前失败。</translation>
+    </message>
+    <message>
+        <source>The file has become shorter while it was followed.</source>
+        <translation>文件在跟踪期间变短了。</translation>
+    </message>
+</context>
+<context>
+    <name>ViewerWindow</name>
+    <message>
+        <source>Drop captures here, or open them with Ctrl+O.</source>
+        <translation>将记录文件拖放到此处，或按 Ctrl+O 打开。</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>文件(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Open...</source>
+        <translation>打开(&amp;O)...</translation>
+    </message>
+    <message>
+        <source>Open &amp;recent</source>
+        <translation>最近打开(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>关闭(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>退出(&amp;Q)</translation>
+    </message>
+    <message>
+        <source>&amp;Go</source>
+        <translation>转到(&amp;G)</translation>
+    </message>
+    <message>
+        <source>&amp;Filter</source>
+        <translation>过滤(&amp;F)</translation>
+    </message>
+    <message>
+        <source>F&amp;ind</source>
+        <translation>查找(&amp;I)</translation>
+    </message>
+    <message>
+        <source>Find &amp;next</source>
+        <translation>查找下一个(&amp;N)</translation>
+    </message>
+    <message>
+        <source>Find &amp;previous</source>
+        <translation>查找上一个(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Go &amp;to...</source>
+        <translation>转到(&amp;T)...</translation>
+    </message>
+    <message>
+        <source>Time &amp;zero here</source>
+        <translation>以此为时间零点(&amp;Z)</translation>
+    </message>
+    <message>
+        <source>&amp;Bookmark...</source>
+        <translation>书签(&amp;B)...</translation>
+    </message>
+    <message>
+        <source>Next boo&amp;kmark</source>
+        <translation>下一个书签(&amp;K)</translation>
+    </message>
+    <message>
+        <source>Pre&amp;vious bookmark</source>
+        <translation>上一个书签(&amp;V)</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>视图(&amp;V)</translation>
+    </message>
+    <message>
+        <source>&amp;Overview by identifier</source>
+        <translation>按帧ID概览(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Language</source>
+        <translation>语言(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Chinese</source>
+        <translation>中文</translation>
+    </message>
+    <message>
+        <source>English</source>
+        <translation>英文</translation>
+    </message>
+    <message>
+        <source>Open captures</source>
+        <translation>打开记录文件</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>语言</translation>
+    </message>
+    <message>
+        <source>The language changes when the program is started again.</source>
+        <translation>重新启动程序后语言将改变。</translation>
+    </message>
+</context>
 </TS>

@@ -2014,4 +2014,487 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>Tips</translation>
     </message>
 </context>
+<context>
+    <name>CaptureFile</name>
+    <message>
+        <source>The file cannot be opened: %1</source>
+        <translation>The file cannot be opened: %1</translation>
+    </message>
+    <message>
+        <source>The file is of no known kind.</source>
+        <translation>The file is of no known kind.</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureTab</name>
+    <message>
+        <source>&amp;Filter:</source>
+        <translation>&amp;Filter:</translation>
+    </message>
+    <message>
+        <source>Find, in the same language</source>
+        <translation>Find, in the same language</translation>
+    </message>
+    <message>
+        <source>F&amp;ind:</source>
+        <translation>F&amp;ind:</translation>
+    </message>
+    <message>
+        <source>Stop loading</source>
+        <translation>Stop loading</translation>
+    </message>
+    <message>
+        <source>Stop following</source>
+        <translation>Stop following</translation>
+    </message>
+    <message>
+        <source>Last data at the &amp;selected frame instead of at the end</source>
+        <translation>Last data at the &amp;selected frame instead of at the end</translation>
+    </message>
+    <message>
+        <source>Nothing more was found.</source>
+        <translation>Nothing more was found.</translation>
+    </message>
+    <message>
+        <source>Frame %1 is not among those that are shown.</source>
+        <translation>Frame %1 is not among those that are shown.</translation>
+    </message>
+    <message>
+        <source>Frame %1 does not pass the filter; this is the next one that does.</source>
+        <translation>Frame %1 does not pass the filter; this is the next one that does.</translation>
+    </message>
+    <message>
+        <source>Go to</source>
+        <translation>Go to</translation>
+    </message>
+    <message>
+        <source>Number of a frame, seconds (12.5, 300 ms) or clock time (13:45:06):</source>
+        <translation>Number of a frame, seconds (12.5, 300 ms) or clock time (13:45:06):</translation>
+    </message>
+    <message>
+        <source>There is no frame “%1”.</source>
+        <translation>There is no frame “%1”.</translation>
+    </message>
+    <message>
+        <source>Bookmark</source>
+        <translation>Bookmark</translation>
+    </message>
+    <message>
+        <source>Note for frame %1; without a note the bookmark goes:</source>
+        <translation>Note for frame %1; without a note the bookmark goes:</translation>
+    </message>
+    <message>
+        <source>The bookmarks cannot be saved.</source>
+        <translation>The bookmarks cannot be saved.</translation>
+    </message>
+    <message>
+        <source>There is no further bookmark.</source>
+        <translation>There is no further bookmark.</translation>
+    </message>
+    <message>
+        <source>loading</source>
+        <translation>loading</translation>
+    </message>
+    <message>
+        <source>loading, %1 s left</source>
+        <translation>loading, %1 s left</translation>
+    </message>
+    <message>
+        <source>following the file</source>
+        <translation>following the file</translation>
+    </message>
+    <message>
+        <source>complete</source>
+        <translation>complete</translation>
+    </message>
+    <message>
+        <source>loading was stopped</source>
+        <translation>loading was stopped</translation>
+    </message>
+    <message>
+        <source>memory is full; the rest was not loaded</source>
+        <translation>memory is full; the rest was not loaded</translation>
+    </message>
+    <message>
+        <source>%1 of %2 frames</source>
+        <translation>%1 of %2 frames</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 frames</translation>
+    </message>
+    <message>
+        <source>Findings: %1...</source>
+        <translation>Findings: %1...</translation>
+    </message>
+    <message>
+        <source>line %1</source>
+        <translation>line %1</translation>
+    </message>
+    <message>
+        <source>byte %1</source>
+        <translation>byte %1</translation>
+    </message>
+    <message>
+        <source>frame %1</source>
+        <translation>frame %1</translation>
+    </message>
+    <message>
+        <source>Findings</source>
+        <translation>Findings</translation>
+    </message>
+</context>
+<context>
+    <name>Filter</name>
+    <message>
+        <source>The expression is too long.</source>
+        <translation>The expression is too long.</translation>
+    </message>
+    <message>
+        <source>This is no number.</source>
+        <translation>This is no number.</translation>
+    </message>
+    <message>
+        <source>The quotation mark at the end is missing.</source>
+        <translation>The quotation mark at the end is missing.</translation>
+    </message>
+    <message>
+        <source>This character has no meaning here.</source>
+        <translation>This character has no meaning here.</translation>
+    </message>
+    <message>
+        <source>“%1” is missing here.</source>
+        <translation>“%1” is missing here.</translation>
+    </message>
+    <message>
+        <source>“and”, “or” or a comparison is missing before this.</source>
+        <translation>“and”, “or” or a comparison is missing before this.</translation>
+    </message>
+    <message>
+        <source>A comparison is missing behind this.</source>
+        <translation>A comparison is missing behind this.</translation>
+    </message>
+    <message>
+        <source>This can be equal or not equal only.</source>
+        <translation>This can be equal or not equal only.</translation>
+    </message>
+    <message>
+        <source>Only “data” and “name” are compared with a text.</source>
+        <translation>Only “data” and “name” are compared with a text.</translation>
+    </message>
+    <message>
+        <source>The range&apos;s end is below its beginning.</source>
+        <translation>The range&apos;s end is below its beginning.</translation>
+    </message>
+    <message>
+        <source>A number is missing here.</source>
+        <translation>A number is missing here.</translation>
+    </message>
+    <message>
+        <source>A direction is “rx”, “tx” or “refused”.</source>
+        <translation>A direction is “rx”, “tx” or “refused”.</translation>
+    </message>
+    <message>
+        <source>Data are bytes in quotation marks, such as &quot;DE AD ?? EF&quot;.</source>
+        <translation>Data are bytes in quotation marks, such as &quot;DE AD ?? EF&quot;.</translation>
+    </message>
+    <message>
+        <source>A name is a text in quotation marks.</source>
+        <translation>A name is a text in quotation marks.</translation>
+    </message>
+    <message>
+        <source>A field, a signal or a number is missing here.</source>
+        <translation>A field, a signal or a number is missing here.</translation>
+    </message>
+    <message>
+        <source>A byte&apos;s number is 0 to %1.</source>
+        <translation>A byte&apos;s number is 0 to %1.</translation>
+    </message>
+    <message>
+        <source>“%1” is neither a field nor a signal.</source>
+        <translation>“%1” is neither a field nor a signal.</translation>
+    </message>
+</context>
+<context>
+    <name>FilterEdit</name>
+    <message>
+        <source>Filter, such as  id == 0x123 and data[0] &amp; 0x80</source>
+        <translation>Filter, such as  id == 0x123 and data[0] &amp; 0x80</translation>
+    </message>
+</context>
+<context>
+    <name>FrameColumns</name>
+    <message>
+        <source>No.</source>
+        <translation>No.</translation>
+    </message>
+    <message>
+        <source>Date and time</source>
+        <translation>Date and time</translation>
+    </message>
+    <message>
+        <source>Time [s]</source>
+        <translation>Time [s]</translation>
+    </message>
+    <message>
+        <source>Since shown [s]</source>
+        <translation>Since shown [s]</translation>
+    </message>
+    <message>
+        <source>Since ID [s]</source>
+        <translation>Since ID [s]</translation>
+    </message>
+    <message>
+        <source>Since mark [s]</source>
+        <translation>Since mark [s]</translation>
+    </message>
+    <message>
+        <source>Channel</source>
+        <translation>Channel</translation>
+    </message>
+    <message>
+        <source>Direction</source>
+        <translation>Direction</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>Length</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>Data</translation>
+    </message>
+    <message>
+        <source>Rx</source>
+        <translation>Rx</translation>
+    </message>
+    <message>
+        <source>Tx</source>
+        <translation>Tx</translation>
+    </message>
+    <message>
+        <source>Refused</source>
+        <translation>Refused</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Error</translation>
+    </message>
+    <message>
+        <source>Remote</source>
+        <translation>Remote</translation>
+    </message>
+</context>
+<context>
+    <name>FrameTableView</name>
+    <message>
+        <source>Frames</source>
+        <translation>Frames</translation>
+    </message>
+    <message>
+        <source>Not these</source>
+        <translation>Not these</translation>
+    </message>
+    <message>
+        <source>Only these</source>
+        <translation>Only these</translation>
+    </message>
+    <message>
+        <source>Time zero here</source>
+        <translation>Time zero here</translation>
+    </message>
+    <message>
+        <source>Bookmark...</source>
+        <translation>Bookmark...</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Copy</translation>
+    </message>
+    <message>
+        <source>Copy as CSV</source>
+        <translation>Copy as CSV</translation>
+    </message>
+</context>
+<context>
+    <name>OverviewModel</name>
+    <message>
+        <source>Channel</source>
+        <translation>Channel</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Count</source>
+        <translation>Count</translation>
+    </message>
+    <message>
+        <source>Rate [1/s]</source>
+        <translation>Rate [1/s]</translation>
+    </message>
+    <message>
+        <source>Period [ms]</source>
+        <translation>Period [ms]</translation>
+    </message>
+    <message>
+        <source>Least [ms]</source>
+        <translation>Least [ms]</translation>
+    </message>
+    <message>
+        <source>Greatest [ms]</source>
+        <translation>Greatest [ms]</translation>
+    </message>
+    <message>
+        <source>Deviation [ms]</source>
+        <translation>Deviation [ms]</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>Length</translation>
+    </message>
+    <message>
+        <source>First [s]</source>
+        <translation>First [s]</translation>
+    </message>
+    <message>
+        <source>Last [s]</source>
+        <translation>Last [s]</translation>
+    </message>
+    <message>
+        <source>Last data, [changed]</source>
+        <translation>Last data, [changed]</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Error</translation>
+    </message>
+</context>
+<context>
+    <name>StoreLoader</name>
+    <message>
+        <source>Reading failed before the end of the file.</source>
+        <translation>Reading failed before the end of the file.</translation>
+    </message>
+    <message>
+        <source>The file has become shorter while it was followed.</source>
+        <translation>The file has become shorter while it was followed.</translation>
+    </message>
+</context>
+<context>
+    <name>ViewerWindow</name>
+    <message>
+        <source>Drop captures here, or open them with Ctrl+O.</source>
+        <translation>Drop captures here, or open them with Ctrl+O.</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;File</translation>
+    </message>
+    <message>
+        <source>&amp;Open...</source>
+        <translation>&amp;Open...</translation>
+    </message>
+    <message>
+        <source>Open &amp;recent</source>
+        <translation>Open &amp;recent</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Close</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Quit</translation>
+    </message>
+    <message>
+        <source>&amp;Go</source>
+        <translation>&amp;Go</translation>
+    </message>
+    <message>
+        <source>&amp;Filter</source>
+        <translation>&amp;Filter</translation>
+    </message>
+    <message>
+        <source>F&amp;ind</source>
+        <translation>F&amp;ind</translation>
+    </message>
+    <message>
+        <source>Find &amp;next</source>
+        <translation>Find &amp;next</translation>
+    </message>
+    <message>
+        <source>Find &amp;previous</source>
+        <translation>Find &amp;previous</translation>
+    </message>
+    <message>
+        <source>Go &amp;to...</source>
+        <translation>Go &amp;to...</translation>
+    </message>
+    <message>
+        <source>Time &amp;zero here</source>
+        <translation>Time &amp;zero here</translation>
+    </message>
+    <message>
+        <source>&amp;Bookmark...</source>
+        <translation>&amp;Bookmark...</translation>
+    </message>
+    <message>
+        <source>Next boo&amp;kmark</source>
+        <translation>Next boo&amp;kmark</translation>
+    </message>
+    <message>
+        <source>Pre&amp;vious bookmark</source>
+        <translation>Pre&amp;vious bookmark</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;View</translation>
+    </message>
+    <message>
+        <source>&amp;Overview by identifier</source>
+        <translation>&amp;Overview by identifier</translation>
+    </message>
+    <message>
+        <source>&amp;Language</source>
+        <translation>&amp;Language</translation>
+    </message>
+    <message>
+        <source>Chinese</source>
+        <translation>Chinese</translation>
+    </message>
+    <message>
+        <source>English</source>
+        <translation>English</translation>
+    </message>
+    <message>
+        <source>Open captures</source>
+        <translation>Open captures</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Language</translation>
+    </message>
+    <message>
+        <source>The language changes when the program is started again.</source>
+        <translation>The language changes when the program is started again.</translation>
+    </message>
+</context>
 </TS>

@@ -58,13 +58,12 @@ void tst_Bookmarks::damagedFilesDoNoHarm_data()
     QTest::addColumn<QByteArray>("json");
     QTest::addColumn<int>("count");
     QTest::newRow("nothing") << QByteArray() << 0;
-    QTest::newRow("no JSON") << QByteArray("{\"bookmarks\": [{\"row\": 5") << 0;
+    QTest::newRow("no JSON") << QByteArray(R"({"bookmarks": [{"row": 5)") << 0;
     QTest::newRow("a list") << QByteArray("[1, 2]") << 0;
-    QTest::newRow("other types") << QByteArray("{\"bookmarks\": {\"row\": 5}}") << 0;
-    QTest::newRow("wrong rows") << QByteArray(
-                                       "{\"bookmarks\": [{\"row\": -5}, {\"row\": \"5\"}, 7, {\"row\": 1e300}, {}, "
-                                       "{\"row\": 5, \"note\": 5}]}")
-                                << 1;
+    QTest::newRow("other types") << QByteArray(R"({"bookmarks": {"row": 5}})") << 0;
+    QTest::newRow("wrong rows")
+        << QByteArray(R"({"bookmarks": [{"row": -5}, {"row": "5"}, 7, {"row": 1e300}, {}, {"row": 5, "note": 5}]})")
+        << 1;
 }
 
 void tst_Bookmarks::damagedFilesDoNoHarm()

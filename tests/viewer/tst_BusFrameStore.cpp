@@ -6,6 +6,31 @@
 
 #include <thread>
 
+namespace {
+
+/// Reads what there is until there are all rows, and tells how many were not as they had been appended.
+int wrongRowsOf(const BusFrameStore &store, qint64 rows)
+{
+    constexpr qint64 Stride = 97;
+    int wrong = 0;
+    qint64 seen = 0;
+    while (seen < rows) {
+        const qint64 size = store.size();
+        wrong += size < seen ? 1 : 0;
+        for (qint64 row = seen; row < size; row += Stride) {
+            wrong += isSame(store.frame(row), numberedFrame(row)) ? 0 : 1;
+        }
+        if (size > 0) {
+            const qint64 last = store.firstRowAt(numberedFrame(size - 1).time);
+            wrong += isSame(store.frame(size - 1), numberedFrame(size - 1)) && last == size - 1 ? 0 : 1;
+        }
+        seen = size;
+    }
+    return wrong;
+}
+
+} // namespace
+
 class tst_BusFrameStore : public QObject
 {
     Q_OBJECT
@@ -60,9 +85,9 @@ void tst_BusFrameStore::everyLengthComesBack()
 
 void tst_BusFrameStore::aShortFrameTakesAtMostFortyBytes()
 {
-    constexpr qint64 Rows = 10 * BusFrameStore::BlockRows;
+    constexpr qint64 Rows = qint64{10} * BusFrameStore::BlockRows;
     BusFrameStore store;
-    fill(store, std::vector<BusFrame>(Rows, canFrame(0, 1, "0102030405060708")));
+    fill(store, std::vector<BusFrame>(static_cast<std::size_t>(Rows), canFrame(0, 1, "0102030405060708")));
     QCOMPARE(store.size(), Rows);
     QVERIFY2(store.memory() <= Rows * 40, qPrintable(QString::number(store.memory() / Rows)));
     QVERIFY(store.memory() >= Rows * 35);
@@ -81,12 +106,12 @@ void tst_BusFrameStore::cutsLengthsThatCannotBe()
 
 void tst_BusFrameStore::stopsAtTheMemoryLimit()
 {
-    constexpr qint64 Limit = 6 * 1000 * 1000; // two blocks of short frames
-    const std::vector<BusFrame> frames(4 * BusFrameStore::BlockRows, canFrame(5, 1, "01"));
+    constexpr qint64 Limit = 6000000; // two blocks of short frames
+    const std::vector<BusFrame> frames(std::size_t{4} * BusFrameStore::BlockRows, canFrame(5, 1, "01"));
     BusFrameStore store;
     store.setMemoryLimit(Limit);
     QCOMPARE(store.append(frames.data(), int(frames.size())), 2 * BusFrameStore::BlockRows);
-    QCOMPARE(store.size(), qint64(2 * BusFrameStore::BlockRows));
+    QCOMPARE(store.size(), qint64{2} * BusFrameStore::BlockRows);
     QCOMPARE(store.append(frames.data(), 1), 0);
     QVERIFY(store.memory() <= Limit);
     QVERIFY(isSame(store.frame(store.size() - 1), frames.front()));
@@ -96,14 +121,14 @@ void tst_BusFrameStore::firstRowAt_data()
 {
     QTest::addColumn<qint64>("time");
     QTest::addColumn<qint64>("row");
-    constexpr qint64 Rows = 3 * BusFrameStore::BlockRows; // row n has the time 10 n, but the second block 0
+    constexpr qint64 Rows = qint64{3} * BusFrameStore::BlockRows; // row n has the time 10 n, but the second block 0
     QTest::newRow("before the first") << qint64(-5) << qint64(0);
     QTest::newRow("the first") << qint64(0) << qint64(0);
     QTest::newRow("between two") << qint64(11) << qint64(2);
     QTest::newRow("the last before the jump back")
         << qint64(10) * (BusFrameStore::BlockRows - 1) << qint64(BusFrameStore::BlockRows - 1);
     QTest::newRow("not reached before the jump")
-        << qint64(10) * BusFrameStore::BlockRows << qint64(2 * BusFrameStore::BlockRows);
+        << qint64(10) * BusFrameStore::BlockRows << qint64{2} * BusFrameStore::BlockRows;
     QTest::newRow("the last") << (Rows - 1) * 10 << Rows - 1;
     QTest::newRow("behind the last") << (Rows - 1) * 10 + 1 << Rows;
 }
@@ -115,7 +140,7 @@ void tst_BusFrameStore::firstRowAt()
     BusFrameStore store;
     QCOMPARE(store.firstRowAt(time), 0);
     std::vector<BusFrame> frames;
-    for (qint64 i = 0; i < 3 * BusFrameStore::BlockRows; ++i) {
+    for (qint64 i = 0; i < qint64{3} * BusFrameStore::BlockRows; ++i) {
         frames.push_back(canFrame(BusFrameStore::blockOf(i) == 1 ? 0 : i * 10, 1));
     }
     fill(store, frames);
@@ -125,26 +150,12 @@ void tst_BusFrameStore::firstRowAt()
 void tst_BusFrameStore::severalThreadsReadWhileOneAppends()
 {
     constexpr qint64 Rows = 300000;
-    constexpr qint64 Stride = 97;
     BusFrameStore store;
     std::atomic<int> wrong{0};
     std::vector<std::thread> readers;
+    readers.reserve(3);
     for (int i = 0; i < 3; ++i) {
-        readers.emplace_back([&store, &wrong] {
-            qint64 seen = 0;
-            while (seen < Rows) {
-                const qint64 size = store.size();
-                wrong += size < seen ? 1 : 0;
-                for (qint64 row = seen; row < size; row += Stride) {
-                    wrong += isSame(store.frame(row), numberedFrame(row)) ? 0 : 1;
-                }
-                if (size > 0) {
-                    wrong += isSame(store.frame(size - 1), numberedFrame(size - 1)) ? 0 : 1;
-                    wrong += store.firstRowAt(numberedFrame(size - 1).time) == size - 1 ? 0 : 1;
-                }
-                seen = size;
-            }
-        });
+        readers.emplace_back([&store, &wrong] { wrong += wrongRowsOf(store, Rows); });
     }
     fillNumbered(store, Rows);
     for (std::thread &reader : readers) {

@@ -59,6 +59,7 @@ void tst_BusLoad::loadOverTime()
     constexpr qint64 Ms = 1000000;
     const BusBitRates rates{470000, 470000, 0};
     std::vector<BusFrame> frames; // each takes 100 us
+    frames.reserve(9);
     for (int i = 0; i < 5; ++i) {
         frames.push_back(canFrame(100 * Ms + i * Ms / 10, 1));
     }

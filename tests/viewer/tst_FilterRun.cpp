@@ -29,7 +29,7 @@ private slots:
     void findsForwardAndBackward();
 
 private:
-    void runToEnd(FilterRun &run, RowSet &rows);
+    static void runToEnd(FilterRun &run, RowSet &rows);
 
     std::shared_ptr<BusFrameStore> m_store;
     std::atomic<int> m_announced{0};
@@ -37,9 +37,9 @@ private:
 
 void tst_FilterRun::rowSet()
 {
-    constexpr int Block = BusFrameStore::BlockRows;
-    const auto part = [](qint64 first, int count, int every) {
-        RowSet::Part made{first, count, {}};
+    constexpr qint64 Block = BusFrameStore::BlockRows;
+    const auto part = [](qint64 first, qint64 count, qint64 every) {
+        RowSet::Part made{first, static_cast<int>(count), {}};
         for (qint64 row = first; row < first + count; ++row) {
             if (row % every == 0) {
                 made.indices.push_back(static_cast<quint16>(BusFrameStore::indexInBlock(row)));
@@ -55,8 +55,8 @@ void tst_FilterRun::rowSet()
     rows.append(part(Block + 100, Block - 100, 2));
     rows.append(part(2 * Block, Block, Block * 4)); // empty
     rows.append(part(3 * Block, 5, 1));
-    QCOMPARE(rows.size(), qint64(Block + 100 + (Block - 100) / 2 + 5));
-    QCOMPARE(rows.covered(), qint64(3 * Block + 5));
+    QCOMPARE(rows.size(), Block + 100 + (Block - 100) / 2 + 5);
+    QCOMPARE(rows.covered(), 3 * Block + 5);
     qint64 place = 0;
     for (qint64 row = 0; row < rows.covered(); ++row) {
         const bool isIn = row < Block + 100 || (row < 2 * Block && row % 2 == 0) || row >= 3 * Block;

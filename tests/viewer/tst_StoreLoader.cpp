@@ -162,7 +162,7 @@ void tst_StoreLoader::endsSoonWhenReadingHangs()
     QElapsedTimer clock;
     clock.start();
     loader.reset();
-    QVERIFY(clock.elapsed() < 2 * StoreLoader::StopWaitMs);
+    QVERIFY(clock.elapsed() < qint64{2} * StoreLoader::StopWaitMs);
     m_script->isHeldUp = false;
     QTRY_COMPARE(m_script.use_count(), 1); // the thread has gone
 }
@@ -210,7 +210,7 @@ void tst_StoreLoader::noticesABrokenRead()
 void tst_StoreLoader::stopsWhenMemoryIsUsedUp()
 {
     m_script->available = 1000000;
-    m_store->setMemoryLimit(10 * 1000 * 1000);
+    m_store->setMemoryLimit(10000000);
     const StoreLoader loader(m_store, opening(m_script), false);
     QTRY_COMPARE(loader.progress().state, State::MemoryFull);
     QVERIFY(m_store->size() > 100000);

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr qint64 MaxFileSize = 16 * 1024 * 1024;
+constexpr qint64 MaxFileSize = qint64{16} * 1024 * 1024;
 constexpr double MaxRow = 1e15;
 
 QString absolutePath(const QString &capture)

@@ -170,7 +170,7 @@ qint64 BusFrameStore::firstRowAt(qint64 time) const
     if (first >= rows) {
         return rows;
     }
-    const auto begin = block(low).time.begin();
-    const auto end = begin + std::min<qint64>(BlockRows, rows - first);
+    const qint64 *begin = block(low).time.data();
+    const qint64 *end = begin + std::min<qint64>(BlockRows, rows - first);
     return first + (std::find_if(begin, end, [time](qint64 value) { return value >= time; }) - begin);
 }

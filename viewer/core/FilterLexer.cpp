@@ -121,8 +121,8 @@ private:
             return value;
         }
         const QStringRef name = m_text.midRef(unit, m_next - unit);
-        const auto found = std::find_if(Units.begin(), Units.end(),
-                                        [&name](const Unit &known) { return name == QLatin1String(known.name); });
+        const auto *found = std::find_if(Units.begin(), Units.end(),
+                                         [&name](const Unit &known) { return name == QLatin1String(known.name); });
         isRight = isRight && found != Units.end();
         return isRight ? value * found->seconds : 0;
     }

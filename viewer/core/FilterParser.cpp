@@ -28,7 +28,7 @@ FilterParser::FilterParser(const QString &text, const SignalSource *source)
 
 FilterToken FilterParser::take()
 {
-    const FilterToken taken = token();
+    FilterToken taken = token();
     if (taken.kind == FilterToken::Wrong) {
         fail(taken, taken.text);
     }
@@ -67,7 +67,7 @@ void FilterParser::offer(const QStringList &words)
     }
 }
 
-void FilterParser::fail(const FilterToken &place, const QString &text) const
+void FilterParser::fail(const FilterToken &place, const QString &text)
 {
     throw FilterError{place.position, place.length, place.kind == FilterToken::Wrong ? place.text : text};
 }
@@ -88,14 +88,14 @@ void FilterParser::needEnd()
 
 TestPointer FilterParser::test()
 {
-    TestPointer test = asTest(either());
+    TestPointer test = asTest(expression());
     needEnd();
     return test;
 }
 
 ValuePointer FilterParser::value()
 {
-    ValuePointer value = asValue(either());
+    ValuePointer value = asValue(expression());
     needEnd();
     return value;
 }
@@ -147,34 +147,48 @@ FilterParser::Operand FilterParser::fieldOperand(FrameField field, const FilterT
     return operand;
 }
 
-FilterParser::Operand FilterParser::either()
+FilterParser::Operand FilterParser::expression()
 {
     count(m_depth, MaxDepth);
-    Operand first = both();
-    std::vector<TestPointer> tests;
-    const FilterToken place = first.place;
-    while (acceptWord("or") || acceptSymbol("||")) {
-        if (tests.empty()) {
-            tests.push_back(asTest(std::move(first)));
-        }
-        tests.push_back(asTest(both()));
-    }
+    Operand operand = either();
     --m_depth;
-    return tests.empty() ? std::move(first) : testOperand(FilterNodes::any(std::move(tests)), place);
+    return operand;
+}
+
+FilterParser::Operand FilterParser::either()
+{
+    Operand first = both();
+    const auto acceptOr = [this] {
+        return acceptWord("or") || acceptSymbol("||");
+    };
+    if (!acceptOr()) {
+        return first;
+    }
+    const FilterToken place = first.place;
+    std::vector<TestPointer> tests;
+    tests.push_back(asTest(std::move(first)));
+    do {
+        tests.push_back(asTest(both()));
+    } while (acceptOr());
+    return testOperand(FilterNodes::any(std::move(tests)), place);
 }
 
 FilterParser::Operand FilterParser::both()
 {
     Operand first = negated();
-    std::vector<TestPointer> tests;
-    const FilterToken place = first.place;
-    while (acceptWord("and") || acceptSymbol("&&")) {
-        if (tests.empty()) {
-            tests.push_back(asTest(std::move(first)));
-        }
-        tests.push_back(asTest(negated()));
+    const auto acceptAnd = [this] {
+        return acceptWord("and") || acceptSymbol("&&");
+    };
+    if (!acceptAnd()) {
+        return first;
     }
-    return tests.empty() ? std::move(first) : testOperand(FilterNodes::all(std::move(tests)), place);
+    const FilterToken place = first.place;
+    std::vector<TestPointer> tests;
+    tests.push_back(asTest(std::move(first)));
+    do {
+        tests.push_back(asTest(negated()));
+    } while (acceptAnd());
+    return testOperand(FilterNodes::all(std::move(tests)), place);
 }
 
 FilterParser::Operand FilterParser::negated()
@@ -367,8 +381,10 @@ FilterParser::Operand FilterParser::arithmetic(int level)
         count(m_operators, MaxOperators);
         ++m_next;
         ValuePointer right = asValue(arithmetic(level + 1));
-        left.value = FilterNodes::arithmetic(found->op, asValue(std::move(left)), std::move(right));
-        left.kind = Kind::Value;
+        Operand result;
+        result.place = left.place;
+        result.value = FilterNodes::arithmetic(found->op, asValue(std::move(left)), std::move(right));
+        left = std::move(result);
     }
     return left;
 }
@@ -407,7 +423,7 @@ FilterParser::Operand FilterParser::primary()
         return word(place);
     case FilterToken::Symbol:
         if (place.text == QLatin1String("(")) {
-            Operand operand = either();
+            Operand operand = expression();
             needSymbol(")");
             operand.place = place;
             return operand;

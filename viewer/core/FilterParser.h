@@ -40,10 +40,11 @@ private:
     void needSymbol(const char *symbol);
     /// What may stand here, which is remembered where the text ends here.
     void offer(const QStringList &words);
-    [[noreturn]] void fail(const FilterToken &place, const QString &text) const;
+    [[noreturn]] static void fail(const FilterToken &place, const QString &text);
     void needEnd();
     void count(int &counter, int most);
 
+    Operand expression();
     Operand either();
     Operand both();
     Operand negated();

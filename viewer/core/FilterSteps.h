@@ -13,7 +13,7 @@ template<typename Function>
 void forEach(const FilterBatch &batch, Function function)
 {
     for (int i = 0; i < batch.count; ++i) {
-        function(static_cast<std::size_t>(i), static_cast<std::size_t>(batch.first + i));
+        function(static_cast<std::size_t>(i), static_cast<std::size_t>(batch.first) + static_cast<std::size_t>(i));
     }
 }
 

@@ -50,6 +50,12 @@ bool FrameColumns::isTime(FrameColumn column)
     return column >= FrameColumn::Absolute && column <= FrameColumn::SinceMark;
 }
 
+bool FrameColumns::isRightAligned(FrameColumn column)
+{
+    return (isTime(column) && column != FrameColumn::Absolute) || column == FrameColumn::Number ||
+           column == FrameColumn::Channel || column == FrameColumn::Identifier || column == FrameColumn::Length;
+}
+
 QString FrameColumns::identifierText(FrameKey key)
 {
     if ((key & ErrorKey) != 0) {

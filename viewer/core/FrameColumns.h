@@ -40,6 +40,8 @@ public:
     static QString text(FrameColumn column, const BusFrameStore &store, const CaptureInfo &info, qint64 row,
                         const TimeReferences &references, const Names &names);
     static bool isTime(FrameColumn column);
+    /// Numbers stand below each other.
+    static bool isRightAligned(FrameColumn column);
     /// A filter that passes the frames with the same cell; empty where there is none, as for times.
     static QString sameCell(FrameColumn column, qint64 row, const BusFrame &frame, const Names &names);
 

@@ -11,14 +11,14 @@ namespace {
 constexpr qint64 NanosecondsPerSecond = 1000000000;
 constexpr qint64 NanosecondsPerMillisecond = 1000000;
 
-/// later - earlier, also where later is the earlier one; nothing where a 64-bit number does not hold it.
-std::optional<qint64> distance(qint64 earlier, qint64 later)
+/// to - from; nothing where a 64-bit number does not hold it.
+std::optional<qint64> distance(qint64 from, qint64 to)
 {
-    const qint64 forward = periodBetween(earlier, later);
+    const qint64 forward = periodBetween(from, to);
     if (forward >= 0) {
         return forward;
     }
-    const qint64 backward = periodBetween(later, earlier);
+    const qint64 backward = periodBetween(to, from);
     return backward >= 0 ? std::make_optional(-backward) : std::nullopt;
 }
 

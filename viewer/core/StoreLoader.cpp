@@ -28,7 +28,6 @@ struct StoreLoader::Load
     void begin(FrameReader &reader, const BusFrame &first);
     void publish(const CaptureStream &stream);
     void setState(LoadProgress::State state);
-    QString tr(const char *text) const { return QCoreApplication::translate("StoreLoader", text); }
 
     std::shared_ptr<BusFrameStore> store;
     Open open;
@@ -118,12 +117,12 @@ LoadProgress::State StoreLoader::Load::readAll(CaptureStream &stream)
         }
         if (stream.isBroken()) {
             const std::lock_guard<std::mutex> lock(mutex);
-            error = tr("Reading failed before the end of the file.");
+            error = QCoreApplication::translate("StoreLoader", "Reading failed before the end of the file.");
             return LoadProgress::State::Failed;
         }
         if (!isLast && stream.size() > 0 && stream.size() < stream.position()) {
             const std::lock_guard<std::mutex> lock(mutex);
-            error = tr("The file has become shorter while it was followed.");
+            error = QCoreApplication::translate("StoreLoader", "The file has become shorter while it was followed.");
             return LoadProgress::State::Failed;
         }
         isMore = !isLast;
