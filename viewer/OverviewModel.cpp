@@ -101,7 +101,8 @@ QString OverviewModel::text(int row, Column column) const
     const IdentifierStatistics &identifier = at(row);
     const bool hasPeriods = identifier.periodCount > 0;
     const auto sinceStart = [this](qint64 time) {
-        return time == BusFrame::NoTime ? QString() : durationText(time - m_capture.store().start());
+        const std::optional<qint64> since = timeDistance(m_capture.store().start(), time);
+        return since ? durationText(*since) : QString();
     };
     switch (column) {
     case Channel:

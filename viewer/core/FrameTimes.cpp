@@ -11,17 +11,6 @@ namespace {
 constexpr qint64 NanosecondsPerSecond = 1000000000;
 constexpr qint64 NanosecondsPerMillisecond = 1000000;
 
-/// to - from; nothing where a 64-bit number does not hold it.
-std::optional<qint64> distance(qint64 from, qint64 to)
-{
-    const qint64 forward = periodBetween(from, to);
-    if (forward >= 0) {
-        return forward;
-    }
-    const qint64 backward = periodBetween(to, from);
-    return backward >= 0 ? std::make_optional(-backward) : std::nullopt;
-}
-
 std::optional<qint64> sum(qint64 a, qint64 b)
 {
     const bool fits = b > 0 ? a <= std::numeric_limits<qint64>::max() - b : a >= std::numeric_limits<qint64>::min() - b;
@@ -39,7 +28,7 @@ std::optional<qint64> epochOffset(const CaptureInfo &info)
 
 std::optional<qint64> sinceRow(const BusFrameStore &store, qint64 reference, qint64 time)
 {
-    return reference >= 0 ? distance(store.time(reference), time) : std::nullopt;
+    return reference >= 0 ? timeDistance(store.time(reference), time) : std::nullopt;
 }
 
 /// Seconds with a unit; nothing for another text.
@@ -88,6 +77,16 @@ std::optional<qint64> clockTime(const QString &text, qint64 start)
 
 } // namespace
 
+std::optional<qint64> timeDistance(qint64 from, qint64 to)
+{
+    const qint64 forward = periodBetween(from, to);
+    if (forward >= 0) {
+        return forward;
+    }
+    const qint64 backward = periodBetween(to, from);
+    return backward >= 0 ? std::make_optional(-backward) : std::nullopt;
+}
+
 std::optional<qint64> timeOfCell(TimeColumn column, const BusFrameStore &store, const CaptureInfo &info, qint64 row,
                                  const TimeReferences &references)
 {
@@ -101,7 +100,7 @@ std::optional<qint64> timeOfCell(TimeColumn column, const BusFrameStore &store, 
         return offset ? sum(time, *offset) : std::nullopt;
     }
     case TimeColumn::SinceStart:
-        return distance(store.start(), time);
+        return timeDistance(store.start(), time);
     case TimeColumn::SinceShown:
         return sinceRow(store, references.shown, time);
     case TimeColumn::SinceIdentifier:
@@ -149,7 +148,7 @@ qint64 rowOfText(const QString &text, const BusFrameStore &store, const CaptureI
         time = std::abs(nanoseconds) < Most ? sum(store.start(), std::llround(nanoseconds)) : std::nullopt;
     } else if (const std::optional<qint64> offset = epochOffset(info)) {
         const std::optional<qint64> moment = clockTime(wanted, store.start() + *offset);
-        time = moment ? distance(*offset, *moment) : std::nullopt;
+        time = moment ? timeDistance(*offset, *moment) : std::nullopt;
     }
     return time ? std::min(store.firstRowAt(*time), rows - 1) : -1;
 }

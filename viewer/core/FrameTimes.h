@@ -18,6 +18,10 @@ constexpr qint64 periodBetween(qint64 earlier, qint64 later)
     return period <= static_cast<quint64>(std::numeric_limits<qint64>::max()) ? static_cast<qint64>(period) : -1;
 }
 
+/// Nanoseconds from one time to another, negative where to is the earlier one; nothing where one is missing or a 64-bit
+/// number does not hold it.
+std::optional<qint64> timeDistance(qint64 from, qint64 to);
+
 /// What a column of times shows.
 enum class TimeColumn {
     Absolute,        ///< date and clock time

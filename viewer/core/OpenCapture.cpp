@@ -1,5 +1,7 @@
 #include "viewer/core/OpenCapture.h"
 
+#include "viewer/core/PhysicalMemory.h"
+
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -8,12 +10,29 @@ namespace {
 
 constexpr int LookMs = 50;
 
+/// What the frames of one capture may take, so that there is room for all the rest: three quarters of the memory, and
+/// of the 2 GB that a 32-bit program has, half.
+qint64 memoryLimit()
+{
+    constexpr qint64 SmallLimit = qint64{1} << 30U;
+    const qint64 memory = physicalMemory();
+    const qint64 limit = memory > 0 ? memory / 4 * 3 : std::numeric_limits<qint64>::max();
+    return sizeof(void *) > 4 ? limit : std::min(limit, SmallLimit);
+}
+
+std::shared_ptr<BusFrameStore> limitedStore()
+{
+    auto store = std::make_shared<BusFrameStore>();
+    store->setMemoryLimit(memoryLimit());
+    return store;
+}
+
 } // namespace
 
 OpenCapture::OpenCapture(QString path, const StoreLoader::Open &open, bool follow, QObject *parent)
     : QObject(parent)
     , m_path(std::move(path))
-    , m_store(std::make_shared<BusFrameStore>())
+    , m_store(limitedStore())
     , m_loader(std::make_unique<StoreLoader>(m_store, open, follow))
     , m_filterRun(std::make_unique<FilterRun>(
           m_store, [this] { QMetaObject::invokeMethod(this, &OpenCapture::takeRows, Qt::QueuedConnection); }))

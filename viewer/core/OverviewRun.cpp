@@ -1,6 +1,7 @@
 #include "viewer/core/OverviewRun.h"
 
 #include <algorithm>
+#include <thread>
 #include <utility>
 
 OverviewRun::OverviewRun(std::shared_ptr<const BusFrameStore> store, std::function<void()> hasMore, bool tellsChannels)
@@ -29,6 +30,9 @@ void OverviewRun::run()
 {
     bool isMore = true;
     while (isMore && !m_isStopped) {
+        while (m_waiting > 0 && !m_isStopped) {
+            std::this_thread::yield();
+        }
         {
             const std::lock_guard<std::mutex> lock(m_mutex);
             isMore = m_overview.add(*m_store, SliceRows) == SliceRows;
@@ -45,20 +49,20 @@ void OverviewRun::run()
 std::vector<IdentifierStatistics> OverviewRun::statistics()
 {
     m_isAnnounced = false;
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const Access access(*this);
     return m_overview.identifiers();
 }
 
 std::vector<Overview::LastRows> OverviewRun::lastRows(qint64 row) const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const Access access(*this);
     const qint64 last = std::min(row, m_overview.covered() - 1);
     return last >= 0 ? m_overview.lastRows(*m_store, last) : std::vector<Overview::LastRows>();
 }
 
 std::optional<qint64> OverviewRun::previousRow(qint64 row) const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const Access access(*this);
     if (row >= m_overview.covered()) {
         return std::nullopt;
     }
@@ -67,6 +71,6 @@ std::optional<qint64> OverviewRun::previousRow(qint64 row) const
 
 qint64 OverviewRun::covered() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const Access access(*this);
     return m_overview.covered();
 }

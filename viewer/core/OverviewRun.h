@@ -36,12 +36,30 @@ public:
 private:
     static constexpr qint64 SliceRows = BusFrameStore::BlockRows / 2;
 
+    /// Takes the lock in turn with the thread, which would otherwise have it back before anybody else wakes up.
+    class Access
+    {
+    public:
+        explicit Access(const OverviewRun &run)
+            : m_run(run)
+        {
+            ++m_run.m_waiting;
+            m_lock = std::unique_lock<std::mutex>(m_run.m_mutex);
+            --m_run.m_waiting;
+        }
+
+    private:
+        const OverviewRun &m_run;
+        std::unique_lock<std::mutex> m_lock;
+    };
+
     void run();
 
     std::shared_ptr<const BusFrameStore> m_store;
     std::function<void()> m_hasMore;
     mutable std::mutex m_mutex; ///< guards m_overview
     Overview m_overview;
+    mutable std::atomic<int> m_waiting{0};
     std::atomic<bool> m_isRunning{false};
     std::atomic<bool> m_isStopped{false};
     std::atomic<bool> m_isAnnounced{false};

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -144,7 +145,11 @@ void StoreLoader::Load::run()
         return;
     }
     publish(*stream);
-    setState(readAll(*stream));
+    try {
+        setState(readAll(*stream));
+    } catch (const std::bad_alloc &) { // of the reader
+        setState(LoadProgress::State::MemoryFull);
+    }
 }
 
 StoreLoader::StoreLoader(std::shared_ptr<BusFrameStore> store, Open open, bool follow)
