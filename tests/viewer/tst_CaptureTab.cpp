@@ -5,6 +5,7 @@
 #include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QClipboard>
+#include <QDialog>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
@@ -37,7 +38,7 @@ private slots:
     void copies();
     void marksAndTimes();
     void findingsAreTold();
-    void tableModel();
+    static void tableModel();
 
 private:
     FilterEdit *filter() { return m_tab->findChild<FilterEdit *>(QStringLiteral("filter")); }

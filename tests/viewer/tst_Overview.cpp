@@ -161,7 +161,8 @@ void tst_Overview::lastRowsAtAnyRow()
     fillNumbered(store, Rows);
     Overview overview;
     addAll(overview, store);
-    for (const qint64 row : {qint64(0), qint64(5000), qint64(65535), qint64(65536), qint64(777777), Rows - 1}) {
+    for (const qint64 row : {qint64(0), qint64(5000), qint64(65535), qint64(65536), qint64(777777), qint64(786432),
+                             qint64(786440), Rows - 1}) {
         std::map<std::pair<quint16, FrameKey>, Overview::LastRows> expected;
         for (qint64 i = 0; i <= row; ++i) {
             const BusFrame frame = numberedFrame(i);
