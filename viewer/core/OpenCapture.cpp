@@ -36,12 +36,12 @@ OpenCapture::OpenCapture(QString path, const StoreLoader::Open &open, bool follo
     , m_loader(std::make_unique<StoreLoader>(m_store, open, follow))
     , m_filterRun(std::make_unique<FilterRun>(
           m_store, [this] { QMetaObject::invokeMethod(this, &OpenCapture::takeRows, Qt::QueuedConnection); }))
-    , m_overview(std::make_unique<OverviewRun>(m_store, [this] {
-        QMetaObject::invokeMethod(this, &OpenCapture::sig_overviewChanged, Qt::QueuedConnection);
-    }))
+    , m_overview(std::make_unique<OverviewRun>(
+          m_store,
+          [this] { QMetaObject::invokeMethod(this, &OpenCapture::sig_overviewChanged, Qt::QueuedConnection); }))
+    , m_findThread(1)
 {
     m_sinceBegin.start();
-    m_findPool.setMaxThreadCount(1);
     connect(&m_timer, &QTimer::timeout, this, &OpenCapture::slot_look);
     m_timer.start(LookMs);
 }
@@ -51,7 +51,6 @@ OpenCapture::~OpenCapture()
     if (m_stopFinding) {
         *m_stopFinding = true;
     }
-    m_findPool.waitForDone();
 }
 
 qint64 OpenCapture::placeOf(qint64 row) const
@@ -106,7 +105,7 @@ void OpenCapture::find(const Filter &filter, qint64 row, bool isBackward)
         *m_stopFinding = true;
     }
     m_stopFinding = std::make_shared<std::atomic<bool>>(false);
-    m_findPool.start([this, store = m_store, stop = m_stopFinding, filter, row, isBackward] {
+    m_findThread.start([this, store = m_store, stop = m_stopFinding, filter, row, isBackward] {
         const qint64 found = findRow(*store, filter, row, isBackward, *stop).value_or(-1);
         QMetaObject::invokeMethod(
             this,

@@ -6,10 +6,10 @@
 #include "viewer/core/OverviewRun.h"
 #include "viewer/core/RowSet.h"
 #include "viewer/core/StoreLoader.h"
+#include "viewer/core/WorkerThreads.h"
 
 #include <QElapsedTimer>
 #include <QObject>
-#include <QThreadPool>
 #include <QTimer>
 
 #include <memory>
@@ -84,5 +84,5 @@ private:
     std::unique_ptr<StoreLoader> m_loader;
     std::unique_ptr<FilterRun> m_filterRun;
     std::unique_ptr<OverviewRun> m_overview;
-    QThreadPool m_findPool;
+    WorkerThreads m_findThread; ///< the last member: it ends before the others go
 };

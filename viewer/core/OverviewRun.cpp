@@ -8,21 +8,20 @@ OverviewRun::OverviewRun(std::shared_ptr<const BusFrameStore> store, std::functi
     : m_store(std::move(store))
     , m_hasMore(std::move(hasMore))
     , m_overview(tellsChannels)
+    , m_thread(1)
 {
-    m_pool.setMaxThreadCount(1);
 }
 
 OverviewRun::~OverviewRun()
 {
     m_isStopped = true;
-    m_pool.waitForDone();
 }
 
 void OverviewRun::extend()
 {
     if (!m_isRunning && m_store->size() > covered()) {
         m_isRunning = true;
-        m_pool.start([this] { run(); });
+        m_thread.start([this] { run(); });
     }
 }
 

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "viewer/core/Overview.h"
-
-#include <QThreadPool>
+#include "viewer/core/WorkerThreads.h"
 
 #include <atomic>
 #include <functional>
@@ -63,5 +62,5 @@ private:
     std::atomic<bool> m_isRunning{false};
     std::atomic<bool> m_isStopped{false};
     std::atomic<bool> m_isAnnounced{false};
-    QThreadPool m_pool;
+    WorkerThreads m_thread; ///< the last member: it ends before the others go
 };

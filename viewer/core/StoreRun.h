@@ -1,9 +1,7 @@
 #pragma once
 
 #include "viewer/core/BusFrameStore.h"
-
-#include <QThread>
-#include <QThreadPool>
+#include "viewer/core/WorkerThreads.h"
 
 #include <algorithm>
 #include <atomic>
@@ -30,20 +28,15 @@ public:
     StoreRun(std::shared_ptr<const BusFrameStore> store, std::function<void()> hasMore)
         : m_store(std::move(store))
         , m_hasMore(std::move(hasMore))
+        , m_threads(WorkerThreads::processors())
     {
-        m_pool.setMaxThreadCount(std::max(1, QThread::idealThreadCount()));
     }
-    ~StoreRun()
-    {
-        cancel();
-        m_pool.clear();
-        m_pool.waitForDone();
-    }
+    ~StoreRun() { cancel(); }
     StoreRun(const StoreRun &) = delete;
     StoreRun &operator=(const StoreRun &) = delete;
 
-    /// Threads to run on; as many as there are processors by default.
-    void setThreadCount(int count) { m_pool.setMaxThreadCount(count); }
+    /// Threads to run on, before the first start(); as many as there are processors by default.
+    void setThreadCount(int count) { m_threads.setCount(count); }
 
     /// Looks at all rows anew; results of the work before are not handed out any more.
     void start(Work work)
@@ -149,9 +142,9 @@ private:
     {
         m_covered = first;
         m_job = std::make_shared<Job>(*this, first);
-        const auto count = std::min(static_cast<std::size_t>(m_pool.maxThreadCount()), m_job->results.size());
+        const auto count = std::min(static_cast<std::size_t>(m_threads.count()), m_job->results.size());
         for (std::size_t i = 0; i < count; ++i) {
-            m_pool.start([job = m_job] { job->run(); });
+            m_threads.start([job = m_job] { job->run(); });
         }
     }
 
@@ -161,5 +154,5 @@ private:
     std::shared_ptr<Job> m_job;
     qint64 m_covered = 0;
     bool m_isCancelled = true;
-    QThreadPool m_pool;
+    WorkerThreads m_threads; ///< the last member: they end before the others go
 };
