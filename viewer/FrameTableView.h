@@ -5,6 +5,7 @@
 #include <QAbstractScrollArea>
 
 class QHeaderView;
+class QMenu;
 
 /// A table of frames of any length. The toolkit's own table keeps something for each row and counts in pixels, which
 /// ends at a hundred million rows; this one draws the rows that are on screen and knows no other, so scrolling costs

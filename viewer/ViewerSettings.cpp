@@ -10,9 +10,9 @@
 
 namespace {
 
-constexpr QLatin1String LanguageKey("language");
-constexpr QLatin1String RecentKey("recent");
-constexpr QLatin1String GeometryKey("geometry");
+constexpr const char *LanguageKey = "language";
+constexpr const char *RecentKey = "recent";
+constexpr const char *GeometryKey = "geometry";
 
 } // namespace
 
@@ -39,7 +39,7 @@ QString ViewerSettings::bookmarkFolder() const
 
 QString ViewerSettings::language() const
 {
-    const QString stored = QSettings(file(), QSettings::IniFormat).value(LanguageKey).toString();
+    QString stored = QSettings(file(), QSettings::IniFormat).value(QLatin1String(LanguageKey)).toString();
     if (stored == QLatin1String("CN") || stored == QLatin1String("EN")) {
         return stored;
     }
@@ -48,12 +48,12 @@ QString ViewerSettings::language() const
 
 void ViewerSettings::setLanguage(const QString &language) const
 {
-    QSettings(file(), QSettings::IniFormat).setValue(LanguageKey, language);
+    QSettings(file(), QSettings::IniFormat).setValue(QLatin1String(LanguageKey), language);
 }
 
 QStringList ViewerSettings::recentFiles() const
 {
-    return QSettings(file(), QSettings::IniFormat).value(RecentKey).toStringList().mid(0, MaxRecent);
+    return QSettings(file(), QSettings::IniFormat).value(QLatin1String(RecentKey)).toStringList().mid(0, MaxRecent);
 }
 
 void ViewerSettings::addRecentFile(const QString &path) const
@@ -62,15 +62,15 @@ void ViewerSettings::addRecentFile(const QString &path) const
     const QString absolute = QFileInfo(path).absoluteFilePath();
     files.removeAll(absolute);
     files.prepend(absolute);
-    QSettings(file(), QSettings::IniFormat).setValue(RecentKey, QStringList(files.mid(0, MaxRecent)));
+    QSettings(file(), QSettings::IniFormat).setValue(QLatin1String(RecentKey), QStringList(files.mid(0, MaxRecent)));
 }
 
 QByteArray ViewerSettings::windowGeometry() const
 {
-    return QSettings(file(), QSettings::IniFormat).value(GeometryKey).toByteArray();
+    return QSettings(file(), QSettings::IniFormat).value(QLatin1String(GeometryKey)).toByteArray();
 }
 
 void ViewerSettings::setWindowGeometry(const QByteArray &geometry) const
 {
-    QSettings(file(), QSettings::IniFormat).setValue(GeometryKey, geometry);
+    QSettings(file(), QSettings::IniFormat).setValue(QLatin1String(GeometryKey), geometry);
 }

@@ -94,27 +94,28 @@ void ViewerWindow::makeFileMenu()
     QAction *close = menu->addAction(
         tr("&Close"), this, [this] { slot_closeTab(m_tabs->currentIndex()); }, QKeySequence::Close);
     m_tabActions.append(close);
-    menu->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence(Qt::CTRL | Qt::Key_Q));
+    menu->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence(QStringLiteral("Ctrl+Q")));
 }
 
 void ViewerWindow::makeGoMenu()
 {
     QMenu &menu = *menuBar()->addMenu(tr("&Go"));
-    addTabAction(menu, tr("&Filter"), QKeySequence(Qt::CTRL | Qt::Key_L), [](CaptureTab &tab) { tab.editFilter(); });
+    addTabAction(menu, tr("&Filter"), QKeySequence(QStringLiteral("Ctrl+L")),
+                 [](CaptureTab &tab) { tab.editFilter(); });
     addTabAction(menu, tr("F&ind"), QKeySequence::Find, [](CaptureTab &tab) { tab.editFind(); });
     addTabAction(menu, tr("Find &next"), QKeySequence(Qt::Key_F3), [](CaptureTab &tab) { tab.findNext(false); });
-    addTabAction(menu, tr("Find &previous"), QKeySequence(Qt::SHIFT | Qt::Key_F3),
+    addTabAction(menu, tr("Find &previous"), QKeySequence(QStringLiteral("Shift+F3")),
                  [](CaptureTab &tab) { tab.findNext(true); });
     menu.addSeparator();
-    addTabAction(menu, tr("Go &to..."), QKeySequence(Qt::CTRL | Qt::Key_G), [](CaptureTab &tab) { tab.goTo(); });
-    addTabAction(menu, tr("Time &zero here"), QKeySequence(Qt::CTRL | Qt::Key_M),
+    addTabAction(menu, tr("Go &to..."), QKeySequence(QStringLiteral("Ctrl+G")), [](CaptureTab &tab) { tab.goTo(); });
+    addTabAction(menu, tr("Time &zero here"), QKeySequence(QStringLiteral("Ctrl+M")),
                  [](CaptureTab &tab) { tab.toggleMark(); });
     menu.addSeparator();
-    addTabAction(menu, tr("&Bookmark..."), QKeySequence(Qt::CTRL | Qt::Key_B),
+    addTabAction(menu, tr("&Bookmark..."), QKeySequence(QStringLiteral("Ctrl+B")),
                  [](CaptureTab &tab) { tab.editBookmark(); });
     addTabAction(menu, tr("Next boo&kmark"), QKeySequence(Qt::Key_F2),
                  [](CaptureTab &tab) { tab.goToBookmark(false); });
-    addTabAction(menu, tr("Pre&vious bookmark"), QKeySequence(Qt::SHIFT | Qt::Key_F2),
+    addTabAction(menu, tr("Pre&vious bookmark"), QKeySequence(QStringLiteral("Shift+F2")),
                  [](CaptureTab &tab) { tab.goToBookmark(true); });
 }
 
@@ -124,7 +125,7 @@ void ViewerWindow::makeViewMenu()
     m_overview = menu->addAction(tr("&Overview by identifier"));
     m_overview->setCheckable(true);
     m_overview->setChecked(true);
-    m_overview->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_I));
+    m_overview->setShortcut(QKeySequence(QStringLiteral("Ctrl+I")));
     connect(m_overview, &QAction::toggled, this, &ViewerWindow::slot_tabsChanged);
     QMenu *languages = menu->addMenu(tr("&Language"));
     auto *group = new QActionGroup(this);

@@ -45,7 +45,7 @@ private:
     void makeFileMenu();
     void makeGoMenu();
     void makeViewMenu();
-    QWidget *makeWelcome();
+    static QWidget *makeWelcome();
     /// An entry for the tab in front, which is off while there is none.
     template<typename Function>
     void addTabAction(QMenu &menu, const QString &text, const QKeySequence &key, Function function);
