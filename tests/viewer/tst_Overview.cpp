@@ -23,6 +23,7 @@ void addAll(Overview &overview, const BusFrameStore &store)
 std::vector<BusFrame> framesAt(const std::vector<qint64> &times, quint32 identifier, const char *data = "00")
 {
     std::vector<BusFrame> frames;
+    frames.reserve(times.size());
     for (const qint64 time : times) {
         frames.push_back(canFrame(time * Ms, identifier, data));
     }
