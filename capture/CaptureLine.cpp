@@ -1,12 +1,12 @@
 #include "capture/CaptureLine.h"
 
 #include "capture/CaptureFrames.h"
+#include "capture/CaptureWords.h"
 #include "capture/FrameRecord.h"
 
 #include <QString>
 #include <QTextCodec>
 
-#include <algorithm>
 #include <charconv>
 
 namespace {
@@ -41,35 +41,6 @@ int hexDigit(char c)
 bool isAscii(char c)
 {
     return static_cast<uchar>(c) < 0x80;
-}
-
-// The words in each spelling and encoding they may have. The Chinese ones are the UTF-8 and the GBK bytes of the same
-// characters, simplified and traditional.
-constexpr std::string_view StandardWords[] = {
-    "Standard",
-    "\xE6\xA0\x87\xE5\x87\x86\xE5\xB8\xA7",
-    "\xB1\xEA\xD7\xBC\xD6\xA1",
-    "\xE6\xA8\x99\xE6\xBA\x96\xE5\xB9\x80",
-    "\x98\xCB\x9C\xCA\x8E\xAC",
-};
-constexpr std::string_view ExtendedWords[] = {
-    "Extend",
-    "Extended",
-    "\xE6\x89\xA9\xE5\xB1\x95\xE5\xB8\xA7",
-    "\xC0\xA9\xD5\xB9\xD6\xA1",
-    "\xE6\x93\xB4\xE5\xB1\x95\xE5\xB9\x80",
-    "\x94\x55\xD5\xB9\x8E\xAC",
-};
-constexpr std::string_view FdSpeedWords[] = {
-    "CANFD Speed",
-    "CANFD\xE5\x8A\xA0\xE9\x80\x9F",
-    "CANFD\xBC\xD3\xCB\xD9",
-};
-
-template<std::size_t Count>
-bool isOneOf(std::string_view text, const std::string_view (&words)[Count])
-{
-    return std::find(std::begin(words), std::end(words), text) != std::end(words);
 }
 
 /// Like text.find() for a separator that is one character, or the same one several times.
@@ -246,18 +217,20 @@ void readPayload(std::string_view cell, CaptureLine &line)
 /// Whether the word says extended (true) or standard (false).
 std::optional<bool> extendedFromWord(std::string_view word)
 {
-    if (isOneOf(word, StandardWords)) {
-        return false;
+    const std::optional<FrameLabel> label = captureWord(word);
+    if (label != FrameLabel::Standard && label != FrameLabel::Extend) {
+        return std::nullopt;
     }
-    return isOneOf(word, ExtendedWords) ? std::optional<bool>(true) : std::nullopt;
+    return label == FrameLabel::Extend;
 }
 
 quint32 protocolFromWord(std::string_view word)
 {
-    if (word == "CANFD") {
+    const std::optional<FrameLabel> label = captureWord(word);
+    if (label == FrameLabel::CanFd) {
         return FrameRecord::CANFD;
     }
-    return isOneOf(word, FdSpeedWords) ? FrameRecord::CANFDSpeed : FrameRecord::CAN;
+    return label == FrameLabel::CanFdSpeed ? FrameRecord::CANFDSpeed : FrameRecord::CAN;
 }
 
 std::optional<CaptureLine> toLine(std::string_view id, std::string_view type, quint32 protocol, std::string_view data)

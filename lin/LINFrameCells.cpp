@@ -1,6 +1,7 @@
 #include "lin/LINFrameCells.h"
 
 #include "device/LINFrame.h"
+#include "device/LINWords.h"
 #include "lin/LINHexPairs.h"
 
 #include <QCoreApplication>
@@ -31,11 +32,11 @@ QString stateText(LINFrameState state)
     case LINFrameState::Enhanced:
         return QStringLiteral("V2");
     case LINFrameState::WrongClassic:
-        return Texts::tr("Error checksum") + QStringLiteral("(V1)");
+        return Texts::tr(LINWords::WrongChecksum.english) + QStringLiteral("(V1)");
     case LINFrameState::WrongEnhanced:
-        return Texts::tr("Error checksum") + QStringLiteral("(V2)");
+        return Texts::tr(LINWords::WrongChecksum.english) + QStringLiteral("(V2)");
     case LINFrameState::Wrong:
-        return Texts::tr("Error state");
+        return Texts::tr(LINWords::Wrong.english);
     }
     return {};
 }
@@ -74,7 +75,8 @@ QString linCell(const CTableViewLIN::DataObject &frame, int number, LINFrameStat
     case LINColumn::SystemTime:
         return frame.time;
     case LINColumn::Direction:
-        return frame.direction == CTableViewLIN::DataObject::Received ? Texts::tr("Revice") : Texts::tr("Send");
+        return frame.direction == CTableViewLIN::DataObject::Received ? Texts::tr(LINWords::Received.english)
+                                                                      : Texts::tr(LINWords::Send.english);
     case LINColumn::Id:
         return idText(frame.ID, frame.PID);
     case LINColumn::Length:
