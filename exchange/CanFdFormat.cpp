@@ -158,7 +158,7 @@ void Reader::findRecord()
     while (!isFound) {
         const bool hasAll = m_in.need(place + GoodChain * MaxRecord);
         const std::string_view bytes = m_in.window();
-        const std::size_t last = hasAll ? bytes.size() - GoodChain * MaxRecord : bytes.size();
+        const std::size_t last = hasAll ? bytes.size() - GoodChain * MaxRecord + 1 : bytes.size();
         while (place < last && !isChain(bytes, place)) {
             ++place;
         }

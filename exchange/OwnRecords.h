@@ -23,13 +23,14 @@ void putHeader(ByteOutput &out, std::string_view text);
 /// What stands behind the last whole record; reported once the input has ended.
 void reportRest(ByteInput &in, Findings &findings);
 
-/// Gives frames the times of their records: a sent frame, which has none of its own, that of the frame before it.
+/// Gives frames the times of their records: a sent frame without one of its own, as the program saves them, has that of
+/// the frame before it.
 class RecordTimes
 {
 public:
     void set(BusFrame &frame, bool isReceived, quint32 stamp)
     {
-        if (isReceived) {
+        if (isReceived || stamp != 0) {
             m_last = m_clock.at(stamp);
             frame.deviceTime = m_last;
         }
@@ -60,10 +61,11 @@ public:
             m_hasStart = true;
             m_start = time;
         }
-        if (frame.direction != BusFrame::Received) {
+        const bool hasStamp = frame.deviceTime != BusFrame::NoTime;
+        if (!hasStamp && frame.direction != BusFrame::Received) {
             return 0;
         }
-        const qint64 stamp = frame.deviceTime != BusFrame::NoTime ? frame.deviceTime : time - m_start;
+        const qint64 stamp = hasStamp ? frame.deviceTime : time - m_start;
         return static_cast<quint32>(stamp / NanosecondsPerMs);
     }
 

@@ -196,6 +196,20 @@ bool OwnTextLine::readFast(std::string_view line, BusFrame &frame)
     return true;
 }
 
+bool OwnTextLine::read(std::string_view line, qint64 lineNumber, BusFrame &frame)
+{
+    m_lineNumber = lineNumber;
+    frame = BusFrame();
+    const bool isRead = m_isCommaLast ? readFast<1>(line, frame) : readFast<SpaceCount>(line, frame);
+    return isRead || readSlowly(line, frame);
+}
+
+bool OwnTextLine::readSlowly(std::string_view line, qint64 lineNumber, BusFrame &frame)
+{
+    m_lineNumber = lineNumber;
+    return readSlowly(line, frame);
+}
+
 bool OwnTextLine::readSlowly(std::string_view line, BusFrame &frame)
 {
     frame = BusFrame();

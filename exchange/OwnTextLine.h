@@ -26,20 +26,9 @@ public:
     }
 
     /// False when the line holds no frame, which is reported unless the line is empty. lineNumber: from 1.
-    bool read(std::string_view line, qint64 lineNumber, BusFrame &frame)
-    {
-        m_lineNumber = lineNumber;
-        frame = BusFrame();
-        const bool isRead = m_isCommaLast ? readFast<1>(line, frame) : readFast<SpaceCount>(line, frame);
-        return isRead || readSlowly(line, frame);
-    }
-    /// Only the way that understands every line; for comparing.
-    bool readSlowly(std::string_view line, qint64 lineNumber, BusFrame &frame)
-    {
-        m_lineNumber = lineNumber;
-        frame = BusFrame();
-        return readSlowly(line, frame);
-    }
+    bool read(std::string_view line, qint64 lineNumber, BusFrame &frame);
+    /// The same on the way that understands every line; for comparing.
+    bool readSlowly(std::string_view line, qint64 lineNumber, BusFrame &frame);
 
 private:
     static constexpr std::size_t SpaceCount = 5;
