@@ -2014,4 +2014,680 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>Tips</translation>
     </message>
 </context>
+<context>
+    <name>CanFdFormat</name>
+    <message>
+        <source>the header is missing</source>
+        <translation>the header is missing</translation>
+    </message>
+    <message>
+        <source>%1 bytes that are no records</source>
+        <translation>%1 bytes that are no records</translation>
+    </message>
+    <message>
+        <source>bits are set that have no meaning</source>
+        <translation>bits are set that have no meaning</translation>
+    </message>
+</context>
+<context>
+    <name>CanFormat</name>
+    <message>
+        <source>the header is missing</source>
+        <translation>the header is missing</translation>
+    </message>
+    <message>
+        <source>zeros where records should be</source>
+        <translation>zeros where records should be</translation>
+    </message>
+    <message>
+        <source>bits are set that have no meaning</source>
+        <translation>bits are set that have no meaning</translation>
+    </message>
+    <message>
+        <source>the last record is cut and was left out</source>
+        <translation>the last record is cut and was left out</translation>
+    </message>
+    <message>
+        <source>a standard frame with an identifier of more than 11 bits was left out</source>
+        <translation>a standard frame with an identifier of more than 11 bits was left out</translation>
+    </message>
+    <message>
+        <source>a length of more than 8 was taken as 8</source>
+        <translation>a length of more than 8 was taken as 8</translation>
+    </message>
+</context>
+<context>
+    <name>CandumpFormat</name>
+    <message>
+        <source>a line that holds no frame was left out</source>
+        <translation>a line that holds no frame was left out</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureCheck</name>
+    <message>
+        <source>the time jumps back</source>
+        <translation>the time jumps back</translation>
+    </message>
+    <message>
+        <source>the time jumps forward by more than an hour</source>
+        <translation>the time jumps forward by more than an hour</translation>
+    </message>
+    <message>
+        <source>the adapter&apos;s time stamp jumps back</source>
+        <translation>the adapter&apos;s time stamp jumps back</translation>
+    </message>
+    <message>
+        <source>an identifier that no frame has</source>
+        <translation>an identifier that no frame has</translation>
+    </message>
+    <message>
+        <source>a length that no frame has</source>
+        <translation>a length that no frame has</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureSink</name>
+    <message>
+        <source>%1 exists already. It is replaced with --force only.</source>
+        <translation>%1 exists already. It is replaced with --force only.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written.</source>
+        <translation>%1 cannot be written.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2</source>
+        <translation>%1 cannot be written: %2</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureSource</name>
+    <message>
+        <source>%1 is a folder.</source>
+        <translation>%1 is a folder.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation>%1 cannot be read: %2</translation>
+    </message>
+    <message>
+        <source>%1 is no capture of a known kind. Name the kind with --from.</source>
+        <translation>%1 is no capture of a known kind. Name the kind with --from.</translation>
+    </message>
+    <message>
+        <source>the file has become shorter while it was read</source>
+        <translation>the file has become shorter while it was read</translation>
+    </message>
+</context>
+<context>
+    <name>FrameLosses</name>
+    <message>
+        <source>CAN frame left out: this kind of file holds none</source>
+        <translation>CAN frame left out: this kind of file holds none</translation>
+    </message>
+    <message>
+        <source>CAN FD frame left out: this kind of file holds none</source>
+        <translation>CAN FD frame left out: this kind of file holds none</translation>
+    </message>
+    <message>
+        <source>remote frame left out: this kind of file holds none</source>
+        <translation>remote frame left out: this kind of file holds none</translation>
+    </message>
+    <message>
+        <source>error frame left out: this kind of file holds none</source>
+        <translation>error frame left out: this kind of file holds none</translation>
+    </message>
+    <message>
+        <source>LIN frame left out: this kind of file holds none</source>
+        <translation>LIN frame left out: this kind of file holds none</translation>
+    </message>
+    <message>
+        <source>frame that the adapter refused: this kind of file does not tell it apart</source>
+        <translation>frame that the adapter refused: this kind of file does not tell it apart</translation>
+    </message>
+    <message>
+        <source>channel not written: this kind of file has one</source>
+        <translation>channel not written: this kind of file has one</translation>
+    </message>
+    <message>
+        <source>direction not written: this kind of file does not tell it</source>
+        <translation>direction not written: this kind of file does not tell it</translation>
+    </message>
+    <message>
+        <source>error state indicator not written: this kind of file has none</source>
+        <translation>error state indicator not written: this kind of file has none</translation>
+    </message>
+</context>
+<context>
+    <name>LinCsvFormat</name>
+    <message>
+        <source>a line without eight cells was left out</source>
+        <translation>a line without eight cells was left out</translation>
+    </message>
+    <message>
+        <source>a line with an unknown direction was left out</source>
+        <translation>a line with an unknown direction was left out</translation>
+    </message>
+    <message>
+        <source>a state that is not known</source>
+        <translation>a state that is not known</translation>
+    </message>
+    <message>
+        <source>a time of day that cannot be read; that of the frame before was taken</source>
+        <translation>a time of day that cannot be read; that of the frame before was taken</translation>
+    </message>
+    <message>
+        <source>a line with an identifier that no frame has was left out</source>
+        <translation>a line with an identifier that no frame has was left out</translation>
+    </message>
+    <message>
+        <source>a line with a damaged payload was left out</source>
+        <translation>a line with a damaged payload was left out</translation>
+    </message>
+    <message>
+        <source>a line with a damaged checksum was left out</source>
+        <translation>a line with a damaged checksum was left out</translation>
+    </message>
+</context>
+<context>
+    <name>OwnRecords</name>
+    <message>
+        <source>the last record is cut and was left out</source>
+        <translation>the last record is cut and was left out</translation>
+    </message>
+</context>
+<context>
+    <name>OwnTextFormat</name>
+    <message>
+        <source>a line that is too long was left out</source>
+        <translation>a line that is too long was left out</translation>
+    </message>
+    <message>
+        <source>the header is missing</source>
+        <translation>the header is missing</translation>
+    </message>
+    <message>
+        <source>the titles are missing</source>
+        <translation>the titles are missing</translation>
+    </message>
+</context>
+<context>
+    <name>OwnTextLine</name>
+    <message>
+        <source>a line with too few cells was left out</source>
+        <translation>a line with too few cells was left out</translation>
+    </message>
+    <message>
+        <source>a line with an unknown direction was left out</source>
+        <translation>a line with an unknown direction was left out</translation>
+    </message>
+    <message>
+        <source>a line with an unknown protocol, format or type was left out</source>
+        <translation>a line with an unknown protocol, format or type was left out</translation>
+    </message>
+    <message>
+        <source>a line with an identifier that no frame has was left out</source>
+        <translation>a line with an identifier that no frame has was left out</translation>
+    </message>
+    <message>
+        <source>a line with a damaged payload was left out</source>
+        <translation>a line with a damaged payload was left out</translation>
+    </message>
+    <message>
+        <source>the length is not that of the payload, which was taken</source>
+        <translation>the length is not that of the payload, which was taken</translation>
+    </message>
+    <message>
+        <source>a classic frame of more than 8 bytes was left out</source>
+        <translation>a classic frame of more than 8 bytes was left out</translation>
+    </message>
+    <message>
+        <source>a time of day that cannot be read; that of the frame before was taken</source>
+        <translation>a time of day that cannot be read; that of the frame before was taken</translation>
+    </message>
+    <message>
+        <source>a time stamp that cannot be read</source>
+        <translation>a time stamp that cannot be read</translation>
+    </message>
+    <message>
+        <source>a number that cannot be read</source>
+        <translation>a number that cannot be read</translation>
+    </message>
+    <message>
+        <source>frames are missing: their numbers jump</source>
+        <translation>frames are missing: their numbers jump</translation>
+    </message>
+    <message>
+        <source>the numbers jump back</source>
+        <translation>the numbers jump back</translation>
+    </message>
+</context>
+<context>
+    <name>x9capture</name>
+    <message>
+        <source>line %1: </source>
+        <translation>line %1: </translation>
+    </message>
+    <message>
+        <source>byte %1: </source>
+        <translation>byte %1: </translation>
+    </message>
+    <message>
+        <source>frame %1: </source>
+        <translation>frame %1: </translation>
+    </message>
+    <message>
+        <source>Tells what is in captures.</source>
+        <translation>Tells what is in captures.</translation>
+    </message>
+    <message>
+        <source>Writes a capture as one of another kind.</source>
+        <translation>Writes a capture as one of another kind.</translation>
+    </message>
+    <message>
+        <source>Tells what is wrong with captures, and where.</source>
+        <translation>Tells what is wrong with captures, and where.</translation>
+    </message>
+    <message>
+        <source>Saves what is left of a damaged capture.</source>
+        <translation>Saves what is left of a damaged capture.</translation>
+    </message>
+    <message>
+        <source>Tells how often and how regularly each identifier comes.</source>
+        <translation>Tells how often and how regularly each identifier comes.</translation>
+    </message>
+    <message>
+        <source>Writes several captures as one, by their times.</source>
+        <translation>Writes several captures as one, by their times.</translation>
+    </message>
+    <message>
+        <source>Writes the wanted part of a capture.</source>
+        <translation>Writes the wanted part of a capture.</translation>
+    </message>
+    <message>
+        <source>Writes the signals of a capture as a table, by a DBC or LDF file.</source>
+        <translation>Writes the signals of a capture as a table, by a DBC or LDF file.</translation>
+    </message>
+    <message>
+        <source>--%1: %2 is no such number.</source>
+        <translation>--%1: %2 is no such number.</translation>
+    </message>
+    <message>
+        <source>--%1: there is no kind of capture named %2.</source>
+        <translation>--%1: there is no kind of capture named %2.</translation>
+    </message>
+    <message>
+        <source>--date: %1 is no date such as 2026-03-31.</source>
+        <translation>--date: %1 is no date such as 2026-03-31.</translation>
+    </message>
+    <message>
+        <source> (%1 times)</source>
+        <translation> (%1 times)</translation>
+    </message>
+    <message>
+        <source>%1 more of the same</source>
+        <translation>%1 more of the same</translation>
+    </message>
+    <message>
+        <source>this build reads no signal databases, so nothing can be decoded.</source>
+        <translation>this build reads no signal databases, so nothing can be decoded.</translation>
+    </message>
+    <message>
+        <source>kind</source>
+        <translation>kind</translation>
+    </message>
+    <message>
+        <source>Kind of capture that is read.</source>
+        <translation>Kind of capture that is read.</translation>
+    </message>
+    <message>
+        <source>Kind of capture that is written.</source>
+        <translation>Kind of capture that is written.</translation>
+    </message>
+    <message>
+        <source>date</source>
+        <translation>date</translation>
+    </message>
+    <message>
+        <source>Day of the last frame, for times without a date; otherwise the file&apos;s.</source>
+        <translation>Day of the last frame, for times without a date; otherwise the file&apos;s.</translation>
+    </message>
+    <message>
+        <source>Replaces a file that exists.</source>
+        <translation>Replaces a file that exists.</translation>
+    </message>
+    <message>
+        <source>Writes nothing where something would be lost.</source>
+        <translation>Writes nothing where something would be lost.</translation>
+    </message>
+    <message>
+        <source>Says nothing when all went well.</source>
+        <translation>Says nothing when all went well.</translation>
+    </message>
+    <message>
+        <source>Which of two times becomes a frame&apos;s only one; auto: the adapter&apos;s.</source>
+        <translation>Which of two times becomes a frame&apos;s only one; auto: the adapter&apos;s.</translation>
+    </message>
+    <message>
+        <source>Language of the words in captures of the program.</source>
+        <translation>Language of the words in captures of the program.</translation>
+    </message>
+    <message>
+        <source>name</source>
+        <translation>name</translation>
+    </message>
+    <message>
+        <source>Encoding of captures of the program, such as UTF-8 or GBK.</source>
+        <translation>Encoding of captures of the program, such as UTF-8 or GBK.</translation>
+    </message>
+    <message>
+        <source>Goes on while the file grows, until it is interrupted.</source>
+        <translation>Goes on while the file grows, until it is interrupted.</translation>
+    </message>
+    <message>
+        <source>seconds</source>
+        <translation>seconds</translation>
+    </message>
+    <message>
+        <source>Ends --follow when for so long nothing has come.</source>
+        <translation>Ends --follow when for so long nothing has come.</translation>
+    </message>
+    <message>
+        <source>Bit rate of the CAN buses, to tell their load.</source>
+        <translation>Bit rate of the CAN buses, to tell their load.</translation>
+    </message>
+    <message>
+        <source>Bit rate of CAN FD frames&apos; data (2000000).</source>
+        <translation>Bit rate of CAN FD frames&apos; data (2000000).</translation>
+    </message>
+    <message>
+        <source>Bit rate of LIN buses (19200).</source>
+        <translation>Bit rate of LIN buses (19200).</translation>
+    </message>
+    <message>
+        <source>Separates the cells by commas.</source>
+        <translation>Separates the cells by commas.</translation>
+    </message>
+    <message>
+        <source>Each capture gets channels of its own.</source>
+        <translation>Each capture gets channels of its own.</translation>
+    </message>
+    <message>
+        <source>All captures begin at the time of the first one.</source>
+        <translation>All captures begin at the time of the first one.</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>time</translation>
+    </message>
+    <message>
+        <source>From this time on: seconds since the first frame, or 2026-03-31T10:20:30.5.</source>
+        <translation>From this time on: seconds since the first frame, or 2026-03-31T10:20:30.5.</translation>
+    </message>
+    <message>
+        <source>Before this time.</source>
+        <translation>Before this time.</translation>
+    </message>
+    <message>
+        <source>number</source>
+        <translation>number</translation>
+    </message>
+    <message>
+        <source>Leaves out the first so many.</source>
+        <translation>Leaves out the first so many.</translation>
+    </message>
+    <message>
+        <source>No more frames than these.</source>
+        <translation>No more frames than these.</translation>
+    </message>
+    <message>
+        <source>range</source>
+        <translation>range</translation>
+    </message>
+    <message>
+        <source>Identifiers, hexadecimal: 7DF or 100-1FF. May be given several times.</source>
+        <translation>Identifiers, hexadecimal: 7DF or 100-1FF. May be given several times.</translation>
+    </message>
+    <message>
+        <source>A channel, from 0. May be given several times.</source>
+        <translation>A channel, from 0. May be given several times.</translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation>file</translation>
+    </message>
+    <message>
+        <source>The DBC or LDF file.</source>
+        <translation>The DBC or LDF file.</translation>
+    </message>
+    <message>
+        <source>A column for each signal instead of a line.</source>
+        <translation>A column for each signal instead of a line.</translation>
+    </message>
+    <message>
+        <source>Reads, checks, turns into each other and decodes captures of CAN, CAN FD and LIN buses.</source>
+        <translation>Reads, checks, turns into each other and decodes captures of CAN, CAN FD and LIN buses.</translation>
+    </message>
+    <message>
+        <source>Commands:</source>
+        <translation>Commands:</translation>
+    </message>
+    <message>
+        <source>Kinds of captures:</source>
+        <translation>Kinds of captures:</translation>
+    </message>
+    <message>
+        <source>x9capture COMMAND --help tells more. &quot;-&quot; stands for standard input or output.
+It ends with 0 when all went well, 1 when a file cannot be read or written, 2 when it was called wrongly,
+3 when verify has found something or --strict has kept something from being lost.</source>
+        <translation>x9capture COMMAND --help tells more. &quot;-&quot; stands for standard input or output.
+It ends with 0 when all went well, 1 when a file cannot be read or written, 2 when it was called wrongly,
+3 when verify has found something or --strict has kept something from being lost.</translation>
+    </message>
+    <message>
+        <source>Examples:</source>
+        <translation>Examples:</translation>
+    </message>
+    <message>
+        <source>%1 wants: %2</source>
+        <translation>%1 wants: %2</translation>
+    </message>
+    <message>
+        <source>--words is en or zh, --times is auto, system or device.</source>
+        <translation>--words is en or zh, --times is auto, system or device.</translation>
+    </message>
+    <message>
+        <source>%1 could not be read to its end.</source>
+        <translation>%1 could not be read to its end.</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>none</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>%1 classic CAN</source>
+        <translation>%1 classic CAN</translation>
+    </message>
+    <message>
+        <source>%1 CAN FD</source>
+        <translation>%1 CAN FD</translation>
+    </message>
+    <message>
+        <source>%1 LIN</source>
+        <translation>%1 LIN</translation>
+    </message>
+    <message>
+        <source>%1 error frames</source>
+        <translation>%1 error frames</translation>
+    </message>
+    <message>
+        <source>%1 of them remote</source>
+        <translation>%1 of them remote</translation>
+    </message>
+    <message>
+        <source>%1 sent</source>
+        <translation>%1 sent</translation>
+    </message>
+    <message>
+        <source>%1 refused</source>
+        <translation>%1 refused</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 frames</translation>
+    </message>
+    <message>
+        <source>bus load %1 %</source>
+        <translation>bus load %1 %</translation>
+    </message>
+    <message>
+        <source>Channel %1</source>
+        <translation>Channel %1</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>Kind</translation>
+    </message>
+    <message>
+        <source>Frames</source>
+        <translation>Frames</translation>
+    </message>
+    <message>
+        <source>First</source>
+        <translation>First</translation>
+    </message>
+    <message>
+        <source>Last</source>
+        <translation>Last</translation>
+    </message>
+    <message>
+        <source>Duration</source>
+        <translation>Duration</translation>
+    </message>
+    <message>
+        <source>Rate</source>
+        <translation>Rate</translation>
+    </message>
+    <message>
+        <source>%1 frames/s</source>
+        <translation>%1 frames/s</translation>
+    </message>
+    <message>
+        <source>Identifiers</source>
+        <translation>Identifiers</translation>
+    </message>
+    <message>
+        <source>more than %1</source>
+        <translation>more than %1</translation>
+    </message>
+    <message>
+        <source>Findings</source>
+        <translation>Findings</translation>
+    </message>
+    <message>
+        <source>%1; x9capture verify lists them</source>
+        <translation>%1; x9capture verify lists them</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>error</translation>
+    </message>
+    <message>
+        <source>extended</source>
+        <translation>extended</translation>
+    </message>
+    <message>
+        <source>standard</source>
+        <translation>standard</translation>
+    </message>
+    <message>
+        <source>%1: %2 frames, %3 findings</source>
+        <translation>%1: %2 frames, %3 findings</translation>
+    </message>
+    <message>
+        <source>Channel</source>
+        <translation>Channel</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>Mean ms</source>
+        <translation>Mean ms</translation>
+    </message>
+    <message>
+        <source>Min ms</source>
+        <translation>Min ms</translation>
+    </message>
+    <message>
+        <source>Max ms</source>
+        <translation>Max ms</translation>
+    </message>
+    <message>
+        <source>Deviation ms</source>
+        <translation>Deviation ms</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>Length</translation>
+    </message>
+    <message>
+        <source>Changing bytes</source>
+        <translation>Changing bytes</translation>
+    </message>
+    <message>
+        <source>%1 frames of further identifiers are not listed</source>
+        <translation>%1 frames of further identifiers are not listed</translation>
+    </message>
+    <message>
+        <source>%1: which kind of capture is to be written? Name it with --to.</source>
+        <translation>%1: which kind of capture is to be written? Name it with --to.</translation>
+    </message>
+    <message>
+        <source>%1 would not hold everything; it was not written.</source>
+        <translation>%1 would not hold everything; it was not written.</translation>
+    </message>
+    <message>
+        <source>%1: %2 frames from %3</source>
+        <translation>%1: %2 frames from %3</translation>
+    </message>
+    <message>
+        <source>--%1: %2 is neither a number of seconds nor a time such as 2026-03-31T10:20:30.</source>
+        <translation>--%1: %2 is neither a number of seconds nor a time such as 2026-03-31T10:20:30.</translation>
+    </message>
+    <message>
+        <source>--start and --end must both be seconds or both be times with a date.</source>
+        <translation>--start and --end must both be seconds or both be times with a date.</translation>
+    </message>
+    <message>
+        <source>--id: %1 is neither an identifier nor a range of them (hexadecimal).</source>
+        <translation>--id: %1 is neither an identifier nor a range of them (hexadecimal).</translation>
+    </message>
+    <message>
+        <source>--channel: %1 is no channel.</source>
+        <translation>--channel: %1 is no channel.</translation>
+    </message>
+    <message>
+        <source>%1 has times of another kind than %2. With --align all begin together.</source>
+        <translation>%1 has times of another kind than %2. With --align all begin together.</translation>
+    </message>
+    <message>
+        <source>%1 captures</source>
+        <translation>%1 captures</translation>
+    </message>
+</context>
 </TS>
