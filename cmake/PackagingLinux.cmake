@@ -17,6 +17,8 @@ unset(ENV{LC_ALL})
 install(TARGETS X9CAN RUNTIME DESTINATION ${x9_program_folder})
 install(TARGETS ControlCAN LIBRARY DESTINATION ${x9_program_folder}/virtual-adapter)
 install(PROGRAMS "${x9_linux}/x9can" "${x9_linux}/x9can-demo" DESTINATION bin)
+install(TARGETS x9capture RUNTIME DESTINATION bin)
+install(FILES "${x9_linux}/x9capture.bash-completion" DESTINATION share/bash-completion/completions RENAME x9capture)
 
 # Desktop entries and software catalogue
 configure_file("${x9_linux}/com.example.x9can.metainfo.xml.in" "${x9_linux_made}/com.example.x9can.metainfo.xml" @ONLY)
@@ -65,6 +67,7 @@ x9_install_gzipped("${PROJECT_SOURCE_DIR}/CHANGELOG.md" DESTINATION ${x9_doc_fol
 x9_install_gzipped("${x9_linux_made}/changelog.Debian" DESTINATION ${x9_doc_folder} NAME changelog.Debian)
 x9_install_gzipped("${x9_linux}/x9can.1" DESTINATION share/man/man1 NAME x9can.1)
 x9_install_gzipped("${x9_linux}/x9can-demo.1" DESTINATION share/man/man1 NAME x9can-demo.1)
+x9_install_gzipped("${x9_linux}/x9capture.1" DESTINATION share/man/man1 NAME x9capture.1)
 install(FILES "${x9_linux}/copyright" DESTINATION ${x9_doc_folder})
 install(DIRECTORY docs/ DESTINATION ${x9_doc_folder}
         FILES_MATCHING REGEX "/(guide|formats|virtual-adapter)[^/]*\\.md$|/screenshots/[^/]*\\.png$")
@@ -91,7 +94,8 @@ file, and finds unknown bit rates.
 .
 It reaches the buses through a USB adapter, whose maker's library
 libControlCAN.so has to be put into /usr/lib/x9can. A virtual adapter for
-work without hardware is part of the package: x9can-demo.")
+work without hardware is part of the package: x9can-demo. The command
+x9capture turns captures of several programs into each other, and checks them.")
 # What is linked is found by dpkg-shlibdeps; the platform and icon plugins, loaded at run time, come with libqt5gui5.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-noto-cjk, qttranslations5-l10n")

@@ -78,11 +78,16 @@ bool readIdentifier(const char *&at, const char *end, BusFrame &frame)
 bool readData(const char *&at, const char *end, int most, BusFrame &frame)
 {
     int length = 0;
-    while (end - at >= 2 && hexDigit(at[0]) != TextNumbers::NoDigit) {
-        if (length == most || !TextNumbers::hexBytes(at, 1, 2, &frame.data[static_cast<std::size_t>(length)])) {
+    while (end - at >= 2) {
+        const int high = hexDigit(at[0]);
+        const int low = hexDigit(at[1]);
+        if ((high | low) < 0) {
+            break;
+        }
+        if (length == most) {
             return false;
         }
-        ++length;
+        frame.data[static_cast<std::size_t>(length++)] = static_cast<uchar>(high << 4 | low);
         at += 2;
         if (at != end && *at == '.') {
             ++at;
@@ -141,6 +146,9 @@ std::string_view nextWord(const char *&at, const char *end)
 /// " R" or " T" at the end of the line, or nothing.
 bool readDirection(const char *at, const char *end, BusFrame &frame)
 {
+    if (at == end) {
+        return true;
+    }
     const std::string_view word = nextWord(at, end);
     frame.direction = word == "T" ? BusFrame::Sent : BusFrame::Received;
     return (word.empty() || word == "T" || word == "R") && nextWord(at, end).empty();
@@ -179,15 +187,57 @@ bool CandumpLine::read(std::string_view line, BusFrame &frame)
     return readScreen(line, frame);
 }
 
+/// "(1760000001.510001) "
+bool CandumpLine::readLogTime(const char *&at, const char *end)
+{
+    constexpr std::ptrdiff_t Size = 12 + 6 + 2;
+    const char *begin = at;
+    const char *digits = at + m_seconds.size();
+    if (end - at > Size && std::memcmp(at, m_seconds.data(), m_seconds.size()) == 0 && digits[6] == ')' &&
+        digits[7] == ' ' && std::all_of(digits, digits + 6, TextNumbers::isDigit)) {
+        int micros = 0;
+        for (int i = 0; i < 6; ++i) {
+            micros = micros * 10 + (digits[i] - '0');
+        }
+        time = m_secondsTime + qint64{micros} * 1000;
+        at += Size;
+        return true;
+    }
+    if (!readTime(at, end, time) || !character(at, end, ' ')) {
+        return false;
+    }
+    if (end - begin > Size && begin[m_seconds.size() - 1] == '.') {
+        std::copy_n(begin, m_seconds.size(), m_seconds.begin());
+        m_secondsTime = time - time % NanosecondsPerSecond;
+    }
+    return true;
+}
+
+bool CandumpLine::readLogName(const char *&at, const char *end)
+{
+    if (m_nameSize > 0 && static_cast<std::size_t>(end - at) > m_nameSize &&
+        std::memcmp(at, m_name.data(), m_nameSize) == 0) {
+        name = {at, m_nameSize - 1};
+        at += m_nameSize;
+        return true;
+    }
+    name = nextWord(at, end);
+    if (name.empty() || !character(at, end, ' ')) {
+        return false;
+    }
+    m_nameSize = 0;
+    if (name.size() < m_name.size() && name.data() + name.size() + 1 == at) {
+        m_nameSize = name.size() + 1;
+        std::copy_n(name.data(), m_nameSize, m_name.begin());
+    }
+    return true;
+}
+
 bool CandumpLine::readLog(std::string_view line, BusFrame &frame)
 {
     const char *at = line.data();
     const char *end = at + line.size();
-    if (!readTime(at, end, time) || !character(at, end, ' ')) {
-        return false;
-    }
-    name = nextWord(at, end);
-    if (name.empty() || !character(at, end, ' ') || !readIdentifier(at, end, frame) || !character(at, end, '#') ||
+    if (!readLogTime(at, end) || !readLogName(at, end) || !readIdentifier(at, end, frame) || !character(at, end, '#') ||
         !readContent(at, end, frame)) {
         return false;
     }

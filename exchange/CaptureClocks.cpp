@@ -97,23 +97,11 @@ void DayClock::findHour(int msOfDay)
     }
 }
 
-std::string_view ClockText::of(qint64 nanoseconds)
+void ClockText::findSecond(qint64 nanoseconds)
 {
-    const qint64 ms = floorDivided(nanoseconds, NanosecondsPerMs);
-    const qint64 second = floorDivided(ms, 1000);
-    if (second != m_second) {
-        findSecond(second);
-    }
-    const qint64 rest = ms - second * 1000;
-    m_text[9] = static_cast<char>('0' + rest / 100);
-    putTwoDigits(m_text + 10, rest % 100);
-    return {m_text, Size};
-}
-
-void ClockText::findSecond(qint64 second)
-{
-    m_second = second;
+    const qint64 second = floorDivided(nanoseconds, NanosecondsPerMs * 1000);
     const qint64 hour = floorDivided(second, SecondsPerHour);
+    m_begin = second * NanosecondsPerMs * 1000;
     if (m_isLocal && hour != m_hour) {
         m_hour = hour;
         m_offset = QDateTime::fromMSecsSinceEpoch(hour * MsPerHour).offsetFromUtc();

@@ -3,6 +3,7 @@
 #include <QDate>
 #include <QDateTime>
 
+#include <limits>
 #include <optional>
 #include <string_view>
 
@@ -61,13 +62,23 @@ public:
     {
     }
     /// "10:20:30.400"; valid until the next call.
-    std::string_view of(qint64 nanoseconds);
+    std::string_view of(qint64 nanoseconds)
+    {
+        if (nanoseconds < m_begin || nanoseconds >= m_begin + NanosecondsPerMs * 1000) {
+            findSecond(nanoseconds);
+        }
+        const auto ms = static_cast<unsigned>((nanoseconds - m_begin) / NanosecondsPerMs);
+        m_text[9] = static_cast<char>('0' + ms / 100);
+        m_text[10] = static_cast<char>('0' + ms / 10 % 10);
+        m_text[11] = static_cast<char>('0' + ms % 10);
+        return {m_text, Size};
+    }
 
 private:
-    void findSecond(qint64 second);
+    void findSecond(qint64 nanoseconds);
 
     const bool m_isLocal;
-    qint64 m_second = std::numeric_limits<qint64>::min();
+    qint64 m_begin = std::numeric_limits<qint64>::min(); ///< of the second that the text is of
     qint64 m_hour = std::numeric_limits<qint64>::min();
     qint64 m_offset = 0; ///< seconds from UTC in that hour
     char m_text[Size + 1] = "00:00:00.000";

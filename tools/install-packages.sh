@@ -8,7 +8,7 @@ declare -A packages=(
   [build]="cmake ninja-build g++ ccache mold qtbase5-dev qttools5-dev-tools nlohmann-json3-dev
            librsvg2-bin icoutils"
   [run]="xvfb xauth fonts-noto-cjk libqt5gui5 qttranslations5-l10n python3"
-  [check]="clang-format clang-tidy"
+  [check]="clang-format clang-tidy can-utils"
   [coverage]="gcovr python3"
   [docs]="pngquant"
   [fuzz]="clang libclang-rt-14-dev"

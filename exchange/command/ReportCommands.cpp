@@ -16,7 +16,7 @@ struct Texts
     Q_DECLARE_TR_FUNCTIONS(x9capture)
 };
 
-constexpr int BatchSize = 512;
+constexpr int BatchSize = 256;
 constexpr double NanosecondsPerSecond = 1e9;
 constexpr double NanosecondsPerMs = 1e6;
 

@@ -19,7 +19,7 @@ struct Texts
     Q_DECLARE_TR_FUNCTIONS(x9capture)
 };
 
-constexpr int BatchSize = 512;
+constexpr int BatchSize = 256;
 constexpr qint64 NanosecondsPerMs = 1000000;
 constexpr double NanosecondsPerSecond = 1e9;
 

@@ -30,12 +30,15 @@ folder=$prefix/lib/x9can
 files=(
   bin/x9can
   bin/x9can-demo
+  bin/x9capture
   lib/x9can/X9CAN
   lib/x9can/virtual-adapter/libControlCAN.so
   share/applications/x9can-demo.desktop
   share/applications/x9can.desktop
+  share/bash-completion/completions/x9capture
   share/man/man1/x9can-demo.1.gz
   share/man/man1/x9can.1.gz
+  share/man/man1/x9capture.1.gz
   share/metainfo/com.example.x9can.metainfo.xml
 )
 diff <(printf '%s\n' "${files[@]}" | sort) \
@@ -46,9 +49,10 @@ for file in share/doc/x9can/{changelog.gz,changelog.Debian.gz,copyright,guide.md
             share/icons/hicolor/scalable/apps/x9can.svg; do
   [[ -s $prefix/$file ]] || fail "$file is missing"
 done
-for file in bin/x9can bin/x9can-demo lib/x9can/X9CAN; do
+for file in bin/x9can bin/x9can-demo bin/x9capture lib/x9can/X9CAN; do
   [[ $(stat -c %a "$prefix/$file") == 755 ]] || fail "$file cannot be started by everybody"
 done
+"$prefix/bin/x9capture" --version | grep -qE '^x9capture [0-9.]+$' || fail "x9capture does not start"
 # The folder the adapter's real library goes to must not have one already.
 [[ ! -e $folder/libControlCAN.so ]] || fail "the virtual adapter passes for the real library"
 

@@ -54,7 +54,7 @@ trap 'exit 143' TERM HUP
 # --- the packages
 
 step "building and packing"
-tools/windows/build.sh "${options[@]}" X9CAN ControlCAN x9_program_under_test >"$work/log" 2>&1 || { code=$?; tail -50 "$work/log" >&2; exit $code; }
+tools/windows/build.sh "${options[@]}" X9CAN x9capture ControlCAN x9_program_under_test >"$work/log" 2>&1 || { code=$?; tail -50 "$work/log" >&2; exit $code; }
 pack() { # pack <folder> [<argument of cpack>...]
   # Loose permissions and the time zone of the one who builds must not get into the packages.
   (umask 077 && TZ=Asia/Shanghai cpack --config "build/$preset/CPackConfig.cmake" -B "$@") >"$work/log" 2>&1 ||
@@ -89,7 +89,7 @@ folder=$place/$name
 [[ $(ls "$place") == "$name" ]] || fail "the ZIP does not unpack to one folder"
 (cd "$folder" && find . ! -type d -printf '%P\n' | sort) >"$work/paths"
 unexpected=$(grep -vxE "$(paste -sd'|' <<END
-X9CAN\.exe
+(X9CAN|x9capture)\.exe
 X9CAN demo\.cmd
 (Qt5(Core|Gui|Network|Widgets)|$exceptions|libstdc\+\+-6|libwinpthread-1)\.dll
 qt\.conf
@@ -107,7 +107,7 @@ while read -r binary; do
   [[ $("$triplet-objdump" -f "$folder/$binary" 2>&1) == *"file format $format"* ]] ||
     fail "$binary is not for $bits-bit programs"
 done < <(grep -E '\.(exe|dll)$' "$work/paths")
-for binary in X9CAN.exe virtual-adapter/ControlCAN.dll; do
+for binary in X9CAN.exe x9capture.exe virtual-adapter/ControlCAN.dll; do
   "$triplet-objdump" -p "$folder/$binary" >"$work/pe"
   for mark in "${marks[@]}"; do
     grep -qw "$mark" "$work/pe" || fail "$binary was built without $mark"
@@ -119,7 +119,7 @@ done
 # On 64-bit Windows a 32-bit program may have 4 GB of memory instead of 2.
 "$triplet-objdump" -p "$folder/X9CAN.exe" >"$work/pe"
 grep -qw 'large address aware' "$work/pe" || fail "X9CAN.exe leaves half of the memory alone"
-for path in X9CAN.exe "X9CAN demo.cmd" qt.conf plugins/platforms/qwindows.dll plugins/imageformats/qico.dll \
+for path in X9CAN.exe x9capture.exe "X9CAN demo.cmd" qt.conf plugins/platforms/qwindows.dll plugins/imageformats/qico.dll \
             translations/qtbase_zh_CN.qm virtual-adapter/ControlCAN.dll \
             virtual-adapter/example.virtual-adapter.json doc/guide.html doc/guide.zh.html doc/formats.html \
             doc/virtual-adapter.html doc/changelog.html doc/licences.txt \
