@@ -2045,22 +2045,22 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
     <message>
         <source>the last record is cut and was left out</source>
-        <translation>最后一条记录不完整,已略去</translation>
+        <translation>最后一条记录不完整，已略去</translation>
     </message>
     <message>
         <source>a standard frame with an identifier of more than 11 bits was left out</source>
-        <translation>标准帧的标识符超过 11 位,已略去</translation>
+        <translation>标准帧的标识符超过 11 位，已略去</translation>
     </message>
     <message>
         <source>a length of more than 8 was taken as 8</source>
-        <translation>长度大于 8,按 8 处理</translation>
+        <translation>长度大于 8，按 8 处理</translation>
     </message>
 </context>
 <context>
     <name>CandumpFormat</name>
     <message>
         <source>a line that holds no frame was left out</source>
-        <translation>该行没有帧,已略去</translation>
+        <translation>该行没有帧，已略去</translation>
     </message>
 </context>
 <context>
@@ -2098,7 +2098,7 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
     <message>
         <source>%1 cannot be written: %2</source>
-        <translation>无法写入 %1:%2</translation>
+        <translation>无法写入 %1：%2</translation>
     </message>
 </context>
 <context>
@@ -2109,11 +2109,11 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
     <message>
         <source>%1 cannot be read: %2</source>
-        <translation>无法读取 %1:%2</translation>
+        <translation>无法读取 %1：%2</translation>
     </message>
     <message>
         <source>%1 is no capture of a known kind. Name the kind with --from.</source>
-        <translation>%1 不是已知类型的记录文件。请用 --from 指定类型。</translation>
+        <translation>%1 不是已知类型的捕获文件。请用 --from 指定类型。</translation>
     </message>
     <message>
         <source>the file has become shorter while it was read</source>
@@ -2124,50 +2124,50 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <name>FrameLosses</name>
     <message>
         <source>CAN frame left out: this kind of file holds none</source>
-        <translation>略去 CAN 帧:这种文件不能保存</translation>
+        <translation>略去 CAN 帧：这种文件不能保存</translation>
     </message>
     <message>
         <source>CAN FD frame left out: this kind of file holds none</source>
-        <translation>略去 CAN FD 帧:这种文件不能保存</translation>
+        <translation>略去 CAN FD 帧：这种文件不能保存</translation>
     </message>
     <message>
         <source>remote frame left out: this kind of file holds none</source>
-        <translation>略去远程帧:这种文件不能保存</translation>
+        <translation>略去远程帧：这种文件不能保存</translation>
     </message>
     <message>
         <source>error frame left out: this kind of file holds none</source>
-        <translation>略去错误帧:这种文件不能保存</translation>
+        <translation>略去错误帧：这种文件不能保存</translation>
     </message>
     <message>
         <source>LIN frame left out: this kind of file holds none</source>
-        <translation>略去 LIN 帧:这种文件不能保存</translation>
+        <translation>略去 LIN 帧：这种文件不能保存</translation>
     </message>
     <message>
         <source>frame that the adapter refused: this kind of file does not tell it apart</source>
-        <translation>适配器拒绝的帧:这种文件无法区分</translation>
+        <translation>适配器拒绝的帧：这种文件无法区分</translation>
     </message>
     <message>
         <source>channel not written: this kind of file has one</source>
-        <translation>未写入通道:这种文件只有一个通道</translation>
+        <translation>未写入通道：这种文件只有一个通道</translation>
     </message>
     <message>
         <source>direction not written: this kind of file does not tell it</source>
-        <translation>未写入方向:这种文件不记录方向</translation>
+        <translation>未写入方向：这种文件不记录方向</translation>
     </message>
     <message>
         <source>error state indicator not written: this kind of file has none</source>
-        <translation>未写入错误状态指示:这种文件没有该项</translation>
+        <translation>未写入错误状态指示：这种文件没有该项</translation>
     </message>
 </context>
 <context>
     <name>LinCsvFormat</name>
     <message>
         <source>a line without eight cells was left out</source>
-        <translation>该行没有八个单元格,已略去</translation>
+        <translation>该行没有八个单元格，已略去</translation>
     </message>
     <message>
         <source>a line with an unknown direction was left out</source>
-        <translation>该行的方向未知,已略去</translation>
+        <translation>该行的方向未知，已略去</translation>
     </message>
     <message>
         <source>a state that is not known</source>
@@ -2175,33 +2175,33 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
     <message>
         <source>a time of day that cannot be read; that of the frame before was taken</source>
-        <translation>无法读取时刻,采用前一帧的时刻</translation>
+        <translation>无法读取时刻，采用前一帧的时刻</translation>
     </message>
     <message>
         <source>a line with an identifier that no frame has was left out</source>
-        <translation>该行的标识符无效,已略去</translation>
+        <translation>该行的标识符无效，已略去</translation>
     </message>
     <message>
         <source>a line with a damaged payload was left out</source>
-        <translation>该行的数据已损坏,已略去</translation>
+        <translation>该行的数据已损坏，已略去</translation>
     </message>
     <message>
         <source>a line with a damaged checksum was left out</source>
-        <translation>该行的校验和已损坏,已略去</translation>
+        <translation>该行的校验和已损坏，已略去</translation>
     </message>
 </context>
 <context>
     <name>OwnRecords</name>
     <message>
         <source>the last record is cut and was left out</source>
-        <translation>最后一条记录不完整,已略去</translation>
+        <translation>最后一条记录不完整，已略去</translation>
     </message>
 </context>
 <context>
     <name>OwnTextFormat</name>
     <message>
         <source>a line that is too long was left out</source>
-        <translation>该行过长,已略去</translation>
+        <translation>该行过长，已略去</translation>
     </message>
     <message>
         <source>the header is missing</source>
@@ -2216,35 +2216,35 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <name>OwnTextLine</name>
     <message>
         <source>a line with too few cells was left out</source>
-        <translation>该行的单元格太少,已略去</translation>
+        <translation>该行的单元格太少，已略去</translation>
     </message>
     <message>
         <source>a line with an unknown direction was left out</source>
-        <translation>该行的方向未知,已略去</translation>
+        <translation>该行的方向未知，已略去</translation>
     </message>
     <message>
         <source>a line with an unknown protocol, format or type was left out</source>
-        <translation>该行的协议、帧格式或帧类型未知,已略去</translation>
+        <translation>该行的协议、帧格式或帧类型未知，已略去</translation>
     </message>
     <message>
         <source>a line with an identifier that no frame has was left out</source>
-        <translation>该行的标识符无效,已略去</translation>
+        <translation>该行的标识符无效，已略去</translation>
     </message>
     <message>
         <source>a line with a damaged payload was left out</source>
-        <translation>该行的数据已损坏,已略去</translation>
+        <translation>该行的数据已损坏，已略去</translation>
     </message>
     <message>
         <source>the length is not that of the payload, which was taken</source>
-        <translation>长度与数据不符,以数据为准</translation>
+        <translation>长度与数据不符，以数据为准</translation>
     </message>
     <message>
         <source>a classic frame of more than 8 bytes was left out</source>
-        <translation>超过 8 字节的经典帧,已略去</translation>
+        <translation>超过 8 字节的经典帧，已略去</translation>
     </message>
     <message>
         <source>a time of day that cannot be read; that of the frame before was taken</source>
-        <translation>无法读取时刻,采用前一帧的时刻</translation>
+        <translation>无法读取时刻，采用前一帧的时刻</translation>
     </message>
     <message>
         <source>a time stamp that cannot be read</source>
@@ -2256,7 +2256,7 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
     <message>
         <source>frames are missing: their numbers jump</source>
-        <translation>缺少帧:序号不连续</translation>
+        <translation>缺少帧：序号不连续</translation>
     </message>
     <message>
         <source>the numbers jump back</source>
@@ -2267,31 +2267,31 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <name>x9capture</name>
     <message>
         <source>line %1: </source>
-        <translation>第 %1 行:</translation>
+        <translation>第 %1 行：</translation>
     </message>
     <message>
         <source>byte %1: </source>
-        <translation>第 %1 字节:</translation>
+        <translation>第 %1 字节：</translation>
     </message>
     <message>
         <source>frame %1: </source>
-        <translation>第 %1 帧:</translation>
+        <translation>第 %1 帧：</translation>
     </message>
     <message>
         <source>Tells what is in captures.</source>
-        <translation>说明记录文件的内容。</translation>
+        <translation>说明捕获文件的内容。</translation>
     </message>
     <message>
         <source>Writes a capture as one of another kind.</source>
-        <translation>将记录文件转换为另一种类型。</translation>
+        <translation>将捕获文件转换为另一种类型。</translation>
     </message>
     <message>
         <source>Tells what is wrong with captures, and where.</source>
-        <translation>检查记录文件,指出错误及其位置。</translation>
+        <translation>检查捕获文件，指出错误及其位置。</translation>
     </message>
     <message>
         <source>Saves what is left of a damaged capture.</source>
-        <translation>保存损坏的记录文件中剩余的内容。</translation>
+        <translation>保存损坏的捕获文件中剩余的内容。</translation>
     </message>
     <message>
         <source>Tells how often and how regularly each identifier comes.</source>
@@ -2299,23 +2299,23 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
     <message>
         <source>Writes several captures as one, by their times.</source>
-        <translation>按时间将多个记录文件合并为一个。</translation>
+        <translation>按时间将多个捕获文件合并为一个。</translation>
     </message>
     <message>
         <source>Writes the wanted part of a capture.</source>
-        <translation>写出记录文件中需要的部分。</translation>
+        <translation>写出捕获文件中需要的部分。</translation>
     </message>
     <message>
         <source>Writes the signals of a capture as a table, by a DBC or LDF file.</source>
-        <translation>按 DBC 或 LDF 文件将记录中的信号写成表格。</translation>
+        <translation>按 DBC 或 LDF 文件将捕获文件中的信号写成表格。</translation>
     </message>
     <message>
         <source>--%1: %2 is no such number.</source>
-        <translation>--%1:%2 不是有效的数值。</translation>
+        <translation>--%1：%2 不是有效的数值。</translation>
     </message>
     <message>
         <source>--%1: there is no kind of capture named %2.</source>
-        <translation>--%1:没有名为 %2 的记录类型。</translation>
+        <translation>--%1：没有名为 %2 的捕获类型。</translation>
     </message>
     <message>
         <source>--date: %1 is no date such as 2026-03-31.</source>
@@ -2331,7 +2331,7 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
     <message>
         <source>this build reads no signal databases, so nothing can be decoded.</source>
-        <translation>此版本不能读取信号数据库,无法解码。</translation>
+        <translation>此版本不能读取信号数据库，无法解码。</translation>
     </message>
     <message>
         <source>kind</source>
@@ -2339,11 +2339,11 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
     <message>
         <source>Kind of capture that is read.</source>
-        <translation>读取的记录类型。</translation>
+        <translation>读取的捕获类型。</translation>
     </message>
     <message>
         <source>Kind of capture that is written.</source>
-        <translation>写入的记录类型。</translation>
+        <translation>写入的捕获类型。</translation>
     </message>
     <message>
         <source>date</source>
@@ -2351,7 +2351,7 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
     <message>
         <source>Day of the last frame, for times without a date; otherwise the file&apos;s.</source>
-        <translation>最后一帧的日期,用于没有日期的时间;否则取文件的日期。</translation>
+        <translation>最后一帧的日期，用于没有日期的时间；否则取文件的日期。</translation>
     </message>
     <message>
         <source>Replaces a file that exists.</source>
@@ -2359,7 +2359,7 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
     <message>
         <source>Writes nothing where something would be lost.</source>
-        <translation>如有内容会丢失,则不写入。</translation>
+        <translation>如有内容会丢失，则不写入。</translation>
     </message>
     <message>
         <source>Says nothing when all went well.</source>
@@ -2367,11 +2367,11 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
     <message>
         <source>Which of two times becomes a frame&apos;s only one; auto: the adapter&apos;s.</source>
-        <translation>两个时间中取哪一个作为帧的时间;auto:适配器的时间。</translation>
+        <translation>两个时间中取哪一个作为帧的时间；auto:适配器的时间。</translation>
     </message>
     <message>
         <source>Language of the words in captures of the program.</source>
-        <translation>本程序记录文件中文字的语言。</translation>
+        <translation>本程序捕获文件中文字的语言。</translation>
     </message>
     <message>
         <source>name</source>
@@ -2379,11 +2379,11 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
     <message>
         <source>Encoding of captures of the program, such as UTF-8 or GBK.</source>
-        <translation>本程序记录文件的编码,例如 UTF-8 或 GBK。</translation>
+        <translation>本程序捕获文件的编码，例如 UTF-8 或 GBK。</translation>
     </message>
     <message>
         <source>Goes on while the file grows, until it is interrupted.</source>
-        <translation>文件增长时继续,直到被中断。</translation>
+        <translation>文件增长时继续，直到被中断。</translation>
     </message>
     <message>
         <source>seconds</source>
@@ -2395,7 +2395,7 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
     <message>
         <source>Bit rate of the CAN buses, to tell their load.</source>
-        <translation>CAN 总线的波特率,用于计算负载。</translation>
+        <translation>CAN 总线的波特率，用于计算负载。</translation>
     </message>
     <message>
         <source>Bit rate of CAN FD frames&apos; data (2000000).</source>
@@ -2411,11 +2411,11 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
     <message>
         <source>Each capture gets channels of its own.</source>
-        <translation>每个记录文件使用各自的通道。</translation>
+        <translation>每个捕获文件使用各自的通道。</translation>
     </message>
     <message>
         <source>All captures begin at the time of the first one.</source>
-        <translation>所有记录从第一个记录的时间开始。</translation>
+        <translation>所有捕获文件从第一个捕获文件的时间开始。</translation>
     </message>
     <message>
         <source>time</source>
@@ -2423,7 +2423,7 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
     <message>
         <source>From this time on: seconds since the first frame, or 2026-03-31T10:20:30.5.</source>
-        <translation>从此时间开始:距第一帧的秒数,或 2026-03-31T10:20:30.5。</translation>
+        <translation>从此时间开始：距第一帧的秒数，或 2026-03-31T10:20:30.5。</translation>
     </message>
     <message>
         <source>Before this time.</source>
@@ -2447,11 +2447,11 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
     <message>
         <source>Identifiers, hexadecimal: 7DF or 100-1FF. May be given several times.</source>
-        <translation>标识符,十六进制:7DF 或 100-1FF。可多次给出。</translation>
+        <translation>标识符，十六进制：7DF 或 100-1FF。可多次给出。</translation>
     </message>
     <message>
         <source>A channel, from 0. May be given several times.</source>
-        <translation>通道,从 0 开始。可多次给出。</translation>
+        <translation>通道，从 0 开始。可多次给出。</translation>
     </message>
     <message>
         <source>file</source>
@@ -2463,39 +2463,39 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
     <message>
         <source>A column for each signal instead of a line.</source>
-        <translation>每个信号一列,而不是一行。</translation>
+        <translation>每个信号一列，而不是一行。</translation>
     </message>
     <message>
         <source>Reads, checks, turns into each other and decodes captures of CAN, CAN FD and LIN buses.</source>
-        <translation>读取、检查、转换和解码 CAN、CAN FD 和 LIN 总线的记录文件。</translation>
+        <translation>读取、检查、转换和解码 CAN、CAN FD 和 LIN 总线的捕获文件。</translation>
     </message>
     <message>
         <source>Commands:</source>
-        <translation>命令:</translation>
+        <translation>命令：</translation>
     </message>
     <message>
         <source>Kinds of captures:</source>
-        <translation>记录类型:</translation>
+        <translation>捕获类型：</translation>
     </message>
     <message>
         <source>x9capture COMMAND --help tells more. &quot;-&quot; stands for standard input or output.
 It ends with 0 when all went well, 1 when a file cannot be read or written, 2 when it was called wrongly,
 3 when verify has found something or --strict has kept something from being lost.</source>
         <translation>x9capture 命令 --help 给出更多说明。“-” 表示标准输入或标准输出。
-退出码:0 一切正常,1 文件无法读取或写入,2 用法错误,
-3 verify 发现问题,或 --strict 阻止了内容丢失。</translation>
+退出码：0 一切正常,1 文件无法读取或写入,2 用法错误,
+3 verify 发现问题，或 --strict 阻止了内容丢失。</translation>
     </message>
     <message>
         <source>Examples:</source>
-        <translation>示例:</translation>
+        <translation>示例：</translation>
     </message>
     <message>
         <source>%1 wants: %2</source>
-        <translation>%1 需要:%2</translation>
+        <translation>%1 需要：%2</translation>
     </message>
     <message>
         <source>--words is en or zh, --times is auto, system or device.</source>
-        <translation>--words 为 en 或 zh,--times 为 auto、system 或 device。</translation>
+        <translation>--words 为 en 或 zh，--times 为 auto、system 或 device。</translation>
     </message>
     <message>
         <source>%1 could not be read to its end.</source>
@@ -2595,7 +2595,7 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     </message>
     <message>
         <source>%1; x9capture verify lists them</source>
-        <translation>%1 个;x9capture verify 可列出</translation>
+        <translation>%1 个；x9capture verify 可列出</translation>
     </message>
     <message>
         <source>error</source>
@@ -2611,7 +2611,7 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     </message>
     <message>
         <source>%1: %2 frames, %3 findings</source>
-        <translation>%1:%2 帧,%3 个问题</translation>
+        <translation>%1：%2 帧,%3 个问题</translation>
     </message>
     <message>
         <source>Channel</source>
@@ -2655,19 +2655,19 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     </message>
     <message>
         <source>%1: which kind of capture is to be written? Name it with --to.</source>
-        <translation>%1:要写入哪种类型的记录?请用 --to 指定。</translation>
+        <translation>%1：要写入哪种类型的捕获文件?请用 --to 指定。</translation>
     </message>
     <message>
         <source>%1 would not hold everything; it was not written.</source>
-        <translation>%1 不能保存全部内容,未写入。</translation>
+        <translation>%1 不能保存全部内容，未写入。</translation>
     </message>
     <message>
         <source>%1: %2 frames from %3</source>
-        <translation>%1:%2 帧,来自 %3</translation>
+        <translation>%1：%2 帧，来自 %3</translation>
     </message>
     <message>
         <source>--%1: %2 is neither a number of seconds nor a time such as 2026-03-31T10:20:30.</source>
-        <translation>--%1:%2 既不是秒数,也不是形如 2026-03-31T10:20:30 的时间。</translation>
+        <translation>--%1：%2 既不是秒数，也不是形如 2026-03-31T10:20:30 的时间。</translation>
     </message>
     <message>
         <source>--start and --end must both be seconds or both be times with a date.</source>
@@ -2683,11 +2683,11 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     </message>
     <message>
         <source>%1 has times of another kind than %2. With --align all begin together.</source>
-        <translation>%1 的时间类型与 %2 不同。使用 --align 可使所有记录同时开始。</translation>
+        <translation>%1 的时间类型与 %2 不同。使用 --align 可使所有捕获文件同时开始。</translation>
     </message>
     <message>
         <source>%1 captures</source>
-        <translation>%1 个记录文件</translation>
+        <translation>%1 个捕获文件</translation>
     </message>
 </context>
 </TS>
