@@ -70,7 +70,8 @@ void writeCapture(const QString &path, const Options &options, bool isPolled)
     out.flush();
 }
 
-/// Reads path and, unless to is empty, writes it there, as what its ending says or else as CSV. Returns how many frames.
+/// Reads path and, unless to is empty, writes it there, as what its ending says or else as CSV. Returns how many
+/// frames.
 int convert(const QString &path, const QString &to)
 {
     QFile in(path);
@@ -89,7 +90,8 @@ int convert(const QString &path, const QString &to)
     for (int count = 0; (count = reader->read(batch.data(), BatchSize)) > 0; frames += count) {
         if (writer == nullptr && !to.isEmpty()) {
             const ExchangeFormat *format = exchangeFormatOfPath(to);
-            writer = (format != nullptr ? format : exchangeFormat(QStringLiteral("csv")))->writer(out, {reader->info()}, findings);
+            writer = (format != nullptr ? format : exchangeFormat(QStringLiteral("csv")))
+                         ->writer(out, {reader->info()}, findings);
         }
         if (writer != nullptr) {
             writer->write(batch.data(), count);
@@ -174,8 +176,8 @@ int main(int argc, char *argv[])
     const double log2asc = rateOfLog2asc(path("own.log"));
     if (log2asc > 0) {
         report.add(QStringLiteral("  log2asc with the same log, to nowhere"), log2asc, unit);
-        report.add(QStringLiteral("  candump log to own CSV against it, to nowhere"), candump / log2asc, QStringLiteral("times"),
-                   Target::AtLeast, 20);
+        report.add(QStringLiteral("  candump log to own CSV against it, to nowhere"), candump / log2asc,
+                   QStringLiteral("times"), Target::AtLeast, 20);
     }
     report.add(QStringLiteral("memory held at the end"), residentBytes() / 1e6, QStringLiteral("MB"), Target::AtMost,
                64);

@@ -35,9 +35,10 @@ cmake --build --preset fuzz -j "$(nproc)" --target "${targets[@]}"
 findings=$PWD/build/fuzz/findings
 mkdir -p "$findings"
 fuzz() {
-  local target=$1 corpus=build/fuzz/corpus/$1 pattern
+  local target=$1 corpus=build/fuzz/corpus/$1 patterns pattern
   mkdir -p "$corpus"
-  for pattern in ${seeds[$target]}; do
+  read -ra patterns <<<"${seeds[$target]}"
+  for pattern in "${patterns[@]}"; do
     cp tests/data/$pattern "$corpus"
   done
   build/fuzz/bin/"$target" -max_total_time="$seconds" -max_len=4096 -timeout=10 -rss_limit_mb=1024 \

@@ -3,10 +3,9 @@
 #include "exchange/command/Terminal.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QThread>
-
-#include <cstdio>
 
 namespace {
 
@@ -18,11 +17,42 @@ struct Texts
 constexpr std::size_t HeadSize = 1U << 16U;
 constexpr unsigned long WaitMs = 50;
 
+/// Standard input. Unlike a QFile it gives what there is and does not wait for more, and its end is no error on any
+/// system.
+class StandardInput : public QIODevice
+{
+public:
+    bool isSequential() const override { return true; }
+    bool open(OpenMode mode) override
+    {
+        Terminal::makeBinary(Terminal::Input);
+        return QIODevice::open(mode);
+    }
+
+protected:
+    qint64 readData(char *data, qint64 size) override { return Terminal::readInput(data, size); }
+    qint64 writeData(const char * /*data*/, qint64 /*size*/) override { return -1; }
+};
+
+bool isStandardInput(const QString &path)
+{
+    return path == QLatin1String("-");
+}
+
+std::unique_ptr<QIODevice> deviceOf(const QString &path)
+{
+    if (isStandardInput(path)) {
+        return std::make_unique<StandardInput>();
+    }
+    return std::make_unique<QFile>(path);
+}
+
 } // namespace
 
 CaptureSource::CaptureSource(const QString &path, const Options &options)
     : m_path(path)
     , m_options(options)
+    , m_device(deviceOf(path))
 {
 }
 
@@ -32,9 +62,8 @@ std::unique_ptr<CaptureSource> CaptureSource::open(const QString &path, const Op
     if (!source->openFile(error) || !source->findFormat(error)) {
         return nullptr;
     }
-    const bool isFile = path != QLatin1String("-");
-    const QDateTime now = QDateTime::currentDateTime();
-    const QDateTime date = options.date.isValid() ? options.date : isFile ? QFileInfo(path).lastModified() : now;
+    const QDateTime ofFile = isStandardInput(path) ? QDateTime::currentDateTime() : QFileInfo(path).lastModified();
+    const QDateTime date = options.date.isValid() ? options.date : ofFile;
     source->m_in.setGrowing(options.isFollowed);
     source->m_reader = source->m_format->reader(source->m_in, {date}, source->m_findings);
     source->m_idle.start();
@@ -43,22 +72,14 @@ std::unique_ptr<CaptureSource> CaptureSource::open(const QString &path, const Op
 
 bool CaptureSource::openFile(QString &error)
 {
-    if (m_path == QLatin1String("-")) {
-        Terminal::makeBinary(Terminal::Input);
-        if (m_file.open(stdin, QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-            return true;
-        }
-    } else {
-        m_file.setFileName(m_path);
-        if (QFileInfo(m_path).isDir()) {
-            error = Texts::tr("%1 is a folder.").arg(m_path);
-            return false;
-        }
-        if (m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-            return true;
-        }
+    if (!isStandardInput(m_path) && QFileInfo(m_path).isDir()) {
+        error = Texts::tr("%1 is a folder.").arg(m_path);
+        return false;
     }
-    error = Texts::tr("%1 cannot be read: %2").arg(m_path, m_file.errorString());
+    if (m_device->open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        return true;
+    }
+    error = Texts::tr("%1 cannot be read: %2").arg(m_path, m_device->errorString());
     return false;
 }
 
@@ -67,7 +88,7 @@ bool CaptureSource::findFormat(QString &error)
 {
     m_in.need(HeadSize);
     if (m_in.isBroken()) {
-        error = Texts::tr("%1 cannot be read: %2").arg(m_path, m_file.errorString());
+        error = Texts::tr("%1 cannot be read: %2").arg(m_path, m_device->errorString());
         return false;
     }
     m_format = m_options.format != nullptr ? m_options.format : recognisedFormat(m_in.window().substr(0, HeadSize));
@@ -92,9 +113,9 @@ int CaptureSource::read(BusFrame *frames, int room)
 
 bool CaptureSource::waitForMore()
 {
-    const bool isShorter = !m_file.isSequential() && m_file.size() < m_in.offset();
+    const bool isShorter = !m_device->isSequential() && m_device->size() < m_in.offset();
     if (isShorter) {
-        m_findings.add(Finding::Offset, m_file.size(), Texts::tr("the file has become shorter while it was read"));
+        m_findings.add(Finding::Offset, m_device->size(), Texts::tr("the file has become shorter while it was read"));
     }
     const double idleSeconds = static_cast<double>(m_idle.elapsed()) / 1000;
     const bool isIdle = m_options.idleSeconds > 0 && idleSeconds >= m_options.idleSeconds;

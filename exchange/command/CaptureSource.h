@@ -5,7 +5,7 @@
 #include "exchange/Findings.h"
 
 #include <QElapsedTimer>
-#include <QFile>
+#include <QIODevice>
 
 /// A capture that is read: a file, or standard input.
 class CaptureSource
@@ -28,6 +28,8 @@ public:
     /// must still be read then.
     bool waitForMore();
     bool isFollowed() const { return m_in.isGrowing(); }
+    /// The file is left alone from now on, so that another one can take its place.
+    void close() { m_device->close(); }
     /// Reading failed before the end.
     bool isBroken() const { return m_in.isBroken(); }
 
@@ -36,7 +38,7 @@ public:
     const CaptureInfo &info() const { return m_reader->info(); }
     Findings &findings() { return m_findings; }
     qint64 offset() const { return m_in.offset(); }
-    qint64 size() const { return m_file.isSequential() ? 0 : m_file.size(); } ///< 0: not known
+    qint64 size() const { return m_device->isSequential() ? 0 : m_device->size(); } ///< 0: not known
 
 private:
     CaptureSource(const QString &path, const Options &options);
@@ -45,8 +47,8 @@ private:
 
     const QString m_path;
     const Options m_options;
-    QFile m_file;
-    ByteInput m_in{m_file};
+    const std::unique_ptr<QIODevice> m_device;
+    ByteInput m_in{*m_device};
     Findings m_findings;
     const ExchangeFormat *m_format = nullptr;
     std::unique_ptr<FrameReader> m_reader;

@@ -1,5 +1,6 @@
 #include "exchange/command/Terminal.h"
 
+#include <cerrno>
 #include <csignal>
 #include <unistd.h>
 
@@ -15,6 +16,15 @@ bool Terminal::isTerminal(Stream stream)
 }
 
 void Terminal::makeBinary(Stream /*stream*/) {}
+
+long long Terminal::readInput(char *to, long long size)
+{
+    ssize_t got = 0;
+    do {
+        got = ::read(STDIN_FILENO, to, static_cast<std::size_t>(size));
+    } while (got < 0 && errno == EINTR && !isInterrupted());
+    return got < 0 && errno == EINTR ? 0 : got;
+}
 
 void Terminal::catchInterrupt()
 {

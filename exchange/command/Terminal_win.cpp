@@ -20,6 +20,12 @@ void Terminal::makeBinary(Stream stream)
     _setmode(stream, _O_BINARY);
 }
 
+long long Terminal::readInput(char *to, long long size)
+{
+    constexpr long long Most = 1 << 18;
+    return _read(Input, to, static_cast<unsigned>(size < Most ? size : Most));
+}
+
 void Terminal::catchInterrupt()
 {
     std::signal(SIGINT, [](int) { interrupted = 1; });

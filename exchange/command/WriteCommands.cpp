@@ -168,6 +168,7 @@ int transfer(CommandContext &context, const ExchangeFormat *fallback, FrameSelec
     if (source->isBroken()) {
         return context.fail(Texts::tr("%1 could not be read to its end.").arg(from));
     }
+    source->close();
     return target.finish(from);
 }
 
@@ -361,6 +362,7 @@ int mergeCommand(CommandContext &context)
         if (input->source->isBroken()) {
             return context.fail(Texts::tr("%1 could not be read to its end.").arg(input->source->path()));
         }
+        input->source->close();
     }
     return target.finish(Texts::tr("%1 captures").arg(inputs.size()));
 }
