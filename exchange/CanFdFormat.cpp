@@ -27,7 +27,7 @@ struct Texts
 
 constexpr int MaxClassic = 8;
 /// So many zeros in a row are a hole that a file system left, not frames.
-constexpr std::size_t HoleSize = 512;
+constexpr std::size_t HoleSize = 4096;
 /// So many records that follow each other well are taken for records.
 constexpr int GoodChain = 4;
 constexpr std::size_t MaxRecord = sizeof(CanFdRecord) + BusFrame::MaxLength;

@@ -31,8 +31,8 @@ bool isZero(const VCI_CAN_OBJ &record)
     return std::memcmp(&record, &Zero, sizeof record) == 0;
 }
 
-/// So many records of zeros in a row are a hole that a file system left, not frames.
-constexpr std::size_t HoleRecords = 32;
+/// So many records of zeros in a row, more than 4096 bytes, are a hole that a file system left, not frames.
+constexpr std::size_t HoleRecords = 171;
 constexpr std::size_t HoleSize = HoleRecords * sizeof(VCI_CAN_OBJ);
 
 class Reader : public FrameReader

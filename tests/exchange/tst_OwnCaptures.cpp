@@ -56,7 +56,7 @@ void tst_OwnCaptures::files_data()
     row("exchange/canfd_length_lies.canfd", QStringList(first) + others,
         {QStringLiteral("Offset 36: 33 bytes that are no records")});
     row("exchange/canfd_hole.canfd", QStringList(first) + others,
-        {QStringLiteral("Offset 36: 1000 bytes that are no records")});
+        {QStringLiteral("Offset 36: 5000 bytes that are no records")});
     row("exchange/canfd_no_header.canfd", QStringList(first) + others,
         {QStringLiteral("Offset 0: the header is missing")});
     row("exchange/canfd_stamps_wrap.canfd",
@@ -66,8 +66,8 @@ void tst_OwnCaptures::files_data()
         {first, QStringLiteral("1001000/1001000 0 rx 12345678 ext [8] 0001020304050607"),
          QStringLiteral("1002000/1002000 0 rx 9 [8] 0101010101010101")},
         {QStringLiteral("Offset 44: zeros where records should be"),
-         QStringLiteral("Offset 1028: a length of more than 8 was taken as 8"),
-         QStringLiteral("Offset 1052: the last record is cut and was left out")});
+         QStringLiteral("Offset 4868: a length of more than 8 was taken as 8"),
+         QStringLiteral("Offset 4892: the last record is cut and was left out")});
     row("capture/can_header_only.can", {});
     row("capture/canfd_empty.canfd", {}, {QStringLiteral("Offset 0: the header is missing")});
     row("capture/canfd_cut_record.canfd", {QStringLiteral("3723004000/3723004000 0 rx 1AB [3] 01A2FF")},
