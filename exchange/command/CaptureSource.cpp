@@ -7,6 +7,8 @@
 #include <QFileInfo>
 #include <QThread>
 
+#include <utility>
+
 namespace {
 
 struct Texts
@@ -49,10 +51,10 @@ std::unique_ptr<QIODevice> deviceOf(const QString &path)
 
 } // namespace
 
-CaptureSource::CaptureSource(const QString &path, const Options &options)
-    : m_path(path)
-    , m_options(options)
-    , m_device(deviceOf(path))
+CaptureSource::CaptureSource(QString path, Options options)
+    : m_path(std::move(path))
+    , m_options(std::move(options))
+    , m_device(deviceOf(m_path))
 {
 }
 

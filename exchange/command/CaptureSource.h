@@ -41,7 +41,7 @@ public:
     qint64 size() const { return m_device->isSequential() ? 0 : m_device->size(); } ///< 0: not known
 
 private:
-    CaptureSource(const QString &path, const Options &options);
+    CaptureSource(QString path, Options options);
     bool openFile(QString &error);
     bool findFormat(QString &error);
 

@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -66,9 +67,9 @@ const std::vector<Command> &commands()
     return all;
 }
 
-CommandContext::CommandContext(const QCommandLineParser &options, const QStringList &known, bool isChinese)
+CommandContext::CommandContext(const QCommandLineParser &options, QStringList known, bool isChinese)
     : m_options(options)
-    , m_known(known)
+    , m_known(std::move(known))
     , m_files(options.positionalArguments())
     , m_isChinese(isSet("words") ? value("words") == QLatin1String("zh") : isChinese)
     , m_out(stdout)

@@ -21,7 +21,7 @@ class CommandContext
 {
 public:
     /// known: the names of the command's options; any other one is never set.
-    CommandContext(const QCommandLineParser &options, const QStringList &known, bool isChinese);
+    CommandContext(const QCommandLineParser &options, QStringList known, bool isChinese);
 
     const QStringList &files() const { return m_files; }
     bool isSet(const char *option) const { return isKnown(option) && m_options.isSet(QLatin1String(option)); }
