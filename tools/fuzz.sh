@@ -60,7 +60,7 @@ for id in "${running[@]}"; do
   wait "$id" || status=1
 done
 for target in "${targets[@]}"; do
-  echo "$target: $(grep -h 'stat::number_of_executed_units' "build/fuzz/$target.log" | tr -s ' :' ' ' || true)"
+  echo "$target: $(grep -ah 'stat::number_of_executed_units' "build/fuzz/$target.log" | tr -s ' :' ' ' || true)"
 done
 if ((status)); then
   echo "Findings, see build/fuzz/*.log:" >&2

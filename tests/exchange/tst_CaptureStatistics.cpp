@@ -62,7 +62,7 @@ void tst_CaptureStatistics::theDevicesTimesCountFirst()
     CaptureStatistics statistics;
     for (const int ms : {100, 105}) {
         BusFrame polled = frame(250, 1, {});
-        polled.deviceTime = ms * 1000000;
+        polled.deviceTime = qint64{ms} * 1000000;
         statistics.add(polled);
     }
     QCOMPARE(statistics.rows().at(0).period.mean(), 5e6);
