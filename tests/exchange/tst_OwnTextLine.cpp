@@ -34,7 +34,7 @@ struct BothWays
         if (isFrame != slow.readSlowly(view(line), lineNumber, slowFrame) ||
             (isFrame && described(frame) != described(slowFrame)) ||
             described(fastFindings) != described(slowFindings)) {
-            return QString();
+            return {};
         }
         return isFrame ? described(frame) : QStringLiteral("none");
     }

@@ -65,24 +65,24 @@ class tst_x9capture : public QObject
 private slots:
     void init();
 
-    void wrongUse_data();
-    void wrongUse();
-    void help();
+    static void wrongUse_data();
+    static void wrongUse();
+    static void help();
     void aRealTimeCaptureBecomesOneThatPlaysWhole();
     void theFileKeepsTheLastFramesTime();
-    void throughPipes();
+    static void throughPipes();
     void nothingIsReplacedWithoutForce();
     void aFailureLeavesNothing();
     void strictKeepsWhatWouldBeLost();
     void timesOfTheAdapter();
-    void infoTellsWhatIsInIt();
-    void infoSpeaksChinese();
+    static void infoTellsWhatIsInIt();
+    static void infoSpeaksChinese();
     void wordsOfCaptures();
     void verifyTellsPlaces();
     void repairSavesWhatIsLeft();
     void statsAsATable();
     void mergesByTime();
-    void cuts_data();
+    static void cuts_data();
     void cuts();
     void followsAFileThatGrows();
 
