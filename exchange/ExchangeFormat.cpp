@@ -1,5 +1,10 @@
 #include "exchange/ExchangeFormat.h"
 
+#include "exchange/AscFormat.h"
+#include "exchange/BlfFormat.h"
+#include "exchange/PcapFormat.h"
+#include "exchange/TrcFormat.h"
+
 #include <QStringList>
 
 #include <algorithm>
@@ -18,7 +23,15 @@ const ExchangeFormat *firstFormat(Predicate predicate)
 
 const std::vector<ExchangeFormat> &exchangeFormats()
 {
-    static const std::vector<ExchangeFormat> formats = {};
+    static const std::vector<ExchangeFormat> formats = {
+        {"asc", "ASC", ".asc", AscFormat::Holds, 1, AscFormat::recognises, AscFormat::reader, AscFormat::writer},
+        {"blf", "BLF", ".blf", BlfFormat::Holds, 1, BlfFormat::recognises, BlfFormat::reader, BlfFormat::writer},
+        {"pcapng", "pcapng, SocketCAN", ".pcapng .ntar", PcapngFormat::Holds, 1, PcapngFormat::recognises,
+         PcapngFormat::reader, PcapngFormat::writer},
+        {"pcap", "pcap, SocketCAN", ".pcap .cap", PcapFormat::Holds, 1, PcapFormat::recognises, PcapFormat::reader,
+         PcapFormat::writer},
+        {"trc", "TRC 2.1", ".trc", TrcFormat::Holds, 1000, TrcFormat::recognises, TrcFormat::reader, TrcFormat::writer},
+    };
     return formats;
 }
 
