@@ -21,17 +21,24 @@ bool setDirection(BusFrame &frame, std::string_view word)
     return frame.direction == BusFrame::Sent || isSameWord(word, "Rx");
 }
 
-/// Nothing for any other text than an identifier.
+/// False for any other text than a number. It may be too large for an identifier.
 bool setIdentifier(BusFrame &frame, std::string_view word, int base)
 {
     const bool isExtended = !word.empty() && (word.back() == 'x' || word.back() == 'X');
     const auto number = wholeNumber(isExtended ? word.substr(0, word.size() - 1) : word, base);
-    if (!number || *number > (isExtended ? 0x1FFFFFFFU : 0x7FFU)) {
-        return false;
-    }
-    frame.identifier = *number;
+    frame.identifier = number.value_or(0);
     frame.set(BusFrame::Extended, isExtended);
-    return true;
+    return number.has_value();
+}
+
+bool hasIdentifier(const BusFrame &frame)
+{
+    return frame.identifier <= (frame.is(BusFrame::Extended) ? 0x1FFFFFFFU : 0x7FFU);
+}
+
+bool isRequest(std::string_view direction)
+{
+    return isSameWord(direction, "TxRq");
 }
 
 /// A data length code: one hexadecimal digit, or a decimal number in files of that base.
@@ -55,7 +62,7 @@ public:
 
 private:
     /// What is on a line.
-    enum class Content { Frame, Nothing, Other, Damaged, BadLength };
+    enum class Content { Frame, Nothing, Request, Other, Damaged, BadLength };
 
     Content parse(std::string_view line, BusFrame &frame);
     Content parseHeader(std::string_view line);
@@ -100,6 +107,7 @@ int AscReader::read(BusFrame *frames, int room)
 void AscReader::report(Content content)
 {
     const QString text = content == Content::Other       ? FindingTexts::otherEvent()
+                         : content == Content::Request   ? FindingTexts::transmitRequest()
                          : content == Content::BadLength ? FindingTexts::wrongLength()
                                                          : FindingTexts::damagedLine();
     m_findings.add(Finding::Line, m_in.lineNumber(), text);
@@ -171,8 +179,12 @@ AscReader::Content AscReader::parseClassic(TextFields fields, BusFrame &frame) c
         frame.set(BusFrame::Error);
         return Content::Frame;
     }
-    if (!setIdentifier(frame, identifier, m_base) || !setDirection(frame, fields.next())) {
+    const std::string_view direction = fields.next();
+    if (!setIdentifier(frame, identifier, m_base) || !(setDirection(frame, direction) || isRequest(direction))) {
         return Content::Other;
+    }
+    if (isRequest(direction) || !hasIdentifier(frame)) {
+        return isRequest(direction) ? Content::Request : Content::Damaged;
     }
     const std::string_view kind = fields.next();
     const auto code = lengthCode(fields.next(), m_base);
@@ -190,10 +202,12 @@ AscReader::Content AscReader::parseClassic(TextFields fields, BusFrame &frame) c
 
 AscReader::Content AscReader::parseFd(TextFields fields, BusFrame &frame) const
 {
-    if (!setChannel(frame, fields.next()) || !setDirection(frame, fields.next())) {
+    const bool hasChannel = setChannel(frame, fields.next());
+    const std::string_view direction = fields.next();
+    const std::string_view identifier = fields.next();
+    if (!hasChannel || !(setDirection(frame, direction) || isRequest(direction))) {
         return Content::Other;
     }
-    const std::string_view identifier = fields.next();
     if (isSameWord(identifier, "ErrorFrame")) {
         frame.set(BusFrame::Fd, false);
         frame.set(BusFrame::Error);
@@ -201,6 +215,9 @@ AscReader::Content AscReader::parseFd(TextFields fields, BusFrame &frame) const
     }
     if (!setIdentifier(frame, identifier, m_base)) {
         return Content::Other;
+    }
+    if (isRequest(direction) || !hasIdentifier(frame)) {
+        return isRequest(direction) ? Content::Request : Content::Damaged;
     }
     const std::string_view next = fields.peek();
     if (next != "0" && next != "1") {
