@@ -329,9 +329,7 @@ std::size_t writeLin(const LinLayout &layout, const BusFrame &frame, char *body)
     return layout.size;
 }
 
-} // namespace
-
-Content BlfObject::parse(quint32 type, std::string_view body, BusFrame &frame)
+Content parseKind(quint32 type, std::string_view body, BusFrame &frame)
 {
     switch (type) {
     case CanMessage:
@@ -365,6 +363,16 @@ Content BlfObject::parse(quint32 type, std::string_view body, BusFrame &frame)
     default:
         return Content::Other;
     }
+}
+
+} // namespace
+
+Content BlfObject::parse(quint32 type, std::string_view body, BusFrame &frame)
+{
+    constexpr quint32 StandardMask = 0x7FF;
+    const Content content = parseKind(type, body, frame);
+    const bool isStandard = !frame.is(BusFrame::Extended) && !frame.is(BusFrame::Error);
+    return content == Content::Frame && isStandard && frame.identifier > StandardMask ? Content::Damaged : content;
 }
 
 std::size_t BlfObject::write(const BusFrame &frame, char *body, quint32 &type)

@@ -12,6 +12,7 @@ enum class Content {
     Frame,
     Request,   ///< what was to be sent, besides what was
     BadLength, ///< it has fewer bytes than it says
+    Damaged,   ///< an identifier that is none
     Other
 };
 

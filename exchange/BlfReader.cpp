@@ -154,6 +154,9 @@ BlfReader::Step BlfReader::parseObject(std::string_view object, BusFrame &frame)
     case BlfObject::Content::BadLength:
         report(FindingTexts::wrongLength());
         break;
+    case BlfObject::Content::Damaged:
+        report(FindingTexts::damagedRecord());
+        break;
     case BlfObject::Content::Other:
         report(FindingTexts::otherEvent());
         break;

@@ -26,14 +26,16 @@ private:
     std::string_view m_rest;
 };
 
-/// The number that all of text is, in the base; nothing for any other text and for numbers that do not fit.
+/// The number without a sign that all of text is, in the base; nothing for any other text and for numbers that do not
+/// fit.
 template<typename Number = quint32>
 std::optional<Number> wholeNumber(std::string_view text, int base = 10)
 {
     Number number = 0;
     const char *end = text.data() + text.size();
     const auto result = std::from_chars(text.data(), end, number, base);
-    return result.ec == std::errc() && result.ptr == end ? std::optional<Number>(number) : std::nullopt;
+    const bool hasSign = !text.empty() && text.front() == '-';
+    return !hasSign && result.ec == std::errc() && result.ptr == end ? std::optional<Number>(number) : std::nullopt;
 }
 
 /// A decimal number without a sign, with or without a fraction (behind a point), times 10^digits; what is finer is

@@ -86,6 +86,7 @@ void tst_AscFormat::lines_data()
     row("no length", "1.5 1 1AB Rx d", "", FindingTexts::damagedLine());
     row("fd with 65 bytes", "1.5 CANFD 1 Rx 1AB 0 0 f 65 1", "", FindingTexts::damagedLine());
     row("fd with too few", "1.5 CANFD 1 Rx 1AB 0 0 9 12 1 2", "", FindingTexts::wrongLength());
+    row("fd with less than nothing", "1.5 CANFD 1 Rx 1AB 0 0 f -7 1", "", FindingTexts::damagedLine());
     row("identifier beyond 11 bits", "1.5 1 800 Rx d 0", "", FindingTexts::damagedLine());
     row("identifier beyond 29 bits", "1.5 1 20000000x Rx d 0", "", FindingTexts::damagedLine());
 }

@@ -97,6 +97,7 @@ void tst_BlfFormat::objects_data()
     row("CAN_MESSAGE, remote", 1, "0100 80 0f ab010000 0102030405060708", "5/- 0 rx 1AB remote [8]");
     row("CAN_MESSAGE, request", 1, "0100 02 03 ab010000 0102030405060708", "", FindingTexts::transmitRequest());
     row("CAN_MESSAGE, cut", 1, "0100 00 03 ab010000 0102", "", FindingTexts::wrongLength());
+    row("CAN_MESSAGE, 12 bits", 1, "0100 00 03 00080000 0102030405060708", "", FindingTexts::damagedRecord());
     row("CAN_MESSAGE2", 86, "0100 00 03 ab010000 0102030405060708 00000000 00 00 0000", Described1AB);
     const QByteArray zeros(126, '0');
     row("CAN_FD_MESSAGE", 100,

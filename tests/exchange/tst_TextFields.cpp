@@ -71,6 +71,8 @@ void tst_TextFields::wholeNumbers()
     QVERIFY(!wholeNumber("1 "));
     QVERIFY(!wholeNumber("0x1", 16));
     QVERIFY(!wholeNumber("-1"));
+    QVERIFY(!wholeNumber<int>("-1"));
+    QVERIFY(!wholeNumber<int>("-0"));
     QVERIFY(!wholeNumber<quint8>("256"));
     QVERIFY(isSameWord("TriggerBlock", "triggerblock"));
     QVERIFY(!isSameWord("Trigger", "triggerblock"));
