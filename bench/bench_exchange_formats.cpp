@@ -1,5 +1,5 @@
 // How fast captures of other programs' kinds are read and written: MB of the file per second of processor time, one
-// thread, memory to memory. --frames N (default 1,000,000).
+// thread, memory to memory. bench_exchange_formats [--frames N] [KIND...], by default 1,000,000 frames and all kinds.
 
 #include "bench/BenchReport.h"
 #include "exchange/ByteInput.h"
@@ -102,13 +102,19 @@ int main(int argc, char *argv[])
     const QCommandLineOption json(QStringLiteral("json"), QStringLiteral("Writes the figures."),
                                   QStringLiteral("FILE"));
     parser.addOptions({count, json});
+    parser.addPositionalArgument(QStringLiteral("kinds"), QStringLiteral("Names of the table of formats."));
     parser.addHelpOption();
     parser.process(application);
     const auto frames = classicFrames(std::max(1, parser.value(count).toInt()));
     BenchReport report;
-    for (const char *name : {"asc", "blf", "pcapng", "pcap", "trc"}) {
-        const ExchangeFormat &format = *exchangeFormat(QLatin1String(name));
-        measureReading(format, measureWriting(format, frames, report), frames.size(), report);
+    QStringList names = parser.positionalArguments();
+    if (names.isEmpty()) {
+        names = QStringLiteral("asc blf pcapng pcap trc").split(QLatin1Char(' '));
+    }
+    for (const QString &name : qAsConst(names)) {
+        if (const ExchangeFormat *format = exchangeFormat(name)) {
+            measureReading(*format, measureWriting(*format, frames, report), frames.size(), report);
+        }
     }
     report.print();
     return report.writeJson(parser.value(json)) ? 0 : 1;

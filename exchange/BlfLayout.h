@@ -80,6 +80,9 @@ bool findObject(Bytes &bytes, qint64 &passed)
 {
     for (;;) {
         const std::string_view window = bytes.window();
+        if (window.substr(0, ObjectSignature.size()) == ObjectSignature) { // as it should be
+            return true;
+        }
         const std::size_t at = window.find(ObjectSignature);
         const bool isFound = at != std::string_view::npos;
         const std::size_t kept = window.size() < ObjectSignature.size() ? window.size() : ObjectSignature.size() - 1;

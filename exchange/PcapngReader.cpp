@@ -85,7 +85,9 @@ int PcapngReader::read(BusFrame *frames, int room)
             m_in.skip(1);
             continue;
         }
-        reportLost(FindingTexts::damagedRecord());
+        if (m_lostAt >= 0) {
+            reportLost(FindingTexts::damagedRecord());
+        }
         const std::string_view block = m_in.window().substr(0, blockSize());
         count += parseBlock(block, frames[count]) ? 1 : 0;
         m_in.skip(block.size());
@@ -116,10 +118,8 @@ PcapngReader::AtHand PcapngReader::look()
 
 void PcapngReader::reportLost(const QString &text)
 {
-    if (m_lostAt >= 0) {
-        m_findings.add(Finding::Offset, m_lostAt, text);
-        m_lostAt = -1;
-    }
+    m_findings.add(Finding::Offset, m_lostAt, text);
+    m_lostAt = -1;
 }
 
 void PcapngReader::endOfFile()
@@ -131,7 +131,9 @@ void PcapngReader::endOfFile()
         m_lostAt = m_lostAt < 0 ? m_in.offset() : m_lostAt;
         m_in.skip(m_in.window().size());
     }
-    reportLost(FindingTexts::cutAtEnd());
+    if (m_lostAt >= 0) {
+        reportLost(FindingTexts::cutAtEnd());
+    }
 }
 
 quint32 PcapngReader::blockSize() const

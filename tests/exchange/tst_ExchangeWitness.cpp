@@ -92,7 +92,8 @@ Run run(const QString &program, const QStringList &arguments, const QByteArray &
 Run witness(const QString &action, const QString &program, const QString &path, const QByteArray &input = {})
 {
     const QString python = QStringLiteral("/usr/bin/python3");
-    bool isThere = QFile::exists(python);
+    // Under Wine the file is there, too, and cannot be started.
+    bool isThere = QSysInfo::kernelType() != QLatin1String("winnt") && QFile::exists(python);
     if (program == QLatin1String("python-can")) {
         isThere = isThere && run(python, {QStringLiteral("-c"), QStringLiteral("import can.io")}).error.isEmpty();
     } else {
