@@ -79,9 +79,8 @@ inline QString described(const BusFrame &frame)
                                                                : QStringLiteral("refused"),
                          QString::number(frame.identifier, 16).toUpper()};
     const std::pair<BusFrame::Flag, const char *> names[] = {
-        {BusFrame::Extended, "ext"},      {BusFrame::Remote, "remote"},
-        {BusFrame::Error, "error"},       {BusFrame::Fd, "fd"},
-        {BusFrame::BitRateSwitch, "brs"}, {BusFrame::ErrorStateIndicator, "esi"},
+        {BusFrame::Extended, "ext"}, {BusFrame::Remote, "remote"},     {BusFrame::Error, "error"},
+        {BusFrame::Fd, "fd"},        {BusFrame::BitRateSwitch, "brs"}, {BusFrame::ErrorStateIndicator, "esi"},
         {BusFrame::Lin, "lin"}};
     for (const auto &[flag, name] : names) {
         if (frame.is(flag)) {
@@ -114,7 +113,10 @@ inline QStringList described(const Findings &findings)
     static const char *const Places[] = {"Line", "Offset", "Frame", "Nowhere"};
     QStringList lines;
     for (const Finding &finding : findings.kept()) {
-        lines.append(QStringLiteral("%1 %2: %3").arg(QLatin1String(Places[finding.place])).arg(finding.number).arg(finding.text) +
+        lines.append(QStringLiteral("%1 %2: %3")
+                         .arg(QLatin1String(Places[finding.place]))
+                         .arg(finding.number)
+                         .arg(finding.text) +
                      (finding.count > 1 ? QStringLiteral(" (%1)").arg(finding.count) : QString()));
     }
     return lines;

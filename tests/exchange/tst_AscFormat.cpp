@@ -56,6 +56,7 @@ void tst_AscFormat::lines_data()
     row("fd with a name", "1.5 CANFD 2 Tx 1ABx Engine_1 0 1 1 1 FE 0 0 5000 0 0 0 0 0",
         "1500000/- 1 tx 1AB ext fd esi [1] FE");
     row("fd without flags", "1.5 CANFD 1 Rx 1AB 0 0 2 2 11 22", "1500000/- 0 rx 1AB fd [2] 1122");
+    row("fd, passive, without flags", "1.5 CANFD 1 Rx 1AB 0 1 1 1 11", "1500000/- 0 rx 1AB fd esi [1] 11");
     row("fd, empty", "1.5 CANFD 1 Rx 1AB 0 0 0 0 0 0 1000 0", "1500000/- 0 rx 1AB fd [0]");
     row("classic on an fd channel", "1.5 CANFD 1 Rx 1AB 0 0 2 2 11 22 102203 130 200000 0 0 0 0 0",
         "1500000/- 0 rx 1AB [2] 1122");
