@@ -25,7 +25,7 @@ constexpr GermanMonth GermanMonths[] = {{"M\xE4r", 3}, {"M\xC3\xA4r", 3}, {"Mrz"
 /// From 1; 0 for any other word.
 int monthOf(std::string_view word)
 {
-    const auto english =
+    const auto *const english =
         std::find_if(Months.begin(), Months.end(), [word](std::string_view name) { return beginsWith(word, name); });
     if (english != Months.end()) {
         return static_cast<int>(english - Months.begin()) + 1;

@@ -192,7 +192,7 @@ void BlfContainers::beginContainer()
     const auto size = qFromLittleEndian<quint32>(header + SizeAt);
     const auto compression = qFromLittleEndian<quint16>(header + CompressionAt);
     const bool isContainer = qFromLittleEndian<quint32>(header + TypeAt) == Container;
-    m_left = std::max<qint64>(size, isContainer ? ContainerHeaderSize : BaseHeaderSize);
+    m_left = std::max<qint64>(size, static_cast<qint64>(isContainer ? ContainerHeaderSize : BaseHeaderSize));
     if (!isContainer && size > MaxObjectSize) {
         m_left = BaseHeaderSize; // damaged; the objects' reader tells
     }

@@ -80,7 +80,7 @@ bool BlfReader::readHeader()
     if (!isKnownSize) {
         m_findings.add(Finding::Offset, 4, FindingTexts::damagedHeader());
     }
-    m_in.pass(isKnownSize ? header.size : BlfHeader::MinSize);
+    m_in.pass(static_cast<qint64>(isKnownSize ? header.size : BlfHeader::MinSize));
     return true;
 }
 
