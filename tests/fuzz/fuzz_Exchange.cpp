@@ -29,7 +29,7 @@ void requireFrame(const BusFrame &frame)
     require(frame.length <= (isLong ? BusFrame::MaxLength : 8) && frame.identifier <= limit);
     require(!frame.is(BusFrame::Remote) || !isLong);
     require(isLong || !(frame.is(BusFrame::BitRateSwitch) || frame.is(BusFrame::ErrorStateIndicator)));
-    const auto begin = frame.data.begin() + (frame.is(BusFrame::Remote) ? 0 : frame.length);
+    const auto *const begin = frame.data.begin() + (frame.is(BusFrame::Remote) ? 0 : frame.length);
     require(std::all_of(begin, frame.data.end(), [](uchar byte) { return byte == 0; }));
 }
 
