@@ -1,10 +1,14 @@
 #include "exchange/ExchangeFormat.h"
 
-#include "exchange/CandumpFormat.h"
+#include "exchange/AscFormat.h"
+#include "exchange/BlfFormat.h"
 #include "exchange/CanFdFormat.h"
 #include "exchange/CanFormat.h"
+#include "exchange/CandumpFormat.h"
 #include "exchange/LinCsvFormat.h"
 #include "exchange/OwnTextFormat.h"
+#include "exchange/PcapFormat.h"
+#include "exchange/TrcFormat.h"
 
 #include <QStringList>
 
@@ -40,6 +44,13 @@ const std::vector<ExchangeFormat> &exchangeFormats()
          OwnTextFormat::recognisesTxt, OwnTextFormat::txtReader, OwnTextFormat::txtWriter},
         {"candump", "candump log", ".log .candump", CandumpFormat::Holds, NanosecondsPerUs, CandumpFormat::recognises,
          CandumpFormat::reader, CandumpFormat::writer},
+        {"asc", "ASC", ".asc", AscFormat::Holds, 1, AscFormat::recognises, AscFormat::reader, AscFormat::writer},
+        {"blf", "BLF", ".blf", BlfFormat::Holds, 1, BlfFormat::recognises, BlfFormat::reader, BlfFormat::writer},
+        {"pcapng", "pcapng, SocketCAN", ".pcapng .ntar", PcapngFormat::Holds, 1, PcapngFormat::recognises,
+         PcapngFormat::reader, PcapngFormat::writer},
+        {"pcap", "pcap, SocketCAN", ".pcap .cap", PcapFormat::Holds, 1, PcapFormat::recognises, PcapFormat::reader,
+         PcapFormat::writer},
+        {"trc", "TRC 2.1", ".trc", TrcFormat::Holds, 1000, TrcFormat::recognises, TrcFormat::reader, TrcFormat::writer},
     };
     return formats;
 }

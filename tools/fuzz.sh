@@ -19,6 +19,11 @@ declare -A seeds=(
   [fuzz_exchange_txt]="exchange/*.txt capture/*.txt"
   [fuzz_exchange_lin-csv]="exchange/lin_*.csv lin/*.csv"
   [fuzz_exchange_candump]="exchange/candump_*.log"
+  [fuzz_asc]="exchange/*.asc"
+  [fuzz_blf]="exchange/*.blf"
+  [fuzz_pcap]="exchange/*.pcap"
+  [fuzz_pcapng]="exchange/*.pcapng"
+  [fuzz_trc]="exchange/*.trc"
 )
 
 seconds=${1:-600}

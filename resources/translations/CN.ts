@@ -1988,6 +1988,88 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
 </context>
 <context>
+    <name>FindingTexts</name>
+    <message>
+        <source>no frame of a bus: skipped</source>
+        <translation>不是总线帧，已跳过</translation>
+    </message>
+    <message>
+        <source>damaged line: skipped</source>
+        <translation>该行已损坏，已跳过</translation>
+    </message>
+    <message>
+        <source>fewer bytes than the length says: frame skipped</source>
+        <translation>字节数少于长度所示，该帧已跳过</translation>
+    </message>
+    <message>
+        <source>damaged: skipped up to the next record</source>
+        <translation>已损坏，跳到下一条记录</translation>
+    </message>
+    <message>
+        <source>the file ends within a record</source>
+        <translation>文件在一条记录中间结束</translation>
+    </message>
+    <message>
+        <source>damaged compressed data: the rest of the container skipped</source>
+        <translation>压缩数据已损坏，容器的其余部分已跳过</translation>
+    </message>
+    <message>
+        <source>unknown compression: container skipped</source>
+        <translation>未知的压缩方式，容器已跳过</translation>
+    </message>
+    <message>
+        <source>container holds another number of bytes than it says</source>
+        <translation>容器中的字节数与其所示不符</translation>
+    </message>
+    <message>
+        <source>request to send, no frame: skipped</source>
+        <translation>发送请求，不是帧，已跳过</translation>
+    </message>
+    <message>
+        <source>kind of the error not written: this kind of file does not tell it</source>
+        <translation>未写入错误的种类：此类文件不区分</translation>
+    </message>
+    <message>
+        <source>data of a LIN frame with an error not written: this kind of file has none</source>
+        <translation>未写入出错的 LIN 帧的数据：此类文件没有</translation>
+    </message>
+    <message>
+        <source>length %1 is none of CAN FD: padded to %2</source>
+        <translation>CAN FD 没有长度 %1，已补足到 %2</translation>
+    </message>
+    <message>
+        <source>the output is a pipe: the file&apos;s size, counts and end time are left out of its header</source>
+        <translation>输出是管道：文件头中没有文件大小、数量和结束时间</translation>
+    </message>
+    <message>
+        <source>the file&apos;s header is damaged</source>
+        <translation>文件头已损坏</translation>
+    </message>
+    <message>
+        <source>unknown version of the format: read as the latest known</source>
+        <translation>未知的格式版本，按已知的最新版本读取</translation>
+    </message>
+    <message>
+        <source>time beyond the year 2262: left out</source>
+        <translation>时间超出 2262 年，已略去</translation>
+    </message>
+</context>
+<context>
+    <name>TimeOrigin</name>
+    <message>
+        <source>frame without a time: written with that of the one before</source>
+        <translation>帧没有时间，按前一帧的时间写入</translation>
+    </message>
+    <message>
+        <source>time beyond the year 2262: written with that of the frame before</source>
+        <translation>时间超出 2262 年，按前一帧的时间写入</translation>
+    </message>
+    <message>
+        <source>time before the capture&apos;s start: written as the start</source>
+        <translation>时间早于记录的开始，按开始时间写入</translation>
+    </message>
+</context>
+<context>
     <name>SingleInstance</name>
     <message>
         <source>The system gives no shared memory.</source>

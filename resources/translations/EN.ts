@@ -1988,6 +1988,88 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     </message>
 </context>
 <context>
+    <name>FindingTexts</name>
+    <message>
+        <source>no frame of a bus: skipped</source>
+        <translation>no frame of a bus: skipped</translation>
+    </message>
+    <message>
+        <source>damaged line: skipped</source>
+        <translation>damaged line: skipped</translation>
+    </message>
+    <message>
+        <source>fewer bytes than the length says: frame skipped</source>
+        <translation>fewer bytes than the length says: frame skipped</translation>
+    </message>
+    <message>
+        <source>damaged: skipped up to the next record</source>
+        <translation>damaged: skipped up to the next record</translation>
+    </message>
+    <message>
+        <source>the file ends within a record</source>
+        <translation>the file ends within a record</translation>
+    </message>
+    <message>
+        <source>damaged compressed data: the rest of the container skipped</source>
+        <translation>damaged compressed data: the rest of the container skipped</translation>
+    </message>
+    <message>
+        <source>unknown compression: container skipped</source>
+        <translation>unknown compression: container skipped</translation>
+    </message>
+    <message>
+        <source>container holds another number of bytes than it says</source>
+        <translation>container holds another number of bytes than it says</translation>
+    </message>
+    <message>
+        <source>request to send, no frame: skipped</source>
+        <translation>request to send, no frame: skipped</translation>
+    </message>
+    <message>
+        <source>kind of the error not written: this kind of file does not tell it</source>
+        <translation>kind of the error not written: this kind of file does not tell it</translation>
+    </message>
+    <message>
+        <source>data of a LIN frame with an error not written: this kind of file has none</source>
+        <translation>data of a LIN frame with an error not written: this kind of file has none</translation>
+    </message>
+    <message>
+        <source>length %1 is none of CAN FD: padded to %2</source>
+        <translation>length %1 is none of CAN FD: padded to %2</translation>
+    </message>
+    <message>
+        <source>the output is a pipe: the file&apos;s size, counts and end time are left out of its header</source>
+        <translation>the output is a pipe: the file&apos;s size, counts and end time are left out of its header</translation>
+    </message>
+    <message>
+        <source>the file&apos;s header is damaged</source>
+        <translation>the file&apos;s header is damaged</translation>
+    </message>
+    <message>
+        <source>unknown version of the format: read as the latest known</source>
+        <translation>unknown version of the format: read as the latest known</translation>
+    </message>
+    <message>
+        <source>time beyond the year 2262: left out</source>
+        <translation>time beyond the year 2262: left out</translation>
+    </message>
+</context>
+<context>
+    <name>TimeOrigin</name>
+    <message>
+        <source>frame without a time: written with that of the one before</source>
+        <translation>frame without a time: written with that of the one before</translation>
+    </message>
+    <message>
+        <source>time beyond the year 2262: written with that of the frame before</source>
+        <translation>time beyond the year 2262: written with that of the frame before</translation>
+    </message>
+    <message>
+        <source>time before the capture&apos;s start: written as the start</source>
+        <translation>time before the capture&apos;s start: written as the start</translation>
+    </message>
+</context>
+<context>
     <name>SingleInstance</name>
     <message>
         <source>The system gives no shared memory.</source>
