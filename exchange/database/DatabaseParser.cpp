@@ -2,6 +2,8 @@
 
 #include "exchange/BusFrame.h"
 
+#include <algorithm>
+
 namespace {
 
 /// What need() may be asked for, beside single characters.
@@ -80,10 +82,10 @@ std::optional<QString> DatabaseParser::needWord()
     return need(word.has_value(), "a name") ? std::optional(name(*word)) : std::nullopt;
 }
 
-std::optional<QString> DatabaseParser::needQuoted()
+std::optional<QString> DatabaseParser::needQuoted(TextScanner::Lines lines)
 {
     const TextPlace place = m_in.place();
-    const auto text = m_in.quoted();
+    const auto text = m_in.quoted(lines);
     if (!need(text.has_value(), "a quoted text")) {
         return std::nullopt;
     }
@@ -132,6 +134,11 @@ void DatabaseParser::checkMessages()
     for (DatabaseMessage &message : m_database.messages) {
         checkMessage(message);
     }
+    std::stable_sort(m_database.findings.begin(), m_database.findings.end(),
+                     [](const DatabaseFinding &left, const DatabaseFinding &right) {
+                         return std::pair(left.place.line, left.place.column) <
+                                std::pair(right.place.line, right.place.column);
+                     });
 }
 
 void DatabaseParser::checkMessage(DatabaseMessage &message)

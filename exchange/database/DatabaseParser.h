@@ -31,7 +31,7 @@ protected:
     bool needSymbol(char wanted);
     /// A word, a text in quotation marks; reports where it is not there, or has no end.
     std::optional<QString> needWord();
-    std::optional<QString> needQuoted();
+    std::optional<QString> needQuoted(TextScanner::Lines lines = TextScanner::OneLine);
     std::optional<double> needNumber();
     std::optional<quint64> needInteger();
     /// Counts one more, of messages, signals or texts; false and reported once when that is too many.

@@ -106,7 +106,7 @@ void DbcParser::skipStatement()
         if (word) {
             m_in.word();
         } else if (m_in.nextIs('"')) {
-            needQuoted();
+            needQuoted(TextScanner::SeveralLines);
         } else {
             m_in.skipCharacter();
         }
@@ -149,13 +149,17 @@ bool DbcParser::parseNewSymbols()
 
 bool DbcParser::parseNodes()
 {
+    const int line = m_in.place().line;
     needSymbol(':');
-    for (auto word = m_in.peekWord(); word; word = m_in.peekWord()) {
-        if (m_in.isFirstOfLine() && statement(*word) != nullptr) {
-            break;
+    while (m_in.isOnLine(line)) {
+        const auto node = needWord();
+        if (!node) {
+            return false;
         }
-        m_database.nodes.append(name(*m_in.word()));
-        m_in.symbol(',');
+        m_database.nodes.append(*node);
+        if (m_in.isOnLine(line)) {
+            m_in.symbol(',');
+        }
     }
     return true;
 }

@@ -8,6 +8,10 @@
 class DbcParser : private DatabaseParser
 {
 public:
+    using DatabaseParser::MaxNameLength;
+    using DatabaseParser::MaxNesting;
+    using DatabaseParser::MaxSignals;
+
     explicit DbcParser(const DatabaseText &text);
 
     Database parse();

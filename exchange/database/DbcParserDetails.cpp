@@ -112,7 +112,7 @@ bool DbcParser::parseTransmitters()
 bool DbcParser::parseComment()
 {
     const auto about = subject();
-    const auto text = about ? needQuoted() : std::nullopt;
+    const auto text = about ? needQuoted(TextScanner::SeveralLines) : std::nullopt;
     if (!text) {
         return false;
     }
@@ -152,7 +152,7 @@ std::optional<DbcParser::AttributeValue> DbcParser::attributeValue()
 {
     AttributeValue value;
     if (m_in.nextIs('"')) {
-        const auto text = needQuoted();
+        const auto text = needQuoted(TextScanner::SeveralLines);
         value.text = text.value_or(QString());
         return text ? std::optional(value) : std::nullopt;
     }

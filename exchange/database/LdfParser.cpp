@@ -313,7 +313,7 @@ bool LdfParser::parseFrameSignals(DatabaseMessage &message)
 {
     while (!m_in.symbol('}')) {
         if (m_in.isAtEnd()) {
-            return needSymbol('}');
+            return true; // the section reports it
         }
         if (!parseFrameSignal(message)) {
             skipEntry();

@@ -11,6 +11,8 @@
 class LdfParser : private DatabaseParser
 {
 public:
+    using DatabaseParser::MaxSignals;
+
     explicit LdfParser(const DatabaseText &text);
 
     Database parse();

@@ -14,7 +14,7 @@ bool LdfParser::parseEncoding()
     Encoding &encoding = m_encodings[*symbol];
     while (!m_in.symbol('}')) {
         if (m_in.isAtEnd()) {
-            return needSymbol('}');
+            return true; // the section reports it
         }
         if (!parseEncodingEntry(encoding)) {
             skipEntry();

@@ -115,12 +115,12 @@ std::optional<std::string_view> TextScanner::peekWord()
 {
     skipBlanks();
     const std::string_view text = rest();
-    std::size_t size = 0;
+    if (text.empty() || !isWordCharacter(text[0]) || isDigit(text[0])) {
+        return std::nullopt; // before a long row of digits is looked at for each of them
+    }
+    std::size_t size = 1;
     while (size < text.size() && isWordCharacter(text[size])) {
         ++size;
-    }
-    if (size == 0 || isDigit(text[0])) {
-        return std::nullopt;
     }
     return text.substr(0, size);
 }
@@ -176,20 +176,36 @@ std::optional<quint64> TextScanner::integer()
     return value;
 }
 
-std::optional<std::string_view> TextScanner::quoted()
+/// Where the text's quotation mark is, npos for nowhere.
+std::size_t TextScanner::endOfQuoted(Lines lines) const
+{
+    const std::string_view text = rest();
+    if (lines == SeveralLines && m_at > m_noEndFrom) {
+        return std::string_view::npos;
+    }
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\n' && lines == OneLine) {
+            break;
+        }
+        const bool isEscaped = i > 0 && text[i - 1] == '\\' && text.substr(i + 1, 1) != ";";
+        if (text[i] == '"' && !isEscaped) {
+            return i;
+        }
+    }
+    return std::string_view::npos;
+}
+
+std::optional<std::string_view> TextScanner::quoted(Lines lines)
 {
     m_openText = false;
     if (!symbol('"')) {
         return std::nullopt;
     }
     const std::string_view text = rest();
-    std::size_t end = m_at > m_noEndFrom ? std::string_view::npos : text.find('"');
-    while (end != std::string_view::npos && end > 0 && text[end - 1] == '\\' && text.substr(end + 1, 1) != ";") {
-        end = text.find('"', end + 1);
-    }
+    std::size_t end = endOfQuoted(lines);
     m_openText = end == std::string_view::npos;
     if (m_openText) {
-        m_noEndFrom = std::min(m_noEndFrom, m_at);
+        m_noEndFrom = lines == SeveralLines ? std::min(m_noEndFrom, m_at) : m_noEndFrom;
         end = std::min(text.find('\n'), text.size());
     }
     m_at += static_cast<int>(end) + (m_openText ? 0 : 1);

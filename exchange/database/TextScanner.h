@@ -18,6 +18,8 @@ public:
         CComments ///< from // to the end of the line, and /* */
     };
 
+    enum Lines { OneLine, SeveralLines };
+
     /// text: UTF-8.
     TextScanner(QByteArray text, Comments comments);
 
@@ -31,9 +33,9 @@ public:
     /// Decimal or, with 0x, hexadecimal, from -2^63 to 2^64-1, negative ones as two's complement. A number with a
     /// fraction of zeros is one, too.
     std::optional<quint64> integer();
-    /// Between quotation marks, over several lines if need be. \" is a quotation mark in it, unless a semicolon
-    /// follows. A text that does not end goes to the end of its line, see hasOpenText().
-    std::optional<std::string_view> quoted();
+    /// Between quotation marks. \" is a quotation mark in it, unless a semicolon follows. A text that does not end goes
+    /// to the end of its line, see hasOpenText().
+    std::optional<std::string_view> quoted(Lines lines);
     /// The last quoted() had no end.
     bool hasOpenText() const { return m_openText; }
     /// Moves on by a character, whatever it is.
@@ -52,6 +54,7 @@ private:
     void skipBlanks();
     bool skipComment();
     std::string_view numberText();
+    std::size_t endOfQuoted(Lines lines) const;
 
     QByteArray m_text;
     Comments m_comments;
