@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
-# tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, check, coverage, docs, fuzz,
-# windows, windows-qt, wine, wine32, windows-package, package) from Debian's packages, quietly; does nothing when all is
-# there. As root, or through sudo.
+# tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, witness, check, coverage, docs,
+# fuzz, windows, windows-qt, wine, wine32, windows-package, package) from Debian's packages, quietly; does nothing when all
+# is there. As root, or through sudo.
 set -euo pipefail
 
 declare -A packages=(
   [build]="cmake ninja-build g++ ccache mold qtbase5-dev qttools5-dev-tools nlohmann-json3-dev
            librsvg2-bin icoutils"
+  [witness]="python3-canmatrix"
   [run]="xvfb xauth fonts-noto-cjk libqt5gui5 qttranslations5-l10n python3"
   [check]="clang-format clang-tidy"
   [coverage]="gcovr python3"

@@ -47,7 +47,7 @@ std::optional<Database> readDatabase(const QString &path, const QString &encodin
         return std::nullopt;
     }
     if (bytes.size() > MaxDatabaseSize) {
-        error = DatabaseFile::tr("%1 is larger than %2 MB").arg(path).arg(MaxDatabaseSize >> 20);
+        error = DatabaseFile::tr("%1 is larger than %2 MB").arg(path, QString::number(MaxDatabaseSize >> 20));
         return std::nullopt;
     }
     Database database = parseDatabase(bytes, encoding);

@@ -7,7 +7,7 @@
 namespace {
 
 /// What need() may be asked for, beside single characters.
-[[maybe_unused]] const char *const wanted[] = {
+[[maybe_unused]] const char *const asked[] = {
     QT_TRANSLATE_NOOP("DatabaseParser", "a keyword"),     QT_TRANSLATE_NOOP("DatabaseParser", "a name"),
     QT_TRANSLATE_NOOP("DatabaseParser", "a number"),      QT_TRANSLATE_NOOP("DatabaseParser", "a whole number"),
     QT_TRANSLATE_NOOP("DatabaseParser", "a quoted text"), QT_TRANSLATE_NOOP("DatabaseParser", "the end of the line")};

@@ -88,7 +88,7 @@ void DbcParser::parseStatement()
     }
     const Statement *found = statement(*keyword);
     if (found == nullptr) {
-        report(place, tr("The keyword %1 is not known").arg(name(*keyword)));
+        report(place, DatabaseParser::tr("The keyword %1 is not known").arg(name(*keyword)));
     }
     if (found == nullptr || found->parse == nullptr || !(this->*found->parse)()) {
         skipStatement();
@@ -209,7 +209,7 @@ bool DbcParser::parseMessage()
     message.fd = message.length > 8;
     if (*number != NoMessage) {
         if (*length > BusFrame::MaxLength) {
-            report(message.place, tr("%1 is longer than any frame").arg(*symbol));
+            report(message.place, DatabaseParser::tr("%1 is longer than any frame").arg(*symbol));
         }
         addMessage(message, *number);
     }
@@ -224,7 +224,8 @@ void DbcParser::addMessage(DatabaseMessage &message, quint64 number)
     if (number > highest || m_messageNumbers.contains(static_cast<quint32>(number)) ||
         message.identifier > MaxIdentifier) {
         report(message.place,
-               tr("Another message has this identifier, or none can have it: %1 is left out").arg(message.symbol));
+               DatabaseParser::tr("Another message has this identifier, or none can have it: %1 is left out")
+                   .arg(message.symbol));
         return;
     }
     if (!mayHave(m_messageCount, MaxMessages)) {
@@ -232,7 +233,8 @@ void DbcParser::addMessage(DatabaseMessage &message, quint64 number)
     }
     if (!message.extended && message.identifier > MaxStandardIdentifier) {
         report(message.place,
-               tr("The identifier of %1 has more than 11 bits and is taken for an extended one").arg(message.symbol));
+               DatabaseParser::tr("The identifier of %1 has more than 11 bits and is taken for an extended one")
+                   .arg(message.symbol));
         message.extended = true;
     }
     m_isMessagePassedOver = false;
@@ -272,7 +274,7 @@ bool DbcParser::parseSignal()
         const int number = m_database.messages[message].content.size();
         QHash<QString, int> &numbers = m_signalNumbers[message];
         if (numbers.contains(*symbol)) {
-            report(signal.place, tr("Its message has another signal with the name %1").arg(*symbol));
+            report(signal.place, DatabaseParser::tr("Its message has another signal with the name %1").arg(*symbol));
         } else {
             numbers.insert(*symbol, number);
         }
@@ -302,7 +304,7 @@ bool DbcParser::parseMultiplexing(DatabaseSignal &signal, std::optional<quint64>
     bool isNumber = word->front() == 'm';
     const quint64 value = name(word->substr(1)).toULongLong(&isNumber);
     if (word->front() != 'm' || !isNumber) {
-        report(place, tr("Expected here: %1").arg(QLatin1String("M, m0, m0M")));
+        report(place, DatabaseParser::tr("Expected here: %1").arg(QLatin1String("M, m0, m0M")));
         return false;
     }
     selectedBy = value;
@@ -330,7 +332,8 @@ bool DbcParser::parseBits(DatabaseSignal &signal)
         return false;
     }
     if (*length < 1 || *length > 64) {
-        report(place, tr("The length of a signal is from 1 to 64 bits: %1 is left out").arg(signal.name));
+        report(place,
+               DatabaseParser::tr("The length of a signal is from 1 to 64 bits: %1 is left out").arg(signal.name));
         return false;
     }
     // A start beyond any frame is reported with the other checks.

@@ -40,7 +40,7 @@ std::optional<DbcParser::Subject> DbcParser::subject()
     }
     const bool isNode = kind == QLatin1String("BU_");
     if (!isNode && kind != QLatin1String("EV_")) {
-        reportHere(tr("Not understood: %1").arg(kind));
+        reportHere(DatabaseParser::tr("Not understood: %1").arg(kind));
         return std::nullopt;
     }
     Subject subject;
@@ -60,7 +60,7 @@ std::optional<DbcParser::Subject> DbcParser::messageSubject()
     const bool isPossible = *number <= std::numeric_limits<quint32>::max();
     subject.message = isPossible ? m_messageNumbers.value(static_cast<quint32>(*number), -1) : -1;
     if (subject.message < 0 && *number != 0xC0000000U) {
-        report(place, tr("No message has the identifier %1").arg(*number));
+        report(place, DatabaseParser::tr("No message has the identifier %1").arg(*number));
     }
     return subject;
 }
@@ -77,7 +77,9 @@ std::optional<DbcParser::Subject> DbcParser::signalSubject()
     if (subject->message >= 0) {
         subject->signal = m_signalNumbers[subject->message].value(*symbol, -1);
         if (subject->signal < 0) {
-            report(place, tr("%1 has no signal %2").arg(m_database.messages[subject->message].symbol, *symbol));
+            report(
+                place,
+                DatabaseParser::tr("%1 has no signal %2").arg(m_database.messages[subject->message].symbol, *symbol));
         }
     }
     return subject;
@@ -282,7 +284,7 @@ bool DbcParser::parseValueType()
     }
     DatabaseSignal *signal = signalOf(*about);
     if (*type > 2 || (signal != nullptr && *type > 0 && signal->length != 32 * *type)) {
-        report(place, tr("A float has 32 bits and the type 1, a double 64 and the type 2"));
+        report(place, DatabaseParser::tr("A float has 32 bits and the type 1, a double 64 and the type 2"));
     } else if (signal != nullptr && *type > 0) {
         signal->type = DatabaseSignal::Float;
     }
@@ -311,7 +313,8 @@ bool DbcParser::parseMultiplexedValues()
         signal->multiplexed.swap(ranges);
         signal->multiplexor = m_signalNumbers[about->message].value(*symbol, -1);
         if (signal->multiplexor < 0) {
-            report(place, tr("%1 has no signal %2").arg(m_database.messages[about->message].symbol, *symbol));
+            report(place,
+                   DatabaseParser::tr("%1 has no signal %2").arg(m_database.messages[about->message].symbol, *symbol));
             signal->multiplexor = about->signal; // which nothing can be multiplexed by: left out by the checks
         } else {
             m_database.messages[about->message].content[signal->multiplexor].isMultiplexor = true;

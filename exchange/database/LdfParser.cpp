@@ -82,7 +82,7 @@ void LdfParser::parseStatement()
     }
     const Section *found = section(keyword.toUtf8().constData());
     if (found == nullptr) {
-        report(place, tr("The keyword %1 is not known").arg(keyword));
+        report(place, DatabaseParser::tr("The keyword %1 is not known").arg(keyword));
     }
     if (found != nullptr && found->parseEntry != nullptr) {
         parseSection(*found);
@@ -209,9 +209,10 @@ bool LdfParser::addSignal(bool isDiagnostic)
         signal.receivers.append(needWord().value_or(QString()));
     }
     if (*size < 1 || *size > 64 || (isArray && *size % 8 != 0)) {
-        report(place, tr("A signal has 1 to 64 bits, an array 1 to 8 bytes: %1 is left out").arg(*symbol));
+        report(place,
+               DatabaseParser::tr("A signal has 1 to 64 bits, an array 1 to 8 bytes: %1 is left out").arg(*symbol));
     } else if (m_definitions.count(*symbol) > 0) {
-        report(place, tr("Another signal has the name %1").arg(*symbol));
+        report(place, DatabaseParser::tr("Another signal has the name %1").arg(*symbol));
     } else if (mayHave(m_signalCount, MaxSignals)) {
         signal.length = static_cast<quint16>(*size);
         signal.type = isArray ? DatabaseSignal::Bytes : DatabaseSignal::Unsigned;
@@ -236,12 +237,13 @@ int LdfParser::addMessage(const DatabaseMessage &message)
 {
     const bool hasIdentifier = message.kind != DatabaseMessage::Sporadic;
     if (m_messageNumbers.contains(message.symbol)) {
-        report(message.place, tr("Another frame has the name %1").arg(message.symbol));
+        report(message.place, DatabaseParser::tr("Another frame has the name %1").arg(message.symbol));
         return -1;
     }
     if (hasIdentifier && m_isIdentifierTaken[static_cast<int>(message.identifier)]) {
         report(message.place,
-               tr("Another message has this identifier, or none can have it: %1 is left out").arg(message.symbol));
+               DatabaseParser::tr("Another message has this identifier, or none can have it: %1 is left out")
+                   .arg(message.symbol));
         return -1;
     }
     if (!mayHave(m_messageCount, MaxMessages)) {
@@ -282,7 +284,7 @@ bool LdfParser::addFrame(bool isDiagnostic)
         return false;
     }
     if (*identifier >= Identifiers) {
-        report(place, tr("The identifier of a LIN frame is from 0 to 63: %1 is left out").arg(*symbol));
+        report(place, DatabaseParser::tr("The identifier of a LIN frame is from 0 to 63: %1 is left out").arg(*symbol));
         return false;
     }
     message.identifier = static_cast<quint32>(*identifier);
@@ -294,7 +296,7 @@ bool LdfParser::addFrame(bool isDiagnostic)
     if (m_in.symbol(',')) {
         const auto length = needInteger();
         if (length && (*length < 1 || *length > MaxLength)) {
-            reportHere(tr("%1 is longer than any frame").arg(*symbol));
+            reportHere(DatabaseParser::tr("%1 is longer than any frame").arg(*symbol));
         } else if (length) {
             message.length = static_cast<int>(*length);
         }
@@ -333,7 +335,7 @@ bool LdfParser::parseFrameSignal(DatabaseMessage &message)
     }
     const auto definition = m_definitions.find(*symbol);
     if (definition == m_definitions.end()) {
-        report(place, tr("%1 is no signal").arg(*symbol));
+        report(place, DatabaseParser::tr("%1 is no signal").arg(*symbol));
     } else if (mayHave(m_signalCount, MaxSignals)) {
         DatabaseSignal signal = definition->second.signal;
         signal.place = place;
@@ -377,7 +379,7 @@ bool LdfParser::parseEventTriggeredFrame()
         return false;
     }
     if (*identifier >= Identifiers) {
-        report(place, tr("The identifier of a LIN frame is from 0 to 63: %1 is left out").arg(*symbol));
+        report(place, DatabaseParser::tr("The identifier of a LIN frame is from 0 to 63: %1 is left out").arg(*symbol));
         return false;
     }
     message.name = message.symbol = *symbol;

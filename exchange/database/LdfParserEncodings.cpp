@@ -39,7 +39,7 @@ bool LdfParser::parseEncodingEntry(Encoding &encoding)
     const bool isBcd = *kind == QLatin1String("bcd_value");
     const bool isAscii = *kind == QLatin1String("ascii_value");
     if (!isBcd && !isAscii) {
-        report(place, tr("Not understood: %1").arg(*kind));
+        report(place, DatabaseParser::tr("Not understood: %1").arg(*kind));
         return false;
     }
     encoding.isBcd = encoding.isBcd || isBcd;
@@ -89,7 +89,7 @@ bool LdfParser::parseRepresentation()
         return false;
     }
     if (m_encodings.count(*encoding) == 0) {
-        report(place, tr("%1 is no encoding").arg(*encoding));
+        report(place, DatabaseParser::tr("%1 is no encoding").arg(*encoding));
     }
     const QStringList signalNames = names();
     for (const QString &signal : signalNames) {
@@ -105,7 +105,7 @@ void LdfParser::resolveFrames()
         for (const QString &frame : reference.frames) {
             const int number = m_messageNumbers.value(frame, -1);
             if (number < 0 || m_database.messages[number].kind != DatabaseMessage::Plain) {
-                report(reference.place, tr("%1 is no frame of its own").arg(frame));
+                report(reference.place, DatabaseParser::tr("%1 is no frame of its own").arg(frame));
                 continue;
             }
             message.associated.append(number);

@@ -1,5 +1,7 @@
-// decode_frames DATABASE < frames > table   Decodes frames that are given one a line, identifier#data in hexadecimal,
-// eight digits of an extended identifier: for tools/test-decode.sh, which compares the table with another program's.
+// decode_frames DATABASE < frames > table
+//
+// Decodes frames that are given one a line, identifier#data in hexadecimal, eight digits of an extended identifier:
+// decode_witness.py compares the table with what another program decodes.
 
 #include "exchange/ByteInput.h"
 #include "exchange/ByteOutput.h"
