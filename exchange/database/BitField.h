@@ -20,7 +20,7 @@ public:
             const quint64 low = qFromLittleEndian<quint64>(from) >> m_shift;
             return (m_further == 0 ? low : low | quint64(from[8]) << (64U - m_shift)) & m_mask;
         }
-        const quint64 word = qFromBigEndian<quint64>(from);
+        const auto word = qFromBigEndian<quint64>(from);
         return (m_further == 0 ? word >> m_shift : word << m_further | from[8] >> (8U - m_further)) & m_mask;
     }
     /// Bytes that the frame must have.

@@ -16,7 +16,7 @@ int mirrored(int bit)
 
 int DatabaseMessage::signalNumber(const QString &signalSymbol) const
 {
-    const auto found = std::find_if(content.begin(), content.end(), [&signalSymbol](const DatabaseSignal &signal) {
+    const auto *found = std::find_if(content.begin(), content.end(), [&signalSymbol](const DatabaseSignal &signal) {
         return signal.symbol == signalSymbol;
     });
     return found != content.end() ? static_cast<int>(found - content.begin()) : -1;

@@ -2,6 +2,7 @@
 
 #include "exchange/database/DbcParser.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace {
@@ -14,12 +15,9 @@ const char *const BusType = "BusType";
 
 bool isRead(const QString &attribute)
 {
-    for (const char *known : {FrameFormat, CycleTime, LongMessageName, LongSignalName, BusType}) {
-        if (attribute == QLatin1String(known)) {
-            return true;
-        }
-    }
-    return false;
+    const auto known = {FrameFormat, CycleTime, LongMessageName, LongSignalName, BusType};
+    return std::any_of(known.begin(), known.end(),
+                       [&attribute](const char *name) { return attribute == QLatin1String(name); });
 }
 
 } // namespace

@@ -11,7 +11,7 @@ public:
     void finish() override {}
 
 protected:
-    int writeMessage(const BusFrame &frame, int source, int message) override;
+    int writeMessage(const BusFrame &frame, int source, int number) override;
 
 private:
     /// For each signal that is written, the cells with the names of message and signal, a comma behind each.

@@ -15,7 +15,7 @@ public:
     void finish() override {}
 
 protected:
-    int writeMessage(const BusFrame &frame, int source, int message) override;
+    int writeMessage(const BusFrame &frame, int source, int number) override;
 
 private:
     void addColumns(const DatabaseMessage &described, const MessageDecoder &decoder);

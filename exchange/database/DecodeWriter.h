@@ -73,8 +73,8 @@ protected:
         std::vector<bool> channels; ///< empty: all
     };
 
-    /// Writes the frame's signals and returns how many did not fit. source, message: numbers.
-    virtual int writeMessage(const BusFrame &frame, int source, int message) = 0;
+    /// Writes the frame's signals and returns how many did not fit. source: its number; number: the message's.
+    virtual int writeMessage(const BusFrame &frame, int source, int number) = 0;
 
     const MessageDecoder &message(int source, int number) const
     {
