@@ -74,7 +74,8 @@ int DecodeWide::writeFilled(const BusFrame &frame, const MessageDecoder &decoder
     bool isChanged = false;
     const int missing = decoder.decode(data, frame.length, [&](const SignalDecoder &signal, int place) {
         char *const begin = m_room.data();
-        m_last[static_cast<std::size_t>(first + place)].assign(begin, putValue(begin, signal, data));
+        m_last[static_cast<std::size_t>(first) + static_cast<std::size_t>(place)].assign(begin,
+                                                                                         putValue(begin, signal, data));
         isChanged = true;
         ++m_counts.values;
     });
@@ -83,7 +84,7 @@ int DecodeWide::writeFilled(const BusFrame &frame, const MessageDecoder &decoder
         for (const std::string &value : m_last) {
             char *to = m_out.room(MaxCell);
             *to++ = ',';
-            std::memcpy(to, value.data(), value.size());
+            std::copy(value.begin(), value.end(), to);
             m_out.advance(value.size() + 1);
         }
         m_out.put("\n");
@@ -114,7 +115,7 @@ void DecodeWide::beginLine(const BusFrame &frame)
 
 void DecodeWide::putCommas(int count)
 {
-    for (std::size_t left = static_cast<std::size_t>(count); left > 0;) {
+    for (auto left = static_cast<std::size_t>(count); left > 0;) {
         const std::size_t now = std::min(left, MaxCell);
         std::memset(m_out.room(now), ',', now);
         m_out.advance(now);

@@ -166,7 +166,7 @@ char *DecodeWriter::putBegin(char *to, const BusFrame &frame)
     return to;
 }
 
-char *DecodeWriter::putTime(char *to, qint64 time)
+char *DecodeWriter::putTime(char *to, qint64 time) const
 {
     return putFixed(to, time / m_divisor, m_digits);
 }

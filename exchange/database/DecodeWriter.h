@@ -90,7 +90,7 @@ protected:
 
 private:
     void writeFrame(const BusFrame &frame);
-    char *putTime(char *to, qint64 time);
+    char *putTime(char *to, qint64 time) const;
     char *putClock(char *to, qint64 time);
 
     std::vector<Source> m_sources;
