@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstring>
 
 namespace {
 
@@ -31,8 +30,8 @@ template<typename Real>
 char *putShortest(char *to, Real value)
 {
     if (std::isnan(value)) { // whose sign says nothing
-        std::memcpy(to, "nan", 3);
-        return to + 3;
+        static constexpr std::string_view text = "nan";
+        return std::copy(text.begin(), text.end(), to);
     }
     return std::to_chars(to, to + MaxNumberText, value).ptr;
 }

@@ -164,7 +164,8 @@ std::optional<quint64> TextScanner::integer()
         return std::nullopt;
     }
     const std::size_t point = text.find('.');
-    const bool isWhole = point == std::string_view::npos || text.find_first_not_of('0', point + 1) == text.npos;
+    const bool isWhole =
+        point == std::string_view::npos || text.find_first_not_of('0', point + 1) == std::string_view::npos;
     auto value = point == 0 || !isWhole ? std::nullopt : toInteger(text.substr(0, point));
     if (!value) { // 1e3
         const auto number = toNumber(text);
