@@ -7,6 +7,9 @@
 #include <QBuffer>
 #include <QtTest>
 
+#include <algorithm>
+#include <limits>
+
 class tst_DecodeWriter : public QObject
 {
     Q_OBJECT
