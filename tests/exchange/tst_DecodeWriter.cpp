@@ -125,7 +125,7 @@ void tst_DecodeWriter::cells_data()
     QTest::addColumn<QByteArray>("cell");
     QTest::newRow("plain") << "km/h" << QByteArray("km/h");
     QTest::newRow("comma") << "a,b" << QByteArray("\"a,b\"");
-    QTest::newRow("quotation mark") << "5\"" << QByteArray("\"5\"\"\"");
+    QTest::newRow("quotation mark") << "5\"" << QByteArray(R"("5""")");
     QTest::newRow("line end") << "a\nb" << QByteArray("\"a\nb\"");
     QTest::newRow("carriage return") << "a\rb" << QByteArray("\"a\rb\"");
     QTest::newRow("blank") << " a " << QByteArray(" a ");
