@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # tools/fuzz.sh [SECONDS [TARGET...]]   Fuzzes the readers of capture files - those of the program, that of LIN frames and
-# all that turn captures into each other - for SECONDS each (default 600), starting from the golden files. What is found
+# all that turn captures into each other - and of signal databases for SECONDS each (default 600), starting from the golden files. What is found
 # stays under build/fuzz/findings; add it to the folder of tests/data that the target's seeds are from, as found_<what it
 # is>.
 set -euo pipefail
@@ -24,6 +24,8 @@ declare -A seeds=(
   [fuzz_pcap]="exchange/*.pcap"
   [fuzz_pcapng]="exchange/*.pcapng"
   [fuzz_trc]="exchange/*.trc"
+  [fuzz_dbc]="exchange/database/*.dbc"
+  [fuzz_ldf]="exchange/database/*.ldf"
 )
 
 seconds=${1:-600}

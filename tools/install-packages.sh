@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, check, coverage, docs, fuzz,
-# windows, windows-qt, wine, wine32, windows-package, witness, package) from Debian's packages, quietly; does nothing when all is
-# there. As root, or through sudo.
+# tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, witness, check, coverage,
+# docs, fuzz, windows, windows-qt, wine, wine32, windows-package, package) from Debian's packages, quietly; does nothing when
+# all is there. As root, or through sudo.
 set -euo pipefail
 
 declare -A packages=(
@@ -17,7 +17,7 @@ declare -A packages=(
   [wine]="wine wine64 fonts-wine fonts-dejavu-core fonts-noto-cjk locales"
   [wine32]="debootstrap debian-archive-keyring util-linux"
   [windows-package]="osslsigncode openssl nsis cmark-gfm netpbm unzip qttranslations5-l10n python3-xlib locales"
-  [witness]="tshark python3-can can-utils python3"
+  [witness]="python3-canmatrix tshark python3-can can-utils python3"
   [package]="dpkg-dev file desktop-file-utils appstream lintian binutils xvfb python3 python3-xlib"
 )
 

@@ -2772,4 +2772,146 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <translation>%1 个捕获文件</translation>
     </message>
 </context>
+<context>
+    <name>DatabaseFile</name>
+    <message>
+        <source>The encoding %1 is not known</source>
+        <translation>未知的编码 %1</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation>无法读取 %1：%2</translation>
+    </message>
+    <message>
+        <source>%1 is larger than %2 MB</source>
+        <translation>%1 大于 %2 MB</translation>
+    </message>
+    <message>
+        <source>%1 has no messages that can be decoded</source>
+        <translation>%1 中没有可以解码的报文</translation>
+    </message>
+</context>
+<context>
+    <name>DatabaseParser</name>
+    <message>
+        <source>a keyword</source>
+        <translation>关键字</translation>
+    </message>
+    <message>
+        <source>a name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>a number</source>
+        <translation>数字</translation>
+    </message>
+    <message>
+        <source>a whole number</source>
+        <translation>整数</translation>
+    </message>
+    <message>
+        <source>a quoted text</source>
+        <translation>带引号的文本</translation>
+    </message>
+    <message>
+        <source>the end of the line</source>
+        <translation>行尾</translation>
+    </message>
+    <message>
+        <source>Expected here: %1</source>
+        <translation>此处应为：%1</translation>
+    </message>
+    <message>
+        <source>This text has no end</source>
+        <translation>此文本没有结尾</translation>
+    </message>
+    <message>
+        <source>More than %1 of these are not read</source>
+        <translation>此类内容超过 %1 个的部分不予读取</translation>
+    </message>
+    <message>
+        <source>%1 is multiplexed by nothing that the message has</source>
+        <translation>%1 的复用信号不在该报文中</translation>
+    </message>
+    <message>
+        <source>What multiplexes %1 is left out, goes round in a circle or is nested too deep</source>
+        <translation>%1 的复用信号已被略去、循环引用或嵌套过深</translation>
+    </message>
+    <message>
+        <source>%1 does not fit into any frame and is left out</source>
+        <translation>%1 超出任何帧的长度，已略去</translation>
+    </message>
+    <message>
+        <source>%1 needs %2 bytes, its message has %3</source>
+        <translation>%1 需要 %2 字节，而其报文只有 %3 字节</translation>
+    </message>
+    <message>
+        <source>The keyword %1 is not known</source>
+        <translation>未知的关键字 %1</translation>
+    </message>
+    <message>
+        <source>%1 is longer than any frame</source>
+        <translation>%1 比任何帧都长</translation>
+    </message>
+    <message>
+        <source>Another message has this identifier, or none can have it: %1 is left out</source>
+        <translation>该标识符已被其他报文使用或无效：%1 已略去</translation>
+    </message>
+    <message>
+        <source>The identifier of %1 has more than 11 bits and is taken for an extended one</source>
+        <translation>%1 的标识符超过 11 位，按扩展标识符处理</translation>
+    </message>
+    <message>
+        <source>Its message has another signal with the name %1</source>
+        <translation>该报文中已有名为 %1 的信号</translation>
+    </message>
+    <message>
+        <source>The length of a signal is from 1 to 64 bits: %1 is left out</source>
+        <translation>信号长度应为 1 到 64 位：%1 已略去</translation>
+    </message>
+    <message>
+        <source>Not understood: %1</source>
+        <translation>无法理解：%1</translation>
+    </message>
+    <message>
+        <source>No message has the identifier %1</source>
+        <translation>没有标识符为 %1 的报文</translation>
+    </message>
+    <message>
+        <source>%1 has no signal %2</source>
+        <translation>%1 没有信号 %2</translation>
+    </message>
+    <message>
+        <source>A float has 32 bits and the type 1, a double 64 and the type 2</source>
+        <translation>单精度浮点数为 32 位、类型 1，双精度为 64 位、类型 2</translation>
+    </message>
+    <message>
+        <source>A signal has 1 to 64 bits, an array 1 to 8 bytes: %1 is left out</source>
+        <translation>信号应为 1 到 64 位，数组应为 1 到 8 字节：%1 已略去</translation>
+    </message>
+    <message>
+        <source>Another signal has the name %1</source>
+        <translation>已有名为 %1 的信号</translation>
+    </message>
+    <message>
+        <source>Another frame has the name %1</source>
+        <translation>已有名为 %1 的帧</translation>
+    </message>
+    <message>
+        <source>The identifier of a LIN frame is from 0 to 63: %1 is left out</source>
+        <translation>LIN 帧的标识符应为 0 到 63：%1 已略去</translation>
+    </message>
+    <message>
+        <source>%1 is no signal</source>
+        <translation>%1 不是信号</translation>
+    </message>
+    <message>
+        <source>%1 is no encoding</source>
+        <translation>%1 不是编码</translation>
+    </message>
+    <message>
+        <source>%1 is no frame of its own</source>
+        <translation>%1 不是独立的帧</translation>
+    </message>
+</context>
 </TS>

@@ -2772,4 +2772,146 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <translation>%1 captures</translation>
     </message>
 </context>
+<context>
+    <name>DatabaseFile</name>
+    <message>
+        <source>The encoding %1 is not known</source>
+        <translation>The encoding %1 is not known</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation>%1 cannot be read: %2</translation>
+    </message>
+    <message>
+        <source>%1 is larger than %2 MB</source>
+        <translation>%1 is larger than %2 MB</translation>
+    </message>
+    <message>
+        <source>%1 has no messages that can be decoded</source>
+        <translation>%1 has no messages that can be decoded</translation>
+    </message>
+</context>
+<context>
+    <name>DatabaseParser</name>
+    <message>
+        <source>a keyword</source>
+        <translation>a keyword</translation>
+    </message>
+    <message>
+        <source>a name</source>
+        <translation>a name</translation>
+    </message>
+    <message>
+        <source>a number</source>
+        <translation>a number</translation>
+    </message>
+    <message>
+        <source>a whole number</source>
+        <translation>a whole number</translation>
+    </message>
+    <message>
+        <source>a quoted text</source>
+        <translation>a quoted text</translation>
+    </message>
+    <message>
+        <source>the end of the line</source>
+        <translation>the end of the line</translation>
+    </message>
+    <message>
+        <source>Expected here: %1</source>
+        <translation>Expected here: %1</translation>
+    </message>
+    <message>
+        <source>This text has no end</source>
+        <translation>This text has no end</translation>
+    </message>
+    <message>
+        <source>More than %1 of these are not read</source>
+        <translation>More than %1 of these are not read</translation>
+    </message>
+    <message>
+        <source>%1 is multiplexed by nothing that the message has</source>
+        <translation>%1 is multiplexed by nothing that the message has</translation>
+    </message>
+    <message>
+        <source>What multiplexes %1 is left out, goes round in a circle or is nested too deep</source>
+        <translation>What multiplexes %1 is left out, goes round in a circle or is nested too deep</translation>
+    </message>
+    <message>
+        <source>%1 does not fit into any frame and is left out</source>
+        <translation>%1 does not fit into any frame and is left out</translation>
+    </message>
+    <message>
+        <source>%1 needs %2 bytes, its message has %3</source>
+        <translation>%1 needs %2 bytes, its message has %3</translation>
+    </message>
+    <message>
+        <source>The keyword %1 is not known</source>
+        <translation>The keyword %1 is not known</translation>
+    </message>
+    <message>
+        <source>%1 is longer than any frame</source>
+        <translation>%1 is longer than any frame</translation>
+    </message>
+    <message>
+        <source>Another message has this identifier, or none can have it: %1 is left out</source>
+        <translation>Another message has this identifier, or none can have it: %1 is left out</translation>
+    </message>
+    <message>
+        <source>The identifier of %1 has more than 11 bits and is taken for an extended one</source>
+        <translation>The identifier of %1 has more than 11 bits and is taken for an extended one</translation>
+    </message>
+    <message>
+        <source>Its message has another signal with the name %1</source>
+        <translation>Its message has another signal with the name %1</translation>
+    </message>
+    <message>
+        <source>The length of a signal is from 1 to 64 bits: %1 is left out</source>
+        <translation>The length of a signal is from 1 to 64 bits: %1 is left out</translation>
+    </message>
+    <message>
+        <source>Not understood: %1</source>
+        <translation>Not understood: %1</translation>
+    </message>
+    <message>
+        <source>No message has the identifier %1</source>
+        <translation>No message has the identifier %1</translation>
+    </message>
+    <message>
+        <source>%1 has no signal %2</source>
+        <translation>%1 has no signal %2</translation>
+    </message>
+    <message>
+        <source>A float has 32 bits and the type 1, a double 64 and the type 2</source>
+        <translation>A float has 32 bits and the type 1, a double 64 and the type 2</translation>
+    </message>
+    <message>
+        <source>A signal has 1 to 64 bits, an array 1 to 8 bytes: %1 is left out</source>
+        <translation>A signal has 1 to 64 bits, an array 1 to 8 bytes: %1 is left out</translation>
+    </message>
+    <message>
+        <source>Another signal has the name %1</source>
+        <translation>Another signal has the name %1</translation>
+    </message>
+    <message>
+        <source>Another frame has the name %1</source>
+        <translation>Another frame has the name %1</translation>
+    </message>
+    <message>
+        <source>The identifier of a LIN frame is from 0 to 63: %1 is left out</source>
+        <translation>The identifier of a LIN frame is from 0 to 63: %1 is left out</translation>
+    </message>
+    <message>
+        <source>%1 is no signal</source>
+        <translation>%1 is no signal</translation>
+    </message>
+    <message>
+        <source>%1 is no encoding</source>
+        <translation>%1 is no encoding</translation>
+    </message>
+    <message>
+        <source>%1 is no frame of its own</source>
+        <translation>%1 is no frame of its own</translation>
+    </message>
+</context>
 </TS>
