@@ -61,8 +61,9 @@ const std::vector<Command> &commands()
          2, 2, "from date quiet to force strict times words encoding start end skip count id channel", cutCommand},
         {"decode", "FILE [OUT]",
          QT_TRANSLATE_NOOP("x9capture", "Writes the signals of a capture as a table, by a DBC or LDF file."),
-         "x9capture decode --database car.dbc drive.csv signals.csv", 1, 2, "from date quiet force database wide",
-         decodeCommand},
+         "x9capture decode --database car.dbc drive.csv signals.csv\n"
+         "x9capture decode --database car.dbc --wide --fill --signal 'Engine*.Speed' drive.csv speed.csv",
+         1, 2, "from date quiet force database wide fill signal", decodeCommand},
     };
     return all;
 }

@@ -57,8 +57,14 @@ const Option Options[] = {
      QT_TRANSLATE_NOOP("x9capture", "Identifiers, hexadecimal: 7DF or 100-1FF. May be given several times."), ""},
     {"channel", QT_TRANSLATE_NOOP("x9capture", "number"),
      QT_TRANSLATE_NOOP("x9capture", "A channel, from 0. May be given several times."), ""},
-    {"database", QT_TRANSLATE_NOOP("x9capture", "file"), QT_TRANSLATE_NOOP("x9capture", "The DBC or LDF file."), ""},
+    {"database", QT_TRANSLATE_NOOP("x9capture", "file"),
+     QT_TRANSLATE_NOOP("x9capture", "The DBC or LDF file. May be given several times."), ""},
     {"wide", nullptr, QT_TRANSLATE_NOOP("x9capture", "A column for each signal instead of a line."), ""},
+    {"fill", nullptr, QT_TRANSLATE_NOOP("x9capture", "With --wide: a column keeps its last value."), ""},
+    {"signal", QT_TRANSLATE_NOOP("x9capture", "name"),
+     QT_TRANSLATE_NOOP("x9capture",
+                       "Only this: \"Message\" or \"Message.Signal\", with * and ?. May be given several times."),
+     ""},
 };
 
 bool isChineseUser()

@@ -2412,10 +2412,6 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>另有 %1 处相同</translation>
     </message>
     <message>
-        <source>this build reads no signal databases, so nothing can be decoded.</source>
-        <translation>此版本不能读取信号数据库，无法解码。</translation>
-    </message>
-    <message>
         <source>kind</source>
         <translation>类型</translation>
     </message>
@@ -2538,10 +2534,6 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>file</source>
         <translation>文件</translation>
-    </message>
-    <message>
-        <source>The DBC or LDF file.</source>
-        <translation>DBC 或 LDF 文件。</translation>
     </message>
     <message>
         <source>A column for each signal instead of a line.</source>
@@ -2770,6 +2762,38 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>%1 captures</source>
         <translation>%1 个捕获文件</translation>
+    </message>
+    <message>
+        <source>%1: %2 values from %3 of %4 frames</source>
+        <translation>%1：%2 个信号值，来自 %4 帧中的 %3 帧</translation>
+    </message>
+    <message>
+        <source>%1 frames are in no database.</source>
+        <translation>%1 帧不在任何数据库中。</translation>
+    </message>
+    <message>
+        <source>%1 frames are too short for all of their signals.</source>
+        <translation>%1 帧过短，容不下其全部信号。</translation>
+    </message>
+    <message>
+        <source>By which DBC or LDF file? Name it with --database.</source>
+        <translation>按哪个 DBC 或 LDF 文件解码？请用 --database 指定。</translation>
+    </message>
+    <message>
+        <source>--signal: no database has %1.</source>
+        <translation>--signal：没有数据库包含 %1。</translation>
+    </message>
+    <message>
+        <source>The DBC or LDF file. May be given several times.</source>
+        <translation>DBC 或 LDF 文件，可多次给出。</translation>
+    </message>
+    <message>
+        <source>With --wide: a column keeps its last value.</source>
+        <translation>与 --wide 同用：列保持其最近的值。</translation>
+    </message>
+    <message>
+        <source>Only this: &quot;Message&quot; or &quot;Message.Signal&quot;, with * and ?. May be given several times.</source>
+        <translation>只输出此项：“报文”或“报文.信号”，可含 * 和 ?，可多次给出。</translation>
     </message>
 </context>
 <context>

@@ -2412,10 +2412,6 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>%1 more of the same</translation>
     </message>
     <message>
-        <source>this build reads no signal databases, so nothing can be decoded.</source>
-        <translation>this build reads no signal databases, so nothing can be decoded.</translation>
-    </message>
-    <message>
         <source>kind</source>
         <translation>kind</translation>
     </message>
@@ -2538,10 +2534,6 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>file</source>
         <translation>file</translation>
-    </message>
-    <message>
-        <source>The DBC or LDF file.</source>
-        <translation>The DBC or LDF file.</translation>
     </message>
     <message>
         <source>A column for each signal instead of a line.</source>
@@ -2770,6 +2762,38 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>%1 captures</source>
         <translation>%1 captures</translation>
+    </message>
+    <message>
+        <source>%1: %2 values from %3 of %4 frames</source>
+        <translation>%1: %2 values from %3 of %4 frames</translation>
+    </message>
+    <message>
+        <source>%1 frames are in no database.</source>
+        <translation>%1 frames are in no database.</translation>
+    </message>
+    <message>
+        <source>%1 frames are too short for all of their signals.</source>
+        <translation>%1 frames are too short for all of their signals.</translation>
+    </message>
+    <message>
+        <source>By which DBC or LDF file? Name it with --database.</source>
+        <translation>By which DBC or LDF file? Name it with --database.</translation>
+    </message>
+    <message>
+        <source>--signal: no database has %1.</source>
+        <translation>--signal: no database has %1.</translation>
+    </message>
+    <message>
+        <source>The DBC or LDF file. May be given several times.</source>
+        <translation>The DBC or LDF file. May be given several times.</translation>
+    </message>
+    <message>
+        <source>With --wide: a column keeps its last value.</source>
+        <translation>With --wide: a column keeps its last value.</translation>
+    </message>
+    <message>
+        <source>Only this: &quot;Message&quot; or &quot;Message.Signal&quot;, with * and ?. May be given several times.</source>
+        <translation>Only this: &quot;Message&quot; or &quot;Message.Signal&quot;, with * and ?. May be given several times.</translation>
     </message>
 </context>
 <context>
