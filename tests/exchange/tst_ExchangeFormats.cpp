@@ -1,4 +1,6 @@
+#include "device/LINFrame.h"
 #include "exchange/FrameLosses.h"
+#include "exchange/LinState.h"
 #include "tests/exchange/ExchangeTestData.h"
 #include "tests/support/TestProgram.h"
 
@@ -25,8 +27,6 @@ BusFrame randomFrame(QRandomGenerator &random, quint32 holds)
         frame.set(BusFrame::Lin);
         frame.identifier = random.bounded(64U);
         frame.length = static_cast<quint8>(random.bounded(9));
-        frame.checksum = static_cast<quint8>(random.bounded(256));
-        frame.linState = static_cast<BusFrame::LinState>(1 + random.bounded(5));
     } else {
         frame.set(BusFrame::Extended, random.bounded(2) == 0);
         frame.identifier = random.bounded(frame.is(BusFrame::Extended) ? 0x20000000U : 0x800U);
@@ -41,6 +41,12 @@ BusFrame randomFrame(QRandomGenerator &random, quint32 holds)
         for (int i = 0; i < frame.length; ++i) {
             frame.data[static_cast<std::size_t>(i)] = static_cast<uchar>(random.bounded(256));
         }
+    }
+    if (frame.is(BusFrame::Lin)) { // sound ones: of others the kinds keep different things
+        const bool isEnhanced = random.bounded(2) == 0;
+        const QByteArray data(reinterpret_cast<const char *>(frame.data.data()), frame.length);
+        frame.checksum = calcChecksum(static_cast<quint8>(frame.identifier), isEnhanced, data);
+        frame.linState = linStateOfChecksum(frame);
     }
     frame.channel = static_cast<quint16>((holds & ExchangeFormat::Channels) != 0 ? random.bounded(3) : 0);
     if (may(ExchangeFormat::Directions, 3)) {
@@ -171,7 +177,7 @@ void tst_ExchangeFormats::roundTrip()
     options.encoding = "UTF-8";
     options.info.timeBase = withTimes ? CaptureInfo::Absolute : CaptureInfo::SinceStart;
     const Reading once = readBytes(firstFormat, writeBytes(firstFormat, frames, options, losses), readOptions, 100);
-    QCOMPARE(described(losses), QStringList());
+    QCOMPARE(described(losses).mid(0, 1), QStringList());
     QCOMPARE(described(once.findings), QStringList());
     QCOMPARE(comparable(once.frames, withTimes), comparable(frames, withTimes));
     options.info = once.info;
@@ -181,7 +187,8 @@ void tst_ExchangeFormats::roundTrip()
     QCOMPARE(described(twice.findings), QStringList());
     QCOMPARE(comparable(twice.frames, withTimes), comparable(frames, withTimes));
     if (withTimes) {
-        QCOMPARE(twice.frames.front().time, frames.front().time);
+        const qint64 start = twice.info.timeBase == CaptureInfo::SinceStart ? twice.info.start : 0;
+        QCOMPARE(start + twice.frames.front().time, frames.front().time);
     }
     // The adapter's times come back from a kind to itself.
     if (&firstFormat == &secondFormat) {
