@@ -84,6 +84,8 @@ private slots:
     void mergesByTime();
     static void cuts_data();
     void cuts();
+    void decodes();
+    static void decodingNeedsADatabase();
     void followsAFileThatGrows();
 
 private:
@@ -352,6 +354,37 @@ void tst_x9capture::cuts()
         found.append(QString::number(frame.identifier, 16));
     }
     QCOMPARE(found.join(QLatin1Char(' ')), identifiers);
+}
+
+void tst_x9capture::decodes()
+{
+    write(path("in.log"), "(100.5) can0 100#1027\n(101.0) can0 7FF#00\n");
+    write(path("car.dbc"), "VERSION \"\"\nBO_ 256 Engine: 2 ECU\n SG_ Speed : 0|16@1+ (0.5,0) [0|0] \"rpm\" X\n"
+                           " SG_ Gear : 0|4@1+ (1,0) [0|0] \"\" X\nNONSENSE\n");
+    const QStringList options = {QStringLiteral("decode"), QStringLiteral("--database"), path("car.dbc")};
+    const Result table = run(options + QStringList{path("in.log")});
+    QCOMPARE(table.code, 0);
+    QCOMPARE(table.out, QByteArray("time,channel,message,signal,raw,physical,unit,text\n"
+                                   "100.500000000,can0,Engine,Speed,10000,5000,rpm,\n"
+                                   "100.500000000,can0,Engine,Gear,0,0,,\n"));
+    QVERIFY2(table.errors.contains("car.dbc:5:"), table.errors.constData());
+    QVERIFY2(table.errors.contains("1 frames are in no database."), table.errors.constData());
+
+    const QStringList wide = options + QStringList{QStringLiteral("--wide"), QStringLiteral("--signal"),
+                                                   QStringLiteral("Engine.Sp*"), path("in.log"), path("out.csv")};
+    QCOMPARE(run(wide).code, 0);
+    QCOMPARE(bytesOf(path("out.csv")).split('\n').value(1), QByteArray("100.500000000,can0,5000"));
+    QCOMPARE(run(wide).code, 1); // stands there already
+    QCOMPARE(run(options + QStringList{QStringLiteral("--signal"), QStringLiteral("None"), path("in.log")}).code, 2);
+}
+
+void tst_x9capture::decodingNeedsADatabase()
+{
+    QCOMPARE(run({QStringLiteral("decode"), QStringLiteral("x.csv")}).code, 2);
+    QCOMPARE(run({QStringLiteral("decode"), QStringLiteral("--database"), QStringLiteral("none.dbc"),
+                  QStringLiteral("x.csv")})
+                 .code,
+             1);
 }
 
 void tst_x9capture::followsAFileThatGrows()
