@@ -672,6 +672,18 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>设备 %1 不再响应。是否已被拔出？
 已接收的内容保留在其标签页中，仍可保存。如要继续，请关闭这些标签页，重新插入设备，再打开通道。</translation>
     </message>
+    <message>
+        <source>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Put the adapter's %3-bit library beside the program and start it again.</source>
+        <translation>适配器动态库 %1 是 %2 位的，而本程序是 %3 位的。
+请将适配器的 %3 位动态库放到程序所在目录，然后重新启动程序。</translation>
+    </message>
+    <message>
+        <source>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Install the program that fits: the download with "%4" in its name. Or put the adapter's %3-bit library beside this program and start it again.</source>
+        <translation>适配器动态库 %1 是 %2 位的，而本程序是 %3 位的。
+请安装与之对应的程序，即名称中带“%4”的下载文件；或者将适配器的 %3 位动态库放到本程序所在目录，然后重新启动程序。</translation>
+    </message>
 </context>
 <context>
     <name>GUI_DeviceInfo</name>

@@ -672,6 +672,18 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>Device %1 does not answer any more. Was it unplugged?
 What was received stays in its tabs and can be saved. To go on, close these tabs, plug it in and open the channels again.</translation>
     </message>
+    <message>
+        <source>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Put the adapter's %3-bit library beside the program and start it again.</source>
+        <translation>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Put the adapter's %3-bit library beside the program and start it again.</translation>
+    </message>
+    <message>
+        <source>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Install the program that fits: the download with "%4" in its name. Or put the adapter's %3-bit library beside this program and start it again.</source>
+        <translation>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Install the program that fits: the download with "%4" in its name. Or put the adapter's %3-bit library beside this program and start it again.</translation>
+    </message>
 </context>
 <context>
     <name>GUI_DeviceInfo</name>
