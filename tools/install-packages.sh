@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, check, coverage, docs, fuzz,
-# windows, windows-qt, wine, wine32, windows-package, package) from Debian's packages, quietly; does nothing when all is
+# windows, windows-libraries, windows-qt, wine, wine32, windows-package, package) from Debian's packages, quietly; does nothing when all is
 # there. As root, or through sudo.
 set -euo pipefail
 
@@ -13,6 +13,7 @@ declare -A packages=(
   [docs]="pngquant"
   [fuzz]="clang libclang-rt-14-dev"
   [windows]="g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix qttranslations5-l10n xz-utils"
+  [windows-libraries]="autoconf automake libtool make dpkg-dev"
   [windows-qt]="g++ make perl"
   [wine]="wine wine64 fonts-wine fonts-dejavu-core fonts-noto-cjk locales"
   [wine32]="debootstrap debian-archive-keyring util-linux"
