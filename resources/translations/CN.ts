@@ -755,6 +755,14 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
         <source>The firmware could not be downloaded.</source>
         <translation>固件下载失败。</translation>
     </message>
+    <message>
+        <source>The firmware was refused and not installed.</source>
+        <translation>该固件已被拒绝，未安装。</translation>
+    </message>
+    <message>
+        <source>It is older than V%1, which the device has.</source>
+        <translation>该版本比设备中的 V%1 更旧。</translation>
+    </message>
 </context>
 <context>
     <name>GUI_SoftwareInfo</name>
@@ -1928,6 +1936,10 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
         <source>The file cannot be written: %1</source>
         <translation>无法写入文件：%1</translation>
     </message>
+    <message>
+        <source>The file on the server is not the one that was signed.</source>
+        <translation>服务器上的文件不是经过签名的文件。</translation>
+    </message>
 </context>
 <context>
     <name>GUI_Update</name>
@@ -1998,6 +2010,10 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
         <source>Tips</source>
         <translation>提示</translation>
     </message>
+    <message>
+        <source>The new version was refused and not installed.</source>
+        <translation>新版本已被拒绝，未安装。</translation>
+    </message>
 </context>
 <context>
     <name>SingleInstance</name>
@@ -2024,6 +2040,48 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
     <message>
         <source>Tips</source>
         <translation>提示</translation>
+    </message>
+</context>
+<context>
+    <name>SignedDownload</name>
+    <message>
+        <source>Its signature cannot be downloaded: %1</source>
+        <translation>无法下载其签名：%1</translation>
+    </message>
+    <message>
+        <source>The key for updates that this program was built with is none.</source>
+        <translation>编译本程序时设定的更新公钥无效。</translation>
+    </message>
+    <message>
+        <source>What the server has as its signature is none.</source>
+        <translation>服务器上的签名文件不是有效的签名。</translation>
+    </message>
+    <message>
+        <source>It was signed with another key.</source>
+        <translation>它是用另一个密钥签名的。</translation>
+    </message>
+    <message>
+        <source>Its signature was changed or forged.</source>
+        <translation>其签名被改动过或是伪造的。</translation>
+    </message>
+</context>
+<context>
+    <name>OfferedPackage</name>
+    <message>
+        <source>Its signature is for something else: %1</source>
+        <translation>其签名属于另一个文件：%1</translation>
+    </message>
+    <message>
+        <source>It is version %1; what was offered is version %2.</source>
+        <translation>其版本是 %1，而服务器提供的是版本 %2。</translation>
+    </message>
+    <message>
+        <source>It is version %1, which is not newer than this program, version %2.</source>
+        <translation>其版本是 %1，并不比本程序的版本 %2 新。</translation>
+    </message>
+    <message>
+        <source>It is the package for %1; this program needs the one for %2.</source>
+        <translation>这是 %1 的软件包，本程序需要 %2 的软件包。</translation>
     </message>
 </context>
 </TS>

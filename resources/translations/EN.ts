@@ -755,6 +755,14 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
         <source>The firmware could not be downloaded.</source>
         <translation>The firmware could not be downloaded.</translation>
     </message>
+    <message>
+        <source>The firmware was refused and not installed.</source>
+        <translation>The firmware was refused and not installed.</translation>
+    </message>
+    <message>
+        <source>It is older than V%1, which the device has.</source>
+        <translation>It is older than V%1, which the device has.</translation>
+    </message>
 </context>
 <context>
     <name>GUI_SoftwareInfo</name>
@@ -1928,6 +1936,10 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
         <source>The file cannot be written: %1</source>
         <translation>The file cannot be written: %1</translation>
     </message>
+    <message>
+        <source>The file on the server is not the one that was signed.</source>
+        <translation>The file on the server is not the one that was signed.</translation>
+    </message>
 </context>
 <context>
     <name>GUI_Update</name>
@@ -1998,6 +2010,10 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
         <source>Tips</source>
         <translation>Tips</translation>
     </message>
+    <message>
+        <source>The new version was refused and not installed.</source>
+        <translation>The new version was refused and not installed.</translation>
+    </message>
 </context>
 <context>
     <name>SingleInstance</name>
@@ -2024,6 +2040,48 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
     <message>
         <source>Tips</source>
         <translation>Tips</translation>
+    </message>
+</context>
+<context>
+    <name>SignedDownload</name>
+    <message>
+        <source>Its signature cannot be downloaded: %1</source>
+        <translation>Its signature cannot be downloaded: %1</translation>
+    </message>
+    <message>
+        <source>The key for updates that this program was built with is none.</source>
+        <translation>The key for updates that this program was built with is none.</translation>
+    </message>
+    <message>
+        <source>What the server has as its signature is none.</source>
+        <translation>What the server has as its signature is none.</translation>
+    </message>
+    <message>
+        <source>It was signed with another key.</source>
+        <translation>It was signed with another key.</translation>
+    </message>
+    <message>
+        <source>Its signature was changed or forged.</source>
+        <translation>Its signature was changed or forged.</translation>
+    </message>
+</context>
+<context>
+    <name>OfferedPackage</name>
+    <message>
+        <source>Its signature is for something else: %1</source>
+        <translation>Its signature is for something else: %1</translation>
+    </message>
+    <message>
+        <source>It is version %1; what was offered is version %2.</source>
+        <translation>It is version %1; what was offered is version %2.</translation>
+    </message>
+    <message>
+        <source>It is version %1, which is not newer than this program, version %2.</source>
+        <translation>It is version %1, which is not newer than this program, version %2.</translation>
+    </message>
+    <message>
+        <source>It is the package for %1; this program needs the one for %2.</source>
+        <translation>It is the package for %1; this program needs the one for %2.</translation>
     </message>
 </context>
 </TS>
