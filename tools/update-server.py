@@ -18,6 +18,7 @@ of one product code. "{port}" in a record is replaced by the server's port. The 
     no-answer        accepts the request and stays silent
     slow             one byte per second
     stall            half of the answer, then silence
+    much-stall       20 KB of rubbish, not announced, then silence
     short            announces one byte more than it sends
     404, 500         the HTTP error, with a record as its page
     invalid          no JSON
@@ -122,6 +123,12 @@ class Handler(http.server.BaseHTTPRequestHandler):
             self.send(200, packed, [("Content-Encoding", "gzip")])
         elif behaviour in HEADERS:
             self.send(200, body, HEADERS[behaviour])
+        elif behaviour == "much-stall":
+            self.send_response(200)
+            self.send_header("Connection", "close")
+            self.end_headers()
+            self.wfile.write(b"\xa5" * 20000)
+            self.wait_for_client()
         elif behaviour == "rubbish":
             self.rubbish(is_chunked=False)
         elif behaviour == "rubbish-chunked":
