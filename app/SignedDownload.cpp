@@ -69,9 +69,9 @@ void SignedDownload::checkSignature(const QByteArray &file)
     const auto key = minisignKey(m_key);
     const auto signature = minisignSignature(file);
     if (!key) {
-        emit sig_refused(tr("The key for updates that this program was built with is none."));
+        emit sig_refused(tr("The key for updates that this program was built with cannot be used."));
     } else if (!signature) {
-        emit sig_refused(tr("What the server has as its signature is none."));
+        emit sig_refused(tr("What the server sends as its signature is not one."));
     } else if (signature->keyId != key->id) {
         emit sig_refused(tr("It was signed with another key."));
     } else if (!isCommentSigned(*signature, *key)) {

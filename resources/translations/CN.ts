@@ -2049,12 +2049,12 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
         <translation>无法下载其签名：%1</translation>
     </message>
     <message>
-        <source>The key for updates that this program was built with is none.</source>
-        <translation>编译本程序时设定的更新公钥无效。</translation>
+        <source>The key for updates that this program was built with cannot be used.</source>
+        <translation>编译本程序时设定的更新公钥无法使用。</translation>
     </message>
     <message>
-        <source>What the server has as its signature is none.</source>
-        <translation>服务器上的签名文件不是有效的签名。</translation>
+        <source>What the server sends as its signature is not one.</source>
+        <translation>服务器提供的签名文件不是签名。</translation>
     </message>
     <message>
         <source>It was signed with another key.</source>

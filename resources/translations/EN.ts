@@ -2049,12 +2049,12 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
         <translation>Its signature cannot be downloaded: %1</translation>
     </message>
     <message>
-        <source>The key for updates that this program was built with is none.</source>
-        <translation>The key for updates that this program was built with is none.</translation>
+        <source>The key for updates that this program was built with cannot be used.</source>
+        <translation>The key for updates that this program was built with cannot be used.</translation>
     </message>
     <message>
-        <source>What the server has as its signature is none.</source>
-        <translation>What the server has as its signature is none.</translation>
+        <source>What the server sends as its signature is not one.</source>
+        <translation>What the server sends as its signature is not one.</translation>
     </message>
     <message>
         <source>It was signed with another key.</source>

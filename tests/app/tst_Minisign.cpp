@@ -7,6 +7,10 @@
 #include <QFile>
 #include <QtTest>
 
+#ifdef Q_OS_LINUX
+#include "tests/app/PeakMemory.h"
+#endif
+
 namespace {
 const QByteArray Comment("X9CAN release 1.2.0 windows-64bit");
 
@@ -54,6 +58,9 @@ private slots:
     static void contents_data();
     static void contents();
     static void comments();
+#ifdef Q_OS_LINUX
+    static void largeContents();
+#endif
 };
 
 void tst_Minisign::filesOfMinisign_data()
@@ -215,6 +222,23 @@ void tst_Minisign::comments()
     signature.commentSignature = other.commentSignature;
     QVERIFY(!isCommentSigned(signature, key));
 }
+
+#ifdef Q_OS_LINUX
+/// Of what was prehashed, nothing is kept.
+void tst_Minisign::largeContents()
+{
+    const TestSigner signer;
+    const auto key = minisignKey(signer.publicKey()).value();
+    SignedContent check(key, minisignSignature(signer.sign("content", Comment)).value());
+    const QByteArray piece(1000000, 'x');
+    const qint64 before = peakMemory();
+    for (int count = 0; count < 200; ++count) {
+        check.add(piece);
+    }
+    QVERIFY(!check.isSigned());
+    QVERIFY2(peakMemory() - before < 20 * piece.size(), qPrintable(QString::number(peakMemory() - before)));
+}
+#endif
 
 X9_PLAIN_TEST(tst_Minisign)
 #include "tst_Minisign.moc"

@@ -184,7 +184,7 @@ void tst_SignedDownload::refuses_data()
     const auto row = [](const char *behaviour, const char *reason) {
         QTest::newRow(behaviour) << QString::fromLatin1(behaviour) << QString::fromLatin1(reason);
     };
-    const char *const none = "What the server has as its signature is none.";
+    const char *const none = "What the server sends as its signature is not one.";
     const char *const unavailable = "Its signature cannot be downloaded: ";
     row("sig-404", unavailable);
     row("sig-500", unavailable);

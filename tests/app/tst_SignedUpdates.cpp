@@ -181,11 +181,11 @@ void tst_SignedUpdates::refusals(bool isRelease)
     };
     row("missing", "sig-404", "Its signature cannot be downloaded: ");
     row("without an answer", "sig-no-answer", "Its signature cannot be downloaded: ");
-    row("empty", "sig-nothing", "What the server has as its signature is none.");
-    row("cut off", "sig-cut", "What the server has as its signature is none.");
-    row("too long", "sig-rubbish-chunked", "What the server has as its signature is none.");
-    row("binary", "sig-as-a.zip", "What the server has as its signature is none.");
-    row("line ends of Windows", "sig-cr-lf", "What the server has as its signature is none.");
+    row("empty", "sig-nothing", "What the server sends as its signature is not one.");
+    row("cut off", "sig-cut", "What the server sends as its signature is not one.");
+    row("too long", "sig-rubbish-chunked", "What the server sends as its signature is not one.");
+    row("binary", "sig-as-a.zip", "What the server sends as its signature is not one.");
+    row("line ends of Windows", "sig-cr-lf", "What the server sends as its signature is not one.");
     row("wrong", "sig-spoiled", "");
     row("of another key", "sig-as-of-other-key", "It was signed with another key.");
     row("forged", "sig-as-forged", "Its signature was changed or forged.");

@@ -81,7 +81,7 @@ fi
 
 # configure PRESET LIBRARIES ADAPTER_ONLY
 configure() {
-  cmake --preset "$1" "-DX9_WINDOWS_LIBRARIES=$PWD/build/$2-libraries" "-DX9_ADAPTER_ONLY=$3" "-DX9_UPDATE_KEY=${X9_UPDATE_KEY:-}" >/dev/null
+  cmake --preset "$1" --no-warn-unused-cli "-DX9_WINDOWS_LIBRARIES=$PWD/build/$2-libraries" "-DX9_ADAPTER_ONLY=$3" "-DX9_UPDATE_KEY=${X9_UPDATE_KEY:-}" >/dev/null
 }
 
 # The virtual adapter needs no Qt, and so none of its own kind.
