@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, check, coverage, docs, fuzz,
-# windows, windows-libraries, windows-qt, wine, wine32, windows-package, package) from Debian's packages, quietly; does nothing when all is
-# there. As root, or through sudo.
+# windows, windows-libraries, windows-qt, wine, wine32, windows-package, package) from Debian's packages, quietly; does nothing
+# when all is there. As root, or through sudo.
 set -euo pipefail
 
 declare -A packages=(

@@ -38,15 +38,15 @@ archive_folder() {
 }
 
 # lay_out_libraries PRESET   The libraries that it is built with, in build/PRESET-libraries. They are laid out anew where they
-# come from other places than before. They appear under their name only when complete, and with today's times: the build compiles again what
-# uses them. Fails where there is no Qt.
+# come from other places than before. They appear under their name only when complete, and with today's times: the build
+# compiles again what uses them. Fails where there is no Qt.
 lay_out_libraries() {
   local libraries=$PWD/build/$1-libraries qt others
   if ! qt=$(qt_source "$1"); then
     [[ -e $libraries ]]
     return
   fi
-  others=$(find_others "$1")
+  others=$(find_others "$1") || { echo "windows/build: there is no libsodium." >&2; exit 1; }
   [[ $(stat -c '%n %Y' "$qt" "$others") != "$(cat "$libraries/source" 2>/dev/null)" ]] || return 0
   rm -rf "$libraries.new"
   mkdir -p "$libraries.new"
@@ -81,7 +81,8 @@ fi
 
 # configure PRESET LIBRARIES ADAPTER_ONLY
 configure() {
-  cmake --preset "$1" --no-warn-unused-cli "-DX9_WINDOWS_LIBRARIES=$PWD/build/$2-libraries" "-DX9_ADAPTER_ONLY=$3" "-DX9_UPDATE_KEY=${X9_UPDATE_KEY:-}" >/dev/null
+  cmake --preset "$1" --no-warn-unused-cli "-DX9_WINDOWS_LIBRARIES=$PWD/build/$2-libraries" "-DX9_ADAPTER_ONLY=$3" \
+    "-DX9_UPDATE_KEY=${X9_UPDATE_KEY:-}" >/dev/null
 }
 
 # The virtual adapter needs no Qt, and so none of its own kind.
