@@ -43,7 +43,7 @@ of one product code. "{port}" in a record is replaced by the server's port. The 
     endless-fields   headers without end
     endless-status   interim answers without end
     cut              the first half of the answer, as if that were all
-    spoiled          one character in the middle of the answer is another one
+    spoiled          one character at a third of the answer is another one: in a signature file, of the first signature
     cr-lf            the answer with the ends of lines of Windows
     as-FILE          another file of the downloads' folder
     sig-NAME         the behaviour NAME for signatures (files ".minisig") alone; other files are as they are
@@ -204,7 +204,7 @@ BODIES = {
 }
 CHANGES = {
     "cut": lambda body: body[:len(body) // 2],
-    "spoiled": lambda body: replaced(body, len(body) // 2),
+    "spoiled": lambda body: replaced(body, len(body) // 3),
     "cr-lf": lambda body: body.replace(b"\n", b"\r\n"),
 }
 PACKED = {"packed": lambda body: body, "packed-bomb": lambda _: b" " * 200 * 1000 * 1000}

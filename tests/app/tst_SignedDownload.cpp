@@ -201,7 +201,7 @@ void tst_SignedDownload::refuses_data()
     row("sig-much-stall", none); // before the end comes
     row("sig-invalid", none);
     row("sig-as-a.bin", none);
-    row("sig-spoiled", "");
+    row("sig-spoiled", "Its signature was changed or forged.");
     row("sig-as-other-key.minisig", "It was signed with another key.");
     row("sig-as-other-key-same-id.minisig", "Its signature was changed or forged.");
     row("sig-as-mixed.minisig", "Its signature was changed or forged.");
@@ -232,8 +232,8 @@ void tst_SignedDownload::refuses()
     start(QStringLiteral("/behave/%1/downloads/a.bin").arg(behaviour));
     QTRY_COMPARE(m_refused->count(), 1);
     const QString told = m_refused->first().first().toString();
-    QVERIFY2(told.startsWith(reason) && told.size() > 10, qPrintable(told));
-    QVERIFY2(reason.endsWith(QLatin1Char(' ')) || reason.isEmpty() || told == reason, qPrintable(told));
+    const bool goesOn = reason.endsWith(QLatin1Char(' '));
+    QVERIFY2(goesOn ? told.startsWith(reason) && told.size() > reason.size() : told == reason, qPrintable(told));
     QCOMPARE(m_finished->count(), 0);
     QVERIFY(!m_download->isRunning());
     QTRY_VERIFY(!QFileInfo::exists(QFileInfo(target()).absolutePath())); // the folder made for it, too

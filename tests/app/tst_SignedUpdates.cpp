@@ -186,7 +186,7 @@ void tst_SignedUpdates::refusals(bool isRelease)
     row("too long", "sig-rubbish-chunked", "What the server sends as its signature is not one.");
     row("binary", "sig-as-a.zip", "What the server sends as its signature is not one.");
     row("line ends of Windows", "sig-cr-lf", "What the server sends as its signature is not one.");
-    row("wrong", "sig-spoiled", "");
+    row("wrong", "sig-spoiled", "Its signature was changed or forged.");
     row("of another key", "sig-as-of-other-key", "It was signed with another key.");
     row("forged", "sig-as-forged", "Its signature was changed or forged.");
     row("package changed", "pack-spoiled", "The file on the server is not the one that was signed.");
