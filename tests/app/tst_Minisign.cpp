@@ -236,7 +236,7 @@ void tst_Minisign::largeContents()
         check.add(piece);
     }
     QVERIFY(!check.isSigned());
-    QVERIFY2(peakMemory() - before < 20 * piece.size(), qPrintable(QString::number(peakMemory() - before)));
+    QVERIFY2(peakMemory() - before < Q_INT64_C(20) * piece.size(), qPrintable(QString::number(peakMemory() - before)));
 }
 #endif
 
