@@ -1,6 +1,8 @@
 #include "app/AdapterProblem.h"
 
+#include "app/ProgramKind.h"
 #include "device/CANAPI.h"
+#include "device/LibraryImage.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -20,6 +22,34 @@ QString fullPath(const QString &path)
     return QDir::toNativeSeparators(QDir::cleanPath(absolute));
 }
 
+constexpr int ProgramBits = 8 * int(sizeof(void *));
+
+/// file: the library, as it is shown.
+QString wrongArchitectureText(const CANAPI &api, const QString &file)
+{
+    constexpr int FormatSize = 2; // of what tells the machine
+    const QByteArray library = fileMachine(api.libraryPath());
+    const QByteArray program = fileMachine(QCoreApplication::applicationFilePath());
+    const int bits = library.left(FormatSize) == program.left(FormatSize) ? libraryBits(library) : 0;
+    const QString ofProgram = QString::number(ProgramBits);
+    if (bits == 0 || bits == ProgramBits) {
+        return AdapterProblem::tr("The adapter library %1 is made for another kind of processor; "
+                                  "this program needs the %2-bit one.\n"
+                                  "Put the right library beside the program and start it again.")
+            .arg(file, ofProgram);
+    }
+    const QString kind = programKindFor(bits);
+    if (kind.isEmpty()) {
+        return AdapterProblem::tr("The adapter library %1 is a %2-bit one; this is the %3-bit program.\n"
+                                  "Put the adapter's %3-bit library beside the program and start it again.")
+            .arg(file, QString::number(bits), ofProgram);
+    }
+    return AdapterProblem::tr("The adapter library %1 is a %2-bit one; this is the %3-bit program.\n"
+                              "Install the program that fits: the download with \"%4\" in its name. "
+                              "Or put the adapter's %3-bit library beside this program and start it again.")
+        .arg(file, QString::number(bits), ofProgram, kind);
+}
+
 } // namespace
 
 QString adapterLibraryProblem(const CANAPI &api)
@@ -34,11 +64,7 @@ QString adapterLibraryProblem(const CANAPI &api)
                                   "Put it beside the program and start the program again.")
             .arg(file);
     case AdapterLibraryState::WrongArchitecture:
-        return AdapterProblem::tr("The adapter library %1 is made for another kind of processor; "
-                                  "this program needs the %2-bit one.\n"
-                                  "Put the right library beside the program and start it again.")
-            .arg(file)
-            .arg(8 * sizeof(void *));
+        return wrongArchitectureText(api, file);
     case AdapterLibraryState::LoadFailed:
         return AdapterProblem::tr("The adapter library %1 could not be loaded:\n%2").arg(file, api.systemMessage());
     case AdapterLibraryState::EntriesMissing:

@@ -67,7 +67,7 @@ foreach(licence IN ITEMS LGPL-3 GPL-3)
   install(FILES "${X9_DEBIAN_TEXTS}/common-licenses/${licence}" DESTINATION doc/licences RENAME ${licence}.txt)
 endforeach()
 foreach(notice IN ITEMS Qt:libqt5core5a Qt-translations:qttranslations5-l10n GCC-runtime:gcc-mingw-w64-base
-                        mingw-w64:mingw-w64-common nlohmann-json:nlohmann-json3-dev)
+                        mingw-w64:mingw-w64-common nlohmann-json:nlohmann-json3-dev libsodium:libsodium-dev)
   string(REGEX MATCH "^(.+):(.+)$" matched "${notice}")
   install(FILES "${X9_DEBIAN_TEXTS}/doc/${CMAKE_MATCH_2}/copyright" DESTINATION doc/licences
           RENAME ${CMAKE_MATCH_1}.txt)

@@ -672,6 +672,18 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>设备 %1 不再响应。是否已被拔出？
 已接收的内容保留在其标签页中，仍可保存。如要继续，请关闭这些标签页，重新插入设备，再打开通道。</translation>
     </message>
+    <message>
+        <source>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Put the adapter's %3-bit library beside the program and start it again.</source>
+        <translation>适配器动态库 %1 是 %2 位的，而本程序是 %3 位的。
+请将适配器的 %3 位动态库放到程序所在目录，然后重新启动程序。</translation>
+    </message>
+    <message>
+        <source>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Install the program that fits: the download with "%4" in its name. Or put the adapter's %3-bit library beside this program and start it again.</source>
+        <translation>适配器动态库 %1 是 %2 位的，而本程序是 %3 位的。
+请安装与之对应的程序，即名称中带“%4”的下载文件；或者将适配器的 %3 位动态库放到本程序所在目录，然后重新启动程序。</translation>
+    </message>
 </context>
 <context>
     <name>GUI_DeviceInfo</name>
@@ -742,6 +754,14 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>The firmware could not be downloaded.</source>
         <translation>固件下载失败。</translation>
+    </message>
+    <message>
+        <source>The firmware was refused and not installed.</source>
+        <translation>该固件已被拒绝，未安装。</translation>
+    </message>
+    <message>
+        <source>It is older than V%1, which the device has.</source>
+        <translation>该版本比设备中的 V%1 更旧。</translation>
     </message>
 </context>
 <context>
@@ -1916,6 +1936,10 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>The file cannot be written: %1</source>
         <translation>无法写入文件：%1</translation>
     </message>
+    <message>
+        <source>The file on the server is not the one that was signed.</source>
+        <translation>服务器上的文件不是经过签名的文件。</translation>
+    </message>
 </context>
 <context>
     <name>GUI_Update</name>
@@ -1986,6 +2010,10 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>Tips</source>
         <translation>提示</translation>
     </message>
+    <message>
+        <source>The new version was refused and not installed.</source>
+        <translation>新版本已被拒绝，未安装。</translation>
+    </message>
 </context>
 <context>
     <name>SingleInstance</name>
@@ -2012,6 +2040,48 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>Tips</source>
         <translation>提示</translation>
+    </message>
+</context>
+<context>
+    <name>SignedDownload</name>
+    <message>
+        <source>Its signature cannot be downloaded: %1</source>
+        <translation>无法下载其签名：%1</translation>
+    </message>
+    <message>
+        <source>The key for updates that this program was built with cannot be used.</source>
+        <translation>编译本程序时设定的更新公钥无法使用。</translation>
+    </message>
+    <message>
+        <source>What the server sends as its signature is not one.</source>
+        <translation>服务器提供的签名文件不是签名。</translation>
+    </message>
+    <message>
+        <source>It was signed with another key.</source>
+        <translation>它是用另一个密钥签名的。</translation>
+    </message>
+    <message>
+        <source>Its signature was changed or forged.</source>
+        <translation>其签名被改动过或是伪造的。</translation>
+    </message>
+</context>
+<context>
+    <name>OfferedPackage</name>
+    <message>
+        <source>Its signature is for something else: %1</source>
+        <translation>其签名属于另一个文件：%1</translation>
+    </message>
+    <message>
+        <source>It is version %1; what was offered is version %2.</source>
+        <translation>其版本是 %1，而服务器提供的是版本 %2。</translation>
+    </message>
+    <message>
+        <source>It is version %1, which is not newer than this program, version %2.</source>
+        <translation>其版本是 %1，并不比本程序的版本 %2 新。</translation>
+    </message>
+    <message>
+        <source>It is the package for %1; this program needs the one for %2.</source>
+        <translation>这是 %1 的软件包，本程序需要 %2 的软件包。</translation>
     </message>
 </context>
 </TS>

@@ -672,6 +672,18 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>Device %1 does not answer any more. Was it unplugged?
 What was received stays in its tabs and can be saved. To go on, close these tabs, plug it in and open the channels again.</translation>
     </message>
+    <message>
+        <source>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Put the adapter's %3-bit library beside the program and start it again.</source>
+        <translation>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Put the adapter's %3-bit library beside the program and start it again.</translation>
+    </message>
+    <message>
+        <source>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Install the program that fits: the download with "%4" in its name. Or put the adapter's %3-bit library beside this program and start it again.</source>
+        <translation>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Install the program that fits: the download with "%4" in its name. Or put the adapter's %3-bit library beside this program and start it again.</translation>
+    </message>
 </context>
 <context>
     <name>GUI_DeviceInfo</name>
@@ -742,6 +754,14 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>The firmware could not be downloaded.</source>
         <translation>The firmware could not be downloaded.</translation>
+    </message>
+    <message>
+        <source>The firmware was refused and not installed.</source>
+        <translation>The firmware was refused and not installed.</translation>
+    </message>
+    <message>
+        <source>It is older than V%1, which the device has.</source>
+        <translation>It is older than V%1, which the device has.</translation>
     </message>
 </context>
 <context>
@@ -1916,6 +1936,10 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>The file cannot be written: %1</source>
         <translation>The file cannot be written: %1</translation>
     </message>
+    <message>
+        <source>The file on the server is not the one that was signed.</source>
+        <translation>The file on the server is not the one that was signed.</translation>
+    </message>
 </context>
 <context>
     <name>GUI_Update</name>
@@ -1986,6 +2010,10 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>Tips</source>
         <translation>Tips</translation>
     </message>
+    <message>
+        <source>The new version was refused and not installed.</source>
+        <translation>The new version was refused and not installed.</translation>
+    </message>
 </context>
 <context>
     <name>SingleInstance</name>
@@ -2012,6 +2040,48 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>Tips</source>
         <translation>Tips</translation>
+    </message>
+</context>
+<context>
+    <name>SignedDownload</name>
+    <message>
+        <source>Its signature cannot be downloaded: %1</source>
+        <translation>Its signature cannot be downloaded: %1</translation>
+    </message>
+    <message>
+        <source>The key for updates that this program was built with cannot be used.</source>
+        <translation>The key for updates that this program was built with cannot be used.</translation>
+    </message>
+    <message>
+        <source>What the server sends as its signature is not one.</source>
+        <translation>What the server sends as its signature is not one.</translation>
+    </message>
+    <message>
+        <source>It was signed with another key.</source>
+        <translation>It was signed with another key.</translation>
+    </message>
+    <message>
+        <source>Its signature was changed or forged.</source>
+        <translation>Its signature was changed or forged.</translation>
+    </message>
+</context>
+<context>
+    <name>OfferedPackage</name>
+    <message>
+        <source>Its signature is for something else: %1</source>
+        <translation>Its signature is for something else: %1</translation>
+    </message>
+    <message>
+        <source>It is version %1; what was offered is version %2.</source>
+        <translation>It is version %1; what was offered is version %2.</translation>
+    </message>
+    <message>
+        <source>It is version %1, which is not newer than this program, version %2.</source>
+        <translation>It is version %1, which is not newer than this program, version %2.</translation>
+    </message>
+    <message>
+        <source>It is the package for %1; this program needs the one for %2.</source>
+        <translation>It is the package for %1; this program needs the one for %2.</translation>
     </message>
 </context>
 </TS>

@@ -205,6 +205,7 @@ std::unique_ptr<GUI_DeviceInfo> tst_GUI_DeviceInfo::makeDialog(int queryLimitMs,
     DeviceInfoSetup setup;
     setup.applicationDir = m_folder->path();
     setup.updateServer = m_server->url();
+    setup.updateKey.clear(); // tst_SignedUpdates has those with a key
     setup.queryLimitMs = queryLimitMs;
     setup.startDelayMs = startDelayMs;
     setup.isDeviceUnregistered = [this] {
