@@ -35,8 +35,7 @@ QVector<CTableViewCAN::DataObject> toRows(const QVector<AdapterFrame> &frames)
 template<typename Dialog>
 Dialog *makeDialog(GUI_CanDevice *tab, CANCommunication &communication, const QString &title)
 {
-    const ChannelParam &channel = tab->channelParam();
-    auto *dialog = new Dialog(communication, channel.device, channel.channel, channel.isCANFD, tab);
+    auto *dialog = new Dialog(tab->channelParam(), communication, tab);
     dialog->setWindowTitle(tab->objectName() + QStringLiteral("  -  ") + title);
     return dialog;
 }

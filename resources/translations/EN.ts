@@ -954,6 +954,9 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>Communication error</source>
         <translation>Communication error</translation>
     </message>
+</context>
+<context>
+    <name>LINTablePage</name>
     <message>
         <source>Csv File(*.csv)</source>
         <translation>Csv File(*.csv)</translation>
