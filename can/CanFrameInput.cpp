@@ -1,5 +1,7 @@
 #include "can/CanFrameInput.h"
 
+#include "device/HexText.h"
+
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -8,8 +10,6 @@
 #include <limits>
 
 namespace {
-constexpr int StandardIdDigits = 3;
-constexpr int ExtendedIdDigits = 8;
 constexpr int NumberCharactersMax = 16;
 
 QString withoutBlanks(QString text)
@@ -26,25 +26,32 @@ quint8 copyPayload(const QByteArray &data, std::uint8_t *target, std::size_t cap
 }
 } // namespace
 
+std::optional<quint32> numberFromHex(const QString &text)
+{
+    // The conversion alone would take signs and a second "0x".
+    static const QRegularExpression pattern(QStringLiteral("\\A(?:0[xX])?([0-9A-Fa-f]+)\\z"));
+    const QString typed = withoutBlanks(text).left(NumberCharactersMax);
+    bool isNumber = false;
+    const quint32 number = pattern.match(typed).captured(1).toUInt(&isNumber, 16);
+    return isNumber ? std::optional<quint32>(number) : std::nullopt;
+}
+
+QString hexNumberPattern()
+{
+    return QStringLiteral("(0[xX])?[0-9A-Fa-f]{0,8}");
+}
+
 std::optional<quint32> frameIdFromText(const QString &text, bool extended)
 {
-    bool isNumber = false;
-    const quint64 id = withoutBlanks(text).left(NumberCharactersMax).toULongLong(&isNumber, 16);
-    if (!isNumber || id > frameIdMax(extended)) {
-        return std::nullopt;
-    }
-    return static_cast<quint32>(id);
+    const std::optional<quint32> id = numberFromHex(text);
+    return id && *id <= frameIdMax(extended) ? id : std::nullopt;
 }
 
 QString correctedFrameIdText(const QString &text, bool extended)
 {
-    QString digits = withoutBlanks(text);
-    const int digitsMax = extended ? ExtendedIdDigits : StandardIdDigits;
-    const quint32 idMax = frameIdMax(extended);
-    if (digits.size() > digitsMax || digits.toULongLong(nullptr, 16) > idMax) {
-        return QString::number(idMax, 16).toUpper();
-    }
-    return digits;
+    const QString digits = withoutBlanks(text);
+    const bool isTooHigh = digits.size() > frameIdDigits(extended) || digits.toUInt(nullptr, 16) > frameIdMax(extended);
+    return isTooHigh ? hexNumber(frameIdMax(extended), frameIdDigits(extended)) : digits;
 }
 
 std::optional<quint32> countFromText(const QString &text)

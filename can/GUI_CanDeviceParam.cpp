@@ -1,9 +1,11 @@
 #include "can/GUI_CanDeviceParam.h"
 
+#include "can/CanFrameInput.h"
 #include "can/GUI_CanFilterTool.h"
 #include "can/GUI_CanScanBaudrate.h"
 #include "device/CANBaudrate.h"
 #include "device/CANCommunication.h"
+#include "device/HexText.h"
 #include "ui_GUI_CanDeviceParam.h"
 #include "widgets/NumberEntry.h"
 
@@ -224,8 +226,8 @@ void GUI_CanDeviceParam::showTiming()
     m_ui->lbx_time1->setEnabled(isCustom);
     if (!isCustom) {
         const auto rate = m_ui->cbx_baudrate->currentData().value<CANBaudrate>();
-        m_ui->lbx_time0->setText(timingText(rate.timing0()));
-        m_ui->lbx_time1->setText(timingText(rate.timing1()));
+        m_ui->lbx_time0->setText(hexNumber(rate.timing0(), 2));
+        m_ui->lbx_time1->setText(hexNumber(rate.timing1(), 2));
     }
 }
 
@@ -291,8 +293,8 @@ void GUI_CanDeviceParam::completeEntries()
     };
     complete(m_ui->lbx_accCode, acceptanceText(counted.accCode));
     complete(m_ui->lbx_accMask, acceptanceText(counted.accMask));
-    complete(m_ui->lbx_time0, timingText(counted.timing0));
-    complete(m_ui->lbx_time1, timingText(counted.timing1));
+    complete(m_ui->lbx_time0, hexNumber(counted.timing0, 2));
+    complete(m_ui->lbx_time1, hexNumber(counted.timing1, 2));
     m_ui->lbx_baudrateLIN->setText(QString::number(counted.linBaudRate));
 }
 

@@ -3,6 +3,7 @@
 #include "can/CanDeviceParam.h"
 #include "can/CanFrameInput.h"
 #include "can/CanIdEntry.h"
+#include "device/HexText.h"
 #include "ui_GUI_CanFilterTool.h"
 #include "widgets/NumberEntry.h"
 
@@ -20,12 +21,6 @@ enum FrameType { StandardFrame, ExtendedFrame };
 QString countText(quint64 count)
 {
     return QLocale(QLocale::English).toString(count);
-}
-
-/// As many digits as the highest identifier of the frame type has.
-QString idText(quint32 id, bool extended)
-{
-    return QStringLiteral("%1").arg(id, extended ? 8 : 3, 16, QLatin1Char('0')).toUpper();
 }
 
 QString rangeText(bool extended)
@@ -153,9 +148,10 @@ void GUI_CanFilterTool::appendRow(const CanIdRange &range)
 {
     const int row = m_ui->table_ids->rowCount();
     m_ui->table_ids->insertRow(row);
+    const int digits = frameIdDigits(range.extended);
     int column = 0;
-    for (const QString &text : {range.extended ? tr("Extend") : tr("Standard"), idText(range.first, range.extended),
-                                idText(range.last, range.extended)}) {
+    for (const QString &text : {range.extended ? tr("Extend") : tr("Standard"), hexNumber(range.first, digits),
+                                hexNumber(range.last, digits)}) {
         m_ui->table_ids->setItem(row, column++, new QTableWidgetItem(text));
     }
 }

@@ -1,5 +1,6 @@
 #include "lin/GUI_LINModeDeveloper.h"
 
+#include "device/HexText.h"
 #include "device/LINFrame.h"
 #include "lin/LINHexPairs.h"
 #include "lin/LINIdPairs.h"
@@ -119,8 +120,8 @@ void GUI_LINModeDeveloper::slot_calculateBtnClicked()
         return;
     }
     const bool isEnhanced = channelParam().linChecksum == LINChecksumEnhanced;
-    m_ui->lbx_PID->setText(hexPair(calcPID(id)));
-    m_ui->lbx_checksum->setText(hexPair(calcChecksum(id, isEnhanced, bytesOfHexPairs(text, length))));
+    m_ui->lbx_PID->setText(hexNumber(calcPID(id), 2));
+    m_ui->lbx_checksum->setText(hexNumber(calcChecksum(id, isEnhanced, bytesOfHexPairs(text, length)), 2));
 }
 
 void GUI_LINModeDeveloper::slot_scanIDBtnClicked()

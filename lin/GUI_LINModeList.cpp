@@ -1,7 +1,7 @@
 #include "lin/GUI_LINModeList.h"
 
+#include "device/HexText.h"
 #include "device/LINFrame.h"
-#include "lin/LINHexPairs.h"
 #include "lin/LINRecords.h"
 #include "lin/WidgetDelegate.h"
 #include "ui_GUI_LINModeList.h"
@@ -62,7 +62,7 @@ QList<QStandardItem *> initialRow(quint8 row)
     const QByteArray data = QByteArray(LINScheduleRow::MaxLength - 1, '\0') + static_cast<char>(row);
     return {select,
             direction,
-            new QStandardItem(hexPair(row)),
+            new QStandardItem(hexNumber(row, 2)),
             new QStandardItem(hexPairs(data).trimmed()),
             new QStandardItem(QString::number(LINScheduleRow::MaxLength)),
             new QStandardItem(QString::number(LINScheduleRow::MinIntervalMs))};

@@ -1,7 +1,7 @@
 #include "lin/LINFrameCells.h"
 
+#include "device/HexText.h"
 #include "device/LINFrame.h"
-#include "lin/LINHexPairs.h"
 
 #include <QCoreApplication>
 
@@ -16,9 +16,9 @@ struct Texts
 /// "12[92]"
 QString idText(quint8 id, quint8 pid)
 {
-    QString text = hexPair(id);
+    QString text = hexNumber(id, 2);
     text.append(QLatin1Char('['));
-    appendHexPair(text, pid);
+    appendHexNumber(text, pid, 2);
     text.append(QLatin1Char(']'));
     return text;
 }
@@ -82,7 +82,7 @@ QString linCell(const CTableViewLIN::DataObject &frame, int number, LINFrameStat
     case LINColumn::Data:
         return hexPairs(frame.data);
     case LINColumn::Check:
-        return hexPair(static_cast<quint8>(frame.checksum));
+        return hexNumber(frame.checksum, 2);
     case LINColumn::State:
         return stateText(state);
     }
