@@ -8,7 +8,6 @@
 #include "device/CANCommunication.h"
 #include "device/ClockText.h"
 #include "widgets/CMessageBox.h"
-#include "widgets/CNotice.h"
 
 #include <QSet>
 #include <QToolTip>

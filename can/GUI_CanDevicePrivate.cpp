@@ -2,7 +2,6 @@
 
 #include "capture/GUI_CanAdvancedOpearation.h"
 #include "device/CANCommunication.h"
-#include "widgets/CNotice.h"
 #include "widgets/NumberEntry.h"
 
 #include <QSignalBlocker>
@@ -29,9 +28,9 @@ void GUI_CanDevicePrivate::prepareForm()
     showCacheLimit();
     ui.tableView->setAutoScroll(true);
     setValidators();
-    addItems(ui.cbx_frameType, {GUI_CanDevice::tr("Standard"), GUI_CanDevice::tr("Extend")});
-    addItems(ui.cbx_frameFormat, {GUI_CanDevice::tr("Data"), GUI_CanDevice::tr("Remote")});
-    addItems(ui.cbx_protocol, {GUI_CanDevice::tr("CAN"), GUI_CanDevice::tr("CANFD"), GUI_CanDevice::tr("CANFD Speed")});
+    addItems(ui.cbx_frameType, {tr("Standard"), tr("Extend")});
+    addItems(ui.cbx_frameFormat, {tr("Data"), tr("Remote")});
+    addItems(ui.cbx_protocol, {tr("CAN"), tr("CANFD"), tr("CANFD Speed")});
 }
 
 void GUI_CanDevicePrivate::connectSignals()
@@ -62,11 +61,11 @@ void GUI_CanDevicePrivate::prepareFolding()
 void GUI_CanDevicePrivate::setValidators() const
 {
     for (QLineEdit *field : {ui.lbx_frameID, ui.lbx_setFilter}) {
-        field->setValidator(q->hexBlankValidator());
+        field->setValidator(q->validator(GUI_CanDevice::HexBlank));
         cleanEntry(field, NumberEntry::Hex);
     }
     for (QLineEdit *field : {ui.lbx_frameOfSend, ui.lbx_sendingCycle, ui.lbx_frameOfSaved, ui.lbx_cache}) {
-        field->setValidator(q->decimalValidator());
+        field->setValidator(q->validator(GUI_CanDevice::Decimal));
         cleanEntry(field, NumberEntry::Decimal);
     }
 }
@@ -129,7 +128,7 @@ void GUI_CanDevicePrivate::connectFunctions()
     // The file may be one whose saving was ended before, and another one is being saved by now.
     QObject::connect(ui.tableView, &Table::sig_realTimeSaveFailed, q, [this] {
         showRealTimeSaving();
-        showNotice(GUI_CanDevice::tr("File saving failure!"), CNotice::Failure);
+        showNotice(tr("File saving failure!"), CNotice::Failure);
     });
 }
 
@@ -213,8 +212,8 @@ void GUI_CanDevicePrivate::applyCacheSize()
 void GUI_CanDevicePrivate::showCacheLimit() const
 {
     const QString limit = q->locale().toString(ui.tableView->cacheSize());
-    ui.lbx_cache->setToolTip(GUI_CanDevice::tr("The table holds at most %1 frames.\nType a number and press Enter to "
-                                               "change it.")
+    ui.lbx_cache->setToolTip(tr("The table holds at most %1 frames.\nType a number and press Enter to "
+                                "change it.")
                                  .arg(limit));
 }
 
@@ -229,6 +228,5 @@ void GUI_CanDevicePrivate::showErrors() const
 
 void GUI_CanDevicePrivate::showRealTimeSaving() const
 {
-    ui.btn_realTimeSaving->setText(ui.tableView->isRealTimeSaving() ? GUI_CanDevice::tr("Stop")
-                                                                    : GUI_CanDevice::tr("Real time saving"));
+    ui.btn_realTimeSaving->setText(ui.tableView->isRealTimeSaving() ? tr("Stop") : tr("Real time saving"));
 }

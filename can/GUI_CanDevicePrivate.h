@@ -5,7 +5,9 @@
 #include "can/GUI_CanDevice.h"
 #include "device/TickTimer.h"
 #include "ui_GUI_CanDevice.h"
+#include "widgets/CNotice.h"
 
+#include <QCoreApplication>
 #include <QPropertyAnimation>
 
 class CANCommunication;
@@ -15,10 +17,9 @@ class GUI_CanSendFile;
 /// The form of a CAN tab: its controls, what they are connected with, what they show and what is entered in them.
 class GUI_CanDevicePrivate
 {
-public:
-    /// The time that a notice stays, milliseconds.
-    static constexpr int NoticeMs = 1500;
+    Q_DECLARE_TR_FUNCTIONS(GUI_CanDevice)
 
+public:
     GUI_CanDevicePrivate(GUI_CanDevice *tab, CANCommunication &manager)
         : q(tab)
         , communication(manager)
@@ -41,7 +42,7 @@ public:
     void applyCacheSize();
     void clearErrors();
     void showRealTimeSaving() const;
-    void showNotice(const QString &text, int type) const { emit q->sig_showNotice(text, type, NoticeMs); }
+    void showNotice(const QString &text, int type) const { emit q->sig_showNotice(text, type, CNotice::WindowMs); }
     void showMessage(const QString &text, int mode) const { emit q->sig_showMessageBox(text, mode); }
 
     GUI_CanDevice *q;

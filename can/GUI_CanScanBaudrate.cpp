@@ -17,7 +17,6 @@
 #include <iterator>
 
 namespace {
-constexpr int NoticeMs = 1000;
 constexpr int HeaderHeight = 27; ///< leaves room for 12 whole rows
 constexpr int RateWidth = 100;
 constexpr int ChannelWidth = 200;
@@ -167,7 +166,7 @@ void GUI_CanScanBaudrate::finish()
     if (isThrough) {
         m_ui->progressBar->setValue(BaudrateScan::StepCount);
     } else if (!m_isStopping) {
-        m_notice->setMesseage(tr("The scan was interrupted"), CNotice::Warning, NoticeMs);
+        m_notice->setMesseage(tr("The scan was interrupted"), CNotice::Warning, CNotice::DialogMs);
     }
     showFound(isThrough);
     setScanning(false);
@@ -193,12 +192,12 @@ void GUI_CanScanBaudrate::showFound(bool isThrough)
 void GUI_CanScanBaudrate::start()
 {
     if (!m_device) {
-        m_notice->setMesseage(tr("No devices"), CNotice::Failure, NoticeMs);
+        m_notice->setMesseage(tr("No devices"), CNotice::Failure, CNotice::DialogMs);
         return;
     }
     const CANError error = m_communication.slot_scanCANBaudrate(*m_device, 0);
     if (error != CAN_OK) {
-        m_notice->setMesseage(refusal(error), CNotice::Failure, NoticeMs);
+        m_notice->setMesseage(refusal(error), CNotice::Failure, CNotice::DialogMs);
         return;
     }
     m_model.removeRows(0, m_model.rowCount());

@@ -11,7 +11,6 @@
 #include <QWindow>
 
 namespace {
-constexpr int NoticeMs = 1000;
 constexpr int FirstTickMs = 1;
 } // namespace
 
@@ -91,7 +90,7 @@ void GUI_CanAdvancedOpearation::updateControls()
 
 void GUI_CanAdvancedOpearation::showWarning(const QString &text)
 {
-    m_notice->setMesseage(text, CNotice::Warning, NoticeMs);
+    m_notice->setMesseage(text, CNotice::Warning, CNotice::DialogMs);
 }
 
 /// Every end of a list that runs.

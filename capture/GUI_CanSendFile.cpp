@@ -15,8 +15,6 @@
 #include <utility>
 
 namespace {
-constexpr int NoticeMs = 1500;
-
 enum FrameType { StandardFrame, ExtendedFrame };
 
 /// How many frames one step of the progress bar stands for, so that the range of int holds them all.
@@ -82,7 +80,7 @@ void GUI_CanSendFile::showProgress()
 
 void GUI_CanSendFile::showFailure(const QString &text)
 {
-    emit sig_showNotice(text, CNotice::Failure, NoticeMs);
+    emit sig_showNotice(text, CNotice::Failure, CNotice::WindowMs);
 }
 
 void GUI_CanSendFile::load()

@@ -24,7 +24,7 @@ GUI_LINModeDeveloper::GUI_LINModeDeveloper(const ChannelParam &param, CANCommuni
     m_ui->setupUi(this);
     m_masks = std::make_unique<LINIdPairs>(*m_ui->maskLayout, MaskedIds, MaskedIds);
     m_masks->setTabOrderAfter(m_ui->sbx_count);
-    m_ui->lbx_data->setValidator(hexBlankValidator());
+    m_ui->lbx_data->setValidator(validator(HexBlank));
     cleanEntry(m_ui->lbx_data, NumberEntry::HexBytes);
     showCycle();
     connectSignals();

@@ -23,36 +23,18 @@ QString idText(quint8 id, quint8 pid)
     return text;
 }
 
-QString stateText(LINFrameState state)
+QString stateText(const CTableViewLIN::DataObject &frame, quint8 checksumType)
 {
-    switch (state) {
-    case LINFrameState::Classic:
-        return QStringLiteral("V1");
-    case LINFrameState::Enhanced:
-        return QStringLiteral("V2");
-    case LINFrameState::WrongClassic:
-        return Texts::tr("Error checksum") + QStringLiteral("(V1)");
-    case LINFrameState::WrongEnhanced:
-        return Texts::tr("Error checksum") + QStringLiteral("(V2)");
-    case LINFrameState::Wrong:
+    const int matched = checkChecksum(frame.ID, static_cast<quint8>(frame.checksum), frame.data);
+    if (matched == LINChecksumNone) {
         return Texts::tr("Error state");
     }
-    return {};
+    const QString version = matched == LINChecksumEnhanced ? QStringLiteral("V2") : QStringLiteral("V1");
+    const bool isAsSet = (matched == LINChecksumEnhanced) == (checksumType == LINChecksumEnhanced);
+    return isAsSet ? version : QStringLiteral("%1(%2)").arg(Texts::tr("Error checksum"), version);
 }
 
 } // namespace
-
-LINFrameState linFrameState(const CTableViewLIN::DataObject &frame, quint8 checksumType)
-{
-    const bool isEnhanced = checksumType == LINChecksumEnhanced;
-    switch (checkChecksum(frame.ID, static_cast<quint8>(frame.checksum), frame.data)) {
-    case LINChecksumClassic:
-        return isEnhanced ? LINFrameState::WrongClassic : LINFrameState::Classic;
-    case LINChecksumEnhanced:
-        return isEnhanced ? LINFrameState::Enhanced : LINFrameState::WrongEnhanced;
-    }
-    return LINFrameState::Wrong;
-}
 
 QStringList linColumnTitles()
 {
@@ -66,7 +48,7 @@ QStringList linColumnTitles()
             Texts::tr("State")};
 }
 
-QString linCell(const CTableViewLIN::DataObject &frame, int number, LINFrameState state, LINColumn column)
+QString linCell(const CTableViewLIN::DataObject &frame, int number, quint8 checksumType, LINColumn column)
 {
     switch (column) {
     case LINColumn::Number:
@@ -84,7 +66,7 @@ QString linCell(const CTableViewLIN::DataObject &frame, int number, LINFrameStat
     case LINColumn::Check:
         return hexNumber(frame.checksum, 2);
     case LINColumn::State:
-        return stateText(state);
+        return stateText(frame, checksumType);
     }
     return {};
 }
