@@ -1,7 +1,7 @@
 #include "can/CanDeviceParam.h"
 
 #include "can/CanFrameInput.h"
-#include "device/HexText.h"
+#include "widgets/HexEntry.h"
 
 #include <limits>
 

@@ -1,6 +1,6 @@
 #include "can/CanFrameInput.h"
 
-#include "device/HexText.h"
+#include "widgets/HexEntry.h"
 
 #include <QRegularExpression>
 

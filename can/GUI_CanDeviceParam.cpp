@@ -5,13 +5,12 @@
 #include "can/GUI_CanScanBaudrate.h"
 #include "device/CANBaudrate.h"
 #include "device/CANCommunication.h"
-#include "device/HexText.h"
 #include "ui_GUI_CanDeviceParam.h"
+#include "widgets/HexEntry.h"
 #include "widgets/NumberEntry.h"
 
 #include <QApplication>
 #include <QMetaProperty>
-#include <QRegularExpressionValidator>
 #include <QShowEvent>
 #include <QSignalBlocker>
 
@@ -74,17 +73,13 @@ void GUI_CanDeviceParam::fillCombos()
 
 void GUI_CanDeviceParam::setValidators()
 {
-    const auto restrict = [](QLineEdit *field, const QString &pattern, NumberEntry kind) {
-        field->setValidator(new QRegularExpressionValidator(QRegularExpression(pattern), field));
-        cleanEntry(field, kind);
-    };
     for (QLineEdit *field : {m_ui->lbx_accCode, m_ui->lbx_accMask}) {
-        restrict(field, hexNumberPattern(), NumberEntry::PrefixedHex);
+        restrictEntry(field, NumberEntry::PrefixedHex, hexNumberPattern());
     }
     for (QLineEdit *field : {m_ui->lbx_time0, m_ui->lbx_time1}) {
-        restrict(field, QStringLiteral("[A-Fa-f0-9]{1,2}"), NumberEntry::Hex);
+        restrictEntry(field, NumberEntry::Hex, QStringLiteral("[A-Fa-f0-9]{1,2}"));
     }
-    restrict(m_ui->lbx_baudrateLIN, QStringLiteral("[0-9]*"), NumberEntry::Decimal);
+    restrictEntry(m_ui->lbx_baudrateLIN, NumberEntry::Decimal, QStringLiteral("[0-9]*"));
 }
 
 void GUI_CanDeviceParam::connectSignals()

@@ -3,13 +3,12 @@
 #include "can/CanDeviceParam.h"
 #include "can/CanFrameInput.h"
 #include "can/CanIdEntry.h"
-#include "device/HexText.h"
 #include "ui_GUI_CanFilterTool.h"
+#include "widgets/HexEntry.h"
 #include "widgets/NumberEntry.h"
 
 #include <QKeyEvent>
 #include <QLocale>
-#include <QRegularExpressionValidator>
 #include <QShortcut>
 
 #include <algorithm>
@@ -91,10 +90,8 @@ bool GUI_CanFilterTool::isTyped() const
 
 void GUI_CanFilterTool::prepareFields()
 {
-    auto *hex = new QRegularExpressionValidator(QRegularExpression(hexNumberPattern()), this);
     for (QLineEdit *field : {m_ui->lbx_idFrom, m_ui->lbx_idTo, m_ui->lbx_testID}) {
-        field->setValidator(hex);
-        cleanEntry(field, NumberEntry::PrefixedHex);
+        restrictEntry(field, NumberEntry::PrefixedHex, hexNumberPattern());
     }
     for (QComboBox *combo : {m_ui->cbx_idType, m_ui->cbx_testType}) {
         combo->addItem(tr("Standard"), StandardFrame);

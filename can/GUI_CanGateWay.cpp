@@ -6,7 +6,6 @@
 #include "widgets/NumberEntry.h"
 
 #include <QIcon>
-#include <QRegularExpressionValidator>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QToolButton>
@@ -49,9 +48,7 @@ void GUI_CanGateWay::prepareEntry()
 {
     m_ui->cbx_type->addItem(tr("Standard"), GatewayStandard);
     m_ui->cbx_type->addItem(tr("Extend"), GatewayExtend);
-    m_ui->lbx_id->setValidator(
-        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9a-fA-F\\s]*")), m_ui->lbx_id));
-    cleanEntry(m_ui->lbx_id, NumberEntry::Hex);
+    restrictEntry(m_ui->lbx_id, NumberEntry::Hex, QStringLiteral("[0-9a-fA-F\\s]*"));
     m_ui->lbx_id->setFocus();
     m_ui->lbx_id->selectAll();
 }

@@ -2,7 +2,7 @@
 
 #include "device/AdapterRecords.h"
 #include "device/FrameIdentifier.h"
-#include "device/HexText.h"
+#include "widgets/HexEntry.h"
 
 #include <QRegularExpression>
 

@@ -1,6 +1,6 @@
 #include "lin/GUI_LINModeDeveloper.h"
 
-#include "device/HexText.h"
+#include "widgets/HexEntry.h"
 #include "device/LINFrame.h"
 #include "lin/LINHexPairs.h"
 #include "lin/LINIdPairs.h"

@@ -1,6 +1,6 @@
 #include "lin/GUI_LINModeList.h"
 
-#include "device/HexText.h"
+#include "widgets/HexEntry.h"
 #include "device/LINFrame.h"
 #include "lin/LINRecords.h"
 #include "lin/WidgetDelegate.h"

@@ -1,6 +1,6 @@
 #include "lin/LINFrameCells.h"
 
-#include "device/HexText.h"
+#include "widgets/HexEntry.h"
 #include "device/LINFrame.h"
 
 #include <QCoreApplication>
