@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstring>
 #include <limits>
 
 namespace {
@@ -18,11 +17,17 @@ QString withoutBlanks(QString text)
     return text.remove(blanks);
 }
 
-quint8 copyPayload(const QByteArray &data, std::uint8_t *target, std::size_t capacity)
+/// What both kinds of records have.
+template<typename Record>
+Record toRecord(const CanFrameInput &input)
 {
-    const auto length = std::min(static_cast<std::size_t>(data.size()), capacity);
-    std::memcpy(target, data.constData(), length);
-    return static_cast<quint8>(length);
+    constexpr int Capacity = sizeof(Record::Data);
+    Record record{};
+    record.ID = input.id;
+    record.ExternFlag = input.extended ? 1 : 0;
+    record.DataLen = static_cast<quint8>(std::min(input.data.size(), Capacity));
+    std::copy_n(input.data.cbegin(), record.DataLen, record.Data);
+    return record;
 }
 } // namespace
 
@@ -81,21 +86,15 @@ QVector<int> payloadLengths(bool isCANFD)
 
 VCI_CAN_OBJ toClassicFrame(const CanFrameInput &input)
 {
-    VCI_CAN_OBJ frame{};
-    frame.ID = input.id;
+    auto frame = toRecord<VCI_CAN_OBJ>(input);
     frame.RemoteFlag = input.remote ? 1 : 0;
-    frame.ExternFlag = input.extended ? 1 : 0;
-    frame.DataLen = copyPayload(input.data, frame.Data, sizeof frame.Data);
     return frame;
 }
 
 VCI_CANFD_OBJ toFdFrame(const CanFrameInput &input)
 {
-    VCI_CANFD_OBJ frame{};
-    frame.ID = input.id;
-    frame.ExternFlag = input.extended ? 1 : 0;
+    auto frame = toRecord<VCI_CANFD_OBJ>(input);
     frame.FDFlag = input.protocol;
-    frame.DataLen = copyPayload(input.data, frame.Data, sizeof frame.Data);
     return frame;
 }
 

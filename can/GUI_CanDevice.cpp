@@ -16,6 +16,7 @@
 
 namespace {
 constexpr int ClassicLengthMax = 8;
+constexpr int PanelHeight = 155;
 
 /// All frames of a batch share one clock text.
 template<typename AdapterFrame>
@@ -228,7 +229,11 @@ void GUI_CanDevice::slot_stopSendBtnClicked()
 
 void GUI_CanDevice::slot_foldBtnClicked(bool checked)
 {
-    m_p->fold(checked);
+    m_p->foldAnimation.stop();
+    m_p->ui.widget_content->show();
+    m_p->foldAnimation.setStartValue(m_p->ui.widget_content->height());
+    m_p->foldAnimation.setEndValue(checked ? 0 : PanelHeight);
+    m_p->foldAnimation.start();
 }
 
 void GUI_CanDevice::slot_resetBtnClicked()

@@ -42,7 +42,6 @@ GUI_CanDeviceParam::GUI_CanDeviceParam(CANCommunication &communication, QWidget 
 {
     m_ui->setupUi(this);
     setFixedSize(size());
-    m_ui->widget_LIN->hide();
     setValidators();
     fillCombos();
     connectSignals();

@@ -10,7 +10,6 @@
 
 namespace {
 constexpr int FoldMs = 500;
-constexpr int PanelHeight = 155;
 
 /// The item data are the places in the list.
 void addItems(QComboBox *combo, const QStringList &texts)
@@ -51,10 +50,10 @@ void GUI_CanDevicePrivate::prepareFolding()
     QSizePolicy policy = ui.widget_content->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     ui.widget_content->setSizePolicy(policy);
-    m_foldAnimation.setTargetObject(ui.widget_content);
-    m_foldAnimation.setPropertyName("maximumHeight");
-    m_foldAnimation.setDuration(FoldMs);
-    QObject::connect(&m_foldAnimation, &QPropertyAnimation::finished, q,
+    foldAnimation.setTargetObject(ui.widget_content);
+    foldAnimation.setPropertyName("maximumHeight");
+    foldAnimation.setDuration(FoldMs);
+    QObject::connect(&foldAnimation, &QPropertyAnimation::finished, q,
                      [this] { ui.widget_content->setVisible(ui.widget_content->maximumHeight() > 0); });
 }
 
@@ -180,15 +179,6 @@ void GUI_CanDevicePrivate::lockForSending(bool isSending) const
         sendList->btnStateChanged(!isSending);
     }
     q->slot_changeBtnState(!isSending);
-}
-
-void GUI_CanDevicePrivate::fold(bool isFolded)
-{
-    m_foldAnimation.stop();
-    ui.widget_content->show();
-    m_foldAnimation.setStartValue(ui.widget_content->height());
-    m_foldAnimation.setEndValue(isFolded ? 0 : PanelHeight);
-    m_foldAnimation.start();
 }
 
 void GUI_CanDevicePrivate::clearErrors()

@@ -37,7 +37,6 @@ public:
     bool takeEntry();
     /// At the beginning and end of timed sending.
     void lockForSending(bool isSending) const;
-    void fold(bool isFolded);
     /// The number in the field, unless there is none above 0; the field shows the limit in force then.
     void applyCacheSize();
     void clearErrors();
@@ -56,6 +55,7 @@ public:
     bool isIdIncreasing = false;
     bool isDataIncreasing = false;
     TickTimer sendTimer;
+    QPropertyAnimation foldAnimation;
 
     // Children of the tab, made when they are first asked for.
     GUI_CanSendFile *sendFile = nullptr;
@@ -70,6 +70,5 @@ private:
     void showCacheLimit() const;
     void showErrors() const;
 
-    QPropertyAnimation m_foldAnimation;
     CanTabErrors m_errors; ///< but for those of the table
 };
