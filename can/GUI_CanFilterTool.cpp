@@ -11,8 +11,6 @@
 #include <QLocale>
 #include <QShortcut>
 
-#include <algorithm>
-
 namespace {
 enum FrameType { StandardFrame, ExtendedFrame };
 

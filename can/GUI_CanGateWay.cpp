@@ -1,11 +1,9 @@
 #include "can/GUI_CanGateWay.h"
 
-#include "can/GatewayIdList.h"
 #include "ui_GUI_CanGateWay.h"
 #include "widgets/CMessageBox.h"
 #include "widgets/NumberEntry.h"
 
-#include <QIcon>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QToolButton>

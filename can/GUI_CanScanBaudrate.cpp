@@ -10,8 +10,6 @@
 #include <QColor>
 #include <QHeaderView>
 #include <QHideEvent>
-#include <QStandardItemModel>
-#include <QVector>
 
 #include <algorithm>
 #include <iterator>

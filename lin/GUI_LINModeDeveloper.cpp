@@ -1,12 +1,12 @@
 #include "lin/GUI_LINModeDeveloper.h"
 
-#include "widgets/HexEntry.h"
 #include "device/LINFrame.h"
 #include "lin/LINHexPairs.h"
 #include "lin/LINIdPairs.h"
 #include "lin/LINRecords.h"
 #include "ui_GUI_LINModeDeveloper.h"
 #include "widgets/CMessageBox.h"
+#include "widgets/HexEntry.h"
 #include "widgets/NumberEntry.h"
 
 #include <QDir>

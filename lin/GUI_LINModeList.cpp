@@ -1,11 +1,11 @@
 #include "lin/GUI_LINModeList.h"
 
-#include "widgets/HexEntry.h"
 #include "device/LINFrame.h"
 #include "lin/LINRecords.h"
 #include "lin/WidgetDelegate.h"
 #include "ui_GUI_LINModeList.h"
 #include "widgets/CMessageBox.h"
+#include "widgets/HexEntry.h"
 #include "widgets/NumberEntry.h"
 
 #include <QLineEdit>

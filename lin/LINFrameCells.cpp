@@ -1,7 +1,7 @@
 #include "lin/LINFrameCells.h"
 
-#include "widgets/HexEntry.h"
 #include "device/LINFrame.h"
+#include "widgets/HexEntry.h"
 
 #include <QCoreApplication>
 

@@ -57,7 +57,8 @@ void tst_LINFrameCells::rows_data()
     QTest::newRow("no data") << frame << 3 << QStringLiteral("3|01:02:03.004|Send|0A[CA]|0||0F|Error state");
     frame.data = QByteArray::fromHex("00ff7f800a0bfe10");
     QTest::newRow("eight bytes") << frame << 4
-                                 << QStringLiteral("4|01:02:03.004|Send|0A[CA]|8|00 FF 7F 80 0A 0B FE 10 |0F|Error state");
+                                 << QStringLiteral(
+                                        "4|01:02:03.004|Send|0A[CA]|8|00 FF 7F 80 0A 0B FE 10 |0F|Error state");
 }
 
 void tst_LINFrameCells::rows()
