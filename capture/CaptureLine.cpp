@@ -12,15 +12,15 @@
 
 namespace {
 
-constexpr int NoDigit = -1;
+constexpr quint8 NoDigit = 0xFF;
 
 /// Value of each byte as a hexadecimal digit, or NoDigit.
 constexpr auto Digits = [] {
-    std::array<signed char, 256> digits{};
-    for (signed char &digit : digits) {
+    std::array<quint8, 256> digits{};
+    for (quint8 &digit : digits) {
         digit = NoDigit;
     }
-    for (signed char value = 0; value < 16; ++value) {
+    for (quint8 value = 0; value < 16; ++value) {
         digits[static_cast<uchar>("0123456789ABCDEF"[value])] = value;
         digits[static_cast<uchar>("0123456789abcdef"[value])] = value;
     }
@@ -170,9 +170,9 @@ public:
     bool isFull() const { return m_count == 2 * CaptureLine::MaxData; }
     void take(char c)
     {
-        const int digit = Digits[static_cast<uchar>(c)];
+        const quint8 digit = Digits[static_cast<uchar>(c)];
         if (digit != NoDigit && !isFull()) {
-            m_value = m_value << 4U | static_cast<quint64>(digit);
+            m_value = m_value << 4U | digit;
             ++m_count;
         }
     }
