@@ -36,7 +36,6 @@
 namespace {
 using ChannelMode = GUI_CanDeviceParam::Mode;
 
-constexpr int NoticeMs = 1500;
 constexpr int OpenDelayMs = 200;
 constexpr int OfferDelayMs = 500;
 /// For the end of the files saved in real time, all of them together.
@@ -306,9 +305,9 @@ void GUI_CanView::slot_openChosenChannels()
         }
     }
     if (isAnyOpen) {
-        slot_showNotice(tr("Devices is open"), CNotice::Done, NoticeMs);
+        slot_showNotice(tr("Devices is open"), CNotice::Done, CNotice::WindowMs);
     } else {
-        slot_showNotice(tr("No devices!!!"), CNotice::Failure, NoticeMs);
+        slot_showNotice(tr("No devices!!!"), CNotice::Failure, CNotice::WindowMs);
     }
 }
 
@@ -317,7 +316,7 @@ void GUI_CanView::slot_closeCanDevice()
     while (m_p->ui.tabWidget->count() > 0) {
         slot_closeTabRequest(0);
     }
-    slot_showNotice(tr("Device turned off"), CNotice::Done, NoticeMs);
+    slot_showNotice(tr("Device turned off"), CNotice::Done, CNotice::WindowMs);
 }
 
 void GUI_CanView::slot_closeTabRequest(int index)

@@ -85,7 +85,6 @@ public:
 void GUI_DeviceInfoPrivate::build()
 {
     ui.setupUi(q);
-    q->setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     ui.lbl_icon->setPixmap(QIcon(QStringLiteral(":/Logo/Logo16x16.ico")).pixmap(QSize(LogoSize, LogoSize)));
     m_startDelay->setObjectName(QStringLiteral("startDelay"));
     m_startDelay->setSingleShot(true);

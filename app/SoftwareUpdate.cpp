@@ -162,7 +162,6 @@ void SoftwareUpdate::openProgress()
 {
     m_progress = new QProgressDialog(tr("Downloading a new version of the program") + QStringLiteral("..."),
                                      tr("Cancel"), 0, ProgressRange, m_window);
-    m_progress->setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_progress->setWindowTitle(tr("Please wait"));
     m_progress->setMinimumWidth(ProgressWidth);
     auto *bar = new QProgressBar;

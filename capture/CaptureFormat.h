@@ -1,6 +1,7 @@
 #pragma once
 
 #include "capture/CANFile.h"
+#include "capture/FrameRecord.h"
 
 #include <string_view>
 #include <vector>
@@ -53,6 +54,37 @@ constexpr std::string_view CanHeader = "Zhiyuan CAN Data";
 constexpr std::size_t HeaderSize = 20;
 /// A received frame in binary files: SendType of the VCI_CAN_OBJ in .can ones; 0 stands for a sent one.
 constexpr quint8 ReceivedMark = 0xFF;
+
+/// A word that is read in text files, in each spelling and encoding it may have. The Chinese ones are the UTF-8 and the
+/// GBK bytes of the same characters, simplified and traditional.
+template<typename Meaning>
+struct Word
+{
+    std::string_view text;
+    Meaning meaning;
+};
+
+/// The frame type; true: extended.
+constexpr Word<bool> TypeWords[] = {
+    {"Standard", false},
+    {"\xE6\xA0\x87\xE5\x87\x86\xE5\xB8\xA7", false},
+    {"\xB1\xEA\xD7\xBC\xD6\xA1", false},
+    {"\xE6\xA8\x99\xE6\xBA\x96\xE5\xB9\x80", false},
+    {"\x98\xCB\x9C\xCA\x8E\xAC", false},
+    {"Extend", true},
+    {"Extended", true},
+    {"\xE6\x89\xA9\xE5\xB1\x95\xE5\xB8\xA7", true},
+    {"\xC0\xA9\xD5\xB9\xD6\xA1", true},
+    {"\xE6\x93\xB4\xE5\xB1\x95\xE5\xB9\x80", true},
+    {"\x94\x55\xD5\xB9\x8E\xAC", true},
+};
+/// The protocol; any other word stands for classic CAN.
+constexpr Word<FrameHead::Protocol> ProtocolWords[] = {
+    {"CANFD", FrameHead::CANFD},
+    {"CANFD Speed", FrameHead::CANFDSpeed},
+    {"CANFD\xE5\x8A\xA0\xE9\x80\x9F", FrameHead::CANFDSpeed},
+    {"CANFD\xBC\xD3\xCB\xD9", FrameHead::CANFDSpeed},
+};
 
 #pragma pack(push, 1)
 /// What stands before a payload of length bytes in .canfd files, little-endian.

@@ -1,5 +1,6 @@
 #include "capture/CaptureLine.h"
 
+#include "capture/CaptureFormat.h"
 #include "capture/CaptureFrames.h"
 #include "capture/FrameRecord.h"
 
@@ -11,65 +12,33 @@
 
 namespace {
 
-constexpr int NoDigit = -1;
-
-constexpr int digitOf(char c)
-{
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    if (c >= 'A' && c <= 'F') {
-        return c - 'A' + 10;
-    }
-    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : NoDigit;
-}
+constexpr quint8 NoDigit = 0xFF;
 
 /// Value of each byte as a hexadecimal digit, or NoDigit.
 constexpr auto Digits = [] {
-    std::array<signed char, 256> digits{};
-    for (std::size_t i = 0; i < digits.size(); ++i) {
-        digits[i] = static_cast<signed char>(digitOf(static_cast<char>(i)));
+    std::array<quint8, 256> digits{};
+    for (quint8 &digit : digits) {
+        digit = NoDigit;
+    }
+    for (quint8 value = 0; value < 16; ++value) {
+        digits[static_cast<uchar>("0123456789ABCDEF"[value])] = value;
+        digits[static_cast<uchar>("0123456789abcdef"[value])] = value;
     }
     return digits;
 }();
-
-int hexDigit(char c)
-{
-    return Digits[static_cast<uchar>(c)];
-}
 
 bool isAscii(char c)
 {
     return static_cast<uchar>(c) < 0x80;
 }
 
-// The words in each spelling and encoding they may have. The Chinese ones are the UTF-8 and the GBK bytes of the same
-// characters, simplified and traditional.
-constexpr std::string_view StandardWords[] = {
-    "Standard",
-    "\xE6\xA0\x87\xE5\x87\x86\xE5\xB8\xA7",
-    "\xB1\xEA\xD7\xBC\xD6\xA1",
-    "\xE6\xA8\x99\xE6\xBA\x96\xE5\xB9\x80",
-    "\x98\xCB\x9C\xCA\x8E\xAC",
-};
-constexpr std::string_view ExtendedWords[] = {
-    "Extend",
-    "Extended",
-    "\xE6\x89\xA9\xE5\xB1\x95\xE5\xB8\xA7",
-    "\xC0\xA9\xD5\xB9\xD6\xA1",
-    "\xE6\x93\xB4\xE5\xB1\x95\xE5\xB9\x80",
-    "\x94\x55\xD5\xB9\x8E\xAC",
-};
-constexpr std::string_view FdSpeedWords[] = {
-    "CANFD Speed",
-    "CANFD\xE5\x8A\xA0\xE9\x80\x9F",
-    "CANFD\xBC\xD3\xCB\xD9",
-};
-
-template<std::size_t Count>
-bool isOneOf(std::string_view text, const std::string_view (&words)[Count])
+/// What a word means; nothing when it is none of the table.
+template<typename Word, std::size_t Count>
+auto meaningOf(std::string_view text, const Word (&words)[Count])
 {
-    return std::find(std::begin(words), std::end(words), text) != std::end(words);
+    const auto *const word =
+        std::find_if(std::begin(words), std::end(words), [text](const Word &w) { return w.text == text; });
+    return word != std::end(words) ? std::optional(word->meaning) : std::nullopt;
 }
 
 /// Like text.find() for a separator that is one character, or the same one several times.
@@ -201,9 +170,9 @@ public:
     bool isFull() const { return m_count == 2 * CaptureLine::MaxData; }
     void take(char c)
     {
-        const int digit = hexDigit(c);
+        const quint8 digit = Digits[static_cast<uchar>(c)];
         if (digit != NoDigit && !isFull()) {
-            m_value = m_value << 4U | static_cast<quint64>(digit);
+            m_value = m_value << 4U | digit;
             ++m_count;
         }
     }
@@ -243,27 +212,10 @@ void readPayload(std::string_view cell, CaptureLine &line)
     digits.store(line);
 }
 
-/// Whether the word says extended (true) or standard (false).
-std::optional<bool> extendedFromWord(std::string_view word)
-{
-    if (isOneOf(word, StandardWords)) {
-        return false;
-    }
-    return isOneOf(word, ExtendedWords) ? std::optional<bool>(true) : std::nullopt;
-}
-
-quint32 protocolFromWord(std::string_view word)
-{
-    if (word == "CANFD") {
-        return FrameRecord::CANFD;
-    }
-    return isOneOf(word, FdSpeedWords) ? FrameRecord::CANFDSpeed : FrameRecord::CAN;
-}
-
 std::optional<CaptureLine> toLine(std::string_view id, std::string_view type, quint32 protocol, std::string_view data)
 {
     const std::optional<quint32> number = hexNumber(id);
-    const std::optional<bool> isExtended = extendedFromWord(type);
+    const std::optional<bool> isExtended = meaningOf(type, CaptureLayout::TypeWords);
     if (!number || !isExtended) {
         return std::nullopt;
     }
@@ -282,7 +234,8 @@ std::optional<CaptureLine> CaptureLine::own(std::string_view line, std::string_v
     if (cells.count < Cells::Head) {
         return std::nullopt; // without a type
     }
-    return toLine(cells.head[4], cells.head[7], protocolFromWord(cells.head[5]), cells.fromEnd(1));
+    const auto protocol = meaningOf(cells.head[5], CaptureLayout::ProtocolWords).value_or(FrameRecord::CAN);
+    return toLine(cells.head[4], cells.head[7], protocol, cells.fromEnd(1));
 }
 
 std::optional<CaptureLine> CaptureLine::foreign(std::string_view line, std::string_view separator)

@@ -974,6 +974,9 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
         <source>Communication error</source>
         <translation>通信错误</translation>
     </message>
+</context>
+<context>
+    <name>LINTablePage</name>
     <message>
         <source>Csv File(*.csv)</source>
         <translation>CSV文件(*.csv)</translation>

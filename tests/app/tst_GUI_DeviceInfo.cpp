@@ -278,7 +278,6 @@ void tst_GUI_DeviceInfo::look()
     open(serverArguments());
     QCOMPARE(m_dialog->windowTitle(), QStringLiteral("About Device"));
     QCOMPARE(m_dialog->styleSheet(), QStringLiteral("QDialog{background-color:rgb(255 , 255 , 255);}"));
-    QVERIFY(!m_dialog->windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
     QCOMPARE(find<QLabel>("label_productSN")->text(), QStringLiteral("Product SN："));
     QCOMPARE(find<QLabel>("lbl_productSN")->text(), QStringLiteral("SN123"));
     QCOMPARE(find<QLabel>("label_firmware")->text(), QStringLiteral("Firmware version:"));
