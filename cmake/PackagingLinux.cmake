@@ -68,7 +68,7 @@ x9_install_gzipped("${x9_linux}/x9can-demo.1" DESTINATION share/man/man1 NAME x9
 install(FILES "${x9_linux}/copyright" DESTINATION ${x9_doc_folder})
 install(DIRECTORY docs/ DESTINATION ${x9_doc_folder}
         FILES_MATCHING REGEX "/(guide|formats|virtual-adapter)[^/]*\\.md$|/screenshots/[^/]*\\.png$")
-install(FILES "${PROJECT_SOURCE_DIR}/adapter/example.virtual-adapter.json" DESTINATION ${x9_doc_folder}/examples
+install(FILES "${PROJECT_SOURCE_DIR}/adapter/virtual/example.virtual-adapter.json" DESTINATION ${x9_doc_folder}/examples
         RENAME virtual-adapter.json)
 
 add_custom_target(x9_linux_files ALL DEPENDS ${x9_linux_files})

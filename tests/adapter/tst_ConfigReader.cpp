@@ -1,5 +1,5 @@
-#include "adapter/AdapterConfig.h"
-#include "adapter/ConfigReader.h"
+#include "adapter/virtual/AdapterConfig.h"
+#include "adapter/virtual/ConfigReader.h"
 #include "adapter/JsonTree.h"
 #include "tests/support/TestProgram.h"
 

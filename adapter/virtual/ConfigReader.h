@@ -1,7 +1,8 @@
 #pragma once
 
-#include "adapter/AdapterConfig.h"
 #include "adapter/ConfigError.h"
+#include "adapter/ConfigText.h"
+#include "adapter/virtual/AdapterConfig.h"
 
 #include <cstddef>
 #include <string>
@@ -13,9 +14,6 @@ namespace va {
 std::variant<AdapterConfig, ConfigError> readConfig(const std::string &text);
 
 constexpr const char *ConfigFileName = "virtual-adapter.json";
-/// Larger files are refused without being read.
-constexpr std::size_t MaxConfigFileSize = std::size_t{1024} * 1024;
-
 struct LoadedConfig
 {
     AdapterConfig config;

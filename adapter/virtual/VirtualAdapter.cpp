@@ -1,38 +1,15 @@
-#include "adapter/VirtualAdapter.h"
+#include "adapter/virtual/VirtualAdapter.h"
 
+#include "adapter/AdapterAnswers.h"
 #include "adapter/FrameRecords.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string_view>
-#include <type_traits>
 #include <utility>
 
 namespace va {
 
-namespace {
-
 using AdapterEntry::u32;
-
-constexpr u32 Refused = 0;
-/// More frames in one transmit call than any caller means are refused.
-constexpr u32 MaxTransmitCount = 1000000;
-
-template<class Record>
-constexpr bool isFd = std::is_same_v<Record, VCI_CANFD_OBJ>;
-
-constexpr u32 answer(bool done)
-{
-    return done ? AdapterSuccess : Refused;
-}
-
-void copyInfo(char *buffer, const std::string &text)
-{
-    std::memset(buffer, 0, AdapterInfoSize);
-    text.copy(buffer, AdapterInfoSize - 1);
-}
-
-} // namespace
 
 /// One call of the entry point of this name: waits out a configured delay, then holds the lock until the call is done.
 class VirtualAdapter::Call
@@ -126,7 +103,7 @@ u32 VirtualAdapter::openDevice(u32 type, u8 dev)
 {
     const Call call(*this, "VCI_OpenDevice", type, dev);
     if (!call.isPresent() || call.isOpen() || call.config().faults.openRefused) {
-        return Refused;
+        return AdapterRefused;
     }
     Device &device = call.device();
     const DeviceFaults &faults = call.config().faults;
@@ -142,7 +119,7 @@ u32 VirtualAdapter::closeDevice(u32 type, u8 dev)
 {
     const Call call(*this, "VCI_CloseDevice", type, dev);
     if (!call.isOpen()) {
-        return Refused;
+        return AdapterRefused;
     }
     shutDevice(dev, call.nowNs());
     return AdapterSuccess;
@@ -153,7 +130,7 @@ u32 VirtualAdapter::readInfo(u32 type, u8 dev, char *serial, char *model, char *
     const Call call(*this, "KQ_ReadInfo", type, dev);
     const bool hasBuffers = serial != nullptr && model != nullptr && firmware != nullptr && hardware != nullptr;
     if (!call.isOpen() || !hasBuffers || call.config().faults.infoRefused) {
-        return Refused;
+        return AdapterRefused;
     }
     copyInfo(serial, call.config().serial);
     copyInfo(model, call.config().model);
@@ -166,11 +143,10 @@ u32 VirtualAdapter::initCan(u32 type, u8 dev, u8 ch, const VCI_INIT_CONFIG *conf
 {
     const Call call(*this, "VCI_InitCAN", type, dev);
     if (config == nullptr || !call.reachesCan(ch) || call.config().can[ch].faults.initRefused) {
-        return Refused;
+        return AdapterRefused;
     }
-    const bool wantsFd = ((config->Mode >> AdapterModeDataRateShift) & AdapterModeDataRateMask) != 0;
-    if (wantsFd && !call.config().hasCanFd()) {
-        return Refused;
+    if (dataRateIndex(*config) != 0 && !call.config().hasCanFd()) {
+        return AdapterRefused;
     }
     m_can.init(call.channel(ch), *config);
     return AdapterSuccess;
@@ -180,7 +156,7 @@ u32 VirtualAdapter::startCan(u32 type, u8 dev, u8 ch)
 {
     const Call call(*this, "VCI_StartCAN", type, dev);
     if (!call.reachesCan(ch) || call.config().can[ch].faults.startRefused) {
-        return Refused;
+        return AdapterRefused;
     }
     // Starting a second channel may switch a gateway on: every bus has to stand at the same time then.
     m_can.catchUpAll(call.nowNs());
@@ -212,12 +188,12 @@ u32 VirtualAdapter::clearBuffer(u32 type, u8 dev, u8 ch)
 template<class Record>
 u32 VirtualAdapter::receiveNum(u32 type, u8 dev, u8 ch)
 {
-    const Call call(*this, isFd<Record> ? "KQ_GetReceiveNumCANFD" : "VCI_GetReceiveNum", type, dev);
+    const Call call(*this, isFdRecord<Record> ? "KQ_GetReceiveNumCANFD" : "VCI_GetReceiveNum", type, dev);
     if (!call.reachesCan(ch)) {
         return 0;
     }
     const CanChannel &channel = m_can.channel(call.channel(ch));
-    return channel.isFd() == isFd<Record> ? static_cast<u32>(channel.queue().size()) : 0;
+    return channel.isFd() == isFdRecord<Record> ? static_cast<u32>(channel.queue().size()) : 0;
 }
 template u32 VirtualAdapter::receiveNum<VCI_CAN_OBJ>(u32, u8, u8);
 template u32 VirtualAdapter::receiveNum<VCI_CANFD_OBJ>(u32, u8, u8);
@@ -225,10 +201,10 @@ template u32 VirtualAdapter::receiveNum<VCI_CANFD_OBJ>(u32, u8, u8);
 template<class Record>
 u32 VirtualAdapter::transmit(u32 type, u8 dev, u8 ch, const Record *frames, u32 count)
 {
-    const Call call(*this, isFd<Record> ? "KQ_TransmitCANFD" : "VCI_Transmit", type, dev);
+    const Call call(*this, isFdRecord<Record> ? "KQ_TransmitCANFD" : "VCI_Transmit", type, dev);
     const ChannelNumber channel = call.channel(ch);
     if (frames == nullptr || count > MaxTransmitCount || !call.reachesCan(ch) ||
-        m_can.channel(channel).isFd() != isFd<Record>) {
+        m_can.channel(channel).isFd() != isFdRecord<Record>) {
         return 0;
     }
     const u32 most = std::min(count, call.config().can[ch].faults.transmitAccept.value_or(count));
@@ -245,11 +221,11 @@ template u32 VirtualAdapter::transmit(u32, u8, u8, const VCI_CANFD_OBJ *, u32);
 template<class Record>
 u32 VirtualAdapter::receive(u32 type, u8 dev, u8 ch, Record *frames, u32 capacity)
 {
-    const Call call(*this, isFd<Record> ? "KQ_ReceiveCANFD" : "VCI_Receive", type, dev);
+    const Call call(*this, isFdRecord<Record> ? "KQ_ReceiveCANFD" : "VCI_Receive", type, dev);
     if (call.hasVanished() && ch < ChannelsPerDevice) {
         return AdapterReceiveError;
     }
-    if (frames == nullptr || !call.reachesCan(ch) || m_can.channel(call.channel(ch)).isFd() != isFd<Record>) {
+    if (frames == nullptr || !call.reachesCan(ch) || m_can.channel(call.channel(ch)).isFd() != isFdRecord<Record>) {
         return 0;
     }
     const u32 failEvery = call.config().can[ch].faults.receiveErrorEvery;
@@ -276,14 +252,13 @@ u32 VirtualAdapter::overflowNum(u32 type, u8 dev, u8 ch)
 u32 VirtualAdapter::switchGateway(u32 type, u8 dev, u8 operation, u32 *state)
 {
     const Call call(*this, "KQ_OpenCANGateWay", type, dev);
-    const bool isKnown =
-        operation == AdapterGatewayOff || operation == AdapterGatewayOn || operation == AdapterGatewayQuery;
-    if (state == nullptr || !isKnown || !call.isOpen() || call.config().faults.gatewayRefused) {
-        return Refused;
+    const std::optional<GatewayOperation> asked = gatewayOperation(operation);
+    if (state == nullptr || !asked || !call.isOpen() || call.config().faults.gatewayRefused) {
+        return AdapterRefused;
     }
     m_can.catchUpAll(call.nowNs());
-    if (operation != AdapterGatewayQuery && !m_can.switchGateway(dev, operation == AdapterGatewayOn)) {
-        return Refused;
+    if (asked != GatewayOperation::Query && !m_can.switchGateway(dev, asked == GatewayOperation::On)) {
+        return AdapterRefused;
     }
     *state = m_can.isGatewayOn(dev) ? 1 : 0;
     return AdapterSuccess;
@@ -292,24 +267,15 @@ u32 VirtualAdapter::switchGateway(u32 type, u8 dev, u8 operation, u32 *state)
 u32 VirtualAdapter::setGatewayFilter(u32 type, u8 dev, u8 ch, const u32 *ids, u32 count)
 {
     const Call call(*this, "KQ_SetCANGateWayIDFilter", type, dev);
-    if ((ids == nullptr && count > 0) || count > AdapterGatewayMaxIds || !call.reachesCan(ch) ||
-        call.config().faults.gatewayRefused) {
-        return Refused;
-    }
-    m_can.setGatewayList(call.channel(ch), count == 0 ? std::vector<u32>() : std::vector<u32>(ids, ids + count));
-    return AdapterSuccess;
+    return answer(call.reachesCan(ch) && !call.config().faults.gatewayRefused &&
+                  m_can.setGatewayList(call.channel(ch), ids, count));
 }
 
 u32 VirtualAdapter::gatewayFilter(u32 type, u8 dev, u8 ch, u32 *ids, u32 *count)
 {
     const Call call(*this, "KQ_GetCANGateWayIDFilter", type, dev);
-    if (ids == nullptr || count == nullptr || !call.reachesCan(ch) || call.config().faults.gatewayRefused) {
-        return Refused;
-    }
-    const std::vector<u32> &list = m_can.gatewayList(call.channel(ch));
-    std::copy(list.begin(), list.end(), ids);
-    *count = static_cast<u32>(list.size());
-    return AdapterSuccess;
+    return answer(call.reachesCan(ch) && !call.config().faults.gatewayRefused &&
+                  m_can.gatewayList(call.channel(ch)).get(ids, count));
 }
 
 u32 VirtualAdapter::openLin(u32 type, u8 dev, u8 ch, u16 baudRate, u8 checksum)
@@ -329,7 +295,7 @@ u32 VirtualAdapter::changeLinMode(u32 type, u8 dev, u8 ch, u8 mode)
 {
     const Call call(*this, "KQ_ChangeLINMode", type, dev);
     if (!call.reachesLin(ch)) {
-        return Refused;
+        return AdapterRefused;
     }
     const std::vector<u8> &refused = call.config().lin[ch].faults.modeRefused;
     const bool isAllowed = std::find(refused.begin(), refused.end(), mode) == refused.end();

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "adapter/AcceptanceFilter.h"
-#include "adapter/AdapterConfig.h"
 #include "adapter/CanFrame.h"
 #include "adapter/FrameQueue.h"
+#include "adapter/virtual/AdapterConfig.h"
 #include "device/AdapterRecords.h"
 
 #include <cstddef>

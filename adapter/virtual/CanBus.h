@@ -1,8 +1,8 @@
 #pragma once
 
-#include "adapter/AdapterConfig.h"
 #include "adapter/CanFrame.h"
-#include "adapter/CyclicSchedule.h"
+#include "adapter/virtual/AdapterConfig.h"
+#include "adapter/virtual/CyclicSchedule.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,4 +1,6 @@
-#include "adapter/CanChannel.h"
+#include "adapter/virtual/CanChannel.h"
+
+#include "adapter/AdapterAnswers.h"
 
 namespace va {
 
@@ -21,8 +23,8 @@ void CanChannel::init(const VCI_INIT_CONFIG &config)
     m_acceptsAll = m_filter.acceptsEverything();
     m_timing0 = config.Timing0;
     m_timing1 = config.Timing1;
-    m_dataRate = static_cast<std::uint8_t>((config.Mode >> AdapterModeDataRateShift) & AdapterModeDataRateMask);
-    m_listenOnly = (config.Mode & AdapterModeListenOnly) != 0;
+    m_dataRate = dataRateIndex(config);
+    m_listenOnly = isListenOnly(config);
     m_initialised = true;
 }
 

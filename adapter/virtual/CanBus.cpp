@@ -1,4 +1,4 @@
-#include "adapter/CanBus.h"
+#include "adapter/virtual/CanBus.h"
 
 #include <algorithm>
 

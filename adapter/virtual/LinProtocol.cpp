@@ -1,4 +1,4 @@
-#include "adapter/LinProtocol.h"
+#include "adapter/virtual/LinProtocol.h"
 
 namespace va {
 

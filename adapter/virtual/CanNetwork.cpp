@@ -1,4 +1,4 @@
-#include "adapter/CanNetwork.h"
+#include "adapter/virtual/CanNetwork.h"
 
 #include <algorithm>
 #include <utility>
@@ -10,11 +10,6 @@ namespace {
 constexpr std::uint64_t bitOf(std::size_t bus)
 {
     return std::uint64_t{1} << bus; // a configuration has at most 64 buses
-}
-
-std::uint32_t gatewayEntry(const CanFrame &frame)
-{
-    return (frame.id << 3U) | (frame.extended ? 2U : 0U) | 1U;
 }
 
 } // namespace
@@ -175,9 +170,7 @@ std::size_t CanNetwork::forwardTarget(ChannelNumber from, const CanFrame &frame,
         !m_channels[peer].canSend(frame)) {
         return NoBus;
     }
-    const std::vector<std::uint32_t> &list = gatewayList(from);
-    const bool passes = list.empty() || std::find(list.begin(), list.end(), gatewayEntry(frame)) != list.end();
-    return passes ? target : NoBus;
+    return gatewayList(from).passes(frame) ? target : NoBus;
 }
 
 void CanNetwork::init(ChannelNumber channel, const VCI_INIT_CONFIG &config)
@@ -243,13 +236,13 @@ bool CanNetwork::switchGateway(std::size_t device, bool on)
     return true;
 }
 
-void CanNetwork::setGatewayList(ChannelNumber channel, std::vector<std::uint32_t> entries)
+bool CanNetwork::setGatewayList(ChannelNumber channel, const std::uint32_t *words, std::uint32_t count)
 {
-    m_gateways[channel / ChannelsPerDevice].lists[channel % ChannelsPerDevice] = std::move(entries);
     ++m_changes;
+    return m_gateways[channel / ChannelsPerDevice].lists[channel % ChannelsPerDevice].set(words, count);
 }
 
-const std::vector<std::uint32_t> &CanNetwork::gatewayList(ChannelNumber channel) const
+const GatewayList &CanNetwork::gatewayList(ChannelNumber channel) const
 {
     return m_gateways[channel / ChannelsPerDevice].lists[channel % ChannelsPerDevice];
 }

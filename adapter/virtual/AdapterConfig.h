@@ -1,8 +1,8 @@
 #pragma once
 
 #include "adapter/CanFrame.h"
-#include "adapter/CyclicSchedule.h"
-#include "adapter/Payload.h"
+#include "adapter/virtual/CyclicSchedule.h"
+#include "adapter/virtual/Payload.h"
 #include "device/AdapterRecords.h"
 
 #include <array>

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "adapter/AdapterConfig.h"
-#include "adapter/CanBus.h"
-#include "adapter/CanChannel.h"
+#include "adapter/GatewayList.h"
+#include "adapter/virtual/AdapterConfig.h"
+#include "adapter/virtual/CanBus.h"
+#include "adapter/virtual/CanChannel.h"
 
 #include <array>
 #include <cstddef>
@@ -48,15 +49,15 @@ public:
     /// Switches a device's gateway; false when it should go on and not both channels are started.
     bool switchGateway(std::size_t device, bool on);
     bool isGatewayOn(std::size_t device) const { return m_gateways[device].isOn; }
-    /// Entries (identifier x 8 + type x 2 + 1) that frames received by the channel must match to be forwarded.
-    void setGatewayList(ChannelNumber channel, std::vector<std::uint32_t> entries);
-    const std::vector<std::uint32_t> &gatewayList(ChannelNumber channel) const;
+    /// The list that frames received by the channel must pass to be forwarded. False as in GatewayList::set().
+    bool setGatewayList(ChannelNumber channel, const std::uint32_t *words, std::uint32_t count);
+    const GatewayList &gatewayList(ChannelNumber channel) const;
 
 private:
     struct Gateway
     {
         bool isOn = false;
-        std::array<std::vector<std::uint32_t>, ChannelsPerDevice> lists;
+        std::array<GatewayList, ChannelsPerDevice> lists;
     };
     struct BusState
     {

@@ -1,12 +1,11 @@
-#include "adapter/ConfigReader.h"
+#include "adapter/virtual/ConfigReader.h"
 
-#include "adapter/BuiltInConfig.h"
 #include "adapter/BusTiming.h"
+#include "adapter/ConfigText.h"
 #include "adapter/ConfigValue.h"
+#include "adapter/virtual/BuiltInConfig.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <utility>
 
 namespace va {
@@ -386,16 +385,6 @@ LoadedConfig refused(const std::string &path, const ConfigError &error)
     return {builtInConfig(), "virtual adapter: " + error.message(path) + Consequence};
 }
 
-/// Reads at most one byte more than allowed, so that a file that grows meanwhile is still found too large.
-bool readText(const std::string &path, std::string &text)
-{
-    std::ifstream file(path, std::ios::binary);
-    text.resize(MaxConfigFileSize + 1);
-    file.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(file.gcount()));
-    return !file.bad() && (file.eof() || file.good());
-}
-
 } // namespace
 
 std::variant<AdapterConfig, ConfigError> readConfig(const std::string &text)
@@ -410,20 +399,14 @@ std::variant<AdapterConfig, ConfigError> readConfig(const std::string &text)
 
 LoadedConfig loadConfig(const std::string &path)
 {
-    std::error_code failure;
-    const std::filesystem::file_status status = std::filesystem::status(path, failure);
-    if (status.type() == std::filesystem::file_type::not_found) {
+    const ConfigText text = readConfigText(path);
+    if (const auto *problem = std::get_if<ConfigError>(&text)) {
+        return refused(path, *problem);
+    }
+    if (std::holds_alternative<NoConfigFile>(text)) {
         return {builtInConfig(), {}};
     }
-    std::string text;
-    // Anything but a plain file (a pipe, a device) could block for ever.
-    if (!std::filesystem::is_regular_file(status) || !readText(path, text)) {
-        return refused(path, {1, {}, "cannot be read"});
-    }
-    if (text.size() > MaxConfigFileSize) {
-        return refused(path, {1, {}, "larger than " + std::to_string(MaxConfigFileSize) + " bytes"});
-    }
-    std::variant<AdapterConfig, ConfigError> result = readConfig(text);
+    std::variant<AdapterConfig, ConfigError> result = readConfig(std::get<std::string>(text));
     if (const auto *error = std::get_if<ConfigError>(&result)) {
         return refused(path, *error);
     }

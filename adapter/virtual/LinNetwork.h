@@ -1,7 +1,7 @@
 #pragma once
 
-#include "adapter/AdapterConfig.h"
-#include "adapter/CyclicSchedule.h"
+#include "adapter/virtual/AdapterConfig.h"
+#include "adapter/virtual/CyclicSchedule.h"
 #include "device/AdapterRecords.h"
 
 #include <array>

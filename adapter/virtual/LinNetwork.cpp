@@ -1,7 +1,7 @@
-#include "adapter/LinNetwork.h"
+#include "adapter/virtual/LinNetwork.h"
 
-#include "adapter/LinProtocol.h"
-#include "adapter/Payload.h"
+#include "adapter/virtual/LinProtocol.h"
+#include "adapter/virtual/Payload.h"
 
 #include <algorithm>
 
