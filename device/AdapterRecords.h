@@ -27,6 +27,8 @@ constexpr std::uint32_t AdapterReceiveError = 0xFFFFFFFFU;
 constexpr std::int32_t AdapterReceiveWaitMs = 3000;
 /// Size of each of the four text buffers of KQ_ReadInfo, in bytes.
 constexpr std::size_t AdapterInfoSize = 80;
+/// Size of each of the two texts of VCI_ERR_INFO, in bytes.
+constexpr std::size_t AdapterProblemSize = 160;
 /// KQ_OpenCANGateWay: what to do.
 constexpr std::uint8_t AdapterGatewayOff = 0;
 constexpr std::uint8_t AdapterGatewayOn = 1;
@@ -90,16 +92,16 @@ struct VCI_LIN_OBJ
 /// was started.
 struct VCI_ERR_INFO
 {
-    std::uint32_t ErrCode;        ///< an AdapterProblemCode: why the channel did not open last
-    std::uint32_t SystemLost;     ///< received frames that the system dropped before the library read them
-    std::uint32_t BufferLost;     ///< received frames that found the channel's buffer full
-    std::uint32_t Refused;        ///< frames to be sent that were not taken
-    std::uint32_t GatewayLost;    ///< frames that the gateway could not send on
-    std::uint32_t ErrorFrames;    ///< reports of the controller: bus errors, error states
-    std::uint32_t BusOff;         ///< how often the controller went off the bus
-    std::uint32_t Restarts;       ///< how often it came back
-    char Text[AdapterInfoSize];   ///< about ErrCode, in English, zero-terminated: what stands in the way
-    char Remedy[AdapterInfoSize]; ///< a command that would help, zero-terminated; empty when there is none
+    std::uint32_t ErrCode;           ///< an AdapterProblemCode: why the channel did not open last
+    std::uint32_t SystemLost;        ///< received frames that the system dropped before the library read them
+    std::uint32_t BufferLost;        ///< received frames that found the channel's buffer full
+    std::uint32_t Refused;           ///< frames to be sent that were not taken
+    std::uint32_t GatewayLost;       ///< frames that the gateway could not send on
+    std::uint32_t ErrorFrames;       ///< reports of the controller: bus errors, error states
+    std::uint32_t BusOff;            ///< how often the controller went off the bus
+    std::uint32_t Restarts;          ///< how often it came back
+    char Text[AdapterProblemSize];   ///< about ErrCode, in English, zero-terminated: what stands in the way
+    char Remedy[AdapterProblemSize]; ///< a command that would help, zero-terminated; empty when there is none
 };
 
 #pragma pack(pop)
@@ -130,7 +132,7 @@ constexpr bool isPlainRecord()
     return alignof(Record) == 1 && std::is_trivially_copyable_v<Record> && std::is_standard_layout_v<Record>;
 }
 static_assert(isPlainRecord<VCI_CAN_OBJ>() && isPlainRecord<VCI_CANFD_OBJ>() && isPlainRecord<VCI_INIT_CONFIG>() &&
-              isPlainRecord<VCI_LIN_OBJ>() && isPlainRecord<VCI_ERR_INFO>() && sizeof(VCI_ERR_INFO) == 192);
+              isPlainRecord<VCI_LIN_OBJ>() && isPlainRecord<VCI_ERR_INFO>() && sizeof(VCI_ERR_INFO) == 352);
 
 /// Bits of VCI_INIT_CONFIG::Mode.
 constexpr std::uint8_t AdapterModeListenOnly = 0x01;
