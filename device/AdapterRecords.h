@@ -27,6 +27,9 @@ constexpr std::uint32_t AdapterReceiveError = 0xFFFFFFFFU;
 constexpr std::int32_t AdapterReceiveWaitMs = 3000;
 /// Size of each of the four text buffers of KQ_ReadInfo, in bytes.
 constexpr std::size_t AdapterInfoSize = 80;
+/// What the model text ends with when the adapter is one of Linux's own CAN interfaces, of any maker: there is no
+/// firmware for it.
+constexpr const char *AdapterForeignModel = "SocketCAN";
 /// Size of each of the two texts of VCI_ERR_INFO, in bytes.
 constexpr std::size_t AdapterProblemSize = 160;
 /// KQ_OpenCANGateWay: what to do.
