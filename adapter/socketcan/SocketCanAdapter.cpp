@@ -198,7 +198,7 @@ u32 SocketCanAdapter::readInfo(u32 type, u8 dev, char *serial, char *model, char
     }
     const bool isFd = std::any_of(links.begin(), links.end(), [](const Link &link) { return link.canFd; });
     va::copyInfo(serial, names);
-    va::copyInfo(model, isFd ? "X9FC SocketCAN" : "X9EC SocketCAN");
+    va::copyInfo(model, std::string(isFd ? "X9FC " : "X9EC ") + AdapterForeignModel);
     // What follows the first letter is no number, so it is never older than a published version.
     va::copyInfo(firmware, "Linux " + m_system.release());
     va::copyInfo(hardware, "SocketCAN");
