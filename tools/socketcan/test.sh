@@ -17,4 +17,4 @@ cmake --build --preset release -j "$(nproc)" --target socketcan_tests ControlCAN
 
 out=$(mktemp -d)
 trap 'rm -rf "$out"' EXIT
-vm_run tools/socketcan/in-vm.sh "$out" 300
+vm_run tools/socketcan/in-vm.sh "$out" 900
