@@ -88,6 +88,7 @@ InterfaceMap SocketCanAdapter::currentMap(const std::vector<Link> &links) const
         return *m_map;
     }
     std::vector<std::string> names;
+    names.reserve(links.size());
     for (const Link &link : links) {
         names.push_back(link.name);
     }

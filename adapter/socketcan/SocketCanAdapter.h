@@ -70,7 +70,7 @@ private:
     std::shared_ptr<RunningChannel> runningChannel(u32 type, u8 dev, u8 ch);
     std::variant<Links::Ready, Problem> prepare(const std::string &interface, const VCI_INIT_CONFIG &config);
     void stop(Device &device, Channel &channel);
-    void setGateway(Device &device, bool isOn);
+    static void setGateway(Device &device, bool isOn);
     bool isAlive(const Device &device, std::vector<Link> &present) const;
     void note(u8 dev, u8 ch, Problem problem);
     template<class Record>

@@ -139,6 +139,9 @@ void tst_LinkMessages::othersAreLeftOut_data()
     QTest::newRow("an interface that goes") << QByteArray("30000000 1100 0200 01000000 00000000"
                                                           "0000 1801 02000000 01000000 00000000"
                                                           "0900 0300 63616e30 00000000");
+    QTest::newRow("a name that leads out of the message") << QByteArray("2c000000 1000 0200 01000000 00000000"
+                                                                        "0000 1801 02000000 01000000 00000000"
+                                                                        "ff00 0300 63616e30 00000000");
     QTest::newRow("no name") << QByteArray("20000000 1000 0200 01000000 00000000"
                                            "0000 1801 02000000 01000000 00000000");
 }

@@ -102,6 +102,7 @@ private slots:
     static void badRecordsStopTheCall();
     static void listenOnlySendsNothing();
     static void gateway();
+    static void gatewayWaitsForRoom();
     static void gatewayLists();
     static void stoppingDropsWhatWaits();
     static void refusedInitTellsWhy();
@@ -280,6 +281,27 @@ void tst_SocketCanAdapter::gateway()
     bench.adapter->resetCan(Type, 0, 1);
     QCOMPARE(bench.adapter->switchGateway(Type, 0, AdapterGatewayQuery, &state), 1U);
     QCOMPARE(state, 0U);
+}
+
+/// The other side takes nothing for a while: what was forwarded comes then, all of it and in order.
+void tst_SocketCanAdapter::gatewayWaitsForRoom()
+{
+    Bench bench({canLink("can0"), canLink("can1")});
+    QVERIFY(bench.start(0, 0) && bench.start(0, 1));
+    std::uint32_t state = 0;
+    QCOMPARE(bench.adapter->switchGateway(Type, 0, AdapterGatewayOn, &state), 1U);
+    QList<QByteArray> wanted;
+    for (int i = 0; i < 1500; ++i) {
+        const QByteArray frame = QByteArray::number(i, 16).toUpper().rightJustified(3, '0') + "#11";
+        while (bench.system.far("can0")->write(frameOf(frame)) != 0) {
+            QThread::msleep(1);
+        }
+        wanted.append(frame);
+    }
+    QTRY_COMPARE(bench.adapter->receiveNumCan(Type, 0, 0), 1500U);
+    QTRY_COMPARE(bench.sent("can1").size(), 1500);
+    QCOMPARE(bench.sent("can1"), wanted);
+    QCOMPARE(bench.errors(0, 1).GatewayLost, 0U);
 }
 
 void tst_SocketCanAdapter::gatewayLists()
