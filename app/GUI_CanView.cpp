@@ -158,7 +158,8 @@ bool GUI_CanViewPrivate::openTab(const ChannelParam &param, const QString &proto
 {
     auto opened = std::make_unique<Tab>(param, *m_communication, q);
     if (opened->openResult() != CAN_OK) {
-        q->slot_showMessageBox(channelOpenProblem(opened->openResult(), param), MessageCritical);
+        const ChannelProblem reason = m_communication->channelProblem(param.device, param.channel);
+        q->slot_showMessageBox(channelOpenProblem(opened->openResult(), param, reason), MessageCritical);
         return false;
     }
     Tab *tab = opened.release();

@@ -21,7 +21,7 @@ endif()
 # Programs
 install(TARGETS X9CAN RUNTIME DESTINATION .)
 install(TARGETS ControlCAN RUNTIME DESTINATION ${x9_adapter_folder})
-install(FILES "${PROJECT_SOURCE_DIR}/adapter/example.virtual-adapter.json" DESTINATION ${x9_adapter_folder})
+install(FILES "${PROJECT_SOURCE_DIR}/adapter/virtual/example.virtual-adapter.json" DESTINATION ${x9_adapter_folder})
 configure_file("${x9_windows}/demo.cmd" "${x9_windows_made}/X9CAN demo.cmd" @ONLY NEWLINE_STYLE DOS)
 install(PROGRAMS "${x9_windows_made}/X9CAN demo.cmd" DESTINATION .)
 

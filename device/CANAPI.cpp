@@ -43,6 +43,9 @@ CANAPI::CANAPI(QString libraryPath)
         return;
     }
     resolveEntries([this](const char *name) { return AdapterLibrary::resolve(m_handle, name); });
+    const auto errInfoSize =
+        reinterpret_cast<AdapterEntry::Unused>(AdapterLibrary::resolve(m_handle, "X9_ErrInfoSize"));
+    m_tellsErrors = VCI_ReadErrInfo != nullptr && errInfoSize != nullptr && errInfoSize() == sizeof(VCI_ERR_INFO);
 }
 
 CANAPI::CANAPI(const EntryLookUp &lookUp)

@@ -130,6 +130,11 @@ bool CANCommunication::isDeviceOpen(quint8 dev) const
     return m_p->devices.find(dev) != nullptr;
 }
 
+ChannelProblem CANCommunication::channelProblem(quint8 dev, quint8 ch) const
+{
+    return readChannelProblem(*m_p->api, dev, ch);
+}
+
 QVector<DevicePresence> CANCommunication::presentDevices()
 {
     QVector<quint8> channels(ChannelsPerDevice);

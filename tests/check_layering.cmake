@@ -21,7 +21,7 @@ set(core_only "device/[^/]*")
 
 set(failures "")
 foreach(folder IN LISTS folders)
-  file(GLOB files "${ROOT}/${folder}/*.h" "${ROOT}/${folder}/*.cpp")
+  file(GLOB files "${ROOT}/${folder}/*.h" "${ROOT}/${folder}/*.cpp" "${ROOT}/${folder}/*/*.h" "${ROOT}/${folder}/*/*.cpp")
   foreach(file IN LISTS files)
     file(RELATIVE_PATH name "${ROOT}" "${file}")
     file(STRINGS "${file}" lines REGEX "^[ \t]*#[ \t]*include[ \t]*[<\"]")

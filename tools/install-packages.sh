@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, check, coverage, docs, fuzz,
-# windows, windows-libraries, windows-qt, wine, wine32, windows-package, package) from Debian's packages, quietly; does nothing
-# when all is there. As root, or through sudo.
+# tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, check, socketcan,
+# coverage, docs, fuzz, windows, windows-libraries, windows-qt, wine, wine32, windows-package, package) from Debian's
+# packages, quietly; does nothing when all is there. As root, or through sudo.
 set -euo pipefail
 
 declare -A packages=(
@@ -9,6 +9,7 @@ declare -A packages=(
            librsvg2-bin icoutils"
   [run]="xvfb xauth fonts-noto-cjk libqt5gui5 qttranslations5-l10n python3 minisign"
   [check]="clang-format clang-tidy"
+  [socketcan]="qemu-system-x86 busybox-static cpio can-utils iproute2 util-linux"
   [coverage]="gcovr python3"
   [docs]="pngquant"
   [fuzz]="clang libclang-rt-14-dev"

@@ -684,6 +684,48 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
         <translation>适配器动态库 %1 是 %2 位的，而本程序是 %3 位的。
 请安装与之对应的程序，即名称中带“%4”的下载文件；或者将适配器的 %3 位动态库放到本程序所在目录，然后重新启动程序。</translation>
     </message>
+    <message>
+        <source>This computer has no CAN interface for it.</source>
+        <translation>本机没有与该通道对应的 CAN 接口。</translation>
+    </message>
+    <message>
+        <source>Its interface runs at another bit rate, which this program may not change.</source>
+        <translation>其接口正以其他波特率运行，本程序无权更改。</translation>
+    </message>
+    <message>
+        <source>Its interface is in another mode, which this program may not change.</source>
+        <translation>其接口处于其他模式，本程序无权更改。</translation>
+    </message>
+    <message>
+        <source>Its interface is down, and this program may not bring it up.</source>
+        <translation>其接口未启用，本程序无权启用。</translation>
+    </message>
+    <message>
+        <source>Its interface has no CAN FD.</source>
+        <translation>其接口不支持 CAN FD。</translation>
+    </message>
+    <message>
+        <source>This bit rate cannot be set.</source>
+        <translation>无法设置此波特率。</translation>
+    </message>
+    <message>
+        <source>This adapter has no LIN.</source>
+        <translation>此适配器不支持 LIN。</translation>
+    </message>
+    <message>
+        <source>The system refused it.</source>
+        <translation>系统拒绝了该操作。</translation>
+    </message>
+    <message>
+        <source>An administrator can help with this command:
+%1</source>
+        <translation>管理员可用以下命令解决：
+%1</translation>
+    </message>
+    <message>
+        <source>Device %1 could not open channel %2.</source>
+        <translation>设备 %1 无法打开通道 %2。</translation>
+    </message>
 </context>
 <context>
     <name>GUI_DeviceInfo</name>

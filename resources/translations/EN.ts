@@ -684,6 +684,48 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
         <translation>The adapter library %1 is a %2-bit one; this is the %3-bit program.
 Install the program that fits: the download with "%4" in its name. Or put the adapter's %3-bit library beside this program and start it again.</translation>
     </message>
+    <message>
+        <source>This computer has no CAN interface for it.</source>
+        <translation>This computer has no CAN interface for it.</translation>
+    </message>
+    <message>
+        <source>Its interface runs at another bit rate, which this program may not change.</source>
+        <translation>Its interface runs at another bit rate, which this program may not change.</translation>
+    </message>
+    <message>
+        <source>Its interface is in another mode, which this program may not change.</source>
+        <translation>Its interface is in another mode, which this program may not change.</translation>
+    </message>
+    <message>
+        <source>Its interface is down, and this program may not bring it up.</source>
+        <translation>Its interface is down, and this program may not bring it up.</translation>
+    </message>
+    <message>
+        <source>Its interface has no CAN FD.</source>
+        <translation>Its interface has no CAN FD.</translation>
+    </message>
+    <message>
+        <source>This bit rate cannot be set.</source>
+        <translation>This bit rate cannot be set.</translation>
+    </message>
+    <message>
+        <source>This adapter has no LIN.</source>
+        <translation>This adapter has no LIN.</translation>
+    </message>
+    <message>
+        <source>The system refused it.</source>
+        <translation>The system refused it.</translation>
+    </message>
+    <message>
+        <source>An administrator can help with this command:
+%1</source>
+        <translation>An administrator can help with this command:
+%1</translation>
+    </message>
+    <message>
+        <source>Device %1 could not open channel %2.</source>
+        <translation>Device %1 could not open channel %2.</translation>
+    </message>
 </context>
 <context>
     <name>GUI_DeviceInfo</name>

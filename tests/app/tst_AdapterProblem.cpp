@@ -20,6 +20,8 @@ private slots:
     static void nothingToTell();
     static void channelThatDoesNotOpen_data();
     static void channelThatDoesNotOpen();
+    static void whatTheLibraryTells_data();
+    static void whatTheLibraryTells();
 };
 
 namespace {
@@ -145,7 +147,43 @@ void tst_AdapterProblem::channelThatDoesNotOpen()
     ChannelParam param;
     param.device = 3;
     param.channel = 1;
-    QTEST(channelOpenProblem(static_cast<CANError>(error), param).section(QLatin1Char('\n'), 0, 0), "text");
+    QTEST(channelOpenProblem(static_cast<CANError>(error), param, {}).section(QLatin1Char('\n'), 0, 0), "text");
+}
+
+void tst_AdapterProblem::whatTheLibraryTells_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("sentence");
+    using Code = AdapterProblemCode;
+    const auto row = [](Code code, const char *sentence) {
+        QTest::newRow(sentence) << static_cast<int>(code) << QString::fromLatin1(sentence);
+    };
+    row(Code::NoInterface, "This computer has no CAN interface for it.");
+    row(Code::WrongBitRate, "Its interface runs at another bit rate, which this program may not change.");
+    row(Code::WrongMode, "Its interface is in another mode, which this program may not change.");
+    row(Code::IsDown, "Its interface is down, and this program may not bring it up.");
+    row(Code::NoCanFd, "Its interface has no CAN FD.");
+    row(Code::NoSuchBitRate, "This bit rate cannot be set.");
+    row(Code::System, "The system refused it.");
+    row(static_cast<Code>(77), "The system refused it.");
+}
+
+void tst_AdapterProblem::whatTheLibraryTells()
+{
+    QFETCH(int, code);
+    QFETCH(QString, sentence);
+    ChannelParam param;
+    param.channel = 1;
+    const ChannelProblem reason{static_cast<AdapterProblemCode>(code), QStringLiteral("can1 is so"),
+                                QStringLiteral("ip link set can1 up")};
+    QCOMPARE(channelOpenProblem(CAN_ChannelOpenFailed, param, reason),
+             QStringLiteral("Device 0 could not open channel 1.\n%1\n(can1 is so)\n"
+                            "An administrator can help with this command:\nip link set can1 up")
+                 .arg(sentence));
+    const ChannelProblem noLin{AdapterProblemCode::NoLin, QStringLiteral("this adapter has no LIN"), {}};
+    QCOMPARE(channelOpenProblem(CAN_ChannelOpenFailed, param, noLin),
+             QStringLiteral("Device 0 could not open channel 1.\nThis adapter has no LIN."));
+    QVERIFY(!channelOpenProblem(CAN_ChannelExists, param, reason).contains(sentence)); // of another opening
 }
 
 X9_CORE_TEST(tst_AdapterProblem)
