@@ -27,7 +27,7 @@ cangen vcan1 -I 2B0 -L 8 -g 5 & senders+=($!)
   code=1
 }
 kill "${senders[@]}"
-# What the tour sends: one frame with a payload of its own, one that counts up, twelve of the list.
+# What the tour sends: a frame with a payload of its own, and the last of those that count up from there.
 for sent in 'vcan1 123#DEADBEEF01020304' 'vcan1 136#' ; do
   grep -qF "$sent" /tmp/out/candump.txt || { echo "candump has not seen $sent"; code=1; }
 done
