@@ -42,7 +42,7 @@ public:
 
 private:
     int change(const socketcan::Bytes &request);
-    int setController(StandInLink &link, const std::map<int, socketcan::Bytes> &attributes);
+    static int setController(StandInLink &link, const std::map<int, socketcan::Bytes> &attributes);
     static socketcan::Bytes describe(const StandInLink &link, int index);
 
     std::mutex m_mutex;

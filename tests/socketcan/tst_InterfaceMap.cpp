@@ -110,8 +110,7 @@ void tst_InterfaceMap::twoToADevice()
 void tst_InterfaceMap::firstFileCounts()
 {
     const QTemporaryDir folder;
-    const QString second =
-        write(folder, "b", "{\"channels\": [{\"device\": 1, \"channel\": 1, \"interface\": \"x\"}]}");
+    const QString second = write(folder, "b", R"({"channels": [{"device": 1, "channel": 1, "interface": "x"}]})");
     const std::vector<std::string> paths = {folder.filePath(QStringLiteral("a")).toStdString(), second.toStdString()};
     QCOMPARE(shown(*socketcan::loadInterfaceMap(paths).map), QStringLiteral("1.1=x"));
     write(folder, "a", R"({"channels": []})");

@@ -122,16 +122,16 @@ class tst_OnInterfaces : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    static void initTestCase();
     void init();
     void cleanup();
-    void everyKindBothWays_data();
+    static void everyKindBothWays_data();
     void everyKindBothWays();
     void classicChannelsSeeNoFd();
     void resetAndStartedAgain();
     void ownFramesAreNotReceived();
     void otherProgramsSeeWhatIsSent();
-    void filters_data();
+    static void filters_data();
     void filters();
     void gatewayBothWays();
     void floodReceived();
@@ -143,8 +143,8 @@ private slots:
     void takenDownUnderLoad();
     void pulledOut();
     void firstLookBringsItUp();
-    void withoutRights();
-    void withTheOneRightThatItNeeds();
+    static void withoutRights();
+    static void withTheOneRightThatItNeeds();
     void twoProgramsOnOneInterface();
     void vxcan();
 

@@ -42,7 +42,7 @@ struct Bench
         }
         adapter = std::make_unique<SocketCanAdapter>(system, std::move(map));
     }
-    bool start(std::uint8_t dev, std::uint8_t ch, const VCI_INIT_CONFIG &config = settingsOf())
+    bool start(std::uint8_t dev, std::uint8_t ch, const VCI_INIT_CONFIG &config = settingsOf()) const
     {
         adapter->openDevice(Type, dev);
         return adapter->initCan(Type, dev, ch, &config) == 1 && adapter->startCan(Type, dev, ch) == 1;
@@ -60,20 +60,20 @@ struct Bench
         }
         return frames;
     }
-    QString text(int which, std::uint8_t dev = 0)
+    QString text(int which, std::uint8_t dev = 0) const
     {
         Texts texts{};
         const bool isRead =
             adapter->readInfo(Type, dev, texts[0].data(), texts[1].data(), texts[2].data(), texts[3].data()) == 1;
         return isRead ? QString::fromLatin1(texts.at(static_cast<std::size_t>(which)).data()) : QString();
     }
-    VCI_ERR_INFO errors(std::uint8_t dev, std::uint8_t ch)
+    VCI_ERR_INFO errors(std::uint8_t dev, std::uint8_t ch) const
     {
         VCI_ERR_INFO info{};
         adapter->readErrInfo(Type, dev, ch, &info);
         return info;
     }
-    AdapterProblemCode problem(std::uint8_t dev, std::uint8_t ch)
+    AdapterProblemCode problem(std::uint8_t dev, std::uint8_t ch) const
     {
         return static_cast<AdapterProblemCode>(errors(dev, ch).ErrCode);
     }
@@ -233,7 +233,7 @@ void tst_SocketCanAdapter::kindsDoNotMix()
     bench.arrive("can0", "123#");
     QTRY_COMPARE(bench.adapter->receiveNumCan(Type, 0, 0), 1U);
     QCOMPARE(bench.adapter->receiveNumCanFd(Type, 0, 0), 0U);
-    VCI_CANFD_OBJ record = recordOf<VCI_CANFD_OBJ>("123#");
+    auto record = recordOf<VCI_CANFD_OBJ>("123#");
     QCOMPARE(bench.adapter->receiveCanFd(Type, 0, 0, &record, 1), 0U);
     QCOMPARE(bench.adapter->transmitCanFd(Type, 0, 0, &record, 1), 0U);
 }
@@ -440,7 +440,7 @@ void tst_SocketCanAdapter::unusualArguments()
     Bench bench({canLink("can0"), canLink("can1")});
     QCOMPARE(bench.adapter->openDevice(3, 0), 0U);
     const VCI_INIT_CONFIG config = settingsOf();
-    VCI_CAN_OBJ record = recordOf<VCI_CAN_OBJ>("001#");
+    auto record = recordOf<VCI_CAN_OBJ>("001#");
     QCOMPARE(bench.adapter->initCan(Type, 0, 0, &config), 0U); // not open
     QVERIFY(bench.start(0, 0));
     QCOMPARE(bench.adapter->startCan(Type, 0, 0), 1U); // again: changes nothing

@@ -137,7 +137,7 @@ void tst_SocketPort::emptyAndFull()
 void tst_SocketPort::manyInOrder()
 {
     const Pair pair;
-    const SocketPort far{FileDescriptor(dup(pair.farEnd.get()))};
+    SocketPort far{FileDescriptor(dup(pair.farEnd.get()))};
     std::uint32_t sent = 0;
     std::uint32_t received = 0;
     while (received < 5000) {
@@ -145,7 +145,7 @@ void tst_SocketPort::manyInOrder()
             va::CanFrame frame;
             frame.extended = true;
             frame.id = sent;
-            error = const_cast<SocketPort &>(far).write(frame);
+            error = far.write(frame);
             sent += error == 0 ? 1U : 0U;
         }
         QCOMPARE(pair.near->read(*pair.batch), 0);

@@ -79,7 +79,11 @@ vm_run() {
     tr -d '\r' | tee "$log" | sed -n '/^x9 begins/,/^x9 ended with/ { /^x9 /d; p }'
   local code
   code=$(sed -n 's/^x9 ended with //p' "$log" | tail -1)
+  if [[ -z $code ]]; then
+    echo "the virtual machine has not told how its script ended, within $limit s; its last words:"
+    tail -n 20 "$log"
+    code=1
+  fi
   rm -f "$log"
-  [[ -n $code ]] || { echo "the virtual machine did not end by itself within $limit s"; return 1; }
   return "$code"
 }
