@@ -8,8 +8,9 @@ QByteArray bytesOfHexPairs(const QString &text, int length)
 {
     QByteArray bytes;
     std::array<char, 2> pair{};
-    int characters = 0;
-    for (const QChar *c = text.begin(); c != text.end() && characters < 2 * length; ++c) {
+    std::size_t characters = 0;
+    const auto wanted = 2 * static_cast<std::size_t>(std::max(length, 0));
+    for (const QChar *c = text.begin(); c != text.end() && characters < wanted; ++c) {
         if (c->isSpace()) {
             continue;
         }

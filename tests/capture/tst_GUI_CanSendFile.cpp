@@ -707,7 +707,7 @@ void tst_GUI_CanSendFile::stopsLoading()
     CaptureLoader other; // reads the same file from now on
     bool isRead = false;
     QVERIFY(other.start(player.folder.filePath(QStringLiteral("a.can")),
-                        [&isRead](std::optional<CaptureContent>) { isRead = true; }));
+                        [&isRead](const std::optional<CaptureContent> &) { isRead = true; }));
     QTRY_VERIFY(isRead);
     letTicksPass(20);
     QVERIFY(player.isIdle());

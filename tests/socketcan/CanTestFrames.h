@@ -75,7 +75,7 @@ Record recordOf(const QByteArray &text)
     return record;
 }
 
-inline VCI_INIT_CONFIG settingsOf(std::uint8_t dataRate = 0, bool listenOnly = false)
+inline VCI_INIT_CONFIG settingsOf(unsigned dataRate = 0, bool listenOnly = false)
 {
     VCI_INIT_CONFIG config{};
     config.AccMask = 0xFFFFFFFFU;
