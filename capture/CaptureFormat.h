@@ -1,6 +1,7 @@
 #pragma once
 
 #include "capture/CANFile.h"
+#include "capture/FrameRecord.h"
 
 #include <string_view>
 #include <vector>

@@ -1,5 +1,6 @@
 #include "capture/CaptureLine.h"
 
+#include "capture/CaptureFormat.h"
 #include "capture/CaptureFrames.h"
 #include "capture/CaptureWords.h"
 #include "capture/FrameRecord.h"
@@ -11,32 +12,20 @@
 
 namespace {
 
-constexpr int NoDigit = -1;
-
-constexpr int digitOf(char c)
-{
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    if (c >= 'A' && c <= 'F') {
-        return c - 'A' + 10;
-    }
-    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : NoDigit;
-}
+constexpr quint8 NoDigit = 0xFF;
 
 /// Value of each byte as a hexadecimal digit, or NoDigit.
 constexpr auto Digits = [] {
-    std::array<signed char, 256> digits{};
-    for (std::size_t i = 0; i < digits.size(); ++i) {
-        digits[i] = static_cast<signed char>(digitOf(static_cast<char>(i)));
+    std::array<quint8, 256> digits{};
+    for (quint8 &digit : digits) {
+        digit = NoDigit;
+    }
+    for (quint8 value = 0; value < 16; ++value) {
+        digits[static_cast<uchar>("0123456789ABCDEF"[value])] = value;
+        digits[static_cast<uchar>("0123456789abcdef"[value])] = value;
     }
     return digits;
 }();
-
-int hexDigit(char c)
-{
-    return Digits[static_cast<uchar>(c)];
-}
 
 bool isAscii(char c)
 {
@@ -172,9 +161,9 @@ public:
     bool isFull() const { return m_count == 2 * CaptureLine::MaxData; }
     void take(char c)
     {
-        const int digit = hexDigit(c);
+        const quint8 digit = Digits[static_cast<uchar>(c)];
         if (digit != NoDigit && !isFull()) {
-            m_value = m_value << 4U | static_cast<quint64>(digit);
+            m_value = m_value << 4U | digit;
             ++m_count;
         }
     }
@@ -236,7 +225,7 @@ quint32 protocolFromWord(std::string_view word)
 std::optional<CaptureLine> toLine(std::string_view id, std::string_view type, quint32 protocol, std::string_view data)
 {
     const std::optional<quint32> number = hexNumber(id);
-    const std::optional<bool> isExtended = extendedFromWord(type);
+    const std::optional<bool> isExtended = meaningOf(type, CaptureLayout::TypeWords);
     if (!number || !isExtended) {
         return std::nullopt;
     }
@@ -255,7 +244,8 @@ std::optional<CaptureLine> CaptureLine::own(std::string_view line, std::string_v
     if (cells.count < Cells::Head) {
         return std::nullopt; // without a type
     }
-    return toLine(cells.head[4], cells.head[7], protocolFromWord(cells.head[5]), cells.fromEnd(1));
+    const auto protocol = meaningOf(cells.head[5], CaptureLayout::ProtocolWords).value_or(FrameRecord::CAN);
+    return toLine(cells.head[4], cells.head[7], protocol, cells.fromEnd(1));
 }
 
 std::optional<CaptureLine> CaptureLine::foreign(std::string_view line, std::string_view separator)

@@ -672,6 +672,60 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>设备 %1 不再响应。是否已被拔出？
 已接收的内容保留在其标签页中，仍可保存。如要继续，请关闭这些标签页，重新插入设备，再打开通道。</translation>
     </message>
+    <message>
+        <source>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Put the adapter's %3-bit library beside the program and start it again.</source>
+        <translation>适配器动态库 %1 是 %2 位的，而本程序是 %3 位的。
+请将适配器的 %3 位动态库放到程序所在目录，然后重新启动程序。</translation>
+    </message>
+    <message>
+        <source>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Install the program that fits: the download with "%4" in its name. Or put the adapter's %3-bit library beside this program and start it again.</source>
+        <translation>适配器动态库 %1 是 %2 位的，而本程序是 %3 位的。
+请安装与之对应的程序，即名称中带“%4”的下载文件；或者将适配器的 %3 位动态库放到本程序所在目录，然后重新启动程序。</translation>
+    </message>
+    <message>
+        <source>This computer has no CAN interface for it.</source>
+        <translation>本机没有与该通道对应的 CAN 接口。</translation>
+    </message>
+    <message>
+        <source>Its interface runs at another bit rate, which this program may not change.</source>
+        <translation>其接口正以其他波特率运行，本程序无权更改。</translation>
+    </message>
+    <message>
+        <source>Its interface is in another mode, which this program may not change.</source>
+        <translation>其接口处于其他模式，本程序无权更改。</translation>
+    </message>
+    <message>
+        <source>Its interface is down, and this program may not bring it up.</source>
+        <translation>其接口未启用，本程序无权启用。</translation>
+    </message>
+    <message>
+        <source>Its interface has no CAN FD.</source>
+        <translation>其接口不支持 CAN FD。</translation>
+    </message>
+    <message>
+        <source>This bit rate cannot be set.</source>
+        <translation>无法设置此波特率。</translation>
+    </message>
+    <message>
+        <source>This adapter has no LIN.</source>
+        <translation>此适配器不支持 LIN。</translation>
+    </message>
+    <message>
+        <source>The system refused it.</source>
+        <translation>系统拒绝了该操作。</translation>
+    </message>
+    <message>
+        <source>An administrator can help with this command:
+%1</source>
+        <translation>管理员可用以下命令解决：
+%1</translation>
+    </message>
+    <message>
+        <source>Device %1 could not open channel %2.</source>
+        <translation>设备 %1 无法打开通道 %2。</translation>
+    </message>
 </context>
 <context>
     <name>GUI_DeviceInfo</name>
@@ -742,6 +796,14 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>The firmware could not be downloaded.</source>
         <translation>固件下载失败。</translation>
+    </message>
+    <message>
+        <source>The firmware was refused and not installed.</source>
+        <translation>该固件已被拒绝，未安装。</translation>
+    </message>
+    <message>
+        <source>It is older than V%1, which the device has.</source>
+        <translation>该版本比设备中的 V%1 更旧。</translation>
     </message>
 </context>
 <context>
@@ -954,6 +1016,9 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>Communication error</source>
         <translation>通信错误</translation>
     </message>
+</context>
+<context>
+    <name>LINTablePage</name>
     <message>
         <source>Csv File(*.csv)</source>
         <translation>CSV文件(*.csv)</translation>
@@ -1916,6 +1981,10 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>The file cannot be written: %1</source>
         <translation>无法写入文件：%1</translation>
     </message>
+    <message>
+        <source>The file on the server is not the one that was signed.</source>
+        <translation>服务器上的文件不是经过签名的文件。</translation>
+    </message>
 </context>
 <context>
     <name>GUI_Update</name>
@@ -1985,6 +2054,79 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>Tips</source>
         <translation>提示</translation>
+    </message>
+    <message>
+        <source>The new version was refused and not installed.</source>
+        <translation>新版本已被拒绝，未安装。</translation>
+    </message>
+</context>
+<context>
+    <name>SingleInstance</name>
+    <message>
+        <source>The system gives no shared memory.</source>
+        <translation>系统无法提供共享内存。</translation>
+    </message>
+    <message>
+        <source>The lock file %1 cannot be written.</source>
+        <translation>锁文件 %1 无法写入。</translation>
+    </message>
+    <message>
+        <source>Check that the folder for temporary files exists and that you may write to it.</source>
+        <translation>请检查临时文件夹是否存在，以及您是否有写入权限。</translation>
+    </message>
+    <message>
+        <source>The lock file %1 stands in the way, and no running X9CAN holds it.</source>
+        <translation>锁文件 %1 阻碍了程序启动，且没有正在运行的 X9CAN 占用它。</translation>
+    </message>
+    <message>
+        <source>Remove it and start the program again.</source>
+        <translation>请删除它，然后重新启动程序。</translation>
+    </message>
+    <message>
+        <source>Tips</source>
+        <translation>提示</translation>
+    </message>
+</context>
+<context>
+    <name>SignedDownload</name>
+    <message>
+        <source>Its signature cannot be downloaded: %1</source>
+        <translation>无法下载其签名：%1</translation>
+    </message>
+    <message>
+        <source>The key for updates that this program was built with cannot be used.</source>
+        <translation>编译本程序时设定的更新公钥无法使用。</translation>
+    </message>
+    <message>
+        <source>What the server sends as its signature is not one.</source>
+        <translation>服务器提供的签名文件不是签名。</translation>
+    </message>
+    <message>
+        <source>It was signed with another key.</source>
+        <translation>它是用另一个密钥签名的。</translation>
+    </message>
+    <message>
+        <source>Its signature was changed or forged.</source>
+        <translation>其签名被改动过或是伪造的。</translation>
+    </message>
+</context>
+<context>
+    <name>OfferedPackage</name>
+    <message>
+        <source>Its signature is for something else: %1</source>
+        <translation>其签名属于另一个文件：%1</translation>
+    </message>
+    <message>
+        <source>It is version %1; what was offered is version %2.</source>
+        <translation>其版本是 %1，而服务器提供的是版本 %2。</translation>
+    </message>
+    <message>
+        <source>It is version %1, which is not newer than this program, version %2.</source>
+        <translation>其版本是 %1，并不比本程序的版本 %2 新。</translation>
+    </message>
+    <message>
+        <source>It is the package for %1; this program needs the one for %2.</source>
+        <translation>这是 %1 的软件包，本程序需要 %2 的软件包。</translation>
     </message>
 </context>
 <context>
@@ -2067,33 +2209,6 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>time before the capture&apos;s start: written as the start</source>
         <translation>时间早于记录的开始，按开始时间写入</translation>
-    </message>
-</context>
-<context>
-    <name>SingleInstance</name>
-    <message>
-        <source>The system gives no shared memory.</source>
-        <translation>系统无法提供共享内存。</translation>
-    </message>
-    <message>
-        <source>The lock file %1 cannot be written.</source>
-        <translation>锁文件 %1 无法写入。</translation>
-    </message>
-    <message>
-        <source>Check that the folder for temporary files exists and that you may write to it.</source>
-        <translation>请检查临时文件夹是否存在，以及您是否有写入权限。</translation>
-    </message>
-    <message>
-        <source>The lock file %1 stands in the way, and no running X9CAN holds it.</source>
-        <translation>锁文件 %1 阻碍了程序启动，且没有正在运行的 X9CAN 占用它。</translation>
-    </message>
-    <message>
-        <source>Remove it and start the program again.</source>
-        <translation>请删除它，然后重新启动程序。</translation>
-    </message>
-    <message>
-        <source>Tips</source>
-        <translation>提示</translation>
     </message>
 </context>
 <context>

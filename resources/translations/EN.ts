@@ -672,6 +672,60 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>Device %1 does not answer any more. Was it unplugged?
 What was received stays in its tabs and can be saved. To go on, close these tabs, plug it in and open the channels again.</translation>
     </message>
+    <message>
+        <source>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Put the adapter's %3-bit library beside the program and start it again.</source>
+        <translation>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Put the adapter's %3-bit library beside the program and start it again.</translation>
+    </message>
+    <message>
+        <source>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Install the program that fits: the download with "%4" in its name. Or put the adapter's %3-bit library beside this program and start it again.</source>
+        <translation>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Install the program that fits: the download with "%4" in its name. Or put the adapter's %3-bit library beside this program and start it again.</translation>
+    </message>
+    <message>
+        <source>This computer has no CAN interface for it.</source>
+        <translation>This computer has no CAN interface for it.</translation>
+    </message>
+    <message>
+        <source>Its interface runs at another bit rate, which this program may not change.</source>
+        <translation>Its interface runs at another bit rate, which this program may not change.</translation>
+    </message>
+    <message>
+        <source>Its interface is in another mode, which this program may not change.</source>
+        <translation>Its interface is in another mode, which this program may not change.</translation>
+    </message>
+    <message>
+        <source>Its interface is down, and this program may not bring it up.</source>
+        <translation>Its interface is down, and this program may not bring it up.</translation>
+    </message>
+    <message>
+        <source>Its interface has no CAN FD.</source>
+        <translation>Its interface has no CAN FD.</translation>
+    </message>
+    <message>
+        <source>This bit rate cannot be set.</source>
+        <translation>This bit rate cannot be set.</translation>
+    </message>
+    <message>
+        <source>This adapter has no LIN.</source>
+        <translation>This adapter has no LIN.</translation>
+    </message>
+    <message>
+        <source>The system refused it.</source>
+        <translation>The system refused it.</translation>
+    </message>
+    <message>
+        <source>An administrator can help with this command:
+%1</source>
+        <translation>An administrator can help with this command:
+%1</translation>
+    </message>
+    <message>
+        <source>Device %1 could not open channel %2.</source>
+        <translation>Device %1 could not open channel %2.</translation>
+    </message>
 </context>
 <context>
     <name>GUI_DeviceInfo</name>
@@ -742,6 +796,14 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>The firmware could not be downloaded.</source>
         <translation>The firmware could not be downloaded.</translation>
+    </message>
+    <message>
+        <source>The firmware was refused and not installed.</source>
+        <translation>The firmware was refused and not installed.</translation>
+    </message>
+    <message>
+        <source>It is older than V%1, which the device has.</source>
+        <translation>It is older than V%1, which the device has.</translation>
     </message>
 </context>
 <context>
@@ -954,6 +1016,9 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>Communication error</source>
         <translation>Communication error</translation>
     </message>
+</context>
+<context>
+    <name>LINTablePage</name>
     <message>
         <source>Csv File(*.csv)</source>
         <translation>Csv File(*.csv)</translation>
@@ -1916,6 +1981,10 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>The file cannot be written: %1</source>
         <translation>The file cannot be written: %1</translation>
     </message>
+    <message>
+        <source>The file on the server is not the one that was signed.</source>
+        <translation>The file on the server is not the one that was signed.</translation>
+    </message>
 </context>
 <context>
     <name>GUI_Update</name>
@@ -1985,6 +2054,79 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>Tips</source>
         <translation>Tips</translation>
+    </message>
+    <message>
+        <source>The new version was refused and not installed.</source>
+        <translation>The new version was refused and not installed.</translation>
+    </message>
+</context>
+<context>
+    <name>SingleInstance</name>
+    <message>
+        <source>The system gives no shared memory.</source>
+        <translation>The system gives no shared memory.</translation>
+    </message>
+    <message>
+        <source>The lock file %1 cannot be written.</source>
+        <translation>The lock file %1 cannot be written.</translation>
+    </message>
+    <message>
+        <source>Check that the folder for temporary files exists and that you may write to it.</source>
+        <translation>Check that the folder for temporary files exists and that you may write to it.</translation>
+    </message>
+    <message>
+        <source>The lock file %1 stands in the way, and no running X9CAN holds it.</source>
+        <translation>The lock file %1 stands in the way, and no running X9CAN holds it.</translation>
+    </message>
+    <message>
+        <source>Remove it and start the program again.</source>
+        <translation>Remove it and start the program again.</translation>
+    </message>
+    <message>
+        <source>Tips</source>
+        <translation>Tips</translation>
+    </message>
+</context>
+<context>
+    <name>SignedDownload</name>
+    <message>
+        <source>Its signature cannot be downloaded: %1</source>
+        <translation>Its signature cannot be downloaded: %1</translation>
+    </message>
+    <message>
+        <source>The key for updates that this program was built with cannot be used.</source>
+        <translation>The key for updates that this program was built with cannot be used.</translation>
+    </message>
+    <message>
+        <source>What the server sends as its signature is not one.</source>
+        <translation>What the server sends as its signature is not one.</translation>
+    </message>
+    <message>
+        <source>It was signed with another key.</source>
+        <translation>It was signed with another key.</translation>
+    </message>
+    <message>
+        <source>Its signature was changed or forged.</source>
+        <translation>Its signature was changed or forged.</translation>
+    </message>
+</context>
+<context>
+    <name>OfferedPackage</name>
+    <message>
+        <source>Its signature is for something else: %1</source>
+        <translation>Its signature is for something else: %1</translation>
+    </message>
+    <message>
+        <source>It is version %1; what was offered is version %2.</source>
+        <translation>It is version %1; what was offered is version %2.</translation>
+    </message>
+    <message>
+        <source>It is version %1, which is not newer than this program, version %2.</source>
+        <translation>It is version %1, which is not newer than this program, version %2.</translation>
+    </message>
+    <message>
+        <source>It is the package for %1; this program needs the one for %2.</source>
+        <translation>It is the package for %1; this program needs the one for %2.</translation>
     </message>
 </context>
 <context>
@@ -2067,33 +2209,6 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>time before the capture&apos;s start: written as the start</source>
         <translation>time before the capture&apos;s start: written as the start</translation>
-    </message>
-</context>
-<context>
-    <name>SingleInstance</name>
-    <message>
-        <source>The system gives no shared memory.</source>
-        <translation>The system gives no shared memory.</translation>
-    </message>
-    <message>
-        <source>The lock file %1 cannot be written.</source>
-        <translation>The lock file %1 cannot be written.</translation>
-    </message>
-    <message>
-        <source>Check that the folder for temporary files exists and that you may write to it.</source>
-        <translation>Check that the folder for temporary files exists and that you may write to it.</translation>
-    </message>
-    <message>
-        <source>The lock file %1 stands in the way, and no running X9CAN holds it.</source>
-        <translation>The lock file %1 stands in the way, and no running X9CAN holds it.</translation>
-    </message>
-    <message>
-        <source>Remove it and start the program again.</source>
-        <translation>Remove it and start the program again.</translation>
-    </message>
-    <message>
-        <source>Tips</source>
-        <translation>Tips</translation>
     </message>
 </context>
 <context>

@@ -91,7 +91,7 @@ folder=$place/$name
 unexpected=$(grep -vxE "$(paste -sd'|' <<END
 (X9CAN|x9capture)\.exe
 X9CAN demo\.cmd
-(Qt5(Core|Gui|Network|Widgets)|$exceptions|libstdc\+\+-6|libwinpthread-1)\.dll
+(Qt5(Core|Gui|Network|Widgets)|$exceptions|libsodium-23|libstdc\+\+-6|libwinpthread-1)\.dll
 qt\.conf
 plugins/(platforms/qwindows|imageformats/qico)\.dll
 translations/qtbase_zh_CN\.qm
@@ -123,7 +123,7 @@ for path in X9CAN.exe x9capture.exe "X9CAN demo.cmd" qt.conf plugins/platforms/q
             translations/qtbase_zh_CN.qm virtual-adapter/ControlCAN.dll \
             virtual-adapter/example.virtual-adapter.json doc/guide.html doc/guide.zh.html doc/formats.html \
             doc/virtual-adapter.html doc/changelog.html doc/licences.txt \
-            doc/licences/{Qt,LGPL-3,GPL-3,GCC-runtime,mingw-w64,nlohmann-json,Qt-translations}.txt; do
+            doc/licences/{Qt,LGPL-3,GPL-3,GCC-runtime,libsodium,mingw-w64,nlohmann-json,Qt-translations}.txt; do
   [[ -s $folder/$path ]] || fail "$path is missing"
 done
 ! grep -rlF "$root" "$folder" || fail "these files tell where they were built"
@@ -201,8 +201,8 @@ start() { # start <program folder> <working folder> <command>...: the program is
   # Everything that is no part of Wine.
   loaded=$(sed -n 's|^[^/]* /|/|p' "/proc/$program/maps" | sed "s|^${X9_WINE_ROOT:-}/|/|" | sort -u |
            grep -iE '\.(dll|exe)$' | grep -v "/wine/$of_wine-" | grep -v "^$drive/windows/") || true
-  expected=$(printf "$at/%s\n" X9CAN.exe Qt5{Core,Gui,Network,Widgets}.dll "$exceptions.dll" libstdc++-6.dll \
-                                  libwinpthread-1.dll plugins/platforms/qwindows.dll plugins/imageformats/qico.dll
+  expected=$(printf "$at/%s\n" X9CAN.exe Qt5{Core,Gui,Network,Widgets}.dll "$exceptions.dll" libsodium-23.dll \
+                                  libstdc++-6.dll libwinpthread-1.dll plugins/platforms/qwindows.dll plugins/imageformats/qico.dll
              [[ ! -e $where/ControlCAN.dll ]] || echo "$where/ControlCAN.dll")
   diff <(sort <<<"$expected") <(sort <<<"$loaded") || fail "these files should be loaded (<), these are (>)"
 }
