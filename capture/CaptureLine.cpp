@@ -1,6 +1,5 @@
 #include "capture/CaptureLine.h"
 
-#include "capture/CaptureFormat.h"
 #include "capture/CaptureFrames.h"
 #include "capture/CaptureWords.h"
 #include "capture/FrameRecord.h"
@@ -225,7 +224,7 @@ quint32 protocolFromWord(std::string_view word)
 std::optional<CaptureLine> toLine(std::string_view id, std::string_view type, quint32 protocol, std::string_view data)
 {
     const std::optional<quint32> number = hexNumber(id);
-    const std::optional<bool> isExtended = meaningOf(type, CaptureLayout::TypeWords);
+    const std::optional<bool> isExtended = extendedFromWord(type);
     if (!number || !isExtended) {
         return std::nullopt;
     }
@@ -244,8 +243,7 @@ std::optional<CaptureLine> CaptureLine::own(std::string_view line, std::string_v
     if (cells.count < Cells::Head) {
         return std::nullopt; // without a type
     }
-    const auto protocol = meaningOf(cells.head[5], CaptureLayout::ProtocolWords).value_or(FrameRecord::CAN);
-    return toLine(cells.head[4], cells.head[7], protocol, cells.fromEnd(1));
+    return toLine(cells.head[4], cells.head[7], protocolFromWord(cells.head[5]), cells.fromEnd(1));
 }
 
 std::optional<CaptureLine> CaptureLine::foreign(std::string_view line, std::string_view separator)
