@@ -17,7 +17,9 @@ struct Texts
 /// "12[92]"
 QString idText(quint8 id, quint8 pid)
 {
-    QString text = hexNumber(id, 2);
+    QString text;
+    text.reserve(6);
+    appendHexNumber(text, id, 2);
     text.append(QLatin1Char('['));
     appendHexNumber(text, pid, 2);
     text.append(QLatin1Char(']'));

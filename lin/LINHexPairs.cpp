@@ -7,6 +7,7 @@
 QByteArray bytesOfHexPairs(const QString &text, int length)
 {
     QByteArray bytes;
+    bytes.reserve(std::min(length, text.size()));
     std::array<char, 2> pair{};
     std::size_t characters = 0;
     const auto wanted = 2 * static_cast<std::size_t>(std::max(length, 0));

@@ -11,6 +11,7 @@ constexpr int ShownBytesMax = 8;
 QString hexNumber(quint32 number, int digits)
 {
     QString text;
+    text.reserve(digits);
     appendHexNumber(text, number, digits);
     return text;
 }
