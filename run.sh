@@ -1,16 +1,27 @@
 #!/usr/bin/env bash
-# Builds X9CAN and starts it on the virtual adapter. Without a display: a guided tour under Xvfb, whose screenshots and
-# capture files are left in out/.
+# ./run.sh               builds X9CAN and starts it on the virtual adapter. Without a display: a guided tour under Xvfb,
+#                        whose screenshots and capture files are left in out/
+# ./run.sh --socketcan   starts it on this computer's own CAN interfaces (can0, can1, ...); needs a display
 set -euo pipefail
 cd "$(dirname "$0")"
 
+case ${1:-} in
+  "") adapter=ControlCAN folder=. ;;
+  --socketcan) adapter=ControlCAN_socketcan folder=socketcan ;;
+  *) echo "usage: $0 [--socketcan]" >&2; exit 2 ;;
+esac
+
 tools/install-packages.sh build run
 cmake --preset release >/dev/null
-cmake --build --preset release -j "$(nproc)" --target X9CAN ControlCAN x9_tour
+cmake --build --preset release -j "$(nproc)" --target X9CAN "$adapter" x9_tour
 
 if [[ -n ${DISPLAY:-}${WAYLAND_DISPLAY:-} ]]; then
-  cd build/release/bin
-  exec ./X9CAN
+  cd "build/release/bin/$folder"
+  exec "$OLDPWD/build/release/bin/X9CAN"
+fi
+if [[ $folder == socketcan ]]; then
+  echo "There is no display to show the program on." >&2
+  exit 1
 fi
 
 out=$PWD/out

@@ -11,7 +11,7 @@ case ${1:-} in
   *) echo "usage: $0 [--sanitize]" >&2; exit 2 ;;
 esac
 
-tools/install-packages.sh build run
+tools/install-packages.sh build run witness
 
 for preset in "${presets[@]}"; do
   echo "=== $preset: build"

@@ -1,5 +1,7 @@
 #include "app/FileDownload.h"
 
+#include "app/Minisign.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -11,8 +13,7 @@
 #include <optional>
 #include <utility>
 
-namespace {
-QString textOf(const HttpOutcome &outcome)
+QString downloadProblem(const HttpOutcome &outcome)
 {
     switch (outcome.error) {
     case HttpError::None:
@@ -34,14 +35,14 @@ QString textOf(const HttpOutcome &outcome)
     }
     return {};
 }
-} // namespace
 
 /// The file that is being written. Unless it is put in its place, nothing of it stays, the folder made for it included.
 class PartFile : public HttpContent
 {
 public:
-    explicit PartFile(const QString &target)
+    PartFile(const QString &target, std::shared_ptr<SignedContent> check)
         : m_target(target)
+        , m_check(std::move(check))
         , m_part(target + QLatin1Char('.') + QString::number(QRandomGenerator::global()->generate(), 16) +
                  QStringLiteral(".part"))
         , m_file(std::in_place, m_part)
@@ -64,14 +65,23 @@ public:
     }
     Q_DISABLE_COPY_MOVE(PartFile)
 
-    bool write(const QByteArray &bytes) override { return (m_file->isOpen() || open()) && m_file->write(bytes) >= 0; }
+    bool write(const QByteArray &bytes) override
+    {
+        if (m_check != nullptr) {
+            m_check->add(bytes);
+        }
+        return (m_file->isOpen() || open()) && m_file->write(bytes) >= 0;
+    }
     bool end() override
     {
-        m_isWritten = m_file->commit();
-        return m_isWritten;
+        m_isRefused = m_check != nullptr && !m_check->isSigned();
+        m_isWritten = !m_isRefused && m_file->commit();
+        return m_isWritten || m_isRefused;
     }
     QString errorText() const override { return m_file->errorString(); }
 
+    /// From the end on: it is not the one that was signed.
+    bool isRefused() const { return m_isRefused; }
     /// Puts the whole file in its place, over what stands there. Answers why it could not, else an empty text.
     QString place()
     {
@@ -90,12 +100,15 @@ private:
     }
 
     const QString m_target;
-    const QString m_part;            ///< the whole file's name until it is put in its place
-    std::optional<QSaveFile> m_file; ///< until the end; has a name of its own while it is written
-    bool m_isFolderNew = false;      ///< the target's folder was made for it
+    const std::shared_ptr<SignedContent> m_check; ///< null: any content will do
+    const QString m_part;                         ///< the whole file's name until it is put in its place
+    std::optional<QSaveFile> m_file;              ///< until the end; has a name of its own while it is written
+    bool m_isFolderNew = false;                   ///< the target's folder was made for it
+    bool m_isRefused = false;
     bool m_isWritten = false;
     bool m_isPlaced = false;
 };
+
 QString downloadFileName(const QUrl &url)
 {
     // Windows takes the words for devices in every folder, with any ending, and ignores blanks before the ending.
@@ -121,9 +134,10 @@ FileDownload::~FileDownload()
     cancel();
 }
 
-void FileDownload::start(const QUrl &url, const QString &target, qint64 maximumSize)
+void FileDownload::start(const QUrl &url, const QString &target, qint64 maximumSize,
+                         std::shared_ptr<SignedContent> check)
 {
-    m_file = std::make_shared<PartFile>(target);
+    m_file = std::make_shared<PartFile>(target, std::move(check));
     m_client.start({url, m_service, maximumSize, m_stallLimitMs, true}, m_file);
 }
 
@@ -136,10 +150,14 @@ void FileDownload::cancel()
 void FileDownload::takeEnd(HttpOutcome outcome)
 {
     const auto file = std::exchange(m_file, nullptr);
+    if (outcome.error == HttpError::None && file->isRefused()) {
+        emit sig_refused(tr("The file on the server is not the one that was signed."));
+        return;
+    }
     // Here and not where it was written: nobody can cancel the download between this and the signal.
     const QString problem = outcome.error == HttpError::None ? file->place() : QString();
     if (!problem.isEmpty()) {
         outcome = {HttpError::Disk, problem, {}};
     }
-    emit sig_finished(outcome.error == HttpError::None, textOf(outcome));
+    emit sig_finished(outcome.error == HttpError::None, downloadProblem(outcome));
 }

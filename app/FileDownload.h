@@ -8,6 +8,10 @@
 #include <memory>
 
 class PartFile;
+class SignedContent;
+
+/// Why a download failed: a sentence for the user, plain text.
+QString downloadProblem(const HttpOutcome &outcome);
 
 /// The name under which the file at an address is stored: the last segment of its path, with the percent encoding
 /// resolved once. Empty when that is no plain file name on every system: empty, "." or "..", with a separator, a colon
@@ -32,8 +36,9 @@ public:
     ~FileDownload() override;
 
     /// Starts and returns at once; one that still runs is cancelled. The target's folder is created if missing.
-    /// maximumSize: bytes.
-    void start(const QUrl &url, const QString &target, qint64 maximumSize);
+    /// maximumSize: bytes. check: unless null, the content must be the one that was signed.
+    void start(const QUrl &url, const QString &target, qint64 maximumSize,
+               std::shared_ptr<SignedContent> check = nullptr);
     /// Ends a download and returns at once; no signal is emitted for it any more. What it has on disk goes as soon as
     /// the disk answers.
     void cancel();
@@ -44,6 +49,8 @@ public:
 signals:
     /// Never from within start(). errorText: a sentence for the user, plain text; empty when ok.
     void sig_finished(bool ok, const QString &errorText);
+    /// In its place: the content is not the one that was signed. reason: a sentence for the user, plain text.
+    void sig_refused(const QString &reason);
 
 private:
     void takeEnd(HttpOutcome outcome);

@@ -36,7 +36,6 @@
 namespace {
 using ChannelMode = GUI_CanDeviceParam::Mode;
 
-constexpr int NoticeMs = 1500;
 constexpr int OpenDelayMs = 200;
 constexpr int OfferDelayMs = 500;
 /// For the end of the files saved in real time, all of them together.
@@ -159,7 +158,8 @@ bool GUI_CanViewPrivate::openTab(const ChannelParam &param, const QString &proto
 {
     auto opened = std::make_unique<Tab>(param, *m_communication, q);
     if (opened->openResult() != CAN_OK) {
-        q->slot_showMessageBox(channelOpenProblem(opened->openResult(), param), MessageCritical);
+        const ChannelProblem reason = m_communication->channelProblem(param.device, param.channel);
+        q->slot_showMessageBox(channelOpenProblem(opened->openResult(), param, reason), MessageCritical);
         return false;
     }
     Tab *tab = opened.release();
@@ -306,9 +306,9 @@ void GUI_CanView::slot_openChosenChannels()
         }
     }
     if (isAnyOpen) {
-        slot_showNotice(tr("Devices is open"), CNotice::Done, NoticeMs);
+        slot_showNotice(tr("Devices is open"), CNotice::Done, CNotice::WindowMs);
     } else {
-        slot_showNotice(tr("No devices!!!"), CNotice::Failure, NoticeMs);
+        slot_showNotice(tr("No devices!!!"), CNotice::Failure, CNotice::WindowMs);
     }
 }
 
@@ -317,7 +317,7 @@ void GUI_CanView::slot_closeCanDevice()
     while (m_p->ui.tabWidget->count() > 0) {
         slot_closeTabRequest(0);
     }
-    slot_showNotice(tr("Device turned off"), CNotice::Done, NoticeMs);
+    slot_showNotice(tr("Device turned off"), CNotice::Done, CNotice::WindowMs);
 }
 
 void GUI_CanView::slot_closeTabRequest(int index)

@@ -1,12 +1,13 @@
 #include "app/GUI_DeviceInfo.h"
 
-#include "app/FileDownload.h"
 #include "app/HttpServer.h"
 #include "app/MigrationWidget.h"
 #include "app/PopupWidget.h"
+#include "app/SignedDownload.h"
 #include "app/UpgradeProcess.h"
 #include "app/WindowMessages.h"
 #include "device/FirmwareMonitor.h"
+#include "device/Version.h"
 #include "ui_GUI_DeviceInfo.h"
 
 #include <QIcon>
@@ -43,7 +44,7 @@ public:
         , m_setup(std::move(setup))
         , m_messages(*dialog)
         , m_server(m_setup.updateServer)
-        , m_download(m_setup.updateServer)
+        , m_download(m_setup.updateServer, m_setup.updateKey)
         , m_startDelay(new QTimer(dialog))
     {
     }
@@ -54,6 +55,7 @@ public:
 
     void ask();
     void takeAnswer(bool ok, const Release &answer);
+    QString question(const QString &version) const;
     void download();
     void takeDownload(bool ok, const QString &errorText);
     void startUpgrade();
@@ -72,7 +74,7 @@ public:
     QString m_firmware;
     HttpServer m_server;
     Release m_release; ///< the last answer of the server
-    FileDownload m_download;
+    SignedDownload m_download;
     QString m_file;            ///< the firmware downloaded last
     QTimer *m_startDelay;      ///< a child of the dialog
     QTimer m_timer;            ///< of the progress bar
@@ -83,7 +85,6 @@ public:
 void GUI_DeviceInfoPrivate::build()
 {
     ui.setupUi(q);
-    q->setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     ui.lbl_icon->setPixmap(QIcon(QStringLiteral(":/Logo/Logo16x16.ico")).pixmap(QSize(LogoSize, LogoSize)));
     m_startDelay->setObjectName(QStringLiteral("startDelay"));
     m_startDelay->setSingleShot(true);
@@ -103,8 +104,11 @@ void GUI_DeviceInfoPrivate::connectSignals()
     QObject::connect(ui.btn_migration, &QPushButton::clicked, q, &GUI_DeviceInfo::slot_migrationBtnClicked);
     QObject::connect(&m_server, &HttpServer::sig_finished, q,
                      [this](bool ok, const Release &answer) { takeAnswer(ok, answer); });
-    QObject::connect(&m_download, &FileDownload::sig_finished, q,
+    QObject::connect(&m_download, &SignedDownload::sig_finished, q,
                      [this](bool ok, const QString &errorText) { takeDownload(ok, errorText); });
+    QObject::connect(&m_download, &SignedDownload::sig_refused, q, [this](const QString &reason) {
+        failUpgrade(tr("The firmware was refused and not installed.") + QLatin1Char('\n') + reason);
+    });
     QObject::connect(m_startDelay, &QTimer::timeout, q, [this] { startUpgrade(); });
     QObject::connect(&m_timer, &QTimer::timeout, q, [this] { tick(); });
     QObject::connect(&m_process, &UpgradeProcess::sig_started, q, [this] { m_hasStarted = m_isOwn; });
@@ -154,17 +158,28 @@ void GUI_DeviceInfoPrivate::takeAnswer(bool ok, const Release &answer)
     } else if (answer.versionNo == m_firmware.mid(1)) {
         m_messages.show(tr("Congratulations, This is the latest version!"), CMessageBox::Information);
     } else {
-        // Markup: the version comes from the network.
-        m_messages.ask(tr("New version detected") + QStringLiteral(" V") +
-                           answer.versionNo.left(LongestVersion).toHtmlEscaped() + QStringLiteral("<br>") +
-                           tr("Do you wish to update it now?"),
-                       [this] {
-                           if (!m_process.isRefused(*q)) {
-                               emit q->sig_updateRequest();
-                               download();
-                           }
-                       });
+        m_messages.ask(question(answer.versionNo), [this] {
+            if (!m_process.isRefused(*q)) {
+                emit q->sig_updateRequest();
+                download();
+            }
+        });
     }
+}
+
+/// Markup. That a firmware is older is told where its signature makes sure that it is the version it is said to be.
+QString GUI_DeviceInfoPrivate::question(const QString &version) const
+{
+    const QString line = QStringLiteral("<br>");
+    const auto shown = [](const QString &text) {
+        return text.left(LongestVersion).toHtmlEscaped();
+    };
+    QString text = tr("New version detected") + QStringLiteral(" V") + shown(version) + line;
+    const QString ofDevice = m_firmware.mid(1);
+    if (!m_setup.updateKey.isEmpty() && compareVersion(version, ofDevice) == -1) {
+        text += tr("It is older than V%1, which the device has.").arg(shown(ofDevice)) + line;
+    }
+    return text + tr("Do you wish to update it now?");
 }
 
 void GUI_DeviceInfoPrivate::download()
@@ -178,7 +193,7 @@ void GUI_DeviceInfoPrivate::download()
     m_file = m_setup.applicationDir + QStringLiteral("/UpCode/") + name;
     ui.progressBar->setValue(0);
     setUpdating(true);
-    m_download.start(url, m_file, MaximumFirmware);
+    m_download.start(url, m_file, MaximumFirmware, {firmwareProductCode(m_model), m_release.versionNo});
 }
 
 void GUI_DeviceInfoPrivate::takeDownload(bool ok, const QString &errorText)

@@ -2,6 +2,7 @@
 
 #include "app/Driver.h"
 #include "app/Settings.h"
+#include "app/UpdateKey.h"
 
 #include <QCoreApplication>
 #include <QDialog>
@@ -20,6 +21,8 @@ struct DeviceInfoSetup
     QString applicationDir = QCoreApplication::applicationDirPath();
     /// The base URL of the update server.
     QString updateServer = ::updateServer();
+    /// That firmware must be signed with; empty: it needs no signature.
+    QByteArray updateKey = ::updateKey();
     /// An answer that takes longer, in milliseconds, is a failed query.
     int queryLimitMs = 30000;
     /// From the end of the download to the start of the upgrade program, in milliseconds.

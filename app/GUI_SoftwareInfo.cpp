@@ -39,7 +39,6 @@ GUI_SoftwareInfo::GUI_SoftwareInfo(const QString &supportAddress, QWidget *paren
     , m_ui(std::make_unique<Ui::GUI_SoftwareInfo>())
 {
     m_ui->setupUi(this);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_ui->lbl_icon->setPixmap(QIcon(QStringLiteral(":/Logo/Logo16x16.ico")).pixmap(QSize(LogoSize, LogoSize)));
     m_ui->lbl_softwareVersion->setText(QStringLiteral("V") + programVersion());
     showAddress(m_ui->lbl_web, supportAddress);

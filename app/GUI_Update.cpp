@@ -34,7 +34,6 @@ GUI_Update::GUI_Update(QWidget *parent, QString webSite)
     , m_webSite(std::move(webSite))
 {
     m_ui->setupUi(this);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     connect(m_ui->btn_ok, &QToolButton::clicked, this, &QDialog::accept);
     connect(m_ui->btn_cancel, &QToolButton::clicked, this, &QDialog::reject);
     connect(m_ui->btn_update, &QToolButton::clicked, this, &GUI_Update::sig_update);

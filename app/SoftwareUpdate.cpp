@@ -56,7 +56,7 @@ SoftwareUpdate::SoftwareUpdate(QWidget *window, Setup setup)
     , m_setup(std::move(setup))
     , m_startSearch(m_setup.baseUrl)
     , m_search(m_setup.baseUrl)
-    , m_download(m_setup.baseUrl)
+    , m_download(m_setup.baseUrl, m_setup.updateKey)
 {
     m_download.setStallLimit(m_setup.stallLimitMs);
     connect(&m_startSearch, &HttpServer::sig_finished, this, [this](bool ok, const Release &release) {
@@ -65,7 +65,8 @@ SoftwareUpdate::SoftwareUpdate(QWidget *window, Setup setup)
         emit sig_startChecked(isNewer);
     });
     connect(&m_search, &HttpServer::sig_finished, this, &SoftwareUpdate::takeAnswer);
-    connect(&m_download, &FileDownload::sig_finished, this, &SoftwareUpdate::takeDownload);
+    connect(&m_download, &SignedDownload::sig_finished, this, &SoftwareUpdate::takeDownload);
+    connect(&m_download, &SignedDownload::sig_refused, this, &SoftwareUpdate::takeRefusal);
     window->installEventFilter(this);
 }
 
@@ -101,11 +102,11 @@ void SoftwareUpdate::cancelRequest()
     }
 }
 
-void SoftwareUpdate::update(const QString &url)
+void SoftwareUpdate::update(const QString &url, const QString &version)
 {
     if (!m_download.isRunning()) {
         openProgress();
-        m_download.start(QUrl(url), packagePath(), LargestPackage);
+        m_download.start(QUrl(url), packagePath(), LargestPackage, {{}, version});
     }
 }
 
@@ -150,9 +151,9 @@ void SoftwareUpdate::offer(int state, const Release &release)
     dialog->setVersionLine(versionLine(release));
     dialog->setSummary(release.summary);
     dialog->setState(state);
-    connect(dialog, &GUI_Update::sig_update, this, [this, dialog, url = release.url] {
+    connect(dialog, &GUI_Update::sig_update, this, [this, dialog, release] {
         dialog->accept();
-        update(url);
+        update(release.url, release.versionNo);
     });
     keep(dialog);
 }
@@ -161,7 +162,6 @@ void SoftwareUpdate::openProgress()
 {
     m_progress = new QProgressDialog(tr("Downloading a new version of the program") + QStringLiteral("..."),
                                      tr("Cancel"), 0, ProgressRange, m_window);
-    m_progress->setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_progress->setWindowTitle(tr("Please wait"));
     m_progress->setMinimumWidth(ProgressWidth);
     auto *bar = new QProgressBar;
@@ -197,6 +197,12 @@ void SoftwareUpdate::takeDownload(bool ok, const QString &errorText)
     } else {
         tell(tr("The new version could not be downloaded.") + QLatin1Char('\n') + errorText);
     }
+}
+
+void SoftwareUpdate::takeRefusal(const QString &reason)
+{
+    closeProgress();
+    tell(tr("The new version was refused and not installed.") + QLatin1Char('\n') + reason);
 }
 
 void SoftwareUpdate::install()

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "app/FileDownload.h"
 #include "app/HttpServer.h"
+#include "app/SignedDownload.h"
+#include "app/UpdateKey.h"
 
 #include <QObject>
 #include <QPointer>
@@ -22,12 +23,13 @@ public:
     /// Where things are, and how long they may take.
     struct Setup
     {
-        QString baseUrl;            ///< of the update server; empty: every search fails at once
-        QString applicationDir;     ///< the folder with "Update/Update.exe"
-        QString packageFolder;      ///< the package is stored below it as "X9CAN_Install/Install.zip"
-        int startLimitMs = 3000;    ///< of the search at the start
-        int requestLimitMs = 30000; ///< of a search that the user asked for
-        int stallLimitMs = 30000;   ///< of a download without a byte
+        QString baseUrl;                      ///< of the update server; empty: every search fails at once
+        QString applicationDir;               ///< the folder with "Update/Update.exe"
+        QString packageFolder;                ///< the package is stored below it as "X9CAN_Install/Install.zip"
+        QByteArray updateKey = ::updateKey(); ///< that packages must be signed with; empty: they need no signature
+        int startLimitMs = 3000;              ///< of the search at the start
+        int requestLimitMs = 30000;           ///< of a search that the user asked for
+        int stallLimitMs = 30000;             ///< of a download without a byte
 
         /// Those of this program and this user. The package folder is the system's place for a user's own data
         /// (QStandardPaths::GenericDataLocation: AppData/Local on Windows, ~/.local/share on Linux).
@@ -47,8 +49,8 @@ public:
     /// Ends the search of a request: its outcome is not shown.
     void cancelRequest();
     /// Downloads a package and hands it to the program that installs it. Returns at once; does nothing while a download
-    /// runs.
-    void update(const QString &url);
+    /// runs. version: which one was offered; with a key, a package of another one is refused, unless it is empty.
+    void update(const QString &url, const QString &version = {});
     /// Whether a request or an update is under way, dialogs included.
     bool isBusy() const;
 
@@ -66,6 +68,7 @@ signals:
 private:
     void takeAnswer(bool ok, const Release &release);
     void takeDownload(bool ok, const QString &errorText);
+    void takeRefusal(const QString &reason);
     void offer(int state, const Release &release);
     void offerFound();
     void openProgress();
@@ -79,7 +82,7 @@ private:
     const Setup m_setup;
     HttpServer m_startSearch;
     HttpServer m_search;
-    FileDownload m_download;
+    SignedDownload m_download;
     Release m_found;                      ///< by the search at the start; without a version: nothing newer
     bool m_isOfferDue = false;            ///< of what was found; waits until no dialog is open
     QPointer<QDialog> m_dialog;           ///< the offer or the message that is open

@@ -61,7 +61,7 @@ class Sender
 public:
     Sender()
         : m_manager(m_adapter.table())
-        , m_dialog(m_manager, 0, 0, false)
+        , m_dialog(ChannelParam(), m_manager)
     {
         m_dialog.show();
     }

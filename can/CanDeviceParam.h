@@ -5,8 +5,6 @@
 #include <QString>
 #include <QVector>
 
-#include <optional>
-
 /// What the user chose in the parameters dialog: which channels of a device to open, and how.
 struct CanDeviceParam
 {
@@ -30,19 +28,9 @@ constexpr quint16 LINBaudRateDefault = 4800;
 /// One record for each channel of the list, in its order. CAN FD is asked for exactly when a data rate is chosen.
 QVector<ChannelParam> channelParams(const CanDeviceParam &param);
 
-/// The number in a text of hexadecimal digits, with or without "0x" before it; blanks are ignored and at most 16
-/// characters are read. Nothing when the text is no such number or needs more than 32 bits.
-std::optional<quint32> numberFromHex(const QString &text);
-
-/// What may be typed for such a number: the pattern of a validator that takes incomplete numbers, too.
-QString hexNumberPattern();
-
 /// The LIN baud rate in a text of decimal digits, in bits per second; LINBaudRateDefault when the text is no number or
 /// one above 65535, which the adapter cannot take.
 quint16 linBaudRateFromText(const QString &text);
-
-/// A bus timing register as two upper-case hexadecimal digits.
-QString timingText(quint8 timing);
 
 /// An acceptance code or mask as "0x" and eight upper-case hexadecimal digits.
 QString acceptanceText(quint32 value);

@@ -1,15 +1,14 @@
 #include "can/CanFrameInput.h"
 
+#include "widgets/HexEntry.h"
+
 #include <QRegularExpression>
 
 #include <algorithm>
 #include <charconv>
-#include <cstring>
 #include <limits>
 
 namespace {
-constexpr int StandardIdDigits = 3;
-constexpr int ExtendedIdDigits = 8;
 constexpr int NumberCharactersMax = 16;
 
 QString withoutBlanks(QString text)
@@ -18,33 +17,46 @@ QString withoutBlanks(QString text)
     return text.remove(blanks);
 }
 
-quint8 copyPayload(const QByteArray &data, std::uint8_t *target, std::size_t capacity)
+/// What both kinds of records have.
+template<typename Record>
+Record toRecord(const CanFrameInput &input)
 {
-    const auto length = std::min(static_cast<std::size_t>(data.size()), capacity);
-    std::memcpy(target, data.constData(), length);
-    return static_cast<quint8>(length);
+    constexpr int Capacity = sizeof(Record::Data);
+    Record record{};
+    record.ID = input.id;
+    record.ExternFlag = input.extended ? 1 : 0;
+    record.DataLen = static_cast<quint8>(std::min(input.data.size(), Capacity));
+    std::copy_n(input.data.cbegin(), record.DataLen, record.Data);
+    return record;
 }
 } // namespace
 
+std::optional<quint32> numberFromHex(const QString &text)
+{
+    // The conversion alone would take signs and a second "0x".
+    static const QRegularExpression pattern(QStringLiteral("\\A(?:0[xX])?([0-9A-Fa-f]+)\\z"));
+    const QString typed = withoutBlanks(text).left(NumberCharactersMax);
+    bool isNumber = false;
+    const quint32 number = pattern.match(typed).captured(1).toUInt(&isNumber, 16);
+    return isNumber ? std::optional<quint32>(number) : std::nullopt;
+}
+
+QString hexNumberPattern()
+{
+    return QStringLiteral("(0[xX])?[0-9A-Fa-f]{0,8}");
+}
+
 std::optional<quint32> frameIdFromText(const QString &text, bool extended)
 {
-    bool isNumber = false;
-    const quint64 id = withoutBlanks(text).left(NumberCharactersMax).toULongLong(&isNumber, 16);
-    if (!isNumber || id > frameIdMax(extended)) {
-        return std::nullopt;
-    }
-    return static_cast<quint32>(id);
+    const std::optional<quint32> id = numberFromHex(text);
+    return id && *id <= frameIdMax(extended) ? id : std::nullopt;
 }
 
 QString correctedFrameIdText(const QString &text, bool extended)
 {
-    QString digits = withoutBlanks(text);
-    const int digitsMax = extended ? ExtendedIdDigits : StandardIdDigits;
-    const quint32 idMax = frameIdMax(extended);
-    if (digits.size() > digitsMax || digits.toULongLong(nullptr, 16) > idMax) {
-        return QString::number(idMax, 16).toUpper();
-    }
-    return digits;
+    const QString digits = withoutBlanks(text);
+    const bool isTooHigh = digits.size() > frameIdDigits(extended) || digits.toUInt(nullptr, 16) > frameIdMax(extended);
+    return isTooHigh ? hexNumber(frameIdMax(extended), frameIdDigits(extended)) : digits;
 }
 
 std::optional<quint32> countFromText(const QString &text)
@@ -74,21 +86,15 @@ QVector<int> payloadLengths(bool isCANFD)
 
 VCI_CAN_OBJ toClassicFrame(const CanFrameInput &input)
 {
-    VCI_CAN_OBJ frame{};
-    frame.ID = input.id;
+    auto frame = toRecord<VCI_CAN_OBJ>(input);
     frame.RemoteFlag = input.remote ? 1 : 0;
-    frame.ExternFlag = input.extended ? 1 : 0;
-    frame.DataLen = copyPayload(input.data, frame.Data, sizeof frame.Data);
     return frame;
 }
 
 VCI_CANFD_OBJ toFdFrame(const CanFrameInput &input)
 {
-    VCI_CANFD_OBJ frame{};
-    frame.ID = input.id;
-    frame.ExternFlag = input.extended ? 1 : 0;
+    auto frame = toRecord<VCI_CANFD_OBJ>(input);
     frame.FDFlag = input.protocol;
-    frame.DataLen = copyPayload(input.data, frame.Data, sizeof frame.Data);
     return frame;
 }
 

@@ -19,8 +19,14 @@ struct CanFrameInput
     QByteArray data;       ///< at most 8 (CAN FD: 64) bytes are sent
 };
 
-/// The identifier in a text of hexadecimal digits, blanks ignored, at most 16 characters read. Nothing when the text is
-/// no number or above the range of the frame type (frameIdMax()).
+/// The number in a text of hexadecimal digits, with or without "0x" before it; blanks are ignored and at most 16
+/// characters are read. Nothing when the text is no such number or needs more than 32 bits.
+std::optional<quint32> numberFromHex(const QString &text);
+
+/// What may be typed for such a number: the pattern of a validator that takes incomplete numbers, too.
+QString hexNumberPattern();
+
+/// Such a number as an identifier: nothing, too, when it is above the range of the frame type (frameIdMax()).
 std::optional<quint32> frameIdFromText(const QString &text, bool extended);
 
 /// What a half-typed identifier becomes while the user types: blanks removed, and the highest identifier of the frame

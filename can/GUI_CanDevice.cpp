@@ -8,7 +8,6 @@
 #include "device/CANCommunication.h"
 #include "device/ClockText.h"
 #include "widgets/CMessageBox.h"
-#include "widgets/CNotice.h"
 
 #include <QSet>
 #include <QToolTip>
@@ -17,6 +16,7 @@
 
 namespace {
 constexpr int ClassicLengthMax = 8;
+constexpr int PanelHeight = 155;
 
 /// All frames of a batch share one clock text.
 template<typename AdapterFrame>
@@ -35,8 +35,7 @@ QVector<CTableViewCAN::DataObject> toRows(const QVector<AdapterFrame> &frames)
 template<typename Dialog>
 Dialog *makeDialog(GUI_CanDevice *tab, CANCommunication &communication, const QString &title)
 {
-    const ChannelParam &channel = tab->channelParam();
-    auto *dialog = new Dialog(communication, channel.device, channel.channel, channel.isCANFD, tab);
+    auto *dialog = new Dialog(tab->channelParam(), communication, tab);
     dialog->setWindowTitle(tab->objectName() + QStringLiteral("  -  ") + title);
     return dialog;
 }
@@ -230,7 +229,11 @@ void GUI_CanDevice::slot_stopSendBtnClicked()
 
 void GUI_CanDevice::slot_foldBtnClicked(bool checked)
 {
-    m_p->fold(checked);
+    m_p->foldAnimation.stop();
+    m_p->ui.widget_content->show();
+    m_p->foldAnimation.setStartValue(m_p->ui.widget_content->height());
+    m_p->foldAnimation.setEndValue(checked ? 0 : PanelHeight);
+    m_p->foldAnimation.start();
 }
 
 void GUI_CanDevice::slot_resetBtnClicked()

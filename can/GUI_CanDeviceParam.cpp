@@ -1,25 +1,22 @@
 #include "can/GUI_CanDeviceParam.h"
 
+#include "can/CanFrameInput.h"
 #include "can/GUI_CanFilterTool.h"
 #include "can/GUI_CanScanBaudrate.h"
 #include "device/CANBaudrate.h"
 #include "device/CANCommunication.h"
 #include "ui_GUI_CanDeviceParam.h"
+#include "widgets/HexEntry.h"
 #include "widgets/NumberEntry.h"
 
 #include <QApplication>
 #include <QMetaProperty>
-#include <QRegularExpressionValidator>
 #include <QShowEvent>
 #include <QSignalBlocker>
 
 #include <algorithm>
-#include <set>
-#include <tuple>
 
 namespace {
-using Mode = GUI_CanDeviceParam::Mode;
-
 constexpr int BaudrateCustom = 0;
 constexpr int BaudrateFirst = 3; // 500k bps
 
@@ -38,144 +35,104 @@ quint8 dataOf(const QComboBox *combo)
 }
 } // namespace
 
-class GUI_CanDeviceParamPrivate
+GUI_CanDeviceParam::GUI_CanDeviceParam(CANCommunication &communication, QWidget *parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::GUI_CanDeviceParam>())
+    , m_communication(communication)
 {
-public:
-    /// The controls that are on both pages.
-    struct Page
-    {
-        QComboBox *device;
-        QComboBox *channel;
-        QCheckBox *openAll;
-        QLabel *noDevice;
-    };
+    m_ui->setupUi(this);
+    setFixedSize(size());
+    setValidators();
+    fillCombos();
+    connectSignals();
+    m_ui->cbx_baudrate->setCurrentIndex(BaudrateFirst);
+    m_acceptedEntries = entries();
+}
 
-    GUI_CanDeviceParamPrivate(GUI_CanDeviceParam *dialog, CANCommunication &manager)
-        : q(dialog)
-        , communication(manager)
-    {
-    }
+GUI_CanDeviceParam::~GUI_CanDeviceParam()
+{
+    // Leaving the field that has the focus calls a slot, for which everything must still be there.
+    hide();
+}
 
-    void fillCombos();
-    void setValidators() const;
-    void connectSignals();
-    Page page(Mode mode) const;
-    void showPage(Mode mode);
-    QVector<quint8> freeChannels(Mode mode, const DevicePresence &device) const;
-    void fillDevices(Mode mode) const;
-    void fillChannels(Mode mode) const;
-    void refillLists() const;
-    void lookForDevices();
-    void startAtFirstField() const;
-    QVector<quint8> chosenChannels() const;
-    std::optional<quint8> scanDevice() const;
-    void showTiming() const;
-    void openFilterTool();
-    void openScan() const;
-    void chooseRate(int index, int dataRate) const;
-    CanDeviceParam readEntries() const;
-    void completeEntries() const;
-    QVector<QWidget *> entryWidgets() const;
-    QVariantList entries() const;
-    void setEntries(const QVariantList &values) const;
-
-    GUI_CanDeviceParam *q;
-    CANCommunication &communication;
-    Ui::GUI_CanDeviceParam ui;
-    QVector<DevicePresence> present;                  ///< when the dialog was shown last
-    std::set<std::tuple<Mode, quint8, quint8>> taken; ///< kind, device, channel
-    QVector<CanIdRange> filterIds;                    ///< list of the filter tool
-    Mode shownMode = Mode::CAN;                       ///< whose page is shown
-    CanDeviceParam param;                             ///< what was last accepted, also:
-    QVariantList acceptedEntries;                     ///< as in the controls
-    Mode acceptedMode = Mode::CAN;
-};
-
-void GUI_CanDeviceParamPrivate::fillCombos()
+void GUI_CanDeviceParam::fillCombos()
 {
     for (const CANBaudrate &rate : canBaudrates()) {
-        ui.cbx_baudrate->addItem(displayName(rate), QVariant::fromValue(rate));
+        m_ui->cbx_baudrate->addItem(displayName(rate), QVariant::fromValue(rate));
     }
     for (const CANBaudrate &rate : canFDDataRates()) {
-        ui.cbx_baudrateCANFD->addItem(displayName(rate), ui.cbx_baudrateCANFD->count());
+        m_ui->cbx_baudrateCANFD->addItem(displayName(rate), m_ui->cbx_baudrateCANFD->count());
     }
-    ui.cbx_operatingMode->addItem(GUI_CanDeviceParam::tr("Normal"), 0);
-    ui.cbx_operatingMode->addItem(GUI_CanDeviceParam::tr("Listen"), 1);
-    ui.cbx_filterMode->addItem(GUI_CanDeviceParam::tr("Receive all"), 1);
-    ui.cbx_checksumLIN->addItem(GUI_CanDeviceParam::tr("Standard checksum"), 0);
-    ui.cbx_checksumLIN->addItem(GUI_CanDeviceParam::tr("Enhanced checksum"), 1);
+    m_ui->cbx_operatingMode->addItem(tr("Normal"), 0);
+    m_ui->cbx_operatingMode->addItem(tr("Listen"), 1);
+    m_ui->cbx_filterMode->addItem(tr("Receive all"), 1);
+    m_ui->cbx_checksumLIN->addItem(tr("Standard checksum"), 0);
+    m_ui->cbx_checksumLIN->addItem(tr("Enhanced checksum"), 1);
 }
 
-void GUI_CanDeviceParamPrivate::setValidators() const
+void GUI_CanDeviceParam::setValidators()
 {
-    const auto restrict = [](QLineEdit *field, const QString &pattern, NumberEntry kind) {
-        field->setValidator(new QRegularExpressionValidator(QRegularExpression(pattern), field));
-        cleanEntry(field, kind);
-    };
-    for (QLineEdit *field : {ui.lbx_accCode, ui.lbx_accMask}) {
-        restrict(field, hexNumberPattern(), NumberEntry::PrefixedHex);
+    for (QLineEdit *field : {m_ui->lbx_accCode, m_ui->lbx_accMask}) {
+        restrictEntry(field, NumberEntry::PrefixedHex, hexNumberPattern());
     }
-    for (QLineEdit *field : {ui.lbx_time0, ui.lbx_time1}) {
-        restrict(field, QStringLiteral("[A-Fa-f0-9]{1,2}"), NumberEntry::Hex);
+    for (QLineEdit *field : {m_ui->lbx_time0, m_ui->lbx_time1}) {
+        restrictEntry(field, NumberEntry::Hex, QStringLiteral("[A-Fa-f0-9]{1,2}"));
     }
-    restrict(ui.lbx_baudrateLIN, QStringLiteral("[0-9]*"), NumberEntry::Decimal);
+    restrictEntry(m_ui->lbx_baudrateLIN, NumberEntry::Decimal, QStringLiteral("[0-9]*"));
 }
 
-void GUI_CanDeviceParamPrivate::connectSignals()
+void GUI_CanDeviceParam::connectSignals()
 {
     const auto indexChanged = QOverload<int>::of(&QComboBox::currentIndexChanged);
-    QObject::connect(ui.cbx_index, indexChanged, q, [this] { fillChannels(Mode::CAN); });
-    QObject::connect(ui.cbx_indexLIN, indexChanged, q, [this] { fillChannels(Mode::LIN); });
-    QObject::connect(ui.cbx_baudrate, indexChanged, q, [this] { showTiming(); });
-    for (const QLineEdit *field : {ui.lbx_accCode, ui.lbx_accMask, ui.lbx_baudrateLIN}) {
-        QObject::connect(field, &QLineEdit::editingFinished, q, [this] { completeEntries(); });
+    connect(m_ui->cbx_index, indexChanged, this, [this] { fillChannels(Mode::CAN); });
+    connect(m_ui->cbx_indexLIN, indexChanged, this, [this] { fillChannels(Mode::LIN); });
+    connect(m_ui->cbx_baudrate, indexChanged, this, [this] { showTiming(); });
+    for (const QLineEdit *field : {m_ui->lbx_accCode, m_ui->lbx_accMask, m_ui->lbx_baudrateLIN}) {
+        connect(field, &QLineEdit::editingFinished, this, [this] { completeEntries(); });
     }
-    QObject::connect(ui.btn_setup, &QPushButton::clicked, q,
-                     [this] { showPage(shownMode == Mode::CAN ? Mode::LIN : Mode::CAN); });
-    QObject::connect(ui.btn_filterTool, &QPushButton::clicked, q, [this] { openFilterTool(); });
-    QObject::connect(ui.btn_scan, &QPushButton::clicked, q, [this] { openScan(); });
-    QObject::connect(ui.btn_ok, &QPushButton::clicked, q, &QDialog::accept);
-    QObject::connect(ui.btn_cancel, &QPushButton::clicked, q, &QDialog::reject);
+    connect(m_ui->btn_setup, &QPushButton::clicked, this,
+            [this] { showPage(m_shownMode == Mode::CAN ? Mode::LIN : Mode::CAN); });
+    connect(m_ui->btn_filterTool, &QPushButton::clicked, this, [this] { openFilterTool(); });
+    connect(m_ui->btn_scan, &QPushButton::clicked, this, [this] { openScan(); });
 }
 
-GUI_CanDeviceParamPrivate::Page GUI_CanDeviceParamPrivate::page(Mode mode) const
+GUI_CanDeviceParam::Page GUI_CanDeviceParam::page(Mode mode) const
 {
     if (mode == Mode::LIN) {
-        return {ui.cbx_indexLIN, ui.cbx_channelLIN, ui.chbx_openAllChannelLIN, ui.lbl_noDeviceLIN};
+        return {m_ui->cbx_indexLIN, m_ui->cbx_channelLIN, m_ui->chbx_openAllChannelLIN, m_ui->lbl_noDeviceLIN};
     }
-    return {ui.cbx_index, ui.cbx_channel, ui.chbx_openAllChannel, ui.lbl_noDevice};
+    return {m_ui->cbx_index, m_ui->cbx_channel, m_ui->chbx_openAllChannel, m_ui->lbl_noDevice};
 }
 
 /// The caption of the button is written "LIN Setup" before the first switch and "LIN setup" after it.
-void GUI_CanDeviceParamPrivate::showPage(Mode mode)
+void GUI_CanDeviceParam::showPage(Mode mode)
 {
-    shownMode = mode;
-    ui.widget_CAN->setVisible(mode == Mode::CAN);
-    ui.widget_LIN->setVisible(mode == Mode::LIN);
-    ui.btn_setup->setText(mode == Mode::LIN ? GUI_CanDeviceParam::tr("CAN setup")
-                                            : GUI_CanDeviceParam::tr("LIN setup"));
+    m_shownMode = mode;
+    m_ui->widget_CAN->setVisible(mode == Mode::CAN);
+    m_ui->widget_LIN->setVisible(mode == Mode::LIN);
+    m_ui->btn_setup->setText(mode == Mode::LIN ? tr("CAN setup") : tr("LIN setup"));
 }
 
-QVector<quint8> GUI_CanDeviceParamPrivate::freeChannels(Mode mode, const DevicePresence &device) const
+QVector<quint8> GUI_CanDeviceParam::freeChannels(Mode mode, const DevicePresence &device) const
 {
     QVector<quint8> channels = mode == Mode::LIN ? device.linChannels : device.canChannels;
     const auto isTaken = [&](quint8 channel) {
-        return taken.count({mode, device.device, channel}) != 0;
+        return m_taken.count({mode, device.device, channel}) != 0;
     };
     channels.erase(std::remove_if(channels.begin(), channels.end(), isTaken), channels.end());
     return channels;
 }
 
 /// Offers the devices with a free channel, or says why there is none.
-void GUI_CanDeviceParamPrivate::fillDevices(Mode mode) const
+void GUI_CanDeviceParam::fillDevices(Mode mode)
 {
     const Page shown = page(mode);
     {
         const QSignalBlocker blocker(shown.device);
         shown.device->clear();
-        for (const DevicePresence &device : present) {
+        for (const DevicePresence &device : m_present) {
             if (!freeChannels(mode, device).isEmpty()) {
-                shown.device->addItem(GUI_CanDeviceParam::tr("Device") + QString::number(device.device), device.device);
+                shown.device->addItem(tr("Device") + QString::number(device.device), device.device);
             }
         }
     }
@@ -184,30 +141,30 @@ void GUI_CanDeviceParamPrivate::fillDevices(Mode mode) const
     shown.device->setEnabled(isAnyFree);
     shown.channel->setEnabled(isAnyFree);
     shown.noDevice->setVisible(!isAnyFree);
-    if (present.isEmpty()) {
-        shown.noDevice->setText(GUI_CanDeviceParam::tr("No adapter found. Connect one and open this dialog again."));
+    if (m_present.isEmpty()) {
+        shown.noDevice->setText(tr("No adapter found. Connect one and open this dialog again."));
     } else {
-        shown.noDevice->setText(mode == Mode::LIN ? GUI_CanDeviceParam::tr("All LIN channels are open already.")
-                                                  : GUI_CanDeviceParam::tr("All CAN channels are open already."));
+        shown.noDevice->setText(mode == Mode::LIN ? tr("All LIN channels are open already.")
+                                                  : tr("All CAN channels are open already."));
     }
 }
 
-void GUI_CanDeviceParamPrivate::fillChannels(Mode mode) const
+void GUI_CanDeviceParam::fillChannels(Mode mode)
 {
     const Page shown = page(mode);
     shown.channel->clear();
-    for (const DevicePresence &device : present) {
+    for (const DevicePresence &device : m_present) {
         if (shown.device->count() == 0 || device.device != dataOf(shown.device)) {
             continue;
         }
         for (const quint8 channel : freeChannels(mode, device)) {
-            shown.channel->addItem(GUI_CanDeviceParam::tr("Channel") + QString::number(channel), channel);
+            shown.channel->addItem(tr("Channel") + QString::number(channel), channel);
         }
     }
 }
 
 /// What is chosen stays chosen as long as it is offered.
-void GUI_CanDeviceParamPrivate::refillLists() const
+void GUI_CanDeviceParam::refillLists()
 {
     const QVariantList kept = entries();
     fillDevices(Mode::CAN);
@@ -216,28 +173,28 @@ void GUI_CanDeviceParamPrivate::refillLists() const
 }
 
 /// Takes as long as the adapters take to answer.
-void GUI_CanDeviceParamPrivate::lookForDevices()
+void GUI_CanDeviceParam::lookForDevices()
 {
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    present = communication.presentDevices();
+    m_present = m_communication.presentDevices();
     QApplication::restoreOverrideCursor();
 }
 
 /// Where the focus was when the dialog was closed, and which button that made the default one, is of no use any more.
-void GUI_CanDeviceParamPrivate::startAtFirstField() const
+void GUI_CanDeviceParam::startAtFirstField()
 {
     for (QWidget *field : entryWidgets()) {
-        if (field->isVisibleTo(q) && field->isEnabled()) {
+        if (field->isVisibleTo(this) && field->isEnabled()) {
             field->setFocus();
             break;
         }
     }
-    ui.btn_ok->setDefault(true);
+    m_ui->btn_ok->setDefault(true);
 }
 
-QVector<quint8> GUI_CanDeviceParamPrivate::chosenChannels() const
+QVector<quint8> GUI_CanDeviceParam::chosenChannels() const
 {
-    const Page shown = page(shownMode);
+    const Page shown = page(m_shownMode);
     QVector<quint8> channels;
     for (int i = 0; i < shown.channel->count(); ++i) {
         if (shown.openAll->isChecked() || i == shown.channel->currentIndex()) {
@@ -248,79 +205,79 @@ QVector<quint8> GUI_CanDeviceParamPrivate::chosenChannels() const
 }
 
 /// The device chosen. When all channels are open none can be, and the scan of any device says what is the matter.
-std::optional<quint8> GUI_CanDeviceParamPrivate::scanDevice() const
+std::optional<quint8> GUI_CanDeviceParam::scanDevice() const
 {
-    if (ui.cbx_index->count() > 0) {
-        return dataOf(ui.cbx_index);
+    if (m_ui->cbx_index->count() > 0) {
+        return dataOf(m_ui->cbx_index);
     }
-    return present.isEmpty() ? std::nullopt : std::optional<quint8>(present.constFirst().device);
+    return m_present.isEmpty() ? std::nullopt : std::optional<quint8>(m_present.constFirst().device);
 }
 
-void GUI_CanDeviceParamPrivate::showTiming() const
+void GUI_CanDeviceParam::showTiming()
 {
-    const bool isCustom = ui.cbx_baudrate->currentIndex() == BaudrateCustom;
-    ui.lbx_time0->setEnabled(isCustom);
-    ui.lbx_time1->setEnabled(isCustom);
+    const bool isCustom = m_ui->cbx_baudrate->currentIndex() == BaudrateCustom;
+    m_ui->lbx_time0->setEnabled(isCustom);
+    m_ui->lbx_time1->setEnabled(isCustom);
     if (!isCustom) {
-        const auto rate = ui.cbx_baudrate->currentData().value<CANBaudrate>();
-        ui.lbx_time0->setText(timingText(rate.timing0()));
-        ui.lbx_time1->setText(timingText(rate.timing1()));
+        const auto rate = m_ui->cbx_baudrate->currentData().value<CANBaudrate>();
+        m_ui->lbx_time0->setText(hexNumber(rate.timing0(), 2));
+        m_ui->lbx_time1->setText(hexNumber(rate.timing1(), 2));
     }
 }
 
-void GUI_CanDeviceParamPrivate::openFilterTool()
+void GUI_CanDeviceParam::openFilterTool()
 {
-    auto *tool = new GUI_CanFilterTool(filterIds, q);
+    auto *tool = new GUI_CanFilterTool(m_filterIds, this);
     tool->setAttribute(Qt::WA_DeleteOnClose);
-    QObject::connect(tool, &QDialog::accepted, q, [this, tool] {
-        filterIds = tool->ids();
-        ui.lbx_accCode->setText(acceptanceText(tool->filter().code));
-        ui.lbx_accMask->setText(acceptanceText(tool->filter().mask));
+    connect(tool, &QDialog::accepted, this, [this, tool] {
+        m_filterIds = tool->ids();
+        m_ui->lbx_accCode->setText(acceptanceText(tool->filter().code));
+        m_ui->lbx_accMask->setText(acceptanceText(tool->filter().mask));
     });
     tool->open();
 }
 
-void GUI_CanDeviceParamPrivate::openScan() const
+void GUI_CanDeviceParam::openScan()
 {
-    auto *scan = new GUI_CanScanBaudrate(communication, scanDevice(), q);
+    auto *scan = new GUI_CanScanBaudrate(m_communication, scanDevice(), this);
     scan->setAttribute(Qt::WA_DeleteOnClose);
-    QObject::connect(scan, &GUI_CanScanBaudrate::sig_rateFound, q,
-                     [this](int index, int dataRate) { chooseRate(index, dataRate); });
+    connect(scan, &GUI_CanScanBaudrate::sig_rateFound, this,
+            [this](int index, int dataRate) { chooseRate(index, dataRate); });
     scan->open();
 }
 
 /// A rate that is not on offer leaves what is chosen.
-void GUI_CanDeviceParamPrivate::chooseRate(int index, int dataRate) const
+void GUI_CanDeviceParam::chooseRate(int index, int dataRate)
 {
-    if (index >= 0 && index < ui.cbx_baudrate->count()) {
-        ui.cbx_baudrate->setCurrentIndex(index);
+    if (index >= 0 && index < m_ui->cbx_baudrate->count()) {
+        m_ui->cbx_baudrate->setCurrentIndex(index);
     }
-    const int entry = ui.cbx_baudrateCANFD->findData(dataRate);
+    const int entry = m_ui->cbx_baudrateCANFD->findData(dataRate);
     if (entry >= 0) {
-        ui.cbx_baudrateCANFD->setCurrentIndex(entry);
+        m_ui->cbx_baudrateCANFD->setCurrentIndex(entry);
     }
 }
 
-CanDeviceParam GUI_CanDeviceParamPrivate::readEntries() const
+CanDeviceParam GUI_CanDeviceParam::readEntries() const
 {
     CanDeviceParam chosen;
-    chosen.operatingMode = dataOf(ui.cbx_operatingMode);
-    chosen.filterMode = dataOf(ui.cbx_filterMode);
-    chosen.timing0 = static_cast<quint8>(numberFromHex(ui.lbx_time0->text()).value_or(0));
-    chosen.timing1 = static_cast<quint8>(numberFromHex(ui.lbx_time1->text()).value_or(0));
-    chosen.accCode = numberFromHex(ui.lbx_accCode->text()).value_or(CanAcceptanceFilter().code);
-    chosen.accMask = numberFromHex(ui.lbx_accMask->text()).value_or(CanAcceptanceFilter().mask);
-    chosen.dataRateCANFD = dataOf(ui.cbx_baudrateCANFD);
-    chosen.linChecksum = dataOf(ui.cbx_checksumLIN);
-    chosen.linBaudRate = linBaudRateFromText(ui.lbx_baudrateLIN->text());
-    chosen.device = dataOf(page(shownMode).device);
-    chosen.isLIN = shownMode == Mode::LIN ? 1 : 0;
+    chosen.operatingMode = dataOf(m_ui->cbx_operatingMode);
+    chosen.filterMode = dataOf(m_ui->cbx_filterMode);
+    chosen.timing0 = static_cast<quint8>(numberFromHex(m_ui->lbx_time0->text()).value_or(0));
+    chosen.timing1 = static_cast<quint8>(numberFromHex(m_ui->lbx_time1->text()).value_or(0));
+    chosen.accCode = numberFromHex(m_ui->lbx_accCode->text()).value_or(CanAcceptanceFilter().code);
+    chosen.accMask = numberFromHex(m_ui->lbx_accMask->text()).value_or(CanAcceptanceFilter().mask);
+    chosen.dataRateCANFD = dataOf(m_ui->cbx_baudrateCANFD);
+    chosen.linChecksum = dataOf(m_ui->cbx_checksumLIN);
+    chosen.linBaudRate = linBaudRateFromText(m_ui->lbx_baudrateLIN->text());
+    chosen.device = dataOf(page(m_shownMode).device);
+    chosen.isLIN = m_shownMode == Mode::LIN ? 1 : 0;
     chosen.channels = chosenChannels();
     return chosen;
 }
 
 /// What is no number becomes the number it counts as, so that the user sees it.
-void GUI_CanDeviceParamPrivate::completeEntries() const
+void GUI_CanDeviceParam::completeEntries()
 {
     const CanDeviceParam counted = readEntries();
     const auto complete = [](QLineEdit *field, const QString &text) {
@@ -328,24 +285,24 @@ void GUI_CanDeviceParamPrivate::completeEntries() const
             field->setText(text);
         }
     };
-    complete(ui.lbx_accCode, acceptanceText(counted.accCode));
-    complete(ui.lbx_accMask, acceptanceText(counted.accMask));
-    complete(ui.lbx_time0, timingText(counted.timing0));
-    complete(ui.lbx_time1, timingText(counted.timing1));
-    ui.lbx_baudrateLIN->setText(QString::number(counted.linBaudRate));
+    complete(m_ui->lbx_accCode, acceptanceText(counted.accCode));
+    complete(m_ui->lbx_accMask, acceptanceText(counted.accMask));
+    complete(m_ui->lbx_time0, hexNumber(counted.timing0, 2));
+    complete(m_ui->lbx_time1, hexNumber(counted.timing1, 2));
+    m_ui->lbx_baudrateLIN->setText(QString::number(counted.linBaudRate));
 }
 
 /// In an order in which they can be set: a device brings its channels.
-QVector<QWidget *> GUI_CanDeviceParamPrivate::entryWidgets() const
+QVector<QWidget *> GUI_CanDeviceParam::entryWidgets() const
 {
-    return {ui.cbx_index,      ui.cbx_channel,       ui.lbx_accCode,         ui.lbx_accMask,
-            ui.cbx_filterMode, ui.cbx_operatingMode, ui.cbx_baudrate,        ui.lbx_time0,
-            ui.lbx_time1,      ui.cbx_baudrateCANFD, ui.chbx_openAllChannel, ui.cbx_indexLIN,
-            ui.cbx_channelLIN, ui.cbx_checksumLIN,   ui.lbx_baudrateLIN,     ui.chbx_openAllChannelLIN};
+    return {m_ui->cbx_index,      m_ui->cbx_channel,       m_ui->lbx_accCode,         m_ui->lbx_accMask,
+            m_ui->cbx_filterMode, m_ui->cbx_operatingMode, m_ui->cbx_baudrate,        m_ui->lbx_time0,
+            m_ui->lbx_time1,      m_ui->cbx_baudrateCANFD, m_ui->chbx_openAllChannel, m_ui->cbx_indexLIN,
+            m_ui->cbx_channelLIN, m_ui->cbx_checksumLIN,   m_ui->lbx_baudrateLIN,     m_ui->chbx_openAllChannelLIN};
 }
 
 /// What the user sees in each entry widget: its text or its check mark.
-QVariantList GUI_CanDeviceParamPrivate::entries() const
+QVariantList GUI_CanDeviceParam::entries() const
 {
     QVariantList values;
     for (const QWidget *widget : entryWidgets()) {
@@ -355,7 +312,7 @@ QVariantList GUI_CanDeviceParamPrivate::entries() const
 }
 
 /// A device or channel that is not offered any more leaves the first one chosen.
-void GUI_CanDeviceParamPrivate::setEntries(const QVariantList &values) const
+void GUI_CanDeviceParam::setEntries(const QVariantList &values)
 {
     const QVector<QWidget *> widgets = entryWidgets();
     for (int i = 0; i < widgets.size(); ++i) {
@@ -363,42 +320,16 @@ void GUI_CanDeviceParamPrivate::setEntries(const QVariantList &values) const
     }
 }
 
-GUI_CanDeviceParam::GUI_CanDeviceParam(CANCommunication &communication, QWidget *parent)
-    : QDialog(parent)
-    , m_p(std::make_unique<GUI_CanDeviceParamPrivate>(this, communication))
-{
-    m_p->ui.setupUi(this);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    setFixedSize(size());
-    m_p->ui.widget_LIN->hide();
-    m_p->setValidators();
-    m_p->fillCombos();
-    m_p->connectSignals();
-    m_p->ui.cbx_baudrate->setCurrentIndex(BaudrateFirst);
-    m_p->acceptedEntries = m_p->entries();
-}
-
-GUI_CanDeviceParam::~GUI_CanDeviceParam()
-{
-    // Leaving the field that has the focus calls a slot, for which everything must still be there.
-    hide();
-}
-
-const CanDeviceParam &GUI_CanDeviceParam::deviceParam() const
-{
-    return m_p->param;
-}
-
 void GUI_CanDeviceParam::append(Mode mode, uint8_t id, uint8_t ch)
 {
-    m_p->taken.insert({mode, id, ch});
-    m_p->refillLists();
+    m_taken.insert({mode, id, ch});
+    refillLists();
 }
 
 void GUI_CanDeviceParam::remove(Mode mode, uint8_t id, uint8_t ch)
 {
-    m_p->taken.erase({mode, id, ch});
-    m_p->refillLists();
+    m_taken.erase({mode, id, ch});
+    refillLists();
 }
 
 /// Once for each time it is shown: a further click may still be on its way when the dialog has closed.
@@ -407,10 +338,10 @@ void GUI_CanDeviceParam::accept()
     if (!isVisible()) {
         return;
     }
-    m_p->completeEntries();
-    m_p->param = m_p->readEntries();
-    m_p->acceptedEntries = m_p->entries();
-    m_p->acceptedMode = m_p->shownMode;
+    completeEntries();
+    m_param = readEntries();
+    m_acceptedEntries = entries();
+    m_acceptedMode = m_shownMode;
     QDialog::accept();
 }
 
@@ -418,13 +349,13 @@ void GUI_CanDeviceParam::showEvent(QShowEvent *event)
 {
     // A window that comes back from the task bar goes on where it was.
     if (!event->spontaneous()) {
-        m_p->lookForDevices();
-        m_p->refillLists();
-        m_p->setEntries(m_p->acceptedEntries);
-        if (m_p->shownMode != m_p->acceptedMode) {
-            m_p->showPage(m_p->acceptedMode);
+        lookForDevices();
+        refillLists();
+        setEntries(m_acceptedEntries);
+        if (m_shownMode != m_acceptedMode) {
+            showPage(m_acceptedMode);
         }
-        m_p->startAtFirstField();
+        startAtFirstField();
     }
     QDialog::showEvent(event);
 }

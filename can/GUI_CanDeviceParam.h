@@ -1,14 +1,27 @@
 #pragma once
 
+#include "can/CanAcceptanceFilter.h"
 #include "can/CanDeviceParam.h"
 
 #include <QDialog>
+#include <QVariantList>
+#include <QVector>
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <set>
+#include <tuple>
 
 class CANCommunication;
-class GUI_CanDeviceParamPrivate;
+class QCheckBox;
+class QComboBox;
+class QLabel;
+struct DevicePresence;
+
+namespace Ui {
+class GUI_CanDeviceParam;
+}
 
 /// Asks which channels of which device to open, and how. One dialog serves the whole run of the program:
 /// - Each time it is shown, it looks once for devices (CANCommunication::presentDevices(), which takes as long as the
@@ -30,7 +43,7 @@ public:
     ~GUI_CanDeviceParam() override;
 
     /// What was last accepted; no channels before that.
-    const CanDeviceParam &deviceParam() const;
+    const CanDeviceParam &deviceParam() const { return m_param; }
 
 public slots:
     /// A tab holds the channel (device id, channel index ch) open: it is not offered any more.
@@ -43,5 +56,45 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
-    std::unique_ptr<GUI_CanDeviceParamPrivate> m_p;
+    /// The controls that are on both pages.
+    struct Page
+    {
+        QComboBox *device;
+        QComboBox *channel;
+        QCheckBox *openAll;
+        QLabel *noDevice;
+    };
+
+    void fillCombos();
+    void setValidators();
+    void connectSignals();
+    Page page(Mode mode) const;
+    void showPage(Mode mode);
+    QVector<quint8> freeChannels(Mode mode, const DevicePresence &device) const;
+    void fillDevices(Mode mode);
+    void fillChannels(Mode mode);
+    void refillLists();
+    void lookForDevices();
+    void startAtFirstField();
+    QVector<quint8> chosenChannels() const;
+    std::optional<quint8> scanDevice() const;
+    void showTiming();
+    void openFilterTool();
+    void openScan();
+    void chooseRate(int index, int dataRate);
+    CanDeviceParam readEntries() const;
+    void completeEntries();
+    QVector<QWidget *> entryWidgets() const;
+    QVariantList entries() const;
+    void setEntries(const QVariantList &values);
+
+    std::unique_ptr<Ui::GUI_CanDeviceParam> m_ui;
+    CANCommunication &m_communication;
+    QVector<DevicePresence> m_present;                  ///< when the dialog was shown last
+    std::set<std::tuple<Mode, quint8, quint8>> m_taken; ///< kind, device, channel
+    QVector<CanIdRange> m_filterIds;                    ///< list of the filter tool
+    Mode m_shownMode = Mode::CAN;                       ///< whose page is shown
+    CanDeviceParam m_param;                             ///< what was last accepted, also:
+    QVariantList m_acceptedEntries;                     ///< as in the controls
+    Mode m_acceptedMode = Mode::CAN;
 };

@@ -2,7 +2,6 @@
 
 #include "capture/GUI_CanAdvancedOpearation.h"
 #include "device/CANCommunication.h"
-#include "widgets/CNotice.h"
 #include "widgets/NumberEntry.h"
 
 #include <QSignalBlocker>
@@ -11,7 +10,6 @@
 
 namespace {
 constexpr int FoldMs = 500;
-constexpr int PanelHeight = 155;
 
 /// The item data are the places in the list.
 void addItems(QComboBox *combo, const QStringList &texts)
@@ -29,9 +27,9 @@ void GUI_CanDevicePrivate::prepareForm()
     showCacheLimit();
     ui.tableView->setAutoScroll(true);
     setValidators();
-    addItems(ui.cbx_frameType, {GUI_CanDevice::tr("Standard"), GUI_CanDevice::tr("Extend")});
-    addItems(ui.cbx_frameFormat, {GUI_CanDevice::tr("Data"), GUI_CanDevice::tr("Remote")});
-    addItems(ui.cbx_protocol, {GUI_CanDevice::tr("CAN"), GUI_CanDevice::tr("CANFD"), GUI_CanDevice::tr("CANFD Speed")});
+    addItems(ui.cbx_frameType, {tr("Standard"), tr("Extend")});
+    addItems(ui.cbx_frameFormat, {tr("Data"), tr("Remote")});
+    addItems(ui.cbx_protocol, {tr("CAN"), tr("CANFD"), tr("CANFD Speed")});
 }
 
 void GUI_CanDevicePrivate::connectSignals()
@@ -52,21 +50,21 @@ void GUI_CanDevicePrivate::prepareFolding()
     QSizePolicy policy = ui.widget_content->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     ui.widget_content->setSizePolicy(policy);
-    m_foldAnimation.setTargetObject(ui.widget_content);
-    m_foldAnimation.setPropertyName("maximumHeight");
-    m_foldAnimation.setDuration(FoldMs);
-    QObject::connect(&m_foldAnimation, &QPropertyAnimation::finished, q,
+    foldAnimation.setTargetObject(ui.widget_content);
+    foldAnimation.setPropertyName("maximumHeight");
+    foldAnimation.setDuration(FoldMs);
+    QObject::connect(&foldAnimation, &QPropertyAnimation::finished, q,
                      [this] { ui.widget_content->setVisible(ui.widget_content->maximumHeight() > 0); });
 }
 
 void GUI_CanDevicePrivate::setValidators() const
 {
     for (QLineEdit *field : {ui.lbx_frameID, ui.lbx_setFilter}) {
-        field->setValidator(q->hexBlankValidator());
+        field->setValidator(q->validator(GUI_CanDevice::HexBlank));
         cleanEntry(field, NumberEntry::Hex);
     }
     for (QLineEdit *field : {ui.lbx_frameOfSend, ui.lbx_sendingCycle, ui.lbx_frameOfSaved, ui.lbx_cache}) {
-        field->setValidator(q->decimalValidator());
+        field->setValidator(q->validator(GUI_CanDevice::Decimal));
         cleanEntry(field, NumberEntry::Decimal);
     }
 }
@@ -129,7 +127,7 @@ void GUI_CanDevicePrivate::connectFunctions()
     // The file may be one whose saving was ended before, and another one is being saved by now.
     QObject::connect(ui.tableView, &Table::sig_realTimeSaveFailed, q, [this] {
         showRealTimeSaving();
-        showNotice(GUI_CanDevice::tr("File saving failure!"), CNotice::Failure);
+        showNotice(tr("File saving failure!"), CNotice::Failure);
     });
 }
 
@@ -183,15 +181,6 @@ void GUI_CanDevicePrivate::lockForSending(bool isSending) const
     q->slot_changeBtnState(!isSending);
 }
 
-void GUI_CanDevicePrivate::fold(bool isFolded)
-{
-    m_foldAnimation.stop();
-    ui.widget_content->show();
-    m_foldAnimation.setStartValue(ui.widget_content->height());
-    m_foldAnimation.setEndValue(isFolded ? 0 : PanelHeight);
-    m_foldAnimation.start();
-}
-
 void GUI_CanDevicePrivate::clearErrors()
 {
     m_errors = {};
@@ -213,8 +202,8 @@ void GUI_CanDevicePrivate::applyCacheSize()
 void GUI_CanDevicePrivate::showCacheLimit() const
 {
     const QString limit = q->locale().toString(ui.tableView->cacheSize());
-    ui.lbx_cache->setToolTip(GUI_CanDevice::tr("The table holds at most %1 frames.\nType a number and press Enter to "
-                                               "change it.")
+    ui.lbx_cache->setToolTip(tr("The table holds at most %1 frames.\nType a number and press Enter to "
+                                "change it.")
                                  .arg(limit));
 }
 
@@ -229,6 +218,5 @@ void GUI_CanDevicePrivate::showErrors() const
 
 void GUI_CanDevicePrivate::showRealTimeSaving() const
 {
-    ui.btn_realTimeSaving->setText(ui.tableView->isRealTimeSaving() ? GUI_CanDevice::tr("Stop")
-                                                                    : GUI_CanDevice::tr("Real time saving"));
+    ui.btn_realTimeSaving->setText(ui.tableView->isRealTimeSaving() ? tr("Stop") : tr("Real time saving"));
 }

@@ -5,7 +5,9 @@
 #include "can/GUI_CanDevice.h"
 #include "device/TickTimer.h"
 #include "ui_GUI_CanDevice.h"
+#include "widgets/CNotice.h"
 
+#include <QCoreApplication>
 #include <QPropertyAnimation>
 
 class CANCommunication;
@@ -15,10 +17,9 @@ class GUI_CanSendFile;
 /// The form of a CAN tab: its controls, what they are connected with, what they show and what is entered in them.
 class GUI_CanDevicePrivate
 {
-public:
-    /// The time that a notice stays, milliseconds.
-    static constexpr int NoticeMs = 1500;
+    Q_DECLARE_TR_FUNCTIONS(GUI_CanDevice)
 
+public:
     GUI_CanDevicePrivate(GUI_CanDevice *tab, CANCommunication &manager)
         : q(tab)
         , communication(manager)
@@ -36,12 +37,11 @@ public:
     bool takeEntry();
     /// At the beginning and end of timed sending.
     void lockForSending(bool isSending) const;
-    void fold(bool isFolded);
     /// The number in the field, unless there is none above 0; the field shows the limit in force then.
     void applyCacheSize();
     void clearErrors();
     void showRealTimeSaving() const;
-    void showNotice(const QString &text, int type) const { emit q->sig_showNotice(text, type, NoticeMs); }
+    void showNotice(const QString &text, int type) const { emit q->sig_showNotice(text, type, CNotice::WindowMs); }
     void showMessage(const QString &text, int mode) const { emit q->sig_showMessageBox(text, mode); }
 
     GUI_CanDevice *q;
@@ -55,6 +55,7 @@ public:
     bool isIdIncreasing = false;
     bool isDataIncreasing = false;
     TickTimer sendTimer;
+    QPropertyAnimation foldAnimation;
 
     // Children of the tab, made when they are first asked for.
     GUI_CanSendFile *sendFile = nullptr;
@@ -69,6 +70,5 @@ private:
     void showCacheLimit() const;
     void showErrors() const;
 
-    QPropertyAnimation m_foldAnimation;
     CanTabErrors m_errors; ///< but for those of the table
 };

@@ -7,7 +7,9 @@
 
 #include <memory>
 
-class GUI_CanFilterToolPrivate;
+namespace Ui {
+class GUI_CanFilterTool;
+}
 
 /// Computes the narrowest acceptance code and mask for a list of identifiers and ranges, says how many others pass and
 /// whether an identifier typed in does. Accepted, it stands for its list and filter; an empty list wants no filter.
@@ -21,7 +23,7 @@ public:
     ~GUI_CanFilterTool() override;
 
     QVector<CanIdRange> ids() const;
-    CanAcceptanceFilter filter() const;
+    CanAcceptanceFilter filter() const { return m_filter; }
 
 public slots:
     /// Adds first what has been typed; stays open when that is not possible.
@@ -32,5 +34,19 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    std::unique_ptr<GUI_CanFilterToolPrivate> m_p;
+    void prepareFields();
+    void connectSignals();
+    bool isExtended() const;
+    bool isTyped() const;
+    bool addTyped();
+    void appendRow(const CanIdRange &range);
+    void removeSelected();
+    void clear();
+    void showFilter();
+    void showSelection();
+    void showTest();
+
+    std::unique_ptr<Ui::GUI_CanFilterTool> m_ui;
+    QVector<CanIdRange> m_ids; ///< one for each row of the table
+    CanAcceptanceFilter m_filter;
 };

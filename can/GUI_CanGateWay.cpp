@@ -1,12 +1,9 @@
 #include "can/GUI_CanGateWay.h"
 
-#include "can/GatewayIdList.h"
 #include "ui_GUI_CanGateWay.h"
 #include "widgets/CMessageBox.h"
 #include "widgets/NumberEntry.h"
 
-#include <QIcon>
-#include <QRegularExpressionValidator>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QToolButton>
@@ -32,174 +29,139 @@ QLabel *addLabel(QWidget *row, const char *name, const QString &text, int stretc
 }
 } // namespace
 
-class GUI_CanGateWayPrivate
+GUI_CanGateWay::GUI_CanGateWay(const QSet<quint32> &entries, QWidget *parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::GUI_CanGateWay>())
+    , m_list(entries)
 {
-public:
-    GUI_CanGateWayPrivate(GUI_CanGateWay *dialog, const QSet<quint32> &entries)
-        : q(dialog)
-        , list(entries)
-    {
-    }
-
-    void prepareEntry();
-    void connectSignals();
-    void addRow(quint32 word);
-    void addDeleteButton(QWidget *row, quint32 word);
-    void showRows();
-    void addTyped();
-    QString add(const QString &text, quint8 type);
-    void remove(quint32 word);
-    int selectedRow() const;
-
-    GUI_CanGateWay *q;
-    Ui::GUI_CanGateWay ui;
-    GatewayIdList list; ///< the rows, in their order
-    const QIcon rowIcon{QStringLiteral(":/32x32/Images/32x32/Parameter.png")};
-    const QIcon deleteIcon{QStringLiteral(":/32x32/Images/32x32/Close.png")};
-};
-
-void GUI_CanGateWayPrivate::prepareEntry()
-{
-    ui.cbx_type->addItem(GUI_CanGateWay::tr("Standard"), GatewayStandard);
-    ui.cbx_type->addItem(GUI_CanGateWay::tr("Extend"), GatewayExtend);
-    ui.lbx_id->setValidator(
-        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9a-fA-F\\s]*")), ui.lbx_id));
-    cleanEntry(ui.lbx_id, NumberEntry::Hex);
-    ui.lbx_id->setFocus();
-    ui.lbx_id->selectAll();
+    m_ui->setupUi(this);
+    prepareEntry();
+    connectSignals();
+    showRows();
 }
 
-void GUI_CanGateWayPrivate::connectSignals()
+GUI_CanGateWay::~GUI_CanGateWay() = default;
+
+void GUI_CanGateWay::prepareEntry()
+{
+    m_ui->cbx_type->addItem(tr("Standard"), GatewayStandard);
+    m_ui->cbx_type->addItem(tr("Extend"), GatewayExtend);
+    restrictEntry(m_ui->lbx_id, NumberEntry::Hex, QStringLiteral("[0-9a-fA-F\\s]*"));
+    m_ui->lbx_id->setFocus();
+    m_ui->lbx_id->selectAll();
+}
+
+void GUI_CanGateWay::connectSignals()
 {
     // The default button: Enter in the entry field presses it, so that a list is typed without leaving the field.
-    QObject::connect(ui.btn_apply, &QPushButton::clicked, q, [this] { addTyped(); });
-    QObject::connect(ui.btn_clear, &QPushButton::clicked, q, [this] {
-        list.clear();
+    connect(m_ui->btn_apply, &QPushButton::clicked, this, [this] { addTyped(); });
+    connect(m_ui->btn_clear, &QPushButton::clicked, this, [this] {
+        m_list.clear();
         showRows();
     });
-    QObject::connect(ui.btn_ok, &QPushButton::clicked, q, &QDialog::accept);
-    QObject::connect(ui.btn_cancel, &QPushButton::clicked, q, &QDialog::reject);
-    auto *deleteKey = new QShortcut(QKeySequence(Qt::Key_Delete), ui.listWidget);
+    auto *deleteKey = new QShortcut(QKeySequence(Qt::Key_Delete), m_ui->listWidget);
     deleteKey->setContext(Qt::WidgetShortcut);
-    QObject::connect(deleteKey, &QShortcut::activated, q, [this] {
+    connect(deleteKey, &QShortcut::activated, this, [this] {
         if (const int row = selectedRow(); row >= 0) {
-            remove(list.words().at(row));
+            remove(m_list.words().at(row));
         }
     });
 }
 
 /// Shows a word in a row behind the others.
-void GUI_CanGateWayPrivate::addRow(quint32 word)
+void GUI_CanGateWay::addRow(quint32 word)
 {
-    auto *item = new QListWidgetItem(ui.listWidget);
-    auto *row = new QWidget(ui.listWidget->viewport());
+    auto *item = new QListWidgetItem(m_ui->listWidget);
+    auto *row = new QWidget(m_ui->listWidget->viewport());
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(8, 4, 8, 4);
     layout->setSpacing(8);
-    addLabel(row, "lbl_icon", {})->setPixmap(rowIcon.pixmap(QSize(RowIconSize, RowIconSize)));
-    QLabel *number = addLabel(row, "lbl_number", gatewayRowNumber(ui.listWidget->count()));
+    addLabel(row, "lbl_icon", {})->setPixmap(m_rowIcon.pixmap(QSize(RowIconSize, RowIconSize)));
+    QLabel *number = addLabel(row, "lbl_number", gatewayRowNumber(m_ui->listWidget->count()));
     number->setMinimumWidth(number->fontMetrics().horizontalAdvance(QStringLiteral("000")));
     addLabel(row, "lbl_id", gatewayIdText(word), 1);
     addLabel(row, "lbl_type", typeText(word), 1);
     addDeleteButton(row, word);
     item->setSizeHint(row->sizeHint());
     item->setData(Qt::AccessibleTextRole, QStringLiteral("%1 %2").arg(gatewayIdText(word), typeText(word)));
-    ui.listWidget->setItemWidget(item, row);
+    m_ui->listWidget->setItemWidget(item, row);
 }
 
 /// The button never takes the focus: Tab would stop at each of 64. The keyboard deletes with Del.
-void GUI_CanGateWayPrivate::addDeleteButton(QWidget *row, quint32 word)
+void GUI_CanGateWay::addDeleteButton(QWidget *row, quint32 word)
 {
     auto *button = new QToolButton(row);
     button->setObjectName(QStringLiteral("btn_delete"));
     button->setStyleSheet(QStringLiteral("QToolButton { border: none; padding: 0; }"));
-    button->setIcon(deleteIcon);
+    button->setIcon(m_deleteIcon);
     button->setIconSize(QSize(DeleteButtonSize, DeleteButtonSize));
     button->setFocusPolicy(Qt::NoFocus);
-    button->setToolTip(GUI_CanGateWay::tr("Delete"));
-    button->setAccessibleName(GUI_CanGateWay::tr("Delete"));
+    button->setToolTip(tr("Delete"));
+    button->setAccessibleName(tr("Delete"));
     button->setAccessibleDescription(gatewayIdText(word));
     row->layout()->addWidget(button);
     // The view deletes the rows later, so the button outlives its click.
-    QObject::connect(button, &QToolButton::clicked, q, [this, word] { remove(word); });
+    connect(button, &QToolButton::clicked, this, [this, word] { remove(word); });
 }
 
-void GUI_CanGateWayPrivate::showRows()
+void GUI_CanGateWay::showRows()
 {
-    ui.listWidget->clear();
-    for (const quint32 word : list.words()) {
+    m_ui->listWidget->clear();
+    for (const quint32 word : m_list.words()) {
         addRow(word);
     }
 }
 
-void GUI_CanGateWayPrivate::addTyped()
+void GUI_CanGateWay::addTyped()
 {
-    const QString problem = add(ui.lbx_id->text(), static_cast<quint8>(ui.cbx_type->currentData().toUInt()));
+    const QString problem = add(m_ui->lbx_id->text(), static_cast<quint8>(m_ui->cbx_type->currentData().toUInt()));
     if (!problem.isEmpty()) {
-        emit q->sig_showMessageBox(problem, MessageCritical);
+        emit sig_showMessageBox(problem, MessageCritical);
     }
-    ui.lbx_id->setFocus();
-    ui.lbx_id->selectAll();
+    m_ui->lbx_id->setFocus();
+    m_ui->lbx_id->selectAll();
 }
 
 /// Answers why the identifier cannot be in the list.
-QString GUI_CanGateWayPrivate::add(const QString &text, quint8 type)
+QString GUI_CanGateWay::add(const QString &text, quint8 type)
 {
     const std::optional<quint32> id = gatewayIdFromText(text, type);
     if (!id) {
-        return GUI_CanGateWay::tr("Frame ID error, Standard frame valid range: 0x0-0x7FF, Extend frame valid range: "
-                                  "0x0-0x1FFFFFFF");
+        return tr("Frame ID error, Standard frame valid range: 0x0-0x7FF, Extend frame valid range: "
+                  "0x0-0x1FFFFFFF");
     }
     const quint32 word = gatewayWord(*id, type);
-    switch (list.add(word)) {
+    switch (m_list.add(word)) {
     case GatewayIdList::AddResult::Full:
-        return GUI_CanGateWay::tr("Maximum frame count 64!");
+        return tr("Maximum frame count 64!");
     case GatewayIdList::AddResult::Exists:
-        return GUI_CanGateWay::tr("The ID already exists in the list!");
+        return tr("The ID already exists in the list!");
     case GatewayIdList::AddResult::Added:
         addRow(word);
-        ui.listWidget->scrollToBottom();
+        m_ui->listWidget->scrollToBottom();
     }
     return {};
 }
 
 /// The rows are numbered anew; the selected one and what is in view stay as far as they can.
-void GUI_CanGateWayPrivate::remove(quint32 word)
+void GUI_CanGateWay::remove(quint32 word)
 {
-    const int removed = list.words().indexOf(word);
+    const int removed = m_list.words().indexOf(word);
     int selected = selectedRow();
-    const int scrolled = ui.listWidget->verticalScrollBar()->value();
-    list.remove(word);
+    const int scrolled = m_ui->listWidget->verticalScrollBar()->value();
+    m_list.remove(word);
     showRows();
     if (removed < selected) {
         --selected;
     }
-    ui.listWidget->setCurrentRow(std::min(selected, ui.listWidget->count() - 1));
-    ui.listWidget->doItemsLayout(); // the scroll bar knows its range only then
-    ui.listWidget->verticalScrollBar()->setValue(scrolled);
+    m_ui->listWidget->setCurrentRow(std::min(selected, m_ui->listWidget->count() - 1));
+    m_ui->listWidget->doItemsLayout(); // the scroll bar knows its range only then
+    m_ui->listWidget->verticalScrollBar()->setValue(scrolled);
 }
 
 /// -1 when none is; the current row may be unselected, and Del must not take a row that is not marked.
-int GUI_CanGateWayPrivate::selectedRow() const
+int GUI_CanGateWay::selectedRow() const
 {
-    const QModelIndexList rows = ui.listWidget->selectionModel()->selectedRows();
+    const QModelIndexList rows = m_ui->listWidget->selectionModel()->selectedRows();
     return rows.isEmpty() ? -1 : rows.first().row();
-}
-
-GUI_CanGateWay::GUI_CanGateWay(const QSet<quint32> &entries, QWidget *parent)
-    : QDialog(parent)
-    , m_p(std::make_unique<GUI_CanGateWayPrivate>(this, entries))
-{
-    m_p->ui.setupUi(this);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    m_p->prepareEntry();
-    m_p->connectSignals();
-    m_p->showRows();
-}
-
-GUI_CanGateWay::~GUI_CanGateWay() = default;
-
-QSet<quint32> GUI_CanGateWay::entries() const
-{
-    return m_p->list.toSet();
 }

@@ -10,21 +10,15 @@
 #include <QColor>
 #include <QHeaderView>
 #include <QHideEvent>
-#include <QStandardItemModel>
-#include <QVector>
 
 #include <algorithm>
 #include <iterator>
 
 namespace {
-constexpr int NoticeMs = 1000;
 constexpr int HeaderHeight = 27; ///< leaves room for 12 whole rows
 constexpr int RateWidth = 100;
 constexpr int ChannelWidth = 200;
 constexpr QRgb EffectiveColour = 0xFF55B155;
-
-/// Of a step, by channel: a BaudrateScanReport::Channel.
-using Results = QVector<quint8>;
 
 /// Empty for a channel whose rate was found before.
 QStandardItem *channelItem(quint8 result)
@@ -58,103 +52,88 @@ QString channelName(int channel)
 }
 } // namespace
 
-class GUI_CanScanBaudratePrivate
+GUI_CanScanBaudrate::GUI_CanScanBaudrate(CANCommunication &communication, std::optional<quint8> device, QWidget *parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::GUI_CanScanBaudrate>())
+    , m_communication(communication)
+    , m_device(device)
+    , m_found(ChannelsPerDevice)
 {
-public:
-    GUI_CanScanBaudratePrivate(GUI_CanScanBaudrate *dialog, CANCommunication &manager, std::optional<quint8> dev)
-        : q(dialog)
-        , communication(manager)
-        , device(dev)
-    {
+    m_ui->setupUi(this);
+    m_ui->progressBar->setRange(0, BaudrateScan::StepCount);
+    m_notice = new CNotice(this);
+    prepareTable();
+    connectSignals();
+    setScanning(false);
+    if (parent != nullptr) {
+        parent->window()->installEventFilter(this);
     }
+}
 
-    void prepareTable();
-    void connectSignals();
-    void setScanning(bool isOn);
-    void showTried(int index, int dataRate) const;
-    void showResult(const Results &results, quint8 index, quint8 dataRate);
-    void noteFound(const Results &results, quint8 index, quint8 dataRate);
-    void finish();
-    void showFound(bool isThrough) const;
-    bool isAnyFound() const { return found.count(QString()) < found.size(); }
-    bool areAllFound() const { return !found.contains(QString()); }
-    void start();
-    void stop();
-    QString refusal(CANError error) const;
-
-    GUI_CanScanBaudrate *q;
-    CANCommunication &communication;
-    const std::optional<quint8> device;
-    Ui::GUI_CanScanBaudrate ui;
-    QStandardItemModel model;
-    CNotice *notice = nullptr;
-    bool isScanning = false; ///< this dialog's scan runs; there may be scans of others
-    bool isStopping = false;
-    QVector<QString> found = QVector<QString>(ChannelsPerDevice); ///< the rates of each channel; empty: none yet
-    int foundRow = 0;                                             ///< of the rate found last
-};
-
-void GUI_CanScanBaudratePrivate::prepareTable()
+GUI_CanScanBaudrate::~GUI_CanScanBaudrate()
 {
-    QStringList titles{GUI_CanScanBaudrate::tr("Baudrate")};
+    stop();
+}
+
+void GUI_CanScanBaudrate::prepareTable()
+{
+    QStringList titles{tr("Baudrate")};
     for (int channel = 0; channel < ChannelsPerDevice; ++channel) {
         titles.append(channelName(channel));
     }
-    model.setHorizontalHeaderLabels(titles);
-    ui.tableview->setModel(&model);
+    m_model.setHorizontalHeaderLabels(titles);
+    m_ui->tableview->setModel(&m_model);
     for (int column = 0; column < titles.size(); ++column) {
-        ui.tableview->setColumnWidth(column, column == 0 ? RateWidth : ChannelWidth);
+        m_ui->tableview->setColumnWidth(column, column == 0 ? RateWidth : ChannelWidth);
     }
-    ui.tableview->horizontalHeader()->setFixedHeight(HeaderHeight);
-    ui.tableview->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    ui.tableview->horizontalHeader()->setSectionsClickable(false);
-    ui.tableview->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_ui->tableview->horizontalHeader()->setFixedHeight(HeaderHeight);
+    m_ui->tableview->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_ui->tableview->horizontalHeader()->setSectionsClickable(false);
+    m_ui->tableview->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
 }
 
-void GUI_CanScanBaudratePrivate::connectSignals()
+void GUI_CanScanBaudrate::connectSignals()
 {
     using Manager = CANCommunication;
-    QObject::connect(ui.btn_start, &QPushButton::clicked, q, [this] { start(); });
-    QObject::connect(ui.btn_stop, &QPushButton::clicked, q, [this] { stop(); });
-    QObject::connect(ui.btn_apply, &QPushButton::clicked, q, &QDialog::accept);
-    QObject::connect(&communication, &Manager::sig_scanResultCallback, q,
-                     [this](quint8 can1, quint8 can2, quint8 index, quint8 dataRate) {
-                         if (isScanning && index < canBaudrates().size()) {
-                             showResult({can1, can2}, index, dataRate);
-                         }
-                     });
-    QObject::connect(&communication, &Manager::sig_scanFinish, q, [this] { finish(); });
+    connect(m_ui->btn_start, &QPushButton::clicked, this, [this] { start(); });
+    connect(m_ui->btn_stop, &QPushButton::clicked, this, [this] { stop(); });
+    connect(&m_communication, &Manager::sig_scanResultCallback, this,
+            [this](quint8 can1, quint8 can2, quint8 index, quint8 dataRate) {
+                if (m_isScanning && index < canBaudrates().size()) {
+                    showResult({can1, can2}, index, dataRate);
+                }
+            });
+    connect(&m_communication, &Manager::sig_scanFinish, this, [this] { finish(); });
 }
 
-void GUI_CanScanBaudratePrivate::setScanning(bool isOn)
+void GUI_CanScanBaudrate::setScanning(bool isOn)
 {
-    isScanning = isOn;
-    const bool hadStopFocus = ui.btn_stop->hasFocus();
-    ui.btn_stop->setEnabled(isOn); // first: the focus goes on to it from the button that is disabled next
-    ui.btn_start->setEnabled(!isOn);
+    m_isScanning = isOn;
+    const bool hadStopFocus = m_ui->btn_stop->hasFocus();
+    m_ui->btn_stop->setEnabled(isOn); // first: the focus goes on to it from the button that is disabled next
+    m_ui->btn_start->setEnabled(!isOn);
     if (!isOn && hadStopFocus) {
-        (isAnyFound() ? ui.btn_apply : ui.btn_start)->setFocus();
+        (isAnyFound() ? m_ui->btn_apply : m_ui->btn_start)->setFocus();
     }
 }
 
-void GUI_CanScanBaudratePrivate::showTried(int index, int dataRate) const
+void GUI_CanScanBaudrate::showTried(int index, int dataRate)
 {
-    ui.lbl_state->setText(GUI_CanScanBaudrate::tr("Trying %1").arg(rateText(index, dataRate)));
+    m_ui->lbl_state->setText(tr("Trying %1").arg(rateText(index, dataRate)));
 }
 
 /// A row for the rates tried, and what comes after them; past the last ones the end does.
-void GUI_CanScanBaudratePrivate::showResult(const Results &results, quint8 index, quint8 dataRate)
+void GUI_CanScanBaudrate::showResult(const Results &results, quint8 index, quint8 dataRate)
 {
     QList<QStandardItem *> row{new QStandardItem(canBaudrates().at(index).name)};
     std::transform(results.begin(), results.end(), std::back_inserter(row), channelItem);
     for (QStandardItem *item : qAsConst(row)) {
-        item->setToolTip(dataRate == 0 ? QString()
-                                       : GUI_CanScanBaudrate::tr("CANFD baudrate: %1").arg(dataRateName(dataRate)));
+        item->setToolTip(dataRate == 0 ? QString() : tr("CANFD baudrate: %1").arg(dataRateName(dataRate)));
         item->setTextAlignment(Qt::AlignCenter);
     }
-    model.appendRow(row);
-    ui.tableview->scrollToBottom();
-    ui.progressBar->setValue(model.rowCount());
+    m_model.appendRow(row);
+    m_ui->tableview->scrollToBottom();
+    m_ui->progressBar->setValue(m_model.rowCount());
     if (index < BaudrateScan::BitRateCount) {
         showTried(index + 1, dataRate);
     } else if (dataRate + 1 < BaudrateScan::DataRateCount) {
@@ -163,108 +142,85 @@ void GUI_CanScanBaudratePrivate::showResult(const Results &results, quint8 index
     noteFound(results, index, dataRate);
 }
 
-void GUI_CanScanBaudratePrivate::noteFound(const Results &results, quint8 index, quint8 dataRate)
+void GUI_CanScanBaudrate::noteFound(const Results &results, quint8 index, quint8 dataRate)
 {
     for (int channel = 0; channel < results.size(); ++channel) {
         if (results.at(channel) == BaudrateScanReport::FoundNow) {
-            found[channel] = rateText(index, dataRate);
+            m_found[channel] = rateText(index, dataRate);
         }
     }
     if (results.contains(BaudrateScanReport::FoundNow)) {
-        foundRow = model.rowCount() - 1;
-        emit q->sig_rateFound(index, dataRate);
+        m_foundRow = m_model.rowCount() - 1;
+        emit sig_rateFound(index, dataRate);
     }
 }
 
-void GUI_CanScanBaudratePrivate::finish()
+void GUI_CanScanBaudrate::finish()
 {
-    if (!isScanning) {
+    if (!m_isScanning) {
         return;
     }
-    const bool isThrough = model.rowCount() == BaudrateScan::StepCount || areAllFound();
+    const bool isThrough = m_model.rowCount() == BaudrateScan::StepCount || !m_found.contains(QString());
     if (isThrough) {
-        ui.progressBar->setValue(BaudrateScan::StepCount);
-    } else if (!isStopping) {
-        notice->setMesseage(GUI_CanScanBaudrate::tr("The scan was interrupted"), CNotice::Warning, NoticeMs);
+        m_ui->progressBar->setValue(BaudrateScan::StepCount);
+    } else if (!m_isStopping) {
+        m_notice->setMesseage(tr("The scan was interrupted"), CNotice::Warning, CNotice::DialogMs);
     }
     showFound(isThrough);
     setScanning(false);
 }
 
 /// At the end: by then the rows have gone on, past the one that matters.
-void GUI_CanScanBaudratePrivate::showFound(bool isThrough) const
+void GUI_CanScanBaudrate::showFound(bool isThrough)
 {
     if (!isAnyFound()) {
-        ui.lbl_state->setText(isThrough ? GUI_CanScanBaudrate::tr("No baudrate found")
-                                        : GUI_CanScanBaudrate::tr("Not all baudrates tried, none found"));
+        m_ui->lbl_state->setText(isThrough ? tr("No baudrate found") : tr("Not all baudrates tried, none found"));
         return;
     }
     QStringList channels;
-    for (int channel = 0; channel < found.size(); ++channel) {
-        if (!found.at(channel).isEmpty()) {
-            channels.append(channelName(channel) + QLatin1Char(' ') + found.at(channel));
+    for (int channel = 0; channel < m_found.size(); ++channel) {
+        if (!m_found.at(channel).isEmpty()) {
+            channels.append(channelName(channel) + QLatin1Char(' ') + m_found.at(channel));
         }
     }
-    ui.lbl_state->setText(GUI_CanScanBaudrate::tr("Found: %1").arg(channels.join(QStringLiteral("; "))));
-    ui.tableview->scrollTo(model.index(foundRow, 0));
+    m_ui->lbl_state->setText(tr("Found: %1").arg(channels.join(QStringLiteral("; "))));
+    m_ui->tableview->scrollTo(m_model.index(m_foundRow, 0));
 }
 
-void GUI_CanScanBaudratePrivate::start()
+void GUI_CanScanBaudrate::start()
 {
-    if (!device) {
-        notice->setMesseage(GUI_CanScanBaudrate::tr("No devices"), CNotice::Failure, NoticeMs);
+    if (!m_device) {
+        m_notice->setMesseage(tr("No devices"), CNotice::Failure, CNotice::DialogMs);
         return;
     }
-    const CANError error = communication.slot_scanCANBaudrate(*device, 0);
+    const CANError error = m_communication.slot_scanCANBaudrate(*m_device, 0);
     if (error != CAN_OK) {
-        notice->setMesseage(refusal(error), CNotice::Failure, NoticeMs);
+        m_notice->setMesseage(refusal(error), CNotice::Failure, CNotice::DialogMs);
         return;
     }
-    model.removeRows(0, model.rowCount());
-    ui.progressBar->setValue(0);
-    found.fill(QString());
+    m_model.removeRows(0, m_model.rowCount());
+    m_ui->progressBar->setValue(0);
+    m_found.fill(QString());
     showTried(1, 0);
     setScanning(true);
 }
 
-void GUI_CanScanBaudratePrivate::stop()
+void GUI_CanScanBaudrate::stop()
 {
-    if (isScanning) {
-        isStopping = true;
-        communication.stopScan();
-        isStopping = false;
+    if (m_isScanning) {
+        m_isStopping = true;
+        m_communication.stopScan();
+        m_isStopping = false;
     }
 }
 
-QString GUI_CanScanBaudratePrivate::refusal(CANError error) const
+QString GUI_CanScanBaudrate::refusal(CANError error) const
 {
     if (error == CAN_DeviceExists) {
-        return GUI_CanScanBaudrate::tr("Another scan is running");
+        return tr("Another scan is running");
     }
     // An open device is refused only for its channels.
-    return communication.isDeviceOpen(*device) ? GUI_CanScanBaudrate::tr("Both CAN channels are in use")
-                                               : GUI_CanScanBaudrate::tr("Device open failed");
-}
-
-GUI_CanScanBaudrate::GUI_CanScanBaudrate(CANCommunication &communication, std::optional<quint8> device, QWidget *parent)
-    : QDialog(parent)
-    , m_p(std::make_unique<GUI_CanScanBaudratePrivate>(this, communication, device))
-{
-    m_p->ui.setupUi(this);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    m_p->ui.progressBar->setRange(0, BaudrateScan::StepCount);
-    m_p->notice = new CNotice(this);
-    m_p->prepareTable();
-    m_p->connectSignals();
-    m_p->setScanning(false);
-    if (parent != nullptr) {
-        parent->window()->installEventFilter(this);
-    }
-}
-
-GUI_CanScanBaudrate::~GUI_CanScanBaudrate()
-{
-    m_p->stop();
+    return m_communication.isDeviceOpen(*m_device) ? tr("Both CAN channels are in use") : tr("Device open failed");
 }
 
 /// A dialog stays on screen when the window it belongs to is closed; this one is of no use then.
@@ -280,7 +236,7 @@ bool GUI_CanScanBaudrate::eventFilter(QObject *watched, QEvent *event)
 void GUI_CanScanBaudrate::hideEvent(QHideEvent *event)
 {
     if (!event->spontaneous()) {
-        m_p->stop();
+        stop();
     }
     QDialog::hideEvent(event);
 }

@@ -2,6 +2,7 @@
 
 #include "device/AdapterRecords.h"
 #include "device/FrameIdentifier.h"
+#include "widgets/HexEntry.h"
 
 #include <QRegularExpression>
 
@@ -48,7 +49,7 @@ std::optional<quint32> gatewayIdFromText(const QString &text, quint8 type)
 
 QString gatewayIdText(quint32 word)
 {
-    return QStringLiteral("0x%1").arg(QString::number(gatewayId(word), 16).toUpper(), 8, QLatin1Char('0'));
+    return QStringLiteral("0x") + hexNumber(gatewayId(word), 8);
 }
 
 QString gatewayRowNumber(int number)

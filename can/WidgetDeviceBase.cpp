@@ -5,6 +5,8 @@
 #include <QRegularExpressionValidator>
 #include <QStandardPaths>
 
+#include <array>
+
 namespace {
 /// "can" of the file type "CAN File(*.can)".
 QString suffixOf(const QString &nameFilter)
@@ -18,10 +20,13 @@ class WidgetDeviceBasePrivate
 {
 public:
     ChannelParam param;
-    QRegularExpressionValidator hexBlank{QRegularExpression(QStringLiteral("[A-Fa-f0-9\\s]*"))};
-    QRegularExpressionValidator decimalBlank{QRegularExpression(QStringLiteral("[0-9\\s]*"))};
-    QRegularExpressionValidator decimal{QRegularExpression(QStringLiteral("[0-9]*"))};
-    QRegularExpressionValidator hex{QRegularExpression(QStringLiteral("[A-Fa-f0-9]*"))};
+    /// By WidgetDeviceBase::Digits.
+    std::array<QRegularExpressionValidator, 4> validators{{
+        QRegularExpressionValidator(QRegularExpression(QStringLiteral("[A-Fa-f0-9\\s]*"))),
+        QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9\\s]*"))),
+        QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*"))),
+        QRegularExpressionValidator(QRegularExpression(QStringLiteral("[A-Fa-f0-9]*"))),
+    }};
 };
 
 WidgetDeviceBase::WidgetDeviceBase(const ChannelParam &param, QWidget *parent)
@@ -43,24 +48,9 @@ void WidgetDeviceBase::setChannelParam(const ChannelParam &param)
     m_p->param = param;
 }
 
-QValidator *WidgetDeviceBase::hexBlankValidator() const
+QValidator *WidgetDeviceBase::validator(Digits digits)
 {
-    return &m_p->hexBlank;
-}
-
-QValidator *WidgetDeviceBase::decimalBlankValidator() const
-{
-    return &m_p->decimalBlank;
-}
-
-QValidator *WidgetDeviceBase::decimalValidator() const
-{
-    return &m_p->decimal;
-}
-
-QValidator *WidgetDeviceBase::hexValidator() const
-{
-    return &m_p->hex;
+    return &m_p->validators.at(digits);
 }
 
 QString WidgetDeviceBase::askSavePath(const QString &nameFilters)

@@ -29,11 +29,10 @@ signals:
     void sig_showNotice(const QString &text, int type, int delayms);
 
 protected:
-    /// Validators owned by this widget: hexadecimal or decimal digits, with or without blanks between them.
-    QValidator *hexBlankValidator() const;
-    QValidator *decimalBlankValidator() const;
-    QValidator *decimalValidator() const;
-    QValidator *hexValidator() const;
+    /// Hexadecimal or decimal digits, with or without blanks between them.
+    enum Digits { HexBlank, DecimalBlank, Decimal, Hex };
+    /// Takes such texts only; owned by this widget.
+    QValidator *validator(Digits digits);
 
     /// Asks for a file to save to, starting in the desktop folder. A name typed without an extension gets the one of
     /// the file type chosen. Empty when the user cancels.

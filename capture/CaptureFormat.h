@@ -1,6 +1,7 @@
 #pragma once
 
 #include "capture/CANFile.h"
+#include "capture/FrameRecord.h"
 
 #include <string_view>
 #include <vector>
@@ -45,6 +46,8 @@ QString captureRealTimeFilters();
 /// What files are made of.
 namespace CaptureLayout {
 
+/// May stand before the first line of text files; never written.
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
 /// The first line of text files, and what .canfd files begin with.
 constexpr std::string_view OwnHeader = "Vantora CAN Data";
 /// What .can files begin with.
@@ -68,5 +71,21 @@ struct CanFdRecord
 };
 #pragma pack(pop)
 static_assert(sizeof(CanFdRecord) == 13);
+
+/// Another program's layout of .can files: this header, then records of 27 bytes and as many as their length byte says.
+constexpr std::string_view OtherCanHeader("\xFF\xFF\xFF\xFF\x01\x00\x00\x00\x01\x00\x00\x00", 12);
+constexpr std::size_t OtherRecordLeast = 17; ///< with fewer bytes left there is no record any more
+
+#pragma pack(push, 1)
+struct OtherCanRecord
+{
+    quint8 unknown[11];
+    quint32 idWord; ///< little-endian; bits 30 and 31 tell remote and extended
+    quint8 length;
+    quint8 unknownToo[3];
+    quint8 data[8];
+};
+#pragma pack(pop)
+static_assert(sizeof(OtherCanRecord) == 27);
 
 } // namespace CaptureLayout

@@ -1,75 +1,34 @@
 #include "capture/CaptureLine.h"
 
 #include "capture/CaptureFrames.h"
+#include "capture/CaptureWords.h"
 #include "capture/FrameRecord.h"
 
 #include <QString>
 #include <QTextCodec>
 
-#include <algorithm>
 #include <charconv>
 
 namespace {
 
-constexpr int NoDigit = -1;
-
-constexpr int digitOf(char c)
-{
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    if (c >= 'A' && c <= 'F') {
-        return c - 'A' + 10;
-    }
-    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : NoDigit;
-}
+constexpr quint8 NoDigit = 0xFF;
 
 /// Value of each byte as a hexadecimal digit, or NoDigit.
 constexpr auto Digits = [] {
-    std::array<signed char, 256> digits{};
-    for (std::size_t i = 0; i < digits.size(); ++i) {
-        digits[i] = static_cast<signed char>(digitOf(static_cast<char>(i)));
+    std::array<quint8, 256> digits{};
+    for (quint8 &digit : digits) {
+        digit = NoDigit;
+    }
+    for (quint8 value = 0; value < 16; ++value) {
+        digits[static_cast<uchar>("0123456789ABCDEF"[value])] = value;
+        digits[static_cast<uchar>("0123456789abcdef"[value])] = value;
     }
     return digits;
 }();
 
-int hexDigit(char c)
-{
-    return Digits[static_cast<uchar>(c)];
-}
-
 bool isAscii(char c)
 {
     return static_cast<uchar>(c) < 0x80;
-}
-
-// The words in each spelling and encoding they may have. The Chinese ones are the UTF-8 and the GBK bytes of the same
-// characters, simplified and traditional.
-constexpr std::string_view StandardWords[] = {
-    "Standard",
-    "\xE6\xA0\x87\xE5\x87\x86\xE5\xB8\xA7",
-    "\xB1\xEA\xD7\xBC\xD6\xA1",
-    "\xE6\xA8\x99\xE6\xBA\x96\xE5\xB9\x80",
-    "\x98\xCB\x9C\xCA\x8E\xAC",
-};
-constexpr std::string_view ExtendedWords[] = {
-    "Extend",
-    "Extended",
-    "\xE6\x89\xA9\xE5\xB1\x95\xE5\xB8\xA7",
-    "\xC0\xA9\xD5\xB9\xD6\xA1",
-    "\xE6\x93\xB4\xE5\xB1\x95\xE5\xB9\x80",
-    "\x94\x55\xD5\xB9\x8E\xAC",
-};
-constexpr std::string_view FdSpeedWords[] = {
-    "CANFD Speed",
-    "CANFD\xE5\x8A\xA0\xE9\x80\x9F",
-    "CANFD\xBC\xD3\xCB\xD9",
-};
-
-template<std::size_t Count>
-bool isOneOf(std::string_view text, const std::string_view (&words)[Count])
-{
-    return std::find(std::begin(words), std::end(words), text) != std::end(words);
 }
 
 /// Like text.find() for a separator that is one character, or the same one several times.
@@ -201,9 +160,9 @@ public:
     bool isFull() const { return m_count == 2 * CaptureLine::MaxData; }
     void take(char c)
     {
-        const int digit = hexDigit(c);
+        const quint8 digit = Digits[static_cast<uchar>(c)];
         if (digit != NoDigit && !isFull()) {
-            m_value = m_value << 4U | static_cast<quint64>(digit);
+            m_value = m_value << 4U | digit;
             ++m_count;
         }
     }
@@ -246,18 +205,20 @@ void readPayload(std::string_view cell, CaptureLine &line)
 /// Whether the word says extended (true) or standard (false).
 std::optional<bool> extendedFromWord(std::string_view word)
 {
-    if (isOneOf(word, StandardWords)) {
-        return false;
+    const std::optional<FrameLabel> label = captureWord(word);
+    if (label != FrameLabel::Standard && label != FrameLabel::Extend) {
+        return std::nullopt;
     }
-    return isOneOf(word, ExtendedWords) ? std::optional<bool>(true) : std::nullopt;
+    return label == FrameLabel::Extend;
 }
 
 quint32 protocolFromWord(std::string_view word)
 {
-    if (word == "CANFD") {
+    const std::optional<FrameLabel> label = captureWord(word);
+    if (label == FrameLabel::CanFd) {
         return FrameRecord::CANFD;
     }
-    return isOneOf(word, FdSpeedWords) ? FrameRecord::CANFDSpeed : FrameRecord::CAN;
+    return label == FrameLabel::CanFdSpeed ? FrameRecord::CANFDSpeed : FrameRecord::CAN;
 }
 
 std::optional<CaptureLine> toLine(std::string_view id, std::string_view type, quint32 protocol, std::string_view data)

@@ -15,24 +15,6 @@
 
 namespace {
 
-constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
-
-/// Another program's layout of .can files: this header, then records of 27 bytes and as many as their length byte says.
-constexpr std::string_view OtherCanHeader("\xFF\xFF\xFF\xFF\x01\x00\x00\x00\x01\x00\x00\x00", 12);
-constexpr std::size_t OtherRecordLeast = 17; ///< with fewer bytes left there is no record any more
-
-#pragma pack(push, 1)
-struct OtherCanRecord
-{
-    quint8 unknown[11];
-    quint32 idWord; ///< little-endian; bits 30 and 31 tell remote and extended
-    quint8 length;
-    quint8 unknownToo[3];
-    quint8 data[8];
-};
-#pragma pack(pop)
-static_assert(sizeof(OtherCanRecord) == 27);
-
 /// The record that the input has at hand; with zeros behind its first size bytes.
 template<typename Record>
 Record recordAt(const CaptureInput &in, std::size_t size = sizeof(Record))
@@ -83,6 +65,8 @@ void readCanRecords(CaptureInput &in, CaptureFrames &frames)
 
 void readOtherCanRecords(CaptureInput &in, CaptureFrames &frames)
 {
+    using CaptureLayout::OtherCanRecord;
+    using CaptureLayout::OtherRecordLeast;
     while (in.need(OtherRecordLeast)) {
         const std::size_t length = recordAt<OtherCanRecord>(in, OtherRecordLeast).length;
         in.need(sizeof(OtherCanRecord) + length);
@@ -102,7 +86,7 @@ bool readCan(CaptureInput &in, const CaptureFormat & /*format*/, CaptureContent 
         readCanRecords(in, content.frames);
         return true;
     }
-    if (takeHeader(in, OtherCanHeader, OtherCanHeader.size())) {
+    if (takeHeader(in, CaptureLayout::OtherCanHeader, CaptureLayout::OtherCanHeader.size())) {
         readOtherCanRecords(in, content.frames);
         return true;
     }
@@ -131,7 +115,7 @@ bool readCanFd(CaptureInput &in, const CaptureFormat & /*format*/, CaptureConten
 
 bool readText(CaptureInput &in, const CaptureFormat &format, CaptureContent &content)
 {
-    takeHeader(in, ByteOrderMark, ByteOrderMark.size());
+    takeHeader(in, CaptureLayout::ByteOrderMark, CaptureLayout::ByteOrderMark.size());
     const bool isOwn = in.line() == CaptureLayout::OwnHeader;
     if (isOwn) {
         in.line(); // the titles

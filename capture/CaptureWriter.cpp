@@ -209,7 +209,26 @@ char *CaptureLines::put(char *to, quint64 number, const FrameView &frame) const
 {
     to = FrameBytes::putDecimal(to, number);
     to = putBytes(to, m_time);
-    to = frame.isReceived() ? FrameBytes::putTimeStamp(to, frame.timeStamp) : putBytes(to, m_noTime);
+    return putBehindTime(to, frame, frame.isReceived());
+}
+
+std::size_t CaptureLines::maxSize(const FrameView &frame, std::string_view time) const
+{
+    return m_fixedSize + 2 * sizeOf(m_separator) + time.size() + 3 * static_cast<std::size_t>(frame.size);
+}
+
+char *CaptureLines::put(char *to, quint64 number, const FrameView &frame, std::string_view time, bool hasStamp) const
+{
+    to = FrameBytes::putDecimal(to, number);
+    to = putBytes(to, m_separator);
+    to = putBytes(to, time.data(), time.size());
+    to = putBytes(to, m_separator);
+    return putBehindTime(to, frame, hasStamp);
+}
+
+char *CaptureLines::putBehindTime(char *to, const FrameView &frame, bool hasStamp) const
+{
+    to = hasStamp ? FrameBytes::putTimeStamp(to, frame.timeStamp) : putBytes(to, m_noTime);
     to = putBytes(to, m_directions[directionIndex(frame)]);
     to = FrameBytes::putHexNumber(to, frame.id);
     to = putBytes(to, m_kinds[kindIndex(frame)]);
@@ -219,12 +238,16 @@ char *CaptureLines::put(char *to, quint64 number, const FrameView &frame) const
     return putBytes(to, m_end);
 }
 
+QByteArray captureTextHead(const CaptureFormat &format, const FrameLabels &labels, const CaptureTextStyle &style)
+{
+    return toBytes(CaptureLayout::OwnHeader) + style.lineEnd + style.encoded(titleLine(format, labels)) + style.lineEnd;
+}
+
 void writeText(CapturePieces &out, const CaptureFormat &format, const CaptureRows &rows)
 {
     const CaptureTextStyle &style = rows.style;
     CaptureLines lines(rows.labels, format.separator, format.isLastSeparated, style);
-    out.write(toBytes(CaptureLayout::OwnHeader) + style.lineEnd);
-    out.write(style.encoded(titleLine(format, rows.labels)) + style.lineEnd);
+    out.write(captureTextHead(format, rows.labels, style));
     putRows(out, rows, [&](const FrameView &frame, quint64 number) {
         char *to = out.room(lines.maxSize(frame));
         out.taken(lines.put(to, number, frame));

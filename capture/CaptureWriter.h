@@ -40,7 +40,13 @@ public:
     /// Writes one line to `to` and returns the place behind. Call maxSize() for the same frame first.
     char *put(char *to, quint64 number, const FrameView &frame) const;
 
+    /// The same for a time of day that is not the frame's but already bytes. hasStamp: whatever the frame's direction.
+    std::size_t maxSize(const FrameView &frame, std::string_view time) const;
+    char *put(char *to, quint64 number, const FrameView &frame, std::string_view time, bool hasStamp) const;
+
 private:
+    char *putBehindTime(char *to, const FrameView &frame, bool hasStamp) const;
+
     CaptureTextStyle m_style;
     QByteArray m_separator;
     QByteArray m_noTime;
@@ -51,6 +57,9 @@ private:
     QByteArray m_time;                      ///< ...and its bytes with a separator on both sides
     std::size_t m_fixedSize = 0;
 };
+
+/// The lines before the first frame of a text file: the header and the titles.
+QByteArray captureTextHead(const CaptureFormat &format, const FrameLabels &labels, const CaptureTextStyle &style);
 
 /// The count rows of a store from the 0-based row first on, which must lie in it; numbered by their place in the store.
 struct CaptureRows

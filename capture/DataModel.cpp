@@ -41,11 +41,6 @@ QString payloadDigits(const QString &typed)
     return digits;
 }
 
-QString payloadText(const QString &digits)
-{
-    return QString::fromLatin1(QByteArray::fromHex(digits.toLatin1()).toHex(' ')).toUpper();
-}
-
 VCI_CANFD_OBJ toCanFdRecord(const VCI_CAN_OBJ &frame)
 {
     VCI_CANFD_OBJ record{};

@@ -39,8 +39,5 @@ DataModel dataModelOf(const DataModelCells &cells);
 /// is the low half of its byte (ABC: AB, 0C). Anything that is no hexadecimal digit is left out.
 QString payloadDigits(const QString &typed);
 
-/// The bytes of payloadDigits() separated by blanks.
-QString payloadText(const QString &digits);
-
 /// The frame as it is sent on a CAN FD channel, which takes classic frames in a record of another kind.
 VCI_CANFD_OBJ toCanFdRecord(const VCI_CAN_OBJ &frame);

@@ -4,22 +4,12 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
 
 namespace {
 
 constexpr char HexDigits[] = "0123456789ABCDEF";
-
-/// 00 to 99, two characters each.
-constexpr std::array<char, 200> decimalPairs()
-{
-    std::array<char, 200> pairs{};
-    for (std::size_t i = 0; i < 100; ++i) {
-        pairs[2 * i] = static_cast<char>('0' + i / 10);
-        pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
-    }
-    return pairs;
-}
 
 /// Every byte as two digits and a blank, each in four characters so that one copy of a fixed size writes it.
 constexpr std::array<char, 1024> payloadPairs()
@@ -34,7 +24,6 @@ constexpr std::array<char, 1024> payloadPairs()
     return pairs;
 }
 
-constexpr std::array<char, 200> DecimalPairs = decimalPairs();
 constexpr std::array<char, 1024> PayloadPairs = payloadPairs();
 
 template<std::size_t Size, typename Put>
@@ -43,11 +32,6 @@ QString asciiText(Put put)
     std::array<char, Size> buffer;
     const char *end = put(buffer.data());
     return QString::fromLatin1(buffer.data(), static_cast<int>(end - buffer.data()));
-}
-
-QString decimalText(quint64 number)
-{
-    return asciiText<FrameBytes::MaxDecimal>([number](char *to) { return FrameBytes::putDecimal(to, number); });
 }
 
 QString hexNumberText(quint32 number)
@@ -68,64 +52,24 @@ QString payloadText(const FrameView &frame)
     return QString::fromLatin1(buffer.constData(), frame.size * 3);
 }
 
-struct Cell
-{
-    const FrameView &frame;
-    const int index;
-    const FrameLabels &labels;
-
-    const QString &word(FrameLabel label) const { return labels.word(label); }
-};
-
 struct Column
 {
     const char *title; ///< translated, except the first one
     int width;         ///< pixels
-    QString (*text)(const Cell &cell);
 };
 
 /// In the order of FrameColumn.
 constexpr std::array<Column, FrameColumnCount> Columns = {{
-    {"No.", 70,
-     [](const Cell &cell) {
-         return decimalText(static_cast<quint64>(cell.index) + 1);
-     }},
-    {QT_TRANSLATE_NOOP("CTableViewCAN", "System Time"), 90,
-     [](const Cell &cell) {
-         return *cell.frame.systemTime;
-     }},
-    {QT_TRANSLATE_NOOP("CTableViewCAN", "Time Stamp"), 90,
-     [](const Cell &cell) {
-         return cell.frame.isReceived() ? timeStampText(cell.frame.timeStamp) : cell.word(FrameLabel::None);
-     }},
-    {QT_TRANSLATE_NOOP("CTableViewCAN", "Direction"), 120,
-     [](const Cell &cell) {
-         return cell.word(directionLabel(cell.frame));
-     }},
-    {QT_TRANSLATE_NOOP("CTableViewCAN", "ID"), 80,
-     [](const Cell &cell) {
-         return hexNumberText(cell.frame.id);
-     }},
-    {QT_TRANSLATE_NOOP("CTableViewCAN", "Protocol"), 80,
-     [](const Cell &cell) {
-         return cell.word(protocolLabel(cell.frame));
-     }},
-    {QT_TRANSLATE_NOOP("CTableViewCAN", "Format"), 80,
-     [](const Cell &cell) {
-         return cell.word(formatLabel(cell.frame));
-     }},
-    {QT_TRANSLATE_NOOP("CTableViewCAN", "Type"), 80,
-     [](const Cell &cell) {
-         return cell.word(typeLabel(cell.frame));
-     }},
-    {QT_TRANSLATE_NOOP("CTableViewCAN", "Length"), 80,
-     [](const Cell &cell) {
-         return hexNumberText(static_cast<quint32>(cell.frame.size));
-     }},
-    {QT_TRANSLATE_NOOP("CTableViewCAN", "Data"), 200,
-     [](const Cell &cell) {
-         return payloadText(cell.frame);
-     }},
+    {"No.", 70},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "System Time"), 90},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "Time Stamp"), 90},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "Direction"), 120},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "ID"), 80},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "Protocol"), 80},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "Format"), 80},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "Type"), 80},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "Length"), 80},
+    {QT_TRANSLATE_NOOP("CTableViewCAN", "Data"), 200},
 }};
 
 } // namespace
@@ -188,29 +132,36 @@ FrameLabel typeLabel(const FrameHead &frame)
 
 QString frameCell(const FrameView &frame, int index, FrameColumn column, const FrameLabels &labels)
 {
-    return Columns[static_cast<std::size_t>(column)].text({frame, index, labels});
+    switch (column) {
+    case FrameColumn::Number:
+        return QString::number(index + qint64(1));
+    case FrameColumn::SystemTime:
+        return *frame.systemTime;
+    case FrameColumn::TimeStamp:
+        return frame.isReceived() ? timeStampText(frame.timeStamp) : labels.word(FrameLabel::None);
+    case FrameColumn::Direction:
+        return labels.word(directionLabel(frame));
+    case FrameColumn::Id:
+        return hexNumberText(frame.id);
+    case FrameColumn::Protocol:
+        return labels.word(protocolLabel(frame));
+    case FrameColumn::Format:
+        return labels.word(formatLabel(frame));
+    case FrameColumn::Type:
+        return labels.word(typeLabel(frame));
+    case FrameColumn::Length:
+        return hexNumberText(static_cast<quint32>(frame.size));
+    case FrameColumn::Data:
+        return payloadText(frame);
+    }
+    return {};
 }
 
 namespace FrameBytes {
 
 char *putDecimal(char *to, quint64 number)
 {
-    std::array<char, MaxDecimal> digits;
-    std::size_t first = digits.size();
-    while (number >= 100) {
-        first -= 2;
-        std::memcpy(&digits[first], &DecimalPairs[2 * static_cast<std::size_t>(number % 100)], 2);
-        number /= 100;
-    }
-    if (number >= 10) {
-        first -= 2;
-        std::memcpy(&digits[first], &DecimalPairs[2 * static_cast<std::size_t>(number)], 2);
-    } else {
-        digits[--first] = static_cast<char>('0' + number);
-    }
-    const std::size_t count = digits.size() - first;
-    std::memcpy(to, &digits[first], count);
-    return to + count;
+    return std::to_chars(to, to + MaxDecimal, number).ptr;
 }
 
 char *putHexNumber(char *to, quint32 number)

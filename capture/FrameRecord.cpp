@@ -11,17 +11,6 @@ static_assert(std::is_nothrow_move_constructible_v<FrameRecord> && std::is_nothr
 
 namespace {
 
-void setKind(FrameRecord &record, const VCI_CAN_OBJ &frame)
-{
-    record.remote = frame.RemoteFlag & 1U;
-}
-
-/// A CAN FD record is always a data frame, whatever its remote flag says.
-void setKind(FrameRecord &record, const VCI_CANFD_OBJ &frame)
-{
-    record.protocol = std::min<quint8>(frame.FDFlag, FrameRecord::CANFDSpeed);
-}
-
 template<typename AdapterFrame>
 FrameRecord recordOf(const AdapterFrame &frame, FrameRecord::Direction direction, const QString &systemTime)
 {
@@ -35,33 +24,30 @@ FrameRecord recordOf(const AdapterFrame &frame, FrameRecord::Direction direction
     result.extended = frame.ExternFlag & 1U;
     result.direction = direction;
     result.sendType = frame.SendType;
-    setKind(result, frame);
+    // A CAN FD record is always a data frame, whatever its remote flag says.
+    if constexpr (std::is_same_v<AdapterFrame, VCI_CANFD_OBJ>) {
+        result.protocol = std::min<quint8>(frame.FDFlag, FrameRecord::CANFDSpeed);
+    } else {
+        result.remote = frame.RemoteFlag & 1U;
+    }
     return result;
-}
-
-FrameRecord::Direction sentDirection(bool accepted)
-{
-    return accepted ? FrameRecord::SendSuccess : FrameRecord::SendFailure;
 }
 
 } // namespace
 
-FrameRecord FrameRecord::received(const VCI_CAN_OBJ &frame, const QString &systemTime)
+template<typename AdapterFrame>
+FrameRecord FrameRecord::received(const AdapterFrame &frame, const QString &systemTime)
 {
     return recordOf(frame, Received, systemTime);
 }
 
-FrameRecord FrameRecord::received(const VCI_CANFD_OBJ &frame, const QString &systemTime)
+template<typename AdapterFrame>
+FrameRecord FrameRecord::sent(const AdapterFrame &frame, bool accepted, const QString &systemTime)
 {
-    return recordOf(frame, Received, systemTime);
+    return recordOf(frame, accepted ? SendSuccess : SendFailure, systemTime);
 }
 
-FrameRecord FrameRecord::sent(const VCI_CAN_OBJ &frame, bool accepted, const QString &systemTime)
-{
-    return recordOf(frame, sentDirection(accepted), systemTime);
-}
-
-FrameRecord FrameRecord::sent(const VCI_CANFD_OBJ &frame, bool accepted, const QString &systemTime)
-{
-    return recordOf(frame, sentDirection(accepted), systemTime);
-}
+template FrameRecord FrameRecord::received(const VCI_CAN_OBJ &frame, const QString &systemTime);
+template FrameRecord FrameRecord::received(const VCI_CANFD_OBJ &frame, const QString &systemTime);
+template FrameRecord FrameRecord::sent(const VCI_CAN_OBJ &frame, bool accepted, const QString &systemTime);
+template FrameRecord FrameRecord::sent(const VCI_CANFD_OBJ &frame, bool accepted, const QString &systemTime);

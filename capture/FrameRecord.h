@@ -46,12 +46,13 @@ struct FrameRecord : FrameHead
     QString systemTime; ///< PC clock (clockText()) when the frame was handed to the table; shared by a batch
     QByteArray data;    ///< payload, 0 to 64 bytes
 
+    // Of a VCI_CAN_OBJ or a VCI_CANFD_OBJ.
     /// A received frame; at most 8 (CAN FD: 64) payload bytes are taken whatever the record's length says.
-    static FrameRecord received(const VCI_CAN_OBJ &frame, const QString &systemTime);
-    static FrameRecord received(const VCI_CANFD_OBJ &frame, const QString &systemTime);
+    template<typename AdapterFrame>
+    static FrameRecord received(const AdapterFrame &frame, const QString &systemTime);
     /// A frame the program sent; accepted tells whether the adapter took it.
-    static FrameRecord sent(const VCI_CAN_OBJ &frame, bool accepted, const QString &systemTime);
-    static FrameRecord sent(const VCI_CANFD_OBJ &frame, bool accepted, const QString &systemTime);
+    template<typename AdapterFrame>
+    static FrameRecord sent(const AdapterFrame &frame, bool accepted, const QString &systemTime);
 };
 
 Q_DECLARE_TYPEINFO(FrameRecord, Q_MOVABLE_TYPE);

@@ -1,14 +1,11 @@
 #include "capture/FrameRows.h"
 
 #include "capture/FrameDelegate.h"
+#include "ui_FrameRows.h"
 
 #include <QCoreApplication>
-#include <QHBoxLayout>
-#include <QHeaderView>
-#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QStandardItemModel>
-#include <QTableView>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -16,59 +13,28 @@
 namespace {
 
 constexpr int RowHeight = 25;
-
-QTableView *newView(QWidget *owner, const QFont &font)
-{
-    auto *view = new QTableView(owner);
-    view->setObjectName(QStringLiteral("frameView"));
-    view->setItemDelegate(new FrameDelegate(font, view));
-    view->setSelectionMode(QAbstractItemView::NoSelection);
-    view->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    view->setAlternatingRowColors(true);
-    view->setWordWrap(false);
-    view->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    view->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    view->setAutoScroll(false);
-    view->setTabKeyNavigation(false); // Tab goes on
-    QHeaderView *rows = view->verticalHeader();
-    rows->hide();
-    rows->setSectionResizeMode(QHeaderView::Fixed);
-    rows->setMinimumSectionSize(RowHeight);
-    rows->setDefaultSectionSize(RowHeight);
-    return view;
-}
-
-QScrollBar *newScrollBar(QWidget *owner)
-{
-    auto *bar = new QScrollBar(Qt::Vertical, owner);
-    bar->setObjectName(QStringLiteral("frameScrollBar"));
-    bar->setPageStep(1);
-    bar->setRange(0, 0);
-    bar->hide();
-    return bar;
-}
-
 } // namespace
 
 FrameRows::FrameRows(QWidget *owner, const FrameStore &store)
     : m_store(store)
     , m_owner(owner)
-    , m_view(newView(owner, m_font))
-    , m_bar(newScrollBar(owner))
     , m_model(new QStandardItemModel(0, FrameColumnCount, owner))
 {
+    Ui::FrameRows ui;
+    ui.setupUi(owner);
+    m_view = ui.frameView;
+    m_bar = ui.frameScrollBar;
+    m_view->setItemDelegate(new FrameDelegate(m_font, m_view));
     m_view->setModel(m_model);
+    m_view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_view->verticalHeader()->setMinimumSectionSize(RowHeight);
+    m_view->verticalHeader()->setDefaultSectionSize(RowHeight);
     const std::array<int, FrameColumnCount> widths = frameColumnWidths();
     for (std::size_t i = 0; i < widths.size(); ++i) {
         const auto column = static_cast<int>(i);
         m_model->setHorizontalHeaderItem(column, new QStandardItem(m_labels.titles[i]));
         m_view->setColumnWidth(column, widths[i]);
     }
-    auto *layout = new QHBoxLayout(owner);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addWidget(m_view);
-    layout->addWidget(m_bar);
     m_view->installEventFilter(owner);
     m_view->viewport()->installEventFilter(owner); // where the wheel's events arrive first, and the size of the place
     m_bar->installEventFilter(owner);

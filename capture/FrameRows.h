@@ -41,8 +41,8 @@ private:
     const FrameLabels m_labels = FrameLabels::translated();
     const QFont m_font{QStringLiteral("Microsoft Yahei"), 9};
     QWidget *m_owner;
-    QTableView *m_view;
-    QScrollBar *m_bar;
+    QTableView *m_view = nullptr;
+    QScrollBar *m_bar = nullptr;
     QStandardItemModel *m_model;
     int m_visibleRows = 0;
 };

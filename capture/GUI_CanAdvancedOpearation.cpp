@@ -1,9 +1,7 @@
 #include "capture/GUI_CanAdvancedOpearation.h"
 
-#include "capture/SendList.h"
 #include "device/CANCommunication.h"
 #include "device/ClockText.h"
-#include "device/TickTimer.h"
 #include "ui_GUI_CanAdvancedOpearation.h"
 #include "widgets/CNotice.h"
 #include "widgets/NumberEntry.h"
@@ -12,155 +10,25 @@
 #include <QKeyEvent>
 #include <QWindow>
 
-#include <optional>
-#include <vector>
-
 namespace {
-constexpr int NoticeMs = 1000;
 constexpr int FirstTickMs = 1;
-
-/// The copies of a row for one transmit call.
-struct Batch
-{
-    std::optional<std::size_t> row; ///< of the list that runs
-    std::vector<VCI_CAN_OBJ> frames;
-    std::vector<VCI_CANFD_OBJ> fdFrames; ///< instead, on a CAN FD channel
-};
 } // namespace
 
-class GUI_CanAdvancedOpearationPrivate
-{
-public:
-    GUI_CanAdvancedOpearationPrivate(GUI_CanAdvancedOpearation *dialog, CANCommunication &communication, quint8 devInd,
-                                     quint8 canInd, bool isCANFD)
-        : m_q(dialog)
-        , m_communication(communication)
-        , m_devInd(devInd)
-        , m_canInd(canInd)
-        , m_isCANFD(isCANFD)
-    {
-    }
-
-    void fillTexts();
-    void connectSignals();
-    void updateControls();
-    void showWarning(const QString &text) const { m_notice->setMesseage(text, CNotice::Warning, NoticeMs); }
-    void end();
-    bool transmitCurrent();
-    void print(const DataModel &row, bool accepted) const;
-
-    GUI_CanAdvancedOpearation *m_q;
-    CANCommunication &m_communication;
-    const quint8 m_devInd;
-    const quint8 m_canInd;
-    const bool m_isCANFD;
-    Ui::GUI_CanAdvancedOpearation m_ui;
-    CNotice *m_notice = nullptr; ///< seen where the click was, not behind this window
-    SendList m_list;
-    TickTimer m_timer;
-    Batch m_batch;
-    bool m_isAllowed = true; ///< the tab lets the dialog send
-};
-
-void GUI_CanAdvancedOpearationPrivate::fillTexts()
-{
-    const QString interval = GUI_CanAdvancedOpearation::tr("Interval");
-    m_ui.tableWidget->horizontalHeaderItem(m_ui.tableWidget->columnCount() - 1)
-        ->setText(interval + QStringLiteral("(ms)"));
-    m_ui.lblInterval->setText(interval + QStringLiteral("(ms):"));
-    m_ui.lblRepeat->setText(GUI_CanAdvancedOpearation::tr("Repeat") + QLatin1Char(':'));
-    m_ui.cbxMode->addItem(GUI_CanAdvancedOpearation::tr("Parallel send mode"),
-                          static_cast<int>(SendList::Mode::Parallel));
-    m_ui.cbxMode->addItem(GUI_CanAdvancedOpearation::tr("Order send mode"), static_cast<int>(SendList::Mode::Order));
-}
-
-void GUI_CanAdvancedOpearationPrivate::connectSignals()
-{
-    using Dialog = GUI_CanAdvancedOpearation;
-    const auto onClick = [this](const QPushButton *button, auto action) {
-        QObject::connect(button, &QPushButton::clicked, m_q, action);
-    };
-    onClick(m_ui.btnAllSelect, [this] { m_ui.tableWidget->setAllTicked(true); });
-    onClick(m_ui.btnInvert, [this] { m_ui.tableWidget->setAllTicked(false); }); // takes all ticks away: wanted so
-    onClick(m_ui.btnAdd, [this] { m_ui.tableWidget->appendRow(); });
-    onClick(m_ui.btnRemove, &Dialog::slot_removeBtnClicked);
-    onClick(m_ui.btnListSend, &Dialog::sendList);
-    onClick(m_ui.m_btnStop, &Dialog::sendStop);
-    QObject::connect(m_ui.cbxMode, QOverload<int>::of(&QComboBox::currentIndexChanged), m_q,
-                     [this] { updateControls(); });
-    QObject::connect(&m_timer, &TickTimer::sig_tick, m_q, &Dialog::sendTimeout);
-}
-
-void GUI_CanAdvancedOpearationPrivate::updateControls()
-{
-    const bool isRunning = m_list.isRunning();
-    const bool isOrder = m_ui.cbxMode->currentData().toInt() == static_cast<int>(SendList::Mode::Order);
-    for (QWidget *control :
-         std::initializer_list<QWidget *>{m_ui.btnAllSelect, m_ui.btnInvert, m_ui.btnAdd, m_ui.btnRemove,
-                                          m_ui.btnImport, m_ui.btnExport, m_ui.checkBox, m_ui.cbxMode}) {
-        control->setEnabled(m_isAllowed);
-    }
-    for (QWidget *control :
-         std::initializer_list<QWidget *>{m_ui.lblRepeat, m_ui.cbxRepeat, m_ui.lblInterval, m_ui.lbxInterval}) {
-        control->setEnabled(m_isAllowed && isOrder);
-    }
-    // The focus stays with the button that is of use next.
-    const bool hadFocus = m_ui.btnListSend->hasFocus() || m_ui.m_btnStop->hasFocus();
-    m_ui.m_btnStop->setEnabled(isRunning);
-    m_ui.btnListSend->setEnabled(m_isAllowed && !isRunning);
-    if (hadFocus) {
-        (isRunning ? m_ui.m_btnStop : m_ui.btnListSend)->setFocus();
-    }
-}
-
-/// Every end of a list that runs.
-void GUI_CanAdvancedOpearationPrivate::end()
-{
-    m_timer.stop();
-    m_list.stop();
-    m_batch = Batch();
-    updateControls();
-    emit m_q->sig_sendStateChanged(true);
-}
-
-/// All copies of the current row in one call; they are made anew only when the row has changed.
-bool GUI_CanAdvancedOpearationPrivate::transmitCurrent()
-{
-    const DataModel &row = m_list.current();
-    const bool isNew = m_batch.row != m_list.currentIndex();
-    m_batch.row = m_list.currentIndex();
-    if (m_isCANFD) {
-        if (isNew) {
-            m_batch.fdFrames.assign(row.frameCount, toCanFdRecord(row.frame));
-        }
-        return m_communication.transmitCANFD(m_devInd, m_canInd, m_batch.fdFrames.data(), row.frameCount) == CAN_OK;
-    }
-    if (isNew) {
-        m_batch.frames.assign(row.frameCount, row.frame);
-    }
-    return m_communication.transmit(m_devInd, m_canInd, m_batch.frames.data(), row.frameCount) == CAN_OK;
-}
-
-void GUI_CanAdvancedOpearationPrivate::print(const DataModel &row, bool accepted) const
-{
-    const FrameRecord record = FrameRecord::sent(row.frame, accepted, clockText());
-    emit m_q->sig_addTableItems(QVector<FrameRecord>(row.frameCount, record));
-}
-
-GUI_CanAdvancedOpearation::GUI_CanAdvancedOpearation(CANCommunication &communication, quint8 devInd, quint8 canInd,
-                                                     bool isCANFD, QWidget *parent)
+GUI_CanAdvancedOpearation::GUI_CanAdvancedOpearation(const ChannelParam &channel, CANCommunication &communication,
+                                                     QWidget *parent)
     : QDialog(parent)
-    , m_p(std::make_unique<GUI_CanAdvancedOpearationPrivate>(this, communication, devInd, canInd, isCANFD))
+    , m_channel(channel)
+    , m_communication(communication)
+    , m_ui(std::make_unique<Ui::GUI_CanAdvancedOpearation>())
 {
     qRegisterMetaType<DataModel>("DataModel");
-    m_p->m_ui.setupUi(this);
+    m_ui->setupUi(this);
     cleanSpinBoxes(this);
-    m_p->m_notice = new CNotice(this);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    m_notice = new CNotice(this);
     setWindowFlag(Qt::WindowStaysOnTopHint);
-    m_p->fillTexts();
-    m_p->connectSignals();
-    m_p->updateControls();
+    fillTexts();
+    connectSignals();
+    updateControls();
 }
 
 /// A parent that is being destroyed no longer lists the child it is deleting; what listens to this object may be gone.
@@ -171,59 +39,148 @@ GUI_CanAdvancedOpearation::~GUI_CanAdvancedOpearation()
     }
 }
 
+void GUI_CanAdvancedOpearation::fillTexts()
+{
+    const QString interval = tr("Interval");
+    m_ui->tableWidget->horizontalHeaderItem(m_ui->tableWidget->columnCount() - 1)
+        ->setText(interval + QStringLiteral("(ms)"));
+    m_ui->lblInterval->setText(interval + QStringLiteral("(ms):"));
+    m_ui->lblRepeat->setText(tr("Repeat") + QLatin1Char(':'));
+    m_ui->cbxMode->addItem(tr("Parallel send mode"), static_cast<int>(SendList::Mode::Parallel));
+    m_ui->cbxMode->addItem(tr("Order send mode"), static_cast<int>(SendList::Mode::Order));
+}
+
+void GUI_CanAdvancedOpearation::connectSignals()
+{
+    using Dialog = GUI_CanAdvancedOpearation;
+    const auto onClick = [this](const QPushButton *button, auto action) {
+        connect(button, &QPushButton::clicked, this, action);
+    };
+    onClick(m_ui->btnAllSelect, [this] { m_ui->tableWidget->setAllTicked(true); });
+    onClick(m_ui->btnInvert, [this] { m_ui->tableWidget->setAllTicked(false); }); // takes all ticks away: wanted so
+    onClick(m_ui->btnAdd, [this] { m_ui->tableWidget->appendRow(); });
+    onClick(m_ui->btnRemove, &Dialog::slot_removeBtnClicked);
+    onClick(m_ui->btnListSend, &Dialog::sendList);
+    onClick(m_ui->m_btnStop, &Dialog::sendStop);
+    connect(m_ui->cbxMode, QOverload<int>::of(&QComboBox::currentIndexChanged), this, [this] { updateControls(); });
+    connect(&m_timer, &TickTimer::sig_tick, this, &Dialog::sendTimeout);
+}
+
+void GUI_CanAdvancedOpearation::updateControls()
+{
+    const bool isRunning = m_list.isRunning();
+    const bool isOrder = m_ui->cbxMode->currentData().toInt() == static_cast<int>(SendList::Mode::Order);
+    for (QWidget *control :
+         std::initializer_list<QWidget *>{m_ui->btnAllSelect, m_ui->btnInvert, m_ui->btnAdd, m_ui->btnRemove,
+                                          m_ui->btnImport, m_ui->btnExport, m_ui->checkBox, m_ui->cbxMode}) {
+        control->setEnabled(m_isAllowed);
+    }
+    for (QWidget *control :
+         std::initializer_list<QWidget *>{m_ui->lblRepeat, m_ui->cbxRepeat, m_ui->lblInterval, m_ui->lbxInterval}) {
+        control->setEnabled(m_isAllowed && isOrder);
+    }
+    // The focus stays with the button that is of use next.
+    const bool hadFocus = m_ui->btnListSend->hasFocus() || m_ui->m_btnStop->hasFocus();
+    m_ui->m_btnStop->setEnabled(isRunning);
+    m_ui->btnListSend->setEnabled(m_isAllowed && !isRunning);
+    if (hadFocus) {
+        (isRunning ? m_ui->m_btnStop : m_ui->btnListSend)->setFocus();
+    }
+}
+
+void GUI_CanAdvancedOpearation::showWarning(const QString &text)
+{
+    m_notice->setMesseage(text, CNotice::Warning, CNotice::DialogMs);
+}
+
+/// Every end of a list that runs.
+void GUI_CanAdvancedOpearation::end()
+{
+    m_timer.stop();
+    m_list.stop();
+    m_batch = Batch();
+    updateControls();
+    emit sig_sendStateChanged(true);
+}
+
+/// All copies of the current row in one call; they are made anew only when the row has changed.
+bool GUI_CanAdvancedOpearation::transmitCurrent()
+{
+    const DataModel &row = m_list.current();
+    const bool isNew = m_batch.row != m_list.currentIndex();
+    m_batch.row = m_list.currentIndex();
+    if (m_channel.isCANFD) {
+        if (isNew) {
+            m_batch.fdFrames.assign(row.frameCount, toCanFdRecord(row.frame));
+        }
+        return m_communication.transmitCANFD(m_channel.device, m_channel.channel, m_batch.fdFrames.data(),
+                                             row.frameCount) == CAN_OK;
+    }
+    if (isNew) {
+        m_batch.frames.assign(row.frameCount, row.frame);
+    }
+    return m_communication.transmit(m_channel.device, m_channel.channel, m_batch.frames.data(), row.frameCount) ==
+           CAN_OK;
+}
+
+void GUI_CanAdvancedOpearation::print(const DataModel &row, bool accepted)
+{
+    const FrameRecord record = FrameRecord::sent(row.frame, accepted, clockText());
+    emit sig_addTableItems(QVector<FrameRecord>(row.frameCount, record));
+}
+
 void GUI_CanAdvancedOpearation::btnStateChanged(bool state)
 {
-    m_p->m_isAllowed = state;
-    m_p->updateControls();
+    m_isAllowed = state;
+    updateControls();
 }
 
 void GUI_CanAdvancedOpearation::sendList()
 {
-    if (m_p->m_list.isRunning()) {
+    if (m_list.isRunning()) {
         return;
     }
-    if (m_p->m_ui.tableWidget->rowCount() == 0) {
-        m_p->showWarning(tr("The send list is empty"));
+    if (m_ui->tableWidget->rowCount() == 0) {
+        showWarning(tr("The send list is empty"));
         return;
     }
-    const auto mode = static_cast<SendList::Mode>(m_p->m_ui.cbxMode->currentData().toInt());
-    m_p->m_list.start(m_p->m_ui.tableWidget->tickedRows(), m_p->m_ui.cbxRepeat->value(), m_p->m_ui.lbxInterval->value(),
-                      mode);
-    if (!m_p->m_list.isRunning()) {
-        m_p->showWarning(tr("Please check the items you want to send"));
+    const auto mode = static_cast<SendList::Mode>(m_ui->cbxMode->currentData().toInt());
+    m_list.start(m_ui->tableWidget->tickedRows(), m_ui->cbxRepeat->value(), m_ui->lbxInterval->value(), mode);
+    if (!m_list.isRunning()) {
+        showWarning(tr("Please check the items you want to send"));
         return;
     }
     emit sig_sendStateChanged(false);
-    if (m_p->m_list.isRunning()) { // unless whoever listens has stopped it
-        m_p->updateControls();
-        m_p->m_timer.start(FirstTickMs);
+    if (m_list.isRunning()) { // unless whoever listens has stopped it
+        updateControls();
+        m_timer.start(FirstTickMs);
     }
 }
 
 void GUI_CanAdvancedOpearation::sendStop()
 {
-    if (m_p->m_list.isRunning()) {
-        m_p->end();
+    if (m_list.isRunning()) {
+        end();
     }
 }
 
 /// What the adapter answers only marks the printed rows: the list goes on when it refuses frames or is gone.
 void GUI_CanAdvancedOpearation::sendTimeout()
 {
-    if (!m_p->m_list.isRunning()) {
+    if (!m_list.isRunning()) {
         return;
     }
-    const bool accepted = m_p->transmitCurrent();
-    const DataModel row = m_p->m_list.current();
-    const std::optional<int> wait = m_p->m_list.advance();
+    const bool accepted = transmitCurrent();
+    const DataModel row = m_list.current();
+    const std::optional<int> wait = m_list.advance();
     if (wait) {
-        m_p->m_timer.start(*wait); // from the adapter's return on, whatever the printing takes
+        m_timer.start(*wait); // from the adapter's return on, whatever the printing takes
     }
-    if (m_p->m_ui.checkBox->isChecked()) {
-        m_p->print(row, accepted);
+    if (m_ui->checkBox->isChecked()) {
+        print(row, accepted);
     }
-    if (!wait && !m_p->m_list.isRunning()) { // whoever listens may have started it anew
-        m_p->end();
+    if (!wait && !m_list.isRunning()) { // whoever listens may have started it anew
+        end();
     }
 }
 
@@ -261,7 +218,7 @@ void GUI_CanAdvancedOpearation::keyPressEvent(QKeyEvent *event)
 
 void GUI_CanAdvancedOpearation::slot_removeBtnClicked()
 {
-    if (!m_p->m_ui.tableWidget->removeCurrentRow()) {
-        m_p->showWarning(tr("Please select the delete item first"));
+    if (!m_ui->tableWidget->removeCurrentRow()) {
+        showWarning(tr("Please select the delete item first"));
     }
 }

@@ -1,14 +1,23 @@
 #pragma once
 
 #include "capture/CTableViewCAN.h"
+#include "capture/SendList.h"
+#include "device/ChannelParam.h"
+#include "device/TickTimer.h"
 
 #include <QDialog>
 #include <QVector>
 
 #include <memory>
+#include <optional>
+#include <vector>
 
 class CANCommunication;
-class GUI_CanAdvancedOpearationPrivate;
+class CNotice;
+
+namespace Ui {
+class GUI_CanAdvancedOpearation;
+}
 
 /// The send list of a CAN channel: up to 1000 prepared classic frames, of which the ticked ones are sent as a list. A
 /// list that runs works on what was in the table and the controls when it was started; only "Print to table" may be
@@ -20,10 +29,9 @@ class GUI_CanAdvancedOpearation : public QDialog
     Q_OBJECT
 
 public:
-    /// communication must outlive the dialog. On a channel opened for CAN FD (isCANFD) the frames are sent as classic
-    /// ones by the CAN FD call, as such a channel has no other.
-    GUI_CanAdvancedOpearation(CANCommunication &communication, quint8 devInd, quint8 canInd, bool isCANFD,
-                              QWidget *parent = nullptr);
+    /// communication must outlive the dialog. On a channel opened for CAN FD the frames are sent as classic ones by the
+    /// CAN FD call, as such a channel has no other.
+    GUI_CanAdvancedOpearation(const ChannelParam &channel, CANCommunication &communication, QWidget *parent = nullptr);
     /// Ends a list that runs with sig_sendStateChanged(true), unless the parent is being destroyed.
     ~GUI_CanAdvancedOpearation() override;
 
@@ -55,6 +63,28 @@ private slots:
     void slot_removeBtnClicked();
 
 private:
-    friend class GUI_CanAdvancedOpearationPrivate;
-    std::unique_ptr<GUI_CanAdvancedOpearationPrivate> m_p;
+    /// The copies of a row for one transmit call.
+    struct Batch
+    {
+        std::optional<std::size_t> row; ///< of the list that runs
+        std::vector<VCI_CAN_OBJ> frames;
+        std::vector<VCI_CANFD_OBJ> fdFrames; ///< instead, on a CAN FD channel
+    };
+
+    void fillTexts();
+    void connectSignals();
+    void updateControls();
+    void showWarning(const QString &text);
+    void end();
+    bool transmitCurrent();
+    void print(const DataModel &row, bool accepted);
+
+    const ChannelParam m_channel;
+    CANCommunication &m_communication;
+    std::unique_ptr<Ui::GUI_CanAdvancedOpearation> m_ui;
+    CNotice *m_notice = nullptr; ///< seen where the click was, not behind this window
+    SendList m_list;
+    TickTimer m_timer;
+    Batch m_batch;
+    bool m_isAllowed = true; ///< the tab lets the dialog send
 };

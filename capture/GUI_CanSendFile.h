@@ -1,11 +1,20 @@
 #pragma once
 
+#include "capture/CANFile.h"
+#include "capture/CaptureLoader.h"
+#include "device/ChannelParam.h"
+#include "device/TickTimer.h"
+
 #include <QDialog>
 
 #include <memory>
+#include <optional>
 
 class CANCommunication;
-class GUI_CanSendFilePrivate;
+
+namespace Ui {
+class GUI_CanSendFile;
+}
 
 /// Plays a capture file on one CAN channel: the whole file a chosen number of times, one frame per interval. Closing
 /// the dialog in whatever way ends the playback; when it is shown again, it is ready to send with the same settings.
@@ -14,9 +23,8 @@ class GUI_CanSendFile : public QDialog
     Q_OBJECT
 
 public:
-    /// communication must outlive the dialog. Frames are sent as classic ones unless isCANFD.
-    GUI_CanSendFile(CANCommunication &communication, quint8 devInd, quint8 canInd, bool isCANFD,
-                    QWidget *parent = nullptr);
+    /// communication must outlive the dialog. Frames are sent as classic ones unless the channel is a CAN FD one.
+    GUI_CanSendFile(const ChannelParam &channel, CANCommunication &communication, QWidget *parent = nullptr);
     /// Takes as long as CaptureLoader's destructor at most.
     ~GUI_CanSendFile() override;
 
@@ -35,6 +43,25 @@ private slots:
     void slot_frameTypeChanged();
 
 private:
-    friend class GUI_CanSendFilePrivate;
-    std::unique_ptr<GUI_CanSendFilePrivate> m_p;
+    enum class State { Idle, Loading, Sending };
+
+    void fillCombos();
+    void connectSignals();
+    void setState(State newState);
+    void load();
+    void startSending(std::optional<CaptureContent> content);
+    void sendNext();
+    void stop();
+    void showProgress();
+    void showFailure(const QString &text);
+
+    const ChannelParam m_channel;
+    CANCommunication &m_communication;
+    std::unique_ptr<Ui::GUI_CanSendFile> m_ui;
+    State m_state = State::Idle;
+    CANFile m_file;
+    CaptureLoader m_loader;
+    TickTimer m_timer;
+    qint64 m_total = 0; ///< frames of the playback; more than int holds when a large file is sent often
+    qint64 m_left = 0;  ///< of which so many are still to be sent
 };

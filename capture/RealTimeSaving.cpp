@@ -2,6 +2,8 @@
 
 #include "capture/RealTimeFile.h"
 
+#include <QDeadlineTimer>
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -61,11 +63,11 @@ bool RealTimeSaving::endAndWait()
 
 bool RealTimeSaving::waitForEnded(std::chrono::milliseconds time)
 {
-    const auto deadline = std::chrono::steady_clock::now() + time;
+    const QDeadlineTimer deadline(time);
     bool areComplete = true;
     for (const auto &writer : m_ended) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-        areComplete &= writer->waitFinished(std::max(left, std::chrono::milliseconds(0))) && !writer->hasFailed();
+        const std::chrono::milliseconds left(deadline.remainingTime());
+        areComplete &= writer->waitFinished(left) && !writer->hasFailed();
     }
     reportFailures();
     return areComplete;

@@ -12,7 +12,6 @@
 namespace {
 using Column = WidgetDelegateCAN;
 
-constexpr int RowHeight = 25;
 constexpr int TickWidth = 26;
 constexpr int LeastLastWidth = 60;                                  // the last column takes what is left, but not less
 constexpr std::array<int, 7> Widths{70, 80, 70, 70, 160, 120, 120}; // of the columns from "No." on, pixels
@@ -32,14 +31,7 @@ SendListTable::SendListTable(QWidget *parent)
     : QTableWidget(0, Column::ColumnCount, parent)
 {
     setItemDelegate(new WidgetDelegateCAN(this));
-    setSelectionMode(SingleSelection);
-    setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
-    setAlternatingRowColors(true);
-    setTabKeyNavigation(false); // focusNextPrevChild() does it
-    verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    verticalHeader()->setDefaultSectionSize(RowHeight);
-    horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setMinimumSectionSize(TickWidth);
     setColumnWidth(Column::Tick, TickWidth);
     for (std::size_t i = 0; i < Widths.size(); ++i) {

@@ -2,11 +2,11 @@
 
 #include "capture/DataModel.h"
 #include "device/FrameIdentifier.h"
+#include "widgets/HexEntry.h"
 #include "widgets/NumberEntry.h"
 
 #include <QComboBox>
 #include <QLineEdit>
-#include <QRegularExpressionValidator>
 #include <QSpinBox>
 
 #include <algorithm>
@@ -36,9 +36,7 @@ QComboBox *typeEditor(QWidget *parent)
 QLineEdit *dataEditor(QWidget *parent)
 {
     auto *editor = new QLineEdit(parent);
-    const QRegularExpression pattern(QStringLiteral("[A-Fa-f0-9\\s]*"));
-    editor->setValidator(new QRegularExpressionValidator(pattern, editor));
-    cleanEntry(editor, NumberEntry::HexBytes);
+    restrictEntry(editor, NumberEntry::HexBytes, QStringLiteral("[A-Fa-f0-9\\s]*"));
     return editor;
 }
 
@@ -104,7 +102,7 @@ void WidgetDelegateCAN::setModelData(QWidget *editor, QAbstractItemModel *model,
         setCell(model, index, type->currentText(), type->currentData());
     } else if (const auto *data = qobject_cast<QLineEdit *>(editor)) {
         const QString digits = payloadDigits(data->text());
-        setCell(model, index, payloadText(digits), digits);
+        setCell(model, index, hexTextFromBytes(QByteArray::fromHex(digits.toLatin1())), digits);
     }
 }
 

@@ -5,3 +5,8 @@ if(NOT CMAKE_CROSSCOMPILING)
     add_link_options(-fuse-ld=mold)
   endif()
 endif()
+
+# On 64-bit Windows a 32-bit program may then have 4 GB of memory instead of 2.
+if(WIN32 AND CMAKE_SIZEOF_VOID_P EQUAL 4)
+  add_link_options(-Wl,--large-address-aware)
+endif()

@@ -1,7 +1,8 @@
 # The layout under /usr (or any other prefix; the launchers find the program from their own place) and the .deb.
 #
 # The program has a folder of its own, because it loads the adapter's library from its working directory and has its
-# other files beside itself. The virtual adapter is kept out of that folder: there it would pass for the real library.
+# other files beside itself. The virtual adapter and the one for SocketCAN are kept out of that folder: there they would pass
+# for the maker's library.
 set(x9_linux "${PROJECT_SOURCE_DIR}/packaging/linux")
 set(x9_linux_made "${PROJECT_BINARY_DIR}/packaging")
 set(x9_program_folder lib/x9can)
@@ -16,11 +17,20 @@ unset(ENV{LC_ALL})
 # Programs
 install(TARGETS X9CAN RUNTIME DESTINATION ${x9_program_folder})
 install(TARGETS ControlCAN LIBRARY DESTINATION ${x9_program_folder}/virtual-adapter)
-install(PROGRAMS "${x9_linux}/x9can" "${x9_linux}/x9can-demo" DESTINATION bin)
+set(x9_launchers x9can x9can-demo)
+if(TARGET ControlCAN_socketcan)
+  install(TARGETS ControlCAN_socketcan LIBRARY DESTINATION ${x9_program_folder}/socketcan)
+  list(APPEND x9_launchers x9can-socketcan)
+endif()
+list(TRANSFORM x9_launchers PREPEND "${x9_linux}/")
+install(PROGRAMS ${x9_launchers} DESTINATION bin)
+list(TRANSFORM x9_launchers APPEND ".desktop" OUTPUT_VARIABLE x9_desktop_entries)
+install(TARGETS x9capture RUNTIME DESTINATION bin)
+install(FILES "${x9_linux}/x9capture.bash-completion" DESTINATION share/bash-completion/completions RENAME x9capture)
 
 # Desktop entries and software catalogue
 configure_file("${x9_linux}/com.example.x9can.metainfo.xml.in" "${x9_linux_made}/com.example.x9can.metainfo.xml" @ONLY)
-install(FILES "${x9_linux}/x9can.desktop" "${x9_linux}/x9can-demo.desktop" DESTINATION share/applications)
+install(FILES ${x9_desktop_entries} DESTINATION share/applications)
 install(FILES "${x9_linux_made}/com.example.x9can.metainfo.xml" DESTINATION share/metainfo)
 
 # Icons. As in the program's own icon, the simple drawing is taken below 24 pixels.
@@ -63,12 +73,15 @@ endfunction()
 configure_file("${x9_linux}/changelog.Debian.in" "${x9_linux_made}/changelog.Debian" @ONLY)
 x9_install_gzipped("${PROJECT_SOURCE_DIR}/CHANGELOG.md" DESTINATION ${x9_doc_folder} NAME changelog)
 x9_install_gzipped("${x9_linux_made}/changelog.Debian" DESTINATION ${x9_doc_folder} NAME changelog.Debian)
-x9_install_gzipped("${x9_linux}/x9can.1" DESTINATION share/man/man1 NAME x9can.1)
-x9_install_gzipped("${x9_linux}/x9can-demo.1" DESTINATION share/man/man1 NAME x9can-demo.1)
+foreach(launcher IN LISTS x9_launchers)
+  get_filename_component(name "${launcher}" NAME)
+  x9_install_gzipped("${launcher}.1" DESTINATION share/man/man1 NAME ${name}.1)
+endforeach()
+x9_install_gzipped("${x9_linux}/x9capture.1" DESTINATION share/man/man1 NAME x9capture.1)
 install(FILES "${x9_linux}/copyright" DESTINATION ${x9_doc_folder})
 install(DIRECTORY docs/ DESTINATION ${x9_doc_folder}
-        FILES_MATCHING REGEX "/(guide|formats|virtual-adapter)[^/]*\\.md$|/screenshots/[^/]*\\.png$")
-install(FILES "${PROJECT_SOURCE_DIR}/adapter/example.virtual-adapter.json" DESTINATION ${x9_doc_folder}/examples
+        FILES_MATCHING REGEX "/(guide|formats|virtual-adapter|socketcan)[^/]*\\.md$|/screenshots/[^/]*\\.png$")
+install(FILES "${PROJECT_SOURCE_DIR}/adapter/virtual/example.virtual-adapter.json" DESTINATION ${x9_doc_folder}/examples
         RENAME virtual-adapter.json)
 
 add_custom_target(x9_linux_files ALL DEPENDS ${x9_linux_files})
@@ -89,12 +102,14 @@ set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 four kinds of files, sends frames once, at a cycle, from a list or from a
 file, and finds unknown bit rates.
 .
-It reaches the buses through a USB adapter, whose maker's library
-libControlCAN.so has to be put into /usr/lib/x9can. A virtual adapter for
-work without hardware is part of the package: x9can-demo.")
+It reaches the buses through any adapter that Linux has a driver for
+(x9can-socketcan), or through a USB adapter whose maker's library
+libControlCAN.so is put into /usr/lib/x9can. A virtual adapter for work
+without hardware is part of the package: x9can-demo. The command x9capture
+turns captures of several programs into each other, checks and decodes them.")
 # What is linked is found by dpkg-shlibdeps; the platform and icon plugins, loaded at run time, come with libqt5gui5.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-noto-cjk, qttranslations5-l10n")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "can-utils, fonts-noto-cjk, qttranslations5-l10n")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${x9_linux}/postrm")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 

@@ -19,9 +19,9 @@ else()
 endif()
 
 # Programs
-install(TARGETS X9CAN RUNTIME DESTINATION .)
+install(TARGETS X9CAN x9capture RUNTIME DESTINATION .)
 install(TARGETS ControlCAN RUNTIME DESTINATION ${x9_adapter_folder})
-install(FILES "${PROJECT_SOURCE_DIR}/adapter/example.virtual-adapter.json" DESTINATION ${x9_adapter_folder})
+install(FILES "${PROJECT_SOURCE_DIR}/adapter/virtual/example.virtual-adapter.json" DESTINATION ${x9_adapter_folder})
 configure_file("${x9_windows}/demo.cmd" "${x9_windows_made}/X9CAN demo.cmd" @ONLY NEWLINE_STYLE DOS)
 install(PROGRAMS "${x9_windows_made}/X9CAN demo.cmd" DESTINATION .)
 
@@ -67,7 +67,7 @@ foreach(licence IN ITEMS LGPL-3 GPL-3)
   install(FILES "${X9_DEBIAN_TEXTS}/common-licenses/${licence}" DESTINATION doc/licences RENAME ${licence}.txt)
 endforeach()
 foreach(notice IN ITEMS Qt:libqt5core5a Qt-translations:qttranslations5-l10n GCC-runtime:gcc-mingw-w64-base
-                        mingw-w64:mingw-w64-common nlohmann-json:nlohmann-json3-dev)
+                        mingw-w64:mingw-w64-common nlohmann-json:nlohmann-json3-dev libsodium:libsodium-dev)
   string(REGEX MATCH "^(.+):(.+)$" matched "${notice}")
   install(FILES "${X9_DEBIAN_TEXTS}/doc/${CMAKE_MATCH_2}/copyright" DESTINATION doc/licences
           RENAME ${CMAKE_MATCH_1}.txt)

@@ -2,6 +2,4 @@
 set(X9_WINDOWS_TRIPLET i686-w64-mingw32)
 set(CMAKE_SYSTEM_PROCESSOR i686)
 set(X9_WINDOWS_PRESET windows32)
-# On 64-bit Windows 4 GB of memory instead of 2.
-set(CMAKE_EXE_LINKER_FLAGS_INIT -Wl,--large-address-aware)
 include("${CMAKE_CURRENT_LIST_DIR}/WindowsToolchain.cmake")

@@ -2,16 +2,19 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace {
 
 using InfoBuffer = std::array<char, AdapterInfoSize>;
 
 /// Local 8-bit text up to its first zero; the library may have used the whole buffer and left no zero.
-QString textOf(const InfoBuffer &buffer)
+template<class Buffer>
+QString textOf(const Buffer &buffer)
 {
-    const auto *const end = std::find(buffer.begin(), buffer.end(), '\0');
-    return QString::fromLocal8Bit(buffer.data(), static_cast<int>(end - buffer.begin()));
+    const auto *const begin = std::begin(buffer);
+    const auto *const end = std::find(begin, std::end(buffer), '\0');
+    return QString::fromLocal8Bit(begin, static_cast<int>(end - begin));
 }
 
 VCI_INIT_CONFIG initConfig(const ChannelParam &param)
@@ -50,4 +53,13 @@ bool startCAN(const CANAPI &api, const ChannelParam &param)
     }
     succeeds(api.VCI_ClearBuffer, param.device, param.channel);
     return true;
+}
+
+ChannelProblem readChannelProblem(const CANAPI &api, quint8 dev, quint8 ch)
+{
+    VCI_ERR_INFO info{};
+    if (!api.tellsErrors() || !succeeds(api.VCI_ReadErrInfo, dev, ch, &info)) {
+        return {};
+    }
+    return {static_cast<AdapterProblemCode>(info.ErrCode), textOf(info.Text), textOf(info.Remedy)};
 }

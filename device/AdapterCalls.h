@@ -29,3 +29,15 @@ std::optional<DeviceInfo> readInfo(const CANAPI &api, quint8 dev);
 
 /// Initialises and starts a CAN channel, and drops the frames that wait in it. False when the adapter refuses.
 bool startCAN(const CANAPI &api, const ChannelParam &param);
+
+/// What a library tells of a channel that did not open.
+struct ChannelProblem
+{
+    AdapterProblemCode code = AdapterProblemCode::None;
+    QString text;   ///< in English; what stands in the way
+    QString remedy; ///< a command that would help; empty when there is none
+};
+
+/// Asks the library; also of a device that is not open. AdapterProblemCode::None when there is nothing to tell, and for
+/// libraries that do not tell.
+ChannelProblem readChannelProblem(const CANAPI &api, quint8 dev, quint8 ch);

@@ -27,6 +27,11 @@ constexpr std::uint32_t AdapterReceiveError = 0xFFFFFFFFU;
 constexpr std::int32_t AdapterReceiveWaitMs = 3000;
 /// Size of each of the four text buffers of KQ_ReadInfo, in bytes.
 constexpr std::size_t AdapterInfoSize = 80;
+/// What the model text ends with when the adapter is one of Linux's own CAN interfaces, of any maker: there is no
+/// firmware for it.
+constexpr const char *AdapterForeignModel = "SocketCAN";
+/// Size of each of the two texts of VCI_ERR_INFO, in bytes.
+constexpr std::size_t AdapterProblemSize = 160;
 /// KQ_OpenCANGateWay: what to do.
 constexpr std::uint8_t AdapterGatewayOff = 0;
 constexpr std::uint8_t AdapterGatewayOn = 1;
@@ -86,7 +91,36 @@ struct VCI_LIN_OBJ
     std::uint8_t Checksum; ///< as received; 0 on transmit
 };
 
+/// What a channel tells of its errors, in libraries that export X9_ErrInfoSize. The counts are those since the channel
+/// was started.
+struct VCI_ERR_INFO
+{
+    std::uint32_t ErrCode;           ///< an AdapterProblemCode: why the channel did not open last
+    std::uint32_t SystemLost;        ///< received frames that the system dropped before the library read them
+    std::uint32_t BufferLost;        ///< received frames that found the channel's buffer full
+    std::uint32_t Refused;           ///< frames to be sent that were not taken
+    std::uint32_t GatewayLost;       ///< frames that the gateway could not send on
+    std::uint32_t ErrorFrames;       ///< reports of the controller: bus errors, error states
+    std::uint32_t BusOff;            ///< how often the controller went off the bus
+    std::uint32_t Restarts;          ///< how often it came back
+    char Text[AdapterProblemSize];   ///< about ErrCode, in English, zero-terminated: what stands in the way
+    char Remedy[AdapterProblemSize]; ///< a command that would help, zero-terminated; empty when there is none
+};
+
 #pragma pack(pop)
+
+/// Values of VCI_ERR_INFO::ErrCode.
+enum class AdapterProblemCode : std::uint32_t {
+    None = 0,
+    NoInterface = 1,   ///< there is no interface for the channel
+    WrongBitRate = 2,  ///< the interface runs at another bit rate, which may not be changed
+    WrongMode = 3,     ///< the interface listens only, or is not in CAN FD mode, which may not be changed
+    IsDown = 4,        ///< the interface is down and may not be brought up
+    NoCanFd = 5,       ///< the interface has no CAN FD
+    NoSuchBitRate = 6, ///< the bit rate asked for cannot be expressed
+    NoLin = 7,         ///< the adapter has no LIN
+    System = 8,        ///< the system refused; the text says what it said
+};
 
 // The same bytes whatever the word size: no gaps, and no alignment, so that arrays have none either.
 static_assert(sizeof(VCI_CAN_OBJ) == 24 && offsetof(VCI_CAN_OBJ, TimeFlag) == 8 && offsetof(VCI_CAN_OBJ, Data) == 13);
@@ -101,7 +135,7 @@ constexpr bool isPlainRecord()
     return alignof(Record) == 1 && std::is_trivially_copyable_v<Record> && std::is_standard_layout_v<Record>;
 }
 static_assert(isPlainRecord<VCI_CAN_OBJ>() && isPlainRecord<VCI_CANFD_OBJ>() && isPlainRecord<VCI_INIT_CONFIG>() &&
-              isPlainRecord<VCI_LIN_OBJ>());
+              isPlainRecord<VCI_LIN_OBJ>() && isPlainRecord<VCI_ERR_INFO>() && sizeof(VCI_ERR_INFO) == 352);
 
 /// Bits of VCI_INIT_CONFIG::Mode.
 constexpr std::uint8_t AdapterModeListenOnly = 0x01;
@@ -122,6 +156,8 @@ using CloseDevice = u32(X9_ADAPTER_CALL *)(u32 type, u8 dev);
 using InitCAN = u32(X9_ADAPTER_CALL *)(u32 type, u8 dev, u8 ch, const VCI_INIT_CONFIG *config);
 /// Entries that are looked up and never called.
 using Unused = u32(X9_ADAPTER_CALL *)();
+/// Of libraries that export X9_ErrInfoSize only, which answers the size of the record; a maker's own is never called.
+using ReadErrInfo = u32(X9_ADAPTER_CALL *)(u32 type, u8 dev, u8 ch, VCI_ERR_INFO *info);
 /// VCI_StartCAN, VCI_ResetCAN, VCI_ClearBuffer; VCI_GetReceiveNum, KQ_GetReceiveNumCANFD (a frame count); KQ_CloseLIN.
 using Channel = u32(X9_ADAPTER_CALL *)(u32 type, u8 dev, u8 ch);
 using Transmit = u32(X9_ADAPTER_CALL *)(u32 type, u8 dev, u8 ch, const VCI_CAN_OBJ *frames, u32 count);

@@ -4,7 +4,6 @@
 #include "device/LibraryImage.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
 
 #include <type_traits>
@@ -19,19 +18,13 @@ QString pathForLoader(const QString &path)
     return file.path() == QLatin1String(".") ? QStringLiteral("./") + file.fileName() : path;
 }
 
-QByteArray machineOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? libraryMachine(file.read(LibraryImageHeadSize)) : QByteArray();
-}
-
 AdapterLibraryState whyRefused(const QString &path)
 {
     if (!QFileInfo::exists(path)) {
         return AdapterLibraryState::NotFound;
     }
-    const QByteArray library = machineOf(path);
-    const QByteArray program = machineOf(QCoreApplication::applicationFilePath());
+    const QByteArray library = fileMachine(path);
+    const QByteArray program = fileMachine(QCoreApplication::applicationFilePath());
     const bool isForAnother = !library.isEmpty() && !program.isEmpty() && library != program;
     return isForAnother ? AdapterLibraryState::WrongArchitecture : AdapterLibraryState::LoadFailed;
 }
@@ -50,6 +43,9 @@ CANAPI::CANAPI(QString libraryPath)
         return;
     }
     resolveEntries([this](const char *name) { return AdapterLibrary::resolve(m_handle, name); });
+    const auto errInfoSize =
+        reinterpret_cast<AdapterEntry::Unused>(AdapterLibrary::resolve(m_handle, "X9_ErrInfoSize"));
+    m_tellsErrors = VCI_ReadErrInfo != nullptr && errInfoSize != nullptr && errInfoSize() == sizeof(VCI_ERR_INFO);
 }
 
 CANAPI::CANAPI(const EntryLookUp &lookUp)

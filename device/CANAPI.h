@@ -44,12 +44,14 @@ public:
     const QStringList &missingEntries() const { return m_missing; }
     /// What the system's loader said; empty when it loaded.
     const QString &systemMessage() const { return m_systemMessage; }
+    /// Whether VCI_ReadErrInfo fills the record that is known here: a maker's library may take it for something else.
+    bool tellsErrors() const { return m_tellsErrors; }
 
     AdapterEntry::OpenDevice VCI_OpenDevice = nullptr;
     AdapterEntry::CloseDevice VCI_CloseDevice = nullptr;
     AdapterEntry::InitCAN VCI_InitCAN = nullptr;
     AdapterEntry::Unused VCI_ReadBoardInfo = nullptr;
-    AdapterEntry::Unused VCI_ReadErrInfo = nullptr;
+    AdapterEntry::ReadErrInfo VCI_ReadErrInfo = nullptr; ///< to be called only if tellsErrors()
     AdapterEntry::Unused VCI_ReadCANStatus = nullptr;
     AdapterEntry::Unused VCI_GetReference = nullptr;
     AdapterEntry::Unused VCI_SetReference = nullptr;
@@ -82,6 +84,7 @@ private:
     AdapterLibraryState m_state = AdapterLibraryState::NotLoaded;
     QStringList m_missing;
     QString m_systemMessage;
+    bool m_tellsErrors = false;
 };
 
 Q_DECLARE_METATYPE(CANAPI *)

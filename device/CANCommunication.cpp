@@ -50,27 +50,27 @@ public:
     /// Calls one of the two entries.
     CANError receiveLIN(AdapterEntry::ReceiveLIN receive, quint8 dev, quint8 ch, VCI_LIN_OBJ *frame);
 
-    const std::shared_ptr<CANAPI> m_api;
-    OpenDevices m_devices;
-    std::map<ChannelKey, quint32> m_reopenings; ///< channels waiting to be re-opened: number of the latest request
-    quint32 m_lastReopening = 0;
-    std::optional<RunningScan> m_scan;
-    ScanDriver *const m_scanDriver;                     ///< child of the manager
-    std::unique_ptr<FirmwareMonitor> m_firmwareMonitor; ///< its thread uses m_api and the scan's flag
+    const std::shared_ptr<CANAPI> api;
+    OpenDevices devices;
+    std::map<ChannelKey, quint32> reopenings; ///< channels waiting to be re-opened: number of the latest request
+    quint32 lastReopening = 0;
+    std::optional<RunningScan> scan;
+    ScanDriver *const scanDriver;                     ///< child of the manager
+    std::unique_ptr<FirmwareMonitor> firmwareMonitor; ///< its thread uses api and the scan's flag
 };
 
 CANCommunicationPrivate::CANCommunicationPrivate(std::unique_ptr<CANAPI> table, CANCommunication *manager)
-    : m_api(table ? std::move(table) : std::make_unique<CANAPI>(QString()))
-    , m_devices(m_api)
-    , m_scanDriver(new ScanDriver(*m_api, manager))
+    : api(table ? std::move(table) : std::make_unique<CANAPI>(QString()))
+    , devices(api)
+    , scanDriver(new ScanDriver(*api, manager))
 {
 }
 
 bool CANCommunicationPrivate::offersCANFD(quint8 dev)
 {
-    const std::optional<DeviceInfo> info = m_devices.readTexts(dev);
-    return info && info->model.startsWith(QLatin1String("X9FC")) && m_api->KQ_GetReceiveNumCANFD != nullptr &&
-           m_api->KQ_TransmitCANFD != nullptr && m_api->KQ_ReceiveCANFD != nullptr;
+    const std::optional<DeviceInfo> info = devices.readTexts(dev);
+    return info && info->model.startsWith(QLatin1String("X9FC")) && api->KQ_GetReceiveNumCANFD != nullptr &&
+           api->KQ_TransmitCANFD != nullptr && api->KQ_ReceiveCANFD != nullptr;
 }
 
 CANError CANCommunicationPrivate::receiveLIN(AdapterEntry::ReceiveLIN receive, quint8 dev, quint8 ch,
@@ -79,7 +79,7 @@ CANError CANCommunicationPrivate::receiveLIN(AdapterEntry::ReceiveLIN receive, q
     if (!succeeds(receive, dev, ch, frame)) {
         return CAN_ReadFailed;
     }
-    const OpenDevice *entry = m_devices.find(dev);
+    const OpenDevice *entry = devices.find(dev);
     if (entry != nullptr && frame->DataLen != 0) {
         entry->reader->noteFrame(); // the worker does not see it
     }
@@ -100,34 +100,39 @@ CANCommunication::CANCommunication(std::unique_ptr<CANAPI> api, FirmwareQuery fi
     qRegisterMetaType<QVector<VCI_CAN_OBJ>>("QVector<VCI_CAN_OBJ>");
     qRegisterMetaType<QVector<VCI_CANFD_OBJ>>("QVector<VCI_CANFD_OBJ>");
     qRegisterMetaType<CANAPI *>("CANAPI*");
-    connect(m_p->m_scanDriver, &ScanDriver::sig_report, this, &CANCommunication::sig_scanResultCallback);
-    connect(m_p->m_scanDriver, &ScanDriver::sig_over, this, &CANCommunication::stopScan);
+    connect(m_p->scanDriver, &ScanDriver::sig_report, this, &CANCommunication::sig_scanResultCallback);
+    connect(m_p->scanDriver, &ScanDriver::sig_over, this, &CANCommunication::stopScan);
     const auto announce = [this] {
         QMetaObject::invokeMethod(this, &CANCommunication::sig_showFrimwareUpgrade, Qt::QueuedConnection);
     };
-    m_p->m_firmwareMonitor = std::make_unique<FirmwareMonitor>(*m_p->m_api, m_p->m_devices.scanning(),
-                                                               std::move(firmwareQuery), announce, firmwareInterval);
+    m_p->firmwareMonitor = std::make_unique<FirmwareMonitor>(*m_p->api, m_p->devices.scanning(),
+                                                             std::move(firmwareQuery), announce, firmwareInterval);
 }
 
 CANCommunication::~CANCommunication()
 {
-    m_p->m_firmwareMonitor.reset(); // first: its thread uses this object, the table and the scan's flag
+    m_p->firmwareMonitor.reset(); // first: its thread uses this object, the table and the scan's flag
     endScan();
 }
 
 const CANAPI &CANCommunication::api() const
 {
-    return *m_p->m_api;
+    return *m_p->api;
 }
 
 void CANCommunication::watchDevices(std::chrono::milliseconds silence)
 {
-    m_p->m_devices.watch(silence);
+    m_p->devices.watch(silence);
 }
 
 bool CANCommunication::isDeviceOpen(quint8 dev) const
 {
-    return m_p->m_devices.find(dev) != nullptr;
+    return m_p->devices.find(dev) != nullptr;
+}
+
+ChannelProblem CANCommunication::channelProblem(quint8 dev, quint8 ch) const
+{
+    return readChannelProblem(*m_p->api, dev, ch);
 }
 
 QVector<DevicePresence> CANCommunication::presentDevices()
@@ -137,7 +142,7 @@ QVector<DevicePresence> CANCommunication::presentDevices()
     QVector<DevicePresence> present;
     for (quint8 dev = 0; dev < DeviceCount; ++dev) {
         std::optional<DeviceInfo> info;
-        if (m_p->m_devices.readTextsOfAny(dev, info) == CAN_OK) {
+        if (m_p->devices.readTextsOfAny(dev, info) == CAN_OK) {
             present.append({dev, info.value_or(DeviceInfo()).model, channels, channels, isDeviceOpen(dev)});
         }
     }
@@ -146,7 +151,7 @@ QVector<DevicePresence> CANCommunication::presentDevices()
 
 CANError CANCommunication::openDevice(quint8 dev)
 {
-    return m_p->m_devices.open(dev, [this](const OpenDevice &device) { connectReader(device); });
+    return m_p->devices.open(dev, [this](const OpenDevice &device) { connectReader(device); });
 }
 
 /// What the worker sends is queued to this object's thread.
@@ -167,7 +172,7 @@ void CANCommunication::connectReader(const OpenDevice &entry)
     // NOLINTEND(performance-unnecessary-value-param)
     connect(reader, &CANReadHandle::sig_deviceLost, this, [this, opening = entry.opening](quint8 devInd) {
         // It may have been closed, and even opened again, since its worker has seen it.
-        const OpenDevice *lost = m_p->m_devices.find(devInd);
+        const OpenDevice *lost = m_p->devices.find(devInd);
         if (lost != nullptr && lost->opening == opening) {
             emit sig_deviceLost(devInd);
         }
@@ -177,8 +182,8 @@ void CANCommunication::connectReader(const OpenDevice &entry)
 
 CANError CANCommunication::closeDevice(quint8 dev)
 {
-    const CANError closed = m_p->m_devices.close(dev);
-    if (closed == CAN_OK && m_p->m_scan && m_p->m_scan->device == dev) {
+    const CANError closed = m_p->devices.close(dev);
+    if (closed == CAN_OK && m_p->scan && m_p->scan->device == dev) {
         stopScan();
     }
     return closed;
@@ -193,7 +198,7 @@ CANError CANCommunication::openOn(const ChannelParam &param, std::bitset<Channel
     if (openDevice(param.device) == CAN_DeviceOpenFailed) {
         return CAN_DeviceOpenFailed;
     }
-    OpenDevice &entry = *m_p->m_devices.find(param.device); // open now
+    OpenDevice &entry = *m_p->devices.find(param.device); // open now
     if ((entry.*isOpen)[param.channel]) {
         return CAN_ChannelExists;
     }
@@ -212,18 +217,18 @@ CANError CANCommunication::openChannel(const ChannelParam &param)
         if (param.isCANFD && !m_p->offersCANFD(param.device)) {
             return CAN_DeviceNotSupport;
         }
-        return startCAN(*m_p->m_api, param) ? CAN_OK : CAN_ChannelOpenFailed;
+        return startCAN(*m_p->api, param) ? CAN_OK : CAN_ChannelOpenFailed;
     });
     if (opened != CAN_OK) {
         return opened;
     }
-    const OpenDevice &entry = *m_p->m_devices.find(param.device);
+    const OpenDevice &entry = *m_p->devices.find(param.device);
     if (param.isCANFD) {
         entry.reader->setFlagCANFD(param.channel, true);
     } else {
         entry.reader->setFlagCAN(param.channel, true);
     }
-    if (entry.canOpen.all() && gateway(*m_p->m_api, param.device, AdapterGatewayQuery) == 1U) {
+    if (entry.canOpen.all() && gateway(*m_p->api, param.device, AdapterGatewayQuery) == 1U) {
         setGatewayOn(param.device, true);
     }
     return CAN_OK;
@@ -236,12 +241,12 @@ CANError CANCommunication::reconfigureChannel(const ChannelParam &param)
         return closed;
     }
     const CANCommunicationPrivate::ChannelKey key(param.device, param.channel);
-    const quint32 request = ++m_p->m_lastReopening;
-    m_p->m_reopenings[key] = request;
+    const quint32 request = ++m_p->lastReopening;
+    m_p->reopenings[key] = request;
     QTimer::singleShot(ReopenDelayMs, this, [this, param, key, request] {
-        const auto waiting = m_p->m_reopenings.find(key);
-        if (waiting != m_p->m_reopenings.end() && waiting->second == request) {
-            m_p->m_reopenings.erase(waiting);
+        const auto waiting = m_p->reopenings.find(key);
+        if (waiting != m_p->reopenings.end() && waiting->second == request) {
+            m_p->reopenings.erase(waiting);
             openChannel(param);
         }
     });
@@ -251,20 +256,20 @@ CANError CANCommunication::reconfigureChannel(const ChannelParam &param)
 CANError CANCommunication::closeChannel(quint8 dev, quint8 ch)
 {
     // Otherwise the channel of a closed tab would come back, with nobody left to close it.
-    m_p->m_reopenings.erase({dev, ch});
+    m_p->reopenings.erase({dev, ch});
     return stopChannel(dev, ch);
 }
 
 CANError CANCommunication::stopChannel(quint8 dev, quint8 ch)
 {
-    OpenDevice *entry = m_p->m_devices.find(dev);
+    OpenDevice *entry = m_p->devices.find(dev);
     if (entry == nullptr) {
         return CAN_DeviceNotExists;
     }
     if (ch >= ChannelsPerDevice) {
         return CAN_ChannelNotExists;
     }
-    succeeds(m_p->m_api->VCI_ResetCAN, dev, ch);
+    succeeds(m_p->api->VCI_ResetCAN, dev, ch);
     entry->canOpen.reset(ch);
     entry->reader->setFlagCAN(ch, false);
     entry->reader->setFlagCANFD(ch, false);
@@ -278,13 +283,13 @@ CANError CANCommunication::stopChannel(quint8 dev, quint8 ch)
 
 CANError CANCommunication::transmit(quint8 dev, quint8 ch, const VCI_CAN_OBJ *frames, quint32 count)
 {
-    const auto send = m_p->m_api->VCI_Transmit;
+    const auto send = m_p->api->VCI_Transmit;
     return answerToSending(dev, ch, send == nullptr ? 0 : send(AdapterDeviceType, dev, ch, frames, count), count);
 }
 
 CANError CANCommunication::transmitCANFD(quint8 dev, quint8 ch, const VCI_CANFD_OBJ *frames, quint32 count)
 {
-    const auto send = m_p->m_api->KQ_TransmitCANFD;
+    const auto send = m_p->api->KQ_TransmitCANFD;
     return answerToSending(dev, ch, send == nullptr ? 0 : send(AdapterDeviceType, dev, ch, frames, count), count);
 }
 
@@ -300,18 +305,18 @@ CANError CANCommunication::answerToSending(quint8 dev, quint8 ch, quint32 accept
 
 void CANCommunication::setGatewayOn(quint8 dev, bool isOn)
 {
-    m_p->m_devices.find(dev)->gatewayOn = isOn;
+    m_p->devices.find(dev)->gatewayOn = isOn;
     emit sig_gatewayStateChanged(dev, isOn);
 }
 
 CANError CANCommunication::openGateway(quint8 dev)
 {
-    const OpenDevice *entry = m_p->m_devices.find(dev);
+    const OpenDevice *entry = m_p->devices.find(dev);
     if (entry == nullptr || !entry->canOpen.all()) {
         return CAN_ChannelNotExists;
     }
-    const std::optional<quint32> state = gateway(*m_p->m_api, dev, AdapterGatewayQuery);
-    if (!state || (state == 0U && gateway(*m_p->m_api, dev, AdapterGatewayOn) != 1U)) {
+    const std::optional<quint32> state = gateway(*m_p->api, dev, AdapterGatewayQuery);
+    if (!state || (state == 0U && gateway(*m_p->api, dev, AdapterGatewayOn) != 1U)) {
         return CAN_GatewayOperationFailed;
     }
     setGatewayOn(dev, true);
@@ -320,7 +325,7 @@ CANError CANCommunication::openGateway(quint8 dev)
 
 CANError CANCommunication::closeGateway(quint8 dev)
 {
-    if (!isDeviceOpen(dev) || gateway(*m_p->m_api, dev, AdapterGatewayOff) != 0U) {
+    if (!isDeviceOpen(dev) || gateway(*m_p->api, dev, AdapterGatewayOff) != 0U) {
         return CAN_GatewayOperationFailed;
     }
     setGatewayOn(dev, false);
@@ -329,7 +334,7 @@ CANError CANCommunication::closeGateway(quint8 dev)
 
 quint8 CANCommunication::isGatewayOn(quint8 dev) const
 {
-    const OpenDevice *entry = m_p->m_devices.find(dev);
+    const OpenDevice *entry = m_p->devices.find(dev);
     return entry != nullptr && entry->gatewayOn ? 1 : 0;
 }
 
@@ -343,14 +348,14 @@ CANError CANCommunication::setGatewayIDFilter(quint8 dev, quint8 ch, const QSet<
     std::sort(words.begin(), end); // the set has no order of its own
     const auto count = static_cast<quint32>(ids.size());
     const quint32 *first = words.data();
-    return succeeds(m_p->m_api->KQ_SetCANGateWayIDFilter, dev, ch, first, count) ? CAN_OK : CAN_GatewayOperationFailed;
+    return succeeds(m_p->api->KQ_SetCANGateWayIDFilter, dev, ch, first, count) ? CAN_OK : CAN_GatewayOperationFailed;
 }
 
 CANError CANCommunication::getGatewayIDFilter(quint8 dev, quint8 ch, QSet<quint32> &ids)
 {
     std::array<quint32, AdapterGatewayMaxIds> words{};
     quint32 count = 0;
-    if (!succeeds(m_p->m_api->KQ_GetCANGateWayIDFilter, dev, ch, words.data(), &count)) {
+    if (!succeeds(m_p->api->KQ_GetCANGateWayIDFilter, dev, ch, words.data(), &count)) {
         return CAN_GatewayOperationFailed;
     }
     ids = QSet<quint32>(words.begin(), words.begin() + std::min(count, AdapterGatewayMaxIds));
@@ -360,7 +365,7 @@ CANError CANCommunication::getGatewayIDFilter(quint8 dev, quint8 ch, QSet<quint3
 CANError CANCommunication::readDeviceInfo(quint8 dev, QString &serial, QString &model, QString &firmware)
 {
     std::optional<DeviceInfo> info;
-    const CANError asked = m_p->m_devices.readTextsOfAny(dev, info);
+    const CANError asked = m_p->devices.readTextsOfAny(dev, info);
     if (asked != CAN_OK) {
         return asked;
     }
@@ -376,36 +381,36 @@ CANError CANCommunication::readDeviceInfo(quint8 dev, QString &serial, QString &
 CANError CANCommunication::openLIN(const ChannelParam &param)
 {
     return openOn(param, &OpenDevice::linOpen,
-                  [this, &param] { return openLINChannel(*m_p->m_api, param) ? CAN_OK : CAN_ChannelOpenFailed; });
+                  [this, &param] { return openLINChannel(*m_p->api, param) ? CAN_OK : CAN_ChannelOpenFailed; });
 }
 
 CANError CANCommunication::changeLINParam(const ChannelParam &param)
 {
-    OpenDevice *entry = m_p->m_devices.find(param.device);
+    OpenDevice *entry = m_p->devices.find(param.device);
     if (entry == nullptr) {
         return CAN_DeviceNotExists;
     }
     if (param.channel >= ChannelsPerDevice) {
         return CAN_ChannelOpenFailed;
     }
-    if (!entry->linRefused[param.channel] && !succeeds(m_p->m_api->KQ_CloseLIN, param.device, param.channel)) {
+    if (!entry->linRefused[param.channel] && !succeeds(m_p->api->KQ_CloseLIN, param.device, param.channel)) {
         return CAN_Unknown;
     }
-    const bool isOpen = openLINChannel(*m_p->m_api, param);
+    const bool isOpen = openLINChannel(*m_p->api, param);
     entry->linRefused.set(param.channel, !isOpen);
     return isOpen ? CAN_OK : CAN_ChannelOpenFailed;
 }
 
 CANError CANCommunication::closeLIN(quint8 dev, quint8 ch)
 {
-    OpenDevice *entry = m_p->m_devices.find(dev);
+    OpenDevice *entry = m_p->devices.find(dev);
     if (entry == nullptr) {
         return CAN_DeviceNotExists;
     }
     if (ch >= ChannelsPerDevice) {
         return CAN_ChannelNotExists;
     }
-    succeeds(m_p->m_api->KQ_CloseLIN, dev, ch);
+    succeeds(m_p->api->KQ_CloseLIN, dev, ch);
     entry->linOpen.reset(ch);
     entry->linRefused.reset(ch);
     if (entry->linOpen.none()) {
@@ -416,44 +421,43 @@ CANError CANCommunication::closeLIN(quint8 dev, quint8 ch)
 
 CANError CANCommunication::changeLINMode(quint8 dev, quint8 ch, quint8 mode)
 {
-    return succeeds(m_p->m_api->KQ_ChangeLINMode, dev, ch, mode) ? CAN_OK : CAN_SendFailed;
+    return succeeds(m_p->api->KQ_ChangeLINMode, dev, ch, mode) ? CAN_OK : CAN_SendFailed;
 }
 
 CANError CANCommunication::transmitLIN(quint8 dev, quint8 ch, const VCI_LIN_OBJ &frame)
 {
-    return succeeds(m_p->m_api->KQ_TransmitLIN, dev, ch, frame) ? CAN_OK : CAN_SendFailed;
+    return succeeds(m_p->api->KQ_TransmitLIN, dev, ch, frame) ? CAN_OK : CAN_SendFailed;
 }
 
 CANError CANCommunication::receiveLIN(quint8 dev, quint8 ch, VCI_LIN_OBJ *frame)
 {
-    return m_p->receiveLIN(m_p->m_api->KQ_ReceiveLIN, dev, ch, frame);
+    return m_p->receiveLIN(m_p->api->KQ_ReceiveLIN, dev, ch, frame);
 }
 
 CANError CANCommunication::receiveLINBySlave(quint8 dev, quint8 ch, VCI_LIN_OBJ *frame)
 {
-    return m_p->receiveLIN(m_p->m_api->KQ_ReceiveLINBySlave, dev, ch, frame);
+    return m_p->receiveLIN(m_p->api->KQ_ReceiveLINBySlave, dev, ch, frame);
 }
 
 bool CANCommunication::isScanning() const
 {
-    return m_p->m_devices.scanning();
+    return m_p->devices.scanning();
 }
 
 CANError CANCommunication::slot_scanCANBaudrate(quint8 dev, quint8 /*second*/)
 {
-    if (m_p->m_devices.scanning().exchange(true)) {
+    if (m_p->devices.scanning().exchange(true)) {
         return CAN_DeviceExists;
     }
     const bool wasOpen = isDeviceOpen(dev);
     openDevice(dev);
-    const OpenDevice *entry = m_p->m_devices.find(dev);
+    const OpenDevice *entry = m_p->devices.find(dev);
     if (entry == nullptr || entry->canOpen.all()) {
-        m_p->m_devices.scanning() = false;
+        m_p->devices.scanning() = false;
         return CAN_DeviceOpenFailed;
     }
-    m_p->m_scan = {dev, wasOpen};
-    m_p->m_scanDriver->start(dev,
-                             [this, dev] { return m_p->m_devices.find(dev)->canOpen; }); // closeDevice() ends the scan
+    m_p->scan = {dev, wasOpen};
+    m_p->scanDriver->start(dev, [this, dev] { return m_p->devices.find(dev)->canOpen; }); // closeDevice() ends the scan
     return CAN_OK;
 }
 
@@ -466,14 +470,14 @@ void CANCommunication::stopScan()
 
 bool CANCommunication::endScan()
 {
-    const auto ended = std::exchange(m_p->m_scan, std::nullopt);
+    const auto ended = std::exchange(m_p->scan, std::nullopt);
     if (!ended) {
         return false;
     }
-    m_p->m_scanDriver->stop();
+    m_p->scanDriver->stop();
     if (!ended->wasOpen) {
         closeDevice(ended->device); // refuses, as is wanted here, when a channel was opened meanwhile
     }
-    m_p->m_devices.scanning() = false;
+    m_p->devices.scanning() = false;
     return true;
 }

@@ -19,6 +19,7 @@
 #include <memory>
 
 class CANCommunicationPrivate;
+struct ChannelProblem;
 struct OpenDevice;
 
 /// A device that answered, with the channels it offers.
@@ -59,6 +60,8 @@ public:
     /// no frame has come from it for so long (DeviceWatch).
     void watchDevices(std::chrono::milliseconds silence = DeviceWatch::Silence);
     bool isDeviceOpen(quint8 dev) const;
+    /// Why the channel did not open last, as far as the library tells.
+    ChannelProblem channelProblem(quint8 dev, quint8 ch) const;
     /// Devices 0 to 7 that are there. A closed one is opened and closed again for it; an open one is not touched.
     QVector<DevicePresence> presentDevices();
 

@@ -14,6 +14,9 @@ constexpr quint8 WatchedDevice = 0;
 
 QString firmwareProductCode(const QString &model)
 {
+    if (model.endsWith(QLatin1String(AdapterForeignModel))) {
+        return {};
+    }
     if (model.startsWith(QLatin1String("X9EC"))) {
         return QStringLiteral("X9CANFirmWare");
     }

@@ -11,6 +11,12 @@ constexpr quint32 frameIdMax(bool extended)
     return extended ? MaxExtendedFrameId : MaxStandardFrameId;
 }
 
+/// Hexadecimal digits of the highest one.
+constexpr int frameIdDigits(bool extended)
+{
+    return extended ? 8 : 3;
+}
+
 /// The highest standard identifier in the gateway's list: the adapter takes 13 bits, more than the 11 that a frame has.
 constexpr quint32 MaxGatewayStandardId = 0x1FFF;
 

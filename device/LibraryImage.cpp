@@ -1,5 +1,7 @@
 #include "device/LibraryImage.h"
 
+#include <QFile>
+#include <QHash>
 #include <QtEndian>
 
 namespace {
@@ -43,4 +45,21 @@ QByteArray libraryMachine(const QByteArray &head)
         return elfMachine(head);
     }
     return head.startsWith("MZ") ? peMachine(head) : QByteArray();
+}
+
+QByteArray fileMachine(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? libraryMachine(file.read(LibraryImageHeadSize)) : QByteArray();
+}
+
+int libraryBits(const QByteArray &machine)
+{
+    static const QHash<QByteArray, int> known{
+        {QByteArrayLiteral("ELF\1\1\x03\0"), 32},  // EM_386
+        {QByteArrayLiteral("ELF\2\1\x3E\0"), 64},  // EM_X86_64
+        {QByteArrayLiteral("PE\0\0\x4C\x01"), 32}, // IMAGE_FILE_MACHINE_I386
+        {QByteArrayLiteral("PE\0\0\x64\x86"), 64}, // IMAGE_FILE_MACHINE_AMD64
+    };
+    return known.value(machine);
 }

@@ -39,6 +39,8 @@ public:
 
     qint64 offset() const { return m_offset; }         ///< of the first byte at hand, from 0
     qint64 lineNumber() const { return m_lineNumber; } ///< of the last line(), from 1
+    /// Where the bytes come from, its own position behind what is at hand: who moves it puts it back.
+    QIODevice &device() const { return m_in; }
     /// Reading failed; the end that was met is not the file's.
     bool isBroken() const { return m_broken; }
 

@@ -7,6 +7,7 @@
 
 ByteOutput::ByteOutput(QIODevice &out)
     : m_out(out)
+    , m_start(out.pos())
     , m_buffer(new char[PieceSize])
 {
 }
@@ -27,5 +28,16 @@ bool ByteOutput::flush()
     m_failed = m_failed || m_out.write(m_buffer.get(), size) != size;
     m_written += size;
     m_size = 0;
+    return !m_failed;
+}
+
+bool ByteOutput::overwrite(qint64 offset, std::string_view bytes)
+{
+    Q_ASSERT(offset + static_cast<qint64>(bytes.size()) <= this->offset());
+    if (m_out.isSequential() || !flush() || !m_out.seek(m_start + offset)) {
+        return false;
+    }
+    const auto size = static_cast<qint64>(bytes.size());
+    m_failed = m_out.write(bytes.data(), size) != size || !m_out.seek(m_start + m_written);
     return !m_failed;
 }

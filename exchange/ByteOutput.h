@@ -29,10 +29,14 @@ public:
     void put(std::string_view bytes);
     /// Hands everything on; false when the device did not take all of it, now or before.
     bool flush();
+    /// Hands everything on and puts bytes over those that were written at offset, from where this began; false where
+    /// the device cannot go back, as a pipe.
+    bool overwrite(qint64 offset, std::string_view bytes);
     qint64 offset() const { return m_written + static_cast<qint64>(m_size); }
 
 private:
     QIODevice &m_out;
+    qint64 m_start; ///< the device's place of the first byte
     std::unique_ptr<char[]> m_buffer;
     std::size_t m_size = 0;
     qint64 m_written = 0;

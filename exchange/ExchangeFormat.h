@@ -23,8 +23,9 @@ struct ReadOptions
 /// What a writer is told beside the frames.
 struct WriteOptions
 {
-    CaptureInfo info;       ///< of the capture that is written
-    bool isChinese = false; ///< words of text captures that exist in two languages
+    CaptureInfo info;               ///< of the capture that is written
+    bool isChinese = false;         ///< words of text captures that exist in two languages
+    const char *encoding = nullptr; ///< of text captures; null: the system's, as the program writes them
 };
 
 /// A kind of capture file. A further one is a row of the table and a pair of files with the functions of the row.
@@ -42,7 +43,8 @@ struct ExchangeFormat
         RefusedFrames = 1U << 7U,
         AbsoluteTime = 1U << 8U,
         DeviceTime = 1U << 9U,
-        ErrorStateFlag = 1U << 10U
+        ErrorStateFlag = 1U << 10U,
+        ClockTime = 1U << 11U ///< times of day without a date, which then is the file's
     };
 
     const char *name;    ///< as users type it: "candump"

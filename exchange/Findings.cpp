@@ -1,9 +1,11 @@
 #include "exchange/Findings.h"
 
-void Findings::add(Finding::Place place, qint64 number, const QString &text)
+void Findings::add(Finding::Place place, qint64 number, const QString &text, qint64 count)
 {
-    ++m_count;
-    if (++m_counts[text] <= MaxKept) {
-        m_kept.append({place, number, text});
+    m_count += count;
+    qint64 &ofText = m_counts[text];
+    if (ofText < MaxKept) {
+        m_kept.append({place, number, text, count});
     }
+    ofText += count;
 }

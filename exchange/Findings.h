@@ -10,8 +10,9 @@ struct Finding
     enum Place { Line, Offset, Frame, Nowhere };
 
     Place place;
-    qint64 number; ///< of the line or frame, from 1; the offset in bytes, from 0
-    QString text;  ///< in the user's language
+    qint64 number;    ///< of the line or frame, from 1; the offset in bytes, from 0
+    QString text;     ///< in the user's language
+    qint64 count = 1; ///< how often, this being the first place
 };
 
 /// Takes what readers and writers report. All are counted, by their text; of each text the first MaxKept are kept.
@@ -20,7 +21,8 @@ class Findings
 public:
     static constexpr int MaxKept = 100;
 
-    void add(Finding::Place place, qint64 number, const QString &text);
+    /// count: of the same, where the reporter has counted them itself and this is the first place.
+    void add(Finding::Place place, qint64 number, const QString &text, qint64 count = 1);
     /// In the order in which they were added.
     const QVector<Finding> &kept() const { return m_kept; }
     qint64 count() const { return m_count; }

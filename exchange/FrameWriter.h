@@ -3,7 +3,7 @@
 #include "exchange/BusFrame.h"
 
 /// Writes frames as a capture of one kind, in constant memory. What the kind cannot hold it reports to the Findings it
-/// was made with, once for each frame that loses something.
+/// was made with, each sort of loss once with its count (FrameLosses).
 class FrameWriter
 {
 public:

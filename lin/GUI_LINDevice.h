@@ -4,11 +4,18 @@
 #include "device/CANError.h"
 #include "lin/CTableViewLIN.h"
 
+#include <array>
 #include <cstdint>
 #include <memory>
 
 class CANCommunication;
-class GUI_LINDevicePrivate;
+class GUI_LINModeDeveloper;
+class GUI_LINModeList;
+class LINModePage;
+
+namespace Ui {
+class GUI_LINDevice;
+}
 
 /// The tab of one LIN channel: opens it, applies the bus settings and holds the pages of the three modes, of which one
 /// runs at a time. Closes the channel when it is destroyed.
@@ -22,7 +29,7 @@ public:
     ~GUI_LINDevice() override;
 
     /// What opening the channel answered; a tab without its channel is of no use.
-    CANError openResult() const;
+    CANError openResult() const { return m_openResult; }
     bool isChannelOpen() const { return openResult() == CAN_OK; }
 
 signals:
@@ -35,6 +42,16 @@ private slots:
     void slot_addRowItems(const QVector<CTableViewLIN::DataObject> &datas);
 
 private:
-    friend class GUI_LINDevicePrivate;
-    std::unique_ptr<GUI_LINDevicePrivate> m_p;
+    void fillSettings();
+    void showRateInForce();
+    void addPages();
+    void connectSignals();
+    void store(const ChannelParam &param);
+
+    CANCommunication &m_communication;
+    std::unique_ptr<Ui::GUI_LINDevice> m_ui;
+    GUI_LINModeList *m_list = nullptr;
+    GUI_LINModeDeveloper *m_developer = nullptr;
+    std::array<LINModePage *, 3> m_pages{}; ///< all, in the order of widget_content
+    CANError m_openResult = CAN_Unknown;
 };

@@ -1,11 +1,18 @@
 #pragma once
 
 #include "lin/CTableViewLIN.h"
+#include "lin/LINCaptureReader.h"
 #include "lin/LINModePage.h"
+#include "lin/LINPlayback.h"
+#include "lin/LINSlaveScan.h"
 
 #include <memory>
 
-class GUI_LINModeDeveloperPrivate;
+class LINIdPairs;
+
+namespace Ui {
+class GUI_LINModeDeveloper;
+}
 
 /// Tools for the development of a LIN node: a calculator of PID and checksum, a search for the identifiers that slaves
 /// answer, and the playback of an imported capture.
@@ -36,6 +43,20 @@ private slots:
     void slot_imported(const QVector<CTableViewLIN::DataObject> &frames, bool isCapture);
 
 private:
-    friend class GUI_LINModeDeveloperPrivate;
-    std::unique_ptr<GUI_LINModeDeveloperPrivate> m_p;
+    void connectSignals();
+    void import(const QString &path);
+    void setFrames(const QVector<CTableViewLIN::DataObject> &frames);
+    void enableControls();
+    void showCycle();
+    void scanNext();
+    void playNext();
+
+    std::unique_ptr<Ui::GUI_LINModeDeveloper> m_ui;
+    std::unique_ptr<LINIdPairs> m_masks;
+    LINCaptureReader m_reader;
+    QVector<CTableViewLIN::DataObject> m_frames; ///< imported, or found by the scan
+    LINSlaveScan m_scan;
+    LINPlayback m_playback;
+    bool m_isScanning = false; ///< the timer strikes for the scan, otherwise for the playback
+    bool m_isFree = true;      ///< no mode runs
 };

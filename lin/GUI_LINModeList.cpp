@@ -1,16 +1,14 @@
 #include "lin/GUI_LINModeList.h"
 
 #include "device/LINFrame.h"
-#include "lin/LINHexPairs.h"
 #include "lin/LINRecords.h"
-#include "lin/LINSchedule.h"
 #include "lin/WidgetDelegate.h"
 #include "ui_GUI_LINModeList.h"
 #include "widgets/CMessageBox.h"
+#include "widgets/HexEntry.h"
 #include "widgets/NumberEntry.h"
 
 #include <QLineEdit>
-#include <QStandardItemModel>
 
 namespace {
 
@@ -64,7 +62,7 @@ QList<QStandardItem *> initialRow(quint8 row)
     const QByteArray data = QByteArray(LINScheduleRow::MaxLength - 1, '\0') + static_cast<char>(row);
     return {select,
             direction,
-            new QStandardItem(hexPair(row)),
+            new QStandardItem(hexNumber(row, 2)),
             new QStandardItem(hexPairs(data).trimmed()),
             new QStandardItem(QString::number(LINScheduleRow::MaxLength)),
             new QStandardItem(QString::number(LINScheduleRow::MinIntervalMs))};
@@ -72,44 +70,38 @@ QList<QStandardItem *> initialRow(quint8 row)
 
 } // namespace
 
-class GUI_LINModeListPrivate
+GUI_LINModeList::GUI_LINModeList(const ChannelParam &param, CANCommunication &communication, QWidget *parent)
+    : LINTablePage(LINModeList, param, communication, parent)
+    , m_ui(std::make_unique<Ui::GUI_LINModeList>())
+    , m_param(0, ParamColumnCount)
 {
-public:
-    explicit GUI_LINModeListPrivate(GUI_LINModeList *page)
-        : q(page)
-    {
-    }
+    m_ui->setupUi(this);
+    fillParam();
+    showParam();
+    m_ui->cbx_mode->addItem(tr("Dynamic display"), 0);
+    m_ui->cbx_mode->addItem(tr("Static display"), 1);
+    connectRun(m_ui->btn_start, m_ui->btn_stop);
+    connectTable(m_ui->tableview, m_ui->btn_save, m_ui->btn_clear);
+}
 
-    void fillParam();
-    void showParam();
-    void commitParam();
-    void lockParam(bool isLocked);
-    std::optional<LINScheduleRow> readRow(int row);
-    std::optional<QVector<LINScheduleRow>> readSelectedRows();
+GUI_LINModeList::~GUI_LINModeList() = default;
 
-    GUI_LINModeList *q;
-    Ui::GUI_LINModeList ui;
-    QStandardItemModel param{0, ParamColumnCount};
-    LINSchedule schedule;
-};
-
-void GUI_LINModeListPrivate::fillParam()
+void GUI_LINModeList::fillParam()
 {
     QStringList numbers; // as the messages name the rows
     for (quint8 row = 0; row < ParamRows; ++row) {
-        param.appendRow(initialRow(row));
+        m_param.appendRow(initialRow(row));
         numbers.append(QString::number(row));
     }
-    param.setVerticalHeaderLabels(numbers);
-    param.setHorizontalHeaderLabels({GUI_LINModeList::tr("Select"), GUI_LINModeList::tr("Direction"),
-                                     QStringLiteral("ID"), GUI_LINModeList::tr("Data"), GUI_LINModeList::tr("Length"),
-                                     GUI_LINModeList::tr("Interval") + QStringLiteral("(ms)")});
+    m_param.setVerticalHeaderLabels(numbers);
+    m_param.setHorizontalHeaderLabels({tr("Select"), tr("Direction"), QStringLiteral("ID"), tr("Data"), tr("Length"),
+                                       tr("Interval") + QStringLiteral("(ms)")});
 }
 
-void GUI_LINModeListPrivate::showParam()
+void GUI_LINModeList::showParam()
 {
-    QTableView *table = ui.tableViewParam;
-    table->setModel(&param);
+    QTableView *table = m_ui->tableViewParam;
+    table->setModel(&m_param);
     table->setItemDelegateForColumn(DirectionColumn, new WidgetDelegate(table));
     table->setItemDelegateForColumn(IdColumn, new EntryDelegate(NumberEntry::Hex, table));
     table->setItemDelegateForColumn(DataColumn, new EntryDelegate(NumberEntry::HexBytes, table));
@@ -125,9 +117,9 @@ void GUI_LINModeListPrivate::showParam()
 }
 
 /// Takes over what is being typed: a cell whose editor is open gets its text when the current cell changes.
-void GUI_LINModeListPrivate::commitParam()
+void GUI_LINModeList::commitParam()
 {
-    QTableView *table = ui.tableViewParam;
+    QTableView *table = m_ui->tableViewParam;
     const QModelIndex current = table->currentIndex();
     const QAbstractItemView::EditTriggers triggers = table->editTriggers();
     table->setEditTriggers(QAbstractItemView::NoEditTriggers); // coming back opens no editor
@@ -136,39 +128,39 @@ void GUI_LINModeListPrivate::commitParam()
     table->setEditTriggers(triggers);
 }
 
-void GUI_LINModeListPrivate::lockParam(bool isLocked)
+void GUI_LINModeList::lockParam(bool isLocked)
 {
-    ui.tableViewParam->setEditTriggers(isLocked ? QAbstractItemView::NoEditTriggers
-                                                : QAbstractItemView::AllEditTriggers);
+    m_ui->tableViewParam->setEditTriggers(isLocked ? QAbstractItemView::NoEditTriggers
+                                                   : QAbstractItemView::AllEditTriggers);
     for (int row = 0; row < ParamRows; ++row) {
-        param.item(row, SelectColumn)->setCheckable(!isLocked); // no edit trigger keeps a click off a check box
+        m_param.item(row, SelectColumn)->setCheckable(!isLocked); // no edit trigger keeps a click off a check box
     }
 }
 
 /// Shows why a row cannot be used.
-std::optional<LINScheduleRow> GUI_LINModeListPrivate::readRow(int row)
+std::optional<LINScheduleRow> GUI_LINModeList::readRow(int row)
 {
     const auto text = [this, row](ParamColumn column) {
-        return param.item(row, column)->text();
+        return m_param.item(row, column)->text();
     };
     const LINScheduleTexts texts{text(IdColumn), text(DataColumn), text(LengthColumn), text(IntervalColumn)};
     QString error;
     std::optional<LINScheduleRow> frame = readLINScheduleRow(texts, row, error);
     if (frame) {
-        const QVariant direction = param.item(row, DirectionColumn)->data(WidgetDelegate::ChosenRole);
+        const QVariant direction = m_param.item(row, DirectionColumn)->data(WidgetDelegate::ChosenRole);
         frame->isRequest = direction.toInt() == Request;
     } else {
-        emit q->sig_showMessageBox(error, MessageCritical);
+        emit sig_showMessageBox(error, MessageCritical);
     }
     return frame;
 }
 
 /// Nothing when one of them cannot be used.
-std::optional<QVector<LINScheduleRow>> GUI_LINModeListPrivate::readSelectedRows()
+std::optional<QVector<LINScheduleRow>> GUI_LINModeList::readSelectedRows()
 {
     QVector<LINScheduleRow> frames;
     for (int row = 0; row < ParamRows; ++row) {
-        if (param.item(row, SelectColumn)->checkState() != Qt::Checked) {
+        if (m_param.item(row, SelectColumn)->checkState() != Qt::Checked) {
             continue;
         }
         const std::optional<LINScheduleRow> frame = readRow(row);
@@ -180,39 +172,23 @@ std::optional<QVector<LINScheduleRow>> GUI_LINModeListPrivate::readSelectedRows(
     return frames;
 }
 
-GUI_LINModeList::GUI_LINModeList(const ChannelParam &param, CANCommunication &communication, QWidget *parent)
-    : LINTablePage(LINModeList, param, communication, parent)
-    , m_p(std::make_unique<GUI_LINModeListPrivate>(this))
-{
-    const Ui::GUI_LINModeList &ui = m_p->ui;
-    m_p->ui.setupUi(this);
-    m_p->fillParam();
-    m_p->showParam();
-    ui.cbx_mode->addItem(tr("Dynamic display"), 0);
-    ui.cbx_mode->addItem(tr("Static display"), 1);
-    connectRun(ui.btn_start, ui.btn_stop);
-    connectTable(ui.tableview, ui.btn_save, ui.btn_clear);
-}
-
-GUI_LINModeList::~GUI_LINModeList() = default;
-
 void GUI_LINModeList::enableStartControls(bool enabled)
 {
-    m_p->commitParam();
-    m_p->lockParam(!enabled);
-    m_p->ui.btn_start->setEnabled(enabled);
-    m_p->ui.btn_save->setEnabled(enabled);
-    m_p->ui.lbx_count->setEnabled(enabled);
+    commitParam();
+    lockParam(!enabled);
+    m_ui->btn_start->setEnabled(enabled);
+    m_ui->btn_save->setEnabled(enabled);
+    m_ui->lbx_count->setEnabled(enabled);
 }
 
 void GUI_LINModeList::slot_startBtnClicked()
 {
-    m_p->commitParam();
-    const std::optional<QVector<LINScheduleRow>> rows = m_p->readSelectedRows();
+    commitParam();
+    const std::optional<QVector<LINScheduleRow>> rows = readSelectedRows();
     if (!rows || rows->isEmpty()) {
         return;
     }
-    m_p->schedule = LINSchedule(*rows, m_p->ui.lbx_count->value());
+    m_schedule = LINSchedule(*rows, m_ui->lbx_count->value());
     slot_clearBtnClicked();
     if (startRunning()) {
         timer().start(FirstTickMs);
@@ -223,11 +199,11 @@ void GUI_LINModeList::slot_startBtnClicked()
 /// A frame that the adapter refuses is listed all the same, a request that nobody answers is not.
 void GUI_LINModeList::slot_sendTimeoutEvent()
 {
-    if (m_p->schedule.remaining() == 0) {
+    if (m_schedule.remaining() == 0) {
         stopRunning();
         return;
     }
-    const LINScheduleRow &row = m_p->schedule.takeNext();
+    const LINScheduleRow &row = m_schedule.takeNext();
     std::optional<CTableViewLIN::DataObject> frame;
     if (!row.isRequest) {
         transmit(row.id, row.data);
@@ -237,6 +213,6 @@ void GUI_LINModeList::slot_sendTimeoutEvent()
     }
     timer().start(row.intervalMs);
     if (frame) {
-        slot_addRowItem(*frame, m_p->ui.cbx_mode->currentData().toInt() != 0);
+        slot_addRowItem(*frame, m_ui->cbx_mode->currentData().toInt() != 0);
     }
 }

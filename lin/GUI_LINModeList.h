@@ -1,10 +1,15 @@
 #pragma once
 
+#include "lin/LINSchedule.h"
 #include "lin/LINTablePage.h"
+
+#include <QStandardItemModel>
 
 #include <memory>
 
-class GUI_LINModeListPrivate;
+namespace Ui {
+class GUI_LINModeList;
+}
 
 /// The page that works off a schedule: up to twenty frames, each sent or requested from a slave, in turn and each with
 /// an interval of its own.
@@ -24,6 +29,14 @@ protected:
     void slot_sendTimeoutEvent() override;
 
 private:
-    friend class GUI_LINModeListPrivate;
-    std::unique_ptr<GUI_LINModeListPrivate> m_p;
+    void fillParam();
+    void showParam();
+    void commitParam();
+    void lockParam(bool isLocked);
+    std::optional<LINScheduleRow> readRow(int row);
+    std::optional<QVector<LINScheduleRow>> readSelectedRows();
+
+    std::unique_ptr<Ui::GUI_LINModeList> m_ui;
+    QStandardItemModel m_param; ///< the schedule as it is typed
+    LINSchedule m_schedule;
 };

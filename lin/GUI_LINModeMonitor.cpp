@@ -14,51 +14,35 @@ constexpr int FixedIdsPerRow = 4;
 enum MonitorMode { FixedIdMode, BusMode };
 } // namespace
 
-class GUI_LINModeMonitorPrivate
-{
-public:
-    void fillForm();
-    bool isMonitored(quint8 id) const;
-
-    Ui::GUI_LINModeMonitor ui;
-    std::unique_ptr<LINIdPairs> fixedIds;
-};
-
-void GUI_LINModeMonitorPrivate::fillForm()
-{
-    ui.cbx_mode->addItem(GUI_LINModeMonitor::tr("Fixed ID"), FixedIdMode);
-    ui.cbx_mode->addItem(GUI_LINModeMonitor::tr("Bus monitoring"), BusMode);
-    ui.cbx_modeDisplay->addItem(GUI_LINModeMonitor::tr("Dynamic display"), 0);
-    ui.cbx_modeDisplay->addItem(GUI_LINModeMonitor::tr("Static display"), 1);
-    fixedIds = std::make_unique<LINIdPairs>(*ui.fixedIdLayout, FixedIds, FixedIdsPerRow);
-    fixedIds->setWrapping(true);
-    fixedIds->setTabOrderAfter(ui.cbx_modeDisplay);
-}
-
-bool GUI_LINModeMonitorPrivate::isMonitored(quint8 id) const
-{
-    return ui.cbx_mode->currentData().toInt() == BusMode || fixedIds->checkedIds().contains(id);
-}
-
 GUI_LINModeMonitor::GUI_LINModeMonitor(const ChannelParam &param, CANCommunication &communication, QWidget *parent)
     : LINTablePage(LINModeMonitor, param, communication, parent)
-    , m_p(std::make_unique<GUI_LINModeMonitorPrivate>())
+    , m_ui(std::make_unique<Ui::GUI_LINModeMonitor>())
 {
-    const Ui::GUI_LINModeMonitor &ui = m_p->ui;
-    m_p->ui.setupUi(this);
-    m_p->fillForm();
-    connectRun(ui.btn_start, ui.btn_stop);
-    connectTable(ui.tableView, ui.btn_save, ui.btn_clear);
+    m_ui->setupUi(this);
+    m_ui->cbx_mode->addItem(tr("Fixed ID"), FixedIdMode);
+    m_ui->cbx_mode->addItem(tr("Bus monitoring"), BusMode);
+    m_ui->cbx_modeDisplay->addItem(tr("Dynamic display"), 0);
+    m_ui->cbx_modeDisplay->addItem(tr("Static display"), 1);
+    m_fixedIds = std::make_unique<LINIdPairs>(*m_ui->fixedIdLayout, FixedIds, FixedIdsPerRow);
+    m_fixedIds->setWrapping(true);
+    m_fixedIds->setTabOrderAfter(m_ui->cbx_modeDisplay);
+    connectRun(m_ui->btn_start, m_ui->btn_stop);
+    connectTable(m_ui->tableView, m_ui->btn_save, m_ui->btn_clear);
 }
 
 GUI_LINModeMonitor::~GUI_LINModeMonitor() = default;
 
+bool GUI_LINModeMonitor::isMonitored(quint8 id) const
+{
+    return m_ui->cbx_mode->currentData().toInt() == BusMode || m_fixedIds->checkedIds().contains(id);
+}
+
 void GUI_LINModeMonitor::enableStartControls(bool enabled)
 {
-    m_p->ui.btn_start->setEnabled(enabled);
-    m_p->ui.btn_save->setEnabled(enabled);
-    m_p->ui.cbx_mode->setEnabled(enabled);
-    m_p->fixedIds->setEnabled(enabled);
+    m_ui->btn_start->setEnabled(enabled);
+    m_ui->btn_save->setEnabled(enabled);
+    m_ui->cbx_mode->setEnabled(enabled);
+    m_fixedIds->setEnabled(enabled);
 }
 
 void GUI_LINModeMonitor::slot_startBtnClicked()
@@ -77,7 +61,7 @@ void GUI_LINModeMonitor::slot_sendTimeoutEvent()
         return;
     }
     const CTableViewLIN::DataObject frame = monitoredLINFrame(record, clockText());
-    if (m_p->isMonitored(frame.ID)) {
-        slot_addRowItem(frame, m_p->ui.cbx_modeDisplay->currentIndex() != 0);
+    if (isMonitored(frame.ID)) {
+        slot_addRowItem(frame, m_ui->cbx_modeDisplay->currentIndex() != 0);
     }
 }

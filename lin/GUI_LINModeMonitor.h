@@ -4,7 +4,11 @@
 
 #include <memory>
 
-class GUI_LINModeMonitorPrivate;
+class LINIdPairs;
+
+namespace Ui {
+class GUI_LINModeMonitor;
+}
 
 /// Lists the frames seen on the bus, all or those of up to twelve identifiers, until it is stopped.
 class GUI_LINModeMonitor : public LINTablePage
@@ -23,5 +27,8 @@ protected:
     void slot_sendTimeoutEvent() override;
 
 private:
-    std::unique_ptr<GUI_LINModeMonitorPrivate> m_p;
+    bool isMonitored(quint8 id) const;
+
+    std::unique_ptr<Ui::GUI_LINModeMonitor> m_ui;
+    std::unique_ptr<LINIdPairs> m_fixedIds;
 };

@@ -53,14 +53,12 @@ QByteArray payload(std::string_view text, int length)
     return bytesOfHexPairs(QString::fromLatin1(text.data(), static_cast<int>(text.size())), length);
 }
 
-QString line(const LINFrameModel &frames, int row)
+void appendLine(QString &text, const LINFrameModel &frames, int row)
 {
-    QString text;
     for (int column = 0; column < LINColumnCount; ++column) {
         text += frames.cellText(row, column);
         text += QLatin1Char(column + 1 < LINColumnCount ? ',' : '\n');
     }
-    return text;
 }
 
 } // namespace
@@ -78,12 +76,12 @@ bool saveLINCapture(const QString &path, const LINFrameModel &frames)
     const QTextCodec *codec = isWhole ? local : QTextCodec::codecForName("UTF-8");
     const int rows = frames.rowCount();
     for (int row = 0; row < rows; ++row) {
-        text += line(frames, row);
+        appendLine(text, frames, row);
         if (text.size() >= WriteSize) {
             if (file.write(codec->fromUnicode(text)) < 0) {
                 return false;
             }
-            text.clear();
+            text.resize(0); // keeps its memory
         }
     }
     // Without the flush, a file smaller than a buffer would be taken for saved when the disk is full.

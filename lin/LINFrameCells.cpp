@@ -1,7 +1,8 @@
 #include "lin/LINFrameCells.h"
 
 #include "device/LINFrame.h"
-#include "lin/LINHexPairs.h"
+#include "device/LINWords.h"
+#include "widgets/HexEntry.h"
 
 #include <QCoreApplication>
 
@@ -16,43 +17,27 @@ struct Texts
 /// "12[92]"
 QString idText(quint8 id, quint8 pid)
 {
-    QString text = hexPair(id);
+    QString text;
+    text.reserve(6);
+    appendHexNumber(text, id, 2);
     text.append(QLatin1Char('['));
-    appendHexPair(text, pid);
+    appendHexNumber(text, pid, 2);
     text.append(QLatin1Char(']'));
     return text;
 }
 
-QString stateText(LINFrameState state)
+QString stateText(const CTableViewLIN::DataObject &frame, quint8 checksumType)
 {
-    switch (state) {
-    case LINFrameState::Classic:
-        return QStringLiteral("V1");
-    case LINFrameState::Enhanced:
-        return QStringLiteral("V2");
-    case LINFrameState::WrongClassic:
-        return Texts::tr("Error checksum") + QStringLiteral("(V1)");
-    case LINFrameState::WrongEnhanced:
-        return Texts::tr("Error checksum") + QStringLiteral("(V2)");
-    case LINFrameState::Wrong:
-        return Texts::tr("Error state");
+    const int matched = checkChecksum(frame.ID, static_cast<quint8>(frame.checksum), frame.data);
+    if (matched == LINChecksumNone) {
+        return Texts::tr(LINWords::Wrong.english);
     }
-    return {};
+    const QString version = matched == LINChecksumEnhanced ? QStringLiteral("V2") : QStringLiteral("V1");
+    const bool isAsSet = (matched == LINChecksumEnhanced) == (checksumType == LINChecksumEnhanced);
+    return isAsSet ? version : QStringLiteral("%1(%2)").arg(Texts::tr(LINWords::WrongChecksum.english), version);
 }
 
 } // namespace
-
-LINFrameState linFrameState(const CTableViewLIN::DataObject &frame, quint8 checksumType)
-{
-    const bool isEnhanced = checksumType == LINChecksumEnhanced;
-    switch (checkChecksum(frame.ID, static_cast<quint8>(frame.checksum), frame.data)) {
-    case LINChecksumClassic:
-        return isEnhanced ? LINFrameState::WrongClassic : LINFrameState::Classic;
-    case LINChecksumEnhanced:
-        return isEnhanced ? LINFrameState::Enhanced : LINFrameState::WrongEnhanced;
-    }
-    return LINFrameState::Wrong;
-}
 
 QStringList linColumnTitles()
 {
@@ -66,7 +51,7 @@ QStringList linColumnTitles()
             Texts::tr("State")};
 }
 
-QString linCell(const CTableViewLIN::DataObject &frame, int number, LINFrameState state, LINColumn column)
+QString linCell(const CTableViewLIN::DataObject &frame, int number, quint8 checksumType, LINColumn column)
 {
     switch (column) {
     case LINColumn::Number:
@@ -74,7 +59,8 @@ QString linCell(const CTableViewLIN::DataObject &frame, int number, LINFrameStat
     case LINColumn::SystemTime:
         return frame.time;
     case LINColumn::Direction:
-        return frame.direction == CTableViewLIN::DataObject::Received ? Texts::tr("Revice") : Texts::tr("Send");
+        return frame.direction == CTableViewLIN::DataObject::Received ? Texts::tr(LINWords::Received.english)
+                                                                      : Texts::tr(LINWords::Send.english);
     case LINColumn::Id:
         return idText(frame.ID, frame.PID);
     case LINColumn::Length:
@@ -82,9 +68,9 @@ QString linCell(const CTableViewLIN::DataObject &frame, int number, LINFrameStat
     case LINColumn::Data:
         return hexPairs(frame.data);
     case LINColumn::Check:
-        return hexPair(static_cast<quint8>(frame.checksum));
+        return hexNumber(frame.checksum, 2);
     case LINColumn::State:
-        return stateText(state);
+        return stateText(frame, checksumType);
     }
     return {};
 }

@@ -8,19 +8,8 @@
 enum class LINColumn : quint8 { Number, SystemTime, Direction, Id, Length, Data, Check, State };
 constexpr int LINColumnCount = 8;
 
-/// How a frame's checksum stands to the checksum type that the channel is set to.
-enum class LINFrameState : quint8 {
-    Classic,       ///< classic, as set
-    Enhanced,      ///< enhanced, as set
-    WrongClassic,  ///< classic, but set to enhanced
-    WrongEnhanced, ///< enhanced, but set to classic
-    Wrong,         ///< matches neither
-};
-
-/// checksumType: 0 standard (classic), 1 enhanced.
-LINFrameState linFrameState(const CTableViewLIN::DataObject &frame, quint8 checksumType);
-
 /// Texts in the program's language; of all columns, in their order.
 QStringList linColumnTitles();
-/// Column Id to Check and SystemTime come from the frame, Number and State from the other two arguments.
-QString linCell(const CTableViewLIN::DataObject &frame, int number, LINFrameState state, LINColumn column);
+/// number: of the row. checksumType: what the channel was set to when the frame came, 0 standard (classic), 1 enhanced;
+/// the state says how the frame's checksum stands to it.
+QString linCell(const CTableViewLIN::DataObject &frame, int number, quint8 checksumType, LINColumn column);

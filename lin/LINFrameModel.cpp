@@ -18,7 +18,7 @@ void LINFrameModel::append(const QVector<CTableViewLIN::DataObject> &frames, qui
     int row = rowCount();
     beginInsertRows(QModelIndex(), row, row + frames.size() - 1);
     for (const CTableViewLIN::DataObject &frame : frames) {
-        m_rows.push_back({frame, linFrameState(frame, checksumType)});
+        m_rows.push_back({frame, checksumType});
         if (m_firstRows[frame.ID] == NoRow) {
             m_firstRows[frame.ID] = row;
         }
@@ -36,7 +36,7 @@ int LINFrameModel::replace(const CTableViewLIN::DataObject &frame, quint8 checks
     }
     Row &row = m_rows[static_cast<std::size_t>(found)];
     const quint8 shownPid = row.frame.PID;
-    row = {frame, linFrameState(frame, checksumType)};
+    row = {frame, checksumType};
     row.frame.PID = shownPid;
     emit dataChanged(index(found, 0), index(found, LINColumnCount - 1), {Qt::DisplayRole, Qt::EditRole});
     return found;
@@ -59,7 +59,7 @@ QString LINFrameModel::cellText(int row, int column) const
         return {};
     }
     const Row &shown = m_rows[static_cast<std::size_t>(row)];
-    return linCell(shown.frame, row + 1, shown.state, static_cast<LINColumn>(column));
+    return linCell(shown.frame, row + 1, shown.checksumType, static_cast<LINColumn>(column));
 }
 
 int LINFrameModel::rowCount(const QModelIndex &parent) const

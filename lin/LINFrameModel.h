@@ -40,7 +40,7 @@ private:
     struct Row
     {
         CTableViewLIN::DataObject frame;
-        LINFrameState state;
+        quint8 checksumType; ///< set when the frame came
     };
 
     std::deque<Row> m_rows;                                                ///< growing it moves no row

@@ -1,33 +1,24 @@
 #include "lin/LINHexPairs.h"
 
 #include <algorithm>
-
-namespace {
-/// -1 for what is no hexadecimal digit.
-int hexDigit(char character)
-{
-    if (character >= '0' && character <= '9') {
-        return character - '0';
-    }
-    const char lower = static_cast<char>(character | 0x20);
-    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-} // namespace
+#include <array>
+#include <charconv>
 
 QByteArray bytesOfHexPairs(const QString &text, int length)
 {
     QByteArray bytes;
-    int high = 0;
-    int characters = 0;
-    for (const QChar *c = text.begin(); c != text.end() && characters < 2 * length; ++c) {
+    bytes.reserve(std::min(length, text.size()));
+    std::array<char, 2> pair{};
+    std::size_t characters = 0;
+    const auto wanted = 2 * static_cast<std::size_t>(std::max(length, 0));
+    for (const QChar *c = text.begin(); c != text.end() && characters < wanted; ++c) {
         if (c->isSpace()) {
             continue;
         }
-        const int digit = hexDigit(c->toLatin1());
-        if (++characters % 2 == 1) {
-            high = digit;
-        } else if (high >= 0 && digit >= 0) {
-            bytes.append(static_cast<char>(high << 4 | digit));
+        pair[characters++ % 2] = c->toLatin1();
+        quint8 byte = 0;
+        if (characters % 2 == 0 && std::from_chars(pair.begin(), pair.end(), byte, 16).ptr == pair.end()) {
+            bytes.append(static_cast<char>(byte));
         }
     }
     return bytes;
@@ -36,29 +27,4 @@ QByteArray bytesOfHexPairs(const QString &text, int length)
 bool hasHexPairs(const QString &text, int length)
 {
     return std::count_if(text.begin(), text.end(), [](QChar c) { return !c.isSpace(); }) / 2 >= length;
-}
-
-void appendHexPair(QString &text, quint8 byte)
-{
-    constexpr char Digits[] = "0123456789ABCDEF";
-    text.append(QLatin1Char(Digits[byte >> 4U]));
-    text.append(QLatin1Char(Digits[byte & 15U]));
-}
-
-QString hexPair(quint8 byte)
-{
-    QString text;
-    appendHexPair(text, byte);
-    return text;
-}
-
-QString hexPairs(const QByteArray &bytes)
-{
-    QString text;
-    text.reserve(bytes.size() * 3);
-    for (const char byte : bytes) {
-        appendHexPair(text, static_cast<quint8>(byte));
-        text.append(QLatin1Char(' '));
-    }
-    return text;
 }

@@ -7,10 +7,3 @@
 QByteArray bytesOfHexPairs(const QString &text, int length);
 /// Whether there are 2 x length characters other than white space, whatever they are.
 bool hasHexPairs(const QString &text, int length);
-
-/// Two upper-case digits.
-void appendHexPair(QString &text, quint8 byte);
-/// "0F"
-QString hexPair(quint8 byte);
-/// "01 A2 ", a blank behind each pair.
-QString hexPairs(const QByteArray &bytes);

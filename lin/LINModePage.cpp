@@ -1,7 +1,6 @@
 #include "lin/LINModePage.h"
 
 #include "device/CANCommunication.h"
-#include "lin/LINCapture.h"
 #include "lin/LINRecords.h"
 #include "widgets/CMessageBox.h"
 
@@ -63,17 +62,4 @@ std::optional<VCI_LIN_OBJ> LINModePage::request(quint8 id) const
     VCI_LIN_OBJ record = linRecord(id, {});
     const CANError error = m_communication.receiveLIN(channelParam().device, channelParam().channel, &record);
     return error == CAN_OK && record.DataLen != 0 ? std::optional(record) : std::nullopt;
-}
-
-void LINModePage::saveTable(const LINFrameModel &frames)
-{
-    const QString path = askSavePath(tr("Csv File(*.csv)"));
-    if (path.isEmpty()) {
-        return;
-    }
-    if (saveLINCapture(path, frames)) {
-        emit sig_showMessageBox(tr("Save successfully"), MessageSuccess);
-    } else {
-        emit sig_showMessageBox(tr("Save failure"), MessageCritical);
-    }
 }

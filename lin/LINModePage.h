@@ -8,13 +8,12 @@
 #include <optional>
 
 class CANCommunication;
-class LINFrameModel;
 class QPushButton;
 
 /// Modes as sig_changeBtnEnableState names them.
 enum LINMode : uint8_t { LINModeList = 1, LINModeMonitor = 3, LINModeDeveloper = 4 };
 
-/// What the pages of the LIN tab have in common: the adapter, the running state and the table's way into a file.
+/// What the pages of the LIN tab have in common: the adapter and the running state.
 class LINModePage : public WidgetDeviceBase
 {
     Q_OBJECT
@@ -61,9 +60,6 @@ protected:
     void transmit(quint8 id, const QByteArray &payload) const;
     /// Asks the slaves for a frame. Nothing when none answers, or the adapter fails.
     std::optional<VCI_LIN_OBJ> request(quint8 id) const;
-
-    /// Asks for a file, writes the table to it and tells how it went. Nothing when the user cancels.
-    void saveTable(const LINFrameModel &frames);
 
 private:
     CANCommunication &m_communication;

@@ -1,6 +1,8 @@
 #include "lin/LINTablePage.h"
 
+#include "lin/LINCapture.h"
 #include "lin/LINFrameView.h"
+#include "widgets/CMessageBox.h"
 
 #include <QPushButton>
 
@@ -23,7 +25,15 @@ void LINTablePage::slot_addRowItems(const QVector<CTableViewLIN::DataObject> &fr
 
 void LINTablePage::slot_saveBtnClicked()
 {
-    saveTable(m_table->frames());
+    const QString path = askSavePath(tr("Csv File(*.csv)"));
+    if (path.isEmpty()) {
+        return;
+    }
+    if (saveLINCapture(path, m_table->frames())) {
+        emit sig_showMessageBox(tr("Save successfully"), MessageSuccess);
+    } else {
+        emit sig_showMessageBox(tr("Save failure"), MessageCritical);
+    }
 }
 
 void LINTablePage::slot_clearBtnClicked()

@@ -20,6 +20,7 @@ public slots:
     void slot_addRowItems(const QVector<CTableViewLIN::DataObject> &frames);
 
 protected slots:
+    /// Asks for a file, writes the table to it and tells how it went. Nothing when the user cancels.
     void slot_saveBtnClicked();
     void slot_clearBtnClicked();
 

@@ -16,7 +16,7 @@ foreach(name IN ITEMS CN.ts EN.ts)
 endforeach()
 
 set(folders "")
-foreach(folder IN ITEMS app can capture device lin viewer widgets)
+foreach(folder IN ITEMS app can capture device exchange lin viewer widgets)
   if(IS_DIRECTORY "${ROOT}/${folder}")
     list(APPEND folders "${folder}")
   endif()

@@ -1,22 +1,25 @@
 #!/usr/bin/env bash
-# tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, check, coverage, docs, fuzz,
-# windows, windows-qt, wine, wine32, windows-package, package) from Debian's packages, quietly; does nothing when all is
-# there. As root, or through sudo.
+# tools/install-packages.sh GROUP...   Installs what is missing of the named groups (build, run, witness, check, socketcan,
+# coverage, docs, fuzz, windows, windows-libraries, windows-qt, wine, wine32, windows-package, package) from Debian's
+# packages, quietly; does nothing when all is there. As root, or through sudo.
 set -euo pipefail
 
 declare -A packages=(
-  [build]="cmake ninja-build g++ ccache mold qtbase5-dev qttools5-dev-tools nlohmann-json3-dev
+  [build]="cmake ninja-build g++ ccache mold qtbase5-dev qttools5-dev-tools nlohmann-json3-dev libsodium-dev zlib1g-dev
            librsvg2-bin icoutils"
-  [run]="xvfb xauth fonts-noto-cjk libqt5gui5 qttranslations5-l10n python3"
-  [check]="clang-format clang-tidy"
+  [run]="xvfb xauth fonts-noto-cjk libqt5gui5 qttranslations5-l10n python3 minisign"
+  [check]="clang-format clang-tidy can-utils"
+  [socketcan]="qemu-system-x86 busybox-static cpio can-utils iproute2 util-linux"
   [coverage]="gcovr python3"
   [docs]="pngquant"
   [fuzz]="clang libclang-rt-14-dev"
   [windows]="g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix qttranslations5-l10n xz-utils"
+  [windows-libraries]="autoconf automake libtool make dpkg-dev"
   [windows-qt]="g++ make perl"
   [wine]="wine wine64 fonts-wine fonts-dejavu-core fonts-noto-cjk locales"
   [wine32]="debootstrap debian-archive-keyring util-linux"
   [windows-package]="osslsigncode openssl nsis cmark-gfm netpbm unzip qttranslations5-l10n python3-xlib locales"
+  [witness]="python3-canmatrix tshark python3-can can-utils python3"
   [package]="dpkg-dev file desktop-file-utils appstream lintian binutils xvfb python3 python3-xlib"
 )
 

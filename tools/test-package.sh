@@ -58,31 +58,33 @@ dpkg-deb -c "$package" >"$work/contents"
 awk '{ print $6 }' "$work/contents" | sed 's|^\./||; s|/$||' >"$work/paths"
 unexpected=$(grep -vxE "$(paste -sd'|' <<'END'
 usr(/(bin|lib|share))?
-usr/bin/x9can(-demo)?
-usr/lib/x9can(/X9CAN|/virtual-adapter(/libControlCAN\.so)?)?
-usr/share/applications(/x9can(-demo)?\.desktop)?
+usr/bin/(x9can(-demo|-socketcan)?|x9capture)
+usr/share/bash-completion(/completions(/x9capture)?)?
+usr/lib/x9can(/X9CAN|/(virtual-adapter|socketcan)(/libControlCAN\.so)?)?
+usr/share/applications(/x9can(-demo|-socketcan)?\.desktop)?
 usr/share/doc(/x9can)?
 usr/share/doc/x9can/(changelog(\.Debian)?\.gz|copyright|[a-z.-]+\.md)
 usr/share/doc/x9can/(examples(/virtual-adapter\.json)?|screenshots(/[^/]+\.png)?)
 usr/share/icons(/hicolor)?
 usr/share/icons/hicolor/[0-9]+x[0-9]+(/apps(/x9can\.png)?)?
 usr/share/icons/hicolor/scalable(/apps(/x9can\.svg)?)?
-usr/share/man(/man1(/x9can(-demo)?\.1\.gz)?)?
+usr/share/man(/man1(/(x9can(-demo|-socketcan)?|x9capture)\.1\.gz)?)?
 usr/share/metainfo(/com\.example\.x9can\.metainfo\.xml)?
 END
 )" "$work/paths") || (($? == 1)) # 2: grep itself failed
 [[ -z $unexpected ]] || fail "files outside the layout:"$'\n'"$unexpected"
-for path in usr/lib/x9can/X9CAN usr/lib/x9can/virtual-adapter/libControlCAN.so usr/bin/x9can usr/bin/x9can-demo \
-            usr/share/applications/x9can.desktop usr/share/applications/x9can-demo.desktop \
+for path in usr/lib/x9can/X9CAN usr/lib/x9can/virtual-adapter/libControlCAN.so usr/lib/x9can/socketcan/libControlCAN.so \
+            usr/bin/x9can usr/bin/x9can-demo usr/bin/x9can-socketcan usr/bin/x9capture usr/share/applications/x9can.desktop \
+            usr/share/applications/x9can-demo.desktop usr/share/applications/x9can-socketcan.desktop \
             usr/share/metainfo/com.example.x9can.metainfo.xml; do
   grep -qx "$path" "$work/paths" || fail "$path is missing"
 done
-odd=$(grep -vE '^(drwxr-xr-x|-rw-r--r--) root/root |^-rwxr-xr-x root/root .*(/usr/bin/x9can(-demo)?|/X9CAN)$' \
+odd=$(grep -vE '^(drwxr-xr-x|-rw-r--r--) root/root |^-rwxr-xr-x root/root .*(/usr/bin/(x9can(-demo|-socketcan)?|x9capture)|/X9CAN)$' \
         "$work/contents") || (($? == 1))
 [[ -z $odd ]] || fail "owners or permissions that should not be:"$'\n'"$odd"
 
 dpkg-deb -x "$package" "$work/tree"
-for binary in usr/lib/x9can/X9CAN usr/lib/x9can/virtual-adapter/libControlCAN.so; do
+for binary in usr/lib/x9can/X9CAN usr/bin/x9capture usr/lib/x9can/{virtual-adapter,socketcan}/libControlCAN.so; do
   readelf -d "$work/tree/$binary" >"$work/elf"
   ! grep -E 'RPATH|RUNPATH' "$work/elf" || fail "$binary looks for libraries in a folder of the build"
   readelf -SW "$work/tree/$binary" >"$work/elf"
@@ -114,7 +116,7 @@ step "installing"
 installing=yes
 "${as_root[@]}" dpkg --install "$package" >"$work/log" 2>&1 || { cat "$work/log" >&2; fail "dpkg cannot install it"; }
 mapfile -t installed < <(dpkg -L x9can)
-for program in x9can x9can-demo; do
+for program in x9can x9can-demo x9can-socketcan; do
   [[ $(command -v "$program") == "/usr/bin/$program" ]] || fail "$program is not found"
 done
 
@@ -167,10 +169,11 @@ ended() { # ended <expected status>...
 }
 
 folder=/usr/lib/x9can
-for launcher in x9can x9can-demo; do
+declare -A places=([x9can-demo]=$folder/virtual-adapter [x9can-socketcan]=$folder/socketcan)
+for launcher in x9can x9can-demo x9can-socketcan; do
   step "$launcher"
-  where=$folder library=
-  [[ $launcher == x9can ]] || { where=$folder/virtual-adapter; library=$where/libControlCAN.so; }
+  where=${places[$launcher]:-$folder}
+  library=${places[$launcher]:+$where/libControlCAN.so}
   start "$launcher" "$where" "$library"
   kill -TERM "$program"
   ended 143 0

@@ -18,6 +18,7 @@ of one product code. "{port}" in a record is replaced by the server's port. The 
     no-answer        accepts the request and stays silent
     slow             one byte per second
     stall            half of the answer, then silence
+    much-stall       20 KB of rubbish, not announced, then silence
     short            announces one byte more than it sends
     404, 500         the HTTP error, with a record as its page
     invalid          no JSON
@@ -41,6 +42,12 @@ of one product code. "{port}" in a record is replaced by the server's port. The 
     endless-header   a header without end
     endless-fields   headers without end
     endless-status   interim answers without end
+    cut              the first half of the answer, as if that were all
+    spoiled          one character at a third of the answer is another one: in a signature file, of the first signature
+    cr-lf            the answer with the ends of lines of Windows
+    as-FILE          another file of the downloads' folder
+    sig-NAME         the behaviour NAME for signatures (files ".minisig") alone; other files are as they are
+    pack-NAME        the behaviour NAME for files without their signatures
 
 With --tls it speaks https, with the key and the certificate in a file.
 """
@@ -56,6 +63,7 @@ import time
 import urllib.parse
 
 QUERY = "/api/software-product-versions/latest-byswcode"
+DOWNLOADS = "/downloads/"
 RUBBISH = 200 * 1000 * 1000
 
 
@@ -71,12 +79,17 @@ class Handler(http.server.BaseHTTPRequestHandler):
         if path.startswith("/behave/"):
             behaviour, _, rest = path[len("/behave/"):].partition("/")
             path = "/" + rest
+        of, _, name = behaviour.partition("-")
+        if of in ("sig", "pack"):
+            behaviour = name if (of == "sig") == path.endswith(".minisig") else ""
         code = dict(urllib.parse.parse_qsl(address.query)).get("swSnCode", "")
         if path == QUERY:
             behaviour = behaviour or self.server.behaviours.get(code, "")
             body = self.server.record(code)
         else:
             body = self.server.download(path)
+        if behaviour.startswith("as-"):
+            body, behaviour = self.server.download(DOWNLOADS + behaviour[len("as-"):]), ""
         self.close_connection = True
         try:
             self.behave(behaviour, body, path + ("?" + address.query if address.query else ""))
@@ -88,6 +101,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
             self.send(int(behaviour), body or b"{}")
         elif behaviour in BODIES:
             self.send(200, BODIES[behaviour]())
+        elif behaviour in CHANGES and body is not None:
+            self.send(200, CHANGES[behaviour](body))
         elif behaviour in TARGETS:
             self.redirect(TARGETS[behaviour])
         elif behaviour == "redirect":
@@ -108,6 +123,12 @@ class Handler(http.server.BaseHTTPRequestHandler):
             self.send(200, packed, [("Content-Encoding", "gzip")])
         elif behaviour in HEADERS:
             self.send(200, body, HEADERS[behaviour])
+        elif behaviour == "much-stall":
+            self.send_response(200)
+            self.send_header("Connection", "close")
+            self.end_headers()
+            self.wfile.write(b"\xa5" * 20000)
+            self.wait_for_client()
         elif behaviour == "rubbish":
             self.rubbish(is_chunked=False)
         elif behaviour == "rubbish-chunked":
@@ -181,6 +202,11 @@ BODIES = {
     "nothing": lambda: b"",
     "large": lambda: b'{"versionNo": "9.9.9", "summary": "%s"}' % (b"a" * 2 * 1024 * 1024),
 }
+CHANGES = {
+    "cut": lambda body: body[:len(body) // 2],
+    "spoiled": lambda body: replaced(body, len(body) // 3),
+    "cr-lf": lambda body: body.replace(b"\n", b"\r\n"),
+}
 PACKED = {"packed": lambda body: body, "packed-bomb": lambda _: b" " * 200 * 1000 * 1000}
 HEADERS = {
     "many-headers": [(f"X-{index}", "a" * 5120) for index in range(20)],
@@ -248,13 +274,17 @@ class Server(http.server.ThreadingHTTPServer):
         return text.replace("{port}", str(self.server_port)).encode()
 
     def download(self, path):
-        prefix = "/downloads/"
-        if not path.startswith(prefix):
+        if not path.startswith(DOWNLOADS):
             return None
-        return stored(self.download_folder, urllib.parse.unquote(path[len(prefix):]))
+        return stored(self.download_folder, urllib.parse.unquote(path[len(DOWNLOADS):]))
 
     def handle_error(self, request, client_address):
         """A client that goes away is part of the tests."""
+
+
+def replaced(body, index):
+    """With a letter in the place of another one."""
+    return body[:index] + (b"B" if body[index:index + 1] == b"A" else b"A") + body[index + 1:]
 
 
 def stored(folder, name):

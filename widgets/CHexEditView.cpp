@@ -18,7 +18,6 @@ CHexEditView::CHexEditView(const QByteArray &payload, QWidget *parent)
     , m_size(payload.size())
 {
     m_ui->setupUi(this);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     prepareEditor(payload);
     prepareButtons();
 }

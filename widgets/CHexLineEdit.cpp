@@ -9,7 +9,6 @@
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMenu>
-#include <QRegularExpressionValidator>
 
 #include <algorithm>
 
@@ -19,8 +18,7 @@ CHexLineEdit::CHexLineEdit(QWidget *parent)
 {
     m_ui->setupUi(this);
     QLineEdit *line = m_ui->m_pLineEdit;
-    line->setValidator(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[A-Fa-f0-9\\s]*")), line));
-    cleanEntry(line, NumberEntry::HexBytes);
+    restrictEntry(line, NumberEntry::HexBytes, QStringLiteral("[A-Fa-f0-9\\s]*"));
     line->installEventFilter(this);
     setFocusProxy(line);
     connect(line, &QLineEdit::textEdited, this, &CHexLineEdit::slot_textEdited);

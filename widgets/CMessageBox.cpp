@@ -87,7 +87,6 @@ CMessageBox::CMessageBox(QWidget *parent)
     , m_ui(std::make_unique<Ui::CMessageBox>())
 {
     m_ui->setupUi(this);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_ui->textLabel->setAutoFillBackground(false);
     m_ui->textArea->viewport()->setAutoFillBackground(false);
     connect(m_ui->buttonBox, &QDialogButtonBox::clicked, this,

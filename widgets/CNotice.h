@@ -25,6 +25,10 @@ class CNotice : public QFrame
 public:
     enum Type : int { Done = 0, Warning = 1, Question = 2, Failure = 3, About = 4 };
 
+    // How long notices stay, in milliseconds.
+    static constexpr int WindowMs = 1500; ///< on the main window
+    static constexpr int DialogMs = 1000; ///< on a dialog of their own
+
     /// Hidden at first. The parent is the window on which notices appear.
     explicit CNotice(QWidget *parent);
     ~CNotice() override;

@@ -8,6 +8,33 @@ namespace {
 constexpr int ShownBytesMax = 8;
 }
 
+QString hexNumber(quint32 number, int digits)
+{
+    QString text;
+    text.reserve(digits);
+    appendHexNumber(text, number, digits);
+    return text;
+}
+
+void appendHexNumber(QString &text, quint32 number, int digits)
+{
+    constexpr char Digits[] = "0123456789ABCDEF";
+    for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) {
+        text.append(QLatin1Char(Digits[number >> shift & 15U]));
+    }
+}
+
+QString hexPairs(const QByteArray &bytes)
+{
+    QString text;
+    text.reserve(bytes.size() * 3);
+    for (const char byte : bytes) {
+        appendHexNumber(text, static_cast<quint8>(byte), 2);
+        text.append(QLatin1Char(' '));
+    }
+    return text;
+}
+
 QString hexTextFromBytes(const QByteArray &bytes)
 {
     return QString::fromLatin1(bytes.toHex(' ').toUpper());
@@ -34,7 +61,7 @@ std::optional<QByteArray> bytesFromHexText(const QString &text)
 
 QString shownPayload(const QByteArray &payload)
 {
-    return groupedDigits(QString::fromLatin1(payload.left(ShownBytesMax).toHex().toUpper()));
+    return hexPairs(payload.left(ShownBytesMax));
 }
 
 QString hexDigits(const QString &text, int size)

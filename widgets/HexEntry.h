@@ -8,6 +8,11 @@
 /// How bytes are written as hexadecimal text, how such a text is read, and the rules by which a line of typed digits
 /// becomes a payload of a fixed size.
 
+/// The number's last digits in upper case, as many as are asked for, 1 to 8.
+QString hexNumber(quint32 number, int digits);
+void appendHexNumber(QString &text, quint32 number, int digits);
+/// "01 A2 ", a blank behind each pair.
+QString hexPairs(const QByteArray &bytes);
 /// "01 A2 FF": what bytesFromHexText reads back.
 QString hexTextFromBytes(const QByteArray &bytes);
 

@@ -3,8 +3,8 @@
 #include "widgets/HexEntry.h"
 
 #include <QLineEdit>
+#include <QRegularExpressionValidator>
 #include <QSpinBox>
-#include <QValidator>
 
 namespace {
 constexpr int Hexadecimal = 16;
@@ -92,6 +92,12 @@ QString cleanedEntry(const QString &text, NumberEntry kind, int &cursor)
 void cleanEntry(QLineEdit *field, NumberEntry kind)
 {
     field->setValidator(new CleaningValidator(kind, field));
+}
+
+void restrictEntry(QLineEdit *field, NumberEntry kind, const QString &pattern)
+{
+    field->setValidator(new QRegularExpressionValidator(QRegularExpression(pattern), field));
+    cleanEntry(field, kind);
 }
 
 void cleanSpinBox(QSpinBox *box)

@@ -20,6 +20,8 @@ QString cleanedEntry(const QString &text, NumberEntry kind, int &cursor);
 
 /// From now on the field cleans what is typed, pasted, dropped or set, and hands the rest to the validator it has.
 void cleanEntry(QLineEdit *field, NumberEntry kind);
+/// The same, and the rest has to match the pattern, or to become a match when more is typed.
+void restrictEntry(QLineEdit *field, NumberEntry kind, const QString &pattern);
 
 /// The same for a spin box, as it shows its number.
 void cleanSpinBox(QSpinBox *box);

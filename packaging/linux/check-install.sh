@@ -30,46 +30,58 @@ folder=$prefix/lib/x9can
 files=(
   bin/x9can
   bin/x9can-demo
+  bin/x9can-socketcan
+  bin/x9capture
   lib/x9can/X9CAN
+  lib/x9can/socketcan/libControlCAN.so
   lib/x9can/virtual-adapter/libControlCAN.so
   share/applications/x9can-demo.desktop
+  share/applications/x9can-socketcan.desktop
   share/applications/x9can.desktop
+  share/bash-completion/completions/x9capture
   share/man/man1/x9can-demo.1.gz
+  share/man/man1/x9can-socketcan.1.gz
   share/man/man1/x9can.1.gz
+  share/man/man1/x9capture.1.gz
   share/metainfo/com.example.x9can.metainfo.xml
 )
 diff <(printf '%s\n' "${files[@]}" | sort) \
      <(find "$prefix" ! -type d -printf '%P\n' | grep -v -e '^share/doc/x9can/' -e '^share/icons/hicolor/' | sort) ||
   fail "these files should be there (<), those should not (>)"
-for file in share/doc/x9can/{changelog.gz,changelog.Debian.gz,copyright,guide.md,examples/virtual-adapter.json} \
+for file in share/doc/x9can/{changelog.gz,changelog.Debian.gz,copyright,guide.md,socketcan.md,examples/virtual-adapter.json} \
             share/icons/hicolor/{16x16,22x22,24x24,32x32,48x48,64x64,128x128,256x256}/apps/x9can.png \
             share/icons/hicolor/scalable/apps/x9can.svg; do
   [[ -s $prefix/$file ]] || fail "$file is missing"
 done
-for file in bin/x9can bin/x9can-demo lib/x9can/X9CAN; do
+for file in bin/x9can bin/x9can-demo bin/x9can-socketcan bin/x9capture lib/x9can/X9CAN; do
   [[ $(stat -c %a "$prefix/$file") == 755 ]] || fail "$file cannot be started by everybody"
 done
+"$prefix/bin/x9capture" --version | grep -qE '^x9capture [0-9.]+$' || fail "x9capture does not start"
 # The folder the adapter's real library goes to must not have one already.
-[[ ! -e $folder/libControlCAN.so ]] || fail "the virtual adapter passes for the real library"
+[[ ! -e $folder/libControlCAN.so ]] || fail "another adapter passes for the real library"
 
 # Home and temporary files of its own: another X9CAN that runs at the same time is none of this one's business.
 mkdir "$work/home" "$work/tmp"
 cd /
-env HOME="$work/home" XDG_CONFIG_HOME="$work/home/.config" TMPDIR="$work/tmp" QT_QPA_PLATFORM=offscreen \
-  "$prefix/bin/x9can-demo" >"$work/output" 2>&1 &
-program=$!
+start_and_end() { # start_and_end LAUNCHER FOLDER   FOLDER: of the adapter's library
+  env HOME="$work/home" XDG_CONFIG_HOME="$work/home/.config" TMPDIR="$work/tmp" QT_QPA_PLATFORM=offscreen \
+    "$prefix/bin/$1" >"$work/output" 2>&1 &
+  program=$!
+  # It runs when it has loaded the library, which it does for its main window.
+  local adapter tries
+  adapter=$(readlink -f "$folder/$2/libControlCAN.so")
+  for ((tries = 0; ; ++tries)); do
+    grep -qsF "$adapter" "/proc/$program/maps" && break
+    kill -0 "$program" 2>/dev/null || { cat "$work/output" >&2; fail "$1 ended by itself"; }
+    ((tries < 600)) || { cat "$work/output" >&2; fail "$1 did not load $adapter"; }
+    sleep 0.1
+  done
+  [[ $(readlink "/proc/$program/exe") == "$(readlink -f "$folder/X9CAN")" ]] || fail "$1: another program runs"
+  [[ $(readlink "/proc/$program/cwd") == "$(dirname "$adapter")" ]] || fail "$1 runs in $(readlink "/proc/$program/cwd")"
 
-# It runs when it has loaded the virtual adapter, which it does for its main window.
-adapter=$(readlink -f "$folder/virtual-adapter/libControlCAN.so")
-for ((tries = 0; ; ++tries)); do
-  grep -qsF "$adapter" "/proc/$program/maps" && break
-  kill -0 "$program" 2>/dev/null || { cat "$work/output" >&2; fail "the program ended by itself"; }
-  ((tries < 600)) || { cat "$work/output" >&2; fail "the program did not load the virtual adapter"; }
-  sleep 0.1
-done
-[[ $(readlink "/proc/$program/exe") == "$(readlink -f "$folder/X9CAN")" ]] || fail "another program runs"
-[[ $(readlink "/proc/$program/cwd") == "$(dirname "$adapter")" ]] || fail "it runs in $(readlink "/proc/$program/cwd")"
-
-kill -TERM "$program"
-timeout 30 tail --pid="$program" -s 0.1 -f /dev/null || fail "the program did not end"
+  kill -TERM "$program"
+  timeout 30 tail --pid="$program" -s 0.1 -f /dev/null || fail "$1 did not end"
+}
+start_and_end x9can-demo virtual-adapter
+start_and_end x9can-socketcan socketcan
 echo "installed, started and ended"

@@ -672,6 +672,60 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>设备 %1 不再响应。是否已被拔出？
 已接收的内容保留在其标签页中，仍可保存。如要继续，请关闭这些标签页，重新插入设备，再打开通道。</translation>
     </message>
+    <message>
+        <source>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Put the adapter's %3-bit library beside the program and start it again.</source>
+        <translation>适配器动态库 %1 是 %2 位的，而本程序是 %3 位的。
+请将适配器的 %3 位动态库放到程序所在目录，然后重新启动程序。</translation>
+    </message>
+    <message>
+        <source>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Install the program that fits: the download with "%4" in its name. Or put the adapter's %3-bit library beside this program and start it again.</source>
+        <translation>适配器动态库 %1 是 %2 位的，而本程序是 %3 位的。
+请安装与之对应的程序，即名称中带“%4”的下载文件；或者将适配器的 %3 位动态库放到本程序所在目录，然后重新启动程序。</translation>
+    </message>
+    <message>
+        <source>This computer has no CAN interface for it.</source>
+        <translation>本机没有与该通道对应的 CAN 接口。</translation>
+    </message>
+    <message>
+        <source>Its interface runs at another bit rate, which this program may not change.</source>
+        <translation>其接口正以其他波特率运行，本程序无权更改。</translation>
+    </message>
+    <message>
+        <source>Its interface is in another mode, which this program may not change.</source>
+        <translation>其接口处于其他模式，本程序无权更改。</translation>
+    </message>
+    <message>
+        <source>Its interface is down, and this program may not bring it up.</source>
+        <translation>其接口未启用，本程序无权启用。</translation>
+    </message>
+    <message>
+        <source>Its interface has no CAN FD.</source>
+        <translation>其接口不支持 CAN FD。</translation>
+    </message>
+    <message>
+        <source>This bit rate cannot be set.</source>
+        <translation>无法设置此波特率。</translation>
+    </message>
+    <message>
+        <source>This adapter has no LIN.</source>
+        <translation>此适配器不支持 LIN。</translation>
+    </message>
+    <message>
+        <source>The system refused it.</source>
+        <translation>系统拒绝了该操作。</translation>
+    </message>
+    <message>
+        <source>An administrator can help with this command:
+%1</source>
+        <translation>管理员可用以下命令解决：
+%1</translation>
+    </message>
+    <message>
+        <source>Device %1 could not open channel %2.</source>
+        <translation>设备 %1 无法打开通道 %2。</translation>
+    </message>
 </context>
 <context>
     <name>GUI_DeviceInfo</name>
@@ -742,6 +796,14 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>The firmware could not be downloaded.</source>
         <translation>固件下载失败。</translation>
+    </message>
+    <message>
+        <source>The firmware was refused and not installed.</source>
+        <translation>该固件已被拒绝，未安装。</translation>
+    </message>
+    <message>
+        <source>It is older than V%1, which the device has.</source>
+        <translation>该版本比设备中的 V%1 更旧。</translation>
     </message>
 </context>
 <context>
@@ -954,6 +1016,9 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>Communication error</source>
         <translation>通信错误</translation>
     </message>
+</context>
+<context>
+    <name>LINTablePage</name>
     <message>
         <source>Csv File(*.csv)</source>
         <translation>CSV文件(*.csv)</translation>
@@ -1916,6 +1981,10 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>The file cannot be written: %1</source>
         <translation>无法写入文件：%1</translation>
     </message>
+    <message>
+        <source>The file on the server is not the one that was signed.</source>
+        <translation>服务器上的文件不是经过签名的文件。</translation>
+    </message>
 </context>
 <context>
     <name>GUI_Update</name>
@@ -1986,6 +2055,10 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>Tips</source>
         <translation>提示</translation>
     </message>
+    <message>
+        <source>The new version was refused and not installed.</source>
+        <translation>新版本已被拒绝，未安装。</translation>
+    </message>
 </context>
 <context>
     <name>SingleInstance</name>
@@ -2012,6 +2085,972 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>Tips</source>
         <translation>提示</translation>
+    </message>
+</context>
+<context>
+    <name>SignedDownload</name>
+    <message>
+        <source>Its signature cannot be downloaded: %1</source>
+        <translation>无法下载其签名：%1</translation>
+    </message>
+    <message>
+        <source>The key for updates that this program was built with cannot be used.</source>
+        <translation>编译本程序时设定的更新公钥无法使用。</translation>
+    </message>
+    <message>
+        <source>What the server sends as its signature is not one.</source>
+        <translation>服务器提供的签名文件不是签名。</translation>
+    </message>
+    <message>
+        <source>It was signed with another key.</source>
+        <translation>它是用另一个密钥签名的。</translation>
+    </message>
+    <message>
+        <source>Its signature was changed or forged.</source>
+        <translation>其签名被改动过或是伪造的。</translation>
+    </message>
+</context>
+<context>
+    <name>OfferedPackage</name>
+    <message>
+        <source>Its signature is for something else: %1</source>
+        <translation>其签名属于另一个文件：%1</translation>
+    </message>
+    <message>
+        <source>It is version %1; what was offered is version %2.</source>
+        <translation>其版本是 %1，而服务器提供的是版本 %2。</translation>
+    </message>
+    <message>
+        <source>It is version %1, which is not newer than this program, version %2.</source>
+        <translation>其版本是 %1，并不比本程序的版本 %2 新。</translation>
+    </message>
+    <message>
+        <source>It is the package for %1; this program needs the one for %2.</source>
+        <translation>这是 %1 的软件包，本程序需要 %2 的软件包。</translation>
+    </message>
+</context>
+<context>
+    <name>FindingTexts</name>
+    <message>
+        <source>no frame of a bus: skipped</source>
+        <translation>不是总线帧，已跳过</translation>
+    </message>
+    <message>
+        <source>damaged line: skipped</source>
+        <translation>该行已损坏，已跳过</translation>
+    </message>
+    <message>
+        <source>fewer bytes than the length says: frame skipped</source>
+        <translation>字节数少于长度所示，该帧已跳过</translation>
+    </message>
+    <message>
+        <source>damaged: skipped up to the next record</source>
+        <translation>已损坏，跳到下一条记录</translation>
+    </message>
+    <message>
+        <source>the file ends within a record</source>
+        <translation>文件在一条记录中间结束</translation>
+    </message>
+    <message>
+        <source>damaged compressed data: the rest of the container skipped</source>
+        <translation>压缩数据已损坏，容器的其余部分已跳过</translation>
+    </message>
+    <message>
+        <source>unknown compression: container skipped</source>
+        <translation>未知的压缩方式，容器已跳过</translation>
+    </message>
+    <message>
+        <source>container holds another number of bytes than it says</source>
+        <translation>容器中的字节数与其所示不符</translation>
+    </message>
+    <message>
+        <source>request to send, no frame: skipped</source>
+        <translation>发送请求，不是帧，已跳过</translation>
+    </message>
+    <message>
+        <source>kind of the error not written: this kind of file does not tell it</source>
+        <translation>未写入错误的种类：此类文件不区分</translation>
+    </message>
+    <message>
+        <source>data of a LIN frame with an error not written: this kind of file has none</source>
+        <translation>未写入出错的 LIN 帧的数据：此类文件没有</translation>
+    </message>
+    <message>
+        <source>length %1 is none of CAN FD: padded to %2</source>
+        <translation>CAN FD 没有长度 %1，已补足到 %2</translation>
+    </message>
+    <message>
+        <source>the output is a pipe: the file&apos;s size, counts and end time are left out of its header</source>
+        <translation>输出是管道：文件头中没有文件大小、数量和结束时间</translation>
+    </message>
+    <message>
+        <source>the file&apos;s header is damaged</source>
+        <translation>文件头已损坏</translation>
+    </message>
+    <message>
+        <source>unknown version of the format: read as the latest known</source>
+        <translation>未知的格式版本，按已知的最新版本读取</translation>
+    </message>
+    <message>
+        <source>time beyond the year 2262: left out</source>
+        <translation>时间超出 2262 年，已略去</translation>
+    </message>
+</context>
+<context>
+    <name>TimeOrigin</name>
+    <message>
+        <source>frame without a time: written with that of the one before</source>
+        <translation>帧没有时间，按前一帧的时间写入</translation>
+    </message>
+    <message>
+        <source>time beyond the year 2262: written with that of the frame before</source>
+        <translation>时间超出 2262 年，按前一帧的时间写入</translation>
+    </message>
+    <message>
+        <source>time before the capture&apos;s start: written as the start</source>
+        <translation>时间早于记录的开始，按开始时间写入</translation>
+    </message>
+</context>
+<context>
+    <name>CanFdFormat</name>
+    <message>
+        <source>the header is missing</source>
+        <translation>缺少文件头</translation>
+    </message>
+    <message>
+        <source>%1 bytes that are no records</source>
+        <translation>有 %1 个字节不是记录</translation>
+    </message>
+    <message>
+        <source>bits are set that have no meaning</source>
+        <translation>设置了没有含义的位</translation>
+    </message>
+</context>
+<context>
+    <name>CanFormat</name>
+    <message>
+        <source>the header is missing</source>
+        <translation>缺少文件头</translation>
+    </message>
+    <message>
+        <source>zeros where records should be</source>
+        <translation>应为记录的位置全是零</translation>
+    </message>
+    <message>
+        <source>bits are set that have no meaning</source>
+        <translation>设置了没有含义的位</translation>
+    </message>
+    <message>
+        <source>the last record is cut and was left out</source>
+        <translation>最后一条记录不完整，已略去</translation>
+    </message>
+    <message>
+        <source>a standard frame with an identifier of more than 11 bits was left out</source>
+        <translation>标准帧的标识符超过 11 位，已略去</translation>
+    </message>
+    <message>
+        <source>a length of more than 8 was taken as 8</source>
+        <translation>长度大于 8，按 8 处理</translation>
+    </message>
+</context>
+<context>
+    <name>CandumpFormat</name>
+    <message>
+        <source>a line that holds no frame was left out</source>
+        <translation>该行没有帧，已略去</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureCheck</name>
+    <message>
+        <source>the time jumps back</source>
+        <translation>时间倒退</translation>
+    </message>
+    <message>
+        <source>the time jumps forward by more than an hour</source>
+        <translation>时间向前跳跃超过一小时</translation>
+    </message>
+    <message>
+        <source>the adapter&apos;s time stamp jumps back</source>
+        <translation>适配器的时间戳倒退</translation>
+    </message>
+    <message>
+        <source>an identifier that no frame has</source>
+        <translation>没有帧会有这样的标识符</translation>
+    </message>
+    <message>
+        <source>a length that no frame has</source>
+        <translation>没有帧会有这样的长度</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureSink</name>
+    <message>
+        <source>%1 exists already. It is replaced with --force only.</source>
+        <translation>%1 已存在。只有使用 --force 才会替换。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written.</source>
+        <translation>无法写入 %1。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2</source>
+        <translation>无法写入 %1：%2</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureSource</name>
+    <message>
+        <source>%1 is a folder.</source>
+        <translation>%1 是文件夹。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation>无法读取 %1：%2</translation>
+    </message>
+    <message>
+        <source>%1 is no capture of a known kind. Name the kind with --from.</source>
+        <translation>%1 不是已知类型的捕获文件。请用 --from 指定类型。</translation>
+    </message>
+    <message>
+        <source>the file has become shorter while it was read</source>
+        <translation>读取过程中文件变短了</translation>
+    </message>
+</context>
+<context>
+    <name>FrameLosses</name>
+    <message>
+        <source>CAN frame left out: this kind of file holds none</source>
+        <translation>略去 CAN 帧：这种文件不能保存</translation>
+    </message>
+    <message>
+        <source>CAN FD frame left out: this kind of file holds none</source>
+        <translation>略去 CAN FD 帧：这种文件不能保存</translation>
+    </message>
+    <message>
+        <source>remote frame left out: this kind of file holds none</source>
+        <translation>略去远程帧：这种文件不能保存</translation>
+    </message>
+    <message>
+        <source>error frame left out: this kind of file holds none</source>
+        <translation>略去错误帧：这种文件不能保存</translation>
+    </message>
+    <message>
+        <source>LIN frame left out: this kind of file holds none</source>
+        <translation>略去 LIN 帧：这种文件不能保存</translation>
+    </message>
+    <message>
+        <source>frame that the adapter refused: this kind of file does not tell it apart</source>
+        <translation>适配器拒绝的帧：这种文件无法区分</translation>
+    </message>
+    <message>
+        <source>channel not written: this kind of file has one</source>
+        <translation>未写入通道：这种文件只有一个通道</translation>
+    </message>
+    <message>
+        <source>direction not written: this kind of file does not tell it</source>
+        <translation>未写入方向：这种文件不记录方向</translation>
+    </message>
+    <message>
+        <source>error state indicator not written: this kind of file has none</source>
+        <translation>未写入错误状态指示：这种文件没有该项</translation>
+    </message>
+</context>
+<context>
+    <name>LinCsvFormat</name>
+    <message>
+        <source>a line without eight cells was left out</source>
+        <translation>该行没有八个单元格，已略去</translation>
+    </message>
+    <message>
+        <source>a line with an unknown direction was left out</source>
+        <translation>该行的方向未知，已略去</translation>
+    </message>
+    <message>
+        <source>a state that is not known</source>
+        <translation>未知的状态</translation>
+    </message>
+    <message>
+        <source>a time of day that cannot be read; that of the frame before was taken</source>
+        <translation>无法读取时刻，采用前一帧的时刻</translation>
+    </message>
+    <message>
+        <source>a line with an identifier that no frame has was left out</source>
+        <translation>该行的标识符无效，已略去</translation>
+    </message>
+    <message>
+        <source>a line with a damaged payload was left out</source>
+        <translation>该行的数据已损坏，已略去</translation>
+    </message>
+    <message>
+        <source>a line with a damaged checksum was left out</source>
+        <translation>该行的校验和已损坏，已略去</translation>
+    </message>
+</context>
+<context>
+    <name>OwnRecords</name>
+    <message>
+        <source>the last record is cut and was left out</source>
+        <translation>最后一条记录不完整，已略去</translation>
+    </message>
+</context>
+<context>
+    <name>OwnTextFormat</name>
+    <message>
+        <source>a line that is too long was left out</source>
+        <translation>该行过长，已略去</translation>
+    </message>
+    <message>
+        <source>the header is missing</source>
+        <translation>缺少文件头</translation>
+    </message>
+    <message>
+        <source>the titles are missing</source>
+        <translation>缺少标题行</translation>
+    </message>
+</context>
+<context>
+    <name>OwnTextLine</name>
+    <message>
+        <source>a line with too few cells was left out</source>
+        <translation>该行的单元格太少，已略去</translation>
+    </message>
+    <message>
+        <source>a line with an unknown direction was left out</source>
+        <translation>该行的方向未知，已略去</translation>
+    </message>
+    <message>
+        <source>a line with an unknown protocol, format or type was left out</source>
+        <translation>该行的协议、帧格式或帧类型未知，已略去</translation>
+    </message>
+    <message>
+        <source>a line with an identifier that no frame has was left out</source>
+        <translation>该行的标识符无效，已略去</translation>
+    </message>
+    <message>
+        <source>a line with a damaged payload was left out</source>
+        <translation>该行的数据已损坏，已略去</translation>
+    </message>
+    <message>
+        <source>the length is not that of the payload, which was taken</source>
+        <translation>长度与数据不符，以数据为准</translation>
+    </message>
+    <message>
+        <source>a classic frame of more than 8 bytes was left out</source>
+        <translation>超过 8 字节的经典帧，已略去</translation>
+    </message>
+    <message>
+        <source>a time of day that cannot be read; that of the frame before was taken</source>
+        <translation>无法读取时刻，采用前一帧的时刻</translation>
+    </message>
+    <message>
+        <source>a time stamp that cannot be read</source>
+        <translation>无法读取时间戳</translation>
+    </message>
+    <message>
+        <source>a number that cannot be read</source>
+        <translation>无法读取序号</translation>
+    </message>
+    <message>
+        <source>frames are missing: their numbers jump</source>
+        <translation>缺少帧：序号不连续</translation>
+    </message>
+    <message>
+        <source>the numbers jump back</source>
+        <translation>序号倒退</translation>
+    </message>
+</context>
+<context>
+    <name>x9capture</name>
+    <message>
+        <source>line %1: </source>
+        <translation>第 %1 行：</translation>
+    </message>
+    <message>
+        <source>byte %1: </source>
+        <translation>第 %1 字节：</translation>
+    </message>
+    <message>
+        <source>frame %1: </source>
+        <translation>第 %1 帧：</translation>
+    </message>
+    <message>
+        <source>Tells what is in captures.</source>
+        <translation>说明捕获文件的内容。</translation>
+    </message>
+    <message>
+        <source>Writes a capture as one of another kind.</source>
+        <translation>将捕获文件转换为另一种类型。</translation>
+    </message>
+    <message>
+        <source>Tells what is wrong with captures, and where.</source>
+        <translation>检查捕获文件，指出错误及其位置。</translation>
+    </message>
+    <message>
+        <source>Saves what is left of a damaged capture.</source>
+        <translation>保存损坏的捕获文件中剩余的内容。</translation>
+    </message>
+    <message>
+        <source>Tells how often and how regularly each identifier comes.</source>
+        <translation>统计每个标识符的次数和周期。</translation>
+    </message>
+    <message>
+        <source>Writes several captures as one, by their times.</source>
+        <translation>按时间将多个捕获文件合并为一个。</translation>
+    </message>
+    <message>
+        <source>Writes the wanted part of a capture.</source>
+        <translation>写出捕获文件中需要的部分。</translation>
+    </message>
+    <message>
+        <source>Writes the signals of a capture as a table, by a DBC or LDF file.</source>
+        <translation>按 DBC 或 LDF 文件将捕获文件中的信号写成表格。</translation>
+    </message>
+    <message>
+        <source>--%1: %2 is no such number.</source>
+        <translation>--%1：%2 不是有效的数值。</translation>
+    </message>
+    <message>
+        <source>--%1: there is no kind of capture named %2.</source>
+        <translation>--%1：没有名为 %2 的捕获类型。</translation>
+    </message>
+    <message>
+        <source>--date: %1 is no date such as 2026-03-31.</source>
+        <translation>--date:%1 不是形如 2026-03-31 的日期。</translation>
+    </message>
+    <message>
+        <source> (%1 times)</source>
+        <translation> (%1 次)</translation>
+    </message>
+    <message>
+        <source>%1 more of the same</source>
+        <translation>另有 %1 处相同</translation>
+    </message>
+    <message>
+        <source>kind</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>Kind of capture that is read.</source>
+        <translation>读取的捕获类型。</translation>
+    </message>
+    <message>
+        <source>Kind of capture that is written.</source>
+        <translation>写入的捕获类型。</translation>
+    </message>
+    <message>
+        <source>date</source>
+        <translation>日期</translation>
+    </message>
+    <message>
+        <source>Day of the last frame, for times without a date; otherwise the file&apos;s.</source>
+        <translation>最后一帧的日期，用于没有日期的时间；否则取文件的日期。</translation>
+    </message>
+    <message>
+        <source>Replaces a file that exists.</source>
+        <translation>替换已存在的文件。</translation>
+    </message>
+    <message>
+        <source>Writes nothing where something would be lost.</source>
+        <translation>如有内容会丢失，则不写入。</translation>
+    </message>
+    <message>
+        <source>Says nothing when all went well.</source>
+        <translation>一切正常时不输出。</translation>
+    </message>
+    <message>
+        <source>Which of two times becomes a frame&apos;s only one; auto: the adapter&apos;s.</source>
+        <translation>两个时间中取哪一个作为帧的时间；auto:适配器的时间。</translation>
+    </message>
+    <message>
+        <source>Language of the words in captures of the program.</source>
+        <translation>本程序捕获文件中文字的语言。</translation>
+    </message>
+    <message>
+        <source>name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Encoding of captures of the program, such as UTF-8 or GBK.</source>
+        <translation>本程序捕获文件的编码，例如 UTF-8 或 GBK。</translation>
+    </message>
+    <message>
+        <source>Goes on while the file grows, until it is interrupted.</source>
+        <translation>文件增长时继续，直到被中断。</translation>
+    </message>
+    <message>
+        <source>seconds</source>
+        <translation>秒</translation>
+    </message>
+    <message>
+        <source>Ends --follow when for so long nothing has come.</source>
+        <translation>这么久没有新内容时结束 --follow。</translation>
+    </message>
+    <message>
+        <source>Bit rate of the CAN buses, to tell their load.</source>
+        <translation>CAN 总线的波特率，用于计算负载。</translation>
+    </message>
+    <message>
+        <source>Bit rate of CAN FD frames&apos; data (2000000).</source>
+        <translation>CAN FD 帧数据段的波特率 (2000000)。</translation>
+    </message>
+    <message>
+        <source>Bit rate of LIN buses (19200).</source>
+        <translation>LIN 总线的波特率 (19200)。</translation>
+    </message>
+    <message>
+        <source>Separates the cells by commas.</source>
+        <translation>用逗号分隔单元格。</translation>
+    </message>
+    <message>
+        <source>Each capture gets channels of its own.</source>
+        <translation>每个捕获文件使用各自的通道。</translation>
+    </message>
+    <message>
+        <source>All captures begin at the time of the first one.</source>
+        <translation>所有捕获文件从第一个捕获文件的时间开始。</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>From this time on: seconds since the first frame, or 2026-03-31T10:20:30.5.</source>
+        <translation>从此时间开始：距第一帧的秒数，或 2026-03-31T10:20:30.5。</translation>
+    </message>
+    <message>
+        <source>Before this time.</source>
+        <translation>在此时间之前。</translation>
+    </message>
+    <message>
+        <source>number</source>
+        <translation>数值</translation>
+    </message>
+    <message>
+        <source>Leaves out the first so many.</source>
+        <translation>略去开头的这么多帧。</translation>
+    </message>
+    <message>
+        <source>No more frames than these.</source>
+        <translation>最多这么多帧。</translation>
+    </message>
+    <message>
+        <source>range</source>
+        <translation>范围</translation>
+    </message>
+    <message>
+        <source>Identifiers, hexadecimal: 7DF or 100-1FF. May be given several times.</source>
+        <translation>标识符，十六进制：7DF 或 100-1FF。可多次给出。</translation>
+    </message>
+    <message>
+        <source>A channel, from 0. May be given several times.</source>
+        <translation>通道，从 0 开始。可多次给出。</translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation>文件</translation>
+    </message>
+    <message>
+        <source>A column for each signal instead of a line.</source>
+        <translation>每个信号一列，而不是一行。</translation>
+    </message>
+    <message>
+        <source>Reads, checks, turns into each other and decodes captures of CAN, CAN FD and LIN buses.</source>
+        <translation>读取、检查、转换和解码 CAN、CAN FD 和 LIN 总线的捕获文件。</translation>
+    </message>
+    <message>
+        <source>Commands:</source>
+        <translation>命令：</translation>
+    </message>
+    <message>
+        <source>Kinds of captures:</source>
+        <translation>捕获类型：</translation>
+    </message>
+    <message>
+        <source>x9capture COMMAND --help tells more. &quot;-&quot; stands for standard input or output.
+It ends with 0 when all went well, 1 when a file cannot be read or written, 2 when it was called wrongly,
+3 when verify has found something or --strict has kept something from being lost.</source>
+        <translation>x9capture 命令 --help 给出更多说明。“-” 表示标准输入或标准输出。
+退出码：0 一切正常,1 文件无法读取或写入,2 用法错误,
+3 verify 发现问题，或 --strict 阻止了内容丢失。</translation>
+    </message>
+    <message>
+        <source>Examples:</source>
+        <translation>示例：</translation>
+    </message>
+    <message>
+        <source>%1 wants: %2</source>
+        <translation>%1 需要：%2</translation>
+    </message>
+    <message>
+        <source>--words is en or zh, --times is auto, system or device.</source>
+        <translation>--words 为 en 或 zh，--times 为 auto、system 或 device。</translation>
+    </message>
+    <message>
+        <source>%1 could not be read to its end.</source>
+        <translation>%1 未能读到末尾。</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 秒</translation>
+    </message>
+    <message>
+        <source>%1 classic CAN</source>
+        <translation>%1 个经典 CAN</translation>
+    </message>
+    <message>
+        <source>%1 CAN FD</source>
+        <translation>%1 个 CAN FD</translation>
+    </message>
+    <message>
+        <source>%1 LIN</source>
+        <translation>%1 个 LIN</translation>
+    </message>
+    <message>
+        <source>%1 error frames</source>
+        <translation>%1 个错误帧</translation>
+    </message>
+    <message>
+        <source>%1 of them remote</source>
+        <translation>其中 %1 个远程帧</translation>
+    </message>
+    <message>
+        <source>%1 sent</source>
+        <translation>%1 个已发送</translation>
+    </message>
+    <message>
+        <source>%1 refused</source>
+        <translation>%1 个被拒绝</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 帧</translation>
+    </message>
+    <message>
+        <source>bus load %1 %</source>
+        <translation>总线负载 %1 %</translation>
+    </message>
+    <message>
+        <source>Channel %1</source>
+        <translation>通道 %1</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>文件</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>Frames</source>
+        <translation>帧数</translation>
+    </message>
+    <message>
+        <source>First</source>
+        <translation>第一帧</translation>
+    </message>
+    <message>
+        <source>Last</source>
+        <translation>最后一帧</translation>
+    </message>
+    <message>
+        <source>Duration</source>
+        <translation>时长</translation>
+    </message>
+    <message>
+        <source>Rate</source>
+        <translation>速率</translation>
+    </message>
+    <message>
+        <source>%1 frames/s</source>
+        <translation>%1 帧/秒</translation>
+    </message>
+    <message>
+        <source>Identifiers</source>
+        <translation>标识符</translation>
+    </message>
+    <message>
+        <source>more than %1</source>
+        <translation>多于 %1</translation>
+    </message>
+    <message>
+        <source>Findings</source>
+        <translation>问题</translation>
+    </message>
+    <message>
+        <source>%1; x9capture verify lists them</source>
+        <translation>%1 个；x9capture verify 可列出</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>错误</translation>
+    </message>
+    <message>
+        <source>extended</source>
+        <translation>扩展</translation>
+    </message>
+    <message>
+        <source>standard</source>
+        <translation>标准</translation>
+    </message>
+    <message>
+        <source>%1: %2 frames, %3 findings</source>
+        <translation>%1：%2 帧,%3 个问题</translation>
+    </message>
+    <message>
+        <source>Channel</source>
+        <translation>通道</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>Mean ms</source>
+        <translation>平均 ms</translation>
+    </message>
+    <message>
+        <source>Min ms</source>
+        <translation>最小 ms</translation>
+    </message>
+    <message>
+        <source>Max ms</source>
+        <translation>最大 ms</translation>
+    </message>
+    <message>
+        <source>Deviation ms</source>
+        <translation>标准差 ms</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>长度</translation>
+    </message>
+    <message>
+        <source>Changing bytes</source>
+        <translation>变化的字节</translation>
+    </message>
+    <message>
+        <source>%1 frames of further identifiers are not listed</source>
+        <translation>另有 %1 帧的标识符未列出</translation>
+    </message>
+    <message>
+        <source>%1: which kind of capture is to be written? Name it with --to.</source>
+        <translation>%1：要写入哪种类型的捕获文件?请用 --to 指定。</translation>
+    </message>
+    <message>
+        <source>%1 would not hold everything; it was not written.</source>
+        <translation>%1 不能保存全部内容，未写入。</translation>
+    </message>
+    <message>
+        <source>%1: %2 frames from %3</source>
+        <translation>%1：%2 帧，来自 %3</translation>
+    </message>
+    <message>
+        <source>--%1: %2 is neither a number of seconds nor a time such as 2026-03-31T10:20:30.</source>
+        <translation>--%1：%2 既不是秒数，也不是形如 2026-03-31T10:20:30 的时间。</translation>
+    </message>
+    <message>
+        <source>--start and --end must both be seconds or both be times with a date.</source>
+        <translation>--start 和 --end 必须同为秒数或同为带日期的时间。</translation>
+    </message>
+    <message>
+        <source>--id: %1 is neither an identifier nor a range of them (hexadecimal).</source>
+        <translation>--id:%1 既不是标识符也不是标识符范围(十六进制)。</translation>
+    </message>
+    <message>
+        <source>--channel: %1 is no channel.</source>
+        <translation>--channel:%1 不是通道。</translation>
+    </message>
+    <message>
+        <source>%1 has times of another kind than %2. With --align all begin together.</source>
+        <translation>%1 的时间类型与 %2 不同。使用 --align 可使所有捕获文件同时开始。</translation>
+    </message>
+    <message>
+        <source>%1 captures</source>
+        <translation>%1 个捕获文件</translation>
+    </message>
+    <message>
+        <source>%1: %2 values from %3 of %4 frames</source>
+        <translation>%1：%2 个信号值，来自 %4 帧中的 %3 帧</translation>
+    </message>
+    <message>
+        <source>%1 frames are in no database.</source>
+        <translation>%1 帧不在任何数据库中。</translation>
+    </message>
+    <message>
+        <source>%1 frames are too short for all of their signals.</source>
+        <translation>%1 帧过短，容不下其全部信号。</translation>
+    </message>
+    <message>
+        <source>By which DBC or LDF file? Name it with --database.</source>
+        <translation>按哪个 DBC 或 LDF 文件解码？请用 --database 指定。</translation>
+    </message>
+    <message>
+        <source>--signal: no database has %1.</source>
+        <translation>--signal：没有数据库包含 %1。</translation>
+    </message>
+    <message>
+        <source>The DBC or LDF file. May be given several times.</source>
+        <translation>DBC 或 LDF 文件，可多次给出。</translation>
+    </message>
+    <message>
+        <source>With --wide: a column keeps its last value.</source>
+        <translation>与 --wide 同用：列保持其最近的值。</translation>
+    </message>
+    <message>
+        <source>Only this: &quot;Message&quot; or &quot;Message.Signal&quot;, with * and ?. May be given several times.</source>
+        <translation>只输出此项：“报文”或“报文.信号”，可含 * 和 ?，可多次给出。</translation>
+    </message>
+</context>
+<context>
+    <name>DatabaseFile</name>
+    <message>
+        <source>The encoding %1 is not known</source>
+        <translation>未知的编码 %1</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation>无法读取 %1：%2</translation>
+    </message>
+    <message>
+        <source>%1 is larger than %2 MB</source>
+        <translation>%1 大于 %2 MB</translation>
+    </message>
+    <message>
+        <source>%1 has no messages that can be decoded</source>
+        <translation>%1 中没有可以解码的报文</translation>
+    </message>
+</context>
+<context>
+    <name>DatabaseParser</name>
+    <message>
+        <source>a keyword</source>
+        <translation>关键字</translation>
+    </message>
+    <message>
+        <source>a name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>a number</source>
+        <translation>数字</translation>
+    </message>
+    <message>
+        <source>a whole number</source>
+        <translation>整数</translation>
+    </message>
+    <message>
+        <source>a quoted text</source>
+        <translation>带引号的文本</translation>
+    </message>
+    <message>
+        <source>the end of the line</source>
+        <translation>行尾</translation>
+    </message>
+    <message>
+        <source>Expected here: %1</source>
+        <translation>此处应为：%1</translation>
+    </message>
+    <message>
+        <source>This text has no end</source>
+        <translation>此文本没有结尾</translation>
+    </message>
+    <message>
+        <source>More than %1 of these are not read</source>
+        <translation>此类内容超过 %1 个的部分不予读取</translation>
+    </message>
+    <message>
+        <source>%1 is multiplexed by nothing that the message has</source>
+        <translation>%1 的复用信号不在该报文中</translation>
+    </message>
+    <message>
+        <source>What multiplexes %1 is left out, goes round in a circle or is nested too deep</source>
+        <translation>%1 的复用信号已被略去、循环引用或嵌套过深</translation>
+    </message>
+    <message>
+        <source>%1 does not fit into any frame and is left out</source>
+        <translation>%1 超出任何帧的长度，已略去</translation>
+    </message>
+    <message>
+        <source>%1 needs %2 bytes, its message has %3</source>
+        <translation>%1 需要 %2 字节，而其报文只有 %3 字节</translation>
+    </message>
+    <message>
+        <source>The keyword %1 is not known</source>
+        <translation>未知的关键字 %1</translation>
+    </message>
+    <message>
+        <source>%1 is longer than any frame</source>
+        <translation>%1 比任何帧都长</translation>
+    </message>
+    <message>
+        <source>Another message has this identifier, or none can have it: %1 is left out</source>
+        <translation>该标识符已被其他报文使用或无效：%1 已略去</translation>
+    </message>
+    <message>
+        <source>The identifier of %1 has more than 11 bits and is taken for an extended one</source>
+        <translation>%1 的标识符超过 11 位，按扩展标识符处理</translation>
+    </message>
+    <message>
+        <source>Its message has another signal with the name %1</source>
+        <translation>该报文中已有名为 %1 的信号</translation>
+    </message>
+    <message>
+        <source>The length of a signal is from 1 to 64 bits: %1 is left out</source>
+        <translation>信号长度应为 1 到 64 位：%1 已略去</translation>
+    </message>
+    <message>
+        <source>Not understood: %1</source>
+        <translation>无法理解：%1</translation>
+    </message>
+    <message>
+        <source>No message has the identifier %1</source>
+        <translation>没有标识符为 %1 的报文</translation>
+    </message>
+    <message>
+        <source>%1 has no signal %2</source>
+        <translation>%1 没有信号 %2</translation>
+    </message>
+    <message>
+        <source>A float has 32 bits and the type 1, a double 64 and the type 2</source>
+        <translation>单精度浮点数为 32 位、类型 1，双精度为 64 位、类型 2</translation>
+    </message>
+    <message>
+        <source>A signal has 1 to 64 bits, an array 1 to 8 bytes: %1 is left out</source>
+        <translation>信号应为 1 到 64 位，数组应为 1 到 8 字节：%1 已略去</translation>
+    </message>
+    <message>
+        <source>Another signal has the name %1</source>
+        <translation>已有名为 %1 的信号</translation>
+    </message>
+    <message>
+        <source>Another frame has the name %1</source>
+        <translation>已有名为 %1 的帧</translation>
+    </message>
+    <message>
+        <source>The identifier of a LIN frame is from 0 to 63: %1 is left out</source>
+        <translation>LIN 帧的标识符应为 0 到 63：%1 已略去</translation>
+    </message>
+    <message>
+        <source>%1 is no signal</source>
+        <translation>%1 不是信号</translation>
+    </message>
+    <message>
+        <source>%1 is no encoding</source>
+        <translation>%1 不是编码</translation>
+    </message>
+    <message>
+        <source>%1 is no frame of its own</source>
+        <translation>%1 不是独立的帧</translation>
     </message>
 </context>
 <context>

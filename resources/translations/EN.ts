@@ -672,6 +672,60 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <translation>Device %1 does not answer any more. Was it unplugged?
 What was received stays in its tabs and can be saved. To go on, close these tabs, plug it in and open the channels again.</translation>
     </message>
+    <message>
+        <source>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Put the adapter's %3-bit library beside the program and start it again.</source>
+        <translation>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Put the adapter's %3-bit library beside the program and start it again.</translation>
+    </message>
+    <message>
+        <source>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Install the program that fits: the download with "%4" in its name. Or put the adapter's %3-bit library beside this program and start it again.</source>
+        <translation>The adapter library %1 is a %2-bit one; this is the %3-bit program.
+Install the program that fits: the download with "%4" in its name. Or put the adapter's %3-bit library beside this program and start it again.</translation>
+    </message>
+    <message>
+        <source>This computer has no CAN interface for it.</source>
+        <translation>This computer has no CAN interface for it.</translation>
+    </message>
+    <message>
+        <source>Its interface runs at another bit rate, which this program may not change.</source>
+        <translation>Its interface runs at another bit rate, which this program may not change.</translation>
+    </message>
+    <message>
+        <source>Its interface is in another mode, which this program may not change.</source>
+        <translation>Its interface is in another mode, which this program may not change.</translation>
+    </message>
+    <message>
+        <source>Its interface is down, and this program may not bring it up.</source>
+        <translation>Its interface is down, and this program may not bring it up.</translation>
+    </message>
+    <message>
+        <source>Its interface has no CAN FD.</source>
+        <translation>Its interface has no CAN FD.</translation>
+    </message>
+    <message>
+        <source>This bit rate cannot be set.</source>
+        <translation>This bit rate cannot be set.</translation>
+    </message>
+    <message>
+        <source>This adapter has no LIN.</source>
+        <translation>This adapter has no LIN.</translation>
+    </message>
+    <message>
+        <source>The system refused it.</source>
+        <translation>The system refused it.</translation>
+    </message>
+    <message>
+        <source>An administrator can help with this command:
+%1</source>
+        <translation>An administrator can help with this command:
+%1</translation>
+    </message>
+    <message>
+        <source>Device %1 could not open channel %2.</source>
+        <translation>Device %1 could not open channel %2.</translation>
+    </message>
 </context>
 <context>
     <name>GUI_DeviceInfo</name>
@@ -742,6 +796,14 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>The firmware could not be downloaded.</source>
         <translation>The firmware could not be downloaded.</translation>
+    </message>
+    <message>
+        <source>The firmware was refused and not installed.</source>
+        <translation>The firmware was refused and not installed.</translation>
+    </message>
+    <message>
+        <source>It is older than V%1, which the device has.</source>
+        <translation>It is older than V%1, which the device has.</translation>
     </message>
 </context>
 <context>
@@ -954,6 +1016,9 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>Communication error</source>
         <translation>Communication error</translation>
     </message>
+</context>
+<context>
+    <name>LINTablePage</name>
     <message>
         <source>Csv File(*.csv)</source>
         <translation>Csv File(*.csv)</translation>
@@ -1916,6 +1981,10 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>The file cannot be written: %1</source>
         <translation>The file cannot be written: %1</translation>
     </message>
+    <message>
+        <source>The file on the server is not the one that was signed.</source>
+        <translation>The file on the server is not the one that was signed.</translation>
+    </message>
 </context>
 <context>
     <name>GUI_Update</name>
@@ -1986,6 +2055,10 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
         <source>Tips</source>
         <translation>Tips</translation>
     </message>
+    <message>
+        <source>The new version was refused and not installed.</source>
+        <translation>The new version was refused and not installed.</translation>
+    </message>
 </context>
 <context>
     <name>SingleInstance</name>
@@ -2012,6 +2085,972 @@ What was received stays in its tabs and can be saved. To go on, close these tabs
     <message>
         <source>Tips</source>
         <translation>Tips</translation>
+    </message>
+</context>
+<context>
+    <name>SignedDownload</name>
+    <message>
+        <source>Its signature cannot be downloaded: %1</source>
+        <translation>Its signature cannot be downloaded: %1</translation>
+    </message>
+    <message>
+        <source>The key for updates that this program was built with cannot be used.</source>
+        <translation>The key for updates that this program was built with cannot be used.</translation>
+    </message>
+    <message>
+        <source>What the server sends as its signature is not one.</source>
+        <translation>What the server sends as its signature is not one.</translation>
+    </message>
+    <message>
+        <source>It was signed with another key.</source>
+        <translation>It was signed with another key.</translation>
+    </message>
+    <message>
+        <source>Its signature was changed or forged.</source>
+        <translation>Its signature was changed or forged.</translation>
+    </message>
+</context>
+<context>
+    <name>OfferedPackage</name>
+    <message>
+        <source>Its signature is for something else: %1</source>
+        <translation>Its signature is for something else: %1</translation>
+    </message>
+    <message>
+        <source>It is version %1; what was offered is version %2.</source>
+        <translation>It is version %1; what was offered is version %2.</translation>
+    </message>
+    <message>
+        <source>It is version %1, which is not newer than this program, version %2.</source>
+        <translation>It is version %1, which is not newer than this program, version %2.</translation>
+    </message>
+    <message>
+        <source>It is the package for %1; this program needs the one for %2.</source>
+        <translation>It is the package for %1; this program needs the one for %2.</translation>
+    </message>
+</context>
+<context>
+    <name>FindingTexts</name>
+    <message>
+        <source>no frame of a bus: skipped</source>
+        <translation>no frame of a bus: skipped</translation>
+    </message>
+    <message>
+        <source>damaged line: skipped</source>
+        <translation>damaged line: skipped</translation>
+    </message>
+    <message>
+        <source>fewer bytes than the length says: frame skipped</source>
+        <translation>fewer bytes than the length says: frame skipped</translation>
+    </message>
+    <message>
+        <source>damaged: skipped up to the next record</source>
+        <translation>damaged: skipped up to the next record</translation>
+    </message>
+    <message>
+        <source>the file ends within a record</source>
+        <translation>the file ends within a record</translation>
+    </message>
+    <message>
+        <source>damaged compressed data: the rest of the container skipped</source>
+        <translation>damaged compressed data: the rest of the container skipped</translation>
+    </message>
+    <message>
+        <source>unknown compression: container skipped</source>
+        <translation>unknown compression: container skipped</translation>
+    </message>
+    <message>
+        <source>container holds another number of bytes than it says</source>
+        <translation>container holds another number of bytes than it says</translation>
+    </message>
+    <message>
+        <source>request to send, no frame: skipped</source>
+        <translation>request to send, no frame: skipped</translation>
+    </message>
+    <message>
+        <source>kind of the error not written: this kind of file does not tell it</source>
+        <translation>kind of the error not written: this kind of file does not tell it</translation>
+    </message>
+    <message>
+        <source>data of a LIN frame with an error not written: this kind of file has none</source>
+        <translation>data of a LIN frame with an error not written: this kind of file has none</translation>
+    </message>
+    <message>
+        <source>length %1 is none of CAN FD: padded to %2</source>
+        <translation>length %1 is none of CAN FD: padded to %2</translation>
+    </message>
+    <message>
+        <source>the output is a pipe: the file&apos;s size, counts and end time are left out of its header</source>
+        <translation>the output is a pipe: the file&apos;s size, counts and end time are left out of its header</translation>
+    </message>
+    <message>
+        <source>the file&apos;s header is damaged</source>
+        <translation>the file&apos;s header is damaged</translation>
+    </message>
+    <message>
+        <source>unknown version of the format: read as the latest known</source>
+        <translation>unknown version of the format: read as the latest known</translation>
+    </message>
+    <message>
+        <source>time beyond the year 2262: left out</source>
+        <translation>time beyond the year 2262: left out</translation>
+    </message>
+</context>
+<context>
+    <name>TimeOrigin</name>
+    <message>
+        <source>frame without a time: written with that of the one before</source>
+        <translation>frame without a time: written with that of the one before</translation>
+    </message>
+    <message>
+        <source>time beyond the year 2262: written with that of the frame before</source>
+        <translation>time beyond the year 2262: written with that of the frame before</translation>
+    </message>
+    <message>
+        <source>time before the capture&apos;s start: written as the start</source>
+        <translation>time before the capture&apos;s start: written as the start</translation>
+    </message>
+</context>
+<context>
+    <name>CanFdFormat</name>
+    <message>
+        <source>the header is missing</source>
+        <translation>the header is missing</translation>
+    </message>
+    <message>
+        <source>%1 bytes that are no records</source>
+        <translation>%1 bytes that are no records</translation>
+    </message>
+    <message>
+        <source>bits are set that have no meaning</source>
+        <translation>bits are set that have no meaning</translation>
+    </message>
+</context>
+<context>
+    <name>CanFormat</name>
+    <message>
+        <source>the header is missing</source>
+        <translation>the header is missing</translation>
+    </message>
+    <message>
+        <source>zeros where records should be</source>
+        <translation>zeros where records should be</translation>
+    </message>
+    <message>
+        <source>bits are set that have no meaning</source>
+        <translation>bits are set that have no meaning</translation>
+    </message>
+    <message>
+        <source>the last record is cut and was left out</source>
+        <translation>the last record is cut and was left out</translation>
+    </message>
+    <message>
+        <source>a standard frame with an identifier of more than 11 bits was left out</source>
+        <translation>a standard frame with an identifier of more than 11 bits was left out</translation>
+    </message>
+    <message>
+        <source>a length of more than 8 was taken as 8</source>
+        <translation>a length of more than 8 was taken as 8</translation>
+    </message>
+</context>
+<context>
+    <name>CandumpFormat</name>
+    <message>
+        <source>a line that holds no frame was left out</source>
+        <translation>a line that holds no frame was left out</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureCheck</name>
+    <message>
+        <source>the time jumps back</source>
+        <translation>the time jumps back</translation>
+    </message>
+    <message>
+        <source>the time jumps forward by more than an hour</source>
+        <translation>the time jumps forward by more than an hour</translation>
+    </message>
+    <message>
+        <source>the adapter&apos;s time stamp jumps back</source>
+        <translation>the adapter&apos;s time stamp jumps back</translation>
+    </message>
+    <message>
+        <source>an identifier that no frame has</source>
+        <translation>an identifier that no frame has</translation>
+    </message>
+    <message>
+        <source>a length that no frame has</source>
+        <translation>a length that no frame has</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureSink</name>
+    <message>
+        <source>%1 exists already. It is replaced with --force only.</source>
+        <translation>%1 exists already. It is replaced with --force only.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written.</source>
+        <translation>%1 cannot be written.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2</source>
+        <translation>%1 cannot be written: %2</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureSource</name>
+    <message>
+        <source>%1 is a folder.</source>
+        <translation>%1 is a folder.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation>%1 cannot be read: %2</translation>
+    </message>
+    <message>
+        <source>%1 is no capture of a known kind. Name the kind with --from.</source>
+        <translation>%1 is no capture of a known kind. Name the kind with --from.</translation>
+    </message>
+    <message>
+        <source>the file has become shorter while it was read</source>
+        <translation>the file has become shorter while it was read</translation>
+    </message>
+</context>
+<context>
+    <name>FrameLosses</name>
+    <message>
+        <source>CAN frame left out: this kind of file holds none</source>
+        <translation>CAN frame left out: this kind of file holds none</translation>
+    </message>
+    <message>
+        <source>CAN FD frame left out: this kind of file holds none</source>
+        <translation>CAN FD frame left out: this kind of file holds none</translation>
+    </message>
+    <message>
+        <source>remote frame left out: this kind of file holds none</source>
+        <translation>remote frame left out: this kind of file holds none</translation>
+    </message>
+    <message>
+        <source>error frame left out: this kind of file holds none</source>
+        <translation>error frame left out: this kind of file holds none</translation>
+    </message>
+    <message>
+        <source>LIN frame left out: this kind of file holds none</source>
+        <translation>LIN frame left out: this kind of file holds none</translation>
+    </message>
+    <message>
+        <source>frame that the adapter refused: this kind of file does not tell it apart</source>
+        <translation>frame that the adapter refused: this kind of file does not tell it apart</translation>
+    </message>
+    <message>
+        <source>channel not written: this kind of file has one</source>
+        <translation>channel not written: this kind of file has one</translation>
+    </message>
+    <message>
+        <source>direction not written: this kind of file does not tell it</source>
+        <translation>direction not written: this kind of file does not tell it</translation>
+    </message>
+    <message>
+        <source>error state indicator not written: this kind of file has none</source>
+        <translation>error state indicator not written: this kind of file has none</translation>
+    </message>
+</context>
+<context>
+    <name>LinCsvFormat</name>
+    <message>
+        <source>a line without eight cells was left out</source>
+        <translation>a line without eight cells was left out</translation>
+    </message>
+    <message>
+        <source>a line with an unknown direction was left out</source>
+        <translation>a line with an unknown direction was left out</translation>
+    </message>
+    <message>
+        <source>a state that is not known</source>
+        <translation>a state that is not known</translation>
+    </message>
+    <message>
+        <source>a time of day that cannot be read; that of the frame before was taken</source>
+        <translation>a time of day that cannot be read; that of the frame before was taken</translation>
+    </message>
+    <message>
+        <source>a line with an identifier that no frame has was left out</source>
+        <translation>a line with an identifier that no frame has was left out</translation>
+    </message>
+    <message>
+        <source>a line with a damaged payload was left out</source>
+        <translation>a line with a damaged payload was left out</translation>
+    </message>
+    <message>
+        <source>a line with a damaged checksum was left out</source>
+        <translation>a line with a damaged checksum was left out</translation>
+    </message>
+</context>
+<context>
+    <name>OwnRecords</name>
+    <message>
+        <source>the last record is cut and was left out</source>
+        <translation>the last record is cut and was left out</translation>
+    </message>
+</context>
+<context>
+    <name>OwnTextFormat</name>
+    <message>
+        <source>a line that is too long was left out</source>
+        <translation>a line that is too long was left out</translation>
+    </message>
+    <message>
+        <source>the header is missing</source>
+        <translation>the header is missing</translation>
+    </message>
+    <message>
+        <source>the titles are missing</source>
+        <translation>the titles are missing</translation>
+    </message>
+</context>
+<context>
+    <name>OwnTextLine</name>
+    <message>
+        <source>a line with too few cells was left out</source>
+        <translation>a line with too few cells was left out</translation>
+    </message>
+    <message>
+        <source>a line with an unknown direction was left out</source>
+        <translation>a line with an unknown direction was left out</translation>
+    </message>
+    <message>
+        <source>a line with an unknown protocol, format or type was left out</source>
+        <translation>a line with an unknown protocol, format or type was left out</translation>
+    </message>
+    <message>
+        <source>a line with an identifier that no frame has was left out</source>
+        <translation>a line with an identifier that no frame has was left out</translation>
+    </message>
+    <message>
+        <source>a line with a damaged payload was left out</source>
+        <translation>a line with a damaged payload was left out</translation>
+    </message>
+    <message>
+        <source>the length is not that of the payload, which was taken</source>
+        <translation>the length is not that of the payload, which was taken</translation>
+    </message>
+    <message>
+        <source>a classic frame of more than 8 bytes was left out</source>
+        <translation>a classic frame of more than 8 bytes was left out</translation>
+    </message>
+    <message>
+        <source>a time of day that cannot be read; that of the frame before was taken</source>
+        <translation>a time of day that cannot be read; that of the frame before was taken</translation>
+    </message>
+    <message>
+        <source>a time stamp that cannot be read</source>
+        <translation>a time stamp that cannot be read</translation>
+    </message>
+    <message>
+        <source>a number that cannot be read</source>
+        <translation>a number that cannot be read</translation>
+    </message>
+    <message>
+        <source>frames are missing: their numbers jump</source>
+        <translation>frames are missing: their numbers jump</translation>
+    </message>
+    <message>
+        <source>the numbers jump back</source>
+        <translation>the numbers jump back</translation>
+    </message>
+</context>
+<context>
+    <name>x9capture</name>
+    <message>
+        <source>line %1: </source>
+        <translation>line %1: </translation>
+    </message>
+    <message>
+        <source>byte %1: </source>
+        <translation>byte %1: </translation>
+    </message>
+    <message>
+        <source>frame %1: </source>
+        <translation>frame %1: </translation>
+    </message>
+    <message>
+        <source>Tells what is in captures.</source>
+        <translation>Tells what is in captures.</translation>
+    </message>
+    <message>
+        <source>Writes a capture as one of another kind.</source>
+        <translation>Writes a capture as one of another kind.</translation>
+    </message>
+    <message>
+        <source>Tells what is wrong with captures, and where.</source>
+        <translation>Tells what is wrong with captures, and where.</translation>
+    </message>
+    <message>
+        <source>Saves what is left of a damaged capture.</source>
+        <translation>Saves what is left of a damaged capture.</translation>
+    </message>
+    <message>
+        <source>Tells how often and how regularly each identifier comes.</source>
+        <translation>Tells how often and how regularly each identifier comes.</translation>
+    </message>
+    <message>
+        <source>Writes several captures as one, by their times.</source>
+        <translation>Writes several captures as one, by their times.</translation>
+    </message>
+    <message>
+        <source>Writes the wanted part of a capture.</source>
+        <translation>Writes the wanted part of a capture.</translation>
+    </message>
+    <message>
+        <source>Writes the signals of a capture as a table, by a DBC or LDF file.</source>
+        <translation>Writes the signals of a capture as a table, by a DBC or LDF file.</translation>
+    </message>
+    <message>
+        <source>--%1: %2 is no such number.</source>
+        <translation>--%1: %2 is no such number.</translation>
+    </message>
+    <message>
+        <source>--%1: there is no kind of capture named %2.</source>
+        <translation>--%1: there is no kind of capture named %2.</translation>
+    </message>
+    <message>
+        <source>--date: %1 is no date such as 2026-03-31.</source>
+        <translation>--date: %1 is no date such as 2026-03-31.</translation>
+    </message>
+    <message>
+        <source> (%1 times)</source>
+        <translation> (%1 times)</translation>
+    </message>
+    <message>
+        <source>%1 more of the same</source>
+        <translation>%1 more of the same</translation>
+    </message>
+    <message>
+        <source>kind</source>
+        <translation>kind</translation>
+    </message>
+    <message>
+        <source>Kind of capture that is read.</source>
+        <translation>Kind of capture that is read.</translation>
+    </message>
+    <message>
+        <source>Kind of capture that is written.</source>
+        <translation>Kind of capture that is written.</translation>
+    </message>
+    <message>
+        <source>date</source>
+        <translation>date</translation>
+    </message>
+    <message>
+        <source>Day of the last frame, for times without a date; otherwise the file&apos;s.</source>
+        <translation>Day of the last frame, for times without a date; otherwise the file&apos;s.</translation>
+    </message>
+    <message>
+        <source>Replaces a file that exists.</source>
+        <translation>Replaces a file that exists.</translation>
+    </message>
+    <message>
+        <source>Writes nothing where something would be lost.</source>
+        <translation>Writes nothing where something would be lost.</translation>
+    </message>
+    <message>
+        <source>Says nothing when all went well.</source>
+        <translation>Says nothing when all went well.</translation>
+    </message>
+    <message>
+        <source>Which of two times becomes a frame&apos;s only one; auto: the adapter&apos;s.</source>
+        <translation>Which of two times becomes a frame&apos;s only one; auto: the adapter&apos;s.</translation>
+    </message>
+    <message>
+        <source>Language of the words in captures of the program.</source>
+        <translation>Language of the words in captures of the program.</translation>
+    </message>
+    <message>
+        <source>name</source>
+        <translation>name</translation>
+    </message>
+    <message>
+        <source>Encoding of captures of the program, such as UTF-8 or GBK.</source>
+        <translation>Encoding of captures of the program, such as UTF-8 or GBK.</translation>
+    </message>
+    <message>
+        <source>Goes on while the file grows, until it is interrupted.</source>
+        <translation>Goes on while the file grows, until it is interrupted.</translation>
+    </message>
+    <message>
+        <source>seconds</source>
+        <translation>seconds</translation>
+    </message>
+    <message>
+        <source>Ends --follow when for so long nothing has come.</source>
+        <translation>Ends --follow when for so long nothing has come.</translation>
+    </message>
+    <message>
+        <source>Bit rate of the CAN buses, to tell their load.</source>
+        <translation>Bit rate of the CAN buses, to tell their load.</translation>
+    </message>
+    <message>
+        <source>Bit rate of CAN FD frames&apos; data (2000000).</source>
+        <translation>Bit rate of CAN FD frames&apos; data (2000000).</translation>
+    </message>
+    <message>
+        <source>Bit rate of LIN buses (19200).</source>
+        <translation>Bit rate of LIN buses (19200).</translation>
+    </message>
+    <message>
+        <source>Separates the cells by commas.</source>
+        <translation>Separates the cells by commas.</translation>
+    </message>
+    <message>
+        <source>Each capture gets channels of its own.</source>
+        <translation>Each capture gets channels of its own.</translation>
+    </message>
+    <message>
+        <source>All captures begin at the time of the first one.</source>
+        <translation>All captures begin at the time of the first one.</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>time</translation>
+    </message>
+    <message>
+        <source>From this time on: seconds since the first frame, or 2026-03-31T10:20:30.5.</source>
+        <translation>From this time on: seconds since the first frame, or 2026-03-31T10:20:30.5.</translation>
+    </message>
+    <message>
+        <source>Before this time.</source>
+        <translation>Before this time.</translation>
+    </message>
+    <message>
+        <source>number</source>
+        <translation>number</translation>
+    </message>
+    <message>
+        <source>Leaves out the first so many.</source>
+        <translation>Leaves out the first so many.</translation>
+    </message>
+    <message>
+        <source>No more frames than these.</source>
+        <translation>No more frames than these.</translation>
+    </message>
+    <message>
+        <source>range</source>
+        <translation>range</translation>
+    </message>
+    <message>
+        <source>Identifiers, hexadecimal: 7DF or 100-1FF. May be given several times.</source>
+        <translation>Identifiers, hexadecimal: 7DF or 100-1FF. May be given several times.</translation>
+    </message>
+    <message>
+        <source>A channel, from 0. May be given several times.</source>
+        <translation>A channel, from 0. May be given several times.</translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation>file</translation>
+    </message>
+    <message>
+        <source>A column for each signal instead of a line.</source>
+        <translation>A column for each signal instead of a line.</translation>
+    </message>
+    <message>
+        <source>Reads, checks, turns into each other and decodes captures of CAN, CAN FD and LIN buses.</source>
+        <translation>Reads, checks, turns into each other and decodes captures of CAN, CAN FD and LIN buses.</translation>
+    </message>
+    <message>
+        <source>Commands:</source>
+        <translation>Commands:</translation>
+    </message>
+    <message>
+        <source>Kinds of captures:</source>
+        <translation>Kinds of captures:</translation>
+    </message>
+    <message>
+        <source>x9capture COMMAND --help tells more. &quot;-&quot; stands for standard input or output.
+It ends with 0 when all went well, 1 when a file cannot be read or written, 2 when it was called wrongly,
+3 when verify has found something or --strict has kept something from being lost.</source>
+        <translation>x9capture COMMAND --help tells more. &quot;-&quot; stands for standard input or output.
+It ends with 0 when all went well, 1 when a file cannot be read or written, 2 when it was called wrongly,
+3 when verify has found something or --strict has kept something from being lost.</translation>
+    </message>
+    <message>
+        <source>Examples:</source>
+        <translation>Examples:</translation>
+    </message>
+    <message>
+        <source>%1 wants: %2</source>
+        <translation>%1 wants: %2</translation>
+    </message>
+    <message>
+        <source>--words is en or zh, --times is auto, system or device.</source>
+        <translation>--words is en or zh, --times is auto, system or device.</translation>
+    </message>
+    <message>
+        <source>%1 could not be read to its end.</source>
+        <translation>%1 could not be read to its end.</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>none</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>%1 classic CAN</source>
+        <translation>%1 classic CAN</translation>
+    </message>
+    <message>
+        <source>%1 CAN FD</source>
+        <translation>%1 CAN FD</translation>
+    </message>
+    <message>
+        <source>%1 LIN</source>
+        <translation>%1 LIN</translation>
+    </message>
+    <message>
+        <source>%1 error frames</source>
+        <translation>%1 error frames</translation>
+    </message>
+    <message>
+        <source>%1 of them remote</source>
+        <translation>%1 of them remote</translation>
+    </message>
+    <message>
+        <source>%1 sent</source>
+        <translation>%1 sent</translation>
+    </message>
+    <message>
+        <source>%1 refused</source>
+        <translation>%1 refused</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 frames</translation>
+    </message>
+    <message>
+        <source>bus load %1 %</source>
+        <translation>bus load %1 %</translation>
+    </message>
+    <message>
+        <source>Channel %1</source>
+        <translation>Channel %1</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>Kind</translation>
+    </message>
+    <message>
+        <source>Frames</source>
+        <translation>Frames</translation>
+    </message>
+    <message>
+        <source>First</source>
+        <translation>First</translation>
+    </message>
+    <message>
+        <source>Last</source>
+        <translation>Last</translation>
+    </message>
+    <message>
+        <source>Duration</source>
+        <translation>Duration</translation>
+    </message>
+    <message>
+        <source>Rate</source>
+        <translation>Rate</translation>
+    </message>
+    <message>
+        <source>%1 frames/s</source>
+        <translation>%1 frames/s</translation>
+    </message>
+    <message>
+        <source>Identifiers</source>
+        <translation>Identifiers</translation>
+    </message>
+    <message>
+        <source>more than %1</source>
+        <translation>more than %1</translation>
+    </message>
+    <message>
+        <source>Findings</source>
+        <translation>Findings</translation>
+    </message>
+    <message>
+        <source>%1; x9capture verify lists them</source>
+        <translation>%1; x9capture verify lists them</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>error</translation>
+    </message>
+    <message>
+        <source>extended</source>
+        <translation>extended</translation>
+    </message>
+    <message>
+        <source>standard</source>
+        <translation>standard</translation>
+    </message>
+    <message>
+        <source>%1: %2 frames, %3 findings</source>
+        <translation>%1: %2 frames, %3 findings</translation>
+    </message>
+    <message>
+        <source>Channel</source>
+        <translation>Channel</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>Mean ms</source>
+        <translation>Mean ms</translation>
+    </message>
+    <message>
+        <source>Min ms</source>
+        <translation>Min ms</translation>
+    </message>
+    <message>
+        <source>Max ms</source>
+        <translation>Max ms</translation>
+    </message>
+    <message>
+        <source>Deviation ms</source>
+        <translation>Deviation ms</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>Length</translation>
+    </message>
+    <message>
+        <source>Changing bytes</source>
+        <translation>Changing bytes</translation>
+    </message>
+    <message>
+        <source>%1 frames of further identifiers are not listed</source>
+        <translation>%1 frames of further identifiers are not listed</translation>
+    </message>
+    <message>
+        <source>%1: which kind of capture is to be written? Name it with --to.</source>
+        <translation>%1: which kind of capture is to be written? Name it with --to.</translation>
+    </message>
+    <message>
+        <source>%1 would not hold everything; it was not written.</source>
+        <translation>%1 would not hold everything; it was not written.</translation>
+    </message>
+    <message>
+        <source>%1: %2 frames from %3</source>
+        <translation>%1: %2 frames from %3</translation>
+    </message>
+    <message>
+        <source>--%1: %2 is neither a number of seconds nor a time such as 2026-03-31T10:20:30.</source>
+        <translation>--%1: %2 is neither a number of seconds nor a time such as 2026-03-31T10:20:30.</translation>
+    </message>
+    <message>
+        <source>--start and --end must both be seconds or both be times with a date.</source>
+        <translation>--start and --end must both be seconds or both be times with a date.</translation>
+    </message>
+    <message>
+        <source>--id: %1 is neither an identifier nor a range of them (hexadecimal).</source>
+        <translation>--id: %1 is neither an identifier nor a range of them (hexadecimal).</translation>
+    </message>
+    <message>
+        <source>--channel: %1 is no channel.</source>
+        <translation>--channel: %1 is no channel.</translation>
+    </message>
+    <message>
+        <source>%1 has times of another kind than %2. With --align all begin together.</source>
+        <translation>%1 has times of another kind than %2. With --align all begin together.</translation>
+    </message>
+    <message>
+        <source>%1 captures</source>
+        <translation>%1 captures</translation>
+    </message>
+    <message>
+        <source>%1: %2 values from %3 of %4 frames</source>
+        <translation>%1: %2 values from %3 of %4 frames</translation>
+    </message>
+    <message>
+        <source>%1 frames are in no database.</source>
+        <translation>%1 frames are in no database.</translation>
+    </message>
+    <message>
+        <source>%1 frames are too short for all of their signals.</source>
+        <translation>%1 frames are too short for all of their signals.</translation>
+    </message>
+    <message>
+        <source>By which DBC or LDF file? Name it with --database.</source>
+        <translation>By which DBC or LDF file? Name it with --database.</translation>
+    </message>
+    <message>
+        <source>--signal: no database has %1.</source>
+        <translation>--signal: no database has %1.</translation>
+    </message>
+    <message>
+        <source>The DBC or LDF file. May be given several times.</source>
+        <translation>The DBC or LDF file. May be given several times.</translation>
+    </message>
+    <message>
+        <source>With --wide: a column keeps its last value.</source>
+        <translation>With --wide: a column keeps its last value.</translation>
+    </message>
+    <message>
+        <source>Only this: &quot;Message&quot; or &quot;Message.Signal&quot;, with * and ?. May be given several times.</source>
+        <translation>Only this: &quot;Message&quot; or &quot;Message.Signal&quot;, with * and ?. May be given several times.</translation>
+    </message>
+</context>
+<context>
+    <name>DatabaseFile</name>
+    <message>
+        <source>The encoding %1 is not known</source>
+        <translation>The encoding %1 is not known</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation>%1 cannot be read: %2</translation>
+    </message>
+    <message>
+        <source>%1 is larger than %2 MB</source>
+        <translation>%1 is larger than %2 MB</translation>
+    </message>
+    <message>
+        <source>%1 has no messages that can be decoded</source>
+        <translation>%1 has no messages that can be decoded</translation>
+    </message>
+</context>
+<context>
+    <name>DatabaseParser</name>
+    <message>
+        <source>a keyword</source>
+        <translation>a keyword</translation>
+    </message>
+    <message>
+        <source>a name</source>
+        <translation>a name</translation>
+    </message>
+    <message>
+        <source>a number</source>
+        <translation>a number</translation>
+    </message>
+    <message>
+        <source>a whole number</source>
+        <translation>a whole number</translation>
+    </message>
+    <message>
+        <source>a quoted text</source>
+        <translation>a quoted text</translation>
+    </message>
+    <message>
+        <source>the end of the line</source>
+        <translation>the end of the line</translation>
+    </message>
+    <message>
+        <source>Expected here: %1</source>
+        <translation>Expected here: %1</translation>
+    </message>
+    <message>
+        <source>This text has no end</source>
+        <translation>This text has no end</translation>
+    </message>
+    <message>
+        <source>More than %1 of these are not read</source>
+        <translation>More than %1 of these are not read</translation>
+    </message>
+    <message>
+        <source>%1 is multiplexed by nothing that the message has</source>
+        <translation>%1 is multiplexed by nothing that the message has</translation>
+    </message>
+    <message>
+        <source>What multiplexes %1 is left out, goes round in a circle or is nested too deep</source>
+        <translation>What multiplexes %1 is left out, goes round in a circle or is nested too deep</translation>
+    </message>
+    <message>
+        <source>%1 does not fit into any frame and is left out</source>
+        <translation>%1 does not fit into any frame and is left out</translation>
+    </message>
+    <message>
+        <source>%1 needs %2 bytes, its message has %3</source>
+        <translation>%1 needs %2 bytes, its message has %3</translation>
+    </message>
+    <message>
+        <source>The keyword %1 is not known</source>
+        <translation>The keyword %1 is not known</translation>
+    </message>
+    <message>
+        <source>%1 is longer than any frame</source>
+        <translation>%1 is longer than any frame</translation>
+    </message>
+    <message>
+        <source>Another message has this identifier, or none can have it: %1 is left out</source>
+        <translation>Another message has this identifier, or none can have it: %1 is left out</translation>
+    </message>
+    <message>
+        <source>The identifier of %1 has more than 11 bits and is taken for an extended one</source>
+        <translation>The identifier of %1 has more than 11 bits and is taken for an extended one</translation>
+    </message>
+    <message>
+        <source>Its message has another signal with the name %1</source>
+        <translation>Its message has another signal with the name %1</translation>
+    </message>
+    <message>
+        <source>The length of a signal is from 1 to 64 bits: %1 is left out</source>
+        <translation>The length of a signal is from 1 to 64 bits: %1 is left out</translation>
+    </message>
+    <message>
+        <source>Not understood: %1</source>
+        <translation>Not understood: %1</translation>
+    </message>
+    <message>
+        <source>No message has the identifier %1</source>
+        <translation>No message has the identifier %1</translation>
+    </message>
+    <message>
+        <source>%1 has no signal %2</source>
+        <translation>%1 has no signal %2</translation>
+    </message>
+    <message>
+        <source>A float has 32 bits and the type 1, a double 64 and the type 2</source>
+        <translation>A float has 32 bits and the type 1, a double 64 and the type 2</translation>
+    </message>
+    <message>
+        <source>A signal has 1 to 64 bits, an array 1 to 8 bytes: %1 is left out</source>
+        <translation>A signal has 1 to 64 bits, an array 1 to 8 bytes: %1 is left out</translation>
+    </message>
+    <message>
+        <source>Another signal has the name %1</source>
+        <translation>Another signal has the name %1</translation>
+    </message>
+    <message>
+        <source>Another frame has the name %1</source>
+        <translation>Another frame has the name %1</translation>
+    </message>
+    <message>
+        <source>The identifier of a LIN frame is from 0 to 63: %1 is left out</source>
+        <translation>The identifier of a LIN frame is from 0 to 63: %1 is left out</translation>
+    </message>
+    <message>
+        <source>%1 is no signal</source>
+        <translation>%1 is no signal</translation>
+    </message>
+    <message>
+        <source>%1 is no encoding</source>
+        <translation>%1 is no encoding</translation>
+    </message>
+    <message>
+        <source>%1 is no frame of its own</source>
+        <translation>%1 is no frame of its own</translation>
     </message>
 </context>
 <context>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "adapter/AdapterClock.h"
-#include "adapter/ConfigReader.h"
-#include "adapter/VirtualAdapter.h"
+#include "adapter/virtual/AdapterClock.h"
+#include "adapter/virtual/ConfigReader.h"
+#include "adapter/virtual/VirtualAdapter.h"
 #include "device/AdapterRecords.h"
 
 #include <QByteArray>

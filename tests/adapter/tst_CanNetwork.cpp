@@ -1,4 +1,4 @@
-#include "adapter/CanNetwork.h"
+#include "adapter/virtual/CanNetwork.h"
 #include "tests/adapter/AdapterBench.h"
 #include "tests/support/TestProgram.h"
 

@@ -1,4 +1,4 @@
-#include "adapter/ConfigReader.h"
+#include "adapter/virtual/ConfigReader.h"
 #include "tests/support/TestProgram.h"
 
 #include <QDir>

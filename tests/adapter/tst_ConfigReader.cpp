@@ -1,6 +1,6 @@
-#include "adapter/AdapterConfig.h"
-#include "adapter/ConfigReader.h"
 #include "adapter/JsonTree.h"
+#include "adapter/virtual/AdapterConfig.h"
+#include "adapter/virtual/ConfigReader.h"
 #include "tests/support/TestProgram.h"
 
 #include <QFile>

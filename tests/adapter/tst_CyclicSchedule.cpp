@@ -1,4 +1,4 @@
-#include "adapter/CyclicSchedule.h"
+#include "adapter/virtual/CyclicSchedule.h"
 #include "tests/support/TestProgram.h"
 
 #include <QtTest>

@@ -1,4 +1,4 @@
-#include "adapter/LinProtocol.h"
+#include "adapter/virtual/LinProtocol.h"
 #include "tests/support/TestProgram.h"
 
 #include <QtTest>

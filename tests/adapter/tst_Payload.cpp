@@ -1,4 +1,4 @@
-#include "adapter/Payload.h"
+#include "adapter/virtual/Payload.h"
 #include "tests/support/TestProgram.h"
 
 #include <QtTest>

@@ -206,10 +206,11 @@ void tst_VirtualAdapterLibrary::unsupportedEntriesAnswerZero()
 {
     Library library(WholePath);
     QVERIFY(library.load());
-    for (const char *name :
-         {"VCI_ReadBoardInfo", "VCI_ReadErrInfo", "VCI_ReadCANStatus", "VCI_GetReference", "VCI_SetReference"}) {
+    for (const char *name : {"VCI_ReadBoardInfo", "VCI_ReadCANStatus", "VCI_GetReference", "VCI_SetReference"}) {
         QCOMPARE(resolve<AdapterEntry::Unused>(library, name)(), 0U);
     }
+    VCI_ERR_INFO info{};
+    QCOMPARE(resolve<AdapterEntry::ReadErrInfo>(library, "VCI_ReadErrInfo")(AdapterDeviceType, 0, 0, &info), 0U);
     QVERIFY(library.unload());
 }
 
@@ -232,6 +233,7 @@ void tst_VirtualAdapterLibrary::entriesFreeTheirArguments_data()
     QTest::newRow("VCI_CloseDevice") << StackOf<CloseDevice>;
     QTest::newRow("VCI_InitCAN") << StackOf<InitCAN>;
     QTest::newRow("VCI_ReadBoardInfo") << StackOf<Unused>;
+    QTest::newRow("VCI_ReadErrInfo") << StackOf<ReadErrInfo>;
     QTest::newRow("VCI_StartCAN") << StackOf<Channel>;
     QTest::newRow("VCI_ResetCAN") << StackOf<Channel>;
     QTest::newRow("VCI_GetReceiveNum") << StackOf<Channel>;

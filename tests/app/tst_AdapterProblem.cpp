@@ -12,33 +12,33 @@ class tst_AdapterProblem : public QObject
 
 private slots:
     static void missingLibrary();
+    static void libraryOfTheOtherWordSize();
+    static void wrongArchitecture_data();
     static void wrongArchitecture();
     static void unloadableLibrary();
     static void libraryThatIsTooOld();
     static void nothingToTell();
     static void channelThatDoesNotOpen_data();
     static void channelThatDoesNotOpen();
+    static void whatTheLibraryTells_data();
+    static void whatTheLibraryTells();
 };
 
 namespace {
-/// A library for the other word size: an ELF header of 64 bytes with class 32 bit, or a PE file for i386 or x86-64.
-QByteArray foreignLibrary()
+/// The head of a library of this system: for x86 of so many bits, or else, with 0, for an ARM processor.
+QByteArray library(int bits)
 {
 #ifdef Q_OS_WIN
-    QByteArray file(256, '\0');
-    file.replace(0, 2, "MZ");
-    file[0x3C] = '\x80';
-    file.replace(0x80, 6, QT_POINTER_SIZE == 8 ? QByteArray("PE\0\0\x4C\x01", 6) : QByteArray("PE\0\0\x64\x86", 6));
+    const QByteArray machine =
+        bits == 32 ? QByteArray("\x4C\x01", 2) : QByteArray(bits == 64 ? "\x64\x86" : "\x64\xAA", 2);
+    return "MZ" + QByteArray(0x3A, '\0') + QByteArray("\x40\0\0\0PE\0\0", 8) + machine + QByteArray(128, '\0');
 #else
-    QByteArray file(64, '\0');
-    file.replace(0, 7,
-                 QByteArray("\x7F"
-                            "ELF\x01\x01\x01",
-                            7));
-    file[16] = 3; // shared object
-    file[18] = 3; // EM_386
+    const QByteArray machine = bits == 32 ? QByteArray("\x03\0", 2) : QByteArray(bits == 64 ? "\x3E\0" : "\xB7\0", 2);
+    const QByteArray first("\x7F"
+                           "ELF");
+    return first + (bits == 32 ? '\1' : '\2') + QByteArray("\1\1", 2) + QByteArray(9, '\0') + QByteArray("\3\0", 2) +
+           machine + QByteArray(128, '\0');
 #endif
-    return file;
 }
 
 QString writeFile(const QTemporaryDir &folder, const QByteArray &content)
@@ -59,12 +59,52 @@ void tst_AdapterProblem::missingLibrary()
     QVERIFY2(text.contains(QLatin1String("not found")), qPrintable(text));
 }
 
+/// Which one it is, and on Windows which download fits it.
+void tst_AdapterProblem::libraryOfTheOtherWordSize()
+{
+    constexpr int Own = QT_POINTER_SIZE * 8;
+    constexpr int Other = 96 - Own;
+    const QTemporaryDir folder;
+    const CANAPI api(writeFile(folder, library(Other)));
+    QCOMPARE(api.state(), AdapterLibraryState::WrongArchitecture);
+    const QString text = adapterLibraryProblem(api);
+    const QString file = QDir::toNativeSeparators(api.libraryPath());
+    const QString first = QStringLiteral("The adapter library %1 is a %2-bit one; this is the %3-bit program.")
+                              .arg(file, QString::number(Other), QString::number(Own));
+    QVERIFY2(text.startsWith(first + QLatin1Char('\n')), qPrintable(text));
+#ifdef Q_OS_WIN
+    const QString download = QStringLiteral("the download with \"windows-%1bit\" in its name").arg(Other);
+    QVERIFY2(text.contains(download), qPrintable(text));
+#else
+    QVERIFY2(!text.contains(QLatin1String("download")), qPrintable(text)); // there is no other one
+#endif
+    QVERIFY2(text.contains(QStringLiteral("the adapter's %1-bit library beside").arg(Own)), qPrintable(text));
+    QVERIFY2(!text.contains(QLatin1Char('%')), qPrintable(text));
+}
+
+void tst_AdapterProblem::wrongArchitecture_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("another processor") << library(0);
+#ifdef Q_OS_WIN
+    QTest::newRow("another system") << QByteArray("\x7F"
+                                                  "ELF\2\1\1\0\0\0\0\0\0\0\0\0\3\0\x3E\0",
+                                                  20);
+#else
+    QTest::newRow("another system") << QByteArray("MZ" + QByteArray(0x3A, '\0') +
+                                                  QByteArray("\x40\0\0\0PE\0\0\x4C\1", 10));
+#endif
+}
+
 void tst_AdapterProblem::wrongArchitecture()
 {
+    QFETCH(QByteArray, content);
     const QTemporaryDir folder;
-    const CANAPI api(writeFile(folder, foreignLibrary()));
+    const CANAPI api(writeFile(folder, content));
+    QCOMPARE(api.state(), AdapterLibraryState::WrongArchitecture);
     const QString text = adapterLibraryProblem(api);
-    QVERIFY2(text.contains(QStringLiteral("%1-bit").arg(QT_POINTER_SIZE * 8)), qPrintable(text));
+    const QString needs = QStringLiteral("is made for another kind of processor; this program needs the %1-bit one.");
+    QVERIFY2(text.contains(needs.arg(QT_POINTER_SIZE * 8)), qPrintable(text));
 }
 
 void tst_AdapterProblem::unloadableLibrary()
@@ -107,7 +147,43 @@ void tst_AdapterProblem::channelThatDoesNotOpen()
     ChannelParam param;
     param.device = 3;
     param.channel = 1;
-    QTEST(channelOpenProblem(static_cast<CANError>(error), param).section(QLatin1Char('\n'), 0, 0), "text");
+    QTEST(channelOpenProblem(static_cast<CANError>(error), param, {}).section(QLatin1Char('\n'), 0, 0), "text");
+}
+
+void tst_AdapterProblem::whatTheLibraryTells_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("sentence");
+    using Code = AdapterProblemCode;
+    const auto row = [](Code code, const char *sentence) {
+        QTest::newRow(sentence) << static_cast<int>(code) << QString::fromLatin1(sentence);
+    };
+    row(Code::NoInterface, "This computer has no CAN interface for it.");
+    row(Code::WrongBitRate, "Its interface runs at another bit rate, which this program may not change.");
+    row(Code::WrongMode, "Its interface is in another mode, which this program may not change.");
+    row(Code::IsDown, "Its interface is down, and this program may not bring it up.");
+    row(Code::NoCanFd, "Its interface has no CAN FD.");
+    row(Code::NoSuchBitRate, "This bit rate cannot be set.");
+    row(Code::System, "The system refused it.");
+    row(static_cast<Code>(77), "The system refused it.");
+}
+
+void tst_AdapterProblem::whatTheLibraryTells()
+{
+    QFETCH(int, code);
+    QFETCH(QString, sentence);
+    ChannelParam param;
+    param.channel = 1;
+    const ChannelProblem reason{static_cast<AdapterProblemCode>(code), QStringLiteral("can1 is so"),
+                                QStringLiteral("ip link set can1 up")};
+    QCOMPARE(channelOpenProblem(CAN_ChannelOpenFailed, param, reason),
+             QStringLiteral("Device 0 could not open channel 1.\n%1\n(can1 is so)\n"
+                            "An administrator can help with this command:\nip link set can1 up")
+                 .arg(sentence));
+    const ChannelProblem noLin{AdapterProblemCode::NoLin, QStringLiteral("this adapter has no LIN"), {}};
+    QCOMPARE(channelOpenProblem(CAN_ChannelOpenFailed, param, noLin),
+             QStringLiteral("Device 0 could not open channel 1.\nThis adapter has no LIN."));
+    QVERIFY(!channelOpenProblem(CAN_ChannelExists, param, reason).contains(sentence)); // of another opening
 }
 
 X9_CORE_TEST(tst_AdapterProblem)

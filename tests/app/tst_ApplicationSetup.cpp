@@ -1,6 +1,8 @@
 #include "app/Application.h"
 #include "tests/support/TestProgram.h"
+#include "widgets/CMessageBox.h"
 
+#include <QDialog>
 #include <QMenu>
 #include <QStyle>
 #include <QTableView>
@@ -14,6 +16,7 @@ private slots:
     static void initTestCase();
     static void oneFontForAllWidgets();
     static void scalesAsTheScreenIsSet();
+    static void noHelpButton();
     static void oneStyleOnAllSystems();
 };
 
@@ -45,6 +48,13 @@ void tst_ApplicationSetup::scalesAsTheScreenIsSet()
     QVERIFY(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
     QVERIFY(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
     QCOMPARE(QGuiApplication::highDpiScaleFactorRoundingPolicy(), Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+}
+
+/// The title bar of dialogs on Windows has no "?": there is nothing to be said by it.
+void tst_ApplicationSetup::noHelpButton()
+{
+    QVERIFY(!QDialog().windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
+    QVERIFY(!CMessageBox().windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
 }
 
 void tst_ApplicationSetup::oneStyleOnAllSystems()

@@ -37,7 +37,6 @@ void tst_GUI_SoftwareInfo::nameAndVersionAreShown()
     QCOMPARE(label(dialog, "label_name")->text(), QStringLiteral("Software name:"));
     QCOMPARE(label(dialog, "label_version")->text(), QStringLiteral("Software version:"));
     QCOMPARE(dialog.styleSheet(), QStringLiteral("QDialog{background-color:rgb(255 , 255 , 255);}"));
-    QVERIFY(!dialog.windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
     QVERIFY(!label(dialog, "lbl_icon")->pixmap(Qt::ReturnByValue).isNull());
 }
 

@@ -136,7 +136,6 @@ void tst_GUI_Update::look()
     QCOMPARE(dialog.minimumSize(), QSize(470, 420));
     QCOMPARE(dialog.maximumSize(), QSize(470, 420));
     QCOMPARE(dialog.size(), QSize(470, 420));
-    QVERIFY(!dialog.windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
     QVERIFY(dialog.styleSheet().startsWith(
         QStringLiteral("QDialog{background-color:rgb(255 , 255 , 255);}"
                        "QToolButton{background-color:#1e7eef; color:white; border-radius:18px;}")));

@@ -12,7 +12,7 @@
 #include <thread>
 
 #ifdef Q_OS_LINUX
-#include <sys/resource.h>
+#include "tests/app/PeakMemory.h"
 #endif
 
 namespace {
@@ -53,14 +53,6 @@ bool isEmpty(const Release &release)
 }
 
 #ifdef Q_OS_LINUX
-/// The most memory that this process ever had, in bytes.
-qint64 peakMemory()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return qint64(usage.ru_maxrss) * 1024;
-}
-
 /// While it lives, the toolkit trusts the certificate of the tests' server.
 class TrustedCertificate
 {

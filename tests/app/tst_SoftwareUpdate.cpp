@@ -150,6 +150,7 @@ SoftwareUpdate *tst_SoftwareUpdate::make(const QString &baseUrl, int limitMs)
     setup.baseUrl = baseUrl;
     setup.applicationDir = m_program->path();
     setup.packageFolder = m_data->path();
+    setup.updateKey.clear(); // tst_SignedUpdates has those with a key
     setup.startLimitMs = limitMs;
     setup.requestLimitMs = limitMs;
     setup.stallLimitMs = limitMs;

@@ -3,21 +3,13 @@
 
 #include <QtTest>
 
-namespace {
-constexpr qint64 None = -1;
-}
-
 class tst_CanDeviceParam : public QObject
 {
     Q_OBJECT
 
 private slots:
-    static void numberFromHexText_data();
-    static void numberFromHexText();
     static void linBaudRate_data();
     static void linBaudRate();
-    static void timing_data();
-    static void timing();
     static void acceptance_data();
     static void acceptance();
     static void oneChannelParamPerChannel();
@@ -28,47 +20,6 @@ private slots:
     static void linFields();
     static void noChannels();
 };
-
-void tst_CanDeviceParam::numberFromHexText_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<qint64>("number");
-    const auto row = [](const char *text, qint64 number) {
-        QTest::newRow(text) << QString::fromLatin1(text) << number;
-    };
-    row("0", 0);
-    row("00000000", 0);
-    row("1c", 0x1C);
-    row("BF", 0xBF);
-    row("0x1234abCD", 0x1234ABCD);
-    row("0X1234ABCD", 0x1234ABCD);
-    row("FFFFFFFF", 0xFFFFFFFF);
-    row("0xFFFFFFFF", 0xFFFFFFFF);
-    row(" 0x12 34 ", 0x1234);
-    row("000000000012", 0x12);
-    row("100000000", None);
-    row("0x1FFFFFFFF", None);
-    row("0000000000000001FFFFFFFFFFFFFFFFFFFFFFFF", 1); // the first 16 characters alone are read
-    row("", None);
-    row(" ", None);
-    row("0x", None);
-    row("0x0x1", None);
-    row("x1", None);
-    row("G", None);
-    row("12h", None);
-    row("-1", None);
-    row("+1", None);
-    row("1.5", None);
-    QTest::newRow("other digits") << QStringLiteral("\u0661\u0662") << None;
-    QTest::newRow("wide digits") << QStringLiteral("\uFF11") << None;
-}
-
-void tst_CanDeviceParam::numberFromHexText()
-{
-    QFETCH(QString, text);
-    const std::optional<quint32> number = numberFromHex(text);
-    QTEST(number ? qint64(*number) : None, "number");
-}
 
 void tst_CanDeviceParam::linBaudRate_data()
 {
@@ -100,23 +51,6 @@ void tst_CanDeviceParam::linBaudRate()
     QTEST(linBaudRateFromText(text), "rate");
 }
 
-void tst_CanDeviceParam::timing_data()
-{
-    QTest::addColumn<quint8>("timing");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("zero") << quint8(0) << QStringLiteral("00");
-    QTest::newRow("one digit") << quint8(1) << QStringLiteral("01");
-    QTest::newRow("letters") << quint8(0xBF) << QStringLiteral("BF");
-    QTest::newRow("highest") << quint8(0xFF) << QStringLiteral("FF");
-}
-
-void tst_CanDeviceParam::timing()
-{
-    QFETCH(quint8, timing);
-    QTEST(timingText(timing), "text");
-    QCOMPARE(numberFromHex(timingText(timing)).value_or(0x100), quint32(timing));
-}
-
 void tst_CanDeviceParam::acceptance_data()
 {
     QTest::addColumn<quint32>("value");
@@ -131,7 +65,6 @@ void tst_CanDeviceParam::acceptance()
 {
     QFETCH(quint32, value);
     QTEST(acceptanceText(value), "text");
-    QVERIFY(numberFromHex(acceptanceText(value)) == value);
 }
 
 void tst_CanDeviceParam::oneChannelParamPerChannel()

@@ -3,11 +3,17 @@
 
 #include <QtTest>
 
+namespace {
+constexpr qint64 None = -1;
+}
+
 class tst_CanFrameInput : public QObject
 {
     Q_OBJECT
 
 private slots:
+    static void numberFromHexText_data();
+    static void numberFromHexText();
     static void frameId_data();
     static void frameId();
     static void correctedText_data();
@@ -18,6 +24,47 @@ private slots:
     static void classicFrame();
     static void fdFrame();
 };
+
+void tst_CanFrameInput::numberFromHexText_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qint64>("number");
+    const auto row = [](const char *text, qint64 number) {
+        QTest::newRow(text) << QString::fromLatin1(text) << number;
+    };
+    row("0", 0);
+    row("00000000", 0);
+    row("1c", 0x1C);
+    row("BF", 0xBF);
+    row("0x1234abCD", 0x1234ABCD);
+    row("0X1234ABCD", 0x1234ABCD);
+    row("FFFFFFFF", 0xFFFFFFFF);
+    row("0xFFFFFFFF", 0xFFFFFFFF);
+    row(" 0x12 34 ", 0x1234);
+    row("000000000012", 0x12);
+    row("100000000", None);
+    row("0x1FFFFFFFF", None);
+    row("0000000000000001FFFFFFFFFFFFFFFFFFFFFFFF", 1); // the first 16 characters alone are read
+    row("", None);
+    row(" ", None);
+    row("0x", None);
+    row("0x0x1", None);
+    row("x1", None);
+    row("G", None);
+    row("12h", None);
+    row("-1", None);
+    row("+1", None);
+    row("1.5", None);
+    QTest::newRow("other digits") << QStringLiteral("\u0661\u0662") << None;
+    QTest::newRow("wide digits") << QStringLiteral("\uFF11") << None;
+}
+
+void tst_CanFrameInput::numberFromHexText()
+{
+    QFETCH(QString, text);
+    const std::optional<quint32> number = numberFromHex(text);
+    QTEST(number ? qint64(*number) : None, "number");
+}
 
 void tst_CanFrameInput::frameId_data()
 {

@@ -396,7 +396,6 @@ void tst_GUI_CanFilterTool::looks()
 {
     const ToolUnderTest test;
     QCOMPARE(test.tool.windowTitle(), QStringLiteral("Filter configuration tool"));
-    QVERIFY(!test.tool.windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
     QCOMPARE(test.button("btn_ok")->property("nav").toString(), QStringLiteral("tBtnStyle_1"));
     QCOMPARE(test.button("btn_cancel")->property("nav").toString(), QStringLiteral("tBtnStyle_4"));
     QVERIFY(test.find<QLineEdit>("lbx_accCode")->isReadOnly());

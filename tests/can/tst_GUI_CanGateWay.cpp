@@ -153,7 +153,6 @@ void tst_GUI_CanGateWay::looksAsItShould()
     DialogUnderTest user({});
     QCOMPARE(user.dialog.windowTitle(), QStringLiteral("Gateway filtering rule"));
     QCOMPARE(user.dialog.size(), QSize(545, 381));
-    QVERIFY(!user.dialog.windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
     QCOMPARE(user.find<QLabel>("label")->text(), QStringLiteral("ID:  0x"));
     QCOMPARE(user.entry()->text(), QStringLiteral("1"));
     QCOMPARE(user.find<QPushButton>("btn_apply")->text(), QStringLiteral("Apply"));

@@ -182,7 +182,6 @@ void tst_GUI_CanScanBaudrate::form()
     QCOMPARE(m_dialog->size(), QSize(540, 380));
     QCOMPARE(m_dialog->minimumSize(), QSize(540, 380));
     QCOMPARE(m_dialog->maximumSize(), QSize(540, 380));
-    QVERIFY(!m_dialog->windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
     QCOMPARE(find<QPushButton>("btn_start")->text(), QStringLiteral("Scan"));
     QCOMPARE(find<QPushButton>("btn_stop")->text(), QStringLiteral("Stop"));
     QCOMPARE(find<QPushButton>("btn_apply")->text(), QStringLiteral("Apply"));

@@ -15,10 +15,11 @@ class Tab : public WidgetDeviceBase
 
 public:
     using WidgetDeviceBase::askSavePath;
-    using WidgetDeviceBase::decimalBlankValidator;
-    using WidgetDeviceBase::decimalValidator;
-    using WidgetDeviceBase::hexBlankValidator;
-    using WidgetDeviceBase::hexValidator;
+    using WidgetDeviceBase::Decimal;
+    using WidgetDeviceBase::DecimalBlank;
+    using WidgetDeviceBase::Hex;
+    using WidgetDeviceBase::HexBlank;
+    using WidgetDeviceBase::validator;
     using WidgetDeviceBase::WidgetDeviceBase;
 };
 
@@ -55,15 +56,15 @@ void tst_WidgetDeviceBase::keepsTheChannelParameters()
 
 void tst_WidgetDeviceBase::validators()
 {
-    const Tab tab{ChannelParam()};
-    QVERIFY(accepts(tab.hexBlankValidator(), QStringLiteral("0 aF 9")));
-    QVERIFY(!accepts(tab.hexBlankValidator(), QStringLiteral("0x1")));
-    QVERIFY(accepts(tab.hexValidator(), QStringLiteral("0aF9")));
-    QVERIFY(!accepts(tab.hexValidator(), QStringLiteral("0 a")));
-    QVERIFY(accepts(tab.decimalBlankValidator(), QStringLiteral("1 000")));
-    QVERIFY(!accepts(tab.decimalBlankValidator(), QStringLiteral("1A")));
-    QVERIFY(accepts(tab.decimalValidator(), QStringLiteral("1000")));
-    QVERIFY(!accepts(tab.decimalValidator(), QStringLiteral("1 000")));
+    Tab tab{ChannelParam()};
+    QVERIFY(accepts(tab.validator(Tab::HexBlank), QStringLiteral("0 aF 9")));
+    QVERIFY(!accepts(tab.validator(Tab::HexBlank), QStringLiteral("0x1")));
+    QVERIFY(accepts(tab.validator(Tab::Hex), QStringLiteral("0aF9")));
+    QVERIFY(!accepts(tab.validator(Tab::Hex), QStringLiteral("0 a")));
+    QVERIFY(accepts(tab.validator(Tab::DecimalBlank), QStringLiteral("1 000")));
+    QVERIFY(!accepts(tab.validator(Tab::DecimalBlank), QStringLiteral("1A")));
+    QVERIFY(accepts(tab.validator(Tab::Decimal), QStringLiteral("1000")));
+    QVERIFY(!accepts(tab.validator(Tab::Decimal), QStringLiteral("1 000")));
 }
 
 void tst_WidgetDeviceBase::savePath_data()

@@ -73,7 +73,7 @@ class Lister
 public:
     explicit Lister(bool isCANFD = false, QWidget *parent = nullptr)
         : manager(adapter.table())
-        , dialog(std::make_unique<GUI_CanAdvancedOpearation>(manager, Device, Channel, isCANFD, parent))
+        , dialog(std::make_unique<GUI_CanAdvancedOpearation>(channelParam(isCANFD), manager, parent))
         , states(dialog.get(), &GUI_CanAdvancedOpearation::sig_sendStateChanged)
     {
         QObject::connect(dialog.get(), &GUI_CanAdvancedOpearation::sig_addTableItems,
@@ -380,7 +380,6 @@ void tst_GUI_CanAdvancedOpearation::window()
 {
     const Lister lister;
     QCOMPARE(lister.dialog->size(), QSize(835, 400));
-    QVERIFY(!lister.dialog->windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
     QVERIFY(lister.dialog->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     QVERIFY(lister.dialog->windowFlags().testFlag(Qt::WindowCloseButtonHint));
     QVERIFY(!lister.dialog->isModal());

@@ -240,6 +240,7 @@ void tst_FirmwareMonitor::otherModels_data()
     QTest::newRow("another family") << QByteArray("X9LC-200");
     QTest::newRow("lower case") << QByteArray("x9ec-200");
     QTest::newRow("not at the beginning") << QByteArray(" X9EC-200");
+    QTest::newRow("of another maker") << QByteArray("X9FC SocketCAN");
     QTest::newRow("three characters") << QByteArray("X9E");
     QTest::newRow("a zero within") << QByteArray("X9E\0C-200", 9);
     QTest::newRow("none") << QByteArray();

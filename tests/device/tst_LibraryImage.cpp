@@ -39,6 +39,8 @@ private slots:
     static void comparesMachines_data();
     static void comparesMachines();
     static void knowsTheRunningProgram();
+    static void bits_data();
+    static void bits();
 };
 
 void tst_LibraryImage::reads_data()
@@ -109,6 +111,29 @@ void tst_LibraryImage::knowsTheRunningProgram()
     QFile program(QCoreApplication::applicationFilePath());
     QVERIFY(program.open(QIODevice::ReadOnly));
     QVERIFY(!libraryMachine(program.read(LibraryImageHeadSize)).isEmpty());
+}
+
+void tst_LibraryImage::bits_data()
+{
+    QTest::addColumn<QByteArray>("head");
+    QTest::addColumn<int>("bits");
+    QTest::newRow("ELF x86-64") << elfX64 << 64;
+    QTest::newRow("ELF x86") << elf(1, 1, QByteArray("\x03\0", 2)) << 32;
+    QTest::newRow("ELF x86-64 with 32-bit addresses") << elf(1, 1, QByteArray("\x3E\0", 2)) << 0;
+    QTest::newRow("ELF PowerPC 64") << elf(2, 2, QByteArray("\0\x15", 2)) << 0;
+    QTest::newRow("ELF ARM 64") << elf(2, 1, QByteArray("\xB7\0", 2)) << 0;
+    QTest::newRow("PE x64") << peX64 << 64;
+    QTest::newRow("PE x86") << peX86 << 32;
+    QTest::newRow("PE ARM 64") << pe(QByteArray("\x40\0\0\0", 4), QByteArray("PE\0\0\x64\xAA", 6)) << 0;
+    QTest::newRow("no library") << QByteArray("text") << 0;
+}
+
+void tst_LibraryImage::bits()
+{
+    QFETCH(QByteArray, head);
+    QTEST(libraryBits(libraryMachine(head)), "bits");
+    QCOMPARE(libraryBits(fileMachine(QCoreApplication::applicationFilePath())), int(8 * sizeof(void *)));
+    QCOMPARE(fileMachine(QStringLiteral("no such file")), QByteArray());
 }
 
 X9_CORE_TEST(tst_LibraryImage)

@@ -12,7 +12,6 @@ private slots:
     static void decodesPairs();
     static void countsDigits_data();
     static void countsDigits();
-    static void writesPairs();
 };
 
 void tst_LINHexPairs::decodesPairs_data()
@@ -73,14 +72,6 @@ void tst_LINHexPairs::countsDigits()
     QFETCH(int, length);
     QFETCH(QString, text);
     QTEST(hasHexPairs(text, length), "isEnough");
-}
-
-void tst_LINHexPairs::writesPairs()
-{
-    QCOMPARE(hexPair(0), QStringLiteral("00"));
-    QCOMPARE(hexPair(0xAF), QStringLiteral("AF"));
-    QCOMPARE(hexPairs(QByteArray()), QString());
-    QCOMPARE(hexPairs(QByteArray::fromHex("01a2FF")), QStringLiteral("01 A2 FF "));
 }
 
 X9_PLAIN_TEST(tst_LINHexPairs)

@@ -1,6 +1,6 @@
 #include "device/CANCommunication.h"
-#include "lin/LINFrameModel.h"
-#include "lin/LINModePage.h"
+#include "lin/LINFrameView.h"
+#include "lin/LINTablePage.h"
 #include "tests/lin/LINTestFrames.h"
 #include "tests/support/SaveDialogDriver.h"
 #include "tests/support/ScriptedAdapter.h"
@@ -9,21 +9,29 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
 /// Makes the functions that pages use reachable for the test.
-class Page : public LINModePage
+class Page : public LINTablePage
 {
     Q_OBJECT
 
 public:
-    using LINModePage::LINModePage;
-    using LINModePage::saveTable;
+    Page(LINMode mode, const ChannelParam &param, CANCommunication &communication)
+        : LINTablePage(mode, param, communication)
+    {
+        connectTable(&table, &save, &clear);
+    }
     using LINModePage::startRunning;
     using LINModePage::stopRunning;
+
+    LINFrameView table;
+    QPushButton save;
+    QPushButton clear;
 
 protected slots:
     void slot_startBtnClicked() override {}
@@ -115,11 +123,10 @@ void tst_LINModePage::doesNotRunWhenTheAdapterRefuses()
 void tst_LINModePage::saves()
 {
     PageUnderTest test;
-    LINFrameModel model;
-    model.append(linFrame(0x12, "01A2"), 0);
+    test.page.slot_addRowItem(linFrame(0x12, "01A2"), false);
     const QTemporaryDir folder;
     const SaveDialogDriver dialog(folder.filePath(QStringLiteral("frames")));
-    test.page.saveTable(model);
+    test.page.save.click();
     QVERIFY(dialog.isAnswered());
     QCOMPARE(dialog.windowTitle(), QStringLiteral("Save File"));
     QCOMPARE(dialog.nameFilters(), QStringList{QStringLiteral("Csv File(*.csv)")});
@@ -133,13 +140,12 @@ void tst_LINModePage::saves()
 void tst_LINModePage::reportsAFailedSave()
 {
     PageUnderTest test;
-    const LINFrameModel model;
     auto folder = std::make_unique<QTemporaryDir>();
     // The folder goes away between the choice and the save.
     const QString path = folder->filePath(QStringLiteral("sub/frames.csv"));
     QVERIFY(QDir(folder->path()).mkdir(QStringLiteral("sub")));
     const SaveDialogDriver dialog(path, [&folder](QFileDialog &) { folder.reset(); });
-    test.page.saveTable(model);
+    test.page.save.click();
     QVERIFY(dialog.isAnswered());
     QCOMPARE(test.messages.count(), 1);
     QCOMPARE(test.message(), QStringLiteral("Save failure"));
@@ -149,9 +155,8 @@ void tst_LINModePage::reportsAFailedSave()
 void tst_LINModePage::cancelledSavingDoesNothing()
 {
     PageUnderTest test;
-    const LINFrameModel model;
     const SaveDialogDriver dialog{QString()};
-    test.page.saveTable(model);
+    test.page.save.click();
     QVERIFY(dialog.isAnswered());
     QCOMPARE(test.messages.count(), 0);
 }

@@ -109,7 +109,6 @@ void tst_CMessageBox::parts()
     QCOMPARE(box.text(), QStringLiteral("text"));
     QCOMPARE(static_cast<int>(CMessageBox::NoIcon), 0);
     QCOMPARE(static_cast<int>(CMessageBox::Critical), 5);
-    QVERIFY(!box.windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
 }
 
 void tst_CMessageBox::pictures_data()

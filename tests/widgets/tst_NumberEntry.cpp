@@ -64,6 +64,7 @@ private slots:
     static void spinBoxes_data();
     static void spinBoxes();
     static void spinBoxKeepsItsSuffixAndRange();
+    static void restricts();
 };
 
 void tst_NumberEntry::cleans_data()
@@ -247,6 +248,15 @@ void tst_NumberEntry::spinBoxKeepsItsSuffixAndRange()
     QCOMPARE(window.field->value(), 20);
     QTest::keyClick(window.field, Qt::Key_Up);
     QCOMPARE(window.field->text(), QStringLiteral("21 ms"));
+}
+
+/// What a paste brings along is taken out before the pattern is asked.
+void tst_NumberEntry::restricts()
+{
+    QLineEdit field;
+    restrictEntry(&field, NumberEntry::Hex, QStringLiteral("[A-F0-9]{1,2}"));
+    QTest::keyClicks(&field, QStringLiteral("0x1G 23"));
+    QCOMPARE(field.text(), QStringLiteral("12"));
 }
 
 X9_GUI_TEST(tst_NumberEntry)

@@ -38,6 +38,7 @@
 
 namespace {
 constexpr int StepTimeoutMs = 15000;
+constexpr int SlowStepTimeoutMs = 60000; ///< in a virtual machine
 constexpr int FramesToSee = 200;
 /// Sent a hundred times a second on the channel that is shown.
 constexpr char HiddenId[] = "101";
@@ -45,18 +46,20 @@ constexpr char HiddenId[] = "101";
 constexpr std::array<int, 4> LINSlaves{0x10, 0x11, 0x12, 0x21};
 } // namespace
 
-Tour::Tour(GUI_CanView &window, QString language, const QDir &folder)
+Tour::Tour(GUI_CanView &window, QString language, const QDir &folder, Adapter adapter)
     : m_window(window)
     , m_language(std::move(language))
     , m_folder(folder)
+    , m_adapter(adapter)
 {
 }
 
 bool Tour::run()
 {
     return openChannels() && receive() && send() && sendRepeatedly() && sendList() && filterGateway() &&
-           refuseIdentifier() && hideIdentifier() && saveCaptures() && playCapture() && saveInRealTime() && openLIN() &&
-           runSchedule() && monitorLIN() && developLIN() && closeChannels() && lookAround() && switchLanguage();
+           refuseIdentifier() && hideIdentifier() && saveCaptures() && playCapture() && saveInRealTime() &&
+           (m_adapter == Adapter::Virtual ? useLIN() : refuseLIN()) && closeChannels() && lookAround() &&
+           switchLanguage();
 }
 
 bool Tour::openChannels()
@@ -354,12 +357,35 @@ bool Tour::saveInRealTime()
     return isGrowing;
 }
 
-bool Tour::openLIN()
+bool Tour::useLIN()
+{
+    return openLIN() && runSchedule() && monitorLIN() && developLIN();
+}
+
+void Tour::chooseLIN()
 {
     m_window.slot_openCanDevice();
     auto *dialog = m_window.findChild<GUI_CanDeviceParam *>();
     pressIn(*dialog, "btn_setup");
     pressIn(*dialog, "btn_ok");
+}
+
+/// The adapter has none, and the program says so.
+bool Tour::refuseLIN()
+{
+    chooseLIN();
+    const QPointer<CMessageBox> message(m_window.findChild<CMessageBox *>());
+    if (!waitUntil("LIN is refused", [&] { return message && message->text().contains(QLatin1String("LIN")); })) {
+        return false;
+    }
+    QTest::qWait(100);
+    shoot(*message, QStringLiteral("no-lin"));
+    return closeMessage();
+}
+
+bool Tour::openLIN()
+{
+    chooseLIN();
     return waitUntil("the LIN channel opens", [this] { return qobject_cast<GUI_LINDevice *>(tab()) != nullptr; });
 }
 
@@ -464,10 +490,11 @@ bool Tour::switchLanguage()
 
 bool Tour::waitUntil(const char *what, const std::function<bool()> &condition)
 {
-    if (QTest::qWaitFor(condition, StepTimeoutMs)) {
+    const int limitMs = qEnvironmentVariableIsSet("X9_TOUR_SLOWLY") ? SlowStepTimeoutMs : StepTimeoutMs;
+    if (QTest::qWaitFor(condition, limitMs)) {
         return true;
     }
-    QTextStream(stderr) << "The tour stopped: within " << StepTimeoutMs / 1000 << " s it did not happen that " << what
+    QTextStream(stderr) << "The tour stopped: within " << limitMs / 1000 << " s it did not happen that " << what
                         << ".\n";
     return false;
 }

@@ -16,8 +16,12 @@ class QWidget;
 class Tour
 {
 public:
+    enum class Adapter {
+        Virtual, ///< with the built-in buses
+        Can, ///< has no LIN; somebody sends 101 a hundred times a second on channel 0, and FD frames, and on channel 1
+    };
     /// Files are named after language and written to folder.
-    Tour(GUI_CanView &window, QString language, const QDir &folder);
+    Tour(GUI_CanView &window, QString language, const QDir &folder, Adapter adapter = Adapter::Virtual);
 
     /// Runs all steps; false, with a line on standard error, at the first one that does not come about.
     bool run();
@@ -39,6 +43,9 @@ private:
     static bool isHiddenIn(const QString &path);
     bool playCapture();
     bool saveInRealTime();
+    bool useLIN();
+    bool refuseLIN();
+    void chooseLIN();
     bool openLIN();
     bool runSchedule();
     bool monitorLIN();
@@ -63,5 +70,6 @@ private:
     GUI_CanView &m_window;
     QString m_language;
     QDir m_folder;
+    Adapter m_adapter;
     int m_shots = 0;
 };

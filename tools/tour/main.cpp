@@ -1,4 +1,5 @@
-// x9_tour LANGUAGE FOLDER   Shows the program at work (LANGUAGE zh or en), to be started beside the adapter library.
+// x9_tour LANGUAGE FOLDER [can]   Shows the program at work (LANGUAGE zh or en), to be started beside the adapter
+// library: the virtual one, or with "can" one that has no LIN, on interfaces that somebody sends on.
 
 #include "app/Application.h"
 #include "app/GUI_CanView.h"
@@ -14,8 +15,9 @@ int main(int argc, char *argv[])
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
-    if (arguments.size() != 3 || !QDir(arguments.at(2)).exists()) {
-        QTextStream(stderr) << "usage: x9_tour zh|en FOLDER\n";
+    const bool isCan = arguments.size() == 4 && arguments.at(3) == QLatin1String("can");
+    if ((arguments.size() != 3 && !isCan) || !QDir(arguments.at(2)).exists()) {
+        QTextStream(stderr) << "usage: x9_tour zh|en FOLDER [can]\n";
         return 2;
     }
     applyApplicationLook(application);
@@ -24,5 +26,6 @@ int main(int argc, char *argv[])
 
     GUI_CanView window(std::make_unique<CANCommunication>());
     window.show();
-    return Tour(window, arguments.at(1), QDir(arguments.at(2))).run() ? 0 : 1;
+    const auto adapter = isCan ? Tour::Adapter::Can : Tour::Adapter::Virtual;
+    return Tour(window, arguments.at(1), QDir(arguments.at(2)), adapter).run() ? 0 : 1;
 }

@@ -19,10 +19,10 @@ done
 
 result=$PWD/build/$name
 work=$result.work
-log=$result.log
+log=$result.log library=qt
 installed=$work/install$result
 
-say() { echo "windows/build-qt: $*"; }
+source tools/windows/debian-source.sh
 
 if [[ -e $result ]]; then
   say "$result is there already; remove it to build it again."
@@ -35,42 +35,7 @@ mkdir -p build
 exec 3>>"$log"
 flock --nonblock 3 || { say "another build is at work; see $log." >&2; exit 1; }
 
-finish() {
-  local code=$?
-  if ((code != 0)); then
-    tail -n 40 "$log" | cut -c -400 >&2
-    say "failed; the whole log is $log. Started again, it goes on where it stopped." >&2
-  fi
-}
 trap finish EXIT
-
-# In a subshell: where a step fails, the script ends outside of the redirection to the log.
-step() {
-  say "$1 ($(date +%H:%M))"
-  shift
-  ("$@") >>"$log" 2>&1
-}
-
-# APT with the machine's package sources and source packages beside them, and lists of its own: the machine's own lists
-# and configuration stay as they are.
-private_apt() {
-  apt-get -q -o Dir::Etc::SourceList=/dev/null -o Dir::Etc::SourceParts="$work/apt/sources" \
-    -o Dir::State::Lists="$work/apt/lists" -o Dir::Cache="$work/apt/cache" "$@"
-}
-
-list_packages() {
-  local file
-  mkdir -p "$work"/apt/{sources,lists/partial,cache/archives/partial}
-  for file in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
-    [[ -f $file ]] || continue
-    sed -E '/^[[:space:]]*deb[[:space:]]/ { p; s/deb/deb-src/ }' "$file" >"$work/apt/sources/$(basename "$file")"
-  done
-  for file in /etc/apt/sources.list.d/*.sources; do
-    [[ -f $file ]] || continue
-    sed -E 's/^Types:.*/Types: deb deb-src/I' "$file" >"$work/apt/sources/$(basename "$file")"
-  done
-  private_apt update
-}
 
 # APT accepts only what the signed package lists name, with its SHA-256; the tarball is checked against its .dsc too.
 fetch() {
@@ -103,21 +68,6 @@ adapt_tablet_header() {
 # Debian's MinGW-w64 has these libraries in small letters, and Linux tells capitals from small ones.
 adapt_library_names() {
   sed -i 's/-lSecur32/-lsecur32/; s/-lCrypt32/-lcrypt32/' "$work/source/src/network/ssl/ssl.pri"
-}
-
-# The compilers with posix threads under the names that Qt's build asks for, whatever the machine's alternatives say.
-# Where a library names its sources, the name does not tell where they lay.
-name_compilers() {
-  local compiler named
-  mkdir -p "$work/bin"
-  for compiler in gcc g++; do
-    named=$work/bin/$triplet-$compiler
-    cat >"$named" <<END
-#!/bin/sh
-exec $(command -v "$triplet-$compiler-posix") '-ffile-prefix-map=$work=qt' "\$@"
-END
-    chmod +x "$named"
-  done
 }
 
 # The prefix is no folder of this machine, since the libraries tell it wherever they are. They find their plugins from

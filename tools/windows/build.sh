@@ -4,7 +4,10 @@
 # of the two the virtual adapter alone is built: the tests see what a library of the wrong kind does. Qt for Windows comes
 # from build/qt-windows, where tools/windows/build-qt.sh puts it, or from an archive of that folder:
 # $X9_QT_WINDOWS_ARCHIVE, or ../shared/qt5-windows.tar.xz beside this folder. For 32 bits it is build/qt-windows32,
-# $X9_QT_WINDOWS32_ARCHIVE, ../shared/qt5-windows32.tar.xz. Ends with 3 where there is neither.
+# $X9_QT_WINDOWS32_ARCHIVE, ../shared/qt5-windows32.tar.xz. Ends with 3 where there is neither. libsodium comes from
+# build/libraries-windows and build/libraries-windows32, where tools/windows/build-libraries.sh puts it, or from an archive of
+# both: $X9_WINDOWS_LIBRARIES_ARCHIVE, or ../shared/windows-libraries.tar.xz; where there is neither it is built now.
+# $X9_UPDATE_KEY is the key for updates that the program gets, as X9_UPDATE_KEY of CMake; none where it is not set.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
@@ -17,16 +20,34 @@ fi
 
 tools/install-packages.sh build windows
 
+# find_others PRESET   Where the libraries beside Qt are; they are built when they are nowhere.
+find_others() {
+  if ! libraries_source "$1"; then
+    local bits=()
+    [[ $1 == windows ]] || bits=(--32)
+    tools/windows/build-libraries.sh "${bits[@]}" >&2
+    libraries_source "$1"
+  fi
+}
+
+archive_folder() {
+  case $1 in
+    windows) echo windows-libraries/x64 ;;
+    windows32) echo windows-libraries/x86 ;;
+  esac
+}
+
 # lay_out_libraries PRESET   The libraries that it is built with, in build/PRESET-libraries. They are laid out anew where they
-# come from another Qt. They appear under their name only when complete, and with today's times: the build compiles again what
-# uses them. Fails where there is no Qt.
+# come from other places than before. They appear under their name only when complete, and with today's times: the build
+# compiles again what uses them. Fails where there is no Qt.
 lay_out_libraries() {
-  local libraries=$PWD/build/$1-libraries qt
+  local libraries=$PWD/build/$1-libraries qt others
   if ! qt=$(qt_source "$1"); then
     [[ -e $libraries ]]
     return
   fi
-  [[ $(stat -c '%n %Y' "$qt") != "$(cat "$libraries/source" 2>/dev/null)" ]] || return 0
+  others=$(find_others "$1") || { echo "windows/build: there is no libsodium." >&2; exit 1; }
+  [[ $(stat -c '%n %Y' "$qt" "$others") != "$(cat "$libraries/source" 2>/dev/null)" ]] || return 0
   rm -rf "$libraries.new"
   mkdir -p "$libraries.new"
   if [[ -d $qt ]]; then
@@ -35,6 +56,11 @@ lay_out_libraries() {
     tar -xJmf "$qt" -C "$libraries.new" --strip-components 1
   fi
   [[ -e $libraries.new/lib/cmake/Qt5Core ]] || { echo "windows/build: there is no Qt in $qt." >&2; exit 1; }
+  if [[ -d $others ]]; then
+    cp -r "$others/." "$libraries.new"
+  else
+    tar -xJmf "$others" -C "$libraries.new" --strip-components 2 "$(archive_folder "$1")"
+  fi
   # A header-only library; /usr/include as a whole must not come along.
   mkdir -p "$libraries.new/include" "$libraries.new/share/cmake"
   cp -r /usr/include/nlohmann "$libraries.new/include"
@@ -42,7 +68,7 @@ lay_out_libraries() {
   # Qt's own texts in Chinese are no part of its base, and not made for one system.
   mkdir -p "$libraries.new/translations"
   cp /usr/share/qt5/translations/qtbase_zh_CN.qm "$libraries.new/translations"
-  stat -c '%n %Y' "$qt" >"$libraries.new/source"
+  stat -c '%n %Y' "$qt" "$others" >"$libraries.new/source"
   rm -rf "$libraries"
   mv "$libraries.new" "$libraries"
 }
@@ -55,7 +81,8 @@ fi
 
 # configure PRESET LIBRARIES ADAPTER_ONLY
 configure() {
-  cmake --preset "$1" "-DX9_WINDOWS_LIBRARIES=$PWD/build/$2-libraries" "-DX9_ADAPTER_ONLY=$3" >/dev/null
+  cmake --preset "$1" --no-warn-unused-cli "-DX9_WINDOWS_LIBRARIES=$PWD/build/$2-libraries" "-DX9_ADAPTER_ONLY=$3" \
+    "-DX9_UPDATE_KEY=${X9_UPDATE_KEY:-}" >/dev/null
 }
 
 # The virtual adapter needs no Qt, and so none of its own kind.

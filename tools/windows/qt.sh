@@ -1,4 +1,4 @@
-# Sourced by scripts that need to know where Qt for Windows is. PRESET is windows or windows32.
+# Sourced by scripts that need to know where Qt and the other libraries for Windows are. PRESET is windows or windows32.
 
 # qt_archive PRESET   The archive of a folder of Qt that is looked for.
 qt_archive() {
@@ -14,6 +14,21 @@ qt_source() {
     echo "build/qt-$1"
   elif [[ -f $(qt_archive "$1") ]]; then
     qt_archive "$1"
+  else
+    return 1
+  fi
+}
+
+# The other libraries, for both presets in one archive.
+libraries_archive=${X9_WINDOWS_LIBRARIES_ARCHIVE:-../shared/windows-libraries.tar.xz}
+
+# libraries_source PRESET   The folder that tools/windows/build-libraries.sh made, or else the archive. Fails where there is
+# neither.
+libraries_source() {
+  if [[ -d build/libraries-$1 ]]; then
+    echo "build/libraries-$1"
+  elif [[ -f $libraries_archive ]]; then
+    echo "$libraries_archive"
   else
     return 1
   fi

@@ -54,7 +54,7 @@ trap 'exit 143' TERM HUP
 # --- the packages
 
 step "building and packing"
-tools/windows/build.sh "${options[@]}" X9CAN ControlCAN x9_program_under_test >"$work/log" 2>&1 || { code=$?; tail -50 "$work/log" >&2; exit $code; }
+tools/windows/build.sh "${options[@]}" X9CAN x9capture ControlCAN x9_program_under_test >"$work/log" 2>&1 || { code=$?; tail -50 "$work/log" >&2; exit $code; }
 pack() { # pack <folder> [<argument of cpack>...]
   # Loose permissions and the time zone of the one who builds must not get into the packages.
   (umask 077 && TZ=Asia/Shanghai cpack --config "build/$preset/CPackConfig.cmake" -B "$@") >"$work/log" 2>&1 ||
@@ -89,9 +89,9 @@ folder=$place/$name
 [[ $(ls "$place") == "$name" ]] || fail "the ZIP does not unpack to one folder"
 (cd "$folder" && find . ! -type d -printf '%P\n' | sort) >"$work/paths"
 unexpected=$(grep -vxE "$(paste -sd'|' <<END
-X9CAN\.exe
+(X9CAN|x9capture)\.exe
 X9CAN demo\.cmd
-(Qt5(Core|Gui|Network|Widgets)|$exceptions|libstdc\+\+-6|libwinpthread-1)\.dll
+(Qt5(Core|Gui|Network|Widgets)|$exceptions|libsodium-23|libstdc\+\+-6|libwinpthread-1)\.dll
 qt\.conf
 plugins/(platforms/qwindows|imageformats/qico)\.dll
 translations/qtbase_zh_CN\.qm
@@ -107,7 +107,7 @@ while read -r binary; do
   [[ $("$triplet-objdump" -f "$folder/$binary" 2>&1) == *"file format $format"* ]] ||
     fail "$binary is not for $bits-bit programs"
 done < <(grep -E '\.(exe|dll)$' "$work/paths")
-for binary in X9CAN.exe virtual-adapter/ControlCAN.dll; do
+for binary in X9CAN.exe x9capture.exe virtual-adapter/ControlCAN.dll; do
   "$triplet-objdump" -p "$folder/$binary" >"$work/pe"
   for mark in "${marks[@]}"; do
     grep -qw "$mark" "$work/pe" || fail "$binary was built without $mark"
@@ -119,11 +119,11 @@ done
 # On 64-bit Windows a 32-bit program may have 4 GB of memory instead of 2.
 "$triplet-objdump" -p "$folder/X9CAN.exe" >"$work/pe"
 grep -qw 'large address aware' "$work/pe" || fail "X9CAN.exe leaves half of the memory alone"
-for path in X9CAN.exe "X9CAN demo.cmd" qt.conf plugins/platforms/qwindows.dll plugins/imageformats/qico.dll \
+for path in X9CAN.exe x9capture.exe "X9CAN demo.cmd" qt.conf plugins/platforms/qwindows.dll plugins/imageformats/qico.dll \
             translations/qtbase_zh_CN.qm virtual-adapter/ControlCAN.dll \
             virtual-adapter/example.virtual-adapter.json doc/guide.html doc/guide.zh.html doc/formats.html \
             doc/virtual-adapter.html doc/changelog.html doc/licences.txt \
-            doc/licences/{Qt,LGPL-3,GPL-3,GCC-runtime,mingw-w64,nlohmann-json,Qt-translations}.txt; do
+            doc/licences/{Qt,LGPL-3,GPL-3,GCC-runtime,libsodium,mingw-w64,nlohmann-json,Qt-translations}.txt; do
   [[ -s $folder/$path ]] || fail "$path is missing"
 done
 ! grep -rlF "$root" "$folder" || fail "these files tell where they were built"
@@ -201,8 +201,8 @@ start() { # start <program folder> <working folder> <command>...: the program is
   # Everything that is no part of Wine.
   loaded=$(sed -n 's|^[^/]* /|/|p' "/proc/$program/maps" | sed "s|^${X9_WINE_ROOT:-}/|/|" | sort -u |
            grep -iE '\.(dll|exe)$' | grep -v "/wine/$of_wine-" | grep -v "^$drive/windows/") || true
-  expected=$(printf "$at/%s\n" X9CAN.exe Qt5{Core,Gui,Network,Widgets}.dll "$exceptions.dll" libstdc++-6.dll \
-                                  libwinpthread-1.dll plugins/platforms/qwindows.dll plugins/imageformats/qico.dll
+  expected=$(printf "$at/%s\n" X9CAN.exe Qt5{Core,Gui,Network,Widgets}.dll "$exceptions.dll" libsodium-23.dll \
+                                  libstdc++-6.dll libwinpthread-1.dll plugins/platforms/qwindows.dll plugins/imageformats/qico.dll
              [[ ! -e $where/ControlCAN.dll ]] || echo "$where/ControlCAN.dll")
   diff <(sort <<<"$expected") <(sort <<<"$loaded") || fail "these files should be loaded (<), these are (>)"
 }

@@ -1,0 +1,6 @@
+#include "app/UpdateKey.h"
+
+QByteArray updateKey()
+{
+    return QByteArrayLiteral(X9_UPDATE_KEY);
+}

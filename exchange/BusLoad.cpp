@@ -1,0 +1,163 @@
+#include "exchange/BusLoad.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int MaxClassic = 8;
+/// CRC delimiter, acknowledgement and its delimiter, end of frame, intermission.
+constexpr int ClassicTail = 1 + 2 + 7 + 3;
+constexpr int FdNominalTail = 2 + 7 + 3;
+constexpr unsigned CrcPolynomial = 0x4599;
+constexpr unsigned CrcBits = 15;
+constexpr unsigned CrcMask = (1U << CrcBits) - 1;
+
+/// The length codes of 9 to 15.
+constexpr int LongLengths[] = {12, 16, 20, 24, 32, 48, 64};
+
+unsigned lengthCode(int length)
+{
+    if (length <= MaxClassic) {
+        return static_cast<unsigned>(length);
+    }
+    const auto *found = std::lower_bound(std::begin(LongLengths), std::end(LongLengths), length);
+    return static_cast<unsigned>(9 + (found - std::begin(LongLengths)));
+}
+
+/// Bits one after the other, with a stuff bit behind each five equal ones.
+class BitStream
+{
+public:
+    void put(unsigned value, int bits)
+    {
+        for (int i = bits - 1; i >= 0; --i) {
+            putBit(value >> static_cast<unsigned>(i) & 1U);
+        }
+    }
+    /// From here on bits count as those of the data phase.
+    void beginDataPhase() { m_isData = true; }
+    /// The CRC of a classic frame over all bits so far; no bit is stuffed behind it.
+    void putCrc()
+    {
+        put(m_crc, CrcBits);
+        stuff();
+    }
+    BusLoad::Bits bits() const { return m_bits; }
+
+private:
+    void putBit(unsigned bit)
+    {
+        const unsigned carry = (m_crc >> (CrcBits - 1U) ^ bit) & 1U;
+        m_crc = (m_crc << 1U ^ (carry != 0 ? CrcPolynomial : 0U)) & CrcMask;
+        stuff();
+        countBit();
+        m_equal = bit == m_last ? m_equal + 1 : 1;
+        m_last = bit;
+    }
+    /// A bit behind five equal ones, once it is known that another one follows.
+    void stuff()
+    {
+        if (m_equal == 5) {
+            countBit();
+            m_last ^= 1U;
+            m_equal = 1;
+        }
+    }
+    void countBit() { ++(m_isData ? m_bits.data : m_bits.nominal); }
+
+    BusLoad::Bits m_bits;
+    bool m_isData = false;
+    unsigned m_crc = 0;
+    unsigned m_last = 1; ///< the bus is recessive before the frame
+    int m_equal = 0;
+};
+
+/// Up to the bit that tells a classic frame (0) from a CAN FD one (1), which is put by the caller.
+void putIdentifier(BitStream &stream, const BusFrame &frame)
+{
+    const unsigned remote = frame.is(BusFrame::Remote) ? 1 : 0;
+    stream.put(0, 1);
+    if (frame.is(BusFrame::Extended)) {
+        stream.put(frame.identifier >> 18U & 0x7FFU, 11);
+        stream.put(3, 2);
+        stream.put(frame.identifier & 0x3FFFFU, 18);
+        stream.put(remote, 1);
+    } else {
+        stream.put(frame.identifier & 0x7FFU, 11);
+        stream.put(remote, 1);
+        stream.put(0, 1);
+    }
+}
+
+void putData(BitStream &stream, const BusFrame &frame, int length)
+{
+    for (int i = 0; i < length; ++i) {
+        stream.put(frame.data[static_cast<std::size_t>(i)], 8);
+    }
+}
+
+BusLoad::Bits classicBits(const BusFrame &frame)
+{
+    const int length = std::min<int>(frame.length, MaxClassic);
+    BitStream stream;
+    putIdentifier(stream, frame);
+    stream.put(0, frame.is(BusFrame::Extended) ? 2 : 1);
+    stream.put(lengthCode(length), 4);
+    putData(stream, frame, frame.is(BusFrame::Remote) ? 0 : length);
+    stream.putCrc();
+    BusLoad::Bits bits = stream.bits();
+    bits.nominal += ClassicTail;
+    return bits;
+}
+
+BusLoad::Bits fdBits(const BusFrame &frame)
+{
+    const int length = std::min<int>(frame.length, BusFrame::MaxLength);
+    BitStream stream;
+    putIdentifier(stream, frame);
+    stream.put(2, 2); // FDF, res
+    const bool isSwitched = frame.is(BusFrame::BitRateSwitch);
+    stream.put(isSwitched ? 1 : 0, 1);
+    if (isSwitched) {
+        stream.beginDataPhase();
+    }
+    stream.put(frame.is(BusFrame::ErrorStateIndicator) ? 1 : 0, 1);
+    stream.put(lengthCode(length), 4);
+    putData(stream, frame, length);
+    BusLoad::Bits bits = stream.bits();
+    // Stuff count of 4 bits, CRC, a fixed stuff bit before and behind each four of them, CRC delimiter.
+    const int behindData = length <= 16 ? 4 + 17 + 6 + 1 : 4 + 21 + 7 + 1;
+    (isSwitched ? bits.data : bits.nominal) += behindData;
+    bits.nominal += FdNominalTail;
+    return bits;
+}
+
+qint64 nanoseconds(int bits, qint64 rate)
+{
+    return bits * qint64{1000000000} / rate;
+}
+
+} // namespace
+
+BusLoad::Bits BusLoad::canBits(const BusFrame &frame)
+{
+    return frame.is(BusFrame::Fd) ? fdBits(frame) : classicBits(frame);
+}
+
+int BusLoad::linBits(const BusFrame &frame)
+{
+    constexpr int Header = 14 + 10 + 10; // break with its delimiter, synchronisation, protected identifier
+    return Header + (frame.length > 0 ? 10 * (frame.length + 1) : 0);
+}
+
+qint64 BusLoad::busy(const BusFrame &frame) const
+{
+    if (frame.is(BusFrame::Error) || frame.direction == BusFrame::Refused) {
+        return 0;
+    }
+    if (frame.is(BusFrame::Lin)) {
+        return nanoseconds(linBits(frame), m_rates.linBitRate);
+    }
+    const Bits bits = canBits(frame);
+    return nanoseconds(bits.nominal, m_rates.bitRate) + nanoseconds(bits.data, m_rates.dataBitRate);
+}
