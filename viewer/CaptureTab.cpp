@@ -14,6 +14,7 @@
 #include <QSortFilterProxyModel>
 #include <QSplitter>
 #include <QTableView>
+#include <QTabWidget>
 #include <QVBoxLayout>
 
 namespace {
@@ -40,9 +41,13 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
     m_table = new FrameTableView(m_frames);
     auto *splitter = new QSplitter(Qt::Vertical);
     splitter->addWidget(m_table);
-    splitter->addWidget(makeOverview());
+    m_panels = new QTabWidget;
+    m_panels->setObjectName(QStringLiteral("panels"));
+    m_panels->setDocumentMode(true);
+    m_panels->addTab(makeOverview(), tr("Overview"));
+    splitter->addWidget(m_panels);
     splitter->setStretchFactor(0, 3);
-    splitter->setStretchFactor(1, 1);
+    splitter->setStretchFactor(1, 2);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->addWidget(makeFilterLine());
@@ -51,6 +56,7 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
     connect(m_table, &FrameTableView::sig_filterWanted, this, &CaptureTab::slot_filterWanted);
     connect(m_table, &FrameTableView::sig_markWanted, this, &CaptureTab::slot_markWanted);
     connect(m_table, &FrameTableView::sig_bookmarkWanted, this, &CaptureTab::slot_bookmarkWanted);
+    connect(m_table, &FrameTableView::sig_currentChanged, this, &CaptureTab::sig_currentRowChanged);
     connect(m_table, &FrameTableView::sig_currentChanged, this, [this] {
         if (m_atRow->isChecked()) {
             slot_updateOverview();
@@ -124,8 +130,8 @@ QWidget *CaptureTab::makeStatusLine()
 
 QWidget *CaptureTab::makeOverview()
 {
-    m_overviewPart = new QWidget;
-    auto *layout = new QVBoxLayout(m_overviewPart);
+    auto *part = new QWidget;
+    auto *layout = new QVBoxLayout(part);
     layout->setContentsMargins(0, 0, 0, 0);
     m_atRow = new QCheckBox(tr("Last data at the &selected frame instead of at the end"));
     m_sorted = new QSortFilterProxyModel(this);
@@ -150,12 +156,12 @@ QWidget *CaptureTab::makeOverview()
     layout->addWidget(m_overview);
     connect(m_atRow, &QCheckBox::toggled, this, &CaptureTab::slot_updateOverview);
     connect(m_overview, &QTableView::activated, this, &CaptureTab::slot_overviewActivated);
-    return m_overviewPart;
+    return part;
 }
 
-void CaptureTab::showOverview(bool isShown)
+void CaptureTab::showPanels(bool isShown)
 {
-    m_overviewPart->setVisible(isShown);
+    m_panels->setVisible(isShown);
 }
 
 void CaptureTab::editFilter()
@@ -206,7 +212,6 @@ void CaptureTab::slot_found(qint64 row)
     showRow(row);
 }
 
-/// A row that the filter does not pass is stood for by the next one that is shown.
 void CaptureTab::showRow(qint64 row)
 {
     const qint64 place = m_capture.placeOf(row);

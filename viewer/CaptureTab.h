@@ -14,8 +14,8 @@ class QLineEdit;
 class QProgressBar;
 class QPushButton;
 class QSortFilterProxyModel;
-class QSplitter;
 class QTableView;
+class QTabWidget;
 
 /// A capture in a tab: its filter, its frames, its identifiers, and how far it has been loaded.
 class CaptureTab : public QWidget
@@ -30,7 +30,11 @@ public:
 
     OpenCapture &capture() { return m_capture; }
     FrameTableView &table() { return *m_table; }
-    void showOverview(bool isShown);
+    /// The panels below the frames: the overview and others, each under a tab of its own.
+    QTabWidget &panels() { return *m_panels; }
+    void showPanels(bool isShown);
+    /// Makes a row the current one, or where the filter does not pass it, the next one that is shown.
+    void showRow(qint64 row);
     void editFilter();
     void editFind();
     void findNext(bool isBackward);
@@ -40,7 +44,8 @@ public:
     void goToBookmark(bool isBackward);
 
 signals:
-    void sig_titleChanged();
+    /// The row of the capture that is selected; -1: none.
+    void sig_currentRowChanged(qint64 row);
 
 private slots:
     void slot_filterTaken();
@@ -58,7 +63,6 @@ private:
     QWidget *makeFilterLine();
     QWidget *makeStatusLine();
     QWidget *makeOverview();
-    void showRow(qint64 row);
     void tell(const QString &text);
     QString progressText(const LoadProgress &progress) const;
 
@@ -76,7 +80,7 @@ private:
     QPushButton *m_cancel = nullptr;
     QPushButton *m_findings = nullptr;
     QCheckBox *m_atRow = nullptr;
-    QWidget *m_overviewPart = nullptr;
+    QTabWidget *m_panels = nullptr;
     QTableView *m_overview = nullptr;
     QSortFilterProxyModel *m_sorted = nullptr;
 };

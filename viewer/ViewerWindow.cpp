@@ -122,11 +122,11 @@ void ViewerWindow::makeGoMenu()
 void ViewerWindow::makeViewMenu()
 {
     QMenu *menu = menuBar()->addMenu(tr("&View"));
-    m_overview = menu->addAction(tr("&Overview by identifier"));
-    m_overview->setCheckable(true);
-    m_overview->setChecked(true);
-    m_overview->setShortcut(QKeySequence(QStringLiteral("Ctrl+I")));
-    connect(m_overview, &QAction::toggled, this, &ViewerWindow::slot_tabsChanged);
+    m_panels = menu->addAction(tr("&Panels below the frames"));
+    m_panels->setCheckable(true);
+    m_panels->setChecked(true);
+    m_panels->setShortcut(QKeySequence(QStringLiteral("Ctrl+I")));
+    connect(m_panels, &QAction::toggled, this, &ViewerWindow::slot_tabsChanged);
     QMenu *languages = menu->addMenu(tr("&Language"));
     auto *group = new QActionGroup(this);
     for (const auto &[code, name] : {std::make_pair("CN", tr("Chinese")), std::make_pair("EN", tr("English"))}) {
@@ -203,7 +203,7 @@ void ViewerWindow::slot_tabsChanged()
     setWindowTitle(tab != nullptr ? m_tabs->tabText(m_tabs->currentIndex()) + QStringLiteral(" - X9Viewer")
                                   : QStringLiteral("X9Viewer"));
     if (tab != nullptr) {
-        tab->showOverview(m_overview->isChecked());
+        tab->showPanels(m_panels->isChecked());
         tab->table().setFocus();
     }
 }

@@ -55,6 +55,6 @@ private:
     QTabWidget *m_tabs;
     QWidget *m_welcome;
     QMenu *m_recent = nullptr;
-    QAction *m_overview = nullptr;
+    QAction *m_panels = nullptr;
     QList<QAction *> m_tabActions;
 };

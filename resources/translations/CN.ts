@@ -3067,6 +3067,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
 <context>
     <name>CaptureTab</name>
     <message>
+        <source>Overview</source>
+        <translation>概览</translation>
+    </message>
+    <message>
         <source>&amp;Filter:</source>
         <translation>过滤(&amp;F)：</translation>
     </message>
@@ -3508,8 +3512,8 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <translation>视图(&amp;V)</translation>
     </message>
     <message>
-        <source>&amp;Overview by identifier</source>
-        <translation>按帧ID概览(&amp;O)</translation>
+        <source>&amp;Panels below the frames</source>
+        <translation>下方面板(&amp;P)</translation>
     </message>
     <message>
         <source>&amp;Language</source>

@@ -3067,6 +3067,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
 <context>
     <name>CaptureTab</name>
     <message>
+        <source>Overview</source>
+        <translation>Overview</translation>
+    </message>
+    <message>
         <source>&amp;Filter:</source>
         <translation>&amp;Filter:</translation>
     </message>
@@ -3508,8 +3512,8 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <translation>&amp;View</translation>
     </message>
     <message>
-        <source>&amp;Overview by identifier</source>
-        <translation>&amp;Overview by identifier</translation>
+        <source>&amp;Panels below the frames</source>
+        <translation>&amp;Panels below the frames</translation>
     </message>
     <message>
         <source>&amp;Language</source>

@@ -73,6 +73,12 @@ void OpenCapture::setFilter(const Filter &filter)
     emit sig_rowsReset();
 }
 
+void OpenCapture::setSignalSource(std::shared_ptr<const SignalSource> source)
+{
+    m_signalSource = std::move(source);
+    emit sig_signalSourceChanged();
+}
+
 /// Takes what the filter has found and what was loaded meanwhile.
 void OpenCapture::takeRows()
 {

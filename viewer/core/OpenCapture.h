@@ -50,6 +50,9 @@ public:
     /// The row that times since the mark count from; -1: none.
     qint64 mark() const { return m_mark; }
     void setMark(qint64 row) { m_mark = row; }
+    /// Names and values of signals; null without a database. Filters that were made of the one before go on with it.
+    const std::shared_ptr<const SignalSource> &signalSource() const { return m_signalSource; }
+    void setSignalSource(std::shared_ptr<const SignalSource> source);
     Bookmarks &bookmarks() { return m_bookmarks; }
     const Bookmarks &bookmarks() const { return m_bookmarks; }
 
@@ -62,6 +65,7 @@ signals:
     void sig_rowsAdded(qint64 before);
     void sig_progressChanged();
     void sig_overviewChanged();
+    void sig_signalSourceChanged();
     void sig_found(qint64 row); ///< -1: there is none
 
 private slots:
@@ -76,6 +80,7 @@ private:
     RowSet m_rows;
     qint64 m_rowCount = 0;
     qint64 m_mark = -1;
+    std::shared_ptr<const SignalSource> m_signalSource;
     Bookmarks m_bookmarks;
     QElapsedTimer m_sinceBegin;
     QTimer m_timer;
