@@ -9,7 +9,6 @@
 #include "bench/BenchReport.h"
 #include "bench/ProcessFigures.h"
 
-#include "viewer/core/BusLoad.h"
 #include "viewer/core/FilterRun.h"
 #include "viewer/core/Overview.h"
 #include "viewer/core/PeriodHistogram.h"
@@ -132,9 +131,6 @@ void benchOverview(BenchReport &report, const BusFrameStore &store)
     clock.start();
     periodHistogram(store, identifier, identifier.leastPeriod, identifier.greatestPeriod, Columns, stop);
     report.add(QStringLiteral("histogram of periods"), milliseconds(clock), QStringLiteral("ms"));
-    clock.start();
-    busLoad(store, 0, FramePeriod * 1000, {}, BitStuffing::Random, stop);
-    report.add(QStringLiteral("bus load"), milliseconds(clock), QStringLiteral("ms"));
 }
 
 void benchFind(BenchReport &report, const BusFrameStore &store)

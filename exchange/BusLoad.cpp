@@ -1,6 +1,7 @@
 #include "exchange/BusLoad.h"
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -24,14 +25,90 @@ unsigned lengthCode(int length)
     return static_cast<unsigned>(9 + (found - std::begin(LongLengths)));
 }
 
-/// Bits one after the other, with a stuff bit behind each five equal ones.
+constexpr unsigned Byte = 8;
+constexpr unsigned ByteValues = 1U << Byte;
+constexpr unsigned MaxEqual = 5;
+
+/// What stuffing knows of the bits before: the last one, and how many equal ones there were.
+constexpr unsigned stateOf(unsigned last, unsigned equal)
+{
+    return last * (MaxEqual + 1) + equal;
+}
+constexpr unsigned StateCount = 2 * (MaxEqual + 1);
+
+/// What a byte does from each state on: a whole frame bit by bit would take ten times as long.
+struct ByteSteps
+{
+    std::array<std::array<quint8, ByteValues>, StateCount> state{};
+    std::array<std::array<quint8, ByteValues>, StateCount> stuffBits{};
+    std::array<quint16, ByteValues> crc{};
+};
+
+/// The CRC of a classic frame, one bit further.
+constexpr unsigned crcStep(unsigned crc, unsigned bit)
+{
+    const unsigned carry = (crc >> (CrcBits - 1U) ^ bit) & 1U;
+    return (crc << 1U ^ (carry != 0 ? CrcPolynomial : 0U)) & CrcMask;
+}
+
+/// Bits one after the other: the state of stuffing, one bit further, with a stuff bit behind each five equal ones.
+struct StuffStep
+{
+    unsigned last;
+    unsigned equal;
+    int stuffBits;
+
+    /// The bit behind five equal ones, once it is known that another one follows.
+    constexpr void stuff()
+    {
+        if (equal == MaxEqual) {
+            ++stuffBits;
+            last ^= 1U;
+            equal = 1;
+        }
+    }
+    constexpr void put(unsigned bit)
+    {
+        stuff();
+        equal = bit == last ? equal + 1 : 1;
+        last = bit;
+    }
+};
+
+constexpr ByteSteps makeByteSteps()
+{
+    ByteSteps steps;
+    for (unsigned value = 0; value < ByteValues; ++value) {
+        unsigned crc = value << (CrcBits - Byte);
+        for (unsigned bit = 0; bit < Byte; ++bit) {
+            crc = crcStep(crc, 0);
+        }
+        steps.crc[value] = static_cast<quint16>(crc);
+        for (unsigned state = 0; state < StateCount; ++state) {
+            StuffStep step{state / (MaxEqual + 1), state % (MaxEqual + 1), 0};
+            for (unsigned bit = Byte; bit-- > 0;) {
+                step.put(value >> bit & 1U);
+            }
+            steps.state[state][value] = static_cast<quint8>(stateOf(step.last, step.equal));
+            steps.stuffBits[state][value] = static_cast<quint8>(step.stuffBits);
+        }
+    }
+    return steps;
+}
+
+constexpr ByteSteps Steps = makeByteSteps();
+
+/// Bits one after the other, counted with those that are stuffed.
 class BitStream
 {
 public:
-    void put(unsigned value, int bits)
+    void put(unsigned value, unsigned bits)
     {
-        for (int i = bits - 1; i >= 0; --i) {
-            putBit(value >> static_cast<unsigned>(i) & 1U);
+        for (; bits % Byte != 0; --bits) {
+            putBit(value >> (bits - 1) & 1U);
+        }
+        for (; bits > 0; bits -= Byte) {
+            putByte(value >> (bits - Byte) & (ByteValues - 1));
         }
     }
     /// From here on bits count as those of the data phase.
@@ -40,36 +117,38 @@ public:
     void putCrc()
     {
         put(m_crc, CrcBits);
-        stuff();
+        StuffStep step = current();
+        step.stuff();
+        take(step, 0);
     }
     BusLoad::Bits bits() const { return m_bits; }
 
 private:
+    StuffStep current() const { return {m_state / (MaxEqual + 1), m_state % (MaxEqual + 1), 0}; }
+    void take(const StuffStep &step, int bits)
+    {
+        m_state = stateOf(step.last, step.equal);
+        count(bits + step.stuffBits);
+    }
     void putBit(unsigned bit)
     {
-        const unsigned carry = (m_crc >> (CrcBits - 1U) ^ bit) & 1U;
-        m_crc = (m_crc << 1U ^ (carry != 0 ? CrcPolynomial : 0U)) & CrcMask;
-        stuff();
-        countBit();
-        m_equal = bit == m_last ? m_equal + 1 : 1;
-        m_last = bit;
+        m_crc = crcStep(m_crc, bit);
+        StuffStep step = current();
+        step.put(bit);
+        take(step, 1);
     }
-    /// A bit behind five equal ones, once it is known that another one follows.
-    void stuff()
+    void putByte(unsigned value)
     {
-        if (m_equal == 5) {
-            countBit();
-            m_last ^= 1U;
-            m_equal = 1;
-        }
+        m_crc = (m_crc << Byte ^ Steps.crc[(m_crc >> (CrcBits - Byte) ^ value) & (ByteValues - 1)]) & CrcMask;
+        count(static_cast<int>(Byte) + Steps.stuffBits[m_state][value]);
+        m_state = Steps.state[m_state][value];
     }
-    void countBit() { ++(m_isData ? m_bits.data : m_bits.nominal); }
+    void count(int bits) { (m_isData ? m_bits.data : m_bits.nominal) += bits; }
 
     BusLoad::Bits m_bits;
     bool m_isData = false;
     unsigned m_crc = 0;
-    unsigned m_last = 1; ///< the bus is recessive before the frame
-    int m_equal = 0;
+    unsigned m_state = stateOf(1, 0); ///< the bus is recessive before the frame
 };
 
 /// Up to the bit that tells a classic frame (0) from a CAN FD one (1), which is put by the caller.

@@ -25,7 +25,8 @@ BusFrame lastDataFrame(const OverviewedCapture &capture, const std::vector<Overv
 std::vector<Overview::LastRows> lastRowsOf(const OverviewedCapture &capture)
 {
     const qint64 covered = capture.overview.covered();
-    return covered > 0 ? capture.overview.lastRows(capture.store, covered - 1) : std::vector<Overview::LastRows>();
+    return !capture.overview.identifiers().empty() ? capture.overview.lastRows(capture.store, covered - 1)
+                                                   : std::vector<Overview::LastRows>();
 }
 
 quint64 commonBytes(const BusFrame &a, const BusFrame &b)
@@ -60,10 +61,70 @@ void compareBytes(IdentifierDifference &difference, const IdentifierStatistics &
     difference.what |= difference.bytesOtherConstant != 0 ? IdentifierDifference::OtherConstant : 0U;
 }
 
+void compareBits(IdentifierDifference &difference, const ByteValues &here, const ByteValues &there)
+{
+    for (int byte = 0; byte < BusFrame::MaxLength; ++byte) {
+        const BitDifference bits = compareByte(here, there, byte);
+        difference.what |= bits.other != 0 ? IdentifierDifference::OtherBits : 0U;
+        difference.what |= bits.movesThere != 0 ? IdentifierDifference::MovesThere : 0U;
+        difference.what |= bits.movesHere != 0 ? IdentifierDifference::MovesHere : 0U;
+    }
+}
+
+int countBits(unsigned bits)
+{
+    int count = 0;
+    for (; bits != 0; bits &= bits - 1) {
+        ++count;
+    }
+    return count;
+}
+
 } // namespace
 
-std::vector<IdentifierDifference> compareCaptures(const OverviewedCapture &here, const OverviewedCapture &there,
-                                                  const ComparisonThresholds &thresholds)
+BitDifference compareByte(const ByteValues &here, const ByteValues &there, int byte)
+{
+    if (!here.has(byte) || !there.has(byte)) {
+        return {};
+    }
+    const auto at = static_cast<std::size_t>(byte);
+    const unsigned changedHere = here.changedBits(byte);
+    const unsigned changedThere = there.changedBits(byte);
+    const auto differing = static_cast<unsigned>(here.everSet[at] ^ there.everSet[at]);
+    return {differing & ~changedHere & ~changedThere, changedThere & ~changedHere, changedHere & ~changedThere};
+}
+
+int switchRank(const IdentifierDifference &difference, const ByteValues &here, const ByteValues &there)
+{
+    constexpr int MostBits = 8 * BusFrame::MaxLength;
+    constexpr int Group = MostBits + 1; // greater than what the number of bits makes of a difference
+    int other = 0;
+    int moves = 0;
+    for (int byte = 0; byte < BusFrame::MaxLength; ++byte) {
+        const BitDifference bits = compareByte(here, there, byte);
+        other += countBits(bits.other);
+        moves += countBits(bits.movesThere);
+    }
+    if (other > 0) {
+        return 6 * Group - other;
+    }
+    if (moves > 0) {
+        return 5 * Group - moves;
+    }
+    const auto has = [&difference](unsigned what) {
+        return (difference.what & what) != 0;
+    };
+    if (has(IdentifierDifference::OnlyThere)) {
+        return 3 * Group;
+    }
+    if (has(IdentifierDifference::OnlyHere)) {
+        return 2 * Group;
+    }
+    return difference.what != 0 ? Group : 0;
+}
+
+std::vector<IdentifierDifference> compareIdentifiers(const OverviewedCapture &here, const OverviewedCapture &there,
+                                                     const ComparisonThresholds &thresholds)
 {
     std::map<Name, std::pair<int, int>> indices;
     const auto &listHere = here.overview.identifiers();
@@ -92,10 +153,22 @@ std::vector<IdentifierDifference> compareCaptures(const OverviewedCapture &here,
             compareStatistics(difference, one, other, thresholds);
             compareBytes(difference, one, other, lastDataFrame(here, rowsHere, difference.here),
                          lastDataFrame(there, rowsThere, difference.there));
+            if (!here.overview.byteValues().empty() && !there.overview.byteValues().empty()) {
+                compareBits(difference, here.overview.byteValues()[static_cast<std::size_t>(difference.here)],
+                            there.overview.byteValues()[static_cast<std::size_t>(difference.there)]);
+            }
         }
-        if (difference.what != 0) {
-            differences.push_back(difference);
-        }
+        differences.push_back(difference);
     }
+    return differences;
+}
+
+std::vector<IdentifierDifference> compareCaptures(const OverviewedCapture &here, const OverviewedCapture &there,
+                                                  const ComparisonThresholds &thresholds)
+{
+    std::vector<IdentifierDifference> differences = compareIdentifiers(here, there, thresholds);
+    differences.erase(std::remove_if(differences.begin(), differences.end(),
+                                     [](const IdentifierDifference &difference) { return difference.what == 0; }),
+                      differences.end());
     return differences;
 }

@@ -42,6 +42,8 @@ bool hasData(quint16 flags)
     return (flags & BusFrame::Remote) == 0;
 }
 
+} // namespace
+
 void addTime(IdentifierStatistics &identifier, qint64 time)
 {
     if (time == BusFrame::NoTime) {
@@ -68,8 +70,6 @@ void addTime(IdentifierStatistics &identifier, qint64 time)
     identifier.squares += distance * (value - identifier.meanPeriod);
 }
 
-} // namespace
-
 double IdentifierStatistics::periodDeviation() const
 {
     return periodCount < 2 ? 0 : std::sqrt(squares / static_cast<double>(periodCount - 1));
@@ -87,6 +87,12 @@ Overview::Overview(bool tellsChannels)
     , m_table(FirstTableSize, 0)
 {
     m_checkpoints.push_back({0, {}});
+}
+
+void Overview::beginAt(qint64 row)
+{
+    m_covered = row;
+    m_checkpoints = {{row, {}}};
 }
 
 quint64 Overview::nameOf(const BusFrameStore::Block &block, std::size_t at) const
@@ -134,6 +140,9 @@ std::size_t Overview::indexOf(const BusFrameStore::Block &block, std::size_t at,
     m_identifiers.push_back(identifier);
     m_rows.emplace_back();
     m_shortData.push_back(0);
+    if (m_keepsByteValues) {
+        m_byteValues.emplace_back();
+    }
     m_table[place] = static_cast<quint32>(m_identifiers.size());
     if (m_identifiers.size() * 2 > m_table.size()) {
         growTable();
@@ -155,6 +164,14 @@ void Overview::addData(const BusFrameStore &store, const BusFrameStore::Block &b
             identifier.changedBytes |= differentBytes(store.frame(rows.data), store.frame(row));
         } else {
             identifier.changedBytes |= bytesNotZero(data ^ m_shortData[index]);
+        }
+    }
+    if (m_keepsByteValues) {
+        ByteValues &values = m_byteValues[index];
+        values.add(block.shortData[at].data(), 0, std::min(length, BusFrameStore::ShortLength));
+        if (length > BusFrameStore::ShortLength) {
+            values.add(block.longData(static_cast<int>(at)), BusFrameStore::ShortLength,
+                       length - BusFrameStore::ShortLength);
         }
     }
     m_shortData[index] = data;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "viewer/core/BusFrameStore.h"
+#include "viewer/core/ByteValues.h"
 #include "viewer/core/FrameKey.h"
 
 #include <vector>
@@ -32,6 +33,9 @@ struct IdentifierStatistics
     double rate() const;
 };
 
+/// Takes the time of one more frame for the figures of times and periods.
+void addTime(IdentifierStatistics &identifier, qint64 time);
+
 /// All identifiers of a capture, each by channel or all channels together. Grows with the store; not thread-safe.
 class Overview
 {
@@ -45,12 +49,19 @@ public:
 
     explicit Overview(bool tellsChannels = true);
 
+    /// Leaves out the rows before row. Before the first add().
+    void beginAt(qint64 row);
+    /// Keeps byteValues(), too. Before the first add().
+    void keepByteValues() { m_keepsByteValues = true; }
+
     /// Takes at most count rows more of a store, always the same one. Returns how many.
     qint64 add(const BusFrameStore &store, qint64 count);
-    qint64 covered() const { return m_covered; } ///< rows taken
+    qint64 covered() const { return m_covered; } ///< rows taken or left out
 
     /// In the order in which the identifiers came.
     const std::vector<IdentifierStatistics> &identifiers() const { return m_identifiers; }
+    /// For each of identifiers(), of its data frames; empty unless they are kept.
+    const std::vector<ByteValues> &byteValues() const { return m_byteValues; }
     /// For each of identifiers(), up to and with row, which is below covered().
     std::vector<LastRows> lastRows(const BusFrameStore &store, qint64 row) const;
     /// The row before row with the same identifier and channel; -1 when there is none. row: below covered().
@@ -80,7 +91,9 @@ private:
     const Checkpoint &checkpointBefore(qint64 row) const;
 
     bool m_tellsChannels;
+    bool m_keepsByteValues = false;
     qint64 m_covered = 0;
+    std::vector<ByteValues> m_byteValues;
     std::vector<IdentifierStatistics> m_identifiers;
     std::vector<Rows> m_rows;
     std::vector<quint64> m_shortData; ///< the first 8 bytes of the last data frame
