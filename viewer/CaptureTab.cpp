@@ -64,6 +64,10 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
     });
     connect(&m_capture, &OpenCapture::sig_progressChanged, this, &CaptureTab::slot_progress);
     connect(&m_capture, &OpenCapture::sig_found, this, &CaptureTab::slot_found);
+    connect(&m_capture, &OpenCapture::sig_signalSourceChanged, this, [this] {
+        m_filter->setSource(m_capture.signalSource());
+        m_find->setSource(m_capture.signalSource());
+    });
     m_overviewTimer.setSingleShot(true);
     m_overviewTimer.setInterval(OverviewMs);
     connect(&m_overviewTimer, &QTimer::timeout, this, &CaptureTab::slot_updateOverview);
