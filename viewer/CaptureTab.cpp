@@ -1,5 +1,7 @@
 #include "viewer/CaptureTab.h"
 
+#include "viewer/CaptureSignals.h"
+
 #include <QCheckBox>
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -76,6 +78,9 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
             m_overviewTimer.start();
         }
     });
+    m_signals = std::make_unique<CaptureSignals>(*this);
+    connect(m_signals.get(), &CaptureSignals::sig_plotWanted, this, &CaptureTab::sig_plotWanted);
+    connect(m_signals.get(), &CaptureSignals::sig_told, this, &CaptureTab::tell);
     slot_progress();
 }
 

@@ -136,7 +136,7 @@ void DatabaseSignals::addNames()
     };
     for (std::size_t i = 0; i < m_signals.size(); ++i) {
         const PreparedMessage &prepared = m_messages[static_cast<std::size_t>(m_signals[i].message)];
-        if (prepared.isHidden || prepared.keys.isEmpty()) {
+        if (!isUsed(m_signals[i].message)) {
             continue;
         }
         const auto number = static_cast<int>(i);
@@ -158,7 +158,7 @@ QVector<SignalSource::Message> DatabaseSignals::messages() const
     QVector<Message> list;
     for (int number = 0; number < messageCount(); ++number) {
         const PreparedMessage &prepared = m_messages[static_cast<std::size_t>(number)];
-        if (!prepared.isHidden && !prepared.keys.isEmpty()) {
+        if (isUsed(number)) {
             list.append({prepared.keys.first(), message(number).name, partAt(prepared.part).part.channels});
         }
     }

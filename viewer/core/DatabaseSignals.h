@@ -37,6 +37,7 @@ public:
     double value(int signal, const BusFrame &frame) const override;
     QString valueText(int signal, double value) const override;
 
+    int signalCount() const { return static_cast<int>(m_signals.size()); }
     int messageCount() const { return static_cast<int>(m_messages.size()); }
     const DatabaseMessage &message(int number) const;
     /// For decoding the frames of a message; its content is the message's.
@@ -47,6 +48,12 @@ public:
     int messageOfSignal(int signal) const { return m_signals[static_cast<std::size_t>(signal)].message; }
     const DatabaseSignal &signal(int number) const;
     const SignalDecoder &signalDecoder(int number) const;
+    /// Whether a frame can belong to it: it has an identifier, and no other message has all of its frames.
+    bool isUsed(int message) const
+    {
+        const PreparedMessage &prepared = m_messages[static_cast<std::size_t>(message)];
+        return !prepared.isHidden && !prepared.keys.isEmpty();
+    }
     /// The identifiers of the frames that a message is in.
     const QVector<FrameKey> &keys(int message) const { return m_messages[static_cast<std::size_t>(message)].keys; }
     /// The message whose signals are in a frame; -1: none. The frame's data may not have been on the bus.
