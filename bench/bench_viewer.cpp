@@ -3,12 +3,14 @@
 // What the viewer does with a capture of N frames of 8 bytes (10,000,000) of 200 identifiers: memory of a frame;
 // appending; filters over all frames, from the start to the last result and to the first; finding a frame that is at
 // the other end; the overview; a histogram and the bus load; a signal in every frame from the start to the points of
-// the first picture, and then pictures of ever other sections, 2000 columns wide; reading rows here and there, as a
-// table does that scrolls. On as many threads as there are processors.
+// the first picture (of a database, as the filters for signals are), and then pictures of ever other sections, 2000
+// columns wide; reading rows here and there, as a table does that scrolls. On as many threads as there are processors.
 
 #include "bench/BenchReport.h"
 #include "bench/ProcessFigures.h"
 
+#include "exchange/database/DatabaseFile.h"
+#include "viewer/core/DatabaseSignals.h"
 #include "viewer/core/FilterRun.h"
 #include "viewer/core/Overview.h"
 #include "viewer/core/PeriodHistogram.h"
@@ -32,12 +34,34 @@ constexpr int Columns = 2000;
 constexpr qint64 FramePeriod = 100000; ///< ns
 constexpr double PerTenMillion = 1e7;
 
+/// A message of eight signals for each identifier.
+std::shared_ptr<const DatabaseSignals> databaseSignals()
+{
+    QByteArray text("VERSION \"\"\nBU_: Node\n");
+    for (int i = 0; i < Identifiers; ++i) {
+        const QByteArray number = QByteArray::number(i);
+        text += "BO_ " + QByteArray::number(0x100 + i) + (i == 0 ? QByteArray(" Engine") : " Message" + number) +
+                ": 8 Node\n" + " SG_ Speed" + (i == 0 ? QByteArray() : number) +
+                " : 0|16@1+ (0.01,0) [0|655.35] \"km/h\" Node\n";
+        for (int byte = 1; byte < 8; ++byte) {
+            text += " SG_ Byte" + QByteArray::number(byte) + " : " + QByteArray::number(byte * 8) +
+                    "|8@1+ (1,0) [0|255] \"\" Node\n";
+        }
+    }
+    return std::make_shared<const DatabaseSignals>(std::vector<DatabaseSignals::Part>{
+        {std::make_shared<const Database>(parseDatabase(text)), QStringLiteral("bench"), {}}});
+}
+
 /// Every frame carries the signal, in its first two bytes.
-class BenchSignals : public SignalSource
+class EverywhereSignals : public SignalSource
 {
 public:
-    QVector<Message> messages() const override { return {{0x100, QStringLiteral("Engine")}}; }
-    QStringList signalNames() const override { return {QStringLiteral("Speed")}; }
+    EverywhereSignals()
+        : m_source(databaseSignals())
+    {
+    }
+    QVector<Message> messages() const override { return m_source->messages(); }
+    QStringList signalNames() const override { return {QStringLiteral("Everywhere")}; }
     int signalNumber(const QString &name) const override { return signalNames().indexOf(name); }
     QVector<FrameKey> carriers(int /*signal*/) const override
     {
@@ -49,9 +73,12 @@ public:
     }
     double value(int /*signal*/, const BusFrame &frame) const override
     {
-        return (frame.data[0] | frame.data[1] << 8) * 0.01;
+        return m_source->value(m_source->firstSignal(m_source->messageOf(frame)), frame);
     }
     QString valueText(int /*signal*/, double /*value*/) const override { return {}; }
+
+private:
+    std::shared_ptr<const DatabaseSignals> m_source;
 };
 
 double milliseconds(const QElapsedTimer &clock)
@@ -81,7 +108,11 @@ void fill(BusFrameStore &store, qint64 frames)
 Filter filterOf(const QString &text)
 {
     FilterError error{};
-    const auto filter = Filter::parse(text, std::make_shared<BenchSignals>(), error);
+    std::shared_ptr<const SignalSource> source = databaseSignals();
+    if (text.contains(QLatin1String("Everywhere"))) {
+        source = std::make_shared<EverywhereSignals>();
+    }
+    const auto filter = Filter::parse(text, source, error);
     if (!filter) {
         qFatal("%s: %s", qPrintable(text), qPrintable(error.text));
     }
@@ -98,9 +129,10 @@ void benchFilter(BenchReport &report, const std::shared_ptr<BusFrameStore> &stor
         FilterRun run(store, [&news] { news.release(); });
         RowSet rows;
         double first = 0;
+        const Filter filter = filterOf(text);
         QElapsedTimer clock;
         clock.start();
-        run.start(filterOf(text));
+        run.start(filter);
         while (run.isRunning()) {
             news.acquire();
             run.takeTo(rows);
@@ -166,7 +198,7 @@ void benchSeries(BenchReport &report, const std::shared_ptr<BusFrameStore> &stor
 {
     const qint64 duration = store->time(store->size() - 1);
     FilterError error{};
-    const auto value = FrameValue::parse(QStringLiteral("Speed"), std::make_shared<BenchSignals>(), error);
+    const auto value = FrameValue::parse(QStringLiteral("Everywhere"), std::make_shared<EverywhereSignals>(), error);
     std::vector<double> firsts;
     std::vector<double> totals;
     std::vector<double> processor;
@@ -244,7 +276,7 @@ int main(int argc, char *argv[])
     benchRows(report, *store);
     constexpr double FilterLimit = 500;
     for (const char *text : {"id == 0x123", "id in 0x100..0x1FF and not remote", "len > 4 and data[7] & 0x80",
-                             "data ~ \"4E 2?\"", "name ~ \"Engine\"", "Speed > 300"}) {
+                             "data ~ \"4E 2?\"", "name ~ \"Engine\"", "Speed > 300", "Everywhere > 300"}) {
         benchFilter(report, store, QString::fromLatin1(text), FilterLimit);
     }
     benchFind(report, *store);

@@ -1,5 +1,7 @@
 #include "viewer/CaptureTab.h"
 
+#include "viewer/CaptureSignals.h"
+
 #include <QCheckBox>
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -64,6 +66,10 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
     });
     connect(&m_capture, &OpenCapture::sig_progressChanged, this, &CaptureTab::slot_progress);
     connect(&m_capture, &OpenCapture::sig_found, this, &CaptureTab::slot_found);
+    connect(&m_capture, &OpenCapture::sig_signalSourceChanged, this, [this] {
+        m_filter->setSource(m_capture.signalSource());
+        m_find->setSource(m_capture.signalSource());
+    });
     m_overviewTimer.setSingleShot(true);
     m_overviewTimer.setInterval(OverviewMs);
     connect(&m_overviewTimer, &QTimer::timeout, this, &CaptureTab::slot_updateOverview);
@@ -72,6 +78,9 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
             m_overviewTimer.start();
         }
     });
+    m_signals = std::make_unique<CaptureSignals>(*this);
+    connect(m_signals.get(), &CaptureSignals::sig_plotWanted, this, &CaptureTab::sig_plotWanted);
+    connect(m_signals.get(), &CaptureSignals::sig_told, this, &CaptureTab::tell);
     slot_progress();
 }
 

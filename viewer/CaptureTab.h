@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <QWidget>
 
+class CaptureSignals;
 class QCheckBox;
 class QLabel;
 class QLineEdit;
@@ -32,6 +33,7 @@ public:
     FrameTableView &table() { return *m_table; }
     /// The panels below the frames: the overview and others, each under a tab of its own.
     QTabWidget &panels() { return *m_panels; }
+    CaptureSignals &captureSignals() { return *m_signals; }
     void showPanels(bool isShown);
     /// Makes a row the current one, or where the filter does not pass it, the next one that is shown.
     void showRow(qint64 row);
@@ -46,6 +48,8 @@ public:
 signals:
     /// The row of the capture that is selected; -1: none.
     void sig_currentRowChanged(qint64 row);
+    /// An expression of the filters' language, such as a signal's name.
+    void sig_plotWanted(const QString &expression);
 
 private slots:
     void slot_filterTaken();
@@ -83,4 +87,5 @@ private:
     QTabWidget *m_panels = nullptr;
     QTableView *m_overview = nullptr;
     QSortFilterProxyModel *m_sorted = nullptr;
+    std::unique_ptr<CaptureSignals> m_signals; ///< behind what it uses
 };

@@ -19,6 +19,10 @@ FrameTableModel::FrameTableModel(OpenCapture &capture, QObject *parent)
 {
     connect(&capture, &OpenCapture::sig_rowsReset, this, &FrameTableModel::slot_reset);
     connect(&capture, &OpenCapture::sig_rowsAdded, this, &FrameTableModel::slot_added);
+    connect(&capture, &OpenCapture::sig_signalSourceChanged, this, [this] {
+        m_names = FrameNames(m_capture.signalSource().get());
+        refresh();
+    });
 }
 
 int FrameTableModel::rowCount(const QModelIndex &parent) const
@@ -76,12 +80,6 @@ QString FrameTableModel::sameCell(int place, FrameColumn column) const
     }
     const qint64 row = m_capture.rowAt(place);
     return FrameColumns::sameCell(column, row, m_capture.store().frame(row), m_names);
-}
-
-void FrameTableModel::setNames(const FrameColumns::Names &names)
-{
-    m_names = names;
-    refresh();
 }
 
 void FrameTableModel::refresh()

@@ -25,7 +25,6 @@ public:
     QString text(int place, FrameColumn column) const;
     /// The filter for frames with the same cell; empty where there is none.
     QString sameCell(int place, FrameColumn column) const;
-    void setNames(const FrameColumns::Names &names);
     /// The cells that refer to the marked row, or to bookmarks, say something else now.
     void refresh();
 

@@ -34,6 +34,10 @@ OverviewModel::OverviewModel(OpenCapture &capture, QObject *parent)
     : QAbstractTableModel(parent)
     , m_capture(capture)
 {
+    connect(&capture, &OpenCapture::sig_signalSourceChanged, this, [this] {
+        m_names = FrameNames(m_capture.signalSource().get());
+        update();
+    });
 }
 
 int OverviewModel::widthInCharacters(int column)
@@ -110,7 +114,7 @@ QString OverviewModel::text(int row, Column column) const
     case Identifier:
         return (identifier.key & ErrorKey) != 0 ? tr("Error") : FrameColumns::identifierText(identifier.key);
     case Name:
-        return m_names.value(identifier.key);
+        return m_names.of(identifier.key, identifier.channel);
     case Count:
         return QString::number(identifier.count);
     case Rate:

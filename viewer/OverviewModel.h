@@ -29,7 +29,6 @@ public:
     static int widthInCharacters(int column);
     /// The row at which the last data are shown; -1: the end.
     void setRow(qint64 row);
-    void setNames(const FrameColumns::Names &names) { m_names = names; }
     /// The filter that passes a row's frames.
     QString filterOf(int row) const;
     /// Takes the figures as they are now.

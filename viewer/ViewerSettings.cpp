@@ -12,6 +12,7 @@ namespace {
 
 constexpr const char *LanguageKey = "language";
 constexpr const char *RecentKey = "recent";
+constexpr const char *DatabasesKey = "databases";
 constexpr const char *GeometryKey = "geometry";
 
 } // namespace
@@ -37,6 +38,21 @@ QString ViewerSettings::bookmarkFolder() const
     return QDir(m_folder).filePath(QStringLiteral("bookmarks"));
 }
 
+QString ViewerSettings::databaseFolder() const
+{
+    return QDir(m_folder).filePath(QStringLiteral("databases"));
+}
+
+QStringList ViewerSettings::recentDatabases() const
+{
+    return recent(DatabasesKey);
+}
+
+void ViewerSettings::addRecentDatabase(const QString &path) const
+{
+    addRecent(DatabasesKey, path);
+}
+
 QString ViewerSettings::language() const
 {
     QString stored = QSettings(file(), QSettings::IniFormat).value(QLatin1String(LanguageKey)).toString();
@@ -53,16 +69,26 @@ void ViewerSettings::setLanguage(const QString &language) const
 
 QStringList ViewerSettings::recentFiles() const
 {
-    return QSettings(file(), QSettings::IniFormat).value(QLatin1String(RecentKey)).toStringList().mid(0, MaxRecent);
+    return recent(RecentKey);
 }
 
 void ViewerSettings::addRecentFile(const QString &path) const
 {
-    QStringList files = recentFiles();
+    addRecent(RecentKey, path);
+}
+
+QStringList ViewerSettings::recent(const char *key) const
+{
+    return QSettings(file(), QSettings::IniFormat).value(QLatin1String(key)).toStringList().mid(0, MaxRecent);
+}
+
+void ViewerSettings::addRecent(const char *key, const QString &path) const
+{
+    QStringList files = recent(key);
     const QString absolute = QFileInfo(path).absoluteFilePath();
     files.removeAll(absolute);
     files.prepend(absolute);
-    QSettings(file(), QSettings::IniFormat).setValue(QLatin1String(RecentKey), QStringList(files.mid(0, MaxRecent)));
+    QSettings(file(), QSettings::IniFormat).setValue(QLatin1String(key), QStringList(files.mid(0, MaxRecent)));
 }
 
 QByteArray ViewerSettings::windowGeometry() const

@@ -24,9 +24,15 @@ public:
     QByteArray windowGeometry() const;
     void setWindowGeometry(const QByteArray &geometry) const;
     QString bookmarkFolder() const;
+    QString databaseFolder() const;
+    /// Paths of databases that were added to captures, the last one first.
+    QStringList recentDatabases() const;
+    void addRecentDatabase(const QString &path) const;
 
 private:
     QString file() const;
+    QStringList recent(const char *key) const;
+    void addRecent(const char *key, const QString &path) const;
 
     QString m_folder;
 };

@@ -1,7 +1,9 @@
 #include "viewer/ViewerWindow.h"
 
+#include "viewer/CaptureSignals.h"
 #include "viewer/CaptureTab.h"
 #include "viewer/core/CaptureFile.h"
+#include "viewer/SignalMenu.h"
 #include "widgets/CMessageBox.h"
 
 #include <QActionGroup>
@@ -69,6 +71,8 @@ ViewerWindow::ViewerWindow(ViewerSettings settings, Opener opener, QWidget *pare
     setCentralWidget(pages);
     makeFileMenu();
     makeGoMenu();
+    menuBar()->addMenu(new SignalMenu(
+        m_settings, [this] { return currentTab(); }, this));
     makeViewMenu();
     resize(StartWidth, StartHeight);
     restoreGeometry(m_settings.windowGeometry());
@@ -152,7 +156,12 @@ StoreLoader::Open ViewerWindow::openFile(const QString &path)
 
 void ViewerWindow::openFiles(const QStringList &paths)
 {
+    QStringList databases;
     for (const QString &path : paths) {
+        if (CaptureDatabases::isDatabase(path)) {
+            databases.append(path);
+            continue;
+        }
         const QString absolute = QFileInfo(path).absoluteFilePath();
         int index = 0;
         while (index < m_tabs->count() && m_tabs->tabToolTip(index) != absolute) {
@@ -163,10 +172,25 @@ void ViewerWindow::openFiles(const QStringList &paths)
             m_tabs->addTab(tab, QFileInfo(path).fileName());
             m_tabs->setTabToolTip(index, absolute);
             m_settings.addRecentFile(absolute);
+            tab->captureSignals().remember(m_settings);
         }
         m_tabs->setCurrentIndex(index);
     }
+    addDatabases(databases);
     slot_tabsChanged();
+}
+
+void ViewerWindow::addDatabases(const QStringList &paths)
+{
+    if (CaptureTab *tab = currentTab()) {
+        tab->captureSignals().add(paths);
+    } else if (!paths.isEmpty()) {
+        auto *box =
+            new CMessageBox(CMessageBox::Information, tr("Databases"),
+                            tr("A database belongs to a capture. Open the capture first."), CMessageBox::Ok, this);
+        box->setAttribute(Qt::WA_DeleteOnClose);
+        box->open();
+    }
 }
 
 void ViewerWindow::slot_open()

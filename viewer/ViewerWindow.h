@@ -23,7 +23,7 @@ public:
     explicit ViewerWindow(ViewerSettings settings, Opener opener = openFile, QWidget *parent = nullptr);
     ~ViewerWindow() override;
 
-    /// Opens each in a tab of its own, or shows the tab that has it.
+    /// Opens each in a tab of its own, or shows the tab that has it. Databases go to the tab in front.
     void openFiles(const QStringList &paths);
     static StoreLoader::Open openFile(const QString &path);
     /// The tab in front; null where there is none.
@@ -45,6 +45,7 @@ private:
     void makeFileMenu();
     void makeGoMenu();
     void makeViewMenu();
+    void addDatabases(const QStringList &paths);
     static QWidget *makeWelcome();
     /// An entry for the tab in front, which is off while there is none.
     template<typename Function>

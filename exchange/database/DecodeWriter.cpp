@@ -53,13 +53,6 @@ private:
     QVector<QRegularExpression> m_patterns;
 };
 
-bool isWithoutData(const BusFrame &frame)
-{
-    return frame.is(BusFrame::Error) || frame.is(BusFrame::Remote) || frame.direction == BusFrame::Refused ||
-           frame.linState == BusFrame::LinError || frame.linState == BusFrame::WrongChecksumV1 ||
-           frame.linState == BusFrame::WrongChecksumV2;
-}
-
 } // namespace
 
 QStringList DecodeWriter::unknownNames(const std::vector<DecodeSource> &sources, const QStringList &signalNames)
@@ -122,7 +115,7 @@ void DecodeWriter::write(const BusFrame *frames, int count)
 void DecodeWriter::writeFrame(const BusFrame &frame)
 {
     ++m_counts.frames;
-    if (isWithoutData(frame)) {
+    if (!hasSoundData(frame)) {
         ++m_counts.withoutData;
         return;
     }

@@ -46,6 +46,13 @@ bool contains(const std::vector<RawRange> &inOrder, quint64 value)
 
 } // namespace
 
+bool hasSoundData(const BusFrame &frame)
+{
+    return !frame.is(BusFrame::Error) && !frame.is(BusFrame::Remote) && frame.direction != BusFrame::Refused &&
+           frame.linState != BusFrame::LinError && frame.linState != BusFrame::WrongChecksumV1 &&
+           frame.linState != BusFrame::WrongChecksumV2;
+}
+
 std::shared_ptr<const ValueTexts> SharedTexts::of(const DatabaseSignal &signal)
 {
     if (signal.texts.isEmpty()) {
@@ -112,8 +119,8 @@ bool MessageDecoder::holds(int condition, const uchar *data, int length) const
 
 bool MessageDecoder::has(int i, const uchar *data, int length) const
 {
-    const auto block =
-        std::find_if(m_blocks.begin(), m_blocks.end(), [i](const Block &candidate) { return i < candidate.end; });
+    const auto block = std::upper_bound(m_blocks.begin(), m_blocks.end(), i,
+                                        [](int wanted, const Block &candidate) { return wanted < candidate.end; });
     return m_signals[static_cast<std::size_t>(i)].bytes() <= length &&
            (block->condition < 0 || holds(block->condition, data, length));
 }

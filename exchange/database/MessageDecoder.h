@@ -8,6 +8,10 @@
 
 struct BusFrame;
 
+/// Whether a frame's data were on the bus as they are: not of error, remote and refused frames, and of LIN frames that
+/// arrived damaged.
+bool hasSoundData(const BusFrame &frame);
+
 /// Prepared texts, shared by signals that have the same ones.
 class SharedTexts
 {

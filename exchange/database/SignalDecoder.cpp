@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <limits>
 
 namespace {
 
@@ -35,6 +36,30 @@ std::optional<quint64> fromBcd(quint64 bits)
     return value;
 }
 
+quint64 toBcd(quint64 value)
+{
+    quint64 bits = 0;
+    for (unsigned shift = 0; shift < 64; shift += 4, value /= 10) {
+        bits |= value % 10 << shift;
+    }
+    return bits;
+}
+
+/// The nearest whole number of 64 bits.
+quint64 toUnsigned(double value)
+{
+    constexpr double Limit = 18446744073709551616.0; // 2^64
+    return value <= 0 ? 0 : value >= Limit ? ~quint64(0) : static_cast<quint64>(std::round(value));
+}
+
+qint64 toSigned(double value)
+{
+    constexpr double Limit = 9223372036854775808.0; // 2^63
+    return value >= Limit    ? std::numeric_limits<qint64>::max()
+           : value <= -Limit ? std::numeric_limits<qint64>::min()
+                             : static_cast<qint64>(std::round(value));
+}
+
 /// No value is further from 0: of whole numbers as their length says.
 double boundOf(const DatabaseSignal &signal)
 {
@@ -51,14 +76,13 @@ SignalDecoder::SignalDecoder(const DatabaseSignal &signal, int number, std::shar
     , m_signBit(quint64(1) << (signal.length - 1U))
     , m_texts(std::move(texts))
 {
-    const bool isNumber = m_type != DatabaseSignal::Bytes && m_type != DatabaseSignal::Ascii;
     for (const SignalScale &scale : signal.scales) {
-        if (isNumber) {
+        if (isNumber()) {
             m_scales.emplace_back(scale, boundOf(signal));
         }
     }
     // Without a word about it, a number is its own physical value, unless it only stands for texts.
-    if (isNumber && m_scales.empty() && (signal.texts.isEmpty() || m_type == DatabaseSignal::Bcd)) {
+    if (isNumber() && m_scales.empty() && (signal.texts.isEmpty() || m_type == DatabaseSignal::Bcd)) {
         m_scales.emplace_back(SignalScale(), boundOf(signal));
     }
     m_isForAll = m_scales.size() == 1 && m_scales.front().contains(0) && m_scales.front().contains(~quint64(0)) &&
@@ -107,6 +131,65 @@ std::optional<double> SignalDecoder::physical(quint64 bits) const
         break;
     }
     return used->physical(bits);
+}
+
+std::optional<double> SignalDecoder::number(quint64 bits) const
+{
+    if (!m_scales.empty() || !isNumber()) {
+        return physical(bits);
+    }
+    switch (m_type) {
+    case DatabaseSignal::Signed:
+        return static_cast<double>(static_cast<qint64>(bits));
+    case DatabaseSignal::Float:
+        return real(bits);
+    case DatabaseSignal::Unsigned:
+    case DatabaseSignal::Bcd:
+    case DatabaseSignal::Bytes:
+    case DatabaseSignal::Ascii:
+        break;
+    }
+    return static_cast<double>(bits);
+}
+
+/// Of the raw value that is nearest to raw, which is a number.
+quint64 SignalDecoder::nearestBits(double raw) const
+{
+    switch (m_type) {
+    case DatabaseSignal::Signed:
+        return static_cast<quint64>(toSigned(raw));
+    case DatabaseSignal::Float:
+        return m_length == 32 ? sameBits<quint32>(static_cast<float>(raw)) : sameBits<quint64>(raw);
+    case DatabaseSignal::Bcd:
+        return toBcd(toUnsigned(raw));
+    case DatabaseSignal::Unsigned:
+    case DatabaseSignal::Bytes:
+    case DatabaseSignal::Ascii:
+        break;
+    }
+    return toUnsigned(raw);
+}
+
+std::optional<quint64> SignalDecoder::bitsOf(double value) const
+{
+    const auto matching = [this, value](double raw) -> std::optional<quint64> {
+        if (!std::isfinite(raw)) {
+            return std::nullopt;
+        }
+        const quint64 bits = nearestBits(raw);
+        const quint64 field = bits & m_field.mask();
+        const quint64 read = m_type == DatabaseSignal::Signed ? (field ^ m_signBit) - m_signBit : field;
+        return read == bits && number(bits) == value ? std::optional(bits) : std::nullopt;
+    };
+    if (m_scales.empty()) {
+        return matching(value);
+    }
+    for (const ValueScale &scale : m_scales) {
+        if (const std::optional<quint64> bits = matching(scale.raw(value))) {
+            return bits;
+        }
+    }
+    return std::nullopt;
 }
 
 char *SignalDecoder::putRaw(char *to, quint64 bits) const

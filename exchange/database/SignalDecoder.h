@@ -42,6 +42,11 @@ public:
         return m_scales.size() == 1 && m_isForAll ? m_scales.data() : scaleAmong(bits);
     }
     std::optional<double> physical(quint64 bits) const;
+    /// The physical value, or of a signal that only stands for texts the raw one: what comparisons and pictures work
+    /// with. Nothing of bytes, and where a signal with physical values has none.
+    std::optional<double> number(quint64 bits) const;
+    /// The bits whose number() is value; nothing where there are none.
+    std::optional<quint64> bitsOf(double value) const;
     SignalValue value(const uchar *data) const;
 
     /// Text behind each other, see NumberText.h.
@@ -53,6 +58,8 @@ public:
 private:
     const ValueScale *scaleAmong(quint64 bits) const;
     double real(quint64 bits) const;
+    bool isNumber() const { return m_type != DatabaseSignal::Bytes && m_type != DatabaseSignal::Ascii; }
+    quint64 nearestBits(double raw) const;
 
     BitField m_field;
     DatabaseSignal::Type m_type;

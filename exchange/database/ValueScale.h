@@ -20,6 +20,9 @@ public:
     double physical(qint64 raw) const { return fromWhole(static_cast<double>(raw), raw); }
     double physical(double raw) const { return m_kind == Same ? raw : raw * m_factor + m_offset; }
 
+    /// What physical() made of it, before rounding; infinite or no number where the factor is 0.
+    double raw(double physical) const { return (physical - m_offset) / m_factor; }
+
     char *put(char *to, quint64 raw) const
     {
         return m_kind == Same ? putUnsigned(to, raw) : putWhole(to, static_cast<double>(raw), static_cast<qint64>(raw));

@@ -3539,5 +3539,297 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>The language changes when the program is started again.</source>
         <translation>重新启动程序后语言将改变。</translation>
     </message>
+    <message>
+        <source>Databases</source>
+        <translation>数据库</translation>
+    </message>
+    <message>
+        <source>A database belongs to a capture. Open the capture first.</source>
+        <translation>数据库属于某个记录。请先打开该记录。</translation>
+    </message>
+</context>
+<context>
+    <name>BitView</name>
+    <message>
+        <source>Bits of the frame</source>
+        <translation>帧的各个位</translation>
+    </message>
+    <message>
+        <source>Byte %1, bit %2: %3</source>
+        <translation>字节 %1，位 %2：%3</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureDatabases</name>
+    <message>
+        <source>%1 is not used: frames %2 are %3 of %4</source>
+        <translation>未使用 %1：帧 %2 属于 %4 的 %3</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureSignals</name>
+    <message>
+        <source>Signals</source>
+        <translation>信号</translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation>数值</translation>
+    </message>
+    <message>
+        <source>Databases</source>
+        <translation>数据库</translation>
+    </message>
+    <message>
+        <source>The databases of this capture cannot be remembered.</source>
+        <translation>无法记住此记录的数据库。</translation>
+    </message>
+    <message>
+        <source>Add databases</source>
+        <translation>添加数据库</translation>
+    </message>
+    <message>
+        <source>Databases (*.dbc *.ldf *.DBC *.LDF);;All files (*)</source>
+        <translation>数据库 (*.dbc *.ldf *.DBC *.LDF);;所有文件 (*)</translation>
+    </message>
+</context>
+<context>
+    <name>DatabasePanel</name>
+    <message>
+        <source>What was found in the database</source>
+        <translation>数据库中发现的问题</translation>
+    </message>
+    <message>
+        <source>Databases of the capture</source>
+        <translation>记录的数据库</translation>
+    </message>
+    <message>
+        <source>Database</source>
+        <translation>数据库</translation>
+    </message>
+    <message>
+        <source>Channels</source>
+        <translation>通道</translation>
+    </message>
+    <message>
+        <source>Messages</source>
+        <translation>报文</translation>
+    </message>
+    <message>
+        <source>Signals</source>
+        <translation>信号</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>状态</translation>
+    </message>
+    <message>
+        <source>&amp;Add database...</source>
+        <translation>添加数据库(&amp;A)...</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>移除(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Load again</source>
+        <translation>重新加载(&amp;L)</translation>
+    </message>
+    <message>
+        <source>loading</source>
+        <translation>加载中</translation>
+    </message>
+    <message>
+        <source>not usable</source>
+        <translation>无法使用</translation>
+    </message>
+    <message>
+        <source>findings: %1</source>
+        <translation>发现的问题：%1</translation>
+    </message>
+    <message>
+        <source>in use</source>
+        <translation>使用中</translation>
+    </message>
+    <message>
+        <source>line %1, column %2: %3</source>
+        <translation>第 %1 行，第 %2 列：%3</translation>
+    </message>
+    <message>
+        <source>and %1 more</source>
+        <translation>还有 %1 个</translation>
+    </message>
+    <message>
+        <source>all</source>
+        <translation>全部</translation>
+    </message>
+    <message>
+        <source>Numbers of channels with commas, such as 1, 3; empty for all</source>
+        <translation>用逗号分隔的通道号，例如 1, 3；留空表示全部</translation>
+    </message>
+    <message>
+        <source>DBC and LDF files name the messages and signals of a capture. Add one, or drop it onto the window.</source>
+        <translation>DBC 和 LDF 文件为记录中的报文和信号命名。请添加一个，或将其拖放到窗口中。</translation>
+    </message>
+</context>
+<context>
+    <name>SignalMenu</name>
+    <message>
+        <source>Sig&amp;nals</source>
+        <translation>信号(&amp;N)</translation>
+    </message>
+    <message>
+        <source>&amp;Add database...</source>
+        <translation>添加数据库(&amp;A)...</translation>
+    </message>
+    <message>
+        <source>Add &amp;recent</source>
+        <translation>添加最近使用的(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Re&amp;move</source>
+        <translation>移除(&amp;M)</translation>
+    </message>
+    <message>
+        <source>&amp;Load again</source>
+        <translation>重新加载(&amp;L)</translation>
+    </message>
+    <message>
+        <source>&amp;Databases of the capture</source>
+        <translation>记录的数据库(&amp;D)</translation>
+    </message>
+    <message>
+        <source>%1, channels %2</source>
+        <translation>%1，通道 %2</translation>
+    </message>
+</context>
+<context>
+    <name>SignalPanel</name>
+    <message>
+        <source>Signals of the frame</source>
+        <translation>帧的信号</translation>
+    </message>
+    <message>
+        <source>Signal</source>
+        <translation>信号</translation>
+    </message>
+    <message>
+        <source>Raw</source>
+        <translation>原始值</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>数值</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>单位</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文本</translation>
+    </message>
+    <message>
+        <source>Select a frame to see its signals.</source>
+        <translation>选择一帧以查看其信号。</translation>
+    </message>
+    <message>
+        <source>No database of this capture describes frame %1.</source>
+        <translation>此记录的数据库均未描述帧 %1。</translation>
+    </message>
+    <message>
+        <source>Frame %1. Its signals need a database: Signals, Add database...</source>
+        <translation>帧 %1。查看信号需要数据库：信号、添加数据库...</translation>
+    </message>
+    <message>
+        <source>Frame %1: %2 (%3)</source>
+        <translation>帧 %1：%2 (%3)</translation>
+    </message>
+    <message>
+        <source>from %1</source>
+        <translation>来自 %1</translation>
+    </message>
+    <message>
+        <source>every %1 ms</source>
+        <translation>每 %1 ms</translation>
+    </message>
+    <message>
+        <source>too short for %1 of its signals</source>
+        <translation>长度不足，缺少 %1 个信号</translation>
+    </message>
+    <message>
+        <source>a remote frame has no data</source>
+        <translation>远程帧没有数据</translation>
+    </message>
+    <message>
+        <source>these data were not on the bus; filters and plots leave them out</source>
+        <translation>这些数据未在总线上有效传输；筛选和曲线不包含它们</translation>
+    </message>
+    <message>
+        <source>&amp;Plot this</source>
+        <translation>绘制曲线(&amp;P)</translation>
+    </message>
+</context>
+<context>
+    <name>ValuePanel</name>
+    <message>
+        <source>Messages and signals with their last values</source>
+        <translation>报文和信号及其最近的数值</translation>
+    </message>
+    <message>
+        <source>Search messages and signals</source>
+        <translation>搜索报文和信号</translation>
+    </message>
+    <message>
+        <source>&amp;Only what is in the capture</source>
+        <translation>仅显示记录中出现的(&amp;O)</translation>
+    </message>
+    <message>
+        <source>Only frames of t&amp;his</source>
+        <translation>仅显示它的帧(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;Plot this</source>
+        <translation>绘制曲线(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Values need a database: Signals, Add database...</source>
+        <translation>显示数值需要数据库：信号、添加数据库...</translation>
+    </message>
+    <message>
+        <source>Up to frame %1</source>
+        <translation>截至帧 %1</translation>
+    </message>
+    <message>
+        <source>At the end, frame %1</source>
+        <translation>末尾，帧 %1</translation>
+    </message>
+    <message>
+        <source>&amp;Go to its frame</source>
+        <translation>转到它的帧(&amp;G)</translation>
+    </message>
+</context>
+<context>
+    <name>ValueTreeModel</name>
+    <message>
+        <source>Message, signal</source>
+        <translation>报文、信号</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>数值</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>单位</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文本</translation>
+    </message>
+    <message>
+        <source>Time [s]</source>
+        <translation>时间 [s]</translation>
+    </message>
 </context>
 </TS>

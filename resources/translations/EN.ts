@@ -3539,5 +3539,297 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>The language changes when the program is started again.</source>
         <translation>The language changes when the program is started again.</translation>
     </message>
+    <message>
+        <source>Databases</source>
+        <translation>Databases</translation>
+    </message>
+    <message>
+        <source>A database belongs to a capture. Open the capture first.</source>
+        <translation>A database belongs to a capture. Open the capture first.</translation>
+    </message>
+</context>
+<context>
+    <name>BitView</name>
+    <message>
+        <source>Bits of the frame</source>
+        <translation>Bits of the frame</translation>
+    </message>
+    <message>
+        <source>Byte %1, bit %2: %3</source>
+        <translation>Byte %1, bit %2: %3</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureDatabases</name>
+    <message>
+        <source>%1 is not used: frames %2 are %3 of %4</source>
+        <translation>%1 is not used: frames %2 are %3 of %4</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureSignals</name>
+    <message>
+        <source>Signals</source>
+        <translation>Signals</translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation>Values</translation>
+    </message>
+    <message>
+        <source>Databases</source>
+        <translation>Databases</translation>
+    </message>
+    <message>
+        <source>The databases of this capture cannot be remembered.</source>
+        <translation>The databases of this capture cannot be remembered.</translation>
+    </message>
+    <message>
+        <source>Add databases</source>
+        <translation>Add databases</translation>
+    </message>
+    <message>
+        <source>Databases (*.dbc *.ldf *.DBC *.LDF);;All files (*)</source>
+        <translation>Databases (*.dbc *.ldf *.DBC *.LDF);;All files (*)</translation>
+    </message>
+</context>
+<context>
+    <name>DatabasePanel</name>
+    <message>
+        <source>What was found in the database</source>
+        <translation>What was found in the database</translation>
+    </message>
+    <message>
+        <source>Databases of the capture</source>
+        <translation>Databases of the capture</translation>
+    </message>
+    <message>
+        <source>Database</source>
+        <translation>Database</translation>
+    </message>
+    <message>
+        <source>Channels</source>
+        <translation>Channels</translation>
+    </message>
+    <message>
+        <source>Messages</source>
+        <translation>Messages</translation>
+    </message>
+    <message>
+        <source>Signals</source>
+        <translation>Signals</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>State</translation>
+    </message>
+    <message>
+        <source>&amp;Add database...</source>
+        <translation>&amp;Add database...</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Remove</translation>
+    </message>
+    <message>
+        <source>&amp;Load again</source>
+        <translation>&amp;Load again</translation>
+    </message>
+    <message>
+        <source>loading</source>
+        <translation>loading</translation>
+    </message>
+    <message>
+        <source>not usable</source>
+        <translation>not usable</translation>
+    </message>
+    <message>
+        <source>findings: %1</source>
+        <translation>findings: %1</translation>
+    </message>
+    <message>
+        <source>in use</source>
+        <translation>in use</translation>
+    </message>
+    <message>
+        <source>line %1, column %2: %3</source>
+        <translation>line %1, column %2: %3</translation>
+    </message>
+    <message>
+        <source>and %1 more</source>
+        <translation>and %1 more</translation>
+    </message>
+    <message>
+        <source>all</source>
+        <translation>all</translation>
+    </message>
+    <message>
+        <source>Numbers of channels with commas, such as 1, 3; empty for all</source>
+        <translation>Numbers of channels with commas, such as 1, 3; empty for all</translation>
+    </message>
+    <message>
+        <source>DBC and LDF files name the messages and signals of a capture. Add one, or drop it onto the window.</source>
+        <translation>DBC and LDF files name the messages and signals of a capture. Add one, or drop it onto the window.</translation>
+    </message>
+</context>
+<context>
+    <name>SignalMenu</name>
+    <message>
+        <source>Sig&amp;nals</source>
+        <translation>Sig&amp;nals</translation>
+    </message>
+    <message>
+        <source>&amp;Add database...</source>
+        <translation>&amp;Add database...</translation>
+    </message>
+    <message>
+        <source>Add &amp;recent</source>
+        <translation>Add &amp;recent</translation>
+    </message>
+    <message>
+        <source>Re&amp;move</source>
+        <translation>Re&amp;move</translation>
+    </message>
+    <message>
+        <source>&amp;Load again</source>
+        <translation>&amp;Load again</translation>
+    </message>
+    <message>
+        <source>&amp;Databases of the capture</source>
+        <translation>&amp;Databases of the capture</translation>
+    </message>
+    <message>
+        <source>%1, channels %2</source>
+        <translation>%1, channels %2</translation>
+    </message>
+</context>
+<context>
+    <name>SignalPanel</name>
+    <message>
+        <source>Signals of the frame</source>
+        <translation>Signals of the frame</translation>
+    </message>
+    <message>
+        <source>Signal</source>
+        <translation>Signal</translation>
+    </message>
+    <message>
+        <source>Raw</source>
+        <translation>Raw</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Value</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Unit</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Select a frame to see its signals.</source>
+        <translation>Select a frame to see its signals.</translation>
+    </message>
+    <message>
+        <source>No database of this capture describes frame %1.</source>
+        <translation>No database of this capture describes frame %1.</translation>
+    </message>
+    <message>
+        <source>Frame %1. Its signals need a database: Signals, Add database...</source>
+        <translation>Frame %1. Its signals need a database: Signals, Add database...</translation>
+    </message>
+    <message>
+        <source>Frame %1: %2 (%3)</source>
+        <translation>Frame %1: %2 (%3)</translation>
+    </message>
+    <message>
+        <source>from %1</source>
+        <translation>from %1</translation>
+    </message>
+    <message>
+        <source>every %1 ms</source>
+        <translation>every %1 ms</translation>
+    </message>
+    <message>
+        <source>too short for %1 of its signals</source>
+        <translation>too short for %1 of its signals</translation>
+    </message>
+    <message>
+        <source>a remote frame has no data</source>
+        <translation>a remote frame has no data</translation>
+    </message>
+    <message>
+        <source>these data were not on the bus; filters and plots leave them out</source>
+        <translation>these data were not on the bus; filters and plots leave them out</translation>
+    </message>
+    <message>
+        <source>&amp;Plot this</source>
+        <translation>&amp;Plot this</translation>
+    </message>
+</context>
+<context>
+    <name>ValuePanel</name>
+    <message>
+        <source>Messages and signals with their last values</source>
+        <translation>Messages and signals with their last values</translation>
+    </message>
+    <message>
+        <source>Search messages and signals</source>
+        <translation>Search messages and signals</translation>
+    </message>
+    <message>
+        <source>&amp;Only what is in the capture</source>
+        <translation>&amp;Only what is in the capture</translation>
+    </message>
+    <message>
+        <source>Only frames of t&amp;his</source>
+        <translation>Only frames of t&amp;his</translation>
+    </message>
+    <message>
+        <source>&amp;Plot this</source>
+        <translation>&amp;Plot this</translation>
+    </message>
+    <message>
+        <source>Values need a database: Signals, Add database...</source>
+        <translation>Values need a database: Signals, Add database...</translation>
+    </message>
+    <message>
+        <source>Up to frame %1</source>
+        <translation>Up to frame %1</translation>
+    </message>
+    <message>
+        <source>At the end, frame %1</source>
+        <translation>At the end, frame %1</translation>
+    </message>
+    <message>
+        <source>&amp;Go to its frame</source>
+        <translation>&amp;Go to its frame</translation>
+    </message>
+</context>
+<context>
+    <name>ValueTreeModel</name>
+    <message>
+        <source>Message, signal</source>
+        <translation>Message, signal</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Value</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Unit</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Time [s]</source>
+        <translation>Time [s]</translation>
+    </message>
 </context>
 </TS>

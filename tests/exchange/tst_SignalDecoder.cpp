@@ -21,6 +21,9 @@ private slots:
     static void ranges();
     static void bytesAndLetters();
     static void digits();
+    static void bitsOfNumbers_data();
+    static void bitsOfNumbers();
+    static void bitsOfScales();
 };
 
 namespace {
@@ -244,6 +247,72 @@ void tst_SignalDecoder::digits()
     QVERIFY(!decoded(signal, "3A12").physical);
     signal.length = 64;
     QCOMPARE(*decoded(signal, "9999999999999999").physical, 9999999999999999.0);
+}
+
+void tst_SignalDecoder::bitsOfNumbers_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<int>("length");
+    QTest::addColumn<double>("factor");
+    QTest::addColumn<double>("value");
+    QTest::addColumn<QString>("expected");
+    const auto row = [](const char *name, DatabaseSignal::Type type, int length, double factor, double value,
+                        const char *expected) {
+        QTest::newRow(name) << int(type) << length << factor << value << QString::fromLatin1(expected);
+    };
+    row("byte", DatabaseSignal::Unsigned, 8, 0.1, 12.7, "7f");
+    row("between two", DatabaseSignal::Unsigned, 8, 0.1, 12.75, "none");
+    row("too large", DatabaseSignal::Unsigned, 8, 0.1, 25.6, "none");
+    row("below", DatabaseSignal::Unsigned, 8, 0.1, -0.1, "none");
+    row("all of 64 bits", DatabaseSignal::Unsigned, 64, 1, 18446744073709551615.0, "ffffffffffffffff");
+    row("infinite", DatabaseSignal::Unsigned, 64, 1, std::numeric_limits<double>::infinity(), "none");
+    row("factor 0", DatabaseSignal::Unsigned, 8, 0, 3, "none");
+    row("negative", DatabaseSignal::Signed, 8, -2, 256, "ffffffffffffff80");
+    row("negative, too large", DatabaseSignal::Signed, 8, -2, 258, "none");
+    row("least of 64 bits", DatabaseSignal::Signed, 64, 1, -9223372036854775808.0, "8000000000000000");
+    row("float", DatabaseSignal::Float, 32, 2, 3, "3fc00000");
+    row("float, not exact", DatabaseSignal::Float, 32, 1, 0.1, "none");
+    row("double", DatabaseSignal::Float, 64, 1, 0.1, "3fb999999999999a");
+    row("digits", DatabaseSignal::Bcd, 16, 1, 1234, "1234");
+    row("too many digits", DatabaseSignal::Bcd, 16, 1, 12345, "none");
+    row("letters", DatabaseSignal::Ascii, 16, 1, 1, "none");
+}
+
+void tst_SignalDecoder::bitsOfNumbers()
+{
+    QFETCH(int, type);
+    QFETCH(int, length);
+    QFETCH(double, factor);
+    QFETCH(double, value);
+    DatabaseSignal signal = signalOf(static_cast<DatabaseSignal::Type>(type), length);
+    SignalScale scale;
+    scale.factor = factor;
+    signal.scales = {scale};
+    const SignalDecoder decoder(signal, 0, nullptr);
+    const std::optional<quint64> bits = decoder.bitsOf(value);
+    const QString found = bits ? QString::number(*bits, 16) : QStringLiteral("none");
+    QTEST(found, "expected");
+    if (bits) {
+        QCOMPARE(decoder.number(*bits), std::optional(value));
+    }
+}
+
+void tst_SignalDecoder::bitsOfScales()
+{
+    DatabaseSignal signal = signalOf(DatabaseSignal::Unsigned, 8);
+    signal.scales = {{{0, 100}, 1, 0, {}}, {{101, 200}, 10, -1000, {}}};
+    const SignalDecoder decoder(signal, 0, nullptr);
+    QCOMPARE(decoder.bitsOf(100), std::optional<quint64>(100));
+    QCOMPARE(decoder.bitsOf(1000), std::optional<quint64>(200));
+    QVERIFY(!decoder.bitsOf(150.5));
+    QVERIFY(!decoder.number(201));
+    signal.scales.clear();
+    signal.texts = {{1, QStringLiteral("on")}};
+    const SignalDecoder onlyTexts(signal, 0, nullptr);
+    QVERIFY(!onlyTexts.physical(1));
+    QCOMPARE(onlyTexts.number(1), std::optional(1.0));
+    QCOMPARE(onlyTexts.bitsOf(1), std::optional<quint64>(1));
+    QVERIFY(!onlyTexts.bitsOf(256));
 }
 
 X9_PLAIN_TEST(tst_SignalDecoder)

@@ -79,3 +79,35 @@ StoreLoader::Open syntheticCapture(qint64 frames)
         return std::make_unique<SyntheticStream>(frames, findings);
     };
 }
+
+QByteArray syntheticDatabase()
+{
+    return R"(VERSION ""
+BU_: Motor Body
+BO_ 256 Engine: 8 Motor
+ SG_ Speed : 0|16@1+ (0.5,0) [0|32767.5] "rpm" Body
+ SG_ Torque : 23|12@0- (0.5,0) [-1024|1023.5] "Nm" Body
+ SG_ Gear : 27|3@0+ (1,0) [0|7] "" Body
+ SG_ OilPressureLow : 40|1@1+ (1,0) [0|1] "" Body
+ SG_ Temperature : 48|8@1- (1,-40) [-168|87] "degC" Body
+ SG_ Counter : 56|8@1+ (1,0) [0|255] "" Body
+BO_ 273 Doors: 8 Body
+ SG_ Page M : 56|8@1+ (1,0) [0|255] "" Motor
+ SG_ LevelOfPageOne m1 : 0|16@1+ (1,0) [0|0] "mm" Motor
+ SG_ LevelOfPageTwo m2 : 7|16@0+ (1,0) [0|0] "mm" Motor
+ SG_ Open : 40|1@1+ (1,0) [0|1] "" Motor
+BO_ 443 Radar: 24 Body
+ SG_ Distance : 0|16@1+ (0.01,0) [0|655.35] "m" Motor
+ SG_ Quality : 184|8@1+ (1,0) [0|255] "%" Motor
+BO_ 2566853172 Gateway: 8 Body
+ SG_ Load : 0|16@1+ (0.1,0) [0|0] "%" Motor
+BO_ 1792 Climate: 8 Body
+ SG_ Fan : 0|8@1+ (1,0) [0|255] "" Motor
+CM_ BO_ 256 "Every 10 ms";
+CM_ SG_ 256 Speed "Crankshaft";
+CM_ SG_ 256 OilPressureLow "Switch in the oil circuit";
+VAL_ 256 OilPressureLow 0 "pressure" 1 "NO PRESSURE" ;
+VAL_ 256 Gear 0 "neutral" 1 "first" 2 "second" ;
+VAL_ 273 Open 0 "closed" 1 "open" ;
+)";
+}

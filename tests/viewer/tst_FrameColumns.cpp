@@ -12,9 +12,10 @@ namespace {
 /// The cells from the channel on, with "|" between them.
 QString cells(const BusFrame &frame)
 {
+    const FrameNames names({{0x123, QStringLiteral("Door")}});
     QStringList list;
     for (int column = static_cast<int>(FrameColumn::Channel); column < FrameColumnCount; ++column) {
-        list.append(FrameColumns::text(static_cast<FrameColumn>(column), 41, frame, {{0x123, QStringLiteral("Door")}}));
+        list.append(FrameColumns::text(static_cast<FrameColumn>(column), 41, frame, names));
     }
     return list.join(QLatin1Char('|'));
 }

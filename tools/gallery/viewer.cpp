@@ -1,15 +1,20 @@
 // x9_viewer_gallery LANGUAGE FOLDER   Takes pictures of the viewer with a made-up capture (LANGUAGE zh or en):
-// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter.png and ...-viewer-dark.png, for a QT_SCALE_FACTOR of 2 ...@2x.png.
+// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter.png, -signals, -values, -databases, -dark and -signals-dark, for a
+// QT_SCALE_FACTOR of 2 ...@2x.png.
 
 #include "tests/viewer/SyntheticCapture.h"
+#include "viewer/CaptureSignals.h"
 #include "viewer/CaptureTab.h"
 #include "viewer/ViewerApplication.h"
 #include "viewer/ViewerWindow.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QTableWidget>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTextStream>
+#include <QTreeView>
 #include <QtTest>
 
 namespace {
@@ -23,6 +28,31 @@ QPalette darkPalette()
     palette.setColor(QPalette::AlternateBase, QColor(44, 44, 44));
     palette.setColor(QPalette::Highlight, QColor(42, 130, 218));
     return palette;
+}
+
+/// Of the panels for signals, with a database that has a mistake.
+template<typename Save>
+bool saveSignals(CaptureTab &tab, const QString &folder, Save save)
+{
+    QFile file(QDir(folder).filePath(QStringLiteral("engine.dbc")));
+    if (!file.open(QIODevice::WriteOnly) || file.write(syntheticDatabase() + "BO_ none\n") < 0) {
+        return false;
+    }
+    file.close();
+    CaptureSignals &parts = tab.captureSignals();
+    parts.add({file.fileName()});
+    const bool isRead = QTest::qWaitFor([&parts] { return !parts.databases().isLoading(); });
+    tab.panels().setCurrentIndex(1);
+    tab.table().setCurrentPlace(40);
+    tab.findChild<QTableWidget *>(QStringLiteral("signals"))->selectRow(1);
+    bool isSaved = isRead && save(QStringLiteral("viewer-signals"));
+    tab.panels().setCurrentIndex(2);
+    tab.findChild<QTreeView *>(QStringLiteral("values"))->expandAll();
+    isSaved = save(QStringLiteral("viewer-values")) && isSaved;
+    tab.panels().setCurrentIndex(3);
+    isSaved = save(QStringLiteral("viewer-databases")) && isSaved;
+    tab.panels().setCurrentIndex(0);
+    return isSaved;
 }
 
 } // namespace
@@ -57,6 +87,7 @@ int main(int argc, char *argv[])
     tab.toggleMark();
     tab.table().setCurrentPlace(50);
     isSaved = isLoaded && isSaved && save(QStringLiteral("viewer"));
+    isSaved = isSaved && saveSignals(tab, settings.path(), save);
     auto *filter = tab.findChild<FilterEdit *>(QStringLiteral("filter"));
     filter->take(QStringLiteral("data[5] == 1 and not ext"));
     isSaved = QTest::qWaitFor([&tab] { return !tab.capture().isFiltering(); }) && isSaved;
@@ -65,5 +96,9 @@ int main(int argc, char *argv[])
     filter->take(QStringLiteral("fd or error"));
     QApplication::setPalette(darkPalette());
     isSaved = isSaved && save(QStringLiteral("viewer-dark"));
+    filter->take({});
+    tab.panels().setCurrentIndex(1);
+    tab.table().setCurrentPlace(40);
+    isSaved = isSaved && save(QStringLiteral("viewer-signals-dark"));
     return isSaved ? 0 : 1;
 }

@@ -1,9 +1,9 @@
 #include "viewer/core/Bookmarks.h"
 
-#include <QCryptographicHash>
+#include "viewer/core/CapturePaths.h"
+
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -15,19 +15,6 @@ namespace {
 
 constexpr qint64 MaxFileSize = qint64{16} * 1024 * 1024;
 constexpr double MaxRow = 1e15;
-
-QString absolutePath(const QString &capture)
-{
-    const QFileInfo file(capture);
-    const QString canonical = file.canonicalFilePath();
-    return canonical.isEmpty() ? file.absoluteFilePath() : canonical;
-}
-
-QString pathOf(const QString &folder, const QString &capture)
-{
-    const QByteArray name = QCryptographicHash::hash(absolutePath(capture).toUtf8(), QCryptographicHash::Sha1).toHex();
-    return QDir(folder).filePath(QString::fromLatin1(name) + QStringLiteral(".json"));
-}
 
 } // namespace
 
@@ -77,17 +64,17 @@ Bookmarks Bookmarks::fromJson(const QByteArray &json)
 
 Bookmarks Bookmarks::load(const QString &folder, const QString &capture)
 {
-    QFile file(pathOf(folder, capture));
+    QFile file(CapturePaths::fileOf(folder, capture));
     return file.open(QIODevice::ReadOnly) ? fromJson(file.read(MaxFileSize)) : Bookmarks();
 }
 
 bool Bookmarks::save(const QString &folder, const QString &capture) const
 {
-    const QString path = pathOf(folder, capture);
+    const QString path = CapturePaths::fileOf(folder, capture);
     if (m_notes.isEmpty()) {
         return !QFile::exists(path) || QFile::remove(path);
     }
     QSaveFile file(path);
-    return QDir().mkpath(folder) && file.open(QIODevice::WriteOnly) && file.write(toJson(absolutePath(capture))) > 0 &&
-           file.commit();
+    return QDir().mkpath(folder) && file.open(QIODevice::WriteOnly) &&
+           file.write(toJson(CapturePaths::absolute(capture))) > 0 && file.commit();
 }

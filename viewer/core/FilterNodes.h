@@ -58,6 +58,13 @@ enum class FrameField {
     Time,  ///< seconds since the start
     Number ///< of the frame, from 1
 };
+/// Whether frames pass by their name.
+struct NameRule
+{
+    FrameKey key;
+    QVector<int> channels; ///< from 0; empty: all
+    bool passes;
+};
 enum class ArithmeticOperator { Add, Subtract, Multiply, Divide, Remainder, And, Or, Xor, ShiftLeft, ShiftRight };
 enum class ComparisonOperator { Equal, NotEqual, Less, LessEqual, Greater, GreaterEqual };
 
@@ -98,7 +105,8 @@ TestPointer isNotZero(ValuePointer value);
 TestPointer flag(BusFrame::Flag flag);
 TestPointer direction(BusFrame::Direction direction);
 TestPointer data(const DataPattern &pattern);
-TestPointer keys(QVector<FrameKey> keys);
+/// Of rules for the same frame the first counts; frames without any do not pass.
+TestPointer names(std::vector<NameRule> rules);
 TestPointer negation(TestPointer test);
 TestPointer all(std::vector<TestPointer> tests);
 TestPointer any(std::vector<TestPointer> tests);

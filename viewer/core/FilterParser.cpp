@@ -360,15 +360,15 @@ TestPointer FilterParser::nameTest(bool isWhole)
     if (place.kind != FilterToken::Text) {
         fail(place, tr("A name is a text in quotation marks."));
     }
-    QVector<FrameKey> keys;
+    std::vector<NameRule> rules;
     const QVector<SignalSource::Message> messages =
         m_names != nullptr ? m_names->messages() : QVector<SignalSource::Message>();
     for (const SignalSource::Message &message : messages) {
-        if (isWhole ? message.name == place.text : message.name.contains(place.text, Qt::CaseInsensitive)) {
-            keys.append(message.key);
-        }
+        const bool passes =
+            isWhole ? message.name == place.text : message.name.contains(place.text, Qt::CaseInsensitive);
+        rules.push_back({message.key, message.channels, passes});
     }
-    return FilterNodes::keys(std::move(keys));
+    return FilterNodes::names(std::move(rules));
 }
 
 FilterParser::Operand FilterParser::arithmetic(int level)

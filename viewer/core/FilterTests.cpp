@@ -4,7 +4,6 @@
 namespace {
 
 using FilterSteps::forEach;
-using FilterSteps::KeySet;
 using Mask = FilterBatch::Mask;
 using Values = FilterBatch::Values;
 
@@ -246,10 +245,21 @@ TestPointer data(const DataPattern &pattern)
     });
 }
 
-TestPointer keys(QVector<FrameKey> keys)
+TestPointer names(std::vector<NameRule> rules)
 {
-    return frameTest([set = KeySet(std::move(keys))](const BusFrameStore::Block &block, std::size_t at) {
-        return set.contains(block, at);
+    const auto isBefore = [](const NameRule &a, const NameRule &b) {
+        return a.key < b.key;
+    };
+    std::stable_sort(rules.begin(), rules.end(), isBefore);
+    return frameTest([rules = std::move(rules), isBefore](const BusFrameStore::Block &block, std::size_t at) {
+        const FrameKey key = frameKey(block.identifier[at], block.flags[at]);
+        auto rule = std::lower_bound(rules.begin(), rules.end(), NameRule{key, {}, false}, isBefore);
+        for (; rule != rules.end() && rule->key == key; ++rule) {
+            if (rule->channels.isEmpty() || rule->channels.contains(block.channel[at])) {
+                return rule->passes;
+            }
+        }
+        return false;
     });
 }
 

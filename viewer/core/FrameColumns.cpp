@@ -128,7 +128,7 @@ QString FrameColumns::text(FrameColumn column, qint64 row, const BusFrame &frame
     case FrameColumn::Identifier:
         return identifierText(key);
     case FrameColumn::Name:
-        return names.value(key);
+        return names.of(key, frame.channel);
     case FrameColumn::Type:
         return typeText(frame);
     case FrameColumn::Length:
@@ -158,6 +158,13 @@ QString FrameColumns::text(FrameColumn column, const BusFrameStore &store, const
     return column == FrameColumn::Absolute ? absoluteTimeText(*time) : durationText(*time);
 }
 
+/// Texts of the language end with the quotation mark that they begin with.
+QString FrameColumns::nameFilter(const QString &name)
+{
+    const QChar quote = name.contains(QLatin1Char('"')) ? QLatin1Char('\'') : QLatin1Char('"');
+    return name.isEmpty() || name.contains(quote) ? QString() : QStringLiteral("name == ") + quote + name + quote;
+}
+
 QString FrameColumns::sameCell(FrameColumn column, qint64 row, const BusFrame &frame, const Names &names)
 {
     const FrameKey key = frameKey(frame.identifier, frame.flags);
@@ -173,7 +180,7 @@ QString FrameColumns::sameCell(FrameColumn column, qint64 row, const BusFrame &f
     case FrameColumn::Identifier:
         return identifierFilter(key);
     case FrameColumn::Name:
-        return names.contains(key) ? QStringLiteral("name == \"%1\"").arg(names.value(key)) : QString();
+        return nameFilter(names.of(key, frame.channel));
     case FrameColumn::Type:
         return typeFilter(frame);
     case FrameColumn::Length:

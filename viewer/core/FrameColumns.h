@@ -1,10 +1,9 @@
 #pragma once
 
+#include "viewer/core/FrameNames.h"
 #include "viewer/core/FrameTimes.h"
-#include "viewer/core/SignalSource.h"
 
 #include <QCoreApplication>
-#include <QHash>
 #include <QString>
 
 /// The columns of a table of frames, in their order.
@@ -31,7 +30,7 @@ class FrameColumns
     Q_DECLARE_TR_FUNCTIONS(FrameColumns)
 
 public:
-    using Names = QHash<FrameKey, QString>;
+    using Names = FrameNames;
 
     static QString title(FrameColumn column);
     /// Of all columns that do not tell times.
@@ -49,6 +48,8 @@ public:
     static QString identifierText(FrameKey key);
     /// A filter for an identifier: "id == 0x123 and not ext and not lin".
     static QString identifierFilter(FrameKey key);
+    /// A filter for the frames of a message; empty where name is, or cannot be written in one.
+    static QString nameFilter(const QString &name);
     /// "DE AD".
     static QString dataText(const BusFrame &frame);
 

@@ -15,6 +15,7 @@ public:
     {
         FrameKey key;
         QString name;
+        QVector<int> channels = {}; ///< from 0; empty: all
     };
 
     SignalSource() = default;
@@ -22,6 +23,7 @@ public:
     SignalSource(const SignalSource &) = delete;
     SignalSource &operator=(const SignalSource &) = delete;
 
+    /// Of messages for the same frames the first one names them.
     virtual QVector<Message> messages() const = 0;
     /// Every signal by each name that it is found by: "Speed", "Engine.Speed".
     virtual QStringList signalNames() const = 0;
@@ -29,8 +31,9 @@ public:
     virtual int signalNumber(const QString &name) const = 0;
     /// The messages that a signal is in.
     virtual QVector<FrameKey> carriers(int signal) const = 0;
-    /// The physical value. frame: of one of the carriers. Not a number where it has none: another multiplexed signal is
-    /// in its place, or the frame is too short.
+    /// The physical value, or of a signal that only stands for texts the raw one. frame: of one of the carriers. Not a
+    /// number where it has none: another multiplexed signal is in its place, the frame is too short, or its data were
+    /// not on the bus.
     virtual double value(int signal, const BusFrame &frame) const = 0;
     /// What a value stands for; empty where it is a number only.
     virtual QString valueText(int signal, double value) const = 0;
