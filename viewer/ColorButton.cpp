@@ -1,5 +1,7 @@
 #include "viewer/ColorButton.h"
 
+#include "viewer/RowColors.h"
+
 #include <QColorDialog>
 #include <QMenu>
 #include <QPainter>
@@ -62,7 +64,7 @@ QIcon ColorButton::icon(const ColorRule::Color &color) const
     const int side = fontMetrics().height();
     QPixmap pixmap(QSize(side, side) * ratio);
     pixmap.setDevicePixelRatio(ratio);
-    pixmap.fill(color ? QColor(*color) : palette().color(QPalette::Base));
+    pixmap.fill(color ? colorIn(palette(), *color) : palette().color(QPalette::Base));
     QPainter painter(&pixmap);
     painter.setPen(palette().color(QPalette::Mid));
     painter.drawRect(QRectF(0, 0, side - 1, side - 1));

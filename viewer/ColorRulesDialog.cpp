@@ -101,9 +101,9 @@ QWidget *ColorRulesDialog::makeEditor()
     m_filter = new FilterEdit;
     auto *label = new QLabel(tr("&Filter:"));
     label->setBuddy(m_filter);
-    m_text = new ColorButton(ColorButton::Text, tr("&Letters"));
+    m_text = new ColorButton(ColorButton::Text, tr("&Text"));
     m_text->setObjectName(QStringLiteral("text"));
-    m_background = new ColorButton(ColorButton::Background, tr("&Ground"));
+    m_background = new ColorButton(ColorButton::Background, tr("&Background"));
     m_background->setObjectName(QStringLiteral("background"));
     m_problem = new QLabel;
     m_problem->setObjectName(QStringLiteral("ruleProblem"));

@@ -7,12 +7,32 @@
 #include <QCompleter>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QStringListModel>
-#include <QStyle>
 #include <QTextCharFormat>
 
 #include <algorithm>
 #include <utility>
+
+namespace {
+
+/// A small triangle, in a grey that is seen on light and on dark ground.
+QIcon listIcon(const QWidget &widget)
+{
+    const int side = widget.fontMetrics().height();
+    const qreal ratio = widget.devicePixelRatioF();
+    QPixmap pixmap(QSize(side, side) * ratio);
+    pixmap.setDevicePixelRatio(ratio);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::gray);
+    painter.drawPolygon(QPolygonF({{side * 0.25, side * 0.38}, {side * 0.75, side * 0.38}, {side * 0.5, side * 0.68}}));
+    return pixmap;
+}
+
+} // namespace
 
 FilterEdit::FilterEdit(QWidget *parent)
     : QLineEdit(parent)
@@ -45,7 +65,7 @@ void FilterEdit::setSource(std::shared_ptr<const SignalSource> source)
 void FilterEdit::setSettings(TableSettings &settings)
 {
     m_settings = &settings;
-    QAction *recent = addAction(style()->standardIcon(QStyle::SP_ArrowDown), QLineEdit::TrailingPosition);
+    QAction *recent = addAction(listIcon(*this), QLineEdit::TrailingPosition);
     recent->setToolTip(tr("Filters that were used lately (Down)"));
     recent->setObjectName(QStringLiteral("recentFilters"));
     connect(recent, &QAction::triggered, this, &FilterEdit::slot_offerRecent);

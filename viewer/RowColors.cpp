@@ -6,7 +6,8 @@
 namespace {
 
 constexpr double LeastContrast = 4.5;
-constexpr double DarkestGround = 0.15; ///< the lightness that white turns into
+constexpr double DarkestGround = 0.1;  ///< the lightness that white turns into
+constexpr double DarkSaturation = 0.7; ///< what is left of it: colours glow on dark ground
 
 double luminance(const QColor &color)
 {
@@ -20,11 +21,6 @@ QColor withLightness(const QColor &color, double lightness)
 {
     return QColor::fromHslF(std::max(0.0, color.hslHueF()), color.hslSaturationF(),
                             std::max(0.0, std::min(lightness, 1.0)));
-}
-
-QColor turnedRound(const QColor &color)
-{
-    return withLightness(color, 1 - (1 - DarkestGround) * color.lightnessF());
 }
 
 QColor readable(const QColor &text, const QColor &ground)
@@ -46,6 +42,14 @@ bool isDark(const QPalette &palette)
     return luminance(palette.color(QPalette::Base)) < luminance(palette.color(QPalette::Text));
 }
 
+QColor colorIn(const QPalette &palette, quint32 rgb)
+{
+    const QColor color(rgb);
+    return !isDark(palette) ? color
+                            : QColor::fromHslF(std::max(0.0, color.hslHueF()), color.hslSaturationF() * DarkSaturation,
+                                               1 - (1 - DarkestGround) * color.lightnessF());
+}
+
 double contrast(const QColor &first, const QColor &second)
 {
     const double one = luminance(first) + 0.05;
@@ -55,14 +59,11 @@ double contrast(const QColor &first, const QColor &second)
 
 RowColors rowColors(const ColorRule &rule, const QPalette &palette)
 {
-    const auto inSurroundings = [&palette](quint32 rgb) {
-        return isDark(palette) ? turnedRound(QColor(rgb)) : QColor(rgb);
-    };
     RowColors colors;
     if (rule.background) {
-        colors.background = inSurroundings(*rule.background);
+        colors.background = colorIn(palette, *rule.background);
     }
-    colors.text = readable(rule.text ? inSurroundings(*rule.text) : palette.color(QPalette::Text),
+    colors.text = readable(rule.text ? colorIn(palette, *rule.text) : palette.color(QPalette::Text),
                            rule.background ? colors.background : palette.color(QPalette::Base));
     return colors;
 }

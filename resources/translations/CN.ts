@@ -3307,12 +3307,12 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <translation>过滤(&amp;F)：</translation>
     </message>
     <message>
-        <source>&amp;Letters</source>
-        <translation>文字(&amp;L)</translation>
+        <source>&amp;Text</source>
+        <translation>文字(&amp;T)</translation>
     </message>
     <message>
-        <source>&amp;Ground</source>
-        <translation>背景(&amp;G)</translation>
+        <source>&amp;Background</source>
+        <translation>背景(&amp;B)</translation>
     </message>
     <message>
         <source>A rule without a filter colours nothing.</source>

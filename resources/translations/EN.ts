@@ -3307,12 +3307,12 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <translation>&amp;Filter:</translation>
     </message>
     <message>
-        <source>&amp;Letters</source>
-        <translation>&amp;Letters</translation>
+        <source>&amp;Text</source>
+        <translation>&amp;Text</translation>
     </message>
     <message>
-        <source>&amp;Ground</source>
-        <translation>&amp;Ground</translation>
+        <source>&amp;Background</source>
+        <translation>&amp;Background</translation>
     </message>
     <message>
         <source>A rule without a filter colours nothing.</source>

@@ -19,16 +19,16 @@ struct Standard
 /// By FrameColumn.
 constexpr std::array<Standard, FrameColumnCount> Standards{{{"number", 10, true},
                                                             {"absolute", 30, false},
-                                                            {"sinceStart", 17, true},
-                                                            {"sinceShown", 16, true},
-                                                            {"sinceIdentifier", 16, false},
-                                                            {"sinceMark", 16, false},
-                                                            {"channel", 8, true},
-                                                            {"direction", 9, true},
+                                                            {"sinceStart", 15, true},
+                                                            {"sinceShown", 13, true},
+                                                            {"sinceIdentifier", 13, false},
+                                                            {"sinceMark", 15, false},
+                                                            {"channel", 6, true},
+                                                            {"direction", 8, true},
                                                             {"identifier", 9, true},
                                                             {"name", 14, true},
                                                             {"type", 11, true},
-                                                            {"length", 7, true},
+                                                            {"length", 5, true},
                                                             {"data", 25, true}}};
 
 const Standard &standardOf(FrameColumn column)
