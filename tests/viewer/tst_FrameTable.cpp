@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QHeaderView>
+#include <QInputDialog>
 #include <QLabel>
 #include <QListWidget>
 #include <QMenu>
@@ -43,6 +44,19 @@ void clickInMenu(const char *action)
     });
 }
 
+/// Types into the dialog that opens when the event loop runs next, and takes it.
+void typeInDialog(const char *text)
+{
+    QTimer::singleShot(0, [text] {
+        auto *dialog = qobject_cast<QInputDialog *>(QApplication::activeModalWidget());
+        QVERIFY(dialog != nullptr);
+        auto *line = dialog->findChild<QLineEdit *>();
+        line->clear();
+        QTest::keyClicks(line, QString::fromLatin1(text));
+        QTest::keyClick(line, Qt::Key_Return);
+    });
+}
+
 } // namespace
 
 class tst_FrameTable : public QObject
@@ -67,6 +81,9 @@ private slots:
     void signalsInRules();
     void namesComeFromTheDatabase();
     void bookmarksInTheirPanel();
+    void bookmarksByKeys();
+    void goesToNumberAndTime();
+    void timesAreOfWhatIsShown();
 
 private:
     FrameTableView &table() { return m_tab->table(); }
@@ -431,6 +448,59 @@ void tst_FrameTable::bookmarksInTheirPanel()
     QCOMPARE(list->topLevelItemCount(), 1);
     QVERIFY(!m_tab->capture().bookmarks().contains(90000));
     QCOMPARE(Bookmarks::load(m_folder->path(), QStringLiteral("made-up")).notes().size(), 1);
+}
+
+void tst_FrameTable::bookmarksByKeys()
+{
+    const auto *problem = m_tab->findChild<QLabel *>(QStringLiteral("problem"));
+    for (const int place : {30, 20}) {
+        table().setCurrentPlace(place);
+        typeInDialog("note");
+        m_tab->editBookmark();
+    }
+    QCOMPARE(m_tab->capture().bookmarks().notes().size(), 2);
+    m_tab->goToBookmark(false);
+    QCOMPARE(table().currentRow(), 30);
+    QCOMPARE(problem->text(), QStringLiteral("note"));
+    m_tab->goToBookmark(false);
+    QCOMPARE(table().currentRow(), 30);
+    QCOMPARE(problem->text(), QStringLiteral("There is no further bookmark."));
+    m_tab->goToBookmark(true);
+    QCOMPARE(table().currentRow(), 20);
+    typeInDialog("");
+    m_tab->editBookmark();
+    QVERIFY(!m_tab->capture().bookmarks().contains(20));
+}
+
+void tst_FrameTable::goesToNumberAndTime()
+{
+    const auto goTo = [this](const char *text) {
+        typeInDialog(text);
+        m_tab->goTo();
+        return table().currentRow();
+    };
+    QCOMPARE(goTo("70007"), qint64(70006));
+    QCOMPARE(goTo("12.5s"), qint64(25000));
+    QCOMPARE(goTo("500 ms"), qint64(1000));
+    QCOMPARE(goTo("nonsense"), qint64(1000));
+    QVERIFY(m_tab->findChild<QLabel *>(QStringLiteral("problem"))->text().contains(QLatin1String("nonsense")));
+}
+
+/// The time since the frame above, whichever that is.
+void tst_FrameTable::timesAreOfWhatIsShown()
+{
+    filter().take(QStringLiteral("dir == tx"));
+    QTRY_COMPARE(m_tab->capture().rowCount(), Frames / 20);
+    const auto cell = [this](FrameColumn column) {
+        table().setColumnLayout(ColumnLayout({{column, 20, true}}));
+        table().setCurrentPlace(1);
+        QTest::keySequence(&table(), QKeySequence::Copy);
+        return QApplication::clipboard()->text().split(QLatin1Char('\n')).at(1);
+    };
+    QCOMPARE(cell(FrameColumn::SinceStart), QStringLiteral("0.011501800"));
+    QCOMPARE(cell(FrameColumn::SinceShown), QStringLiteral("0.009999100"));
+    QCOMPARE(cell(FrameColumn::SinceIdentifier), QStringLiteral("0.009999100"));
+    QVERIFY(cell(FrameColumn::Absolute).contains(QLatin1String(":00.011501800")));
 }
 
 X9_GUI_TEST(tst_FrameTable)
