@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # tools/fuzz.sh [SECONDS [TARGET...]]   Fuzzes the readers of capture files - those of the program, that of LIN frames and
-# all that turn captures into each other - and of signal databases for SECONDS each (default 600), starting from the golden files. What is found
-# stays under build/fuzz/findings; add it to the folder of tests/data that the target's seeds are from, as found_<what it
-# is>.
+# all that turn captures into each other -, of signal databases, and of the viewer's filters for SECONDS each (default
+# 600), starting from the golden files. What is found stays under build/fuzz/findings; add it to the folder of tests/data
+# that the target's seeds are from, as found_<what it is>.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -26,6 +26,7 @@ declare -A seeds=(
   [fuzz_trc]="exchange/*.trc"
   [fuzz_dbc]="exchange/database/*.dbc"
   [fuzz_ldf]="exchange/database/*.ldf"
+  [fuzz_Filter]="viewer/filters/*.txt"
 )
 
 seconds=${1:-600}

@@ -1,6 +1,8 @@
 #include "viewer/CaptureTab.h"
 
+#include "viewer/BookmarkPanel.h"
 #include "viewer/CaptureSignals.h"
+#include "viewer/TableLook.h"
 
 #include <QCheckBox>
 #include <QDialog>
@@ -35,6 +37,7 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
                        QWidget *parent)
     : QWidget(parent)
     , m_capture(path, open, true)
+    , m_search(m_capture)
     , m_bookmarkFolder(bookmarkFolder)
     , m_frames(m_capture)
     , m_identifiers(m_capture)
@@ -47,6 +50,7 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
     m_panels->setObjectName(QStringLiteral("panels"));
     m_panels->setDocumentMode(true);
     m_panels->addTab(makeOverview(), tr("Overview"));
+    m_panels->addTab(new BookmarkPanel(*this), tr("Bookmarks"));
     splitter->addWidget(m_panels);
     splitter->setStretchFactor(0, 3);
     splitter->setStretchFactor(1, 2);
@@ -56,20 +60,22 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
     layout->addWidget(splitter, 1);
     layout->addWidget(makeStatusLine());
     connect(m_table, &FrameTableView::sig_filterWanted, this, &CaptureTab::slot_filterWanted);
+    connect(m_table, &FrameTableView::sig_findWanted, this, &CaptureTab::slot_findWanted);
+    connect(m_table, &FrameTableView::sig_told, this, &CaptureTab::tell);
     connect(m_table, &FrameTableView::sig_markWanted, this, &CaptureTab::slot_markWanted);
     connect(m_table, &FrameTableView::sig_bookmarkWanted, this, &CaptureTab::slot_bookmarkWanted);
     connect(m_table, &FrameTableView::sig_currentChanged, this, &CaptureTab::sig_currentRowChanged);
+    connect(m_table, &FrameTableView::sig_currentChanged, &m_search, &CaptureSearch::setRow);
     connect(m_table, &FrameTableView::sig_currentChanged, this, [this] {
         if (m_atRow->isChecked()) {
             slot_updateOverview();
         }
     });
     connect(&m_capture, &OpenCapture::sig_progressChanged, this, &CaptureTab::slot_progress);
-    connect(&m_capture, &OpenCapture::sig_found, this, &CaptureTab::slot_found);
-    connect(&m_capture, &OpenCapture::sig_signalSourceChanged, this, [this] {
-        m_filter->setSource(m_capture.signalSource());
-        m_find->setSource(m_capture.signalSource());
-    });
+    connect(&m_capture, &OpenCapture::sig_signalSourceChanged, this, &CaptureTab::slot_sourceChanged);
+    connect(&m_search, &CaptureSearch::sig_found, this, &CaptureTab::showRow);
+    connect(&m_search, &CaptureSearch::sig_told, this, &CaptureTab::tell);
+    connect(&m_search, &CaptureSearch::sig_countChanged, this, [this] { m_found->setText(m_search.countText()); });
     m_overviewTimer.setSingleShot(true);
     m_overviewTimer.setInterval(OverviewMs);
     connect(&m_overviewTimer, &QTimer::timeout, this, &CaptureTab::slot_updateOverview);
@@ -103,8 +109,16 @@ QWidget *CaptureTab::makeFilterLine()
     layout->addWidget(m_filter, 2);
     layout->addWidget(findLabel);
     layout->addWidget(m_find, 1);
+    m_found = new QLabel;
+    m_found->setObjectName(QStringLiteral("found"));
+    layout->addWidget(m_found);
     connect(m_filter, &FilterEdit::sig_filterTaken, this, &CaptureTab::slot_filterTaken);
-    connect(m_find, &FilterEdit::sig_filterTaken, this, [this] { findNext(false); });
+    connect(m_filter, &FilterEdit::sig_filterRenewed, this, [this] { m_capture.setFilter(m_filter->filter()); });
+    connect(m_find, &FilterEdit::sig_filterRenewed, this, [this] { m_search.setFilter(m_find->filter()); });
+    connect(m_find, &FilterEdit::sig_filterTaken, this, [this] {
+        m_search.setFilter(m_find->filter());
+        findNext(false);
+    });
     for (FilterEdit *edit : {m_filter, m_find}) {
         connect(edit, &FilterEdit::sig_problemChanged, this, &CaptureTab::slot_problemChanged);
     }
@@ -203,22 +217,33 @@ void CaptureTab::slot_filterTaken()
 
 void CaptureTab::findNext(bool isBackward)
 {
-    if (m_find->filter().passesAll()) {
+    if (m_search.isEmpty()) {
         editFind();
         return;
     }
-    const qint64 row = m_table->currentRow();
     tell({});
-    m_capture.find(m_find->filter(), isBackward ? row - 1 : row + 1, isBackward);
+    m_search.next(isBackward);
 }
 
-void CaptureTab::slot_found(qint64 row)
+void CaptureTab::slot_findWanted(const QString &filter, bool isBackward)
 {
-    if (row < 0) {
-        tell(tr("Nothing more was found."));
-        return;
-    }
-    showRow(row);
+    m_find->edit(filter);
+    FilterError error{};
+    m_search.setFilter(Filter::parse(filter, m_capture.signalSource(), error).value_or(Filter()));
+    findNext(isBackward);
+}
+
+void CaptureTab::slot_sourceChanged()
+{
+    m_filter->setSource(m_capture.signalSource());
+    m_find->setSource(m_capture.signalSource());
+}
+
+void CaptureTab::setSettings(TableSettings &settings)
+{
+    m_look = new TableLook(settings, *m_table, m_frames);
+    m_filter->setSettings(settings);
+    m_find->setSettings(settings);
 }
 
 void CaptureTab::showRow(qint64 row)
@@ -283,23 +308,29 @@ void CaptureTab::slot_bookmarkWanted(qint64 row)
     if (row < 0) {
         return;
     }
-    Bookmarks &bookmarks = m_capture.bookmarks();
     bool isTaken = false;
     const QString note = QInputDialog::getText(this, tr("Bookmark"),
                                                tr("Note for frame %1; without a note the bookmark goes:").arg(row + 1),
-                                               QLineEdit::Normal, bookmarks.note(row), &isTaken);
+                                               QLineEdit::Normal, m_capture.bookmarks().note(row), &isTaken);
     if (!isTaken) {
         return;
     }
+    setBookmark(row, note);
+}
+
+void CaptureTab::setBookmark(qint64 row, const QString &note)
+{
+    Bookmarks &bookmarks = m_capture.bookmarks();
     if (note.isEmpty()) {
         bookmarks.remove(row);
-    } else {
-        bookmarks.set(row, note);
+    } else if (!bookmarks.set(row, note)) {
+        tell(tr("There are %1 bookmarks already.").arg(counted(Bookmarks::MaxCount)));
     }
     if (!bookmarks.save(m_bookmarkFolder, m_capture.path())) {
         tell(tr("The bookmarks cannot be saved."));
     }
     m_frames.refresh();
+    emit sig_bookmarksChanged();
 }
 
 void CaptureTab::goToBookmark(bool isBackward)

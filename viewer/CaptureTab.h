@@ -1,5 +1,6 @@
 #pragma once
 
+#include "viewer/CaptureSearch.h"
 #include "viewer/core/OpenCapture.h"
 #include "viewer/FilterEdit.h"
 #include "viewer/FrameTableView.h"
@@ -17,6 +18,8 @@ class QPushButton;
 class QSortFilterProxyModel;
 class QTableView;
 class QTabWidget;
+class TableLook;
+class TableSettings;
 
 /// A capture in a tab: its filter, its frames, its identifiers, and how far it has been loaded.
 class CaptureTab : public QWidget
@@ -31,6 +34,10 @@ public:
 
     OpenCapture &capture() { return m_capture; }
     FrameTableView &table() { return *m_table; }
+    /// Columns, colours and filters that were used lately, for all tabs; settings must outlive this.
+    void setSettings(TableSettings &settings);
+    /// After setSettings().
+    TableLook &look() { return *m_look; }
     /// The panels below the frames: the overview and others, each under a tab of its own.
     QTabWidget &panels() { return *m_panels; }
     CaptureSignals &captureSignals() { return *m_signals; }
@@ -44,18 +51,22 @@ public:
     void toggleMark();
     void editBookmark();
     void goToBookmark(bool isBackward);
+    /// Without a note the bookmark goes.
+    void setBookmark(qint64 row, const QString &note);
 
 signals:
     /// The row of the capture that is selected; -1: none.
     void sig_currentRowChanged(qint64 row);
     /// An expression of the filters' language, such as a signal's name.
     void sig_plotWanted(const QString &expression);
+    void sig_bookmarksChanged();
 
 private slots:
     void slot_filterTaken();
     void slot_problemChanged(const QString &text);
     void slot_progress();
-    void slot_found(qint64 row);
+    void slot_findWanted(const QString &filter, bool isBackward);
+    void slot_sourceChanged();
     void slot_filterWanted(const QString &filter, bool isNegated);
     void slot_markWanted(qint64 row);
     void slot_bookmarkWanted(qint64 row);
@@ -71,6 +82,8 @@ private:
     QString progressText(const LoadProgress &progress) const;
 
     OpenCapture m_capture;
+    CaptureSearch m_search;
+    TableLook *m_look = nullptr;
     QString m_bookmarkFolder;
     FrameTableModel m_frames;
     OverviewModel m_identifiers;
@@ -79,6 +92,7 @@ private:
     FilterEdit *m_filter = nullptr;
     FilterEdit *m_find = nullptr;
     QLabel *m_problem = nullptr;
+    QLabel *m_found = nullptr;
     QLabel *m_state = nullptr;
     QProgressBar *m_progress = nullptr;
     QPushButton *m_cancel = nullptr;

@@ -1,14 +1,38 @@
 #include "viewer/FilterEdit.h"
 
+#include "viewer/TableSettings.h"
+
 #include <QAbstractItemView>
+#include <QAction>
 #include <QCompleter>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QStringListModel>
 #include <QTextCharFormat>
 
 #include <algorithm>
 #include <utility>
+
+namespace {
+
+/// A small triangle, in a grey that is seen on light and on dark ground.
+QIcon listIcon(const QWidget &widget)
+{
+    const int side = widget.fontMetrics().height();
+    const qreal ratio = widget.devicePixelRatioF();
+    QPixmap pixmap(QSize(side, side) * ratio);
+    pixmap.setDevicePixelRatio(ratio);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::gray);
+    painter.drawPolygon(QPolygonF({{side * 0.25, side * 0.38}, {side * 0.75, side * 0.38}, {side * 0.5, side * 0.68}}));
+    return pixmap;
+}
+
+} // namespace
 
 FilterEdit::FilterEdit(QWidget *parent)
     : QLineEdit(parent)
@@ -30,6 +54,21 @@ void FilterEdit::setSource(std::shared_ptr<const SignalSource> source)
 {
     m_source = std::move(source);
     slot_check();
+    FilterError error{};
+    const std::optional<Filter> filter = Filter::parse(m_taken, m_source, error);
+    if (filter && !filter->passesAll()) {
+        m_filter = *filter;
+        emit sig_filterRenewed();
+    }
+}
+
+void FilterEdit::setSettings(TableSettings &settings)
+{
+    m_settings = &settings;
+    QAction *recent = addAction(listIcon(*this), QLineEdit::TrailingPosition);
+    recent->setToolTip(tr("Filters that were used lately (Down)"));
+    recent->setObjectName(QStringLiteral("recentFilters"));
+    connect(recent, &QAction::triggered, this, &FilterEdit::slot_offerRecent);
 }
 
 bool FilterEdit::take(const QString &text)
@@ -43,8 +82,17 @@ bool FilterEdit::take(const QString &text)
     }
     m_filter = *filter;
     m_taken = text;
+    if (m_settings != nullptr) {
+        m_settings->addFilter(text);
+    }
     emit sig_filterTaken();
     return true;
+}
+
+void FilterEdit::edit(const QString &text)
+{
+    m_taken = text;
+    setText(text);
 }
 
 void FilterEdit::slot_check()
@@ -85,7 +133,16 @@ void FilterEdit::offer()
         m_completer->popup()->hide();
         return;
     }
+    m_isRecent = false;
     showCandidates(completion.candidates);
+}
+
+void FilterEdit::slot_offerRecent()
+{
+    if (m_settings != nullptr && !m_settings->filters().isEmpty()) {
+        m_isRecent = true;
+        showCandidates(m_settings->filters());
+    }
 }
 
 /// None is chosen at first, so that Return takes the text as it stands.
@@ -98,6 +155,10 @@ void FilterEdit::showCandidates(const QStringList &candidates)
 
 void FilterEdit::slot_complete(const QString &candidate)
 {
+    if (m_isRecent) {
+        setText(candidate);
+        return;
+    }
     const FilterCompletion completion = Filter::complete(text(), cursorPosition(), m_source.get());
     setSelection(completion.position, completion.length);
     insert(candidate + (candidate == QLatin1String("[") ? QString() : QStringLiteral(" ")));
@@ -119,7 +180,12 @@ void FilterEdit::keyPressEvent(QKeyEvent *event)
         setText(m_taken);
         return;
     }
+    if (event->key() == Qt::Key_Down && !isPopup) {
+        slot_offerRecent();
+        return;
+    }
     if (event->key() == Qt::Key_Space && (event->modifiers() & Qt::ControlModifier) != 0) {
+        m_isRecent = false;
         showCandidates(Filter::complete(text(), cursorPosition(), m_source.get()).candidates);
         return;
     }

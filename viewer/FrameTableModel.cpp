@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -19,10 +20,8 @@ FrameTableModel::FrameTableModel(OpenCapture &capture, QObject *parent)
 {
     connect(&capture, &OpenCapture::sig_rowsReset, this, &FrameTableModel::slot_reset);
     connect(&capture, &OpenCapture::sig_rowsAdded, this, &FrameTableModel::slot_added);
-    connect(&capture, &OpenCapture::sig_signalSourceChanged, this, [this] {
-        m_names = FrameNames(m_capture.signalSource().get());
-        refresh();
-    });
+    connect(&capture, &OpenCapture::sig_signalSourceChanged, this, &FrameTableModel::slot_sourceChanged);
+    slot_sourceChanged();
 }
 
 int FrameTableModel::rowCount(const QModelIndex &parent) const
@@ -61,16 +60,34 @@ QString FrameTableModel::text(int place, FrameColumn column) const
     if (place < 0 || place >= m_rows) {
         return {};
     }
-    const qint64 row = m_capture.rowAt(place);
+    const qint64 before = column == FrameColumn::SinceShown && place > 0 ? m_capture.rowAt(place - 1) : -1;
+    return textOfRow(m_capture.rowAt(place), before, column);
+}
+
+QString FrameTableModel::textOfRow(qint64 row, qint64 shownBefore, FrameColumn column) const
+{
+    if (!FrameColumns::isTime(column)) {
+        return FrameColumns::text(column, row, m_capture.store().frame(row), m_names);
+    }
     TimeReferences references;
     references.mark = m_capture.mark();
-    if (column == FrameColumn::SinceShown && place > 0) {
-        references.shown = m_capture.rowAt(place - 1);
-    }
+    references.shown = shownBefore;
     if (column == FrameColumn::SinceIdentifier) {
         references.identifier = m_capture.overview().previousRow(row).value_or(-1);
     }
     return FrameColumns::text(column, m_capture.store(), m_capture.info(), row, references, m_names);
+}
+
+const ColorRule *FrameTableModel::rule(int place) const
+{
+    return place >= 0 && place < m_rows ? m_matcher.matching(m_capture.store(), m_capture.rowAt(place)) : nullptr;
+}
+
+void FrameTableModel::setRules(QVector<ColorRule> rules)
+{
+    m_rules = std::move(rules);
+    m_matcher = ColorMatcher(m_rules, m_capture.signalSource());
+    refresh();
 }
 
 QString FrameTableModel::sameCell(int place, FrameColumn column) const
@@ -78,8 +95,7 @@ QString FrameTableModel::sameCell(int place, FrameColumn column) const
     if (place < 0 || place >= m_rows) {
         return {};
     }
-    const qint64 row = m_capture.rowAt(place);
-    return FrameColumns::sameCell(column, row, m_capture.store().frame(row), m_names);
+    return FrameColumns::sameCell(column, m_capture.store(), m_capture.rowAt(place), m_names);
 }
 
 void FrameTableModel::refresh()
@@ -104,4 +120,11 @@ void FrameTableModel::slot_added(qint64 /*before*/)
         m_rows = rows;
         endInsertRows();
     }
+}
+
+void FrameTableModel::slot_sourceChanged()
+{
+    m_names = FrameNames(m_capture.signalSource().get());
+    m_matcher = ColorMatcher(m_rules, m_capture.signalSource());
+    refresh();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "viewer/core/ColorRules.h"
 #include "viewer/core/FrameColumns.h"
 #include "viewer/core/OpenCapture.h"
 
@@ -23,6 +24,11 @@ public:
     OpenCapture &capture() const { return m_capture; }
     /// The cell's text; empty for any other place.
     QString text(int place, FrameColumn column) const;
+    /// The same of a row of the store. shownBefore: the row that is shown before it; -1: none.
+    QString textOfRow(qint64 row, qint64 shownBefore, FrameColumn column) const;
+    /// The rule that gives a row its colours; null where there is none.
+    const ColorRule *rule(int place) const;
+    void setRules(QVector<ColorRule> rules);
     /// The filter for frames with the same cell; empty where there is none.
     QString sameCell(int place, FrameColumn column) const;
     /// The cells that refer to the marked row, or to bookmarks, say something else now.
@@ -31,9 +37,12 @@ public:
 private slots:
     void slot_reset();
     void slot_added(qint64 before);
+    void slot_sourceChanged();
 
 private:
     OpenCapture &m_capture;
     FrameColumns::Names m_names;
+    QVector<ColorRule> m_rules;
+    ColorMatcher m_matcher;
     int m_rows = 0;
 };

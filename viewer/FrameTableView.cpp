@@ -1,14 +1,20 @@
 #include "viewer/FrameTableView.h"
 
+#include "viewer/FrameTableActions.h"
+#include "viewer/RowColors.h"
+#include "viewer/RowCopier.h"
+
 #include <QApplication>
-#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QFontDatabase>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLocale>
 #include <QMenu>
 #include <QPainter>
 #include <QScrollBar>
+#include <QStyleOptionFocusRect>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -16,41 +22,14 @@ namespace {
 
 constexpr int Padding = 4;
 
-struct ColumnLook
-{
-    int characters;
-    bool isHidden;
-};
-
-/// By FrameColumn.
-constexpr std::array<ColumnLook, FrameColumnCount> Looks{{{10, false},
-                                                          {30, true},
-                                                          {17, false},
-                                                          {16, false},
-                                                          {16, true},
-                                                          {16, true},
-                                                          {8, false},
-                                                          {9, false},
-                                                          {9, false},
-                                                          {14, false},
-                                                          {11, false},
-                                                          {7, false},
-                                                          {40, false}}};
-
-QString csvCell(QString text)
-{
-    if (text.contains(QLatin1Char(',')) || text.contains(QLatin1Char('"')) || text.contains(QLatin1Char('\n'))) {
-        text = QLatin1Char('"') + text.replace(QLatin1Char('"'), QStringLiteral("\"\"")) + QLatin1Char('"');
-    }
-    return text;
-}
-
 } // namespace
 
 FrameTableView::FrameTableView(FrameTableModel &model, QWidget *parent)
     : QAbstractScrollArea(parent)
     , m_model(model)
     , m_header(new QHeaderView(Qt::Horizontal, this))
+    , m_copier(new RowCopier(model, this))
+    , m_actions(new FrameTableActions(*this))
 {
     setFocusPolicy(Qt::StrongFocus);
     setObjectName(QStringLiteral("table"));
@@ -58,19 +37,11 @@ FrameTableView::FrameTableView(FrameTableModel &model, QWidget *parent)
     setFont();
     m_header->setModel(&model);
     m_header->setSectionsMovable(true);
-    m_header->setStretchLastSection(true);
     m_header->setContextMenuPolicy(Qt::CustomContextMenu);
-    const int width = QFontMetrics(viewport()->font()).horizontalAdvance(QLatin1Char('0'));
-    for (int column = 0; column < FrameColumnCount; ++column) {
-        const ColumnLook &look = Looks[static_cast<std::size_t>(column)];
-        const int title =
-            QFontMetrics(m_header->font()).horizontalAdvance(FrameColumns::title(static_cast<FrameColumn>(column)));
-        m_header->resizeSection(column, std::max(look.characters * width, title + 12) + 2 * Padding);
-        m_header->setSectionHidden(column, look.isHidden);
-    }
+    setColumnLayout({});
     verticalScrollBar()->setSingleStep(3);
-    connect(m_header, &QHeaderView::sectionResized, this, &FrameTableView::arrange);
-    connect(m_header, &QHeaderView::sectionMoved, viewport(), QOverload<>::of(&QWidget::update));
+    connect(m_header, &QHeaderView::sectionResized, this, &FrameTableView::slot_sectionChanged);
+    connect(m_header, &QHeaderView::sectionMoved, this, &FrameTableView::slot_sectionChanged);
     connect(m_header, &QHeaderView::customContextMenuRequested, this, &FrameTableView::slot_headerMenu);
     connect(&model, &QAbstractItemModel::modelAboutToBeReset, this,
             [this] { m_rowBeforeReset = m_rowBeforeReset < 0 ? m_currentRow : m_rowBeforeReset; });
@@ -78,6 +49,7 @@ FrameTableView::FrameTableView(FrameTableModel &model, QWidget *parent)
     connect(&model, &QAbstractItemModel::rowsAboutToBeInserted, this, &FrameTableView::slot_aboutToInsert);
     connect(&model, &QAbstractItemModel::rowsInserted, this, &FrameTableView::slot_inserted);
     connect(&model, &QAbstractItemModel::dataChanged, viewport(), QOverload<>::of(&QWidget::update));
+    connect(m_copier, &RowCopier::sig_copied, this, &FrameTableView::slot_copied);
 }
 
 FrameTableView::~FrameTableView() = default;
@@ -87,7 +59,52 @@ void FrameTableView::setFont()
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setPointSizeF(QApplication::font().pointSizeF());
     viewport()->setFont(font);
-    m_rowHeight = QFontMetrics(font).height() + Padding;
+    m_rowHeight = QFontMetrics(viewport()->font()).height() + Padding;
+}
+
+int FrameTableView::digitWidth() const
+{
+    return QFontMetrics(viewport()->font()).horizontalAdvance(QLatin1Char('0'));
+}
+
+ColumnLayout FrameTableView::columnLayout() const
+{
+    std::vector<ColumnLayout::Column> columns;
+    for (int visual = 0; visual < FrameColumnCount; ++visual) {
+        const int column = m_header->logicalIndex(visual);
+        const bool isHidden = m_header->isSectionHidden(column);
+        m_header->setSectionHidden(column, false); // a hidden one does not tell its width
+        const double width = double(m_header->sectionSize(column) - 2 * Padding) / digitWidth();
+        m_header->setSectionHidden(column, isHidden);
+        columns.push_back({static_cast<FrameColumn>(column), width, !isHidden});
+    }
+    return ColumnLayout(columns);
+}
+
+void FrameTableView::setColumnLayout(const ColumnLayout &layout)
+{
+    m_isLayingOut = true;
+    int visual = 0;
+    for (const ColumnLayout::Column &column : layout.columns()) {
+        const int logical = static_cast<int>(column.column);
+        const int title = QFontMetrics(m_header->font()).horizontalAdvance(FrameColumns::title(column.column));
+        m_header->moveSection(m_header->visualIndex(logical), visual++);
+        m_header->setSectionHidden(logical, false);
+        m_header->resizeSection(logical,
+                                std::max(qRound(column.width * digitWidth()), title + 3 * Padding) + 2 * Padding);
+        const bool isShown = column.column == FrameColumn::SinceMark ? m_model.capture().mark() >= 0 : column.isShown;
+        m_header->setSectionHidden(logical, !isShown);
+    }
+    m_isLayingOut = false;
+    arrange();
+}
+
+void FrameTableView::slot_sectionChanged()
+{
+    if (!m_isLayingOut) {
+        arrange();
+        emit sig_columnsChanged();
+    }
 }
 
 void FrameTableView::changeEvent(QEvent *event)
@@ -203,36 +220,76 @@ int FrameTableView::placeAt(int y) const
     return firstVisible() + y / m_rowHeight;
 }
 
+bool FrameTableView::isSelected(int place) const
+{
+    return place >= std::min(m_current, m_anchor) && place <= std::max(m_current, m_anchor) && m_current >= 0;
+}
+
 void FrameTableView::paintRow(QPainter &painter, int place, const QRect &row) const
 {
-    const bool isSelected =
-        place >= std::min(m_current, m_anchor) && place <= std::max(m_current, m_anchor) && m_current >= 0;
     const OpenCapture &capture = m_model.capture();
     const qint64 storeRow = capture.rowAt(place);
     const QPalette::ColorGroup group = hasFocus() ? QPalette::Active : QPalette::Inactive;
-    if (isSelected) {
+    const ColorRule *rule = m_model.rule(place);
+    const RowColors colors = rule != nullptr ? rowColors(*rule, palette()) : RowColors{};
+    if (isSelected(place)) {
         painter.fillRect(row, palette().brush(group, QPalette::Highlight));
+    } else if (colors.background.isValid()) {
+        painter.fillRect(row, colors.background);
     } else if (place % 2 != 0) {
         painter.fillRect(row, palette().alternateBase());
     }
     if (capture.bookmarks().contains(storeRow) || capture.mark() == storeRow) {
         QColor color = capture.mark() == storeRow ? QColor(Qt::red) : palette().color(QPalette::Link);
-        painter.fillRect(row.x(), row.y(), 3, row.height(), color);
+        painter.fillRect(row.x(), row.y(), Padding - 1, row.height(), color);
     }
-    painter.setPen(palette().color(group, isSelected ? QPalette::HighlightedText : QPalette::Text));
+    painter.setPen(isSelected(place)       ? palette().color(group, QPalette::HighlightedText)
+                   : colors.text.isValid() ? colors.text
+                                           : palette().color(group, QPalette::Text));
     for (int column = 0; column < FrameColumnCount; ++column) {
-        const int left = m_header->sectionViewportPosition(column);
-        const QRect cell(left, row.y(), m_header->sectionSize(column), row.height());
+        const QRect cell(m_header->sectionViewportPosition(column), row.y(), m_header->sectionSize(column),
+                         row.height());
         if (!m_header->isSectionHidden(column) && cell.intersects(viewport()->rect())) {
-            painter.setClipRect(cell);
-            painter.drawText(
-                cell.adjusted(Padding, 0, -Padding, 0),
-                Qt::AlignVCenter | Qt::TextSingleLine |
-                    (FrameColumns::isRightAligned(static_cast<FrameColumn>(column)) ? Qt::AlignRight : Qt::AlignLeft),
-                m_model.text(place, static_cast<FrameColumn>(column)));
+            paintCell(painter, place, static_cast<FrameColumn>(column), cell);
         }
     }
+}
+
+void FrameTableView::paintCell(QPainter &painter, int place, FrameColumn column, const QRect &cell) const
+{
+    const QString text = m_model.text(place, column);
+    painter.setClipRect(cell);
+    painter.drawText(cell.adjusted(Padding, 0, -Padding, 0),
+                     Qt::AlignVCenter | Qt::TextSingleLine |
+                         (FrameColumns::isRightAligned(column) ? Qt::AlignRight : Qt::AlignLeft),
+                     column == FrameColumn::Data ? FrameColumns::groupedData(text) : text);
+    if (place == m_current && column == m_currentColumn && hasFocus()) {
+        QStyleOptionFocusRect option;
+        option.initFrom(this);
+        option.rect = cell;
+        option.backgroundColor = palette().color(QPalette::Highlight);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    }
     painter.setClipping(false);
+}
+
+/// Makes the column of data as wide as the longest data on screen; it never gets narrower by itself.
+void FrameTableView::fitData(int last)
+{
+    constexpr auto Column = static_cast<int>(FrameColumn::Data);
+    int length = 0;
+    for (int place = firstVisible(); place < last && !m_header->isSectionHidden(Column); ++place) {
+        const BusFrame frame = m_model.capture().store().frame(m_model.capture().rowAt(place));
+        length = std::max<int>(length, frame.is(BusFrame::Remote) ? 0 : frame.length);
+    }
+    const QString text = FrameColumns::groupedData(QString(3 * length, QLatin1Char('0')));
+    const int width = text.size() * digitWidth() + 2 * Padding;
+    if (width > m_header->sectionSize(Column)) {
+        m_isLayingOut = true;
+        m_header->resizeSection(Column, width);
+        m_isLayingOut = false;
+        QMetaObject::invokeMethod(this, &FrameTableView::arrange, Qt::QueuedConnection);
+    }
 }
 
 void FrameTableView::paintEvent(QPaintEvent * /*event*/)
@@ -240,17 +297,44 @@ void FrameTableView::paintEvent(QPaintEvent * /*event*/)
     QPainter painter(viewport());
     painter.fillRect(viewport()->rect(), palette().base());
     const int last = std::min(m_model.rowCount(), firstVisible() + viewport()->height() / m_rowHeight + 1);
+    fitData(last);
     for (int place = firstVisible(); place < last; ++place) {
         paintRow(painter, place, {0, (place - firstVisible()) * m_rowHeight, viewport()->width(), m_rowHeight});
     }
 }
 
+void FrameTableView::move(int place, bool isSelecting)
+{
+    setCurrentPlace(std::max(0, std::min(place, m_model.rowCount() - 1)), isSelecting);
+}
+
+void FrameTableView::moveColumn(int step)
+{
+    int visual = m_header->visualIndex(static_cast<int>(m_currentColumn)) + step;
+    while (visual >= 0 && visual < FrameColumnCount && m_header->isSectionHidden(m_header->logicalIndex(visual))) {
+        visual += step;
+    }
+    if (visual >= 0 && visual < FrameColumnCount) {
+        setCurrentColumn(static_cast<FrameColumn>(m_header->logicalIndex(visual)));
+    }
+}
+
+void FrameTableView::setCurrentColumn(FrameColumn column)
+{
+    m_currentColumn = column;
+    const int left = m_header->sectionPosition(static_cast<int>(column));
+    const int right = left + m_header->sectionSize(static_cast<int>(column));
+    QScrollBar &bar = *horizontalScrollBar();
+    if (left < bar.value() || right - left > viewport()->width()) {
+        bar.setValue(left);
+    } else if (right > bar.value() + viewport()->width()) {
+        bar.setValue(right - viewport()->width());
+    }
+    viewport()->update();
+}
+
 void FrameTableView::keyPressEvent(QKeyEvent *event)
 {
-    if (event->matches(QKeySequence::Copy)) {
-        copy(false);
-        return;
-    }
     const int last = m_model.rowCount() - 1;
     if (event->matches(QKeySequence::SelectAll)) {
         const int first = firstVisible();
@@ -260,27 +344,30 @@ void FrameTableView::keyPressEvent(QKeyEvent *event)
         return;
     }
     const bool isSelecting = (event->modifiers() & Qt::ShiftModifier) != 0;
-    const auto move = [this, last, isSelecting](int place) {
-        setCurrentPlace(std::max(0, std::min(place, last)), isSelecting);
-    };
     switch (event->key()) {
     case Qt::Key_Up:
-        move(m_current - 1);
+        move(m_current - 1, isSelecting);
         break;
     case Qt::Key_Down:
-        move(m_current + 1);
+        move(m_current + 1, isSelecting);
+        break;
+    case Qt::Key_Left:
+        moveColumn(-1);
+        break;
+    case Qt::Key_Right:
+        moveColumn(1);
         break;
     case Qt::Key_PageUp:
-        move(m_current - visibleRows());
+        move(m_current - visibleRows(), isSelecting);
         break;
     case Qt::Key_PageDown:
-        move(last - m_current > visibleRows() ? m_current + visibleRows() : last);
+        move(last - m_current > visibleRows() ? m_current + visibleRows() : last, isSelecting);
         break;
     case Qt::Key_Home:
-        move(0);
+        move(0, isSelecting);
         break;
     case Qt::Key_End:
-        move(last);
+        move(last, isSelecting);
         break;
     default:
         QAbstractScrollArea::keyPressEvent(event);
@@ -290,8 +377,12 @@ void FrameTableView::keyPressEvent(QKeyEvent *event)
 void FrameTableView::mousePressEvent(QMouseEvent *event)
 {
     const int place = placeAt(event->pos().y());
-    const bool isInSelection = place >= std::min(m_current, m_anchor) && place <= std::max(m_current, m_anchor);
-    if (event->button() == Qt::LeftButton || !isInSelection) {
+    const int column = m_header->logicalIndexAt(event->pos().x());
+    if (column >= 0) {
+        m_currentColumn = static_cast<FrameColumn>(column);
+        viewport()->update();
+    }
+    if (event->button() == Qt::LeftButton || !isSelected(place)) {
         setCurrentPlace(place, (event->modifiers() & Qt::ShiftModifier) != 0);
     }
 }
@@ -304,51 +395,63 @@ void FrameTableView::mouseMoveEvent(QMouseEvent *event)
     }
 }
 
-QString FrameTableView::selectedText(bool isCsv) const
+QString FrameTableView::cellFilter() const
 {
-    if (m_current < 0) {
-        return {};
-    }
-    const QString separator = isCsv ? QStringLiteral(",") : QStringLiteral("\t");
+    return m_model.sameCell(m_menuPlace >= 0 ? m_menuPlace : m_current, m_currentColumn);
+}
+
+qint64 FrameTableView::cellRow() const
+{
+    const bool isOfMenu = m_menuPlace >= 0 && m_menuPlace < m_model.rowCount();
+    return isOfMenu ? m_model.capture().rowAt(m_menuPlace) : m_currentRow;
+}
+
+void FrameTableView::copy(bool isCsv)
+{
     QVector<FrameColumn> columns;
-    QStringList cells;
     for (int visual = 0; visual < FrameColumnCount; ++visual) {
         const int column = m_header->logicalIndex(visual);
         if (!m_header->isSectionHidden(column)) {
             columns.append(static_cast<FrameColumn>(column));
-            const QString title = FrameColumns::title(columns.last());
-            cells.append(isCsv ? csvCell(title) : title);
         }
     }
-    QString text = cells.join(separator) + QLatin1Char('\n');
-    const int first = std::min(m_current, m_anchor);
-    const int last = std::min(std::max(m_current, m_anchor), first + MaxCopied - 1);
-    for (int place = first; place <= last; ++place) {
-        cells.clear();
-        for (const FrameColumn column : qAsConst(columns)) {
-            const QString cell = m_model.text(place, column);
-            cells.append(isCsv ? csvCell(cell) : cell);
-        }
-        text += cells.join(separator) + QLatin1Char('\n');
+    if (m_current >= 0) {
+        m_copier->start(std::min(m_current, m_anchor), std::max(m_current, m_anchor), columns, isCsv);
     }
-    return text;
 }
 
-void FrameTableView::copy(bool isCsv) const
+void FrameTableView::slot_copied(int rows, bool isCut)
 {
-    QApplication::clipboard()->setText(selectedText(isCsv));
+    const QString count = QLocale().toString(rows);
+    emit sig_told(isCut ? tr("Only the first %1 frames of the selection were copied.").arg(count)
+                        : tr("Frames copied: %1").arg(count));
 }
 
-void FrameTableView::addFilterActions(QMenu &menu, const QPoint &position)
+void FrameTableView::showToolTip(const QHelpEvent &event)
 {
-    const int column = m_header->logicalIndexAt(position.x());
-    const QString filter = column >= 0 ? m_model.sameCell(m_current, static_cast<FrameColumn>(column)) : QString();
-    for (const bool isNegated : {false, true}) {
-        QAction *action = menu.addAction(isNegated ? tr("Not these") : tr("Only these"), this,
-                                         [this, filter, isNegated] { emit sig_filterWanted(filter, isNegated); });
-        action->setEnabled(!filter.isEmpty());
-        action->setToolTip(filter);
+    const int place = placeAt(event.pos().y());
+    const int column = m_header->logicalIndexAt(event.pos().x());
+    QString text;
+    if (place < m_model.rowCount() && column >= 0) {
+        const qint64 row = m_model.capture().rowAt(place);
+        const BusFrame frame = m_model.capture().store().frame(row);
+        const auto which = static_cast<FrameColumn>(column);
+        text = which == FrameColumn::Data && frame.length > 0 && !frame.is(BusFrame::Remote)
+                   ? QStringLiteral("<pre>%1</pre>").arg(FrameColumns::dataLines(frame).toHtmlEscaped())
+                   : m_model.text(place, which).toHtmlEscaped();
+        const QString note = m_model.capture().bookmarks().note(row);
+        text += note.isEmpty() ? QString() : QStringLiteral("<p>%1</p>").arg(note.toHtmlEscaped());
     }
+    QToolTip::showText(event.globalPos(), text, viewport());
+}
+
+bool FrameTableView::viewportEvent(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip) {
+        showToolTip(*static_cast<QHelpEvent *>(event));
+        return true;
+    }
+    return QAbstractScrollArea::viewportEvent(event);
 }
 
 void FrameTableView::contextMenuEvent(QContextMenuEvent *event)
@@ -356,34 +459,37 @@ void FrameTableView::contextMenuEvent(QContextMenuEvent *event)
     if (m_current < 0) {
         return;
     }
-    QPoint position = viewport()->mapFrom(this, event->pos());
+    QPoint position = event->pos(); // of the mouse it is in the viewport already
     if (event->reason() == QContextMenuEvent::Keyboard) {
-        position = {m_header->sectionViewportPosition(static_cast<int>(FrameColumn::Identifier)),
+        position = {m_header->sectionViewportPosition(static_cast<int>(m_currentColumn)),
                     (m_current - firstVisible() + 1) * m_rowHeight};
+    } else {
+        m_menuPlace = std::min(placeAt(position.y()), m_model.rowCount() - 1);
     }
     QMenu menu(this);
+    menu.setObjectName(QStringLiteral("cellMenu"));
     menu.setToolTipsVisible(true);
-    addFilterActions(menu, position);
-    menu.addSeparator();
-    menu.addAction(tr("Time zero here"), this, [this] { emit sig_markWanted(currentRow()); });
-    menu.addAction(tr("Bookmark..."), this, [this] { emit sig_bookmarkWanted(currentRow()); });
-    menu.addSeparator();
-    menu.addAction(tr("Copy"), this, [this] { copy(false); });
-    menu.addAction(tr("Copy as CSV"), this, [this] { copy(true); });
+    m_actions->fill(menu);
     menu.exec(viewport()->mapToGlobal(position));
+    m_menuPlace = -1;
 }
 
 void FrameTableView::slot_headerMenu(const QPoint &place)
 {
     QMenu menu(this);
+    menu.setObjectName(QStringLiteral("headerMenu"));
     for (int column = 0; column < FrameColumnCount; ++column) {
         QAction *action = menu.addAction(FrameColumns::title(static_cast<FrameColumn>(column)));
         action->setCheckable(true);
         action->setChecked(!m_header->isSectionHidden(column));
+        const bool isLast = action->isChecked() && m_header->hiddenSectionCount() == FrameColumnCount - 1;
+        action->setEnabled(!isLast && column != static_cast<int>(FrameColumn::SinceMark));
         connect(action, &QAction::toggled, this, [this, column](bool isOn) {
             m_header->setSectionHidden(column, !isOn);
-            arrange();
+            slot_sectionChanged();
         });
     }
+    menu.addSeparator();
+    menu.addAction(tr("Co&lumns..."), this, &FrameTableView::sig_columnsWanted);
     menu.exec(m_header->mapToGlobal(place));
 }

@@ -1,23 +1,24 @@
 #pragma once
 
+#include "viewer/core/ColumnLayout.h"
 #include "viewer/FrameTableModel.h"
 
 #include <QAbstractScrollArea>
 
+class FrameTableActions;
 class QHeaderView;
-class QMenu;
+class QHelpEvent;
+class RowCopier;
 
 /// A table of frames of any length. The toolkit's own table keeps something for each row and counts in pixels, which
 /// ends at a hundred million rows; this one draws the rows that are on screen and knows no other, so scrolling costs
-/// the same in any capture. Keys: arrows, Page Up and Down, Home and End, with Shift for a selection; Ctrl+A, Ctrl+C.
+/// the same in any capture. Keys: arrows, Page Up and Down, Home and End, with Shift for a selection; Ctrl+A, Ctrl+C,
+/// and those of FrameTableActions.
 class FrameTableView : public QAbstractScrollArea
 {
     Q_OBJECT
 
 public:
-    /// Rows that are copied at most.
-    static constexpr int MaxCopied = 100000;
-
     /// model must outlive this.
     explicit FrameTableView(FrameTableModel &model, QWidget *parent = nullptr);
     ~FrameTableView() override;
@@ -31,19 +32,34 @@ public:
     void setCurrentPlace(int place, bool keepsAnchor = false);
     int firstVisible() const;
     int visibleRows() const;
+    int rowHeight() const { return m_rowHeight; } ///< pixels
     /// Whether the last row is on screen; rows that are added then keep it there.
     bool isAtEnd() const;
     void scrollToEnd();
 
-    /// The selected rows, as text with tabs or as CSV, with the columns' titles.
-    QString selectedText(bool isCsv) const;
+    /// What "these" are: of the cell that the context menu is of, otherwise of the current one.
+    QString cellFilter() const;
+    qint64 cellRow() const;
+    FrameColumn currentColumn() const { return m_currentColumn; }
+    void setCurrentColumn(FrameColumn column);
+    /// Puts the selected rows on the clipboard, as text with tabs or as CSV, with the columns' titles.
+    void copy(bool isCsv);
+
+    ColumnLayout columnLayout() const;
+    /// FrameColumn::SinceMark is shown while there is a mark, whatever the layout says.
+    void setColumnLayout(const ColumnLayout &layout);
 
 signals:
     void sig_currentChanged(qint64 row);
-    /// filter: for frames that are, or are not, the same in the cell that was clicked.
+    /// filter: for frames that are, or are not, the same in a cell.
     void sig_filterWanted(const QString &filter, bool isNegated);
+    void sig_findWanted(const QString &filter, bool isBackward);
+    void sig_colorsWanted(const QString &filter);
     void sig_markWanted(qint64 row);
     void sig_bookmarkWanted(qint64 row);
+    void sig_columnsChanged(); ///< by the user
+    void sig_columnsWanted();  ///< to be chosen
+    void sig_told(const QString &text);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -51,6 +67,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
+    bool viewportEvent(QEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
     void changeEvent(QEvent *event) override;
@@ -60,21 +77,33 @@ private slots:
     void slot_aboutToInsert();
     void slot_inserted();
     void slot_headerMenu(const QPoint &place);
+    void slot_sectionChanged();
+    void slot_copied(int rows, bool isCut);
 
 private:
     void arrange();
     void setFont();
+    int digitWidth() const;
     int placeAt(int y) const;
+    void move(int place, bool isSelecting);
+    void moveColumn(int step);
     void paintRow(QPainter &painter, int place, const QRect &row) const;
-    void copy(bool isCsv) const;
-    void addFilterActions(QMenu &menu, const QPoint &position);
+    void paintCell(QPainter &painter, int place, FrameColumn column, const QRect &cell) const;
+    void fitData(int last);
+    void showToolTip(const QHelpEvent &event);
+    bool isSelected(int place) const;
 
     FrameTableModel &m_model;
     QHeaderView *m_header;
+    RowCopier *m_copier;
+    FrameTableActions *m_actions;
     int m_rowHeight = 20;
     int m_current = -1;
     qint64 m_currentRow = -1; ///< of m_current, also while another filter takes its place away
     int m_anchor = -1;        ///< the other end of the selection
+    int m_menuPlace = -1;     ///< that the context menu is of, while it is there
+    FrameColumn m_currentColumn = FrameColumn::Identifier;
     qint64 m_rowBeforeReset = -1;
     bool m_staysAtEnd = false;
+    bool m_isLayingOut = false; ///< the header's signals are not the user's
 };

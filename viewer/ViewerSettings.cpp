@@ -100,3 +100,13 @@ void ViewerSettings::setWindowGeometry(const QByteArray &geometry) const
 {
     QSettings(file(), QSettings::IniFormat).setValue(QLatin1String(GeometryKey), geometry);
 }
+
+QVariant ViewerSettings::value(const char *key) const
+{
+    return QSettings(file(), QSettings::IniFormat).value(QLatin1String(key));
+}
+
+void ViewerSettings::setValue(const char *key, const QVariant &value) const
+{
+    QSettings(file(), QSettings::IniFormat).setValue(QLatin1String(key), value);
+}

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+#include <QVariant>
 
 /// What the viewer keeps from one run to the next, in the user's configuration folder. A damaged file is as good as
 /// none.
@@ -28,6 +29,9 @@ public:
     /// Paths of databases that were added to captures, the last one first.
     QStringList recentDatabases() const;
     void addRecentDatabase(const QString &path) const;
+    /// Anything else, by a name of its own.
+    QVariant value(const char *key) const;
+    void setValue(const char *key, const QVariant &value) const;
 
 private:
     QString file() const;

@@ -4,6 +4,7 @@
 #include "viewer/CaptureTab.h"
 #include "viewer/core/CaptureFile.h"
 #include "viewer/SignalMenu.h"
+#include "viewer/TableLook.h"
 #include "widgets/CMessageBox.h"
 
 #include <QActionGroup>
@@ -53,6 +54,7 @@ void ViewerWindow::addTabAction(QMenu &menu, const QString &text, const QKeySequ
 ViewerWindow::ViewerWindow(ViewerSettings settings, Opener opener, QWidget *parent)
     : QMainWindow(parent)
     , m_settings(std::move(settings))
+    , m_tableSettings(m_settings)
     , m_opener(std::move(opener))
     , m_tabs(new QTabWidget)
     , m_welcome(makeWelcome())
@@ -131,6 +133,9 @@ void ViewerWindow::makeViewMenu()
     m_panels->setChecked(true);
     m_panels->setShortcut(QKeySequence(QStringLiteral("Ctrl+I")));
     connect(m_panels, &QAction::toggled, this, &ViewerWindow::slot_tabsChanged);
+    addTabAction(*menu, tr("C&olumns..."), {}, [](CaptureTab &tab) { tab.look().slot_chooseColumns(); });
+    addTabAction(*menu, tr("Colour &rules..."), QKeySequence(QStringLiteral("Ctrl+Shift+K")),
+                 [](CaptureTab &tab) { tab.look().slot_editColors(); });
     QMenu *languages = menu->addMenu(tr("&Language"));
     auto *group = new QActionGroup(this);
     for (const auto &[code, name] : {std::make_pair("CN", tr("Chinese")), std::make_pair("EN", tr("English"))}) {
@@ -169,6 +174,7 @@ void ViewerWindow::openFiles(const QStringList &paths)
         }
         if (index == m_tabs->count()) {
             auto *tab = new CaptureTab(absolute, m_opener(absolute), m_settings.bookmarkFolder());
+            tab->setSettings(m_tableSettings);
             m_tabs->addTab(tab, QFileInfo(path).fileName());
             m_tabs->setTabToolTip(index, absolute);
             m_settings.addRecentFile(absolute);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "viewer/core/StoreLoader.h"
+#include "viewer/TableSettings.h"
 #include "viewer/ViewerSettings.h"
 
 #include <QMainWindow>
@@ -52,6 +53,7 @@ private:
     void addTabAction(QMenu &menu, const QString &text, const QKeySequence &key, Function function);
 
     ViewerSettings m_settings;
+    TableSettings m_tableSettings;
     Opener m_opener;
     QTabWidget *m_tabs;
     QWidget *m_welcome;

@@ -3065,6 +3065,44 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     </message>
 </context>
 <context>
+    <name>BookmarkPanel</name>
+    <message>
+        <source>Note</source>
+        <translation>备注</translation>
+    </message>
+    <message>
+        <source>Return goes to the frame, F2 changes the note, Del removes the bookmark. Ctrl+B in the table sets one.</source>
+        <translation>回车跳到该帧，F2 修改备注，Del 删除书签。在表格中按 Ctrl+B 添加书签。</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureSearch</name>
+    <message>
+        <source>Nothing was found.</source>
+        <translation>未找到。</translation>
+    </message>
+    <message>
+        <source>Nothing more was found up to the beginning; once more goes on from the end.</source>
+        <translation>到开头为止没有更多结果；再次查找将从末尾继续。</translation>
+    </message>
+    <message>
+        <source>Nothing more was found up to the end; once more goes on from the beginning.</source>
+        <translation>到末尾为止没有更多结果；再次查找将从开头继续。</translation>
+    </message>
+    <message>
+        <source>Went on from the end.</source>
+        <translation>已从末尾继续查找。</translation>
+    </message>
+    <message>
+        <source>Went on from the beginning.</source>
+        <translation>已从开头继续查找。</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>第 %1 个，共 %2 个</translation>
+    </message>
+</context>
+<context>
     <name>CaptureTab</name>
     <message>
         <source>Overview</source>
@@ -3093,10 +3131,6 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>Last data at the &amp;selected frame instead of at the end</source>
         <translation>最后数据取自选中的帧，而不是末尾(&amp;S)</translation>
-    </message>
-    <message>
-        <source>Nothing more was found.</source>
-        <translation>没有找到更多。</translation>
     </message>
     <message>
         <source>Frame %1 is not among those that are shown.</source>
@@ -3186,6 +3220,127 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>Findings</source>
         <translation>发现的问题</translation>
     </message>
+    <message>
+        <source>Bookmarks</source>
+        <translation>书签</translation>
+    </message>
+    <message>
+        <source>There are %1 bookmarks already.</source>
+        <translation>书签已有 %1 个。</translation>
+    </message>
+</context>
+<context>
+    <name>ColorButton</name>
+    <message>
+        <source>Red</source>
+        <translation>红色</translation>
+    </message>
+    <message>
+        <source>Orange</source>
+        <translation>橙色</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>黄色</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>绿色</translation>
+    </message>
+    <message>
+        <source>Cyan</source>
+        <translation>青色</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>蓝色</translation>
+    </message>
+    <message>
+        <source>Violet</source>
+        <translation>紫色</translation>
+    </message>
+    <message>
+        <source>Grey</source>
+        <translation>灰色</translation>
+    </message>
+    <message>
+        <source>As other rows</source>
+        <translation>与其他行相同</translation>
+    </message>
+    <message>
+        <source>Another...</source>
+        <translation>其他颜色...</translation>
+    </message>
+</context>
+<context>
+    <name>ColorRulesDialog</name>
+    <message>
+        <source>Colour rules</source>
+        <translation>颜色规则</translation>
+    </message>
+    <message>
+        <source>The first rule that is on and passes a frame gives its row the colours.</source>
+        <translation>启用的规则中第一条符合某帧的规则决定该行的颜色。</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>添加(&amp;A)</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>删除(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Up</source>
+        <translation>上移(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Down</source>
+        <translation>下移(&amp;D)</translation>
+    </message>
+    <message>
+        <source>&amp;Standard</source>
+        <translation>默认(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;Filter:</source>
+        <translation>过滤(&amp;F)：</translation>
+    </message>
+    <message>
+        <source>&amp;Text</source>
+        <translation>文字(&amp;T)</translation>
+    </message>
+    <message>
+        <source>&amp;Background</source>
+        <translation>背景(&amp;B)</translation>
+    </message>
+    <message>
+        <source>A rule without a filter colours nothing.</source>
+        <translation>没有过滤条件的规则不着色。</translation>
+    </message>
+</context>
+<context>
+    <name>ColumnsDialog</name>
+    <message>
+        <source>&amp;Up</source>
+        <translation>上移(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Down</source>
+        <translation>下移(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>列</translation>
+    </message>
+    <message>
+        <source>&amp;Standard</source>
+        <translation>默认(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Shown while a frame is marked as time zero.</source>
+        <translation>有帧被标为时间零点时显示。</translation>
+    </message>
 </context>
 <context>
     <name>Filter</name>
@@ -3264,6 +3419,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>Filter, such as  id == 0x123 and data[0] &amp; 0x80</source>
         <translation>过滤，例如  id == 0x123 and data[0] &amp; 0x80</translation>
     </message>
+    <message>
+        <source>Filters that were used lately (Down)</source>
+        <translation>最近使用的过滤条件（向下键）</translation>
+    </message>
 </context>
 <context>
     <name>FrameColumns</name>
@@ -3341,34 +3500,69 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     </message>
 </context>
 <context>
+    <name>FrameTableActions</name>
+    <message>
+        <source>&amp;Only these</source>
+        <translation>只看这些(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Not these</source>
+        <translation>排除这些(&amp;N)</translation>
+    </message>
+    <message>
+        <source>&amp;Find next like this</source>
+        <translation>查找下一个相同的(&amp;F)</translation>
+    </message>
+    <message>
+        <source>Find &amp;previous like this</source>
+        <translation>查找上一个相同的(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Co&amp;lour these...</source>
+        <translation>为这些着色(&amp;L)...</translation>
+    </message>
+    <message>
+        <source>From h&amp;ere on</source>
+        <translation>从这里开始(&amp;E)</translation>
+    </message>
+    <message>
+        <source>&amp;Up to here</source>
+        <translation>到这里为止(&amp;U)</translation>
+    </message>
+    <message>
+        <source>Time &amp;zero here</source>
+        <translation>以此为时间零点(&amp;Z)</translation>
+    </message>
+    <message>
+        <source>&amp;Bookmark...</source>
+        <translation>书签(&amp;B)...</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>复制(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Copy as C&amp;SV</source>
+        <translation>复制为 CSV(&amp;S)</translation>
+    </message>
+</context>
+<context>
     <name>FrameTableView</name>
     <message>
         <source>Frames</source>
         <translation>帧</translation>
     </message>
     <message>
-        <source>Not these</source>
-        <translation>排除这些</translation>
+        <source>Only the first %1 frames of the selection were copied.</source>
+        <translation>只复制了所选的前 %1 帧。</translation>
     </message>
     <message>
-        <source>Only these</source>
-        <translation>只看这些</translation>
+        <source>Frames copied: %1</source>
+        <translation>已复制帧数：%1</translation>
     </message>
     <message>
-        <source>Time zero here</source>
-        <translation>以此为时间零点</translation>
-    </message>
-    <message>
-        <source>Bookmark...</source>
-        <translation>书签...</translation>
-    </message>
-    <message>
-        <source>Copy</source>
-        <translation>复制</translation>
-    </message>
-    <message>
-        <source>Copy as CSV</source>
-        <translation>复制为 CSV</translation>
+        <source>Co&amp;lumns...</source>
+        <translation>列(&amp;L)...</translation>
     </message>
 </context>
 <context>
@@ -3538,6 +3732,14 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>The language changes when the program is started again.</source>
         <translation>重新启动程序后语言将改变。</translation>
+    </message>
+    <message>
+        <source>C&amp;olumns...</source>
+        <translation>列(&amp;O)...</translation>
+    </message>
+    <message>
+        <source>Colour &amp;rules...</source>
+        <translation>颜色规则(&amp;R)...</translation>
     </message>
     <message>
         <source>Databases</source>

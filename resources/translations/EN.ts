@@ -3065,6 +3065,44 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     </message>
 </context>
 <context>
+    <name>BookmarkPanel</name>
+    <message>
+        <source>Note</source>
+        <translation>Note</translation>
+    </message>
+    <message>
+        <source>Return goes to the frame, F2 changes the note, Del removes the bookmark. Ctrl+B in the table sets one.</source>
+        <translation>Return goes to the frame, F2 changes the note, Del removes the bookmark. Ctrl+B in the table sets one.</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureSearch</name>
+    <message>
+        <source>Nothing was found.</source>
+        <translation>Nothing was found.</translation>
+    </message>
+    <message>
+        <source>Nothing more was found up to the beginning; once more goes on from the end.</source>
+        <translation>Nothing more was found up to the beginning; once more goes on from the end.</translation>
+    </message>
+    <message>
+        <source>Nothing more was found up to the end; once more goes on from the beginning.</source>
+        <translation>Nothing more was found up to the end; once more goes on from the beginning.</translation>
+    </message>
+    <message>
+        <source>Went on from the end.</source>
+        <translation>Went on from the end.</translation>
+    </message>
+    <message>
+        <source>Went on from the beginning.</source>
+        <translation>Went on from the beginning.</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 of %2</translation>
+    </message>
+</context>
+<context>
     <name>CaptureTab</name>
     <message>
         <source>Overview</source>
@@ -3093,10 +3131,6 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>Last data at the &amp;selected frame instead of at the end</source>
         <translation>Last data at the &amp;selected frame instead of at the end</translation>
-    </message>
-    <message>
-        <source>Nothing more was found.</source>
-        <translation>Nothing more was found.</translation>
     </message>
     <message>
         <source>Frame %1 is not among those that are shown.</source>
@@ -3186,6 +3220,127 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>Findings</source>
         <translation>Findings</translation>
     </message>
+    <message>
+        <source>Bookmarks</source>
+        <translation>Bookmarks</translation>
+    </message>
+    <message>
+        <source>There are %1 bookmarks already.</source>
+        <translation>There are %1 bookmarks already.</translation>
+    </message>
+</context>
+<context>
+    <name>ColorButton</name>
+    <message>
+        <source>Red</source>
+        <translation>Red</translation>
+    </message>
+    <message>
+        <source>Orange</source>
+        <translation>Orange</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>Yellow</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Green</translation>
+    </message>
+    <message>
+        <source>Cyan</source>
+        <translation>Cyan</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blue</translation>
+    </message>
+    <message>
+        <source>Violet</source>
+        <translation>Violet</translation>
+    </message>
+    <message>
+        <source>Grey</source>
+        <translation>Grey</translation>
+    </message>
+    <message>
+        <source>As other rows</source>
+        <translation>As other rows</translation>
+    </message>
+    <message>
+        <source>Another...</source>
+        <translation>Another...</translation>
+    </message>
+</context>
+<context>
+    <name>ColorRulesDialog</name>
+    <message>
+        <source>Colour rules</source>
+        <translation>Colour rules</translation>
+    </message>
+    <message>
+        <source>The first rule that is on and passes a frame gives its row the colours.</source>
+        <translation>The first rule that is on and passes a frame gives its row the colours.</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Add</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Remove</translation>
+    </message>
+    <message>
+        <source>&amp;Up</source>
+        <translation>&amp;Up</translation>
+    </message>
+    <message>
+        <source>&amp;Down</source>
+        <translation>&amp;Down</translation>
+    </message>
+    <message>
+        <source>&amp;Standard</source>
+        <translation>&amp;Standard</translation>
+    </message>
+    <message>
+        <source>&amp;Filter:</source>
+        <translation>&amp;Filter:</translation>
+    </message>
+    <message>
+        <source>&amp;Text</source>
+        <translation>&amp;Text</translation>
+    </message>
+    <message>
+        <source>&amp;Background</source>
+        <translation>&amp;Background</translation>
+    </message>
+    <message>
+        <source>A rule without a filter colours nothing.</source>
+        <translation>A rule without a filter colours nothing.</translation>
+    </message>
+</context>
+<context>
+    <name>ColumnsDialog</name>
+    <message>
+        <source>&amp;Up</source>
+        <translation>&amp;Up</translation>
+    </message>
+    <message>
+        <source>&amp;Down</source>
+        <translation>&amp;Down</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>Columns</translation>
+    </message>
+    <message>
+        <source>&amp;Standard</source>
+        <translation>&amp;Standard</translation>
+    </message>
+    <message>
+        <source>Shown while a frame is marked as time zero.</source>
+        <translation>Shown while a frame is marked as time zero.</translation>
+    </message>
 </context>
 <context>
     <name>Filter</name>
@@ -3264,6 +3419,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>Filter, such as  id == 0x123 and data[0] &amp; 0x80</source>
         <translation>Filter, such as  id == 0x123 and data[0] &amp; 0x80</translation>
     </message>
+    <message>
+        <source>Filters that were used lately (Down)</source>
+        <translation>Filters that were used lately (Down)</translation>
+    </message>
 </context>
 <context>
     <name>FrameColumns</name>
@@ -3341,34 +3500,69 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     </message>
 </context>
 <context>
+    <name>FrameTableActions</name>
+    <message>
+        <source>&amp;Only these</source>
+        <translation>&amp;Only these</translation>
+    </message>
+    <message>
+        <source>&amp;Not these</source>
+        <translation>&amp;Not these</translation>
+    </message>
+    <message>
+        <source>&amp;Find next like this</source>
+        <translation>&amp;Find next like this</translation>
+    </message>
+    <message>
+        <source>Find &amp;previous like this</source>
+        <translation>Find &amp;previous like this</translation>
+    </message>
+    <message>
+        <source>Co&amp;lour these...</source>
+        <translation>Co&amp;lour these...</translation>
+    </message>
+    <message>
+        <source>From h&amp;ere on</source>
+        <translation>From h&amp;ere on</translation>
+    </message>
+    <message>
+        <source>&amp;Up to here</source>
+        <translation>&amp;Up to here</translation>
+    </message>
+    <message>
+        <source>Time &amp;zero here</source>
+        <translation>Time &amp;zero here</translation>
+    </message>
+    <message>
+        <source>&amp;Bookmark...</source>
+        <translation>&amp;Bookmark...</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Copy</translation>
+    </message>
+    <message>
+        <source>Copy as C&amp;SV</source>
+        <translation>Copy as C&amp;SV</translation>
+    </message>
+</context>
+<context>
     <name>FrameTableView</name>
     <message>
         <source>Frames</source>
         <translation>Frames</translation>
     </message>
     <message>
-        <source>Not these</source>
-        <translation>Not these</translation>
+        <source>Only the first %1 frames of the selection were copied.</source>
+        <translation>Only the first %1 frames of the selection were copied.</translation>
     </message>
     <message>
-        <source>Only these</source>
-        <translation>Only these</translation>
+        <source>Frames copied: %1</source>
+        <translation>Frames copied: %1</translation>
     </message>
     <message>
-        <source>Time zero here</source>
-        <translation>Time zero here</translation>
-    </message>
-    <message>
-        <source>Bookmark...</source>
-        <translation>Bookmark...</translation>
-    </message>
-    <message>
-        <source>Copy</source>
-        <translation>Copy</translation>
-    </message>
-    <message>
-        <source>Copy as CSV</source>
-        <translation>Copy as CSV</translation>
+        <source>Co&amp;lumns...</source>
+        <translation>Co&amp;lumns...</translation>
     </message>
 </context>
 <context>
@@ -3538,6 +3732,14 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>The language changes when the program is started again.</source>
         <translation>The language changes when the program is started again.</translation>
+    </message>
+    <message>
+        <source>C&amp;olumns...</source>
+        <translation>C&amp;olumns...</translation>
+    </message>
+    <message>
+        <source>Colour &amp;rules...</source>
+        <translation>Colour &amp;rules...</translation>
     </message>
     <message>
         <source>Databases</source>

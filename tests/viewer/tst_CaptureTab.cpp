@@ -205,7 +205,8 @@ void tst_CaptureTab::copies()
     const QStringList lines = QApplication::clipboard()->text().split(QLatin1Char('\n'));
     QCOMPARE(lines.size(), 4); // titles, two rows, an end of line
     QVERIFY(lines.at(1).startsWith(QStringLiteral("4\t0.0015")));
-    QVERIFY(table.selectedText(true).contains(QStringLiteral("\n5,0.0020")));
+    QTest::keyClick(&table, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    QVERIFY(QApplication::clipboard()->text().contains(QStringLiteral("\n5,0.0020")));
 }
 
 void tst_CaptureTab::marksAndTimes()

@@ -1,4 +1,5 @@
 #include "tests/support/TestProgram.h"
+#include "tests/viewer/TestSignals.h"
 #include "tests/viewer/ViewerFrames.h"
 #include "viewer/core/Filter.h"
 #include "viewer/core/FrameColumns.h"
@@ -20,6 +21,13 @@ QString cells(const BusFrame &frame)
     return list.join(QLatin1Char('|'));
 }
 
+/// Frames of 0x123 are called Engine, and Speed is in them.
+class NamesOnly : public TestSignals
+{
+public:
+    QVector<Message> messages() const override { return {{0x123, QStringLiteral("Engine")}}; }
+};
+
 } // namespace
 
 class tst_FrameColumns : public QObject
@@ -30,7 +38,9 @@ private slots:
     static void texts_data();
     static void texts();
     static void times();
+    static void longData();
     static void sameCellPassesItsFrameOnly();
+    static void namesWithQuotationMarks();
 };
 
 void tst_FrameColumns::texts_data()
@@ -79,44 +89,74 @@ void tst_FrameColumns::times()
     QCOMPARE(text(FrameColumn::Number, 1), QStringLiteral("2"));
 }
 
+void tst_FrameColumns::longData()
+{
+    QCOMPARE(FrameColumns::groupedData(QString()), QString());
+    QCOMPARE(FrameColumns::groupedData(QStringLiteral("00 01 02 03 04 05 06 07")),
+             QStringLiteral("00 01 02 03 04 05 06 07"));
+    QCOMPARE(FrameColumns::groupedData(QStringLiteral("00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10")),
+             QStringLiteral("00 01 02 03 04 05 06 07  08 09 0A 0B 0C 0D 0E 0F  10"));
+    QCOMPARE(FrameColumns::dataLines(canFrame(0, 1, "30313233340A41FF7A")),
+             QStringLiteral(" 0  30 31 32 33 34 0A 41 FF 01234.A.\n"
+                            " 8  7A                      z"));
+    QCOMPARE(FrameColumns::dataLines(canFrame(0, 1, "3031323334353637")).count(QLatin1Char('\n')), 0);
+    QCOMPARE(FrameColumns::dataLines(canFrame(0, 1)), QString());
+}
+
 /// Each filter passes the frame that it was made of, and none of the others that differ from it in that cell.
 void tst_FrameColumns::sameCellPassesItsFrameOnly()
 {
+    const FrameColumns::Names names{{0x123, QStringLiteral("Engine")}};
     std::vector<BusFrame> frames{canFrame(0, 0x123, "DEAD"),
-                                 canFrame(0, 0x124, "DEAE"),
-                                 canFrame(0, 0x123, "", BusFrame::Extended),
-                                 canFrame(0, 0x23, "0A", BusFrame::Lin),
-                                 canFrame(0, 0x23, "0A"),
-                                 canFrame(0, 0x23, "0A", BusFrame::Fd),
-                                 canFrame(0, 0x23, "00", BusFrame::Remote),
-                                 canFrame(0, 0x23, "00", BusFrame::Error)};
+                                 canFrame(-900, 0x124, "DEAE"),
+                                 canFrame(1234567890123456789, 0x123, "", BusFrame::Extended),
+                                 canFrame(BusFrame::NoTime, 0x23, "0A", BusFrame::Lin),
+                                 canFrame(900, 0x23, "0A"),
+                                 canFrame(901, 0x23, "0A", BusFrame::Fd),
+                                 canFrame(901, 0x23, "00", BusFrame::Remote),
+                                 canFrame(1, 0x23, "00", BusFrame::Error)};
     frames[0].direction = BusFrame::Sent;
     frames[1].direction = BusFrame::Refused;
     frames[2].channel = 3;
     BusFrameStore store;
     fill(store, frames);
+    /// What the cell says; an identifier with its kind, an empty one of data with its reason, a time as it is.
+    const auto cell = [&](FrameColumn column, qint64 row) {
+        const BusFrame &frame = frames[std::size_t(row)];
+        const QString text = FrameColumns::text(column, row, frame, names);
+        return column == FrameColumn::Identifier ? QString::number(frameKey(frame.identifier, frame.flags))
+               : column == FrameColumn::Data     ? text + QString::number(frame.is(BusFrame::Remote))
+               : FrameColumns::isTime(column)    ? QString::number(frame.time)
+                                                 : text;
+    };
+    const auto source = std::make_shared<NamesOnly>();
     for (int column = 0; column < FrameColumnCount; ++column) {
         const auto which = static_cast<FrameColumn>(column);
         for (qint64 row = 0; row < store.size(); ++row) {
-            const QString text = FrameColumns::sameCell(which, row, store.frame(row), {});
-            if (text.isEmpty()) {
-                continue;
-            }
+            const QString text = FrameColumns::sameCell(which, store, row, names);
             FilterError error{};
-            const std::optional<Filter> filter = Filter::parse(text, {}, error);
-            QVERIFY2(filter, qPrintable(text));
+            const std::optional<Filter> filter = Filter::parse(text, source, error);
+            QVERIFY2(filter && !filter->passesAll(), qPrintable(text));
             for (qint64 other = 0; other < store.size(); ++other) {
-                const bool isSameCell = FrameColumns::text(which, row, store.frame(row), {}) ==
-                                        FrameColumns::text(which, other, store.frame(other), {});
-                const bool isSameKey =
-                    which != FrameColumn::Identifier ||
-                    frameKey(frames[std::size_t(row)].identifier, frames[std::size_t(row)].flags) ==
-                        frameKey(frames[std::size_t(other)].identifier, frames[std::size_t(other)].flags);
-                QVERIFY2(filter->passes(store, other) == (isSameCell && isSameKey),
+                QVERIFY2(filter->passes(store, other) == (cell(which, row) == cell(which, other)),
                          qPrintable(QStringLiteral("%1: row %2").arg(text).arg(other)));
             }
         }
     }
+}
+
+void tst_FrameColumns::namesWithQuotationMarks()
+{
+    BusFrameStore store;
+    fill(store, {canFrame(0, 1), canFrame(0, 2), canFrame(0, 3)});
+    const FrameColumns::Names names{
+        {1, QStringLiteral("a\"b")}, {2, QStringLiteral("a'b")}, {3, QStringLiteral("\"'")}};
+    const auto filter = [&](qint64 row) {
+        return FrameColumns::sameCell(FrameColumn::Name, store, row, names);
+    };
+    QCOMPARE(filter(0), QStringLiteral("name == 'a\"b'"));
+    QCOMPARE(filter(1), QStringLiteral("name == \"a'b\""));
+    QCOMPARE(filter(2), QStringLiteral("id == 0x003 and not ext and not lin"));
 }
 
 X9_PLAIN_TEST(tst_FrameColumns)

@@ -1,14 +1,16 @@
 // x9_viewer_gallery LANGUAGE FOLDER   Takes pictures of the viewer with a made-up capture (LANGUAGE zh or en):
-// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter.png, -signals, -values, -databases, -dark and -signals-dark, for a
-// QT_SCALE_FACTOR of 2 ...@2x.png.
+// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter, -bookmarks, -dark, -signals, -values, -databases, -signals-dark, and the
+// dialogs ...-viewer-colors, -colors-dark and -columns; for a QT_SCALE_FACTOR of 2 ...@2x.png.
 
 #include "tests/viewer/SyntheticCapture.h"
 #include "viewer/CaptureSignals.h"
 #include "viewer/CaptureTab.h"
+#include "viewer/TableLook.h"
 #include "viewer/ViewerApplication.h"
 #include "viewer/ViewerWindow.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QDir>
 #include <QTableWidget>
 #include <QTabWidget>
@@ -93,8 +95,26 @@ int main(int argc, char *argv[])
     isSaved = QTest::qWaitFor([&tab] { return !tab.capture().isFiltering(); }) && isSaved;
     filter->setText(QStringLiteral("data[5] == 1 and not exd"));
     isSaved = isSaved && save(QStringLiteral("viewer-filter"));
-    filter->take(QStringLiteral("fd or error"));
+    filter->take({});
+    tab.setBookmark(58, QCoreApplication::translate("CaptureTab", "Bookmark"));
+    tab.panels().setCurrentIndex(1);
+    const auto saveDialog = [&](const QString &name) {
+        QTest::qWait(100);
+        auto *dialog = tab.table().findChild<QDialog *>();
+        const QString path = arguments.at(1) + QLatin1Char('-') + name + suffix;
+        const bool isDialogSaved = dialog->grab().save(QDir(arguments.at(2)).filePath(path));
+        delete dialog;
+        return isDialogSaved;
+    };
+    tab.look().slot_editColors(QStringLiteral("data[5] == 1 and Speed > 5"));
+    isSaved = saveDialog(QStringLiteral("viewer-colors")) && isSaved;
+    tab.look().slot_chooseColumns();
+    isSaved = saveDialog(QStringLiteral("viewer-columns")) && isSaved;
+    isSaved = isSaved && save(QStringLiteral("viewer-bookmarks"));
+    filter->take(QStringLiteral("fd or error or tx"));
     QApplication::setPalette(darkPalette());
+    tab.look().slot_editColors(QStringLiteral("data[5] == 1"));
+    isSaved = saveDialog(QStringLiteral("viewer-colors-dark")) && isSaved;
     isSaved = isSaved && save(QStringLiteral("viewer-dark"));
     filter->take({});
     tab.panels().setCurrentIndex(1);

@@ -3,6 +3,7 @@
 #include "viewer/core/FilterParser.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -32,6 +33,26 @@ void forEachBatch(const BusFrameStore &store, qint64 first, int count, bool isBa
     }
 }
 
+/// What two filters have made already.
+class BothNode : public TestNode
+{
+public:
+    BothNode(std::shared_ptr<const TestNode> first, std::shared_ptr<const TestNode> second)
+        : m_first(std::move(first))
+        , m_second(std::move(second))
+    {
+    }
+    void test(const FilterBatch &batch, FilterBatch::Mask &mask) const override
+    {
+        m_first->test(batch, mask);
+        m_second->test(batch, mask);
+    }
+
+private:
+    std::shared_ptr<const TestNode> m_first;
+    std::shared_ptr<const TestNode> m_second;
+};
+
 FilterBatch::Mask maskOf(const TestNode *test, const FilterBatch &batch)
 {
     FilterBatch::Mask mask;
@@ -59,6 +80,16 @@ std::optional<Filter> Filter::parse(const QString &text, const std::shared_ptr<c
             return std::nullopt;
         }
     }
+    return filter;
+}
+
+Filter Filter::both(const Filter &first, const Filter &second)
+{
+    if (first.passesAll() || second.passesAll()) {
+        return first.passesAll() ? second : first;
+    }
+    Filter filter;
+    filter.m_test = std::make_shared<BothNode>(first.m_test, second.m_test);
     return filter;
 }
 

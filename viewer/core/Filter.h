@@ -46,6 +46,9 @@ public:
     /// cursor: number of characters before the place.
     static FilterCompletion complete(const QString &text, int cursor, const SignalSource *source);
 
+    /// Passes what both pass.
+    static Filter both(const Filter &first, const Filter &second);
+
     bool passesAll() const { return m_test == nullptr; }
     bool passes(const BusFrameStore &store, qint64 row) const;
     /// Adds those of count rows from first on that pass, by their index in the block; all rows are in one block.

@@ -1,8 +1,12 @@
 #include "viewer/core/FrameColumns.h"
 
+#include <algorithm>
 #include <array>
 
 namespace {
+
+constexpr int GroupBytes = 8;
+constexpr int ByteCharacters = 3; ///< two digits and a blank
 
 constexpr std::array<const char *, FrameColumnCount> Titles{
     QT_TRANSLATE_NOOP("FrameColumns", "No."),          QT_TRANSLATE_NOOP("FrameColumns", "Date and time"),
@@ -82,6 +86,32 @@ QString FrameColumns::dataText(const BusFrame &frame)
     }
     const QByteArray data = QByteArray::fromRawData(reinterpret_cast<const char *>(frame.data.data()), frame.length);
     return QString::fromLatin1(data.toHex(' ')).toUpper();
+}
+
+QString FrameColumns::groupedData(QString dataText)
+{
+    constexpr int Group = GroupBytes * ByteCharacters;
+    for (int at = (dataText.size() - 1) / Group * Group; at > 0; at -= Group) {
+        dataText.insert(at, QLatin1Char(' '));
+    }
+    return dataText;
+}
+
+QString FrameColumns::dataLines(const BusFrame &frame)
+{
+    QStringList lines;
+    const QString bytes = dataText(frame);
+    for (int first = 0; first < bytes.size() / ByteCharacters + 1 && !bytes.isEmpty(); first += GroupBytes) {
+        const int count = std::min(GroupBytes, frame.length - first);
+        QString letters;
+        for (int i = first; i < first + count; ++i) {
+            const uchar byte = frame.data[static_cast<std::size_t>(i)];
+            letters += QLatin1Char(byte >= 0x20 && byte < 0x7F ? static_cast<char>(byte) : '.');
+        }
+        const QString part = bytes.mid(first * ByteCharacters, GroupBytes * ByteCharacters - 1);
+        lines.append(QStringLiteral("%1  %2").arg(first, 2).arg(part, -(GroupBytes * ByteCharacters)) + letters);
+    }
+    return lines.join(QLatin1Char('\n'));
 }
 
 QString FrameColumns::directionText(BusFrame::Direction direction)
@@ -165,12 +195,44 @@ QString FrameColumns::nameFilter(const QString &name)
     return name.isEmpty() || name.contains(quote) ? QString() : QStringLiteral("name == ") + quote + name + quote;
 }
 
-QString FrameColumns::sameCell(FrameColumn column, qint64 row, const BusFrame &frame, const Names &names)
+QString FrameColumns::sameTime(const BusFrameStore &store, qint64 row)
 {
+    const std::optional<qint64> time = timeDistance(store.start(), store.time(row));
+    return time ? QStringLiteral("time == %1").arg(durationText(*time))
+                : QStringLiteral("not (time < 0 or time >= 0)"); // without a time every comparison is false
+}
+
+QString FrameColumns::sameName(FrameKey key, const QString &name)
+{
+    if (name.isEmpty()) {
+        return QStringLiteral("name !~ \"\"");
+    }
+    const QString filter = nameFilter(name);
+    return filter.isEmpty() ? identifierFilter(key) : filter;
+}
+
+QString FrameColumns::sameData(const BusFrame &frame)
+{
+    if (frame.is(BusFrame::Remote)) {
+        return QStringLiteral("remote");
+    }
+    return frame.length == 0 ? QStringLiteral("len == 0 and not remote")
+                             : QStringLiteral("data == \"%1\"").arg(dataText(frame));
+}
+
+QString FrameColumns::sameCell(FrameColumn column, const BusFrameStore &store, qint64 row, const Names &names)
+{
+    const BusFrame frame = store.frame(row);
     const FrameKey key = frameKey(frame.identifier, frame.flags);
     switch (column) {
     case FrameColumn::Number:
         return QStringLiteral("number == %1").arg(row + 1);
+    case FrameColumn::Absolute:
+    case FrameColumn::SinceStart:
+    case FrameColumn::SinceShown:
+    case FrameColumn::SinceIdentifier:
+    case FrameColumn::SinceMark:
+        return sameTime(store, row);
     case FrameColumn::Channel:
         return QStringLiteral("channel == %1").arg(frame.channel + 1);
     case FrameColumn::Direction:
@@ -180,21 +242,13 @@ QString FrameColumns::sameCell(FrameColumn column, qint64 row, const BusFrame &f
     case FrameColumn::Identifier:
         return identifierFilter(key);
     case FrameColumn::Name:
-        return nameFilter(names.of(key, frame.channel));
+        return sameName(key, names.of(key, frame.channel));
     case FrameColumn::Type:
         return typeFilter(frame);
     case FrameColumn::Length:
         return QStringLiteral("len == %1").arg(frame.length);
-    case FrameColumn::Data: {
-        const QString data = dataText(frame);
-        return data.isEmpty() ? QString() : QStringLiteral("data == \"%1\"").arg(data);
-    }
-    case FrameColumn::Absolute:
-    case FrameColumn::SinceStart:
-    case FrameColumn::SinceShown:
-    case FrameColumn::SinceIdentifier:
-    case FrameColumn::SinceMark:
-        break;
+    case FrameColumn::Data:
+        return sameData(frame);
     }
     return {};
 }

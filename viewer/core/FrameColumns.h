@@ -41,8 +41,8 @@ public:
     static bool isTime(FrameColumn column);
     /// Numbers stand below each other.
     static bool isRightAligned(FrameColumn column);
-    /// A filter that passes the frames with the same cell; empty where there is none, as for times.
-    static QString sameCell(FrameColumn column, qint64 row, const BusFrame &frame, const Names &names);
+    /// A filter that passes the frames with the same cell; for times, the frames of the same moment.
+    static QString sameCell(FrameColumn column, const BusFrameStore &store, qint64 row, const Names &names);
 
     /// "123", "18FF1234", LIN: "3C"; an error frame has none.
     static QString identifierText(FrameKey key);
@@ -52,8 +52,15 @@ public:
     static QString nameFilter(const QString &name);
     /// "DE AD".
     static QString dataText(const BusFrame &frame);
+    /// A text of bytes with another blank behind each eight, which the eye finds in 64 of them.
+    static QString groupedData(QString dataText);
+    /// Eight bytes in a line, the number of the first in front and the letters that they stand for behind.
+    static QString dataLines(const BusFrame &frame);
 
 private:
     static QString typeText(const BusFrame &frame);
     static QString directionText(BusFrame::Direction direction);
+    static QString sameTime(const BusFrameStore &store, qint64 row);
+    static QString sameName(FrameKey key, const QString &name);
+    static QString sameData(const BusFrame &frame);
 };

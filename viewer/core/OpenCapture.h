@@ -26,6 +26,8 @@ public:
 
     const QString &path() const { return m_path; }
     const BusFrameStore &store() const { return *m_store; }
+    /// For what goes on on other threads when the capture is closed.
+    std::shared_ptr<const BusFrameStore> sharedStore() const { return m_store; }
     CaptureInfo info() const { return m_loader->info(); }
     StoreLoader &loader() { return *m_loader; }
     const StoreLoader &loader() const { return *m_loader; }
@@ -34,6 +36,7 @@ public:
 
     /// Shows the rows that pass, as far as they are known; they come back with sig_rowsAdded.
     void setFilter(const Filter &filter);
+    const Filter &filter() const { return m_filter; }
     bool isFiltered() const { return !m_filter.passesAll(); }
     bool isFiltering() const { return isFiltered() && m_filterRun->covered() < m_store->size(); }
 
