@@ -2286,10 +2286,6 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
 <context>
     <name>CaptureSink</name>
     <message>
-        <source>%1 exists already. It is replaced with --force only.</source>
-        <translation>%1 已存在。只有使用 --force 才会替换。</translation>
-    </message>
-    <message>
         <source>%1 cannot be written.</source>
         <translation>无法写入 %1。</translation>
     </message>
@@ -2463,18 +2459,6 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
 <context>
     <name>x9capture</name>
     <message>
-        <source>line %1: </source>
-        <translation>第 %1 行：</translation>
-    </message>
-    <message>
-        <source>byte %1: </source>
-        <translation>第 %1 字节：</translation>
-    </message>
-    <message>
-        <source>frame %1: </source>
-        <translation>第 %1 帧：</translation>
-    </message>
-    <message>
         <source>Tells what is in captures.</source>
         <translation>说明捕获文件的内容。</translation>
     </message>
@@ -2517,14 +2501,6 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
     <message>
         <source>--date: %1 is no date such as 2026-03-31.</source>
         <translation>--date:%1 不是形如 2026-03-31 的日期。</translation>
-    </message>
-    <message>
-        <source> (%1 times)</source>
-        <translation> (%1 次)</translation>
-    </message>
-    <message>
-        <source>%1 more of the same</source>
-        <translation>另有 %1 处相同</translation>
     </message>
     <message>
         <source>kind</source>
@@ -2910,6 +2886,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>Only this: &quot;Message&quot; or &quot;Message.Signal&quot;, with * and ?. May be given several times.</source>
         <translation>只输出此项：“报文”或“报文.信号”，可含 * 和 ?，可多次给出。</translation>
     </message>
+    <message>
+        <source>%1 exists already. It is replaced with --force only.</source>
+        <translation>%1 已存在。只有使用 --force 才会替换。</translation>
+    </message>
 </context>
 <context>
     <name>DatabaseFile</name>
@@ -3063,6 +3043,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>The file is of no known kind.</source>
         <translation>无法识别文件的格式。</translation>
     </message>
+    <message>
+        <source>This is not a file.</source>
+        <translation>这不是文件。</translation>
+    </message>
 </context>
 <context>
     <name>CaptureTab</name>
@@ -3169,18 +3153,6 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>Findings: %1...</source>
         <translation>发现的问题：%1...</translation>
-    </message>
-    <message>
-        <source>line %1</source>
-        <translation>第 %1 行</translation>
-    </message>
-    <message>
-        <source>byte %1</source>
-        <translation>字节 %1</translation>
-    </message>
-    <message>
-        <source>frame %1</source>
-        <translation>帧 %1</translation>
     </message>
     <message>
         <source>Findings</source>
@@ -3440,6 +3412,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>The file has become shorter while it was followed.</source>
         <translation>文件在跟踪期间变短了。</translation>
     </message>
+    <message>
+        <source>The file was deleted, moved away, replaced or emptied while it was followed. What was read before is here.</source>
+        <translation>文件在跟踪期间被删除、移走、替换或清空。之前读取的内容仍在此处。</translation>
+    </message>
 </context>
 <context>
     <name>ViewerWindow</name>
@@ -3538,6 +3514,247 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>The language changes when the program is started again.</source>
         <translation>重新启动程序后语言将改变。</translation>
+    </message>
+    <message>
+        <source>&amp;Save as...</source>
+        <translation>另存为(&amp;S)...</translation>
+    </message>
+    <message>
+        <source>&amp;Load again</source>
+        <translation>重新加载(&amp;L)</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureSaver</name>
+    <message>
+        <source>There is not enough memory.</source>
+        <translation>内存不足。</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureKinds</name>
+    <message>
+        <source>Captures (%1)</source>
+        <translation>记录文件 (%1)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>所有文件 (*)</translation>
+    </message>
+</context>
+<context>
+    <name>EndButton</name>
+    <message>
+        <source>Stay at the &amp;end</source>
+        <translation>停在末尾(&amp;E)</translation>
+    </message>
+    <message>
+        <source>Shows new frames as they come; off when the table is scrolled back, on again at its end</source>
+        <translation>随时显示新到的帧；向回滚动时关闭，回到末尾时重新打开</translation>
+    </message>
+</context>
+<context>
+    <name>LoadNotice</name>
+    <message>
+        <source>&amp;Load again</source>
+        <translation>重新加载(&amp;L)</translation>
+    </message>
+</context>
+<context>
+    <name>ExchangeFormat</name>
+    <message>
+        <source>X9CAN classic capture</source>
+        <translation>X9CAN 经典记录</translation>
+    </message>
+    <message>
+        <source>X9CAN CAN FD capture</source>
+        <translation>X9CAN CAN FD 记录</translation>
+    </message>
+    <message>
+        <source>X9CAN table of LIN frames</source>
+        <translation>X9CAN LIN 帧表</translation>
+    </message>
+    <message>
+        <source>X9CAN table of frames, commas</source>
+        <translation>X9CAN 帧表，逗号分隔</translation>
+    </message>
+    <message>
+        <source>X9CAN table of frames, blanks</source>
+        <translation>X9CAN 帧表，空格分隔</translation>
+    </message>
+    <message>
+        <source>candump log</source>
+        <translation>candump 日志</translation>
+    </message>
+    <message>
+        <source>ASC</source>
+        <translation>ASC</translation>
+    </message>
+    <message>
+        <source>BLF</source>
+        <translation>BLF</translation>
+    </message>
+    <message>
+        <source>pcapng, SocketCAN</source>
+        <translation>pcapng，SocketCAN</translation>
+    </message>
+    <message>
+        <source>pcap, SocketCAN</source>
+        <translation>pcap，SocketCAN</translation>
+    </message>
+    <message>
+        <source>TRC 2.1</source>
+        <translation>TRC 2.1</translation>
+    </message>
+</context>
+<context>
+    <name>FindingLines</name>
+    <message>
+        <source>line %1: </source>
+        <translation>第 %1 行：</translation>
+    </message>
+    <message>
+        <source>byte %1: </source>
+        <translation>第 %1 字节：</translation>
+    </message>
+    <message>
+        <source>frame %1: </source>
+        <translation>第 %1 帧：</translation>
+    </message>
+    <message>
+        <source> (%1 times)</source>
+        <translation> (%1 次)</translation>
+    </message>
+    <message>
+        <source>%1 more of the same</source>
+        <translation>另有 %1 处相同</translation>
+    </message>
+</context>
+<context>
+    <name>SaveDialog</name>
+    <message>
+        <source>Save as</source>
+        <translation>另存为</translation>
+    </message>
+    <message>
+        <source>-part</source>
+        <translation>-部分</translation>
+    </message>
+    <message>
+        <source>Those that the &amp;filter passes</source>
+        <translation>通过过滤的帧(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;All</source>
+        <translation>全部(&amp;A)</translation>
+    </message>
+    <message>
+        <source>The &amp;selected ones: %1</source>
+        <translation>选中的帧(&amp;S)：%1</translation>
+    </message>
+    <message>
+        <source>Those of a &amp;time</source>
+        <translation>某段时间的帧(&amp;T)</translation>
+    </message>
+    <message>
+        <source>A&amp;ll, also those that the filter hides</source>
+        <translation>全部，包括被过滤隐藏的帧(&amp;L)</translation>
+    </message>
+    <message>
+        <source>12.5 or 13:45:06</source>
+        <translation>12.5 或 13:45:06</translation>
+    </message>
+    <message>
+        <source>the end</source>
+        <translation>末尾</translation>
+    </message>
+    <message>
+        <source>f&amp;rom</source>
+        <translation>从(&amp;R)</translation>
+    </message>
+    <message>
+        <source>t&amp;o</source>
+        <translation>到(&amp;O)</translation>
+    </message>
+    <message>
+        <source>With the a&amp;dapter&apos;s times instead of the computer&apos;s</source>
+        <translation>使用适配器的时间，而不是计算机的时间(&amp;D)</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>浏览(&amp;B)...</translation>
+    </message>
+    <message>
+        <source>Frames:</source>
+        <translation>帧：</translation>
+    </message>
+    <message>
+        <source>&amp;Kind:</source>
+        <translation>类型(&amp;K)：</translation>
+    </message>
+    <message>
+        <source>F&amp;ile:</source>
+        <translation>文件(&amp;I)：</translation>
+    </message>
+    <message>
+        <source>Sa&amp;ve</source>
+        <translation>保存(&amp;V)</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>停止(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>关闭(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Looking what this kind of file can hold...</source>
+        <translation>正在检查这种文件能容纳的内容...</translation>
+    </message>
+    <message>
+        <source>“%1” is no time of this capture.</source>
+        <translation>“%1”不是此记录中的时间。</translation>
+    </message>
+    <message>
+        <source>There are no such frames.</source>
+        <translation>没有这样的帧。</translation>
+    </message>
+    <message>
+        <source>The file needs a name.</source>
+        <translation>请输入文件名。</translation>
+    </message>
+    <message>
+        <source>This file is open here. Choose another name.</source>
+        <translation>该文件正在此处打开。请选择其他名称。</translation>
+    </message>
+    <message>
+        <source>%1 exists already. Is it to be replaced?</source>
+        <translation>%1 已存在。要替换它吗？</translation>
+    </message>
+    <message>
+        <source>Saving...</source>
+        <translation>正在保存...</translation>
+    </message>
+    <message>
+        <source>Saving was stopped; nothing was written.</source>
+        <translation>保存已停止，没有写入任何内容。</translation>
+    </message>
+    <message>
+        <source>%1 frames, %2. This kind of file can hold all of it.</source>
+        <translation>%1 帧，%2。这种文件可以容纳全部内容。</translation>
+    </message>
+    <message>
+        <source>%1 frames, %2. This kind of file cannot hold everything:</source>
+        <translation>%1 帧，%2。这种文件无法容纳以下内容：</translation>
+    </message>
+    <message>
+        <source>%1 frames were saved, %2.</source>
+        <translation>已保存 %1 帧，%2。</translation>
+    </message>
+    <message>
+        <source>%1 frames were saved, %2, but for this:</source>
+        <translation>已保存 %1 帧，%2，以下内容除外：</translation>
     </message>
 </context>
 </TS>

@@ -2286,10 +2286,6 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
 <context>
     <name>CaptureSink</name>
     <message>
-        <source>%1 exists already. It is replaced with --force only.</source>
-        <translation>%1 exists already. It is replaced with --force only.</translation>
-    </message>
-    <message>
         <source>%1 cannot be written.</source>
         <translation>%1 cannot be written.</translation>
     </message>
@@ -2463,18 +2459,6 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
 <context>
     <name>x9capture</name>
     <message>
-        <source>line %1: </source>
-        <translation>line %1: </translation>
-    </message>
-    <message>
-        <source>byte %1: </source>
-        <translation>byte %1: </translation>
-    </message>
-    <message>
-        <source>frame %1: </source>
-        <translation>frame %1: </translation>
-    </message>
-    <message>
         <source>Tells what is in captures.</source>
         <translation>Tells what is in captures.</translation>
     </message>
@@ -2517,14 +2501,6 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
     <message>
         <source>--date: %1 is no date such as 2026-03-31.</source>
         <translation>--date: %1 is no date such as 2026-03-31.</translation>
-    </message>
-    <message>
-        <source> (%1 times)</source>
-        <translation> (%1 times)</translation>
-    </message>
-    <message>
-        <source>%1 more of the same</source>
-        <translation>%1 more of the same</translation>
     </message>
     <message>
         <source>kind</source>
@@ -2910,6 +2886,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>Only this: &quot;Message&quot; or &quot;Message.Signal&quot;, with * and ?. May be given several times.</source>
         <translation>Only this: &quot;Message&quot; or &quot;Message.Signal&quot;, with * and ?. May be given several times.</translation>
     </message>
+    <message>
+        <source>%1 exists already. It is replaced with --force only.</source>
+        <translation>%1 exists already. It is replaced with --force only.</translation>
+    </message>
 </context>
 <context>
     <name>DatabaseFile</name>
@@ -3063,6 +3043,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>The file is of no known kind.</source>
         <translation>The file is of no known kind.</translation>
     </message>
+    <message>
+        <source>This is not a file.</source>
+        <translation>This is not a file.</translation>
+    </message>
 </context>
 <context>
     <name>CaptureTab</name>
@@ -3169,18 +3153,6 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>Findings: %1...</source>
         <translation>Findings: %1...</translation>
-    </message>
-    <message>
-        <source>line %1</source>
-        <translation>line %1</translation>
-    </message>
-    <message>
-        <source>byte %1</source>
-        <translation>byte %1</translation>
-    </message>
-    <message>
-        <source>frame %1</source>
-        <translation>frame %1</translation>
     </message>
     <message>
         <source>Findings</source>
@@ -3440,6 +3412,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>The file has become shorter while it was followed.</source>
         <translation>The file has become shorter while it was followed.</translation>
     </message>
+    <message>
+        <source>The file was deleted, moved away, replaced or emptied while it was followed. What was read before is here.</source>
+        <translation>The file was deleted, moved away, replaced or emptied while it was followed. What was read before is here.</translation>
+    </message>
 </context>
 <context>
     <name>ViewerWindow</name>
@@ -3538,6 +3514,247 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>The language changes when the program is started again.</source>
         <translation>The language changes when the program is started again.</translation>
+    </message>
+    <message>
+        <source>&amp;Save as...</source>
+        <translation>&amp;Save as...</translation>
+    </message>
+    <message>
+        <source>&amp;Load again</source>
+        <translation>&amp;Load again</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureSaver</name>
+    <message>
+        <source>There is not enough memory.</source>
+        <translation>There is not enough memory.</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureKinds</name>
+    <message>
+        <source>Captures (%1)</source>
+        <translation>Captures (%1)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>All files (*)</translation>
+    </message>
+</context>
+<context>
+    <name>EndButton</name>
+    <message>
+        <source>Stay at the &amp;end</source>
+        <translation>Stay at the &amp;end</translation>
+    </message>
+    <message>
+        <source>Shows new frames as they come; off when the table is scrolled back, on again at its end</source>
+        <translation>Shows new frames as they come; off when the table is scrolled back, on again at its end</translation>
+    </message>
+</context>
+<context>
+    <name>LoadNotice</name>
+    <message>
+        <source>&amp;Load again</source>
+        <translation>&amp;Load again</translation>
+    </message>
+</context>
+<context>
+    <name>ExchangeFormat</name>
+    <message>
+        <source>X9CAN classic capture</source>
+        <translation>X9CAN classic capture</translation>
+    </message>
+    <message>
+        <source>X9CAN CAN FD capture</source>
+        <translation>X9CAN CAN FD capture</translation>
+    </message>
+    <message>
+        <source>X9CAN table of LIN frames</source>
+        <translation>X9CAN table of LIN frames</translation>
+    </message>
+    <message>
+        <source>X9CAN table of frames, commas</source>
+        <translation>X9CAN table of frames, commas</translation>
+    </message>
+    <message>
+        <source>X9CAN table of frames, blanks</source>
+        <translation>X9CAN table of frames, blanks</translation>
+    </message>
+    <message>
+        <source>candump log</source>
+        <translation>candump log</translation>
+    </message>
+    <message>
+        <source>ASC</source>
+        <translation>ASC</translation>
+    </message>
+    <message>
+        <source>BLF</source>
+        <translation>BLF</translation>
+    </message>
+    <message>
+        <source>pcapng, SocketCAN</source>
+        <translation>pcapng, SocketCAN</translation>
+    </message>
+    <message>
+        <source>pcap, SocketCAN</source>
+        <translation>pcap, SocketCAN</translation>
+    </message>
+    <message>
+        <source>TRC 2.1</source>
+        <translation>TRC 2.1</translation>
+    </message>
+</context>
+<context>
+    <name>FindingLines</name>
+    <message>
+        <source>line %1: </source>
+        <translation>line %1: </translation>
+    </message>
+    <message>
+        <source>byte %1: </source>
+        <translation>byte %1: </translation>
+    </message>
+    <message>
+        <source>frame %1: </source>
+        <translation>frame %1: </translation>
+    </message>
+    <message>
+        <source> (%1 times)</source>
+        <translation> (%1 times)</translation>
+    </message>
+    <message>
+        <source>%1 more of the same</source>
+        <translation>%1 more of the same</translation>
+    </message>
+</context>
+<context>
+    <name>SaveDialog</name>
+    <message>
+        <source>Save as</source>
+        <translation>Save as</translation>
+    </message>
+    <message>
+        <source>-part</source>
+        <translation>-part</translation>
+    </message>
+    <message>
+        <source>Those that the &amp;filter passes</source>
+        <translation>Those that the &amp;filter passes</translation>
+    </message>
+    <message>
+        <source>&amp;All</source>
+        <translation>&amp;All</translation>
+    </message>
+    <message>
+        <source>The &amp;selected ones: %1</source>
+        <translation>The &amp;selected ones: %1</translation>
+    </message>
+    <message>
+        <source>Those of a &amp;time</source>
+        <translation>Those of a &amp;time</translation>
+    </message>
+    <message>
+        <source>A&amp;ll, also those that the filter hides</source>
+        <translation>A&amp;ll, also those that the filter hides</translation>
+    </message>
+    <message>
+        <source>12.5 or 13:45:06</source>
+        <translation>12.5 or 13:45:06</translation>
+    </message>
+    <message>
+        <source>the end</source>
+        <translation>the end</translation>
+    </message>
+    <message>
+        <source>f&amp;rom</source>
+        <translation>f&amp;rom</translation>
+    </message>
+    <message>
+        <source>t&amp;o</source>
+        <translation>t&amp;o</translation>
+    </message>
+    <message>
+        <source>With the a&amp;dapter&apos;s times instead of the computer&apos;s</source>
+        <translation>With the a&amp;dapter&apos;s times instead of the computer&apos;s</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>&amp;Browse...</translation>
+    </message>
+    <message>
+        <source>Frames:</source>
+        <translation>Frames:</translation>
+    </message>
+    <message>
+        <source>&amp;Kind:</source>
+        <translation>&amp;Kind:</translation>
+    </message>
+    <message>
+        <source>F&amp;ile:</source>
+        <translation>F&amp;ile:</translation>
+    </message>
+    <message>
+        <source>Sa&amp;ve</source>
+        <translation>Sa&amp;ve</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>&amp;Stop</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Close</translation>
+    </message>
+    <message>
+        <source>Looking what this kind of file can hold...</source>
+        <translation>Looking what this kind of file can hold...</translation>
+    </message>
+    <message>
+        <source>“%1” is no time of this capture.</source>
+        <translation>“%1” is no time of this capture.</translation>
+    </message>
+    <message>
+        <source>There are no such frames.</source>
+        <translation>There are no such frames.</translation>
+    </message>
+    <message>
+        <source>The file needs a name.</source>
+        <translation>The file needs a name.</translation>
+    </message>
+    <message>
+        <source>This file is open here. Choose another name.</source>
+        <translation>This file is open here. Choose another name.</translation>
+    </message>
+    <message>
+        <source>%1 exists already. Is it to be replaced?</source>
+        <translation>%1 exists already. Is it to be replaced?</translation>
+    </message>
+    <message>
+        <source>Saving...</source>
+        <translation>Saving...</translation>
+    </message>
+    <message>
+        <source>Saving was stopped; nothing was written.</source>
+        <translation>Saving was stopped; nothing was written.</translation>
+    </message>
+    <message>
+        <source>%1 frames, %2. This kind of file can hold all of it.</source>
+        <translation>%1 frames, %2. This kind of file can hold all of it.</translation>
+    </message>
+    <message>
+        <source>%1 frames, %2. This kind of file cannot hold everything:</source>
+        <translation>%1 frames, %2. This kind of file cannot hold everything:</translation>
+    </message>
+    <message>
+        <source>%1 frames were saved, %2.</source>
+        <translation>%1 frames were saved, %2.</translation>
+    </message>
+    <message>
+        <source>%1 frames were saved, %2, but for this:</source>
+        <translation>%1 frames were saved, %2, but for this:</translation>
     </message>
 </context>
 </TS>
