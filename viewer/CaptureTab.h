@@ -29,12 +29,15 @@ public:
     ~CaptureTab() override;
 
     OpenCapture &capture() { return m_capture; }
+    const OpenCapture &capture() const { return m_capture; }
     FrameTableView &table() { return *m_table; }
     /// The panels below the frames: the overview and others, each under a tab of its own.
     QTabWidget &panels() { return *m_panels; }
     void showPanels(bool isShown);
     /// Makes a row the current one, or where the filter does not pass it, the next one that is shown.
     void showRow(qint64 row);
+    QString filterText() const { return m_filter->text(); }
+    void takeFilter(const QString &text) { m_filter->take(text); }
     void editFilter();
     void editFind();
     void findNext(bool isBackward);
@@ -46,6 +49,7 @@ public:
 signals:
     /// The row of the capture that is selected; -1: none.
     void sig_currentRowChanged(qint64 row);
+    void sig_loadAgainWanted();
 
 private slots:
     void slot_filterTaken();

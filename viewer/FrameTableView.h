@@ -4,6 +4,8 @@
 
 #include <QAbstractScrollArea>
 
+#include <utility>
+
 class QHeaderView;
 class QMenu;
 
@@ -31,15 +33,21 @@ public:
     void setCurrentPlace(int place, bool keepsAnchor = false);
     int firstVisible() const;
     int visibleRows() const;
-    /// Whether the last row is on screen; rows that are added then keep it there.
+    /// Whether the last row is on screen.
     bool isAtEnd() const;
     void scrollToEnd();
+    /// Whether rows that are added are shown at once. Scrolling back ends it, scrolling to the end begins it.
+    bool staysAtEnd() const { return m_staysAtEnd; }
+    void setStaysAtEnd(bool isStaying);
+    /// The first and the last place that is selected; -1 where none is.
+    std::pair<int, int> selectedPlaces() const;
 
     /// The selected rows, as text with tabs or as CSV, with the columns' titles.
     QString selectedText(bool isCsv) const;
 
 signals:
     void sig_currentChanged(qint64 row);
+    void sig_staysAtEndChanged(bool isStaying);
     /// filter: for frames that are, or are not, the same in the cell that was clicked.
     void sig_filterWanted(const QString &filter, bool isNegated);
     void sig_markWanted(qint64 row);
@@ -57,7 +65,6 @@ protected:
 
 private slots:
     void slot_reset();
-    void slot_aboutToInsert();
     void slot_inserted();
     void slot_headerMenu(const QPoint &place);
 
@@ -77,4 +84,5 @@ private:
     int m_anchor = -1;        ///< the other end of the selection
     qint64 m_rowBeforeReset = -1;
     bool m_staysAtEnd = false;
+    bool m_isArranging = false; ///< the scroll bar moves because of the rows, not of the user
 };

@@ -26,6 +26,7 @@ public:
 
     const QString &path() const { return m_path; }
     const BusFrameStore &store() const { return *m_store; }
+    std::shared_ptr<const BusFrameStore> sharedStore() const { return m_store; } ///< for other threads
     CaptureInfo info() const { return m_loader->info(); }
     StoreLoader &loader() { return *m_loader; }
     const StoreLoader &loader() const { return *m_loader; }
@@ -34,6 +35,7 @@ public:
 
     /// Shows the rows that pass, as far as they are known; they come back with sig_rowsAdded.
     void setFilter(const Filter &filter);
+    const Filter &filter() const { return m_filter; }
     bool isFiltered() const { return !m_filter.passesAll(); }
     bool isFiltering() const { return isFiltered() && m_filterRun->covered() < m_store->size(); }
 
@@ -56,7 +58,8 @@ public:
     Bookmarks &bookmarks() { return m_bookmarks; }
     const Bookmarks &bookmarks() const { return m_bookmarks; }
 
-    /// Seconds that loading still takes, by what it took so far; -1 where that cannot be told.
+    /// Seconds that loading still takes, by what it took so far; -1 in the first second, and where that
+    /// cannot be told.
     int secondsLeft() const;
 
 signals:
