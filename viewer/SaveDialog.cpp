@@ -159,7 +159,7 @@ void SaveDialog::makeOutcome(QBoxLayout &layout)
     m_losses->setObjectName(QStringLiteral("losses"));
     m_losses->setReadOnly(true);
     m_losses->setTabChangesFocus(true);
-    m_losses->setFixedHeight(m_losses->fontMetrics().lineSpacing() * 7);
+    m_losses->setMinimumHeight(m_losses->fontMetrics().lineSpacing() * 6);
     m_progress = new QProgressBar;
     m_progress->setRange(0, PermilleSteps);
     layout.addWidget(m_summary);

@@ -21,7 +21,7 @@ void applyViewerLook()
 {
     initResources();
     QApplication::setStyle(QStringLiteral("Fusion"));
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/Logo/Logo16x16.ico")));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/Logo/Viewer.ico")));
 }
 
 bool installViewerLanguage(ViewerTranslators &translators, const QString &language)

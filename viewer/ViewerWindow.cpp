@@ -94,8 +94,10 @@ void ViewerWindow::makeFileMenu()
     m_recent->setObjectName(QStringLiteral("recent"));
     connect(m_recent, &QMenu::aboutToShow, this, &ViewerWindow::slot_fillRecent);
     menu->addSeparator();
-    m_tabActions.append(
-        menu->addAction(tr("&Save as..."), this, &ViewerWindow::slot_saveAs, QKeySequence(QStringLiteral("Ctrl+S"))));
+    QAction *save =
+        menu->addAction(tr("&Save as..."), this, &ViewerWindow::slot_saveAs, QKeySequence(QStringLiteral("Ctrl+S")));
+    save->setObjectName(QStringLiteral("saveAs"));
+    m_tabActions.append(save);
     m_tabActions.append(
         menu->addAction(tr("&Load again"), this, &ViewerWindow::slot_loadAgain, QKeySequence(Qt::Key_F5)));
     menu->addSeparator();

@@ -59,6 +59,7 @@ private slots:
     void noticesWhatBecomesOfAFile();
     void recentFiles();
     static void filtersOfTheOpenDialog();
+    static void endingsOfThePackages();
     void savesAs();
     void keepsTheLanguage();
 
@@ -328,6 +329,22 @@ void tst_ViewerWindow::filtersOfTheOpenDialog()
         }
         QVERIFY(filters.contains(CaptureKinds::filter(format)));
     }
+}
+
+/// The packages offer the viewer for these.
+void tst_ViewerWindow::endingsOfThePackages()
+{
+    const QStringList packaged = QStringLiteral(X9_CAPTURE_ENDINGS).split(QLatin1Char(' '));
+    QStringList known;
+    for (const ExchangeFormat &format : exchangeFormats()) {
+        const QStringList endings = QString::fromLatin1(format.endings).split(QLatin1Char(' '));
+        for (const QString &ending : endings) {
+            known.append(ending.section(QLatin1Char('.'), -1));
+        }
+    }
+    known.removeDuplicates();
+    QCOMPARE(QSet<QString>(packaged.begin(), packaged.end()), QSet<QString>(known.begin(), known.end()));
+    QCOMPARE(packaged.size(), known.size());
 }
 
 void tst_ViewerWindow::savesAs()

@@ -1,13 +1,18 @@
 // x9_viewer_gallery LANGUAGE FOLDER   Takes pictures of the viewer with a made-up capture (LANGUAGE zh or en):
-// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter.png and ...-viewer-dark.png, for a QT_SCALE_FACTOR of 2 ...@2x.png.
+// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter.png, ...-viewer-dark.png, ...-viewer-save.png,
+// ...-viewer-save-dark.png and ...-viewer-failed.png, for a QT_SCALE_FACTOR of 2 ...@2x.png.
 
 #include "tests/viewer/SyntheticCapture.h"
 #include "viewer/CaptureTab.h"
 #include "viewer/ViewerApplication.h"
 #include "viewer/ViewerWindow.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QComboBox>
+#include <QDialog>
 #include <QDir>
+#include <QStyle>
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QtTest>
@@ -65,5 +70,26 @@ int main(int argc, char *argv[])
     filter->take(QStringLiteral("fd or error"));
     QApplication::setPalette(darkPalette());
     isSaved = isSaved && save(QStringLiteral("viewer-dark"));
+    window.findChild<QAction *>(QStringLiteral("saveAs"))->trigger();
+    auto *dialog = window.findChild<QDialog *>(QStringLiteral("saveDialog"));
+    const auto saveDialog = [&](const QString &name) {
+        QTest::qWait(1000); // the kind is tried out with all frames
+        return dialog->grab().save(QDir(arguments.at(2)).filePath(arguments.at(1) + QLatin1Char('-') + name + suffix));
+    };
+    isSaved = isSaved && saveDialog(QStringLiteral("viewer-save-dark"));
+    QApplication::setPalette(QApplication::style()->standardPalette());
+    auto *kinds = dialog->findChild<QComboBox *>(QStringLiteral("kind"));
+    kinds->setCurrentIndex(kinds->findData(QStringLiteral("can")));
+    emit kinds->activated(kinds->currentIndex());
+    isSaved = isSaved && saveDialog(QStringLiteral("viewer-save"));
+    dialog->close();
+    ViewerWindow real{ViewerSettings(settings.path())};
+    real.resize(window.size() * 2 / 3);
+    real.show();
+    real.openFiles({settings.filePath(QStringLiteral("missing.csv"))});
+    QTest::qWait(700);
+    isSaved =
+        isSaved &&
+        real.grab().save(QDir(arguments.at(2)).filePath(arguments.at(1) + QStringLiteral("-viewer-failed") + suffix));
     return isSaved ? 0 : 1;
 }
