@@ -11,6 +11,7 @@
 #include "resources/Resources.h"
 #include "widgets/CMessageBox.h"
 #include "widgets/ModalMasks.h"
+#include "widgets/ProcessStart.h"
 
 #include <QApplication>
 #include <QFont>

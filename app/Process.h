@@ -4,11 +4,6 @@
 
 // What each system does in its own way with processes.
 
-/// Keeps what others lay out from being loaded into the program: plugins that the environment names, and, on Windows,
-/// DLLs in the working directory. The adapter's library is loaded by its path all the same; what it needs itself is
-/// found beside the program. To be called before anything of the toolkit's is.
-void prepareProcess();
-
 /// The name of the program that a process runs, as the system cuts it; empty when there is no such process or the
 /// system does not tell.
 QString processName(qint64 processId);

@@ -4,13 +4,6 @@
 
 #include <cstdlib>
 
-void prepareProcess()
-{
-    for (const char *name : {"QT_PLUGIN_PATH", "QT_QPA_PLATFORM_PLUGIN_PATH"}) {
-        qunsetenv(name);
-    }
-}
-
 QString processName(qint64 processId)
 {
     // Unlike the link to the program it can be read for the processes of other users, too.

@@ -7,14 +7,6 @@
 
 #include <windows.h>
 
-void prepareProcess()
-{
-    SetDllDirectoryW(L"");
-    for (const char *name : {"QT_PLUGIN_PATH", "QT_QPA_PLATFORM_PLUGIN_PATH"}) {
-        qunsetenv(name);
-    }
-}
-
 QString processName(qint64 processId)
 {
     const HANDLE process = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(processId));

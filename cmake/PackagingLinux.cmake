@@ -15,9 +15,9 @@ execute_process(COMMAND date -u -d "${X9_RELEASE_DATE}" -R OUTPUT_VARIABLE x9_re
 unset(ENV{LC_ALL})
 
 # Programs
-install(TARGETS X9CAN RUNTIME DESTINATION ${x9_program_folder})
+install(TARGETS X9CAN X9Viewer RUNTIME DESTINATION ${x9_program_folder})
 install(TARGETS ControlCAN LIBRARY DESTINATION ${x9_program_folder}/virtual-adapter)
-set(x9_launchers x9can x9can-demo)
+set(x9_launchers x9can x9can-demo x9viewer)
 if(TARGET ControlCAN_socketcan)
   install(TARGETS ControlCAN_socketcan LIBRARY DESTINATION ${x9_program_folder}/socketcan)
   list(APPEND x9_launchers x9can-socketcan)
@@ -29,30 +29,40 @@ install(TARGETS x9capture RUNTIME DESTINATION bin)
 install(FILES "${x9_linux}/x9capture.bash-completion" DESTINATION share/bash-completion/completions RENAME x9capture)
 
 # Desktop entries and software catalogue
-configure_file("${x9_linux}/com.example.x9can.metainfo.xml.in" "${x9_linux_made}/com.example.x9can.metainfo.xml" @ONLY)
 install(FILES ${x9_desktop_entries} DESTINATION share/applications)
-install(FILES "${x9_linux_made}/com.example.x9can.metainfo.xml" DESTINATION share/metainfo)
+foreach(component IN ITEMS x9can x9viewer)
+  set(metainfo "${x9_linux_made}/com.example.${component}.metainfo.xml")
+  configure_file("${x9_linux}/com.example.${component}.metainfo.xml.in" "${metainfo}" @ONLY)
+  install(FILES "${metainfo}" DESTINATION share/metainfo)
+endforeach()
+# Kinds of captures for which the system has no name.
+install(FILES "${x9_linux}/x9can.mime.xml" DESTINATION share/mime/packages RENAME x9can.xml)
 
 # Icons. As in the program's own icon, the simple drawing is taken below 24 pixels.
 set(x9_logo "${PROJECT_SOURCE_DIR}/resources/images/logo")
 set(x9_linux_files "")
-foreach(size IN ITEMS 16 22 24 32 48 64 128 256)
-  set(svg "${x9_logo}/Logo.svg")
-  if(size LESS 24)
-    set(svg "${x9_logo}/LogoSmall.svg")
-  endif()
-  set(png "${x9_linux_made}/icons/${size}/x9can.png")
-  file(MAKE_DIRECTORY "${x9_linux_made}/icons/${size}")
-  add_custom_command(
-    OUTPUT "${png}"
-    COMMAND "${X9_RSVG_CONVERT}" --width ${size} --height ${size} --output "${png}" "${svg}"
-    DEPENDS "${svg}"
-    COMMENT "Rendering the icon of ${size} pixels"
-    VERBATIM)
-  list(APPEND x9_linux_files "${png}")
-  install(FILES "${png}" DESTINATION share/icons/hicolor/${size}x${size}/apps)
+foreach(picture IN ITEMS x9can:Logo x9viewer:Viewer)
+  string(REGEX MATCH "^(.+):(.+)$" matched "${picture}")
+  set(x9_icon_name "${CMAKE_MATCH_1}")
+  set(x9_drawing "${x9_logo}/${CMAKE_MATCH_2}")
+  foreach(size IN ITEMS 16 22 24 32 48 64 128 256)
+    set(svg "${x9_drawing}.svg")
+    if(size LESS 24)
+      set(svg "${x9_drawing}Small.svg")
+    endif()
+    set(png "${x9_linux_made}/icons/${size}/${x9_icon_name}.png")
+    file(MAKE_DIRECTORY "${x9_linux_made}/icons/${size}")
+    add_custom_command(
+      OUTPUT "${png}"
+      COMMAND "${X9_RSVG_CONVERT}" --width ${size} --height ${size} --output "${png}" "${svg}"
+      DEPENDS "${svg}"
+      COMMENT "Rendering the icon ${x9_icon_name} of ${size} pixels"
+      VERBATIM)
+    list(APPEND x9_linux_files "${png}")
+    install(FILES "${png}" DESTINATION share/icons/hicolor/${size}x${size}/apps)
+  endforeach()
+  install(FILES "${x9_drawing}.svg" DESTINATION share/icons/hicolor/scalable/apps RENAME ${x9_icon_name}.svg)
 endforeach()
-install(FILES "${x9_logo}/Logo.svg" DESTINATION share/icons/hicolor/scalable/apps RENAME x9can.svg)
 
 # x9_install_gzipped(<file> DESTINATION <folder> NAME <name without .gz>)
 function(x9_install_gzipped file)
@@ -80,7 +90,7 @@ endforeach()
 x9_install_gzipped("${x9_linux}/x9capture.1" DESTINATION share/man/man1 NAME x9capture.1)
 install(FILES "${x9_linux}/copyright" DESTINATION ${x9_doc_folder})
 install(DIRECTORY docs/ DESTINATION ${x9_doc_folder}
-        FILES_MATCHING REGEX "/(guide|formats|virtual-adapter|socketcan)[^/]*\\.md$|/screenshots/[^/]*\\.png$")
+        FILES_MATCHING REGEX "/(guide|filters|formats|virtual-adapter|socketcan)[^/]*\\.md$|/screenshots/[^/]*\\.png$")
 install(FILES "${PROJECT_SOURCE_DIR}/adapter/virtual/example.virtual-adapter.json" DESTINATION ${x9_doc_folder}/examples
         RENAME virtual-adapter.json)
 
@@ -106,7 +116,8 @@ It reaches the buses through any adapter that Linux has a driver for
 (x9can-socketcan), or through a USB adapter whose maker's library
 libControlCAN.so is put into /usr/lib/x9can. A virtual adapter for work
 without hardware is part of the package: x9can-demo. The command x9capture
-turns captures of several programs into each other, checks and decodes them.")
+turns captures of several programs into each other, checks and decodes them;
+x9viewer opens them, searches them, and draws their signals.")
 # What is linked is found by dpkg-shlibdeps; the platform and icon plugins, loaded at run time, come with libqt5gui5.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "can-utils, fonts-noto-cjk, qttranslations5-l10n")

@@ -19,7 +19,7 @@ else()
 endif()
 
 # Programs
-install(TARGETS X9CAN x9capture RUNTIME DESTINATION .)
+install(TARGETS X9CAN X9Viewer x9capture RUNTIME DESTINATION .)
 install(TARGETS ControlCAN RUNTIME DESTINATION ${x9_adapter_folder})
 install(FILES "${PROJECT_SOURCE_DIR}/adapter/virtual/example.virtual-adapter.json" DESTINATION ${x9_adapter_folder})
 configure_file("${x9_windows}/demo.cmd" "${x9_windows_made}/X9CAN demo.cmd" @ONLY NEWLINE_STYLE DOS)
@@ -43,7 +43,7 @@ foreach(library IN ITEMS libstdc++-6.dll libwinpthread-1.dll)
   list(APPEND x9_library_folders "${folder}")
 endforeach()
 install(CODE "
-  set(x9_program \"$<TARGET_FILE:X9CAN>\")
+  set(x9_programs \"$<TARGET_FILE:X9CAN>\" \"$<TARGET_FILE:X9Viewer>\")
   set(x9_plugins \"${x9_plugin_files}\")
   set(x9_library_folders \"${x9_library_folders}\")
   set(x9_objdump \"${CMAKE_OBJDUMP}\")
@@ -53,7 +53,7 @@ install(FILES "${x9_windows}/qt.conf" DESTINATION .)
 install(FILES "${X9_QT_TRANSLATIONS}/qtbase_zh_CN.qm" DESTINATION translations)
 
 # Documents, as pages: Windows shows no Markdown files.
-set(x9_documents CHANGELOG.md docs/guide.md docs/guide.zh.md docs/formats.md docs/virtual-adapter.md)
+set(x9_documents CHANGELOG.md docs/guide.md docs/guide.zh.md docs/filters.md docs/formats.md docs/virtual-adapter.md)
 list(TRANSFORM x9_documents PREPEND "${PROJECT_SOURCE_DIR}/")
 install(CODE "
   file(REMOVE_RECURSE \"${x9_windows_made}/pages\")
@@ -63,11 +63,11 @@ install(CODE "
 install(DIRECTORY "${x9_windows_made}/pages/" DESTINATION doc)
 configure_file("${x9_windows}/licences.txt" "${x9_windows_made}/licences.txt" @ONLY NEWLINE_STYLE DOS)
 install(FILES "${x9_windows_made}/licences.txt" DESTINATION doc)
-foreach(licence IN ITEMS LGPL-3 GPL-3)
+foreach(licence IN ITEMS LGPL-2.1 LGPL-3 GPL-3)
   install(FILES "${X9_DEBIAN_TEXTS}/common-licenses/${licence}" DESTINATION doc/licences RENAME ${licence}.txt)
 endforeach()
 foreach(notice IN ITEMS Qt:libqt5core5a Qt-translations:qttranslations5-l10n GCC-runtime:gcc-mingw-w64-base
-                        mingw-w64:mingw-w64-common nlohmann-json:nlohmann-json3-dev libsodium:libsodium-dev)
+                        mingw-w64:mingw-w64-common nlohmann-json:nlohmann-json3-dev libsodium:libsodium-dev Qwt:libqwt-qt5-dev)
   string(REGEX MATCH "^(.+):(.+)$" matched "${notice}")
   install(FILES "${X9_DEBIAN_TEXTS}/doc/${CMAKE_MATCH_2}/copyright" DESTINATION doc/licences
           RENAME ${CMAKE_MATCH_1}.txt)
@@ -78,6 +78,7 @@ endforeach()
 set(CPACK_GENERATOR ZIP NSIS)
 set(CPACK_PACKAGE_FILE_NAME "${PROJECT_NAME}-${PROJECT_VERSION}-windows-${CPACK_X9_BITS}bit")
 configure_file("${PROJECT_SOURCE_DIR}/packaging/PackageTime.cmake.in" "${x9_windows_made}/PackageTime.cmake" @ONLY)
+get_target_property(x9_endings x9_exchange X9_ENDINGS)
 configure_file("${x9_windows}/PackageConfig.cmake.in" "${x9_windows_made}/PackageConfig.cmake" @ONLY)
 set(CPACK_PROJECT_CONFIG_FILE "${x9_windows_made}/PackageConfig.cmake")
 set(CPACK_PRE_BUILD_SCRIPTS "${x9_windows}/BeforePacking.cmake")

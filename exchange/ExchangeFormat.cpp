@@ -2,14 +2,15 @@
 
 #include "exchange/AscFormat.h"
 #include "exchange/BlfFormat.h"
+#include "exchange/CandumpFormat.h"
 #include "exchange/CanFdFormat.h"
 #include "exchange/CanFormat.h"
-#include "exchange/CandumpFormat.h"
 #include "exchange/LinCsvFormat.h"
 #include "exchange/OwnTextFormat.h"
 #include "exchange/PcapFormat.h"
 #include "exchange/TrcFormat.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 #include <algorithm>
@@ -32,25 +33,28 @@ const ExchangeFormat *firstFormat(Predicate predicate)
 const std::vector<ExchangeFormat> &exchangeFormats()
 {
     static const std::vector<ExchangeFormat> formats = {
-        {"can", "X9CAN classic capture", ".can", CanFormat::Holds, NanosecondsPerMs, CanFormat::recognises,
-         CanFormat::reader, CanFormat::writer},
-        {"canfd", "X9CAN CAN FD capture", ".canfd", CanFdFormat::Holds, NanosecondsPerMs, CanFdFormat::recognises,
-         CanFdFormat::reader, CanFdFormat::writer},
-        {"lin-csv", "X9CAN table of LIN frames", ".lin.csv", LinCsvFormat::Holds, NanosecondsPerMs,
-         LinCsvFormat::recognises, LinCsvFormat::reader, LinCsvFormat::writer},
-        {"csv", "X9CAN table of frames, commas", ".csv", OwnTextFormat::Holds, NanosecondsPerMs,
-         OwnTextFormat::recognisesCsv, OwnTextFormat::csvReader, OwnTextFormat::csvWriter},
-        {"txt", "X9CAN table of frames, blanks", ".txt", OwnTextFormat::Holds, NanosecondsPerMs,
-         OwnTextFormat::recognisesTxt, OwnTextFormat::txtReader, OwnTextFormat::txtWriter},
-        {"candump", "candump log", ".log .candump", CandumpFormat::Holds, NanosecondsPerUs, CandumpFormat::recognises,
-         CandumpFormat::reader, CandumpFormat::writer},
-        {"asc", "ASC", ".asc", AscFormat::Holds, 1, AscFormat::recognises, AscFormat::reader, AscFormat::writer},
-        {"blf", "BLF", ".blf", BlfFormat::Holds, 1, BlfFormat::recognises, BlfFormat::reader, BlfFormat::writer},
-        {"pcapng", "pcapng, SocketCAN", ".pcapng .ntar", PcapngFormat::Holds, 1, PcapngFormat::recognises,
-         PcapngFormat::reader, PcapngFormat::writer},
-        {"pcap", "pcap, SocketCAN", ".pcap .cap", PcapFormat::Holds, 1, PcapFormat::recognises, PcapFormat::reader,
-         PcapFormat::writer},
-        {"trc", "TRC 2.1", ".trc", TrcFormat::Holds, 1000, TrcFormat::recognises, TrcFormat::reader, TrcFormat::writer},
+        {"can", QT_TRANSLATE_NOOP("ExchangeFormat", "X9CAN classic capture"), ".can", CanFormat::Holds,
+         NanosecondsPerMs, CanFormat::recognises, CanFormat::reader, CanFormat::writer},
+        {"canfd", QT_TRANSLATE_NOOP("ExchangeFormat", "X9CAN CAN FD capture"), ".canfd", CanFdFormat::Holds,
+         NanosecondsPerMs, CanFdFormat::recognises, CanFdFormat::reader, CanFdFormat::writer},
+        {"lin-csv", QT_TRANSLATE_NOOP("ExchangeFormat", "X9CAN table of LIN frames"), ".lin.csv", LinCsvFormat::Holds,
+         NanosecondsPerMs, LinCsvFormat::recognises, LinCsvFormat::reader, LinCsvFormat::writer},
+        {"csv", QT_TRANSLATE_NOOP("ExchangeFormat", "X9CAN table of frames, commas"), ".csv", OwnTextFormat::Holds,
+         NanosecondsPerMs, OwnTextFormat::recognisesCsv, OwnTextFormat::csvReader, OwnTextFormat::csvWriter},
+        {"txt", QT_TRANSLATE_NOOP("ExchangeFormat", "X9CAN table of frames, blanks"), ".txt", OwnTextFormat::Holds,
+         NanosecondsPerMs, OwnTextFormat::recognisesTxt, OwnTextFormat::txtReader, OwnTextFormat::txtWriter},
+        {"candump", QT_TRANSLATE_NOOP("ExchangeFormat", "candump log"), ".log .candump", CandumpFormat::Holds,
+         NanosecondsPerUs, CandumpFormat::recognises, CandumpFormat::reader, CandumpFormat::writer},
+        {"asc", QT_TRANSLATE_NOOP("ExchangeFormat", "ASC"), ".asc", AscFormat::Holds, 1, AscFormat::recognises,
+         AscFormat::reader, AscFormat::writer},
+        {"blf", QT_TRANSLATE_NOOP("ExchangeFormat", "BLF"), ".blf", BlfFormat::Holds, 1, BlfFormat::recognises,
+         BlfFormat::reader, BlfFormat::writer},
+        {"pcapng", QT_TRANSLATE_NOOP("ExchangeFormat", "pcapng, SocketCAN"), ".pcapng .ntar", PcapngFormat::Holds, 1,
+         PcapngFormat::recognises, PcapngFormat::reader, PcapngFormat::writer},
+        {"pcap", QT_TRANSLATE_NOOP("ExchangeFormat", "pcap, SocketCAN"), ".pcap .cap", PcapFormat::Holds, 1,
+         PcapFormat::recognises, PcapFormat::reader, PcapFormat::writer},
+        {"trc", QT_TRANSLATE_NOOP("ExchangeFormat", "TRC 2.1"), ".trc", TrcFormat::Holds, 1000, TrcFormat::recognises,
+         TrcFormat::reader, TrcFormat::writer},
     };
     return formats;
 }

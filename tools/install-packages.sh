@@ -14,13 +14,13 @@ declare -A packages=(
   [docs]="pngquant"
   [fuzz]="clang libclang-rt-14-dev"
   [windows]="g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix qttranslations5-l10n xz-utils"
-  [windows-libraries]="autoconf automake libtool make dpkg-dev"
+  [windows-libraries]="autoconf automake libtool make patch dpkg-dev xz-utils"
   [windows-qt]="g++ make perl"
   [wine]="wine wine64 fonts-wine fonts-dejavu-core fonts-noto-cjk locales"
   [wine32]="debootstrap debian-archive-keyring util-linux"
   [windows-package]="osslsigncode openssl nsis cmark-gfm netpbm unzip qttranslations5-l10n python3-xlib locales"
   [witness]="python3-canmatrix tshark python3-can can-utils python3"
-  [package]="dpkg-dev file desktop-file-utils appstream lintian binutils xvfb python3 python3-xlib"
+  [package]="dpkg-dev file desktop-file-utils shared-mime-info appstream lintian binutils xvfb python3 python3-xlib"
 )
 
 missing=()

@@ -58,33 +58,35 @@ dpkg-deb -c "$package" >"$work/contents"
 awk '{ print $6 }' "$work/contents" | sed 's|^\./||; s|/$||' >"$work/paths"
 unexpected=$(grep -vxE "$(paste -sd'|' <<'END'
 usr(/(bin|lib|share))?
-usr/bin/(x9can(-demo|-socketcan)?|x9capture)
+usr/bin/(x9can(-demo|-socketcan)?|x9capture|x9viewer)
 usr/share/bash-completion(/completions(/x9capture)?)?
-usr/lib/x9can(/X9CAN|/(virtual-adapter|socketcan)(/libControlCAN\.so)?)?
-usr/share/applications(/x9can(-demo|-socketcan)?\.desktop)?
+usr/lib/x9can(/X9CAN|/X9Viewer|/(virtual-adapter|socketcan)(/libControlCAN\.so)?)?
+usr/share/applications(/(x9can(-demo|-socketcan)?|x9viewer)\.desktop)?
 usr/share/doc(/x9can)?
 usr/share/doc/x9can/(changelog(\.Debian)?\.gz|copyright|[a-z.-]+\.md)
 usr/share/doc/x9can/(examples(/virtual-adapter\.json)?|screenshots(/[^/]+\.png)?)
 usr/share/icons(/hicolor)?
-usr/share/icons/hicolor/[0-9]+x[0-9]+(/apps(/x9can\.png)?)?
-usr/share/icons/hicolor/scalable(/apps(/x9can\.svg)?)?
-usr/share/man(/man1(/(x9can(-demo|-socketcan)?|x9capture)\.1\.gz)?)?
-usr/share/metainfo(/com\.example\.x9can\.metainfo\.xml)?
+usr/share/icons/hicolor/[0-9]+x[0-9]+(/apps(/(x9can|x9viewer)\.png)?)?
+usr/share/icons/hicolor/scalable(/apps(/(x9can|x9viewer)\.svg)?)?
+usr/share/man(/man1(/(x9can(-demo|-socketcan)?|x9capture|x9viewer)\.1\.gz)?)?
+usr/share/metainfo(/com\.example\.(x9can|x9viewer)\.metainfo\.xml)?
+usr/share/mime(/packages(/x9can\.xml)?)?
 END
 )" "$work/paths") || (($? == 1)) # 2: grep itself failed
 [[ -z $unexpected ]] || fail "files outside the layout:"$'\n'"$unexpected"
-for path in usr/lib/x9can/X9CAN usr/lib/x9can/virtual-adapter/libControlCAN.so usr/lib/x9can/socketcan/libControlCAN.so \
+for path in usr/lib/x9can/X9CAN usr/lib/x9can/X9Viewer usr/bin/x9viewer usr/share/applications/x9viewer.desktop \
+            usr/share/mime/packages/x9can.xml usr/share/metainfo/com.example.x9viewer.metainfo.xml usr/lib/x9can/virtual-adapter/libControlCAN.so usr/lib/x9can/socketcan/libControlCAN.so \
             usr/bin/x9can usr/bin/x9can-demo usr/bin/x9can-socketcan usr/bin/x9capture usr/share/applications/x9can.desktop \
             usr/share/applications/x9can-demo.desktop usr/share/applications/x9can-socketcan.desktop \
             usr/share/metainfo/com.example.x9can.metainfo.xml; do
   grep -qx "$path" "$work/paths" || fail "$path is missing"
 done
-odd=$(grep -vE '^(drwxr-xr-x|-rw-r--r--) root/root |^-rwxr-xr-x root/root .*(/usr/bin/(x9can(-demo|-socketcan)?|x9capture)|/X9CAN)$' \
+odd=$(grep -vE '^(drwxr-xr-x|-rw-r--r--) root/root |^-rwxr-xr-x root/root .*(/usr/bin/(x9can(-demo|-socketcan)?|x9capture|x9viewer)|/X9CAN|/X9Viewer)$' \
         "$work/contents") || (($? == 1))
 [[ -z $odd ]] || fail "owners or permissions that should not be:"$'\n'"$odd"
 
 dpkg-deb -x "$package" "$work/tree"
-for binary in usr/lib/x9can/X9CAN usr/bin/x9capture usr/lib/x9can/{virtual-adapter,socketcan}/libControlCAN.so; do
+for binary in usr/lib/x9can/X9CAN usr/lib/x9can/X9Viewer usr/bin/x9capture usr/lib/x9can/{virtual-adapter,socketcan}/libControlCAN.so; do
   readelf -d "$work/tree/$binary" >"$work/elf"
   ! grep -E 'RPATH|RUNPATH' "$work/elf" || fail "$binary looks for libraries in a folder of the build"
   readelf -SW "$work/tree/$binary" >"$work/elf"
@@ -105,7 +107,15 @@ done
 
 step "what others say about it"
 desktop-file-validate "$work"/tree/usr/share/applications/*.desktop
-appstreamcli validate --no-net "$work/tree/usr/share/metainfo/com.example.x9can.metainfo.xml"
+appstreamcli validate --no-net "$work"/tree/usr/share/metainfo/com.example.{x9can,x9viewer}.metainfo.xml
+# Each kind of file that the viewer is offered for has a name, the package's or the system's.
+mkdir -p "$work/mime/packages"
+cp "$work/tree/usr/share/mime/packages/x9can.xml" /usr/share/mime/packages/freedesktop.org.xml "$work/mime/packages"
+XDG_DATA_HOME=$work XDG_DATA_DIRS=$work update-mime-database "$work/mime" >"$work/log" 2>&1 || { cat "$work/log" >&2; fail "the MIME types are wrong"; }
+! grep -i warning "$work/log" || fail "the MIME types have faults"
+for type in $(sed -n 's/^MimeType=//p' "$work/tree/usr/share/applications/x9viewer.desktop" | tr ';' ' '); do
+  [[ -e $work/mime/$type.xml ]] || fail "nothing knows the kind $type"
+done
 appstreamcli validate-tree --no-net "$work/tree"
 # The package does not go to Debian's archive, so there is no bug that its first changelog entry closes.
 lintian --allow-root --fail-on error,warning --suppress-tags initial-upload-closes-no-bugs "$package"
@@ -116,7 +126,7 @@ step "installing"
 installing=yes
 "${as_root[@]}" dpkg --install "$package" >"$work/log" 2>&1 || { cat "$work/log" >&2; fail "dpkg cannot install it"; }
 mapfile -t installed < <(dpkg -L x9can)
-for program in x9can x9can-demo x9can-socketcan; do
+for program in x9can x9can-demo x9can-socketcan x9viewer; do
   [[ $(command -v "$program") == "/usr/bin/$program" ]] || fail "$program is not found"
 done
 
@@ -183,9 +193,21 @@ for launcher in x9can x9can-demo x9can-socketcan; do
   ended 0
 done
 
+step "x9viewer"
+echo '(1700000000.000000) can0 100#01' >"$work/tmp/drive.log"
+chmod 644 "$work/tmp/drive.log"
+"${as_user[@]}" x9viewer "$work/tmp/drive.log" >"$work/output" 2>&1 &
+program=$!
+pids+=("$program")
+windows show "$program" >"$work/title" || { cat "$work/output" >&2; fail "x9viewer shows no window"; }
+grep -qxF "drive.log - X9Viewer" "$work/title" || fail "the window is called $(<"$work/title")"
+[[ $(readlink "/proc/$program/exe") == "$folder/X9Viewer" ]] || fail "x9viewer starts another program"
+windows close "$program" || fail "x9viewer does not close"
+ended 0
+
 step "what the programs wrote"
 written=$(find "$home" ! -type d -printf '%P\n' |
-          grep -vE '^\.config/X9CAN/Init\.ini$|^\.cache/fontconfig/') || (($? == 1))
+          grep -vE '^\.config/X9CAN/Init\.ini$|^\.config/X9Viewer/X9Viewer\.ini$|^\.cache/fontconfig/') || (($? == 1))
 [[ -z $written ]] || fail "in the home folder:"$'\n'"$written"
 [[ $(find $folder | sort) == "$(printf '%s\n' "${installed[@]}" | grep "^$folder" | sort)" ]] ||
   fail "something was written to $folder"
@@ -199,7 +221,7 @@ for path in "${installed[@]}"; do
   # Folders may be other packages', too.
   [[ ! -e $path ]] || { [[ -d $path ]] && dpkg -S "$path" >/dev/null 2>&1; } || fail "$path is left behind"
 done
-left=$(find /usr /etc /var/lib/dpkg -xdev -iname '*x9can*' -not -path "$root/*" 2>/dev/null || true)
+left=$(find /usr /etc /var/lib/dpkg -xdev \( -iname '*x9can*' -o -iname '*x9viewer*' \) -not -path "$root/*" 2>/dev/null || true)
 [[ -z $left ]] || fail "left behind:"$'\n'"$left"
 
 echo "The package is good: $(basename "$package")"

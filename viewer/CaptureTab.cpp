@@ -1,7 +1,10 @@
 #include "viewer/CaptureTab.h"
 
+#include "exchange/FindingLines.h"
 #include "viewer/BookmarkPanel.h"
 #include "viewer/CaptureSignals.h"
+#include "viewer/EndButton.h"
+#include "viewer/LoadNotice.h"
 #include "viewer/TableLook.h"
 
 #include <QCheckBox>
@@ -56,6 +59,9 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
     splitter->setStretchFactor(1, 2);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
+    auto *notice = new LoadNotice(m_capture);
+    connect(notice, &LoadNotice::sig_loadAgainWanted, this, &CaptureTab::sig_loadAgainWanted);
+    layout->addWidget(notice);
     layout->addWidget(makeFilterLine());
     layout->addWidget(splitter, 1);
     layout->addWidget(makeStatusLine());
@@ -144,6 +150,7 @@ QWidget *CaptureTab::makeStatusLine()
     layout->addWidget(m_state);
     layout->addWidget(m_problem, 1);
     layout->addWidget(m_progress);
+    layout->addWidget(new EndButton(*m_table, m_capture));
     layout->addWidget(m_cancel);
     layout->addWidget(m_findings);
     connect(m_cancel, &QPushButton::clicked, this, [this] { m_capture.loader().cancel(); });
@@ -386,7 +393,7 @@ void CaptureTab::slot_progress()
             : tr("%1 frames").arg(counted(m_capture.store().size()));
     m_state->setText(frames + QStringLiteral(", ") + progressText(progress));
     const bool isLoading = progress.state == LoadProgress::State::Loading;
-    m_progress->setVisible(isLoading && progress.size > 0);
+    m_progress->setVisible(isLoading && m_capture.secondsLeft() >= 0);
     if (progress.size > 0) {
         m_progress->setValue(
             static_cast<int>(static_cast<double>(progress.bytes) / static_cast<double>(progress.size) * PermilleSteps));
@@ -400,15 +407,8 @@ void CaptureTab::slot_progress()
 
 void CaptureTab::slot_showFindings()
 {
-    QStringList lines;
-    const QVector<Finding> findings = m_capture.loader().findings();
-    for (const Finding &finding : findings) {
-        const QString place = finding.place == Finding::Line     ? tr("line %1").arg(finding.number)
-                              : finding.place == Finding::Offset ? tr("byte %1").arg(finding.number)
-                              : finding.place == Finding::Frame  ? tr("frame %1").arg(finding.number)
-                                                                 : QString();
-        lines.append(place.isEmpty() ? finding.text : place + QStringLiteral(": ") + finding.text);
-    }
+    const StoreLoader &loader = m_capture.loader();
+    const QStringList lines = findingLines(loader.findings(), loader.findingCount());
     auto *dialog = new QDialog(this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowTitle(tr("Findings"));

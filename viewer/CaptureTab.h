@@ -33,6 +33,7 @@ public:
     ~CaptureTab() override;
 
     OpenCapture &capture() { return m_capture; }
+    const OpenCapture &capture() const { return m_capture; }
     FrameTableView &table() { return *m_table; }
     /// Columns, colours and filters that were used lately, for all tabs; settings must outlive this.
     void setSettings(TableSettings &settings);
@@ -44,6 +45,8 @@ public:
     void showPanels(bool isShown);
     /// Makes a row the current one, or where the filter does not pass it, the next one that is shown.
     void showRow(qint64 row);
+    QString filterText() const { return m_filter->text(); }
+    void takeFilter(const QString &text) { m_filter->take(text); }
     void editFilter();
     void editFind();
     void findNext(bool isBackward);
@@ -60,6 +63,7 @@ signals:
     /// An expression of the filters' language, such as a signal's name.
     void sig_plotWanted(const QString &expression);
     void sig_bookmarksChanged();
+    void sig_loadAgainWanted();
 
 private slots:
     void slot_filterTaken();

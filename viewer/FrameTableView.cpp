@@ -46,7 +46,6 @@ FrameTableView::FrameTableView(FrameTableModel &model, QWidget *parent)
     connect(&model, &QAbstractItemModel::modelAboutToBeReset, this,
             [this] { m_rowBeforeReset = m_rowBeforeReset < 0 ? m_currentRow : m_rowBeforeReset; });
     connect(&model, &QAbstractItemModel::modelReset, this, &FrameTableView::slot_reset);
-    connect(&model, &QAbstractItemModel::rowsAboutToBeInserted, this, &FrameTableView::slot_aboutToInsert);
     connect(&model, &QAbstractItemModel::rowsInserted, this, &FrameTableView::slot_inserted);
     connect(&model, &QAbstractItemModel::dataChanged, viewport(), QOverload<>::of(&QWidget::update));
     connect(m_copier, &RowCopier::sig_copied, this, &FrameTableView::slot_copied);
@@ -122,8 +121,10 @@ void FrameTableView::arrange()
     setViewportMargins(0, height, 0, 0);
     m_header->setGeometry(viewport()->x(), viewport()->y() - height, viewport()->width(), height);
     const int rows = viewport()->height() / m_rowHeight;
+    m_isArranging = true;
     verticalScrollBar()->setRange(0, std::max(0, m_model.rowCount() - rows));
     verticalScrollBar()->setPageStep(std::max(1, rows));
+    m_isArranging = false;
     horizontalScrollBar()->setRange(0, std::max(0, m_header->length() - viewport()->width()));
     horizontalScrollBar()->setPageStep(viewport()->width());
     m_header->setOffset(horizontalScrollBar()->value());
@@ -140,8 +141,11 @@ void FrameTableView::resizeEvent(QResizeEvent *event)
     }
 }
 
-void FrameTableView::scrollContentsBy(int /*dx*/, int /*dy*/)
+void FrameTableView::scrollContentsBy(int /*dx*/, int dy)
 {
+    if (dy != 0 && !m_isArranging) {
+        setStaysAtEnd(isAtEnd());
+    }
     m_header->setOffset(horizontalScrollBar()->value());
     viewport()->update();
 }
@@ -164,6 +168,22 @@ bool FrameTableView::isAtEnd() const
 void FrameTableView::scrollToEnd()
 {
     verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+}
+
+void FrameTableView::setStaysAtEnd(bool isStaying)
+{
+    if (m_staysAtEnd != isStaying) {
+        m_staysAtEnd = isStaying;
+        emit sig_staysAtEndChanged(isStaying);
+    }
+    if (isStaying) {
+        scrollToEnd();
+    }
+}
+
+std::pair<int, int> FrameTableView::selectedPlaces() const
+{
+    return {m_current < 0 ? -1 : std::min(m_current, m_anchor), std::max(m_current, m_anchor)};
 }
 
 void FrameTableView::setCurrentPlace(int place, bool keepsAnchor)
@@ -194,11 +214,6 @@ void FrameTableView::slot_reset()
     slot_inserted();
 }
 
-void FrameTableView::slot_aboutToInsert()
-{
-    m_staysAtEnd = isAtEnd() && m_model.rowCount() > visibleRows();
-}
-
 /// The row that was current stays so with another filter, as soon as the filter has come to it.
 void FrameTableView::slot_inserted()
 {
@@ -206,7 +221,9 @@ void FrameTableView::slot_inserted()
     if (m_rowBeforeReset >= 0) {
         const qint64 place = m_model.capture().placeOf(m_rowBeforeReset);
         if (place < m_model.rowCount()) {
+            const bool isStaying = m_staysAtEnd;
             setCurrentPlace(static_cast<int>(place));
+            setStaysAtEnd(isStaying);
             return;
         }
     }

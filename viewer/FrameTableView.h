@@ -5,6 +5,8 @@
 
 #include <QAbstractScrollArea>
 
+#include <utility>
+
 class FrameTableActions;
 class QHeaderView;
 class QHelpEvent;
@@ -33,9 +35,14 @@ public:
     int firstVisible() const;
     int visibleRows() const;
     int rowHeight() const { return m_rowHeight; } ///< pixels
-    /// Whether the last row is on screen; rows that are added then keep it there.
+    /// Whether the last row is on screen.
     bool isAtEnd() const;
     void scrollToEnd();
+    /// Whether rows that are added are shown at once. Scrolling back ends it, scrolling to the end begins it.
+    bool staysAtEnd() const { return m_staysAtEnd; }
+    void setStaysAtEnd(bool isStaying);
+    /// The first and the last place that is selected; -1 where none is.
+    std::pair<int, int> selectedPlaces() const;
 
     /// What "these" are: of the cell that the context menu is of, otherwise of the current one.
     QString cellFilter() const;
@@ -51,6 +58,7 @@ public:
 
 signals:
     void sig_currentChanged(qint64 row);
+    void sig_staysAtEndChanged(bool isStaying);
     /// filter: for frames that are, or are not, the same in a cell.
     void sig_filterWanted(const QString &filter, bool isNegated);
     void sig_findWanted(const QString &filter, bool isBackward);
@@ -74,7 +82,6 @@ protected:
 
 private slots:
     void slot_reset();
-    void slot_aboutToInsert();
     void slot_inserted();
     void slot_headerMenu(const QPoint &place);
     void slot_sectionChanged();
@@ -106,4 +113,5 @@ private:
     qint64 m_rowBeforeReset = -1;
     bool m_staysAtEnd = false;
     bool m_isLayingOut = false; ///< the header's signals are not the user's
+    bool m_isArranging = false; ///< the scroll bar moves because of the rows, not of the user
 };

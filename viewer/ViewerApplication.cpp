@@ -3,6 +3,7 @@
 #include "resources/Resources.h"
 #include "viewer/ViewerSettings.h"
 #include "viewer/ViewerWindow.h"
+#include "widgets/ProcessStart.h"
 
 #include <QApplication>
 #include <QFont>
@@ -20,7 +21,7 @@ void applyViewerLook()
 {
     initResources();
     QApplication::setStyle(QStringLiteral("Fusion"));
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/Logo/Logo16x16.ico")));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/Logo/Viewer.ico")));
 }
 
 bool installViewerLanguage(ViewerTranslators &translators, const QString &language)
@@ -37,6 +38,7 @@ bool installViewerLanguage(ViewerTranslators &translators, const QString &langua
 
 int runViewer(int &argc, char **argv)
 {
+    prepareProcess();
     setViewerAttributes();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("X9Viewer"));

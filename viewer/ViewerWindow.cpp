@@ -1,8 +1,10 @@
 #include "viewer/ViewerWindow.h"
 
+#include "viewer/CaptureKinds.h"
 #include "viewer/CaptureSignals.h"
 #include "viewer/CaptureTab.h"
 #include "viewer/core/CaptureFile.h"
+#include "viewer/SaveDialog.h"
 #include "viewer/SignalMenu.h"
 #include "viewer/TableLook.h"
 #include "widgets/CMessageBox.h"
@@ -95,7 +97,15 @@ void ViewerWindow::makeFileMenu()
     QMenu *menu = menuBar()->addMenu(tr("&File"));
     menu->addAction(tr("&Open..."), this, &ViewerWindow::slot_open, QKeySequence::Open);
     m_recent = menu->addMenu(tr("Open &recent"));
+    m_recent->setObjectName(QStringLiteral("recent"));
     connect(m_recent, &QMenu::aboutToShow, this, &ViewerWindow::slot_fillRecent);
+    menu->addSeparator();
+    QAction *save =
+        menu->addAction(tr("&Save as..."), this, &ViewerWindow::slot_saveAs, QKeySequence(QStringLiteral("Ctrl+S")));
+    save->setObjectName(QStringLiteral("saveAs"));
+    m_tabActions.append(save);
+    m_tabActions.append(
+        menu->addAction(tr("&Load again"), this, &ViewerWindow::slot_loadAgain, QKeySequence(Qt::Key_F5)));
     menu->addSeparator();
     QAction *close = menu->addAction(
         tr("&Close"), this, [this] { slot_closeTab(m_tabs->currentIndex()); }, QKeySequence::Close);
@@ -159,6 +169,17 @@ StoreLoader::Open ViewerWindow::openFile(const QString &path)
     };
 }
 
+CaptureTab *ViewerWindow::addTab(const QString &path, int index)
+{
+    auto *tab = new CaptureTab(path, m_opener(path), m_settings.bookmarkFolder());
+    tab->setSettings(m_tableSettings);
+    connect(tab, &CaptureTab::sig_loadAgainWanted, this, &ViewerWindow::slot_loadAgain);
+    m_tabs->insertTab(index, tab, QFileInfo(path).fileName());
+    m_tabs->setTabToolTip(index, path);
+    tab->captureSignals().remember(m_settings);
+    return tab;
+}
+
 void ViewerWindow::openFiles(const QStringList &paths)
 {
     QStringList databases;
@@ -173,12 +194,8 @@ void ViewerWindow::openFiles(const QStringList &paths)
             ++index;
         }
         if (index == m_tabs->count()) {
-            auto *tab = new CaptureTab(absolute, m_opener(absolute), m_settings.bookmarkFolder());
-            tab->setSettings(m_tableSettings);
-            m_tabs->addTab(tab, QFileInfo(path).fileName());
-            m_tabs->setTabToolTip(index, absolute);
+            addTab(absolute, index);
             m_settings.addRecentFile(absolute);
-            tab->captureSignals().remember(m_settings);
         }
         m_tabs->setCurrentIndex(index);
     }
@@ -201,7 +218,45 @@ void ViewerWindow::addDatabases(const QStringList &paths)
 
 void ViewerWindow::slot_open()
 {
-    openFiles(QFileDialog::getOpenFileNames(this, tr("Open captures")));
+    const CaptureTab *tab = currentTab();
+    const QStringList recent = m_settings.recentFiles();
+    const QString near = tab != nullptr ? tab->capture().path() : recent.value(0);
+    openFiles(QFileDialog::getOpenFileNames(this, tr("Open captures"), QFileInfo(near).path(),
+                                            CaptureKinds::openFilters().join(QStringLiteral(";;"))));
+}
+
+/// What the tab in front shows.
+void ViewerWindow::slot_saveAs()
+{
+    CaptureTab *tab = currentTab();
+    if (tab == nullptr) {
+        return;
+    }
+    SaveDialog::Context context;
+    context.selectedPlaces = tab->table().selectedPlaces();
+    context.isChinese = m_settings.language() == QLatin1String("CN");
+    for (int index = 0; index < m_tabs->count(); ++index) {
+        context.openFiles.append(m_tabs->tabToolTip(index));
+    }
+    auto *dialog = new SaveDialog(tab->capture(), context, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
+/// The tab in front, with its filter; its place among the tabs stays.
+void ViewerWindow::slot_loadAgain()
+{
+    CaptureTab *old = currentTab();
+    if (old == nullptr) {
+        return;
+    }
+    const int index = m_tabs->currentIndex();
+    CaptureTab *tab = addTab(old->capture().path(), index);
+    tab->takeFilter(old->filterText());
+    m_tabs->setCurrentIndex(index);
+    m_tabs->removeTab(index + 1);
+    old->deleteLater(); // the click that led here may have been in it
+    slot_tabsChanged();
 }
 
 void ViewerWindow::slot_fillRecent()

@@ -37,12 +37,15 @@ protected:
 
 private slots:
     void slot_open();
+    void slot_saveAs();
+    void slot_loadAgain();
     void slot_fillRecent();
     void slot_closeTab(int index);
     void slot_tabsChanged();
     void slot_languageChosen(QAction *action);
 
 private:
+    CaptureTab *addTab(const QString &path, int index);
     void makeFileMenu();
     void makeGoMenu();
     void makeViewMenu();

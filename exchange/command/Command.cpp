@@ -1,8 +1,11 @@
 #include "exchange/command/Command.h"
 
 #include "exchange/command/Terminal.h"
+#include "exchange/FindingLines.h"
 
 #include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
 
 #include <cstdio>
 #include <limits>
@@ -16,21 +19,6 @@ struct Texts
 };
 
 constexpr int Any = std::numeric_limits<int>::max();
-
-QString placeText(const Finding &finding)
-{
-    switch (finding.place) {
-    case Finding::Line:
-        return Texts::tr("line %1: ").arg(finding.number);
-    case Finding::Offset:
-        return Texts::tr("byte %1: ").arg(finding.number);
-    case Finding::Frame:
-        return Texts::tr("frame %1: ").arg(finding.number);
-    case Finding::Nowhere:
-        break;
-    }
-    return {};
-}
 
 } // namespace
 
@@ -153,18 +141,31 @@ std::unique_ptr<CaptureSource> CommandContext::source(const QString &path)
     return source;
 }
 
+std::unique_ptr<CaptureSink> CommandContext::sink(const QString &path)
+{
+    if (path == QLatin1String("-")) {
+        Terminal::makeBinary(Terminal::Output);
+        auto output = std::make_unique<QFile>();
+        output->open(stdout, QIODevice::WriteOnly | QIODevice::Unbuffered);
+        return std::make_unique<CaptureSink>(path, std::move(output));
+    }
+    QString error = Texts::tr("%1 exists already. It is replaced with --force only.").arg(path);
+    std::unique_ptr<CaptureSink> sink;
+    if (isSet("force") || (!QFileInfo::exists(path) && !QFileInfo(path).isSymLink())) {
+        sink = CaptureSink::open(path, isSet("follow") ? CaptureSink::Way::Growing : CaptureSink::Way::Whole, error);
+    }
+    if (sink == nullptr) {
+        fail(error);
+    }
+    return sink;
+}
+
 void CommandContext::tell(const QString &path, const Findings &findings, To to)
 {
     QTextStream &stream = to == To::Output ? m_out : m_errors;
-    qint64 told = 0;
-    for (const Finding &finding : findings.kept()) {
-        QString line = path + QStringLiteral(": ") + placeText(finding) + finding.text;
-        line += finding.count > 1 ? Texts::tr(" (%1 times)").arg(finding.count) : QString();
-        stream << line << '\n';
-        told += finding.count;
-    }
-    if (findings.count() > told) {
-        stream << path << QStringLiteral(": ") << Texts::tr("%1 more of the same").arg(findings.count() - told) << '\n';
+    const QStringList lines = findingLines(findings.kept(), findings.count());
+    for (const QString &line : lines) {
+        stream << path << QStringLiteral(": ") << line << '\n';
     }
     stream.flush();
 }

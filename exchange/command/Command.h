@@ -1,5 +1,6 @@
 #pragma once
 
+#include "exchange/CaptureSink.h"
 #include "exchange/command/CaptureSource.h"
 
 #include <QCommandLineParser>
@@ -41,6 +42,8 @@ public:
 
     /// The capture to read, as the options say; null after a message.
     std::unique_ptr<CaptureSource> source(const QString &path);
+    /// The capture or table to write, as the options say; path: "-" for standard output. Null after a message.
+    std::unique_ptr<CaptureSink> sink(const QString &path);
     /// The kind that an option names; null when it is not set. isGood is false after a message.
     const ExchangeFormat *format(const char *option, bool &isGood);
     /// A line for each finding, with its place in the file.

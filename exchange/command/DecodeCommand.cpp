@@ -1,4 +1,3 @@
-#include "exchange/command/CaptureSink.h"
 #include "exchange/command/Command.h"
 #include "exchange/command/Progress.h"
 #include "exchange/database/DatabaseFile.h"
@@ -76,10 +75,9 @@ int decodeCommand(CommandContext &context)
     if (source == nullptr) {
         return Failed;
     }
-    QString error;
-    const auto sink = CaptureSink::open(to, context.isSet("force"), CaptureSink::Way::Whole, error);
+    const auto sink = context.sink(to);
     if (sink == nullptr) {
-        return context.fail(error);
+        return Failed;
     }
     std::vector<BusFrame> batch(BatchSize);
     Progress progress;
@@ -96,6 +94,7 @@ int decodeCommand(CommandContext &context)
         return context.fail(Texts::tr("%1 could not be read to its end.").arg(from));
     }
     source->close();
+    QString error;
     if (!sink->commit(-1, error)) {
         return context.fail(error);
     }

@@ -1,10 +1,8 @@
-#include "exchange/command/CaptureSink.h"
+#include "exchange/CaptureTarget.h"
 #include "exchange/command/Command.h"
 #include "exchange/command/Progress.h"
-#include "exchange/DeviceTimes.h"
 #include "exchange/FrameMerge.h"
 #include "exchange/FrameSelection.h"
-#include "exchange/FrameWriter.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -52,52 +50,37 @@ public:
         , m_format(format)
         , m_encoding(context.value("encoding").toLatin1())
     {
-        const QString times = context.value("times");
-        m_usesDevice = times == QLatin1String("device") ||
-                       (times == QLatin1String("auto") && (format.holds & ExchangeFormat::DeviceTime) == 0);
     }
 
     /// False after a message.
     bool open(const CaptureInfo &info)
     {
-        QString error;
-        const auto way = m_context.isSet("follow") ? CaptureSink::Way::Growing : CaptureSink::Way::Whole;
-        m_sink = CaptureSink::open(m_path, m_context.isSet("force"), way, error);
+        m_sink = m_context.sink(m_path);
         if (m_sink == nullptr) {
-            m_context.fail(error);
             return false;
         }
-        m_info = info;
+        const QString times = m_context.value("times");
+        const bool usesDevice = times == QLatin1String("device") ||
+                                (times == QLatin1String("auto") && (m_format.holds & ExchangeFormat::DeviceTime) == 0);
         const char *encoding = m_encoding.isEmpty() ? nullptr : m_encoding.constData();
-        m_writer = m_format.writer(m_sink->bytes(), {info, m_context.isChinese(), encoding}, m_findings);
+        m_target.emplace(m_sink->bytes(), m_format, WriteOptions{info, m_context.isChinese(), encoding}, usesDevice);
         return true;
     }
-    void write(BusFrame *frames, int count)
-    {
-        for (int i = 0; i < count && m_usesDevice; ++i) {
-            m_times.apply(frames[i]);
-        }
-        m_frames += count;
-        m_lastTime = count > 0 && frames[count - 1].time != BusFrame::NoTime ? frames[count - 1].time : m_lastTime;
-        m_writer->write(frames, count);
-    }
+    void write(BusFrame *frames, int count) { m_target->write(frames, count); }
     bool flush() { return m_sink->flush(); }
     /// The end; says what was written and lost.
     int finish(const QString &from)
     {
-        m_writer->finish();
-        const bool isLossy = m_findings.count() > 0;
-        m_context.tell(m_path, m_findings, CommandContext::To::Errors);
-        if (isLossy && m_context.isSet("strict")) {
+        m_target->finish();
+        m_context.tell(m_path, m_target->findings(), CommandContext::To::Errors);
+        if (m_target->findings().count() > 0 && m_context.isSet("strict")) {
             return m_context.fail(Texts::tr("%1 would not hold everything; it was not written.").arg(m_path), Found);
         }
-        const bool hasFileTime =
-            m_info.timeBase == CaptureInfo::Absolute && (m_format.holds & ExchangeFormat::ClockTime) != 0;
         QString error;
-        if (!m_sink->commit(hasFileTime ? m_lastTime / NanosecondsPerMs : -1, error)) {
+        if (!m_sink->commit(m_target->fileTime(), error)) {
             return m_context.fail(error);
         }
-        m_context.say(Texts::tr("%1: %2 frames from %3").arg(m_path).arg(m_frames).arg(from));
+        m_context.say(Texts::tr("%1: %2 frames from %3").arg(m_path).arg(m_target->frames()).arg(from));
         return Done;
     }
 
@@ -106,14 +89,8 @@ private:
     const QString m_path;
     const ExchangeFormat &m_format;
     const QByteArray m_encoding;
-    bool m_usesDevice = false;
-    DeviceTimes m_times;
-    CaptureInfo m_info;
-    Findings m_findings;
     std::unique_ptr<CaptureSink> m_sink;
-    std::unique_ptr<FrameWriter> m_writer;
-    qint64 m_frames = 0;
-    qint64 m_lastTime = BusFrame::NoTime;
+    std::optional<CaptureTarget> m_target;
 };
 
 /// As FrameReader::read(); also waits for what a followed capture still gets, after idle() was called.

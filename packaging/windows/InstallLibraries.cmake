@@ -1,5 +1,5 @@
-# Run by `cmake --install`: the plugins, and the DLLs that the program and the plugins need, as their import tables say.
-# PackagingWindows.cmake sets x9_program, x9_plugins, x9_library_folders, x9_objdump and x9_strip before.
+# Run by `cmake --install`: the plugins, and the DLLs that the programs and the plugins need, as their import tables say.
+# PackagingWindows.cmake sets x9_programs, x9_plugins, x9_library_folders, x9_objdump and x9_strip before.
 cmake_policy(VERSION 3.25)
 
 # Parts of Windows that are in no package. A name that is neither found nor here ends the installation.
@@ -43,7 +43,7 @@ function(x9_install_library file folder)
 endfunction()
 
 set(libraries "")
-set(files "${x9_program}" ${x9_plugins})
+set(files ${x9_programs} ${x9_plugins})
 while(files)
   list(POP_FRONT files file)
   x9_imports(names "${file}")

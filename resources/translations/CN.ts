@@ -2286,10 +2286,6 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
 <context>
     <name>CaptureSink</name>
     <message>
-        <source>%1 exists already. It is replaced with --force only.</source>
-        <translation>%1 已存在。只有使用 --force 才会替换。</translation>
-    </message>
-    <message>
         <source>%1 cannot be written.</source>
         <translation>无法写入 %1。</translation>
     </message>
@@ -2463,18 +2459,6 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
 <context>
     <name>x9capture</name>
     <message>
-        <source>line %1: </source>
-        <translation>第 %1 行：</translation>
-    </message>
-    <message>
-        <source>byte %1: </source>
-        <translation>第 %1 字节：</translation>
-    </message>
-    <message>
-        <source>frame %1: </source>
-        <translation>第 %1 帧：</translation>
-    </message>
-    <message>
         <source>Tells what is in captures.</source>
         <translation>说明捕获文件的内容。</translation>
     </message>
@@ -2517,14 +2501,6 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
     <message>
         <source>--date: %1 is no date such as 2026-03-31.</source>
         <translation>--date:%1 不是形如 2026-03-31 的日期。</translation>
-    </message>
-    <message>
-        <source> (%1 times)</source>
-        <translation> (%1 次)</translation>
-    </message>
-    <message>
-        <source>%1 more of the same</source>
-        <translation>另有 %1 处相同</translation>
     </message>
     <message>
         <source>kind</source>
@@ -2910,6 +2886,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>Only this: &quot;Message&quot; or &quot;Message.Signal&quot;, with * and ?. May be given several times.</source>
         <translation>只输出此项：“报文”或“报文.信号”，可含 * 和 ?，可多次给出。</translation>
     </message>
+    <message>
+        <source>%1 exists already. It is replaced with --force only.</source>
+        <translation>%1 已存在。只有使用 --force 才会替换。</translation>
+    </message>
 </context>
 <context>
     <name>DatabaseFile</name>
@@ -3063,43 +3043,9 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>The file is of no known kind.</source>
         <translation>无法识别文件的格式。</translation>
     </message>
-</context>
-<context>
-    <name>BookmarkPanel</name>
     <message>
-        <source>Note</source>
-        <translation>备注</translation>
-    </message>
-    <message>
-        <source>Return goes to the frame, F2 changes the note, Del removes the bookmark. Ctrl+B in the table sets one.</source>
-        <translation>回车跳到该帧，F2 修改备注，Del 删除书签。在表格中按 Ctrl+B 添加书签。</translation>
-    </message>
-</context>
-<context>
-    <name>CaptureSearch</name>
-    <message>
-        <source>Nothing was found.</source>
-        <translation>未找到。</translation>
-    </message>
-    <message>
-        <source>Nothing more was found up to the beginning; once more goes on from the end.</source>
-        <translation>到开头为止没有更多结果；再次查找将从末尾继续。</translation>
-    </message>
-    <message>
-        <source>Nothing more was found up to the end; once more goes on from the beginning.</source>
-        <translation>到末尾为止没有更多结果；再次查找将从开头继续。</translation>
-    </message>
-    <message>
-        <source>Went on from the end.</source>
-        <translation>已从末尾继续查找。</translation>
-    </message>
-    <message>
-        <source>Went on from the beginning.</source>
-        <translation>已从开头继续查找。</translation>
-    </message>
-    <message>
-        <source>%1 of %2</source>
-        <translation>第 %1 个，共 %2 个</translation>
+        <source>This is not a file.</source>
+        <translation>这不是文件。</translation>
     </message>
 </context>
 <context>
@@ -3205,18 +3151,6 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <translation>发现的问题：%1...</translation>
     </message>
     <message>
-        <source>line %1</source>
-        <translation>第 %1 行</translation>
-    </message>
-    <message>
-        <source>byte %1</source>
-        <translation>字节 %1</translation>
-    </message>
-    <message>
-        <source>frame %1</source>
-        <translation>帧 %1</translation>
-    </message>
-    <message>
         <source>Findings</source>
         <translation>发现的问题</translation>
     </message>
@@ -3227,119 +3161,6 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>There are %1 bookmarks already.</source>
         <translation>书签已有 %1 个。</translation>
-    </message>
-</context>
-<context>
-    <name>ColorButton</name>
-    <message>
-        <source>Red</source>
-        <translation>红色</translation>
-    </message>
-    <message>
-        <source>Orange</source>
-        <translation>橙色</translation>
-    </message>
-    <message>
-        <source>Yellow</source>
-        <translation>黄色</translation>
-    </message>
-    <message>
-        <source>Green</source>
-        <translation>绿色</translation>
-    </message>
-    <message>
-        <source>Cyan</source>
-        <translation>青色</translation>
-    </message>
-    <message>
-        <source>Blue</source>
-        <translation>蓝色</translation>
-    </message>
-    <message>
-        <source>Violet</source>
-        <translation>紫色</translation>
-    </message>
-    <message>
-        <source>Grey</source>
-        <translation>灰色</translation>
-    </message>
-    <message>
-        <source>As other rows</source>
-        <translation>与其他行相同</translation>
-    </message>
-    <message>
-        <source>Another...</source>
-        <translation>其他颜色...</translation>
-    </message>
-</context>
-<context>
-    <name>ColorRulesDialog</name>
-    <message>
-        <source>Colour rules</source>
-        <translation>颜色规则</translation>
-    </message>
-    <message>
-        <source>The first rule that is on and passes a frame gives its row the colours.</source>
-        <translation>启用的规则中第一条符合某帧的规则决定该行的颜色。</translation>
-    </message>
-    <message>
-        <source>&amp;Add</source>
-        <translation>添加(&amp;A)</translation>
-    </message>
-    <message>
-        <source>&amp;Remove</source>
-        <translation>删除(&amp;R)</translation>
-    </message>
-    <message>
-        <source>&amp;Up</source>
-        <translation>上移(&amp;U)</translation>
-    </message>
-    <message>
-        <source>&amp;Down</source>
-        <translation>下移(&amp;D)</translation>
-    </message>
-    <message>
-        <source>&amp;Standard</source>
-        <translation>默认(&amp;S)</translation>
-    </message>
-    <message>
-        <source>&amp;Filter:</source>
-        <translation>过滤(&amp;F)：</translation>
-    </message>
-    <message>
-        <source>&amp;Text</source>
-        <translation>文字(&amp;T)</translation>
-    </message>
-    <message>
-        <source>&amp;Background</source>
-        <translation>背景(&amp;B)</translation>
-    </message>
-    <message>
-        <source>A rule without a filter colours nothing.</source>
-        <translation>没有过滤条件的规则不着色。</translation>
-    </message>
-</context>
-<context>
-    <name>ColumnsDialog</name>
-    <message>
-        <source>&amp;Up</source>
-        <translation>上移(&amp;U)</translation>
-    </message>
-    <message>
-        <source>&amp;Down</source>
-        <translation>下移(&amp;D)</translation>
-    </message>
-    <message>
-        <source>Columns</source>
-        <translation>列</translation>
-    </message>
-    <message>
-        <source>&amp;Standard</source>
-        <translation>默认(&amp;S)</translation>
-    </message>
-    <message>
-        <source>Shown while a frame is marked as time zero.</source>
-        <translation>有帧被标为时间零点时显示。</translation>
     </message>
 </context>
 <context>
@@ -3500,53 +3321,6 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     </message>
 </context>
 <context>
-    <name>FrameTableActions</name>
-    <message>
-        <source>&amp;Only these</source>
-        <translation>只看这些(&amp;O)</translation>
-    </message>
-    <message>
-        <source>&amp;Not these</source>
-        <translation>排除这些(&amp;N)</translation>
-    </message>
-    <message>
-        <source>&amp;Find next like this</source>
-        <translation>查找下一个相同的(&amp;F)</translation>
-    </message>
-    <message>
-        <source>Find &amp;previous like this</source>
-        <translation>查找上一个相同的(&amp;P)</translation>
-    </message>
-    <message>
-        <source>Co&amp;lour these...</source>
-        <translation>为这些着色(&amp;L)...</translation>
-    </message>
-    <message>
-        <source>From h&amp;ere on</source>
-        <translation>从这里开始(&amp;E)</translation>
-    </message>
-    <message>
-        <source>&amp;Up to here</source>
-        <translation>到这里为止(&amp;U)</translation>
-    </message>
-    <message>
-        <source>Time &amp;zero here</source>
-        <translation>以此为时间零点(&amp;Z)</translation>
-    </message>
-    <message>
-        <source>&amp;Bookmark...</source>
-        <translation>书签(&amp;B)...</translation>
-    </message>
-    <message>
-        <source>&amp;Copy</source>
-        <translation>复制(&amp;C)</translation>
-    </message>
-    <message>
-        <source>Copy as C&amp;SV</source>
-        <translation>复制为 CSV(&amp;S)</translation>
-    </message>
-</context>
-<context>
     <name>FrameTableView</name>
     <message>
         <source>Frames</source>
@@ -3633,6 +3407,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>The file has become shorter while it was followed.</source>
         <translation>文件在跟踪期间变短了。</translation>
+    </message>
+    <message>
+        <source>The file was deleted, moved away, replaced or emptied while it was followed. What was read before is here.</source>
+        <translation>文件在跟踪期间被删除、移走、替换或清空。之前读取的内容仍在此处。</translation>
     </message>
 </context>
 <context>
@@ -3734,6 +3512,14 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <translation>重新启动程序后语言将改变。</translation>
     </message>
     <message>
+        <source>&amp;Save as...</source>
+        <translation>另存为(&amp;S)...</translation>
+    </message>
+    <message>
+        <source>&amp;Load again</source>
+        <translation>重新加载(&amp;L)</translation>
+    </message>
+    <message>
         <source>C&amp;olumns...</source>
         <translation>列(&amp;O)...</translation>
     </message>
@@ -3748,6 +3534,437 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>A database belongs to a capture. Open the capture first.</source>
         <translation>数据库属于某个记录。请先打开该记录。</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureSaver</name>
+    <message>
+        <source>There is not enough memory.</source>
+        <translation>内存不足。</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureKinds</name>
+    <message>
+        <source>Captures (%1)</source>
+        <translation>记录文件 (%1)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>所有文件 (*)</translation>
+    </message>
+</context>
+<context>
+    <name>EndButton</name>
+    <message>
+        <source>Stay at the &amp;end</source>
+        <translation>停在末尾(&amp;E)</translation>
+    </message>
+    <message>
+        <source>Shows new frames as they come; off when the table is scrolled back, on again at its end</source>
+        <translation>随时显示新到的帧；向回滚动时关闭，回到末尾时重新打开</translation>
+    </message>
+</context>
+<context>
+    <name>LoadNotice</name>
+    <message>
+        <source>&amp;Load again</source>
+        <translation>重新加载(&amp;L)</translation>
+    </message>
+</context>
+<context>
+    <name>ExchangeFormat</name>
+    <message>
+        <source>X9CAN classic capture</source>
+        <translation>X9CAN 经典记录</translation>
+    </message>
+    <message>
+        <source>X9CAN CAN FD capture</source>
+        <translation>X9CAN CAN FD 记录</translation>
+    </message>
+    <message>
+        <source>X9CAN table of LIN frames</source>
+        <translation>X9CAN LIN 帧表</translation>
+    </message>
+    <message>
+        <source>X9CAN table of frames, commas</source>
+        <translation>X9CAN 帧表，逗号分隔</translation>
+    </message>
+    <message>
+        <source>X9CAN table of frames, blanks</source>
+        <translation>X9CAN 帧表，空格分隔</translation>
+    </message>
+    <message>
+        <source>candump log</source>
+        <translation>candump 日志</translation>
+    </message>
+    <message>
+        <source>ASC</source>
+        <translation>ASC</translation>
+    </message>
+    <message>
+        <source>BLF</source>
+        <translation>BLF</translation>
+    </message>
+    <message>
+        <source>pcapng, SocketCAN</source>
+        <translation>pcapng，SocketCAN</translation>
+    </message>
+    <message>
+        <source>pcap, SocketCAN</source>
+        <translation>pcap，SocketCAN</translation>
+    </message>
+    <message>
+        <source>TRC 2.1</source>
+        <translation>TRC 2.1</translation>
+    </message>
+</context>
+<context>
+    <name>FindingLines</name>
+    <message>
+        <source>line %1: </source>
+        <translation>第 %1 行：</translation>
+    </message>
+    <message>
+        <source>byte %1: </source>
+        <translation>第 %1 字节：</translation>
+    </message>
+    <message>
+        <source>frame %1: </source>
+        <translation>第 %1 帧：</translation>
+    </message>
+    <message>
+        <source> (%1 times)</source>
+        <translation> (%1 次)</translation>
+    </message>
+    <message>
+        <source>%1 more of the same</source>
+        <translation>另有 %1 处相同</translation>
+    </message>
+</context>
+<context>
+    <name>SaveDialog</name>
+    <message>
+        <source>Save as</source>
+        <translation>另存为</translation>
+    </message>
+    <message>
+        <source>-part</source>
+        <translation>-部分</translation>
+    </message>
+    <message>
+        <source>Those that the &amp;filter passes</source>
+        <translation>通过过滤的帧(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;All</source>
+        <translation>全部(&amp;A)</translation>
+    </message>
+    <message>
+        <source>The &amp;selected ones: %1</source>
+        <translation>选中的帧(&amp;S)：%1</translation>
+    </message>
+    <message>
+        <source>Those of a &amp;time</source>
+        <translation>某段时间的帧(&amp;T)</translation>
+    </message>
+    <message>
+        <source>A&amp;ll, also those that the filter hides</source>
+        <translation>全部，包括被过滤隐藏的帧(&amp;L)</translation>
+    </message>
+    <message>
+        <source>12.5 or 13:45:06</source>
+        <translation>12.5 或 13:45:06</translation>
+    </message>
+    <message>
+        <source>the end</source>
+        <translation>末尾</translation>
+    </message>
+    <message>
+        <source>f&amp;rom</source>
+        <translation>从(&amp;R)</translation>
+    </message>
+    <message>
+        <source>t&amp;o</source>
+        <translation>到(&amp;O)</translation>
+    </message>
+    <message>
+        <source>With the a&amp;dapter&apos;s times instead of the computer&apos;s</source>
+        <translation>使用适配器的时间，而不是计算机的时间(&amp;D)</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>浏览(&amp;B)...</translation>
+    </message>
+    <message>
+        <source>Frames:</source>
+        <translation>帧：</translation>
+    </message>
+    <message>
+        <source>&amp;Kind:</source>
+        <translation>类型(&amp;K)：</translation>
+    </message>
+    <message>
+        <source>F&amp;ile:</source>
+        <translation>文件(&amp;I)：</translation>
+    </message>
+    <message>
+        <source>Sa&amp;ve</source>
+        <translation>保存(&amp;V)</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>停止(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>关闭(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Looking what this kind of file can hold...</source>
+        <translation>正在检查这种文件能容纳的内容...</translation>
+    </message>
+    <message>
+        <source>“%1” is no time of this capture.</source>
+        <translation>“%1”不是此记录中的时间。</translation>
+    </message>
+    <message>
+        <source>There are no such frames.</source>
+        <translation>没有这样的帧。</translation>
+    </message>
+    <message>
+        <source>The file needs a name.</source>
+        <translation>请输入文件名。</translation>
+    </message>
+    <message>
+        <source>This file is open here. Choose another name.</source>
+        <translation>该文件正在此处打开。请选择其他名称。</translation>
+    </message>
+    <message>
+        <source>%1 exists already. Is it to be replaced?</source>
+        <translation>%1 已存在。要替换它吗？</translation>
+    </message>
+    <message>
+        <source>Saving...</source>
+        <translation>正在保存...</translation>
+    </message>
+    <message>
+        <source>Saving was stopped; nothing was written.</source>
+        <translation>保存已停止，没有写入任何内容。</translation>
+    </message>
+    <message>
+        <source>%1 frames, %2. This kind of file can hold all of it.</source>
+        <translation>%1 帧，%2。这种文件可以容纳全部内容。</translation>
+    </message>
+    <message>
+        <source>%1 frames, %2. This kind of file cannot hold everything:</source>
+        <translation>%1 帧，%2。这种文件无法容纳以下内容：</translation>
+    </message>
+    <message>
+        <source>%1 frames were saved, %2.</source>
+        <translation>已保存 %1 帧，%2。</translation>
+    </message>
+    <message>
+        <source>%1 frames were saved, %2, but for this:</source>
+        <translation>已保存 %1 帧，%2，以下内容除外：</translation>
+    </message>
+</context>
+<context>
+    <name>BookmarkPanel</name>
+    <message>
+        <source>Note</source>
+        <translation>备注</translation>
+    </message>
+    <message>
+        <source>Return goes to the frame, F2 changes the note, Del removes the bookmark. Ctrl+B in the table sets one.</source>
+        <translation>回车跳到该帧，F2 修改备注，Del 删除书签。在表格中按 Ctrl+B 添加书签。</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureSearch</name>
+    <message>
+        <source>Nothing was found.</source>
+        <translation>未找到。</translation>
+    </message>
+    <message>
+        <source>Nothing more was found up to the beginning; once more goes on from the end.</source>
+        <translation>到开头为止没有更多结果；再次查找将从末尾继续。</translation>
+    </message>
+    <message>
+        <source>Nothing more was found up to the end; once more goes on from the beginning.</source>
+        <translation>到末尾为止没有更多结果；再次查找将从开头继续。</translation>
+    </message>
+    <message>
+        <source>Went on from the end.</source>
+        <translation>已从末尾继续查找。</translation>
+    </message>
+    <message>
+        <source>Went on from the beginning.</source>
+        <translation>已从开头继续查找。</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>第 %1 个，共 %2 个</translation>
+    </message>
+</context>
+<context>
+    <name>ColorButton</name>
+    <message>
+        <source>Red</source>
+        <translation>红色</translation>
+    </message>
+    <message>
+        <source>Orange</source>
+        <translation>橙色</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>黄色</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>绿色</translation>
+    </message>
+    <message>
+        <source>Cyan</source>
+        <translation>青色</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>蓝色</translation>
+    </message>
+    <message>
+        <source>Violet</source>
+        <translation>紫色</translation>
+    </message>
+    <message>
+        <source>Grey</source>
+        <translation>灰色</translation>
+    </message>
+    <message>
+        <source>As other rows</source>
+        <translation>与其他行相同</translation>
+    </message>
+    <message>
+        <source>Another...</source>
+        <translation>其他颜色...</translation>
+    </message>
+</context>
+<context>
+    <name>ColorRulesDialog</name>
+    <message>
+        <source>Colour rules</source>
+        <translation>颜色规则</translation>
+    </message>
+    <message>
+        <source>The first rule that is on and passes a frame gives its row the colours.</source>
+        <translation>启用的规则中第一条符合某帧的规则决定该行的颜色。</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>添加(&amp;A)</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>删除(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Up</source>
+        <translation>上移(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Down</source>
+        <translation>下移(&amp;D)</translation>
+    </message>
+    <message>
+        <source>&amp;Standard</source>
+        <translation>默认(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;Filter:</source>
+        <translation>过滤(&amp;F)：</translation>
+    </message>
+    <message>
+        <source>&amp;Text</source>
+        <translation>文字(&amp;T)</translation>
+    </message>
+    <message>
+        <source>&amp;Background</source>
+        <translation>背景(&amp;B)</translation>
+    </message>
+    <message>
+        <source>A rule without a filter colours nothing.</source>
+        <translation>没有过滤条件的规则不着色。</translation>
+    </message>
+</context>
+<context>
+    <name>ColumnsDialog</name>
+    <message>
+        <source>&amp;Up</source>
+        <translation>上移(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Down</source>
+        <translation>下移(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>列</translation>
+    </message>
+    <message>
+        <source>&amp;Standard</source>
+        <translation>默认(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Shown while a frame is marked as time zero.</source>
+        <translation>有帧被标为时间零点时显示。</translation>
+    </message>
+</context>
+<context>
+    <name>FrameTableActions</name>
+    <message>
+        <source>&amp;Only these</source>
+        <translation>只看这些(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Not these</source>
+        <translation>排除这些(&amp;N)</translation>
+    </message>
+    <message>
+        <source>&amp;Find next like this</source>
+        <translation>查找下一个相同的(&amp;F)</translation>
+    </message>
+    <message>
+        <source>Find &amp;previous like this</source>
+        <translation>查找上一个相同的(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Co&amp;lour these...</source>
+        <translation>为这些着色(&amp;L)...</translation>
+    </message>
+    <message>
+        <source>From h&amp;ere on</source>
+        <translation>从这里开始(&amp;E)</translation>
+    </message>
+    <message>
+        <source>&amp;Up to here</source>
+        <translation>到这里为止(&amp;U)</translation>
+    </message>
+    <message>
+        <source>Time &amp;zero here</source>
+        <translation>以此为时间零点(&amp;Z)</translation>
+    </message>
+    <message>
+        <source>&amp;Bookmark...</source>
+        <translation>书签(&amp;B)...</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>复制(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Copy as C&amp;SV</source>
+        <translation>复制为 CSV(&amp;S)</translation>
     </message>
 </context>
 <context>

@@ -2286,10 +2286,6 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
 <context>
     <name>CaptureSink</name>
     <message>
-        <source>%1 exists already. It is replaced with --force only.</source>
-        <translation>%1 exists already. It is replaced with --force only.</translation>
-    </message>
-    <message>
         <source>%1 cannot be written.</source>
         <translation>%1 cannot be written.</translation>
     </message>
@@ -2463,18 +2459,6 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
 <context>
     <name>x9capture</name>
     <message>
-        <source>line %1: </source>
-        <translation>line %1: </translation>
-    </message>
-    <message>
-        <source>byte %1: </source>
-        <translation>byte %1: </translation>
-    </message>
-    <message>
-        <source>frame %1: </source>
-        <translation>frame %1: </translation>
-    </message>
-    <message>
         <source>Tells what is in captures.</source>
         <translation>Tells what is in captures.</translation>
     </message>
@@ -2517,14 +2501,6 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
     <message>
         <source>--date: %1 is no date such as 2026-03-31.</source>
         <translation>--date: %1 is no date such as 2026-03-31.</translation>
-    </message>
-    <message>
-        <source> (%1 times)</source>
-        <translation> (%1 times)</translation>
-    </message>
-    <message>
-        <source>%1 more of the same</source>
-        <translation>%1 more of the same</translation>
     </message>
     <message>
         <source>kind</source>
@@ -2910,6 +2886,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>Only this: &quot;Message&quot; or &quot;Message.Signal&quot;, with * and ?. May be given several times.</source>
         <translation>Only this: &quot;Message&quot; or &quot;Message.Signal&quot;, with * and ?. May be given several times.</translation>
     </message>
+    <message>
+        <source>%1 exists already. It is replaced with --force only.</source>
+        <translation>%1 exists already. It is replaced with --force only.</translation>
+    </message>
 </context>
 <context>
     <name>DatabaseFile</name>
@@ -3063,43 +3043,9 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>The file is of no known kind.</source>
         <translation>The file is of no known kind.</translation>
     </message>
-</context>
-<context>
-    <name>BookmarkPanel</name>
     <message>
-        <source>Note</source>
-        <translation>Note</translation>
-    </message>
-    <message>
-        <source>Return goes to the frame, F2 changes the note, Del removes the bookmark. Ctrl+B in the table sets one.</source>
-        <translation>Return goes to the frame, F2 changes the note, Del removes the bookmark. Ctrl+B in the table sets one.</translation>
-    </message>
-</context>
-<context>
-    <name>CaptureSearch</name>
-    <message>
-        <source>Nothing was found.</source>
-        <translation>Nothing was found.</translation>
-    </message>
-    <message>
-        <source>Nothing more was found up to the beginning; once more goes on from the end.</source>
-        <translation>Nothing more was found up to the beginning; once more goes on from the end.</translation>
-    </message>
-    <message>
-        <source>Nothing more was found up to the end; once more goes on from the beginning.</source>
-        <translation>Nothing more was found up to the end; once more goes on from the beginning.</translation>
-    </message>
-    <message>
-        <source>Went on from the end.</source>
-        <translation>Went on from the end.</translation>
-    </message>
-    <message>
-        <source>Went on from the beginning.</source>
-        <translation>Went on from the beginning.</translation>
-    </message>
-    <message>
-        <source>%1 of %2</source>
-        <translation>%1 of %2</translation>
+        <source>This is not a file.</source>
+        <translation>This is not a file.</translation>
     </message>
 </context>
 <context>
@@ -3205,18 +3151,6 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <translation>Findings: %1...</translation>
     </message>
     <message>
-        <source>line %1</source>
-        <translation>line %1</translation>
-    </message>
-    <message>
-        <source>byte %1</source>
-        <translation>byte %1</translation>
-    </message>
-    <message>
-        <source>frame %1</source>
-        <translation>frame %1</translation>
-    </message>
-    <message>
         <source>Findings</source>
         <translation>Findings</translation>
     </message>
@@ -3227,119 +3161,6 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>There are %1 bookmarks already.</source>
         <translation>There are %1 bookmarks already.</translation>
-    </message>
-</context>
-<context>
-    <name>ColorButton</name>
-    <message>
-        <source>Red</source>
-        <translation>Red</translation>
-    </message>
-    <message>
-        <source>Orange</source>
-        <translation>Orange</translation>
-    </message>
-    <message>
-        <source>Yellow</source>
-        <translation>Yellow</translation>
-    </message>
-    <message>
-        <source>Green</source>
-        <translation>Green</translation>
-    </message>
-    <message>
-        <source>Cyan</source>
-        <translation>Cyan</translation>
-    </message>
-    <message>
-        <source>Blue</source>
-        <translation>Blue</translation>
-    </message>
-    <message>
-        <source>Violet</source>
-        <translation>Violet</translation>
-    </message>
-    <message>
-        <source>Grey</source>
-        <translation>Grey</translation>
-    </message>
-    <message>
-        <source>As other rows</source>
-        <translation>As other rows</translation>
-    </message>
-    <message>
-        <source>Another...</source>
-        <translation>Another...</translation>
-    </message>
-</context>
-<context>
-    <name>ColorRulesDialog</name>
-    <message>
-        <source>Colour rules</source>
-        <translation>Colour rules</translation>
-    </message>
-    <message>
-        <source>The first rule that is on and passes a frame gives its row the colours.</source>
-        <translation>The first rule that is on and passes a frame gives its row the colours.</translation>
-    </message>
-    <message>
-        <source>&amp;Add</source>
-        <translation>&amp;Add</translation>
-    </message>
-    <message>
-        <source>&amp;Remove</source>
-        <translation>&amp;Remove</translation>
-    </message>
-    <message>
-        <source>&amp;Up</source>
-        <translation>&amp;Up</translation>
-    </message>
-    <message>
-        <source>&amp;Down</source>
-        <translation>&amp;Down</translation>
-    </message>
-    <message>
-        <source>&amp;Standard</source>
-        <translation>&amp;Standard</translation>
-    </message>
-    <message>
-        <source>&amp;Filter:</source>
-        <translation>&amp;Filter:</translation>
-    </message>
-    <message>
-        <source>&amp;Text</source>
-        <translation>&amp;Text</translation>
-    </message>
-    <message>
-        <source>&amp;Background</source>
-        <translation>&amp;Background</translation>
-    </message>
-    <message>
-        <source>A rule without a filter colours nothing.</source>
-        <translation>A rule without a filter colours nothing.</translation>
-    </message>
-</context>
-<context>
-    <name>ColumnsDialog</name>
-    <message>
-        <source>&amp;Up</source>
-        <translation>&amp;Up</translation>
-    </message>
-    <message>
-        <source>&amp;Down</source>
-        <translation>&amp;Down</translation>
-    </message>
-    <message>
-        <source>Columns</source>
-        <translation>Columns</translation>
-    </message>
-    <message>
-        <source>&amp;Standard</source>
-        <translation>&amp;Standard</translation>
-    </message>
-    <message>
-        <source>Shown while a frame is marked as time zero.</source>
-        <translation>Shown while a frame is marked as time zero.</translation>
     </message>
 </context>
 <context>
@@ -3500,53 +3321,6 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     </message>
 </context>
 <context>
-    <name>FrameTableActions</name>
-    <message>
-        <source>&amp;Only these</source>
-        <translation>&amp;Only these</translation>
-    </message>
-    <message>
-        <source>&amp;Not these</source>
-        <translation>&amp;Not these</translation>
-    </message>
-    <message>
-        <source>&amp;Find next like this</source>
-        <translation>&amp;Find next like this</translation>
-    </message>
-    <message>
-        <source>Find &amp;previous like this</source>
-        <translation>Find &amp;previous like this</translation>
-    </message>
-    <message>
-        <source>Co&amp;lour these...</source>
-        <translation>Co&amp;lour these...</translation>
-    </message>
-    <message>
-        <source>From h&amp;ere on</source>
-        <translation>From h&amp;ere on</translation>
-    </message>
-    <message>
-        <source>&amp;Up to here</source>
-        <translation>&amp;Up to here</translation>
-    </message>
-    <message>
-        <source>Time &amp;zero here</source>
-        <translation>Time &amp;zero here</translation>
-    </message>
-    <message>
-        <source>&amp;Bookmark...</source>
-        <translation>&amp;Bookmark...</translation>
-    </message>
-    <message>
-        <source>&amp;Copy</source>
-        <translation>&amp;Copy</translation>
-    </message>
-    <message>
-        <source>Copy as C&amp;SV</source>
-        <translation>Copy as C&amp;SV</translation>
-    </message>
-</context>
-<context>
     <name>FrameTableView</name>
     <message>
         <source>Frames</source>
@@ -3633,6 +3407,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>The file has become shorter while it was followed.</source>
         <translation>The file has become shorter while it was followed.</translation>
+    </message>
+    <message>
+        <source>The file was deleted, moved away, replaced or emptied while it was followed. What was read before is here.</source>
+        <translation>The file was deleted, moved away, replaced or emptied while it was followed. What was read before is here.</translation>
     </message>
 </context>
 <context>
@@ -3734,6 +3512,14 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <translation>The language changes when the program is started again.</translation>
     </message>
     <message>
+        <source>&amp;Save as...</source>
+        <translation>&amp;Save as...</translation>
+    </message>
+    <message>
+        <source>&amp;Load again</source>
+        <translation>&amp;Load again</translation>
+    </message>
+    <message>
         <source>C&amp;olumns...</source>
         <translation>C&amp;olumns...</translation>
     </message>
@@ -3748,6 +3534,437 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>A database belongs to a capture. Open the capture first.</source>
         <translation>A database belongs to a capture. Open the capture first.</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureSaver</name>
+    <message>
+        <source>There is not enough memory.</source>
+        <translation>There is not enough memory.</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureKinds</name>
+    <message>
+        <source>Captures (%1)</source>
+        <translation>Captures (%1)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>All files (*)</translation>
+    </message>
+</context>
+<context>
+    <name>EndButton</name>
+    <message>
+        <source>Stay at the &amp;end</source>
+        <translation>Stay at the &amp;end</translation>
+    </message>
+    <message>
+        <source>Shows new frames as they come; off when the table is scrolled back, on again at its end</source>
+        <translation>Shows new frames as they come; off when the table is scrolled back, on again at its end</translation>
+    </message>
+</context>
+<context>
+    <name>LoadNotice</name>
+    <message>
+        <source>&amp;Load again</source>
+        <translation>&amp;Load again</translation>
+    </message>
+</context>
+<context>
+    <name>ExchangeFormat</name>
+    <message>
+        <source>X9CAN classic capture</source>
+        <translation>X9CAN classic capture</translation>
+    </message>
+    <message>
+        <source>X9CAN CAN FD capture</source>
+        <translation>X9CAN CAN FD capture</translation>
+    </message>
+    <message>
+        <source>X9CAN table of LIN frames</source>
+        <translation>X9CAN table of LIN frames</translation>
+    </message>
+    <message>
+        <source>X9CAN table of frames, commas</source>
+        <translation>X9CAN table of frames, commas</translation>
+    </message>
+    <message>
+        <source>X9CAN table of frames, blanks</source>
+        <translation>X9CAN table of frames, blanks</translation>
+    </message>
+    <message>
+        <source>candump log</source>
+        <translation>candump log</translation>
+    </message>
+    <message>
+        <source>ASC</source>
+        <translation>ASC</translation>
+    </message>
+    <message>
+        <source>BLF</source>
+        <translation>BLF</translation>
+    </message>
+    <message>
+        <source>pcapng, SocketCAN</source>
+        <translation>pcapng, SocketCAN</translation>
+    </message>
+    <message>
+        <source>pcap, SocketCAN</source>
+        <translation>pcap, SocketCAN</translation>
+    </message>
+    <message>
+        <source>TRC 2.1</source>
+        <translation>TRC 2.1</translation>
+    </message>
+</context>
+<context>
+    <name>FindingLines</name>
+    <message>
+        <source>line %1: </source>
+        <translation>line %1: </translation>
+    </message>
+    <message>
+        <source>byte %1: </source>
+        <translation>byte %1: </translation>
+    </message>
+    <message>
+        <source>frame %1: </source>
+        <translation>frame %1: </translation>
+    </message>
+    <message>
+        <source> (%1 times)</source>
+        <translation> (%1 times)</translation>
+    </message>
+    <message>
+        <source>%1 more of the same</source>
+        <translation>%1 more of the same</translation>
+    </message>
+</context>
+<context>
+    <name>SaveDialog</name>
+    <message>
+        <source>Save as</source>
+        <translation>Save as</translation>
+    </message>
+    <message>
+        <source>-part</source>
+        <translation>-part</translation>
+    </message>
+    <message>
+        <source>Those that the &amp;filter passes</source>
+        <translation>Those that the &amp;filter passes</translation>
+    </message>
+    <message>
+        <source>&amp;All</source>
+        <translation>&amp;All</translation>
+    </message>
+    <message>
+        <source>The &amp;selected ones: %1</source>
+        <translation>The &amp;selected ones: %1</translation>
+    </message>
+    <message>
+        <source>Those of a &amp;time</source>
+        <translation>Those of a &amp;time</translation>
+    </message>
+    <message>
+        <source>A&amp;ll, also those that the filter hides</source>
+        <translation>A&amp;ll, also those that the filter hides</translation>
+    </message>
+    <message>
+        <source>12.5 or 13:45:06</source>
+        <translation>12.5 or 13:45:06</translation>
+    </message>
+    <message>
+        <source>the end</source>
+        <translation>the end</translation>
+    </message>
+    <message>
+        <source>f&amp;rom</source>
+        <translation>f&amp;rom</translation>
+    </message>
+    <message>
+        <source>t&amp;o</source>
+        <translation>t&amp;o</translation>
+    </message>
+    <message>
+        <source>With the a&amp;dapter&apos;s times instead of the computer&apos;s</source>
+        <translation>With the a&amp;dapter&apos;s times instead of the computer&apos;s</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>&amp;Browse...</translation>
+    </message>
+    <message>
+        <source>Frames:</source>
+        <translation>Frames:</translation>
+    </message>
+    <message>
+        <source>&amp;Kind:</source>
+        <translation>&amp;Kind:</translation>
+    </message>
+    <message>
+        <source>F&amp;ile:</source>
+        <translation>F&amp;ile:</translation>
+    </message>
+    <message>
+        <source>Sa&amp;ve</source>
+        <translation>Sa&amp;ve</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>&amp;Stop</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Close</translation>
+    </message>
+    <message>
+        <source>Looking what this kind of file can hold...</source>
+        <translation>Looking what this kind of file can hold...</translation>
+    </message>
+    <message>
+        <source>“%1” is no time of this capture.</source>
+        <translation>“%1” is no time of this capture.</translation>
+    </message>
+    <message>
+        <source>There are no such frames.</source>
+        <translation>There are no such frames.</translation>
+    </message>
+    <message>
+        <source>The file needs a name.</source>
+        <translation>The file needs a name.</translation>
+    </message>
+    <message>
+        <source>This file is open here. Choose another name.</source>
+        <translation>This file is open here. Choose another name.</translation>
+    </message>
+    <message>
+        <source>%1 exists already. Is it to be replaced?</source>
+        <translation>%1 exists already. Is it to be replaced?</translation>
+    </message>
+    <message>
+        <source>Saving...</source>
+        <translation>Saving...</translation>
+    </message>
+    <message>
+        <source>Saving was stopped; nothing was written.</source>
+        <translation>Saving was stopped; nothing was written.</translation>
+    </message>
+    <message>
+        <source>%1 frames, %2. This kind of file can hold all of it.</source>
+        <translation>%1 frames, %2. This kind of file can hold all of it.</translation>
+    </message>
+    <message>
+        <source>%1 frames, %2. This kind of file cannot hold everything:</source>
+        <translation>%1 frames, %2. This kind of file cannot hold everything:</translation>
+    </message>
+    <message>
+        <source>%1 frames were saved, %2.</source>
+        <translation>%1 frames were saved, %2.</translation>
+    </message>
+    <message>
+        <source>%1 frames were saved, %2, but for this:</source>
+        <translation>%1 frames were saved, %2, but for this:</translation>
+    </message>
+</context>
+<context>
+    <name>BookmarkPanel</name>
+    <message>
+        <source>Note</source>
+        <translation>Note</translation>
+    </message>
+    <message>
+        <source>Return goes to the frame, F2 changes the note, Del removes the bookmark. Ctrl+B in the table sets one.</source>
+        <translation>Return goes to the frame, F2 changes the note, Del removes the bookmark. Ctrl+B in the table sets one.</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureSearch</name>
+    <message>
+        <source>Nothing was found.</source>
+        <translation>Nothing was found.</translation>
+    </message>
+    <message>
+        <source>Nothing more was found up to the beginning; once more goes on from the end.</source>
+        <translation>Nothing more was found up to the beginning; once more goes on from the end.</translation>
+    </message>
+    <message>
+        <source>Nothing more was found up to the end; once more goes on from the beginning.</source>
+        <translation>Nothing more was found up to the end; once more goes on from the beginning.</translation>
+    </message>
+    <message>
+        <source>Went on from the end.</source>
+        <translation>Went on from the end.</translation>
+    </message>
+    <message>
+        <source>Went on from the beginning.</source>
+        <translation>Went on from the beginning.</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 of %2</translation>
+    </message>
+</context>
+<context>
+    <name>ColorButton</name>
+    <message>
+        <source>Red</source>
+        <translation>Red</translation>
+    </message>
+    <message>
+        <source>Orange</source>
+        <translation>Orange</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>Yellow</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Green</translation>
+    </message>
+    <message>
+        <source>Cyan</source>
+        <translation>Cyan</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blue</translation>
+    </message>
+    <message>
+        <source>Violet</source>
+        <translation>Violet</translation>
+    </message>
+    <message>
+        <source>Grey</source>
+        <translation>Grey</translation>
+    </message>
+    <message>
+        <source>As other rows</source>
+        <translation>As other rows</translation>
+    </message>
+    <message>
+        <source>Another...</source>
+        <translation>Another...</translation>
+    </message>
+</context>
+<context>
+    <name>ColorRulesDialog</name>
+    <message>
+        <source>Colour rules</source>
+        <translation>Colour rules</translation>
+    </message>
+    <message>
+        <source>The first rule that is on and passes a frame gives its row the colours.</source>
+        <translation>The first rule that is on and passes a frame gives its row the colours.</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Add</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Remove</translation>
+    </message>
+    <message>
+        <source>&amp;Up</source>
+        <translation>&amp;Up</translation>
+    </message>
+    <message>
+        <source>&amp;Down</source>
+        <translation>&amp;Down</translation>
+    </message>
+    <message>
+        <source>&amp;Standard</source>
+        <translation>&amp;Standard</translation>
+    </message>
+    <message>
+        <source>&amp;Filter:</source>
+        <translation>&amp;Filter:</translation>
+    </message>
+    <message>
+        <source>&amp;Text</source>
+        <translation>&amp;Text</translation>
+    </message>
+    <message>
+        <source>&amp;Background</source>
+        <translation>&amp;Background</translation>
+    </message>
+    <message>
+        <source>A rule without a filter colours nothing.</source>
+        <translation>A rule without a filter colours nothing.</translation>
+    </message>
+</context>
+<context>
+    <name>ColumnsDialog</name>
+    <message>
+        <source>&amp;Up</source>
+        <translation>&amp;Up</translation>
+    </message>
+    <message>
+        <source>&amp;Down</source>
+        <translation>&amp;Down</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>Columns</translation>
+    </message>
+    <message>
+        <source>&amp;Standard</source>
+        <translation>&amp;Standard</translation>
+    </message>
+    <message>
+        <source>Shown while a frame is marked as time zero.</source>
+        <translation>Shown while a frame is marked as time zero.</translation>
+    </message>
+</context>
+<context>
+    <name>FrameTableActions</name>
+    <message>
+        <source>&amp;Only these</source>
+        <translation>&amp;Only these</translation>
+    </message>
+    <message>
+        <source>&amp;Not these</source>
+        <translation>&amp;Not these</translation>
+    </message>
+    <message>
+        <source>&amp;Find next like this</source>
+        <translation>&amp;Find next like this</translation>
+    </message>
+    <message>
+        <source>Find &amp;previous like this</source>
+        <translation>Find &amp;previous like this</translation>
+    </message>
+    <message>
+        <source>Co&amp;lour these...</source>
+        <translation>Co&amp;lour these...</translation>
+    </message>
+    <message>
+        <source>From h&amp;ere on</source>
+        <translation>From h&amp;ere on</translation>
+    </message>
+    <message>
+        <source>&amp;Up to here</source>
+        <translation>&amp;Up to here</translation>
+    </message>
+    <message>
+        <source>Time &amp;zero here</source>
+        <translation>Time &amp;zero here</translation>
+    </message>
+    <message>
+        <source>&amp;Bookmark...</source>
+        <translation>&amp;Bookmark...</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Copy</translation>
+    </message>
+    <message>
+        <source>Copy as C&amp;SV</source>
+        <translation>Copy as C&amp;SV</translation>
     </message>
 </context>
 <context>

@@ -1,5 +1,7 @@
+#include "exchange/ExchangeFormat.h"
 #include "tests/support/TestProgram.h"
 #include "tests/viewer/SyntheticCapture.h"
+#include "viewer/CaptureKinds.h"
 #include "viewer/CaptureTab.h"
 #include "viewer/ViewerWindow.h"
 
@@ -12,7 +14,28 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
+#include <QToolButton>
 #include <QtTest>
+
+namespace {
+
+void write(const QString &path, const QByteArray &bytes, QIODevice::OpenMode mode = QIODevice::WriteOnly)
+{
+    QFile file(path);
+    QVERIFY(file.open(mode));
+    QCOMPARE(file.write(bytes), qint64{bytes.size()});
+}
+
+QByteArray candumpLines(int count)
+{
+    QByteArray lines;
+    for (int i = 0; i < count; ++i) {
+        lines += QStringLiteral("(%1.000000) can0 100#0102\n").arg(1700000000 + i).toLatin1();
+    }
+    return lines;
+}
+
+} // namespace
 
 class tst_ViewerWindow : public QObject
 {
@@ -26,14 +49,26 @@ private slots:
     void opensEachFileOnce();
     void takesDroppedFiles();
     void actionsNeedATab();
-    void overviewCanBeHidden();
+    void panelsCanBeHidden();
     void stopsFollowing();
+    static void tellsWhatCannotBeOpened_data();
     void tellsWhatCannotBeOpened();
+    void loadsAgain();
+    void followsAFileThatGrows();
+    static void noticesWhatBecomesOfAFile_data();
+    void noticesWhatBecomesOfAFile();
+    void recentFiles();
+    static void filtersOfTheOpenDialog();
+    static void endingsOfThePackages();
+    void savesAs();
     void keepsTheLanguage();
 
 private:
     QTabWidget &tabs() { return *m_window->findChild<QTabWidget *>(QStringLiteral("tabs")); }
     QAction *action(const char *text) const;
+    /// A window that opens real files, with this one.
+    std::unique_ptr<ViewerWindow> windowWith(const QString &path) const;
+    QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<ViewerWindow> m_window;
@@ -61,7 +96,9 @@ QAction *tst_ViewerWindow::action(const char *text) const
             return found;
         }
     }
-    return nullptr;
+    QTest::qFail(text, __FILE__, __LINE__);
+    static QAction nothing;
+    return &nothing;
 }
 
 void tst_ViewerWindow::settings()
@@ -126,7 +163,7 @@ void tst_ViewerWindow::takesDroppedFiles()
 void tst_ViewerWindow::actionsNeedATab()
 {
     QAction *go = action("Go &to...");
-    QVERIFY(go != nullptr && !go->isEnabled());
+    QVERIFY(!go->isEnabled());
     m_window->openFiles({QStringLiteral("a.csv")});
     QVERIFY(go->isEnabled());
     action("&Filter")->trigger();
@@ -137,7 +174,7 @@ void tst_ViewerWindow::actionsNeedATab()
     QVERIFY(!go->isEnabled());
 }
 
-void tst_ViewerWindow::overviewCanBeHidden()
+void tst_ViewerWindow::panelsCanBeHidden()
 {
     m_window->openFiles({QStringLiteral("a.csv")});
     auto *overview = m_window->findChild<QWidget *>(QStringLiteral("overview"));
@@ -155,12 +192,170 @@ void tst_ViewerWindow::stopsFollowing()
     QTRY_VERIFY(!cancel->isVisible());
 }
 
+std::unique_ptr<ViewerWindow> tst_ViewerWindow::windowWith(const QString &path) const
+{
+    auto window = std::make_unique<ViewerWindow>(ViewerSettings(m_folder->path()));
+    window->show();
+    window->openFiles({path});
+    return window;
+}
+
+void tst_ViewerWindow::tellsWhatCannotBeOpened_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("missing") << "missing.csv"
+                             << "cannot be opened";
+    QTest::newRow("a folder") << "."
+                              << "not a file";
+    QTest::newRow("no capture") << "no.capture"
+                                << "no known kind";
+}
+
 void tst_ViewerWindow::tellsWhatCannotBeOpened()
 {
-    ViewerWindow window{ViewerSettings(m_folder->path())};
-    window.openFiles({m_folder->filePath(QStringLiteral("missing.csv"))});
-    auto *state = window.findChild<QLabel *>(QStringLiteral("state"));
-    QTRY_VERIFY(state->text().contains(QStringLiteral("cannot be opened")));
+    QFETCH(const QString, name);
+    QFETCH(const QString, text);
+    write(path("no.capture"), QByteArray(1000, '\0'));
+    const auto window = windowWith(m_folder->filePath(name));
+    const auto *notice = window->findChild<QWidget *>(QStringLiteral("loadNotice"));
+    QTRY_VERIFY(notice->isVisible());
+    QVERIFY(notice->findChild<QLabel *>(QStringLiteral("loadNoticeText"))->text().contains(text));
+    QVERIFY(window->findChild<QLabel *>(QStringLiteral("state"))->text().contains(text));
+}
+
+void tst_ViewerWindow::loadsAgain()
+{
+    const QString file = path("later.log");
+    const auto window = windowWith(file);
+    auto *again = window->findChild<QPushButton *>(QStringLiteral("loadAgain"));
+    QTRY_VERIFY(again->isVisible());
+    window->currentTab()->takeFilter(QStringLiteral("id == 0x100"));
+    write(file, candumpLines(10));
+    QTest::mouseClick(again, Qt::LeftButton);
+    QTRY_COMPARE(window->currentTab()->capture().store().size(), 10);
+    QCOMPARE(window->currentTab()->filterText(), QStringLiteral("id == 0x100"));
+    QTRY_COMPARE(window->findChildren<CaptureTab *>().size(), 1);
+    QVERIFY(window->windowTitle().startsWith(QLatin1String("later.log")));
+}
+
+void tst_ViewerWindow::followsAFileThatGrows()
+{
+    const QString file = path("growing.log");
+    const QByteArray lines = candumpLines(3000);
+    write(file, lines.left(20));
+    const auto window = windowWith(file);
+    CaptureTab &tab = *window->currentTab();
+    QTRY_COMPARE(tab.capture().loader().progress().state, LoadProgress::State::Following);
+    QCOMPARE(tab.capture().rowCount(), 0); // the line is not whole
+    auto *stay = window->findChild<QToolButton *>(QStringLiteral("stayAtEnd"));
+    QTRY_VERIFY(stay->isVisible());
+    QVERIFY(!stay->isChecked());
+    QTest::mouseClick(stay, Qt::LeftButton);
+    const int half = lines.indexOf('\n', lines.size() / 2) + 1;
+    write(file, lines.mid(20, half - 20), QIODevice::Append);
+    QTRY_VERIFY(tab.capture().rowCount() > 1000);
+    QTRY_VERIFY(tab.table().isAtEnd());
+    // Off as soon as one scrolls back, and on again at the end.
+    QTest::keyClick(&tab.table(), Qt::Key_Home);
+    QVERIFY(!stay->isChecked());
+    write(file, lines.mid(half), QIODevice::Append);
+    QTRY_COMPARE(tab.capture().rowCount(), 3000);
+    QCOMPARE(tab.table().firstVisible(), 0);
+    QTest::keyClick(&tab.table(), Qt::Key_End);
+    QVERIFY(stay->isChecked());
+    write(file, candumpLines(100), QIODevice::Append);
+    QTRY_COMPARE(tab.capture().rowCount(), 3100);
+    QVERIFY(tab.table().isAtEnd());
+    QTest::mouseClick(stay, Qt::LeftButton);
+    write(file, candumpLines(100), QIODevice::Append);
+    QTRY_COMPARE(tab.capture().rowCount(), 3200);
+    QVERIFY(!tab.table().isAtEnd());
+}
+
+void tst_ViewerWindow::noticesWhatBecomesOfAFile_data()
+{
+    QTest::addColumn<QString>("change");
+    for (const char *change : {"emptied", "cut", "deleted", "replaced"}) {
+        QTest::newRow(change) << QString::fromLatin1(change);
+    }
+}
+
+void tst_ViewerWindow::noticesWhatBecomesOfAFile()
+{
+    QFETCH(const QString, change);
+    const QString file = path("followed.log");
+    write(file, candumpLines(500));
+    const auto window = windowWith(file);
+    CaptureTab &tab = *window->currentTab();
+    QTRY_COMPARE(tab.capture().loader().progress().state, LoadProgress::State::Following);
+    if (change == QLatin1String("emptied") || change == QLatin1String("cut")) {
+        QVERIFY(QFile::resize(file, change == QLatin1String("cut") ? 1000 : 0));
+    } else {
+        if (!QFile::remove(file)) {
+            QSKIP("Here a file that is open cannot be deleted.");
+        }
+        if (change == QLatin1String("replaced")) {
+            write(file, candumpLines(700));
+        }
+    }
+    QTRY_COMPARE(tab.capture().loader().progress().state, LoadProgress::State::Failed);
+    QTRY_VERIFY(window->findChild<QWidget *>(QStringLiteral("loadNotice"))->isVisible());
+    QCOMPARE(tab.capture().rowCount(), 500); // what was read stays
+}
+
+void tst_ViewerWindow::recentFiles()
+{
+    m_window->openFiles({path("a&b.csv"), path("c.csv")});
+    auto *menu = m_window->findChild<QMenu *>(QStringLiteral("recent"));
+    emit menu->aboutToShow();
+    QCOMPARE(menu->actions().size(), 2);
+    QVERIFY(menu->actions().at(0)->text().endsWith(QLatin1String("c.csv")));
+    QVERIFY(menu->actions().at(1)->text().endsWith(QLatin1String("a&&b.csv")));
+    emit tabs().tabCloseRequested(0);
+    menu->actions().at(1)->trigger();
+    QCOMPARE(tabs().count(), 2);
+    QVERIFY(m_window->windowTitle().startsWith(QLatin1String("a&b.csv")));
+}
+
+void tst_ViewerWindow::filtersOfTheOpenDialog()
+{
+    const QStringList filters = CaptureKinds::openFilters();
+    QCOMPARE(filters.size(), int(exchangeFormats().size()) + 2);
+    for (const ExchangeFormat &format : exchangeFormats()) {
+        const QStringList endings = QString::fromLatin1(format.endings).split(QLatin1Char(' '));
+        for (const QString &ending : endings) {
+            QVERIFY(filters.first().contains(QLatin1Char('*') + ending));
+        }
+        QVERIFY(filters.contains(CaptureKinds::filter(format)));
+    }
+}
+
+/// The packages offer the viewer for these.
+void tst_ViewerWindow::endingsOfThePackages()
+{
+    const QStringList packaged = QStringLiteral(X9_CAPTURE_ENDINGS).split(QLatin1Char(' '));
+    QStringList known;
+    for (const ExchangeFormat &format : exchangeFormats()) {
+        const QStringList endings = QString::fromLatin1(format.endings).split(QLatin1Char(' '));
+        for (const QString &ending : endings) {
+            known.append(ending.section(QLatin1Char('.'), -1));
+        }
+    }
+    known.removeDuplicates();
+    QCOMPARE(QSet<QString>(packaged.begin(), packaged.end()), QSet<QString>(known.begin(), known.end()));
+    QCOMPARE(packaged.size(), known.size());
+}
+
+void tst_ViewerWindow::savesAs()
+{
+    m_window->openFiles({QStringLiteral("a.csv")});
+    QTRY_COMPARE(m_window->currentTab()->capture().rowCount(), 5000);
+    action("&Save as...")->trigger();
+    auto *dialog = m_window->findChild<QDialog *>(QStringLiteral("saveDialog"));
+    QVERIFY(dialog != nullptr && dialog->isVisible());
+    QTest::keyClick(dialog, Qt::Key_Escape);
+    QTRY_VERIFY(m_window->findChild<QDialog *>(QStringLiteral("saveDialog")) == nullptr);
 }
 
 void tst_ViewerWindow::keepsTheLanguage()

@@ -1,6 +1,6 @@
 // x9_viewer_gallery LANGUAGE FOLDER   Takes pictures of the viewer with a made-up capture (LANGUAGE zh or en):
-// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter, -bookmarks, -dark, -signals, -values, -databases, -signals-dark, and the
-// dialogs ...-viewer-colors, -colors-dark and -columns; for a QT_SCALE_FACTOR of 2 ...@2x.png.
+// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter, -bookmarks, -dark, -signals, -values, -databases, -signals-dark, -failed,
+// and the dialogs ...-viewer-colors, -colors-dark, -columns, -save and -save-dark; for a QT_SCALE_FACTOR of 2 ...@2x.png.
 
 #include "tests/viewer/SyntheticCapture.h"
 #include "viewer/CaptureSignals.h"
@@ -9,9 +9,12 @@
 #include "viewer/ViewerApplication.h"
 #include "viewer/ViewerWindow.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QDialog>
 #include <QDir>
+#include <QStyle>
 #include <QTableWidget>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -120,5 +123,26 @@ int main(int argc, char *argv[])
     tab.panels().setCurrentIndex(1);
     tab.table().setCurrentPlace(40);
     isSaved = isSaved && save(QStringLiteral("viewer-signals-dark"));
+    window.findChild<QAction *>(QStringLiteral("saveAs"))->trigger();
+    auto *dialog = window.findChild<QDialog *>(QStringLiteral("saveDialog"));
+    const auto saveSaving = [&](const QString &name) {
+        QTest::qWait(1000); // the kind is tried out with all frames
+        return dialog->grab().save(QDir(arguments.at(2)).filePath(arguments.at(1) + QLatin1Char('-') + name + suffix));
+    };
+    isSaved = isSaved && saveSaving(QStringLiteral("viewer-save-dark"));
+    QApplication::setPalette(QApplication::style()->standardPalette());
+    auto *kinds = dialog->findChild<QComboBox *>(QStringLiteral("kind"));
+    kinds->setCurrentIndex(kinds->findData(QStringLiteral("can")));
+    emit kinds->activated(kinds->currentIndex());
+    isSaved = isSaved && saveSaving(QStringLiteral("viewer-save"));
+    dialog->close();
+    ViewerWindow real{ViewerSettings(settings.path())};
+    real.resize(window.size() * 2 / 3);
+    real.show();
+    real.openFiles({settings.filePath(QStringLiteral("missing.csv"))});
+    QTest::qWait(700);
+    isSaved =
+        isSaved &&
+        real.grab().save(QDir(arguments.at(2)).filePath(arguments.at(1) + QStringLiteral("-viewer-failed") + suffix));
     return isSaved ? 0 : 1;
 }

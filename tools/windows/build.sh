@@ -4,7 +4,7 @@
 # of the two the virtual adapter alone is built: the tests see what a library of the wrong kind does. Qt for Windows comes
 # from build/qt-windows, where tools/windows/build-qt.sh puts it, or from an archive of that folder:
 # $X9_QT_WINDOWS_ARCHIVE, or ../shared/qt5-windows.tar.xz beside this folder. For 32 bits it is build/qt-windows32,
-# $X9_QT_WINDOWS32_ARCHIVE, ../shared/qt5-windows32.tar.xz. Ends with 3 where there is neither. libsodium comes from
+# $X9_QT_WINDOWS32_ARCHIVE, ../shared/qt5-windows32.tar.xz. Ends with 3 where there is neither. libsodium and Qwt come from
 # build/libraries-windows and build/libraries-windows32, where tools/windows/build-libraries.sh puts it, or from an archive of
 # both: $X9_WINDOWS_LIBRARIES_ARCHIVE, or ../shared/windows-libraries.tar.xz; where there is neither it is built now.
 # $X9_UPDATE_KEY is the key for updates that the program gets, as X9_UPDATE_KEY of CMake; none where it is not set.
@@ -46,7 +46,7 @@ lay_out_libraries() {
     [[ -e $libraries ]]
     return
   fi
-  others=$(find_others "$1") || { echo "windows/build: there is no libsodium." >&2; exit 1; }
+  others=$(find_others "$1") || { echo "windows/build: there are no libsodium and Qwt." >&2; exit 1; }
   [[ $(stat -c '%n %Y' "$qt" "$others") != "$(cat "$libraries/source" 2>/dev/null)" ]] || return 0
   rm -rf "$libraries.new"
   mkdir -p "$libraries.new"

@@ -54,7 +54,7 @@ trap 'exit 143' TERM HUP
 # --- the packages
 
 step "building and packing"
-tools/windows/build.sh "${options[@]}" X9CAN x9capture ControlCAN x9_program_under_test >"$work/log" 2>&1 || { code=$?; tail -50 "$work/log" >&2; exit $code; }
+tools/windows/build.sh "${options[@]}" X9CAN X9Viewer x9capture ControlCAN x9_program_under_test >"$work/log" 2>&1 || { code=$?; tail -50 "$work/log" >&2; exit $code; }
 pack() { # pack <folder> [<argument of cpack>...]
   # Loose permissions and the time zone of the one who builds must not get into the packages.
   (umask 077 && TZ=Asia/Shanghai cpack --config "build/$preset/CPackConfig.cmake" -B "$@") >"$work/log" 2>&1 ||
@@ -89,14 +89,14 @@ folder=$place/$name
 [[ $(ls "$place") == "$name" ]] || fail "the ZIP does not unpack to one folder"
 (cd "$folder" && find . ! -type d -printf '%P\n' | sort) >"$work/paths"
 unexpected=$(grep -vxE "$(paste -sd'|' <<END
-(X9CAN|x9capture)\.exe
+(X9CAN|X9Viewer|x9capture)\.exe
 X9CAN demo\.cmd
-(Qt5(Core|Gui|Network|Widgets)|$exceptions|libsodium-23|libstdc\+\+-6|libwinpthread-1)\.dll
+(Qt5(Concurrent|Core|Gui|Network|Widgets)|qwt|$exceptions|libsodium-23|libstdc\+\+-6|libwinpthread-1)\.dll
 qt\.conf
 plugins/(platforms/qwindows|imageformats/qico)\.dll
 translations/qtbase_zh_CN\.qm
 virtual-adapter/(ControlCAN\.dll|example\.virtual-adapter\.json)
-doc/(changelog|formats|guide|guide\.zh|virtual-adapter)\.html
+doc/(changelog|filters|formats|guide|guide\.zh|virtual-adapter)\.html
 doc/licences\.txt
 doc/licences/[A-Za-z0-9-]+\.txt
 doc/screenshots/[a-z-]+\.png
@@ -107,23 +107,25 @@ while read -r binary; do
   [[ $("$triplet-objdump" -f "$folder/$binary" 2>&1) == *"file format $format"* ]] ||
     fail "$binary is not for $bits-bit programs"
 done < <(grep -E '\.(exe|dll)$' "$work/paths")
-for binary in X9CAN.exe x9capture.exe virtual-adapter/ControlCAN.dll; do
+for binary in X9CAN.exe X9Viewer.exe x9capture.exe virtual-adapter/ControlCAN.dll; do
   "$triplet-objdump" -p "$folder/$binary" >"$work/pe"
   for mark in "${marks[@]}"; do
     grep -qw "$mark" "$work/pe" || fail "$binary was built without $mark"
   done
   # Wine cannot show what it is for: no DLL is taken from the working directory by its name alone.
-  [[ $binary != X9CAN.exe ]] || grep -qw SetDllDirectoryW "$work/pe" || fail "$binary looks for DLLs where it is started"
+  [[ $binary != X9[CV]* ]] || grep -qw SetDllDirectoryW "$work/pe" || fail "$binary looks for DLLs where it is started"
   grep -qF 'stack smashing detected' "$folder/$binary" || fail "$binary was built without a guard of its stack"
 done
 # On 64-bit Windows a 32-bit program may have 4 GB of memory instead of 2.
-"$triplet-objdump" -p "$folder/X9CAN.exe" >"$work/pe"
-grep -qw 'large address aware' "$work/pe" || fail "X9CAN.exe leaves half of the memory alone"
-for path in X9CAN.exe x9capture.exe "X9CAN demo.cmd" qt.conf plugins/platforms/qwindows.dll plugins/imageformats/qico.dll \
+for binary in X9CAN.exe X9Viewer.exe; do
+  "$triplet-objdump" -p "$folder/$binary" >"$work/pe"
+  grep -qw 'large address aware' "$work/pe" || fail "$binary leaves half of the memory alone"
+done
+for path in X9CAN.exe X9Viewer.exe x9capture.exe qwt.dll "X9CAN demo.cmd" qt.conf plugins/platforms/qwindows.dll plugins/imageformats/qico.dll \
             translations/qtbase_zh_CN.qm virtual-adapter/ControlCAN.dll \
             virtual-adapter/example.virtual-adapter.json doc/guide.html doc/guide.zh.html doc/formats.html \
             doc/virtual-adapter.html doc/changelog.html doc/licences.txt \
-            doc/licences/{Qt,LGPL-3,GPL-3,GCC-runtime,libsodium,mingw-w64,nlohmann-json,Qt-translations}.txt; do
+            doc/licences/{Qt,Qwt,LGPL-2.1,LGPL-3,GPL-3,GCC-runtime,libsodium,mingw-w64,nlohmann-json,Qt-translations}.txt; do
   [[ -s $folder/$path ]] || fail "$path is missing"
 done
 ! grep -rlF "$root" "$folder" || fail "these files tell where they were built"
@@ -169,10 +171,10 @@ drive=$work/wine/drive_c
 find "$drive" | sort >"$work/before"
 
 windows() { "${wine[@]}" python3 "$root/tools/x11-windows.py" "$@"; }
-running() { # running: the id of the program in this Wine
+running() { # running <name>: the id of the program in this Wine
   local process
   for process in /proc/[0-9]*; do
-    if [[ $(cat "$process/comm" 2>/dev/null) == X9CAN.exe ]] &&
+    if [[ $(cat "$process/comm" 2>/dev/null) == "$1" ]] &&
        tr '\0' '\n' 2>/dev/null <"$process/environ" | grep -qxF "WINEPREFIX=$work/wine"; then
       basename "$process"
       return
@@ -187,7 +189,7 @@ start() { # start <program folder> <working folder> <command>...: the program is
   starter=$!
   local tries
   for ((tries = 0; tries < 300; ++tries)); do
-    ! program=$(running) || break
+    ! program=$(running X9CAN.exe) || break
     sleep 0.1
   done
   [[ -n $program ]] || { cat "$work/output" >&2; fail "$* starts no program"; }
@@ -213,6 +215,25 @@ close() { # close: in the normal way
   ((status == 0)) || { cat "$work/output" >&2; fail "the program ended with $status"; }
   program=
 }
+# view <folder> <command>...: starts the viewer of a folder with the capture $work/drive.log, and closes it
+view() {
+  local at=$1 tries title
+  shift
+  "${wine[@]}" "$@" "$(windows_path "$work/drive.log")" >"$work/output" 2>&1 &
+  starter=$!
+  for ((tries = 0; tries < 300; ++tries)); do
+    ! program=$(running X9Viewer.exe) || break
+    sleep 0.1
+  done
+  [[ -n $program ]] || { cat "$work/output" >&2; fail "$* starts no viewer"; }
+  windows show "$program" >"$work/title" || { cat "$work/output" >&2; fail "$* shows no window"; }
+  title=$(<"$work/title")
+  [[ $title == "drive.log - X9Viewer" ]] || fail "the window is called $title"
+  sed -n 's|^[^/]* /|/|p' "/proc/$program/maps" | sed "s|^${X9_WINE_ROOT:-}/|/|" | sort -u >"$work/loaded"
+  grep -qxF "$at/qwt.dll" "$work/loaded" || fail "qwt.dll is not loaded from $at"
+  close
+}
+echo '(1700000000.000000) can0 100#01' >"$work/drive.log"
 program=
 starter=
 
@@ -220,6 +241,8 @@ step "the unpacked program, in a folder with Chinese letters, blanks and a long 
 cd "$folder"
 start "$folder" "$folder" wine X9CAN.exe
 close
+step "the viewer in it"
+view "$folder" wine X9Viewer.exe
 step "X9CAN demo.cmd"
 start "$folder" "$folder/virtual-adapter" wine cmd /c "X9CAN demo.cmd"
 close
@@ -287,6 +310,28 @@ check_files() { # check_files <folder>: what the ZIP has, and the uninstaller
   [[ $(<"$work/log") == "Only in $1: Uninstall.exe" ]] ||
     { cat "$work/log" >&2; fail "installed is not what was packed"; }
 }
+class() { # class <root> <key> [<name>]: a value below Software\Classes, by default the key's own
+  local which=(/ve)
+  [[ -z ${3:-} ]] || which=(/v "$3")
+  "${wine[@]}" wine reg query "$1\\Software\\Classes\\$2" "${which[@]}" 2>/dev/null | iconv -f GBK | tr -d '\r' |
+    sed -n 's/^ .*REG_SZ *//p'
+}
+endings="can canfd csv txt log candump asc blf pcapng ntar pcap cap trc"
+check_offers() { # check_offers <root> <folder>: captures may be opened with the viewer, and are not by themselves
+  local at ending
+  at=$(wine_path "$2")
+  for key in 'Applications\X9Viewer.exe' X9Viewer.Capture; do
+    [[ $(class "$1" "$key\\shell\\open\\command") == "\"$at\\X9Viewer.exe\" \"%1\"" ]] || fail "$key opens nothing with the viewer"
+  done
+  for ending in $endings; do
+    "${wine[@]}" wine reg query "$1\\Software\\Classes\\.$ending\\OpenWithProgids" /v X9Viewer.Capture >/dev/null 2>&1 ||
+      fail "the viewer is not offered for .$ending"
+    [[ $(class "$1" ".$ending") != X9Viewer* ]] || fail "the viewer takes .$ending for itself"
+  done
+}
+check_no_offers() { # check_no_offers <root>
+  ! "${wine[@]}" wine reg query "$1\\Software\\Classes" /s 2>/dev/null | grep -a X9Viewer || fail "traces of the viewer stay"
+}
 check_shortcuts() { # check_shortcuts <folder of the start menu> <name>...
   diff <(printf '%s.lnk\n' "${@:2}" | sort) <(ls "$1/X9CAN" | sort) ||
     fail "these shortcuts should be there (<), these are (>)"
@@ -304,10 +349,10 @@ uninstall() { # uninstall <root> <folder>
 left() { # left: what there is more on the drive than before, without what Wine and the programs' font cache write
   comm -13 "$work/before" <(find "$drive" | sort) | sed "s|^$drive/||" |
     grep -vE '^windows/|^ProgramData/Microsoft|^users/[^/]+/(AppData/)?(Local/)?Temp(/|$)' |
-    grep -vE '^users/[^/]+/AppData/(Roaming/Microsoft|Local(/(Programs|X9CAN))?$)' || true
+    grep -vE '^users/[^/]+/AppData/(Roaming/Microsoft|Local(/(Programs|X9CAN|X9Viewer(/X9Viewer\.ini)?))?$)' || true
 }
-english=("X9CAN" "X9CAN (virtual adapter)" "X9CAN guide" "Uninstall X9CAN")
-chinese=("X9CAN" "X9CAN（虚拟适配器）" "X9CAN 用户手册" "卸载 X9CAN")
+english=("X9CAN" "X9Viewer" "X9CAN (virtual adapter)" "X9CAN guide" "Uninstall X9CAN")
+chinese=("X9CAN" "X9Viewer" "X9CAN（虚拟适配器）" "X9CAN 用户手册" "卸载 X9CAN")
 user_menu="$drive/users/$user/AppData/Roaming/Microsoft/Windows/Start Menu/Programs"
 all_menu="$drive/ProgramData/Microsoft/Windows/Start Menu/Programs"
 
@@ -330,6 +375,7 @@ step "this version over it"
 run_setup 0 "$setup" /S
 check_registry HKCU "$installed" "$version"
 check_shortcuts "$user_menu" "${english[@]}"
+check_offers HKCU "$installed"
 [[ ! -e $installed/plugins/retired ]] || fail "a file of the older version stays"
 for path in "${own[@]}"; do
   cmp "$work/users-own/$path" "$installed/$path" || fail "installing changes the user's $path"
@@ -347,6 +393,7 @@ check_files "$installed"
 close
 start "$installed" "$installed/virtual-adapter" wine start /wait "${menu}X9CAN (virtual adapter).lnk"
 close
+view "$installed" wine start /wait "${menu}X9Viewer.lnk"
 check_files "$installed"
 
 step "uninstalling leaves what is the user's"
@@ -355,6 +402,7 @@ uninstall HKCU "$installed"
 diff <(printf '%s\n' "${own[@]}" | sort) <(cd "$installed" && find . -type f -printf '%P\n' | sort) ||
   fail "these files should stay (<), these do (>)"
 rm -r "$installed"
+check_no_offers HKCU
 [[ ! -e $user_menu/X9CAN ]] || fail "shortcuts stay"
 [[ -z $(left) ]] || fail "left behind:"$'\n'"$(left)"
 
@@ -370,6 +418,7 @@ check_registry HKLM "$installed" "$version"
 [[ -z $(registry HKCU DisplayName) ]] || fail "installing for all users writes to the user's registry"
 check_files "$installed"
 check_shortcuts "$all_menu" "${chinese[@]}"
+check_offers HKLM "$installed"
 [[ ! -e $user_menu/X9CAN ]] || fail "installing for all users puts shortcuts into the user's menu"
 [[ -e $drive/users/Public/Desktop/X9CAN.lnk ]] || fail "no icon on the desktop"
 start "$installed" "$installed/virtual-adapter" \
@@ -389,6 +438,7 @@ run_setup 0 "$setup" /S
 check_files "$installed"
 uninstall HKLM "$installed"
 rmdir "$drive/工具"
+check_no_offers HKLM
 [[ ! -e $all_menu/X9CAN ]] || fail "shortcuts stay"
 [[ -z $(left) ]] || fail "left behind:"$'\n'"$(left)"
 

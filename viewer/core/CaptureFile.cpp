@@ -1,5 +1,6 @@
 #include "viewer/core/CaptureFile.h"
 
+#include "capture/PlatformFile.h"
 #include "exchange/ByteInput.h"
 #include "exchange/ExchangeFormat.h"
 
@@ -30,6 +31,10 @@ public:
     qint64 size() const override { return m_file.isSequential() ? 0 : m_file.size(); }
     void setGrowing(bool growing) override { m_in->setGrowing(growing); }
     bool isBroken() const override { return m_in->isBroken(); }
+    bool isInPlace() const override
+    {
+        return isFileAt(m_file, m_file.fileName()) && (m_file.isSequential() || m_file.size() >= position());
+    }
 
 private:
     QFile m_file;
@@ -41,6 +46,11 @@ private:
 
 std::unique_ptr<CaptureStream> CaptureFile::open(const QString &path, Findings &findings, QString &error)
 {
+    // A pipe or a device could keep one waiting for ever, or have no end.
+    if (QFileInfo::exists(path) && !QFileInfo(path).isFile()) {
+        error = tr("This is not a file.");
+        return nullptr;
+    }
     auto stream = std::make_unique<FileStream>(path);
     QFile &file = stream->file();
     if (!file.open(QIODevice::ReadOnly)) {

@@ -18,4 +18,6 @@ public:
     virtual void setGrowing(bool growing) = 0;
     /// Reading failed; the end that was met is not the capture's.
     virtual bool isBroken() const = 0;
+    /// What is read still is what stands under its name: not deleted, moved away, replaced or emptied.
+    virtual bool isInPlace() const { return true; }
 };

@@ -132,6 +132,19 @@ QString durationText(qint64 nanoseconds)
         .arg(size % NanosecondsPerSecond, 9, 10, QLatin1Char('0'));
 }
 
+std::optional<qint64> timeOfText(const QString &text, const BusFrameStore &store, const CaptureInfo &info)
+{
+    const QString wanted = text.trimmed();
+    if (const std::optional<double> seconds = secondsOf(wanted)) {
+        const double nanoseconds = *seconds * static_cast<double>(NanosecondsPerSecond);
+        constexpr double Most = 9e18;
+        return std::abs(nanoseconds) < Most ? sum(store.start(), std::llround(nanoseconds)) : std::nullopt;
+    }
+    const std::optional<qint64> offset = epochOffset(info);
+    const std::optional<qint64> moment = offset ? clockTime(wanted, store.start() + *offset) : std::optional<qint64>();
+    return moment ? timeDistance(*offset, *moment) : std::nullopt;
+}
+
 qint64 rowOfText(const QString &text, const BusFrameStore &store, const CaptureInfo &info)
 {
     const qint64 rows = store.size();
@@ -141,14 +154,6 @@ qint64 rowOfText(const QString &text, const BusFrameStore &store, const CaptureI
     if (isNumber || rows == 0) {
         return number >= 1 && number <= rows ? number - 1 : -1;
     }
-    std::optional<qint64> time;
-    if (const std::optional<double> seconds = secondsOf(wanted)) {
-        const double nanoseconds = *seconds * static_cast<double>(NanosecondsPerSecond);
-        constexpr double Most = 9e18;
-        time = std::abs(nanoseconds) < Most ? sum(store.start(), std::llround(nanoseconds)) : std::nullopt;
-    } else if (const std::optional<qint64> offset = epochOffset(info)) {
-        const std::optional<qint64> moment = clockTime(wanted, store.start() + *offset);
-        time = moment ? timeDistance(*offset, *moment) : std::nullopt;
-    }
+    const std::optional<qint64> time = timeOfText(wanted, store, info);
     return time ? std::min(store.firstRowAt(*time), rows - 1) : -1;
 }

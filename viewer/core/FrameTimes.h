@@ -49,7 +49,9 @@ QString absoluteTimeText(qint64 nanoseconds);
 /// Seconds with 9 digits behind the point: "-0.000001000".
 QString durationText(qint64 nanoseconds);
 
-/// The row that text names, -1 where it names none: a whole number is a frame's number, from 1; "12.5", "12.5s", "300
-/// ms" and "5 min" are times since the start; "13:45:06.5" is the first such clock time from the capture's start on,
-/// and "2024-05-17 13:45:06" that moment. Of a time it is the first row that has reached it, or the last of all.
+/// The time that text names, in the frames' time base; nothing where it names none: "12.5", "12.5s", "300 ms" and "5
+/// min" since the start; "13:45:06.5", the first such clock time from the capture's start on; "2024-05-17 13:45:06".
+std::optional<qint64> timeOfText(const QString &text, const BusFrameStore &store, const CaptureInfo &info);
+/// The row that text names, -1 where it names none: a whole number is a frame's number, from 1; anything
+/// else a time, as timeOfText() reads it. Of a time it is the first row that has reached it, or the last of all.
 qint64 rowOfText(const QString &text, const BusFrameStore &store, const CaptureInfo &info);

@@ -127,7 +127,8 @@ void OpenCapture::find(const Filter &filter, qint64 row, bool isBackward)
 int OpenCapture::secondsLeft() const
 {
     const LoadProgress progress = m_loader->progress();
-    if (progress.size <= 0 || progress.bytes <= 0 || progress.bytes > progress.size) {
+    constexpr int EarliestMs = 1000;
+    if (m_sinceBegin.elapsed() < EarliestMs || progress.size <= 0 || progress.bytes <= 0 || progress.bytes > progress.size) {
         return -1;
     }
     const double passed = static_cast<double>(m_sinceBegin.elapsed()) / 1000;

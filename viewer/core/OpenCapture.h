@@ -59,7 +59,8 @@ public:
     Bookmarks &bookmarks() { return m_bookmarks; }
     const Bookmarks &bookmarks() const { return m_bookmarks; }
 
-    /// Seconds that loading still takes, by what it took so far; -1 where that cannot be told.
+    /// Seconds that loading still takes, by what it took so far; -1 in the first second, and where that
+    /// cannot be told.
     int secondsLeft() const;
 
 signals:

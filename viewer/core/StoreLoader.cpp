@@ -25,6 +25,7 @@ struct StoreLoader::Load
     void run();
     LoadProgress::State readAll(CaptureStream &stream);
     bool readToEnd(CaptureStream &stream, LoadProgress::State &failure);
+    bool isStillThere(const CaptureStream &stream);
     void waitForMore();
     void begin(FrameReader &reader, const BusFrame &first);
     void publish(const CaptureStream &stream);
@@ -105,6 +106,21 @@ void StoreLoader::Load::waitForMore()
     wake.wait_for(lock, std::chrono::milliseconds(FollowMs), [this] { return isStopped || !isFollowed; });
 }
 
+/// False, with the error, when the file that is followed is not what it was.
+bool StoreLoader::Load::isStillThere(const CaptureStream &stream)
+{
+    const bool isShorter = stream.size() > 0 && stream.size() < stream.position();
+    if (!isShorter && stream.isInPlace()) {
+        return true;
+    }
+    const std::lock_guard<std::mutex> lock(mutex);
+    error = isShorter
+                ? QCoreApplication::translate("StoreLoader", "The file has become shorter while it was followed.")
+                : QCoreApplication::translate("StoreLoader", "The file was deleted, moved away, replaced or emptied "
+                                                             "while it was followed. What was read before is here.");
+    return false;
+}
+
 LoadProgress::State StoreLoader::Load::readAll(CaptureStream &stream)
 {
     LoadProgress::State failure = LoadProgress::State::Failed;
@@ -121,9 +137,7 @@ LoadProgress::State StoreLoader::Load::readAll(CaptureStream &stream)
             error = QCoreApplication::translate("StoreLoader", "Reading failed before the end of the file.");
             return LoadProgress::State::Failed;
         }
-        if (!isLast && stream.size() > 0 && stream.size() < stream.position()) {
-            const std::lock_guard<std::mutex> lock(mutex);
-            error = QCoreApplication::translate("StoreLoader", "The file has become shorter while it was followed.");
+        if (!isLast && !isStillThere(stream)) {
             return LoadProgress::State::Failed;
         }
         isMore = !isLast;

@@ -1,14 +1,11 @@
-#include "exchange/command/CaptureSink.h"
+#include "exchange/CaptureSink.h"
 
 #include "device/SaveTarget.h"
-#include "exchange/command/Terminal.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QFileInfo>
 #include <QSaveFile>
 
-#include <cstdio>
 #include <utility>
 
 namespace {
@@ -32,32 +29,23 @@ std::unique_ptr<QFileDevice> opened(const QString &path, CaptureSink::Way way)
 
 } // namespace
 
-CaptureSink::CaptureSink(QString path, std::unique_ptr<QFileDevice> file)
-    : m_path(std::move(path))
+CaptureSink::CaptureSink(QString name, std::unique_ptr<QFileDevice> file)
+    : m_name(std::move(name))
     , m_file(std::move(file))
     , m_out(*m_file)
 {
 }
 
-std::unique_ptr<CaptureSink> CaptureSink::open(const QString &path, bool isReplaced, Way way, QString &error)
+std::unique_ptr<CaptureSink> CaptureSink::open(const QString &path, Way way, QString &error)
 {
-    std::unique_ptr<QFileDevice> file;
-    if (path == QLatin1String("-")) {
-        Terminal::makeBinary(Terminal::Output);
-        auto output = std::make_unique<QFile>();
-        output->open(stdout, QIODevice::WriteOnly | QIODevice::Unbuffered);
-        file = std::move(output);
-    } else if (!isReplaced && (QFileInfo::exists(path) || QFileInfo(path).isSymLink())) {
-        error = Texts::tr("%1 exists already. It is replaced with --force only.").arg(path);
-        return nullptr;
-    } else {
-        file = opened(path, way);
-    }
+    std::unique_ptr<QFileDevice> file = opened(path, way);
     if (file == nullptr) {
         error = Texts::tr("%1 cannot be written.").arg(path);
         return nullptr;
     }
-    return std::unique_ptr<CaptureSink>(new CaptureSink(path, std::move(file)));
+    auto sink = std::make_unique<CaptureSink>(path, std::move(file));
+    sink->m_takesTime = true;
+    return sink;
 }
 
 bool CaptureSink::flush()
@@ -69,15 +57,15 @@ bool CaptureSink::commit(qint64 lastTime, QString &error)
 {
     auto *whole = qobject_cast<QSaveFile *>(m_file.get());
     if (!flush() || (whole != nullptr && !whole->commit())) {
-        error = Texts::tr("%1 cannot be written: %2").arg(m_path, m_file->errorString());
+        error = Texts::tr("%1 cannot be written: %2").arg(m_name, m_file->errorString());
         return false;
     }
     if (whole == nullptr) {
         m_file->close();
     }
-    if (lastTime >= 0 && m_path != QLatin1String("-")) {
+    if (lastTime >= 0 && m_takesTime) {
         // That of the last frame, as if the program had saved the capture then: its times have no date of their own.
-        QFile file(m_path);
+        QFile file(m_name);
         if (file.open(QIODevice::ReadWrite)) {
             file.setFileTime(QDateTime::fromMSecsSinceEpoch(lastTime), QFileDevice::FileModificationTime);
         }

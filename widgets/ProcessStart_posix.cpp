@@ -1,0 +1,10 @@
+#include "widgets/ProcessStart.h"
+
+#include <QtGlobal>
+
+void prepareProcess()
+{
+    for (const char *name : {"QT_PLUGIN_PATH", "QT_QPA_PLATFORM_PLUGIN_PATH"}) {
+        qunsetenv(name);
+    }
+}
