@@ -106,7 +106,7 @@ void tst_FrameColumns::longData()
 /// Each filter passes the frame that it was made of, and none of the others that differ from it in that cell.
 void tst_FrameColumns::sameCellPassesItsFrameOnly()
 {
-    const FrameColumns::Names names{{0x123, QStringLiteral("Engine")}};
+    const FrameNames names({{0x123, QStringLiteral("Engine")}});
     std::vector<BusFrame> frames{canFrame(0, 0x123, "DEAD"),
                                  canFrame(-900, 0x124, "DEAE"),
                                  canFrame(1234567890123456789, 0x123, "", BusFrame::Extended),
@@ -149,8 +149,7 @@ void tst_FrameColumns::namesWithQuotationMarks()
 {
     BusFrameStore store;
     fill(store, {canFrame(0, 1), canFrame(0, 2), canFrame(0, 3)});
-    const FrameColumns::Names names{
-        {1, QStringLiteral("a\"b")}, {2, QStringLiteral("a'b")}, {3, QStringLiteral("\"'")}};
+    const FrameNames names({{1, QStringLiteral("a\"b")}, {2, QStringLiteral("a'b")}, {3, QStringLiteral("\"'")}});
     const auto filter = [&](qint64 row) {
         return FrameColumns::sameCell(FrameColumn::Name, store, row, names);
     };
