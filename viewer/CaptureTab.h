@@ -35,6 +35,8 @@ public:
     void showPanels(bool isShown);
     /// Makes a row the current one, or where the filter does not pass it, the next one that is shown.
     void showRow(qint64 row);
+    /// In place of the filter that was there.
+    void filterBy(const QString &filter);
     void editFilter();
     void editFind();
     void findNext(bool isBackward);

@@ -37,6 +37,11 @@ QString ViewerSettings::bookmarkFolder() const
     return QDir(m_folder).filePath(QStringLiteral("bookmarks"));
 }
 
+QString ViewerSettings::busLoadFile() const
+{
+    return QDir(m_folder).filePath(QStringLiteral("busload.ini"));
+}
+
 QString ViewerSettings::language() const
 {
     QString stored = QSettings(file(), QSettings::IniFormat).value(QLatin1String(LanguageKey)).toString();

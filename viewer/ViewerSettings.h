@@ -24,6 +24,8 @@ public:
     QByteArray windowGeometry() const;
     void setWindowGeometry(const QByteArray &geometry) const;
     QString bookmarkFolder() const;
+    /// Of BusLoadMemory.
+    QString busLoadFile() const;
 
 private:
     QString file() const;

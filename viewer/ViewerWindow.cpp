@@ -1,5 +1,6 @@
 #include "viewer/ViewerWindow.h"
 
+#include "viewer/AnalyseMenu.h"
 #include "viewer/CaptureTab.h"
 #include "viewer/core/CaptureFile.h"
 #include "widgets/CMessageBox.h"
@@ -70,6 +71,7 @@ ViewerWindow::ViewerWindow(ViewerSettings settings, Opener opener, QWidget *pare
     makeFileMenu();
     makeGoMenu();
     makeViewMenu();
+    new AnalyseMenu(*menuBar(), *m_tabs, BusLoadMemory(m_settings.busLoadFile()));
     resize(StartWidth, StartHeight);
     restoreGeometry(m_settings.windowGeometry());
     slot_tabsChanged();

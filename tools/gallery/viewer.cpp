@@ -1,11 +1,14 @@
 // x9_viewer_gallery LANGUAGE FOLDER   Takes pictures of the viewer with a made-up capture (LANGUAGE zh or en):
-// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter.png and ...-viewer-dark.png, for a QT_SCALE_FACTOR of 2 ...@2x.png.
+// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter.png, ...-viewer-dark.png, and of its other windows; for a
+// QT_SCALE_FACTOR of 2 ...@2x.png.
 
 #include "tests/viewer/SyntheticCapture.h"
 #include "viewer/CaptureTab.h"
+#include "viewer/ComparisonWindow.h"
 #include "viewer/ViewerApplication.h"
 #include "viewer/ViewerWindow.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QTemporaryDir>
@@ -15,6 +18,13 @@
 namespace {
 
 constexpr qint64 Frames = 200000;
+
+/// Opens a window by the entry of a menu; null where none came.
+QWidget *openWindow(ViewerWindow &window, const char *action, const char *name)
+{
+    window.findChild<QAction *>(QLatin1String(action))->trigger();
+    return window.findChild<QWidget *>(QLatin1String(name));
+}
 
 /// As a system with light letters on dark windows hands it to programs.
 QPalette darkPalette()
@@ -45,9 +55,12 @@ int main(int argc, char *argv[])
                         [](const QString & /*path*/) { return syntheticCapture(Frames); });
     window.show();
     const QString suffix = application.devicePixelRatio() > 1.5 ? QStringLiteral("@2x.png") : QStringLiteral(".png");
+    const auto saveOther = [&](QWidget &shown, const QString &name) {
+        QTest::qWait(700); // windows are brought up to date twice a second
+        return shown.grab().save(QDir(arguments.at(2)).filePath(arguments.at(1) + QLatin1Char('-') + name + suffix));
+    };
     const auto save = [&](const QString &name) {
-        QTest::qWait(700); // the overview is brought up to date twice a second
-        return window.grab().save(QDir(arguments.at(2)).filePath(arguments.at(1) + QLatin1Char('-') + name + suffix));
+        return saveOther(window, name);
     };
     bool isSaved = save(QStringLiteral("viewer-welcome"));
     window.openFiles({QStringLiteral("drive.csv"), QStringLiteral("bench.blf")});
@@ -62,8 +75,22 @@ int main(int argc, char *argv[])
     isSaved = QTest::qWaitFor([&tab] { return !tab.capture().isFiltering(); }) && isSaved;
     filter->setText(QStringLiteral("data[5] == 1 and not exd"));
     isSaved = isSaved && save(QStringLiteral("viewer-filter"));
+    filter->take({});
+    tab.toggleMark();
+    tab.table().setCurrentPlace(30001); // its switch moves there
+    tab.toggleMark();
+    const QVector<QPair<QWidget *, QString>> others{
+        {openWindow(window, "compareAtMark", "comparison"), QStringLiteral("viewer-compare")},
+        {openWindow(window, "periods", "periods"), QStringLiteral("viewer-periods")},
+        {openWindow(window, "busLoad", "busLoad"), QStringLiteral("viewer-bus-load")}};
+    for (const auto &[shown, name] : others) {
+        isSaved = isSaved && shown != nullptr && saveOther(*shown, name);
+    }
     filter->take(QStringLiteral("fd or error"));
     QApplication::setPalette(darkPalette());
+    for (const auto &[shown, name] : others) {
+        isSaved = isSaved && saveOther(*shown, name + QStringLiteral("-dark"));
+    }
     isSaved = isSaved && save(QStringLiteral("viewer-dark"));
     return isSaved ? 0 : 1;
 }
