@@ -30,6 +30,7 @@ AnalysisPlot::AnalysisPlot(QWidget *parent)
     setFocusPolicy(Qt::StrongFocus);
     auto *ground = new QwtPlotCanvas;
     ground->setFrameStyle(QFrame::NoFrame);
+    ground->setPaintAttribute(QwtPlotCanvas::BackingStore, false); // its last column is not always drawn
     ground->installEventFilter(this);
     setCanvas(ground);
     m_grid->attach(this);
@@ -149,7 +150,8 @@ bool AnalysisPlot::eventFilter(QObject *object, QEvent *event)
             const auto *wheel = static_cast<QWheelEvent *>(event);
             const int steps = wheel->angleDelta().y();
             if (steps != 0) {
-                zoom(steps > 0 ? ZoomStep : 1 / ZoomStep, invTransform(QwtPlot::xBottom, qRound(wheel->position().x())));
+                zoom(steps > 0 ? ZoomStep : 1 / ZoomStep,
+                     invTransform(QwtPlot::xBottom, qRound(wheel->position().x())));
             }
             return true;
         }

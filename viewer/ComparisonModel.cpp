@@ -15,7 +15,7 @@ struct ColumnLook
 
 constexpr std::array<ColumnLook, ComparisonModel::ColumnCount> Looks{
     {{QT_TRANSLATE_NOOP("ComparisonModel", "Channel"), 9},
-     {QT_TRANSLATE_NOOP("ComparisonModel", "ID"), 11},
+     {QT_TRANSLATE_NOOP("ComparisonModel", "ID"), 13},
      {QT_TRANSLATE_NOOP("ComparisonModel", "Name"), 12},
      {QT_TRANSLATE_NOOP("ComparisonModel", "What differs"), 34},
      {QT_TRANSLATE_NOOP("ComparisonModel", "Bytes A"), 36},
@@ -234,10 +234,10 @@ QString ComparisonModel::text(int row, Column column) const
     case Channel:
         return QString::number(identifier.difference.channel + 1);
     case Identifier:
-        return FrameColumns::identifierText(identifier.difference.key);
-    case Name:
         return (identifier.difference.key & ErrorKey) != 0 ? tr("error frames")
-                                                           : m_names.value(identifier.difference.key);
+                                                           : FrameColumns::identifierText(identifier.difference.key);
+    case Name:
+        return m_names.value(identifier.difference.key);
     case Difference:
         return differenceText(identifier);
     case BytesA:

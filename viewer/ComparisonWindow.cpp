@@ -318,7 +318,13 @@ void ComparisonWindow::slot_look()
     }
     m_request = request;
     m_table->setColumnHidden(ComparisonModel::Channel, !request.tellsChannels);
-    m_model.setNames(identifierNames(tabOf(m_sides[0])->capture()));
+    FrameColumns::Names names = identifierNames(tabOf(m_sides[0])->capture());
+    const FrameColumns::Names others = identifierNames(tabOf(m_sides[1])->capture());
+    for (auto it = others.begin(); it != others.end(); ++it) {
+        names.insert(it.key(), names.value(it.key(), it.value()));
+    }
+    m_table->setColumnHidden(ComparisonModel::Name, names.isEmpty());
+    m_model.setNames(names);
     ComparisonThresholds thresholds;
     thresholds.rate = request.percent / 100.0;
     thresholds.period = thresholds.rate;

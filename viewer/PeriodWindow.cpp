@@ -161,7 +161,8 @@ void PeriodWindow::addMarkers()
         auto *marker = new QwtPlotMarker;
         marker->setLineStyle(QwtPlotMarker::VLine);
         marker->setLabel(name);
-        marker->setLabelAlignment(Qt::AlignRight | Qt::AlignTop);
+        const bool isAtTheLeft = m_markers.size() == Greatest || m_markers.size() == Below;
+        marker->setLabelAlignment((isAtTheLeft ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignTop);
         marker->attach(m_plot);
         m_markers.append(marker);
     }

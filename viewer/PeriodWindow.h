@@ -30,6 +30,8 @@ public:
 
     void setIdentifier(FrameKey key, quint16 channel);
     bool saveCsv(const QString &path) const;
+    /// The latest; null before the first.
+    const std::shared_ptr<const Periods> &periods() const { return m_periods; }
 
 private slots:
     void slot_look();
