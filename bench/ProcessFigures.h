@@ -4,6 +4,9 @@
 /// counts it in steps of 15 ms, the seconds that have passed.
 double cpuSeconds();
 
+/// The same of the calling thread alone. On Windows it also counts what others run meanwhile.
+double threadSeconds();
+
 /// Bytes of this process that are held in RAM.
 double residentBytes();
 

@@ -1,13 +1,16 @@
-// bench_viewer [--frames N] [--json FILE]
+// bench_viewer [--frames N] [--json FILE] [--mode store|compare|periods|busload|overview]
 //
 // What the viewer does with a capture of N frames of 8 bytes (10,000,000) of 200 identifiers: memory of a frame;
 // appending; filters over all frames, from the start to the last result and to the first; finding a frame that is at
-// the other end; the overview; a histogram and the bus load; a signal in every frame from the start to the points of
-// the first picture (of a database, as the filters for signals are), and then pictures of ever other sections, 2000
-// columns wide; reading rows here and there, as a table does that scrolls. On as many threads as there are processors.
+// the other end; the overview; a histogram; a signal in every frame from the start to the points of the first picture (of a
+// database, as the filters for signals are), and then pictures of ever other sections, 2000 columns wide; reading rows
+// here and there, as a table does that scrolls. On as many threads as there are processors. With another mode than store,
+// a window with such a capture instead: how soon it shows something and all, and for how long it was busy in one go at
+// most.
 
 #include "bench/BenchReport.h"
 #include "bench/ProcessFigures.h"
+#include "bench/ViewerWindowsBench.h"
 
 #include "exchange/database/DatabaseFile.h"
 #include "viewer/core/DatabaseSignals.h"
@@ -251,20 +254,8 @@ void benchRows(BenchReport &report, const BusFrameStore &store)
     }
 }
 
-} // namespace
-
-int main(int argc, char *argv[])
+void benchStore(BenchReport &report, qint64 frames)
 {
-    const QCoreApplication application(argc, argv);
-    QCommandLineParser parser;
-    parser.addHelpOption();
-    parser.addOptions({{QStringLiteral("frames"), QStringLiteral("Frames of the capture (10000000)."),
-                        QStringLiteral("N"), QStringLiteral("10000000")},
-                       {QStringLiteral("json"), QStringLiteral("Write the figures to FILE."), QStringLiteral("FILE")}});
-    parser.process(application);
-    const qint64 frames = std::max<qint64>(100000, parser.value(QStringLiteral("frames")).toLongLong());
-
-    BenchReport report;
     const auto store = std::make_shared<BusFrameStore>();
     const double before = residentBytes();
     QElapsedTimer clock;
@@ -282,6 +273,35 @@ int main(int argc, char *argv[])
     benchFind(report, *store);
     benchOverview(report, *store);
     benchSeries(report, store);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QStringList arguments;
+    std::transform(argv, argv + argc, std::back_inserter(arguments),
+                   [](const char *argument) { return QString::fromLocal8Bit(argument); });
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    parser.addOptions({{QStringLiteral("frames"), QStringLiteral("Frames of the capture (10000000)."),
+                        QStringLiteral("N"), QStringLiteral("10000000")},
+                       {QStringLiteral("json"), QStringLiteral("Write the figures to FILE."), QStringLiteral("FILE")},
+                       {QStringLiteral("mode"), QStringLiteral("What is measured (store)."), QStringLiteral("MODE"),
+                        QStringLiteral("store")}});
+    parser.process(arguments);
+    const qint64 frames = std::max<qint64>(100000, parser.value(QStringLiteral("frames")).toLongLong());
+    const QString mode = parser.value(QStringLiteral("mode"));
+
+    BenchReport report;
+    if (viewerWindowModes().contains(mode)) {
+        if (!benchViewerWindow(report, mode, frames, argc, argv)) {
+            qFatal("%s does not come to an end", qPrintable(mode));
+        }
+    } else {
+        const QCoreApplication application(argc, argv);
+        benchStore(report, frames);
+    }
     report.print();
     return report.writeJson(parser.value(QStringLiteral("json"))) ? 0 : 1;
 }

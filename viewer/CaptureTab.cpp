@@ -5,7 +5,10 @@
 #include "viewer/CaptureSignals.h"
 #include "viewer/EndButton.h"
 #include "viewer/LoadNotice.h"
+#include "viewer/OverviewActions.h"
+#include "viewer/PeriodWindow.h"
 #include "viewer/TableLook.h"
+#include "viewer/TableText.h"
 
 #include <QCheckBox>
 #include <QDialog>
@@ -170,14 +173,8 @@ QWidget *CaptureTab::makeOverview()
     m_overview = new QTableView;
     m_overview->setObjectName(QStringLiteral("overview"));
     m_overview->setModel(m_sorted);
-    m_overview->setSortingEnabled(true);
+    setUpIdentifierTable(*m_overview);
     m_overview->sortByColumn(OverviewModel::Identifier, Qt::AscendingOrder);
-    m_overview->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_overview->setAlternatingRowColors(true);
-    m_overview->setTabKeyNavigation(false);
-    m_overview->verticalHeader()->hide();
-    m_overview->verticalHeader()->setDefaultSectionSize(m_overview->fontMetrics().height() + 6);
-    m_overview->horizontalHeader()->setStretchLastSection(true);
     for (int column = 0; column < OverviewModel::ColumnCount; ++column) {
         m_overview->setColumnWidth(column, OverviewModel::widthInCharacters(column) *
                                                m_overview->fontMetrics().horizontalAdvance(QLatin1Char('0')));
@@ -186,6 +183,10 @@ QWidget *CaptureTab::makeOverview()
     layout->addWidget(m_overview);
     connect(m_atRow, &QCheckBox::toggled, this, &CaptureTab::slot_updateOverview);
     connect(m_overview, &QTableView::activated, this, &CaptureTab::slot_overviewActivated);
+    auto *actions = new OverviewActions(*m_overview, m_identifiers);
+    connect(actions, &OverviewActions::sig_filterWanted, this, &CaptureTab::slot_filterWanted);
+    connect(actions, &OverviewActions::sig_histogramWanted, this,
+            [this](FrameKey key, quint16 channel) { PeriodWindow::open(*this, key, channel); });
     return part;
 }
 
@@ -351,6 +352,11 @@ void CaptureTab::goToBookmark(bool isBackward)
     tell({});
     showRow(found);
     tell(m_capture.bookmarks().note(found));
+}
+
+void CaptureTab::filterBy(const QString &filter)
+{
+    m_filter->take(filter);
 }
 
 void CaptureTab::slot_overviewActivated(const QModelIndex &index)

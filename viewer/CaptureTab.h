@@ -46,7 +46,8 @@ public:
     /// Makes a row the current one, or where the filter does not pass it, the next one that is shown.
     void showRow(qint64 row);
     QString filterText() const { return m_filter->text(); }
-    void takeFilter(const QString &text) { m_filter->take(text); }
+    /// In place of the filter that was there.
+    void filterBy(const QString &filter);
     void editFilter();
     void editFind();
     void findNext(bool isBackward);

@@ -1,5 +1,7 @@
 #include "viewer/OverviewModel.h"
 
+#include "viewer/ByteDelegate.h"
+
 #include <algorithm>
 #include <array>
 
@@ -76,9 +78,21 @@ QVariant OverviewModel::data(const QModelIndex &index, int role) const
         return sortValue(index.row(), column);
     case Qt::TextAlignmentRole:
         return static_cast<int>(Qt::AlignVCenter | (column == Name || column == Data ? Qt::AlignLeft : Qt::AlignRight));
+    case ByteDelegate::MarksRole:
+        return column == Data ? marks(index.row()) : QByteArray();
     default:
         return {};
     }
+}
+
+QByteArray OverviewModel::marks(int row) const
+{
+    QByteArray found;
+    const QStringList bytes = dataText(row).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    for (const QString &byte : bytes) {
+        found.append(byte.startsWith(QLatin1Char('[')) ? ByteDelegate::Changed : ByteDelegate::None);
+    }
+    return found;
 }
 
 /// The bytes that the frame before had otherwise are in brackets.

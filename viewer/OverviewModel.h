@@ -31,6 +31,7 @@ public:
     void setRow(qint64 row);
     /// The filter that passes a row's frames.
     QString filterOf(int row) const;
+    const IdentifierStatistics &identifier(int row) const { return at(row); }
     /// Takes the figures as they are now.
     void update();
 
@@ -38,6 +39,7 @@ private:
     QString text(int row, Column column) const;
     QVariant sortValue(int row, Column column) const;
     QString dataText(int row) const;
+    QByteArray marks(int row) const;
     const IdentifierStatistics &at(int row) const { return m_identifiers[static_cast<std::size_t>(row)]; }
 
     OpenCapture &m_capture;

@@ -53,6 +53,11 @@ void ViewerSettings::addRecentDatabase(const QString &path) const
     addRecent(DatabasesKey, path);
 }
 
+QString ViewerSettings::busLoadFile() const
+{
+    return QDir(m_folder).filePath(QStringLiteral("busload.ini"));
+}
+
 QString ViewerSettings::language() const
 {
     QString stored = QSettings(file(), QSettings::IniFormat).value(QLatin1String(LanguageKey)).toString();

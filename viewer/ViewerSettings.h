@@ -25,6 +25,8 @@ public:
     QByteArray windowGeometry() const;
     void setWindowGeometry(const QByteArray &geometry) const;
     QString bookmarkFolder() const;
+    /// Of BusLoadMemory.
+    QString busLoadFile() const;
     QString databaseFolder() const;
     /// Paths of databases that were added to captures, the last one first.
     QStringList recentDatabases() const;

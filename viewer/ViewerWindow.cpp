@@ -1,5 +1,6 @@
 #include "viewer/ViewerWindow.h"
 
+#include "viewer/AnalyseMenu.h"
 #include "viewer/CaptureKinds.h"
 #include "viewer/CaptureSignals.h"
 #include "viewer/CaptureTab.h"
@@ -78,6 +79,7 @@ ViewerWindow::ViewerWindow(ViewerSettings settings, Opener opener, QWidget *pare
     menuBar()->addMenu(new SignalMenu(
         m_settings, [this] { return currentTab(); }, this));
     makeViewMenu();
+    new AnalyseMenu(*menuBar(), *m_tabs, BusLoadMemory(m_settings.busLoadFile()));
     resize(StartWidth, StartHeight);
     restoreGeometry(m_settings.windowGeometry());
     slot_tabsChanged();
@@ -252,7 +254,7 @@ void ViewerWindow::slot_loadAgain()
     }
     const int index = m_tabs->currentIndex();
     CaptureTab *tab = addTab(old->capture().path(), index);
-    tab->takeFilter(old->filterText());
+    tab->filterBy(old->filterText());
     m_tabs->setCurrentIndex(index);
     m_tabs->removeTab(index + 1);
     old->deleteLater(); // the click that led here may have been in it

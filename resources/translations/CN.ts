@@ -4251,4 +4251,488 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <translation>时间 [s]</translation>
     </message>
 </context>
+<context>
+    <name>AnalyseMenu</name>
+    <message>
+        <source>&amp;Analyse</source>
+        <translation>分析(&amp;A)</translation>
+    </message>
+    <message>
+        <source>&amp;Compare captures...</source>
+        <translation>比较记录(&amp;C)...</translation>
+    </message>
+    <message>
+        <source>Compare before and after the &amp;marked frame</source>
+        <translation>比较标记帧之前与之后(&amp;M)</translation>
+    </message>
+    <message>
+        <source>Histogram of &amp;periods...</source>
+        <translation>周期直方图(&amp;P)...</translation>
+    </message>
+    <message>
+        <source>Bus &amp;load...</source>
+        <translation>总线负载(&amp;L)...</translation>
+    </message>
+</context>
+<context>
+    <name>BusLoadWindow</name>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 秒</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 毫秒</translation>
+    </message>
+    <message>
+        <source>Bus load - %1</source>
+        <translation>总线负载 - %1</translation>
+    </message>
+    <message>
+        <source>Time since the start [s]</source>
+        <translation>自开始的时间 [s]</translation>
+    </message>
+    <message>
+        <source>Bus load [%]</source>
+        <translation>总线负载 [%]</translation>
+    </message>
+    <message>
+        <source>&amp;Steps of:</source>
+        <translation>步长(&amp;S)：</translation>
+    </message>
+    <message>
+        <source>&amp;Limit:</source>
+        <translation>限值(&amp;L)：</translation>
+    </message>
+    <message>
+        <source>Bit rates are set in the table (500k, 2M). A click shows the frame at that time.</source>
+        <translation>波特率在表中设置（500k、2M）。单击图形显示该时刻的帧。</translation>
+    </message>
+    <message>
+        <source>&amp;Next above the limit</source>
+        <translation>下一个超限处(&amp;N)</translation>
+    </message>
+    <message>
+        <source>Save &amp;picture...</source>
+        <translation>保存图片(&amp;P)...</translation>
+    </message>
+    <message>
+        <source>Save picture</source>
+        <translation>保存图片</translation>
+    </message>
+    <message>
+        <source>Save &amp;CSV...</source>
+        <translation>保存 CSV(&amp;C)...</translation>
+    </message>
+    <message>
+        <source>Save CSV</source>
+        <translation>保存 CSV</translation>
+    </message>
+    <message>
+        <source>Channel</source>
+        <translation>通道</translation>
+    </message>
+    <message>
+        <source>Bit rate [bit/s]</source>
+        <translation>波特率 [bit/s]</translation>
+    </message>
+    <message>
+        <source>Data [bit/s]</source>
+        <translation>数据段 [bit/s]</translation>
+    </message>
+    <message>
+        <source>LIN [bit/s]</source>
+        <translation>LIN [bit/s]</translation>
+    </message>
+    <message>
+        <source>Frames</source>
+        <translation>帧数</translation>
+    </message>
+    <message>
+        <source>Least [%]</source>
+        <translation>最小 [%]</translation>
+    </message>
+    <message>
+        <source>Mean [%]</source>
+        <translation>平均 [%]</translation>
+    </message>
+    <message>
+        <source>Greatest [%]</source>
+        <translation>最大 [%]</translation>
+    </message>
+    <message>
+        <source>Steps above</source>
+        <translation>超限步数</translation>
+    </message>
+    <message>
+        <source>adding up...</source>
+        <translation>正在累计...</translation>
+    </message>
+    <message>
+        <source>That is no bit rate: write 500000, 500k or 2M.</source>
+        <translation>这不是波特率：请写 500000、500k 或 2M。</translation>
+    </message>
+    <message>
+        <source>Steps of %1, because there are too many.</source>
+        <translation>步数过多，步长改为 %1。</translation>
+    </message>
+    <message>
+        <source>There are no frames that have a time.</source>
+        <translation>没有带时间的帧。</translation>
+    </message>
+    <message>
+        <source>No step is above the limit.</source>
+        <translation>没有超过限值的步。</translation>
+    </message>
+    <message>
+        <source>That was the last one; next comes the first again.</source>
+        <translation>这是最后一个；接下来回到第一个。</translation>
+    </message>
+    <message>
+        <source>channel %1 [%]</source>
+        <translation>通道 %1 [%]</translation>
+    </message>
+</context>
+<context>
+    <name>ComparisonModel</name>
+    <message>
+        <source>Channel</source>
+        <translation>通道</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>帧ID</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>What differs</source>
+        <translation>不同之处</translation>
+    </message>
+    <message>
+        <source>Bytes A</source>
+        <translation>A 的字节</translation>
+    </message>
+    <message>
+        <source>Bytes B</source>
+        <translation>B 的字节</translation>
+    </message>
+    <message>
+        <source>Count A</source>
+        <translation>A 数量</translation>
+    </message>
+    <message>
+        <source>Count B</source>
+        <translation>B 数量</translation>
+    </message>
+    <message>
+        <source>B - A</source>
+        <translation>B - A</translation>
+    </message>
+    <message>
+        <source>Rate A [1/s]</source>
+        <translation>A 频率 [1/s]</translation>
+    </message>
+    <message>
+        <source>Rate B [1/s]</source>
+        <translation>B 频率 [1/s]</translation>
+    </message>
+    <message>
+        <source>B - A [1/s]</source>
+        <translation>B - A [1/s]</translation>
+    </message>
+    <message>
+        <source>Period A [ms]</source>
+        <translation>A 周期 [ms]</translation>
+    </message>
+    <message>
+        <source>Period B [ms]</source>
+        <translation>B 周期 [ms]</translation>
+    </message>
+    <message>
+        <source>B - A [ms]</source>
+        <translation>B - A [ms]</translation>
+    </message>
+    <message>
+        <source>Length A</source>
+        <translation>A 长度</translation>
+    </message>
+    <message>
+        <source>Length B</source>
+        <translation>B 长度</translation>
+    </message>
+    <message>
+        <source>byte %1</source>
+        <translation>字节 %1</translation>
+    </message>
+    <message>
+        <source>%1 bit %2</source>
+        <translation>%1 位 %2</translation>
+    </message>
+    <message>
+        <source>only in A</source>
+        <translation>仅在 A 中</translation>
+    </message>
+    <message>
+        <source>only in B</source>
+        <translation>仅在 B 中</translation>
+    </message>
+    <message>
+        <source>%1 moves in B</source>
+        <translation>%1 在 B 中变化</translation>
+    </message>
+    <message>
+        <source>%1 moves in A</source>
+        <translation>%1 在 A 中变化</translation>
+    </message>
+    <message>
+        <source>length</source>
+        <translation>长度</translation>
+    </message>
+    <message>
+        <source>rate</source>
+        <translation>频率</translation>
+    </message>
+    <message>
+        <source>period</source>
+        <translation>周期</translation>
+    </message>
+    <message>
+        <source>error frames</source>
+        <translation>错误帧</translation>
+    </message>
+</context>
+<context>
+    <name>ComparisonWindow</name>
+    <message>
+        <source>Compare captures</source>
+        <translation>比较记录</translation>
+    </message>
+    <message>
+        <source>S&amp;wap</source>
+        <translation>交换(&amp;W)</translation>
+    </message>
+    <message>
+        <source>all frames</source>
+        <translation>全部帧</translation>
+    </message>
+    <message>
+        <source>before the marked frame</source>
+        <translation>标记帧之前</translation>
+    </message>
+    <message>
+        <source>from the marked frame on</source>
+        <translation>自标记帧起</translation>
+    </message>
+    <message>
+        <source>from a time to a time</source>
+        <translation>时间段</translation>
+    </message>
+    <message>
+        <source>start</source>
+        <translation>开始</translation>
+    </message>
+    <message>
+        <source>end</source>
+        <translation>结束</translation>
+    </message>
+    <message>
+        <source>Seconds since the start (12.5, 300 ms), a clock time (13:45:06) or a frame's number</source>
+        <translation>自开始的秒数（12.5、300 ms）、时刻（13:45:06）或帧的序号</translation>
+    </message>
+    <message>
+        <source>Only what &amp;differs</source>
+        <translation>仅显示不同(&amp;D)</translation>
+    </message>
+    <message>
+        <source>&amp;Tell channels apart</source>
+        <translation>区分通道(&amp;T)</translation>
+    </message>
+    <message>
+        <source>&amp;Rates and periods differ from:</source>
+        <translation>频率和周期的差异阈值(&amp;R)：</translation>
+    </message>
+    <message>
+        <source>bits that never change, but are not the same in A and B</source>
+        <translation>各自不变，但 A 与 B 不同的位</translation>
+    </message>
+    <message>
+        <source>bits that never change in A, but do in B</source>
+        <translation>在 A 中不变、在 B 中变化的位</translation>
+    </message>
+    <message>
+        <source>bits that never change in B, but do in A</source>
+        <translation>在 B 中不变、在 A 中变化的位</translation>
+    </message>
+    <message>
+        <source>A double click shows the identifier in both captures, and in B the frame in which it is moved.</source>
+        <translation>双击在两个记录中显示该帧ID，并在 B 中转到其变化的帧。</translation>
+    </message>
+    <message>
+        <source>&amp;Copy all</source>
+        <translation>全部复制(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Save CS&amp;V...</source>
+        <translation>保存 CSV(&amp;V)...</translation>
+    </message>
+    <message>
+        <source>Save CSV</source>
+        <translation>保存 CSV</translation>
+    </message>
+    <message>
+        <source>Open the captures to compare, and choose them.</source>
+        <translation>请打开并选择要比较的记录。</translation>
+    </message>
+    <message>
+        <source>No frame is marked in %1: select one and press Ctrl+M.</source>
+        <translation>%1 中没有标记帧：请选择一帧并按 Ctrl+M。</translation>
+    </message>
+    <message>
+        <source>There is no frame “%1”.</source>
+        <translation>没有帧“%1”。</translation>
+    </message>
+    <message>
+        <source>comparing...</source>
+        <translation>正在比较...</translation>
+    </message>
+    <message>
+        <source>%1 of %2 identifiers differ; frames: A %3, B %4</source>
+        <translation>%2 个帧ID中有 %1 个不同；帧数：A %3，B %4</translation>
+    </message>
+    <message>
+        <source>, comparing...</source>
+        <translation>，正在比较...</translation>
+    </message>
+</context>
+<context>
+    <name>IdentifierNames</name>
+    <message>
+        <source>error frames</source>
+        <translation>错误帧</translation>
+    </message>
+</context>
+<context>
+    <name>OverviewActions</name>
+    <message>
+        <source>Only these</source>
+        <translation>仅显示这些</translation>
+    </message>
+    <message>
+        <source>Not these</source>
+        <translation>不显示这些</translation>
+    </message>
+    <message>
+        <source>Histogram of its periods...</source>
+        <translation>其周期的直方图...</translation>
+    </message>
+</context>
+<context>
+    <name>PeriodWindow</name>
+    <message>
+        <source>Periods - %1</source>
+        <translation>周期 - %1</translation>
+    </message>
+    <message>
+        <source>Period [ms]</source>
+        <translation>周期 [ms]</translation>
+    </message>
+    <message>
+        <source>Count</source>
+        <translation>数量</translation>
+    </message>
+    <message>
+        <source>without outliers</source>
+        <translation>不含离群值</translation>
+    </message>
+    <message>
+        <source>all periods</source>
+        <translation>全部周期</translation>
+    </message>
+    <message>
+        <source>automatic</source>
+        <translation>自动</translation>
+    </message>
+    <message>
+        <source> ms</source>
+        <translation> ms</translation>
+    </message>
+    <message>
+        <source>&amp;Logarithmic counts</source>
+        <translation>数量取对数(&amp;L)</translation>
+    </message>
+    <message>
+        <source>&amp;Identifier:</source>
+        <translation>帧ID(&amp;I)：</translation>
+    </message>
+    <message>
+        <source>&amp;Shown:</source>
+        <translation>显示(&amp;S)：</translation>
+    </message>
+    <message>
+        <source>&amp;Bin width:</source>
+        <translation>区间宽度(&amp;B)：</translation>
+    </message>
+    <message>
+        <source>A click on a bar shows a frame with such a period, the next click the next one.</source>
+        <translation>单击柱形显示具有该周期的帧，再次单击显示下一个。</translation>
+    </message>
+    <message>
+        <source>Save &amp;picture...</source>
+        <translation>保存图片(&amp;P)...</translation>
+    </message>
+    <message>
+        <source>Save &amp;CSV...</source>
+        <translation>保存 CSV(&amp;C)...</translation>
+    </message>
+    <message>
+        <source>Save picture</source>
+        <translation>保存图片</translation>
+    </message>
+    <message>
+        <source>Save CSV</source>
+        <translation>保存 CSV</translation>
+    </message>
+    <message>
+        <source>least</source>
+        <translation>最小</translation>
+    </message>
+    <message>
+        <source>mean</source>
+        <translation>平均</translation>
+    </message>
+    <message>
+        <source>greatest</source>
+        <translation>最大</translation>
+    </message>
+    <message>
+        <source>There are no periods: fewer than two frames that have a time.</source>
+        <translation>没有周期：带时间的帧少于两个。</translation>
+    </message>
+    <message>
+        <source>%1 periods: least %2 ms, mean %3 ms, greatest %4 ms, standard deviation %5 ms; %6 frames a second; bins of %7 ms</source>
+        <translation>%1 个周期：最小 %2 ms，平均 %3 ms，最大 %4 ms，标准差 %5 ms；每秒 %6 帧；区间宽 %7 ms</translation>
+    </message>
+    <message>
+        <source>; %1 shorter and %2 longer ones are not shown</source>
+        <translation>；更短的 %1 个和更长的 %2 个未显示</translation>
+    </message>
+</context>
+<context>
+    <name>TableText</name>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Copy as CSV</source>
+        <translation>复制为 CSV</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be written.</source>
+        <translation>无法写入“%1”。</translation>
+    </message>
+</context>
 </TS>

@@ -4251,4 +4251,488 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <translation>Time [s]</translation>
     </message>
 </context>
+<context>
+    <name>AnalyseMenu</name>
+    <message>
+        <source>&amp;Analyse</source>
+        <translation>&amp;Analyse</translation>
+    </message>
+    <message>
+        <source>&amp;Compare captures...</source>
+        <translation>&amp;Compare captures...</translation>
+    </message>
+    <message>
+        <source>Compare before and after the &amp;marked frame</source>
+        <translation>Compare before and after the &amp;marked frame</translation>
+    </message>
+    <message>
+        <source>Histogram of &amp;periods...</source>
+        <translation>Histogram of &amp;periods...</translation>
+    </message>
+    <message>
+        <source>Bus &amp;load...</source>
+        <translation>Bus &amp;load...</translation>
+    </message>
+</context>
+<context>
+    <name>BusLoadWindow</name>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 ms</translation>
+    </message>
+    <message>
+        <source>Bus load - %1</source>
+        <translation>Bus load - %1</translation>
+    </message>
+    <message>
+        <source>Time since the start [s]</source>
+        <translation>Time since the start [s]</translation>
+    </message>
+    <message>
+        <source>Bus load [%]</source>
+        <translation>Bus load [%]</translation>
+    </message>
+    <message>
+        <source>&amp;Steps of:</source>
+        <translation>&amp;Steps of:</translation>
+    </message>
+    <message>
+        <source>&amp;Limit:</source>
+        <translation>&amp;Limit:</translation>
+    </message>
+    <message>
+        <source>Bit rates are set in the table (500k, 2M). A click shows the frame at that time.</source>
+        <translation>Bit rates are set in the table (500k, 2M). A click shows the frame at that time.</translation>
+    </message>
+    <message>
+        <source>&amp;Next above the limit</source>
+        <translation>&amp;Next above the limit</translation>
+    </message>
+    <message>
+        <source>Save &amp;picture...</source>
+        <translation>Save &amp;picture...</translation>
+    </message>
+    <message>
+        <source>Save picture</source>
+        <translation>Save picture</translation>
+    </message>
+    <message>
+        <source>Save &amp;CSV...</source>
+        <translation>Save &amp;CSV...</translation>
+    </message>
+    <message>
+        <source>Save CSV</source>
+        <translation>Save CSV</translation>
+    </message>
+    <message>
+        <source>Channel</source>
+        <translation>Channel</translation>
+    </message>
+    <message>
+        <source>Bit rate [bit/s]</source>
+        <translation>Bit rate [bit/s]</translation>
+    </message>
+    <message>
+        <source>Data [bit/s]</source>
+        <translation>Data [bit/s]</translation>
+    </message>
+    <message>
+        <source>LIN [bit/s]</source>
+        <translation>LIN [bit/s]</translation>
+    </message>
+    <message>
+        <source>Frames</source>
+        <translation>Frames</translation>
+    </message>
+    <message>
+        <source>Least [%]</source>
+        <translation>Least [%]</translation>
+    </message>
+    <message>
+        <source>Mean [%]</source>
+        <translation>Mean [%]</translation>
+    </message>
+    <message>
+        <source>Greatest [%]</source>
+        <translation>Greatest [%]</translation>
+    </message>
+    <message>
+        <source>Steps above</source>
+        <translation>Steps above</translation>
+    </message>
+    <message>
+        <source>adding up...</source>
+        <translation>adding up...</translation>
+    </message>
+    <message>
+        <source>That is no bit rate: write 500000, 500k or 2M.</source>
+        <translation>That is no bit rate: write 500000, 500k or 2M.</translation>
+    </message>
+    <message>
+        <source>Steps of %1, because there are too many.</source>
+        <translation>Steps of %1, because there are too many.</translation>
+    </message>
+    <message>
+        <source>There are no frames that have a time.</source>
+        <translation>There are no frames that have a time.</translation>
+    </message>
+    <message>
+        <source>No step is above the limit.</source>
+        <translation>No step is above the limit.</translation>
+    </message>
+    <message>
+        <source>That was the last one; next comes the first again.</source>
+        <translation>That was the last one; next comes the first again.</translation>
+    </message>
+    <message>
+        <source>channel %1 [%]</source>
+        <translation>channel %1 [%]</translation>
+    </message>
+</context>
+<context>
+    <name>ComparisonModel</name>
+    <message>
+        <source>Channel</source>
+        <translation>Channel</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>What differs</source>
+        <translation>What differs</translation>
+    </message>
+    <message>
+        <source>Bytes A</source>
+        <translation>Bytes A</translation>
+    </message>
+    <message>
+        <source>Bytes B</source>
+        <translation>Bytes B</translation>
+    </message>
+    <message>
+        <source>Count A</source>
+        <translation>Count A</translation>
+    </message>
+    <message>
+        <source>Count B</source>
+        <translation>Count B</translation>
+    </message>
+    <message>
+        <source>B - A</source>
+        <translation>B - A</translation>
+    </message>
+    <message>
+        <source>Rate A [1/s]</source>
+        <translation>Rate A [1/s]</translation>
+    </message>
+    <message>
+        <source>Rate B [1/s]</source>
+        <translation>Rate B [1/s]</translation>
+    </message>
+    <message>
+        <source>B - A [1/s]</source>
+        <translation>B - A [1/s]</translation>
+    </message>
+    <message>
+        <source>Period A [ms]</source>
+        <translation>Period A [ms]</translation>
+    </message>
+    <message>
+        <source>Period B [ms]</source>
+        <translation>Period B [ms]</translation>
+    </message>
+    <message>
+        <source>B - A [ms]</source>
+        <translation>B - A [ms]</translation>
+    </message>
+    <message>
+        <source>Length A</source>
+        <translation>Length A</translation>
+    </message>
+    <message>
+        <source>Length B</source>
+        <translation>Length B</translation>
+    </message>
+    <message>
+        <source>byte %1</source>
+        <translation>byte %1</translation>
+    </message>
+    <message>
+        <source>%1 bit %2</source>
+        <translation>%1 bit %2</translation>
+    </message>
+    <message>
+        <source>only in A</source>
+        <translation>only in A</translation>
+    </message>
+    <message>
+        <source>only in B</source>
+        <translation>only in B</translation>
+    </message>
+    <message>
+        <source>%1 moves in B</source>
+        <translation>%1 moves in B</translation>
+    </message>
+    <message>
+        <source>%1 moves in A</source>
+        <translation>%1 moves in A</translation>
+    </message>
+    <message>
+        <source>length</source>
+        <translation>length</translation>
+    </message>
+    <message>
+        <source>rate</source>
+        <translation>rate</translation>
+    </message>
+    <message>
+        <source>period</source>
+        <translation>period</translation>
+    </message>
+    <message>
+        <source>error frames</source>
+        <translation>error frames</translation>
+    </message>
+</context>
+<context>
+    <name>ComparisonWindow</name>
+    <message>
+        <source>Compare captures</source>
+        <translation>Compare captures</translation>
+    </message>
+    <message>
+        <source>S&amp;wap</source>
+        <translation>S&amp;wap</translation>
+    </message>
+    <message>
+        <source>all frames</source>
+        <translation>all frames</translation>
+    </message>
+    <message>
+        <source>before the marked frame</source>
+        <translation>before the marked frame</translation>
+    </message>
+    <message>
+        <source>from the marked frame on</source>
+        <translation>from the marked frame on</translation>
+    </message>
+    <message>
+        <source>from a time to a time</source>
+        <translation>from a time to a time</translation>
+    </message>
+    <message>
+        <source>start</source>
+        <translation>start</translation>
+    </message>
+    <message>
+        <source>end</source>
+        <translation>end</translation>
+    </message>
+    <message>
+        <source>Seconds since the start (12.5, 300 ms), a clock time (13:45:06) or a frame's number</source>
+        <translation>Seconds since the start (12.5, 300 ms), a clock time (13:45:06) or a frame's number</translation>
+    </message>
+    <message>
+        <source>Only what &amp;differs</source>
+        <translation>Only what &amp;differs</translation>
+    </message>
+    <message>
+        <source>&amp;Tell channels apart</source>
+        <translation>&amp;Tell channels apart</translation>
+    </message>
+    <message>
+        <source>&amp;Rates and periods differ from:</source>
+        <translation>&amp;Rates and periods differ from:</translation>
+    </message>
+    <message>
+        <source>bits that never change, but are not the same in A and B</source>
+        <translation>bits that never change, but are not the same in A and B</translation>
+    </message>
+    <message>
+        <source>bits that never change in A, but do in B</source>
+        <translation>bits that never change in A, but do in B</translation>
+    </message>
+    <message>
+        <source>bits that never change in B, but do in A</source>
+        <translation>bits that never change in B, but do in A</translation>
+    </message>
+    <message>
+        <source>A double click shows the identifier in both captures, and in B the frame in which it is moved.</source>
+        <translation>A double click shows the identifier in both captures, and in B the frame in which it is moved.</translation>
+    </message>
+    <message>
+        <source>&amp;Copy all</source>
+        <translation>&amp;Copy all</translation>
+    </message>
+    <message>
+        <source>Save CS&amp;V...</source>
+        <translation>Save CS&amp;V...</translation>
+    </message>
+    <message>
+        <source>Save CSV</source>
+        <translation>Save CSV</translation>
+    </message>
+    <message>
+        <source>Open the captures to compare, and choose them.</source>
+        <translation>Open the captures to compare, and choose them.</translation>
+    </message>
+    <message>
+        <source>No frame is marked in %1: select one and press Ctrl+M.</source>
+        <translation>No frame is marked in %1: select one and press Ctrl+M.</translation>
+    </message>
+    <message>
+        <source>There is no frame “%1”.</source>
+        <translation>There is no frame “%1”.</translation>
+    </message>
+    <message>
+        <source>comparing...</source>
+        <translation>comparing...</translation>
+    </message>
+    <message>
+        <source>%1 of %2 identifiers differ; frames: A %3, B %4</source>
+        <translation>%1 of %2 identifiers differ; frames: A %3, B %4</translation>
+    </message>
+    <message>
+        <source>, comparing...</source>
+        <translation>, comparing...</translation>
+    </message>
+</context>
+<context>
+    <name>IdentifierNames</name>
+    <message>
+        <source>error frames</source>
+        <translation>error frames</translation>
+    </message>
+</context>
+<context>
+    <name>OverviewActions</name>
+    <message>
+        <source>Only these</source>
+        <translation>Only these</translation>
+    </message>
+    <message>
+        <source>Not these</source>
+        <translation>Not these</translation>
+    </message>
+    <message>
+        <source>Histogram of its periods...</source>
+        <translation>Histogram of its periods...</translation>
+    </message>
+</context>
+<context>
+    <name>PeriodWindow</name>
+    <message>
+        <source>Periods - %1</source>
+        <translation>Periods - %1</translation>
+    </message>
+    <message>
+        <source>Period [ms]</source>
+        <translation>Period [ms]</translation>
+    </message>
+    <message>
+        <source>Count</source>
+        <translation>Count</translation>
+    </message>
+    <message>
+        <source>without outliers</source>
+        <translation>without outliers</translation>
+    </message>
+    <message>
+        <source>all periods</source>
+        <translation>all periods</translation>
+    </message>
+    <message>
+        <source>automatic</source>
+        <translation>automatic</translation>
+    </message>
+    <message>
+        <source> ms</source>
+        <translation> ms</translation>
+    </message>
+    <message>
+        <source>&amp;Logarithmic counts</source>
+        <translation>&amp;Logarithmic counts</translation>
+    </message>
+    <message>
+        <source>&amp;Identifier:</source>
+        <translation>&amp;Identifier:</translation>
+    </message>
+    <message>
+        <source>&amp;Shown:</source>
+        <translation>&amp;Shown:</translation>
+    </message>
+    <message>
+        <source>&amp;Bin width:</source>
+        <translation>&amp;Bin width:</translation>
+    </message>
+    <message>
+        <source>A click on a bar shows a frame with such a period, the next click the next one.</source>
+        <translation>A click on a bar shows a frame with such a period, the next click the next one.</translation>
+    </message>
+    <message>
+        <source>Save &amp;picture...</source>
+        <translation>Save &amp;picture...</translation>
+    </message>
+    <message>
+        <source>Save &amp;CSV...</source>
+        <translation>Save &amp;CSV...</translation>
+    </message>
+    <message>
+        <source>Save picture</source>
+        <translation>Save picture</translation>
+    </message>
+    <message>
+        <source>Save CSV</source>
+        <translation>Save CSV</translation>
+    </message>
+    <message>
+        <source>least</source>
+        <translation>least</translation>
+    </message>
+    <message>
+        <source>mean</source>
+        <translation>mean</translation>
+    </message>
+    <message>
+        <source>greatest</source>
+        <translation>greatest</translation>
+    </message>
+    <message>
+        <source>There are no periods: fewer than two frames that have a time.</source>
+        <translation>There are no periods: fewer than two frames that have a time.</translation>
+    </message>
+    <message>
+        <source>%1 periods: least %2 ms, mean %3 ms, greatest %4 ms, standard deviation %5 ms; %6 frames a second; bins of %7 ms</source>
+        <translation>%1 periods: least %2 ms, mean %3 ms, greatest %4 ms, standard deviation %5 ms; %6 frames a second; bins of %7 ms</translation>
+    </message>
+    <message>
+        <source>; %1 shorter and %2 longer ones are not shown</source>
+        <translation>; %1 shorter and %2 longer ones are not shown</translation>
+    </message>
+</context>
+<context>
+    <name>TableText</name>
+    <message>
+        <source>Copy</source>
+        <translation>Copy</translation>
+    </message>
+    <message>
+        <source>Copy as CSV</source>
+        <translation>Copy as CSV</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be written.</source>
+        <translation>“%1” cannot be written.</translation>
+    </message>
+</context>
 </TS>

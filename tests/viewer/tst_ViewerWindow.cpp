@@ -230,7 +230,7 @@ void tst_ViewerWindow::loadsAgain()
     const auto window = windowWith(file);
     auto *again = window->findChild<QPushButton *>(QStringLiteral("loadAgain"));
     QTRY_VERIFY(again->isVisible());
-    window->currentTab()->takeFilter(QStringLiteral("id == 0x100"));
+    window->currentTab()->filterBy(QStringLiteral("id == 0x100"));
     write(file, candumpLines(10));
     QTest::mouseClick(again, Qt::LeftButton);
     QTRY_COMPARE(window->currentTab()->capture().store().size(), 10);

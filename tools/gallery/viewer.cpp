@@ -5,6 +5,7 @@
 #include "tests/viewer/SyntheticCapture.h"
 #include "viewer/CaptureSignals.h"
 #include "viewer/CaptureTab.h"
+#include "viewer/ComparisonWindow.h"
 #include "viewer/TableLook.h"
 #include "viewer/ViewerApplication.h"
 #include "viewer/ViewerWindow.h"
@@ -25,6 +26,13 @@
 namespace {
 
 constexpr qint64 Frames = 200000;
+
+/// Opens a window by the entry of a menu; null where none came.
+QWidget *openWindow(ViewerWindow &window, const char *action, const char *name)
+{
+    window.findChild<QAction *>(QLatin1String(action))->trigger();
+    return window.findChild<QWidget *>(QLatin1String(name));
+}
 
 /// As a system with light letters on dark windows hands it to programs.
 QPalette darkPalette()
@@ -80,9 +88,12 @@ int main(int argc, char *argv[])
                         [](const QString & /*path*/) { return syntheticCapture(Frames); });
     window.show();
     const QString suffix = application.devicePixelRatio() > 1.5 ? QStringLiteral("@2x.png") : QStringLiteral(".png");
+    const auto saveOther = [&](QWidget &shown, const QString &name) {
+        QTest::qWait(700); // windows are brought up to date twice a second
+        return shown.grab().save(QDir(arguments.at(2)).filePath(arguments.at(1) + QLatin1Char('-') + name + suffix));
+    };
     const auto save = [&](const QString &name) {
-        QTest::qWait(700); // the overview is brought up to date twice a second
-        return window.grab().save(QDir(arguments.at(2)).filePath(arguments.at(1) + QLatin1Char('-') + name + suffix));
+        return saveOther(window, name);
     };
     bool isSaved = save(QStringLiteral("viewer-welcome"));
     window.openFiles({QStringLiteral("drive.csv"), QStringLiteral("bench.blf")});
@@ -99,6 +110,16 @@ int main(int argc, char *argv[])
     filter->setText(QStringLiteral("data[5] == 1 and not exd"));
     isSaved = isSaved && save(QStringLiteral("viewer-filter"));
     filter->take({});
+    tab.toggleMark();
+    tab.table().setCurrentPlace(30001); // its switch moves there
+    tab.toggleMark();
+    const QVector<QPair<QWidget *, QString>> others{
+        {openWindow(window, "compareAtMark", "comparison"), QStringLiteral("viewer-compare")},
+        {openWindow(window, "periods", "periods"), QStringLiteral("viewer-periods")},
+        {openWindow(window, "busLoad", "busLoad"), QStringLiteral("viewer-bus-load")}};
+    for (const auto &[shown, name] : others) {
+        isSaved = isSaved && shown != nullptr && saveOther(*shown, name);
+    }
     tab.setBookmark(58, QCoreApplication::translate("CaptureTab", "Bookmark"));
     tab.panels().setCurrentIndex(1);
     const auto saveDialog = [&](const QString &name) {
@@ -116,6 +137,9 @@ int main(int argc, char *argv[])
     isSaved = isSaved && save(QStringLiteral("viewer-bookmarks"));
     filter->take(QStringLiteral("fd or error or tx"));
     QApplication::setPalette(darkPalette());
+    for (const auto &[shown, name] : others) {
+        isSaved = isSaved && saveOther(*shown, name + QStringLiteral("-dark"));
+    }
     tab.look().slot_editColors(QStringLiteral("data[5] == 1"));
     isSaved = saveDialog(QStringLiteral("viewer-colors-dark")) && isSaved;
     isSaved = isSaved && save(QStringLiteral("viewer-dark"));

@@ -26,7 +26,7 @@ public:
 
     const QString &path() const { return m_path; }
     const BusFrameStore &store() const { return *m_store; }
-    /// For what goes on on other threads when the capture is closed.
+    /// For threads that may outlive this.
     std::shared_ptr<const BusFrameStore> sharedStore() const { return m_store; }
     CaptureInfo info() const { return m_loader->info(); }
     StoreLoader &loader() { return *m_loader; }
