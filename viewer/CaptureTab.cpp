@@ -1,5 +1,7 @@
 #include "viewer/CaptureTab.h"
 
+#include "viewer/PlotPanel.h"
+
 #include <QCheckBox>
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -8,6 +10,7 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QLocale>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
@@ -45,6 +48,7 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
     m_panels->setObjectName(QStringLiteral("panels"));
     m_panels->setDocumentMode(true);
     m_panels->addTab(makeOverview(), tr("Overview"));
+    addPlots();
     splitter->addWidget(m_panels);
     splitter->setStretchFactor(0, 3);
     splitter->setStretchFactor(1, 2);
@@ -157,6 +161,15 @@ QWidget *CaptureTab::makeOverview()
     connect(m_atRow, &QCheckBox::toggled, this, &CaptureTab::slot_updateOverview);
     connect(m_overview, &QTableView::activated, this, &CaptureTab::slot_overviewActivated);
     return part;
+}
+
+void CaptureTab::addPlots()
+{
+    m_plots = new PlotPanel(m_capture, m_bookmarkFolder);
+    m_panels->addTab(m_plots, tr("Plots"));
+    connect(this, &CaptureTab::sig_currentRowChanged, m_plots, &PlotPanel::showRow);
+    connect(m_plots, &PlotPanel::sig_rowWanted, this, &CaptureTab::showRow);
+    connect(m_table, &FrameTableView::sig_menuWanted, m_plots, &PlotPanel::addActions);
 }
 
 void CaptureTab::showPanels(bool isShown)

@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <QWidget>
 
+class PlotPanel;
 class QCheckBox;
 class QLabel;
 class QLineEdit;
@@ -32,6 +33,7 @@ public:
     FrameTableView &table() { return *m_table; }
     /// The panels below the frames: the overview and others, each under a tab of its own.
     QTabWidget &panels() { return *m_panels; }
+    PlotPanel &plots() { return *m_plots; }
     void showPanels(bool isShown);
     /// Makes a row the current one, or where the filter does not pass it, the next one that is shown.
     void showRow(qint64 row);
@@ -63,6 +65,7 @@ private:
     QWidget *makeFilterLine();
     QWidget *makeStatusLine();
     QWidget *makeOverview();
+    void addPlots();
     void tell(const QString &text);
     QString progressText(const LoadProgress &progress) const;
 
@@ -81,6 +84,7 @@ private:
     QPushButton *m_findings = nullptr;
     QCheckBox *m_atRow = nullptr;
     QTabWidget *m_panels = nullptr;
+    PlotPanel *m_plots = nullptr;
     QTableView *m_overview = nullptr;
     QSortFilterProxyModel *m_sorted = nullptr;
 };

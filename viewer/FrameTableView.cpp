@@ -370,6 +370,7 @@ void FrameTableView::contextMenuEvent(QContextMenuEvent *event)
     menu.addSeparator();
     menu.addAction(tr("Copy"), this, [this] { copy(false); });
     menu.addAction(tr("Copy as CSV"), this, [this] { copy(true); });
+    emit sig_menuWanted(&menu, currentRow());
     menu.exec(viewport()->mapToGlobal(position));
 }
 

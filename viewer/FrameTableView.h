@@ -44,6 +44,8 @@ signals:
     void sig_filterWanted(const QString &filter, bool isNegated);
     void sig_markWanted(qint64 row);
     void sig_bookmarkWanted(qint64 row);
+    /// The menu of a row is about to be shown; others add to it.
+    void sig_menuWanted(QMenu *menu, qint64 row);
 
 protected:
     void paintEvent(QPaintEvent *event) override;

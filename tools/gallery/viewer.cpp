@@ -1,8 +1,11 @@
 // x9_viewer_gallery LANGUAGE FOLDER   Takes pictures of the viewer with a made-up capture (LANGUAGE zh or en):
-// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter.png and ...-viewer-dark.png, for a QT_SCALE_FACTOR of 2 ...@2x.png.
+// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter.png, ...-viewer-plots.png and ...-viewer-dark.png, for a
+// QT_SCALE_FACTOR of 2 ...@2x.png.
 
 #include "tests/viewer/SyntheticCapture.h"
 #include "viewer/CaptureTab.h"
+#include "viewer/PlotArea.h"
+#include "viewer/PlotPanel.h"
 #include "viewer/ViewerApplication.h"
 #include "viewer/ViewerWindow.h"
 
@@ -23,6 +26,42 @@ QPalette darkPalette()
     palette.setColor(QPalette::AlternateBase, QColor(44, 44, 44));
     palette.setColor(QPalette::Highlight, QColor(42, 130, 218));
     return palette;
+}
+
+/// Two names for what the capture's frames carry.
+class GallerySignals : public SignalSource
+{
+public:
+    QVector<Message> messages() const override { return {{0x100, QStringLiteral("Engine")}}; }
+    QStringList signalNames() const override { return {QStringLiteral("OilPressure"), QStringLiteral("Pump")}; }
+    int signalNumber(const QString &name) const override { return signalNames().indexOf(name); }
+    QVector<FrameKey> carriers(int /*signal*/) const override { return {0x100}; }
+    double value(int signal, const BusFrame &frame) const override
+    {
+        constexpr double Factor = 0.002;
+        return signal == 0 ? (frame.data[0] | frame.data[1] << 8) * Factor : frame.data[5];
+    }
+    QString valueText(int signal, double value) const override
+    {
+        return signal == 0 ? QString() : value == 0 ? QStringLiteral("Off") : QStringLiteral("Running");
+    }
+};
+
+bool showPlots(CaptureTab &tab)
+{
+    PlotPanel &plots = tab.plots();
+    tab.capture().setSignalSource(std::make_shared<GallerySignals>());
+    for (const char *text : {"OilPressure", "Pump", "rate 100ms of id == 0x18FF1234", "data[7] of id == 0x100"}) {
+        plots.addExpression(QString::fromLatin1(text));
+    }
+    tab.panels().setCurrentWidget(&plots);
+    const bool isFilled = QTest::qWaitFor([&plots] { return !plots.curves().isFilling(); });
+    constexpr int Row = 29000;
+    tab.table().setCurrentPlace(Row);
+    constexpr qint64 Distance = 6000000000;
+    plots.area().setSecondCursor(plots.area().cursor().value_or(0) + Distance);
+    plots.moveCurve(3, -1);
+    return isFilled;
 }
 
 } // namespace
@@ -62,8 +101,12 @@ int main(int argc, char *argv[])
     isSaved = QTest::qWaitFor([&tab] { return !tab.capture().isFiltering(); }) && isSaved;
     filter->setText(QStringLiteral("data[5] == 1 and not exd"));
     isSaved = isSaved && save(QStringLiteral("viewer-filter"));
+    filter->take({});
+    isSaved = isSaved && showPlots(tab) && save(QStringLiteral("viewer-plots"));
     filter->take(QStringLiteral("fd or error"));
     QApplication::setPalette(darkPalette());
+    isSaved = isSaved && save(QStringLiteral("viewer-plots-dark"));
+    tab.panels().setCurrentIndex(0);
     isSaved = isSaved && save(QStringLiteral("viewer-dark"));
     return isSaved ? 0 : 1;
 }

@@ -26,6 +26,7 @@ public:
 
     const QString &path() const { return m_path; }
     const BusFrameStore &store() const { return *m_store; }
+    std::shared_ptr<const BusFrameStore> sharedStore() const { return m_store; }
     CaptureInfo info() const { return m_loader->info(); }
     StoreLoader &loader() { return *m_loader; }
     const StoreLoader &loader() const { return *m_loader; }
