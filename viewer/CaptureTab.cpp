@@ -7,6 +7,7 @@
 #include "viewer/LoadNotice.h"
 #include "viewer/OverviewActions.h"
 #include "viewer/PeriodWindow.h"
+#include "viewer/PlotPanel.h"
 #include "viewer/TableLook.h"
 #include "viewer/TableText.h"
 
@@ -18,6 +19,7 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QLocale>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
@@ -56,6 +58,7 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
     m_panels->setObjectName(QStringLiteral("panels"));
     m_panels->setDocumentMode(true);
     m_panels->addTab(makeOverview(), tr("Overview"));
+    addPlots();
     m_panels->addTab(new BookmarkPanel(*this), tr("Bookmarks"));
     splitter->addWidget(m_panels);
     splitter->setStretchFactor(0, 3);
@@ -188,6 +191,15 @@ QWidget *CaptureTab::makeOverview()
     connect(actions, &OverviewActions::sig_histogramWanted, this,
             [this](FrameKey key, quint16 channel) { PeriodWindow::open(*this, key, channel); });
     return part;
+}
+
+void CaptureTab::addPlots()
+{
+    m_plots = new PlotPanel(m_capture, m_bookmarkFolder);
+    m_panels->addTab(m_plots, tr("Plots"));
+    connect(this, &CaptureTab::sig_currentRowChanged, m_plots, &PlotPanel::showRow);
+    connect(m_plots, &PlotPanel::sig_rowWanted, this, &CaptureTab::showRow);
+    connect(m_table, &FrameTableView::sig_menuWanted, m_plots, &PlotPanel::addActions);
 }
 
 void CaptureTab::showPanels(bool isShown)

@@ -10,6 +10,7 @@
 #include <QWidget>
 
 class CaptureSignals;
+class PlotPanel;
 class QCheckBox;
 class QLabel;
 class QLineEdit;
@@ -42,6 +43,7 @@ public:
     /// The panels below the frames: the overview and others, each under a tab of its own.
     QTabWidget &panels() { return *m_panels; }
     CaptureSignals &captureSignals() { return *m_signals; }
+    PlotPanel &plots() { return *m_plots; }
     void showPanels(bool isShown);
     /// Makes a row the current one, or where the filter does not pass it, the next one that is shown.
     void showRow(qint64 row);
@@ -83,6 +85,7 @@ private:
     QWidget *makeFilterLine();
     QWidget *makeStatusLine();
     QWidget *makeOverview();
+    void addPlots();
     void tell(const QString &text);
     QString progressText(const LoadProgress &progress) const;
 
@@ -104,6 +107,7 @@ private:
     QPushButton *m_findings = nullptr;
     QCheckBox *m_atRow = nullptr;
     QTabWidget *m_panels = nullptr;
+    PlotPanel *m_plots = nullptr;
     QTableView *m_overview = nullptr;
     QSortFilterProxyModel *m_sorted = nullptr;
     std::unique_ptr<CaptureSignals> m_signals; ///< behind what it uses

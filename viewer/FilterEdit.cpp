@@ -71,11 +71,21 @@ void FilterEdit::setSettings(TableSettings &settings)
     connect(recent, &QAction::triggered, this, &FilterEdit::slot_offerRecent);
 }
 
+std::optional<Filter> FilterEdit::parse(const QString &text, FilterError &error) const
+{
+    return Filter::parse(text, m_source, error);
+}
+
+FilterCompletion FilterEdit::completionAtCursor() const
+{
+    return Filter::complete(text(), cursorPosition(), m_source.get());
+}
+
 bool FilterEdit::take(const QString &text)
 {
     setText(text);
     FilterError error{};
-    const std::optional<Filter> filter = Filter::parse(text, m_source, error);
+    const std::optional<Filter> filter = parse(text, error);
     if (!filter) {
         setCursorPosition(error.position + error.length);
         return false;
@@ -100,7 +110,7 @@ void FilterEdit::slot_check()
     const QString before = problem();
     FilterError error{};
     m_error.reset();
-    if (!Filter::parse(text(), m_source, error)) {
+    if (!parse(text(), error)) {
         m_error = error;
     }
     underline();
@@ -127,7 +137,7 @@ void FilterEdit::underline()
 
 void FilterEdit::offer()
 {
-    const FilterCompletion completion = Filter::complete(text(), cursorPosition(), m_source.get());
+    const FilterCompletion completion = completionAtCursor();
     const bool isWhole = completion.candidates == QStringList{text().mid(completion.position, completion.length)};
     if (completion.length == 0 || completion.candidates.isEmpty() || isWhole) {
         m_completer->popup()->hide();
@@ -159,7 +169,7 @@ void FilterEdit::slot_complete(const QString &candidate)
         setText(candidate);
         return;
     }
-    const FilterCompletion completion = Filter::complete(text(), cursorPosition(), m_source.get());
+    const FilterCompletion completion = completionAtCursor();
     setSelection(completion.position, completion.length);
     insert(candidate + (candidate == QLatin1String("[") ? QString() : QStringLiteral(" ")));
 }
@@ -186,7 +196,7 @@ void FilterEdit::keyPressEvent(QKeyEvent *event)
     }
     if (event->key() == Qt::Key_Space && (event->modifiers() & Qt::ControlModifier) != 0) {
         m_isRecent = false;
-        showCandidates(Filter::complete(text(), cursorPosition(), m_source.get()).candidates);
+        showCandidates(completionAtCursor().candidates);
         return;
     }
     QLineEdit::keyPressEvent(event);

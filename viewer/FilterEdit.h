@@ -41,6 +41,10 @@ signals:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    /// For lines of a language of their own: nothing, with error, where text is wrong.
+    virtual std::optional<Filter> parse(const QString &text, FilterError &error) const;
+    virtual FilterCompletion completionAtCursor() const;
+    const std::shared_ptr<const SignalSource> &source() const { return m_source; }
 
 private slots:
     void slot_check();

@@ -487,6 +487,7 @@ void FrameTableView::contextMenuEvent(QContextMenuEvent *event)
     menu.setObjectName(QStringLiteral("cellMenu"));
     menu.setToolTipsVisible(true);
     m_actions->fill(menu);
+    emit sig_menuWanted(&menu, cellRow());
     menu.exec(viewport()->mapToGlobal(position));
     m_menuPlace = -1;
 }

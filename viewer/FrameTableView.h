@@ -10,6 +10,7 @@
 class FrameTableActions;
 class QHeaderView;
 class QHelpEvent;
+class QMenu;
 class RowCopier;
 
 /// A table of frames of any length. The toolkit's own table keeps something for each row and counts in pixels, which
@@ -68,6 +69,8 @@ signals:
     void sig_columnsChanged(); ///< by the user
     void sig_columnsWanted();  ///< to be chosen
     void sig_told(const QString &text);
+    /// The menu of a row is about to be shown; others add to it.
+    void sig_menuWanted(QMenu *menu, qint64 row);
 
 protected:
     void paintEvent(QPaintEvent *event) override;

@@ -273,9 +273,10 @@ void tst_Series::csv()
     Series b;
     b.append(2000, -1e-30);
     b.append(3000, 0.1);
+    const std::atomic<bool> stop{false};
     QBuffer buffer;
     QVERIFY(buffer.open(QIODevice::WriteOnly));
-    QVERIFY(writeSeriesCsv(buffer, {{QStringLiteral("a \"x\""), &a}, {QStringLiteral("\u00fc"), &b}}, 500));
+    QVERIFY(writeSeriesCsv(buffer, {{QStringLiteral("a \"x\""), &a}, {QStringLiteral("\u00fc"), &b}}, {500}, stop));
     QCOMPARE(buffer.data(), QByteArray("\"time\",\"a \"\"x\"\"\",\"\xc3\xbc\"\r\n"
                                        "0.000000500,1.5,\r\n"
                                        "0.000001500,2,-1e-30\r\n"
@@ -294,7 +295,8 @@ void tst_Series::csvTellsAFullDisk()
     FullDisk disk;
     QVERIFY(disk.open(QIODevice::WriteOnly));
     const Series series = numberedSeries(10);
-    QVERIFY(!writeSeriesCsv(disk, {{QStringLiteral("a"), &series}}, 0));
+    const std::atomic<bool> stop{false};
+    QVERIFY(!writeSeriesCsv(disk, {{QStringLiteral("a"), &series}}, {}, stop));
 }
 
 X9_CORE_TEST(tst_Series)

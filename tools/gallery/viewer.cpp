@@ -1,11 +1,13 @@
 // x9_viewer_gallery LANGUAGE FOLDER   Takes pictures of the viewer with a made-up capture (LANGUAGE zh or en):
-// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter, -bookmarks, -dark, -signals, -values, -databases, -signals-dark, -failed,
+// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter, -bookmarks, -dark, -signals, -values, -databases, -signals-dark, -plots, -plots-dark, -failed,
 // and the dialogs ...-viewer-colors, -colors-dark, -columns, -save and -save-dark; for a QT_SCALE_FACTOR of 2 ...@2x.png.
 
 #include "tests/viewer/SyntheticCapture.h"
 #include "viewer/CaptureSignals.h"
 #include "viewer/CaptureTab.h"
 #include "viewer/ComparisonWindow.h"
+#include "viewer/PlotArea.h"
+#include "viewer/PlotPanel.h"
 #include "viewer/TableLook.h"
 #include "viewer/ViewerApplication.h"
 #include "viewer/ViewerWindow.h"
@@ -68,6 +70,42 @@ bool saveSignals(CaptureTab &tab, const QString &folder, Save save)
     return isSaved;
 }
 
+/// Two names for what the capture's frames carry.
+class GallerySignals : public SignalSource
+{
+public:
+    QVector<Message> messages() const override { return {{0x100, QStringLiteral("Engine")}}; }
+    QStringList signalNames() const override { return {QStringLiteral("OilPressure"), QStringLiteral("Pump")}; }
+    int signalNumber(const QString &name) const override { return signalNames().indexOf(name); }
+    QVector<FrameKey> carriers(int /*signal*/) const override { return {0x100}; }
+    double value(int signal, const BusFrame &frame) const override
+    {
+        constexpr double Factor = 0.002;
+        return signal == 0 ? (frame.data[0] | frame.data[1] << 8) * Factor : frame.data[5];
+    }
+    QString valueText(int signal, double value) const override
+    {
+        return signal == 0 ? QString() : value == 0 ? QStringLiteral("Off") : QStringLiteral("Running");
+    }
+};
+
+bool showPlots(CaptureTab &tab)
+{
+    PlotPanel &plots = tab.plots();
+    tab.capture().setSignalSource(std::make_shared<GallerySignals>());
+    for (const char *text : {"OilPressure", "Pump", "rate 100ms of id == 0x18FF1234", "data[7] of id == 0x100"}) {
+        plots.addExpression(QString::fromLatin1(text));
+    }
+    tab.panels().setCurrentWidget(&plots);
+    const bool isFilled = QTest::qWaitFor([&plots] { return !plots.curves().isFilling(); });
+    constexpr int Row = 29000;
+    tab.table().setCurrentPlace(Row);
+    constexpr qint64 Distance = 6000000000;
+    plots.area().setSecondCursor(plots.area().cursor().value_or(0) + Distance);
+    plots.moveCurve(3, -1);
+    return isFilled;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -110,6 +148,7 @@ int main(int argc, char *argv[])
     filter->setText(QStringLiteral("data[5] == 1 and not exd"));
     isSaved = isSaved && save(QStringLiteral("viewer-filter"));
     filter->take({});
+    isSaved = isSaved && showPlots(tab) && save(QStringLiteral("viewer-plots"));
     tab.toggleMark();
     tab.table().setCurrentPlace(30001); // its switch moves there
     tab.toggleMark();
@@ -137,6 +176,9 @@ int main(int argc, char *argv[])
     isSaved = isSaved && save(QStringLiteral("viewer-bookmarks"));
     filter->take(QStringLiteral("fd or error or tx"));
     QApplication::setPalette(darkPalette());
+    tab.panels().setCurrentWidget(&tab.plots());
+    isSaved = isSaved && save(QStringLiteral("viewer-plots-dark"));
+    tab.panels().setCurrentIndex(0);
     for (const auto &[shown, name] : others) {
         isSaved = isSaved && saveOther(*shown, name + QStringLiteral("-dark"));
     }

@@ -20,26 +20,31 @@ QByteArray quoted(const QString &name)
 
 } // namespace
 
-bool writeSeriesCsv(QIODevice &out, const std::vector<NamedSeries> &columns, qint64 start)
+bool writeSeriesCsv(QIODevice &out, const std::vector<NamedSeries> &columns, const SeriesCsvSection &section,
+                    const std::atomic<bool> &stop)
 {
     QByteArray text = "\"time\"";
     for (const NamedSeries &column : columns) {
         text += ',' + quoted(column.name);
     }
     text += "\r\n";
-    std::vector<std::size_t> next(columns.size(), 0);
+    std::vector<std::size_t> next;
+    for (const NamedSeries &column : columns) {
+        next.push_back(column.series->firstFrom(section.begin));
+    }
     for (bool isMore = true; isMore;) {
         qint64 time = std::numeric_limits<qint64>::max();
         isMore = false;
         for (std::size_t i = 0; i < columns.size(); ++i) {
-            if (next[i] < columns[i].series->size()) {
-                time = std::min(time, columns[i].series->at(next[i]).time);
+            const Series &series = *columns[i].series;
+            if (next[i] < series.size() && series.at(next[i]).time <= section.end) {
+                time = std::min(time, series.at(next[i]).time);
                 isMore = true;
             }
         }
         if (isMore) {
-            text +=
-                durationText(static_cast<qint64>(static_cast<quint64>(time) - static_cast<quint64>(start))).toLatin1();
+            text += durationText(static_cast<qint64>(static_cast<quint64>(time) - static_cast<quint64>(section.start)))
+                        .toLatin1();
             for (std::size_t i = 0; i < columns.size(); ++i) {
                 const Series &series = *columns[i].series;
                 text += ',';
@@ -51,7 +56,7 @@ bool writeSeriesCsv(QIODevice &out, const std::vector<NamedSeries> &columns, qin
             text += "\r\n";
         }
         if (text.size() > PieceSize || !isMore) {
-            if (out.write(text) != text.size()) {
+            if (stop || out.write(text) != text.size()) {
                 return false;
             }
             text.clear();

@@ -8,19 +8,6 @@ namespace {
 
 constexpr double NanosecondsPerSecond = 1e9;
 
-void addEmptySteps(Series &series, qint64 first, qint64 end, qint64 start, qint64 width)
-{
-    const bool isLong = end - first > MaxEmptySteps;
-    for (qint64 step = first; step < end; ++step) {
-        if (!isLong || step == first || step == end - 1) {
-            series.append(start + step * width + width / 2, 0);
-        }
-        if (isLong && step == first) {
-            step = end - 2;
-        }
-    }
-}
-
 } // namespace
 
 void SeriesRun::start(const FrameValue &value, const Filter &filter)
@@ -48,31 +35,55 @@ void SeriesRun::takeTo(Series &series)
     }
 }
 
+RateCounter::RateCounter(Series &series, qint64 start, qint64 width)
+    : m_series(series)
+    , m_start(start)
+    , m_width(width)
+{
+}
+
+void RateCounter::addStep(qint64 step, qint64 frames)
+{
+    m_series.append(m_start + step * m_width + m_width / 2,
+                    static_cast<double>(frames) * NanosecondsPerSecond / static_cast<double>(m_width));
+}
+
+void RateCounter::add(qint64 time)
+{
+    const qint64 since = periodBetween(m_start, time);
+    if (since < 0) {
+        return;
+    }
+    const qint64 next = since / m_width;
+    if (next > m_step) {
+        const qint64 empty = m_step < 0 ? next : m_step + 1;
+        finish();
+        if (empty < next) {
+            addStep(empty, 0);
+        }
+        if (empty + 1 < next) {
+            addStep(next - 1, 0);
+        }
+        m_step = next;
+        m_count = 0;
+    }
+    ++m_count;
+}
+
+void RateCounter::finish()
+{
+    if (m_step >= 0) {
+        addStep(m_step, m_count);
+    }
+}
+
 Series rateSeries(const BusFrameStore &store, const RowSet &rows, qint64 width)
 {
     Series series;
-    qint64 step = -1;
-    qint64 count = 0;
-    const auto finish = [&] {
-        if (step >= 0) {
-            series.append(store.start() + step * width + width / 2,
-                          static_cast<double>(count) * NanosecondsPerSecond / static_cast<double>(width));
-        }
-    };
+    RateCounter counter(series, store.start(), width);
     for (qint64 place = 0; place < rows.size(); ++place) {
-        const qint64 since = periodBetween(store.start(), store.time(rows.at(place)));
-        if (since < 0) {
-            continue;
-        }
-        const qint64 next = since / width;
-        if (next > step) { // a time that jumped back counts where the greatest time before it does
-            finish();
-            addEmptySteps(series, step < 0 ? next : step + 1, next, store.start(), width);
-            step = next;
-            count = 0;
-        }
-        ++count;
+        counter.add(store.time(rows.at(place)));
     }
-    finish();
+    counter.finish();
     return series;
 }
