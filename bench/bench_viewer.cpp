@@ -2,11 +2,11 @@
 //
 // What the viewer does with a capture of N frames of 8 bytes (10,000,000) of 200 identifiers: memory of a frame;
 // appending; filters over all frames, from the start to the last result and to the first; finding a frame that is at
-// the other end; the overview; a histogram; a signal in every frame from the start to the points of the first picture (of a
-// database, as the filters for signals are), and then pictures of ever other sections, 2000 columns wide; reading rows
-// here and there, as a table does that scrolls. On as many threads as there are processors. With another mode than store,
-// a window with such a capture instead: how soon it shows something and all, and for how long it was busy in one go at
-// most.
+// the other end; the overview; a histogram; a signal in every frame from the start to the points of the first picture
+// (of a database, as the filters for signals are), and then pictures of ever other sections, 2000 columns wide; reading
+// rows here and there, as a table does that scrolls. On as many threads as there are processors. With another mode than
+// store, a window with such a capture instead: how soon it shows something and all, and for how long it was busy in one
+// go at most.
 
 #include "bench/BenchReport.h"
 #include "bench/ProcessFigures.h"

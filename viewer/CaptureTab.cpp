@@ -57,9 +57,7 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
     m_panels = new QTabWidget;
     m_panels->setObjectName(QStringLiteral("panels"));
     m_panels->setDocumentMode(true);
-    m_panels->addTab(makeOverview(), tr("Overview"));
-    addPlots();
-    m_panels->addTab(new BookmarkPanel(*this), tr("Bookmarks"));
+    addPanels();
     splitter->addWidget(m_panels);
     splitter->setStretchFactor(0, 3);
     splitter->setStretchFactor(1, 2);
@@ -71,6 +69,15 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
     layout->addWidget(makeFilterLine());
     layout->addWidget(splitter, 1);
     layout->addWidget(makeStatusLine());
+    connectTable();
+    connectCapture();
+    slot_progress();
+}
+
+CaptureTab::~CaptureTab() = default;
+
+void CaptureTab::connectTable()
+{
     connect(m_table, &FrameTableView::sig_filterWanted, this, &CaptureTab::slot_filterWanted);
     connect(m_table, &FrameTableView::sig_findWanted, this, &CaptureTab::slot_findWanted);
     connect(m_table, &FrameTableView::sig_told, this, &CaptureTab::tell);
@@ -83,6 +90,10 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
             slot_updateOverview();
         }
     });
+}
+
+void CaptureTab::connectCapture()
+{
     connect(&m_capture, &OpenCapture::sig_progressChanged, this, &CaptureTab::slot_progress);
     connect(&m_capture, &OpenCapture::sig_signalSourceChanged, this, &CaptureTab::slot_sourceChanged);
     connect(&m_search, &CaptureSearch::sig_found, this, &CaptureTab::showRow);
@@ -96,13 +107,7 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
             m_overviewTimer.start();
         }
     });
-    m_signals = std::make_unique<CaptureSignals>(*this);
-    connect(m_signals.get(), &CaptureSignals::sig_plotWanted, this, &CaptureTab::sig_plotWanted);
-    connect(m_signals.get(), &CaptureSignals::sig_told, this, &CaptureTab::tell);
-    slot_progress();
 }
-
-CaptureTab::~CaptureTab() = default;
 
 QWidget *CaptureTab::makeFilterLine()
 {
@@ -193,13 +198,24 @@ QWidget *CaptureTab::makeOverview()
     return part;
 }
 
-void CaptureTab::addPlots()
+void CaptureTab::addPanels()
 {
+    m_panels->addTab(makeOverview(), tr("Overview"));
+    m_signals = std::make_unique<CaptureSignals>(*this);
+    connect(m_signals.get(), &CaptureSignals::sig_plotWanted, this, &CaptureTab::plot);
+    connect(m_signals.get(), &CaptureSignals::sig_told, this, &CaptureTab::tell);
     m_plots = new PlotPanel(m_capture, m_bookmarkFolder);
     m_panels->addTab(m_plots, tr("Plots"));
+    m_panels->addTab(new BookmarkPanel(*this), tr("Bookmarks"));
     connect(this, &CaptureTab::sig_currentRowChanged, m_plots, &PlotPanel::showRow);
     connect(m_plots, &PlotPanel::sig_rowWanted, this, &CaptureTab::showRow);
     connect(m_table, &FrameTableView::sig_menuWanted, m_plots, &PlotPanel::addActions);
+}
+
+void CaptureTab::plot(const QString &expression)
+{
+    m_plots->addExpression(expression);
+    m_panels->setCurrentWidget(m_plots);
 }
 
 void CaptureTab::showPanels(bool isShown)

@@ -48,6 +48,8 @@ public:
     /// Makes a row the current one, or where the filter does not pass it, the next one that is shown.
     void showRow(qint64 row);
     QString filterText() const { return m_filter->text(); }
+    /// An expression of the filters' language, such as a signal's name; shows the plots.
+    void plot(const QString &expression);
     /// In place of the filter that was there.
     void filterBy(const QString &filter);
     void editFilter();
@@ -63,8 +65,6 @@ public:
 signals:
     /// The row of the capture that is selected; -1: none.
     void sig_currentRowChanged(qint64 row);
-    /// An expression of the filters' language, such as a signal's name.
-    void sig_plotWanted(const QString &expression);
     void sig_bookmarksChanged();
     void sig_loadAgainWanted();
 
@@ -85,7 +85,9 @@ private:
     QWidget *makeFilterLine();
     QWidget *makeStatusLine();
     QWidget *makeOverview();
-    void addPlots();
+    void addPanels();
+    void connectTable();
+    void connectCapture();
     void tell(const QString &text);
     QString progressText(const LoadProgress &progress) const;
 

@@ -1,6 +1,7 @@
 // x9_viewer_gallery LANGUAGE FOLDER   Takes pictures of the viewer with a made-up capture (LANGUAGE zh or en):
-// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter, -bookmarks, -dark, -signals, -values, -databases, -signals-dark, -plots, -plots-dark, -failed,
-// and the dialogs ...-viewer-colors, -colors-dark, -columns, -save and -save-dark; for a QT_SCALE_FACTOR of 2 ...@2x.png.
+// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter, -bookmarks, -dark, -signals, -values, -databases, -signals-dark,
+// -plots, -plots-dark, -failed, and the dialogs ...-viewer-colors, -colors-dark, -columns, -save and -save-dark; for a
+// QT_SCALE_FACTOR of 2 ...@2x.png.
 
 #include "tests/viewer/SyntheticCapture.h"
 #include "viewer/CaptureSignals.h"
