@@ -12,6 +12,8 @@ namespace {
 constexpr qint64 SliceRows = BusFrameStore::BlockRows / 2;
 constexpr double Percent = 100;
 
+constexpr int MaxEmptySteps = 1000;
+
 auto members(const BusLoad::Rates &rates)
 {
     return std::tie(rates.bitRate, rates.dataBitRate, rates.linBitRate);
