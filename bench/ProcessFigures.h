@@ -4,6 +4,9 @@
 /// counts it in steps of 15 ms, the seconds that have passed.
 double cpuSeconds();
 
+/// Seconds of processor time the calling thread has used; on Windows as above.
+double threadCpuSeconds();
+
 /// Bytes of this process that are held in RAM.
 double residentBytes();
 

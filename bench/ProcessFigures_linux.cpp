@@ -13,6 +13,15 @@ double cpuSeconds()
     return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
 
+double threadCpuSeconds()
+{
+    struct timespec used
+    {
+    };
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
+    return static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_nsec) / 1e9;
+}
+
 double residentBytes()
 {
     QFile file(QStringLiteral("/proc/self/statm"));

@@ -22,6 +22,11 @@ double cpuSeconds()
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
+double threadCpuSeconds()
+{
+    return cpuSeconds();
+}
+
 double residentBytes()
 {
     return static_cast<double>(memoryCounters().WorkingSetSize);
