@@ -33,7 +33,7 @@ using Clock = std::chrono::steady_clock;
 constexpr int LatencySamples = 500;
 constexpr std::chrono::milliseconds Silence{1000};
 
-double threadCpuSeconds()
+double threadSeconds()
 {
     timespec used{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
@@ -75,7 +75,7 @@ Flood flood(RunningChannel &channel, socketcan::CanPort &sender, int seconds)
                 result.sent += sender.write(frame) == 0 ? 1U : 0U;
             }
         }
-        senderCpu = threadCpuSeconds();
+        senderCpu = threadSeconds();
         isOver = true;
     });
     // The sender may be far ahead: until it is over and for a while nothing comes any more.

@@ -57,7 +57,7 @@ PlottedCurve &PlottedCurves::add(const PlotEntry &entry)
         ++number;
     }
     m_curves.push_back(std::make_unique<PlottedCurve>(entry, m_capture.sharedStore(), [this] {
-        QMetaObject::invokeMethod(this, &PlottedCurves::slot_fill, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &PlottedCurves::slot_found, Qt::QueuedConnection);
     }));
     m_curves.back()->number = number;
     return *m_curves.back();
@@ -132,6 +132,14 @@ void PlottedCurves::limitMemory()
         }
     }
     emit sig_problemChanged();
+}
+
+/// Not at once: threads tell so often that nothing else would have its turn.
+void PlottedCurves::slot_found()
+{
+    if (!m_nextRound.isActive()) {
+        m_nextRound.start(0);
+    }
 }
 
 void PlottedCurves::slot_fill()

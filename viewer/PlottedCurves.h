@@ -62,6 +62,7 @@ signals:
     void sig_problemChanged();
 
 private slots:
+    void slot_found();
     void slot_fill();
 
 private:

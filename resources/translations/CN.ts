@@ -1064,6 +1064,230 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
     </message>
 </context>
 <context>
+    <name>PlotCurveList</name>
+    <message>
+        <source>Curves</source>
+        <translation>曲线</translation>
+    </message>
+    <message>
+        <source>Curve</source>
+        <translation>曲线</translation>
+    </message>
+    <message>
+        <source>At cursor</source>
+        <translation>光标处</translation>
+    </message>
+    <message>
+        <source>At second</source>
+        <translation>第二光标处</translation>
+    </message>
+    <message>
+        <source>Difference</source>
+        <translation>差值</translation>
+    </message>
+    <message>
+        <source>Pane</source>
+        <translation>窗格</translation>
+    </message>
+    <message>
+        <source>Color...</source>
+        <translation>颜色...</translation>
+    </message>
+    <message>
+        <source>To the pane above</source>
+        <translation>移到上面的窗格</translation>
+    </message>
+    <message>
+        <source>To the pane below</source>
+        <translation>移到下面的窗格</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>移除</translation>
+    </message>
+</context>
+<context>
+    <name>PlotExport</name>
+    <message>
+        <source>It was stopped.</source>
+        <translation>已停止。</translation>
+    </message>
+</context>
+<context>
+    <name>PlotExpression</name>
+    <message>
+        <source>A step is from 1ns to a day: 100ms.</source>
+        <translation>步长为 1ns 到一天，例如 100ms。</translation>
+    </message>
+    <message>
+        <source>A step of time, such as 100ms, or “of” comes here.</source>
+        <translation>这里应为时间步长（例如 100ms）或“of”。</translation>
+    </message>
+</context>
+<context>
+    <name>PlotPane</name>
+    <message>
+        <source>Plot</source>
+        <translation>曲线图</translation>
+    </message>
+</context>
+<context>
+    <name>PlotPanel</name>
+    <message>
+        <source>The plots are in a window of their own.</source>
+        <translation>曲线图在单独的窗口中。</translation>
+    </message>
+    <message>
+        <source>These are as many curves as there can be.</source>
+        <translation>曲线数量已达上限。</translation>
+    </message>
+    <message>
+        <source>Cursor: %1</source>
+        <translation>光标：%1</translation>
+    </message>
+    <message>
+        <source>Second: %1</source>
+        <translation>第二光标：%1</translation>
+    </message>
+    <message>
+        <source>Difference: %1</source>
+        <translation>差值：%1</translation>
+    </message>
+    <message>
+        <source>Save the plots</source>
+        <translation>保存曲线图</translation>
+    </message>
+    <message>
+        <source>Picture (*.png)</source>
+        <translation>图片 (*.png)</translation>
+    </message>
+    <message>
+        <source>Document (*.pdf)</source>
+        <translation>文档 (*.pdf)</translation>
+    </message>
+    <message>
+        <source>Table (*.csv)</source>
+        <translation>表格 (*.csv)</translation>
+    </message>
+    <message>
+        <source>Saving %1</source>
+        <translation>正在保存 %1</translation>
+    </message>
+    <message>
+        <source>%1 was saved.</source>
+        <translation>%1 已保存。</translation>
+    </message>
+    <message>
+        <source>%1 was not saved: %2</source>
+        <translation>%1 未能保存：%2</translation>
+    </message>
+    <message>
+        <source>Plot</source>
+        <translation>绘制曲线</translation>
+    </message>
+    <message>
+        <source>Frames a second</source>
+        <translation>每秒帧数</translation>
+    </message>
+    <message>
+        <source>Byte %1</source>
+        <translation>字节 %1</translation>
+    </message>
+    <message>
+        <source>Plots</source>
+        <translation>曲线图</translation>
+    </message>
+    <message>
+        <source>The curves cannot be kept for the next time.</source>
+        <translation>无法保存曲线设置供下次使用。</translation>
+    </message>
+</context>
+<context>
+    <name>PlottedCurves</name>
+    <message>
+        <source>Memory is full; not all of it is drawn.</source>
+        <translation>内存已满，曲线不完整。</translation>
+    </message>
+</context>
+<context>
+    <name>PlotTools</name>
+    <message>
+        <source>Back</source>
+        <translation>后退</translation>
+    </message>
+    <message>
+        <source>The view before (Alt+Left)</source>
+        <translation>上一个视图 (Alt+Left)</translation>
+    </message>
+    <message>
+        <source>Forward</source>
+        <translation>前进</translation>
+    </message>
+    <message>
+        <source>The view behind (Alt+Right)</source>
+        <translation>下一个视图 (Alt+Right)</translation>
+    </message>
+    <message>
+        <source>Zooms in (+, or the wheel)</source>
+        <translation>放大（+ 或滚轮）</translation>
+    </message>
+    <message>
+        <source>Zooms out (-, or the wheel)</source>
+        <translation>缩小（- 或滚轮）</translation>
+    </message>
+    <message>
+        <source>Whole capture</source>
+        <translation>整个记录</translation>
+    </message>
+    <message>
+        <source>Shows the whole capture (W)</source>
+        <translation>显示整个记录 (W)</translation>
+    </message>
+    <message>
+        <source>Fit values</source>
+        <translation>数值自适应</translation>
+    </message>
+    <message>
+        <source>Scales of values follow what is shown (A). Ctrl+wheel, or the wheel over a scale, makes them fixed.</source>
+        <translation>数值刻度随显示内容自动调整 (A)。Ctrl+滚轮，或在刻度上滚动滚轮，可将其固定。</translation>
+    </message>
+    <message>
+        <source>Clock</source>
+        <translation>时钟</translation>
+    </message>
+    <message>
+        <source>Times as the clock shows them instead of since the start</source>
+        <translation>显示时钟时间，而不是从开始计起的时间</translation>
+    </message>
+    <message>
+        <source>Own window</source>
+        <translation>单独窗口</translation>
+    </message>
+    <message>
+        <source>Takes the plots out into a window of their own</source>
+        <translation>把曲线图移到单独的窗口</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>What is &amp;shown...</source>
+        <translation>当前显示的部分(&amp;S)...</translation>
+    </message>
+    <message>
+        <source>The &amp;whole capture...</source>
+        <translation>整个记录(&amp;W)...</translation>
+    </message>
+</context>
+<context>
+    <name>TimeTicks</name>
+    <message>
+        <source>%1 d</source>
+        <translation>%1 天</translation>
+    </message>
+</context>
+<context>
     <name>UpgradeProcess</name>
     <message>
         <source>Device upgrade succeeded</source>
@@ -1111,6 +1335,25 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
     <message>
         <source>Close</source>
         <translation>关闭</translation>
+    </message>
+</context>
+<context>
+    <name>ValueEdit</name>
+    <message>
+        <source>Plot, such as  data[0] &lt;&lt; 8 | data[1] of id == 0x123</source>
+        <translation>绘制，例如  data[0] &lt;&lt; 8 | data[1] of id == 0x123</translation>
+    </message>
+    <message>
+        <source>A signal, a number of each frame, or “rate”; behind the word “of” a filter for the frames:
+Speed
+data[0] &lt;&lt; 8 | data[1] of id == 0x123
+rate of error
+rate 100ms of id == 0x123 and dir == tx</source>
+        <translation>信号、每帧的一个数值或“rate”（帧率）；在“of”之后是帧的过滤条件：
+Speed
+data[0] &lt;&lt; 8 | data[1] of id == 0x123
+rate of error
+rate 100ms of id == 0x123 and dir == tx</translation>
     </message>
 </context>
 <context>
@@ -3153,6 +3396,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>Findings</source>
         <translation>发现的问题</translation>
+    </message>
+    <message>
+        <source>Plots</source>
+        <translation>曲线图</translation>
     </message>
     <message>
         <source>Bookmarks</source>

@@ -1064,6 +1064,230 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
     </message>
 </context>
 <context>
+    <name>PlotCurveList</name>
+    <message>
+        <source>Curves</source>
+        <translation>Curves</translation>
+    </message>
+    <message>
+        <source>Curve</source>
+        <translation>Curve</translation>
+    </message>
+    <message>
+        <source>At cursor</source>
+        <translation>At cursor</translation>
+    </message>
+    <message>
+        <source>At second</source>
+        <translation>At second</translation>
+    </message>
+    <message>
+        <source>Difference</source>
+        <translation>Difference</translation>
+    </message>
+    <message>
+        <source>Pane</source>
+        <translation>Pane</translation>
+    </message>
+    <message>
+        <source>Color...</source>
+        <translation>Color...</translation>
+    </message>
+    <message>
+        <source>To the pane above</source>
+        <translation>To the pane above</translation>
+    </message>
+    <message>
+        <source>To the pane below</source>
+        <translation>To the pane below</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Remove</translation>
+    </message>
+</context>
+<context>
+    <name>PlotExport</name>
+    <message>
+        <source>It was stopped.</source>
+        <translation>It was stopped.</translation>
+    </message>
+</context>
+<context>
+    <name>PlotExpression</name>
+    <message>
+        <source>A step is from 1ns to a day: 100ms.</source>
+        <translation>A step is from 1ns to a day: 100ms.</translation>
+    </message>
+    <message>
+        <source>A step of time, such as 100ms, or “of” comes here.</source>
+        <translation>A step of time, such as 100ms, or “of” comes here.</translation>
+    </message>
+</context>
+<context>
+    <name>PlotPane</name>
+    <message>
+        <source>Plot</source>
+        <translation>Plot</translation>
+    </message>
+</context>
+<context>
+    <name>PlotPanel</name>
+    <message>
+        <source>The plots are in a window of their own.</source>
+        <translation>The plots are in a window of their own.</translation>
+    </message>
+    <message>
+        <source>These are as many curves as there can be.</source>
+        <translation>These are as many curves as there can be.</translation>
+    </message>
+    <message>
+        <source>Cursor: %1</source>
+        <translation>Cursor: %1</translation>
+    </message>
+    <message>
+        <source>Second: %1</source>
+        <translation>Second: %1</translation>
+    </message>
+    <message>
+        <source>Difference: %1</source>
+        <translation>Difference: %1</translation>
+    </message>
+    <message>
+        <source>Save the plots</source>
+        <translation>Save the plots</translation>
+    </message>
+    <message>
+        <source>Picture (*.png)</source>
+        <translation>Picture (*.png)</translation>
+    </message>
+    <message>
+        <source>Document (*.pdf)</source>
+        <translation>Document (*.pdf)</translation>
+    </message>
+    <message>
+        <source>Table (*.csv)</source>
+        <translation>Table (*.csv)</translation>
+    </message>
+    <message>
+        <source>Saving %1</source>
+        <translation>Saving %1</translation>
+    </message>
+    <message>
+        <source>%1 was saved.</source>
+        <translation>%1 was saved.</translation>
+    </message>
+    <message>
+        <source>%1 was not saved: %2</source>
+        <translation>%1 was not saved: %2</translation>
+    </message>
+    <message>
+        <source>Plot</source>
+        <translation>Plot</translation>
+    </message>
+    <message>
+        <source>Frames a second</source>
+        <translation>Frames a second</translation>
+    </message>
+    <message>
+        <source>Byte %1</source>
+        <translation>Byte %1</translation>
+    </message>
+    <message>
+        <source>Plots</source>
+        <translation>Plots</translation>
+    </message>
+    <message>
+        <source>The curves cannot be kept for the next time.</source>
+        <translation>The curves cannot be kept for the next time.</translation>
+    </message>
+</context>
+<context>
+    <name>PlottedCurves</name>
+    <message>
+        <source>Memory is full; not all of it is drawn.</source>
+        <translation>Memory is full; not all of it is drawn.</translation>
+    </message>
+</context>
+<context>
+    <name>PlotTools</name>
+    <message>
+        <source>Back</source>
+        <translation>Back</translation>
+    </message>
+    <message>
+        <source>The view before (Alt+Left)</source>
+        <translation>The view before (Alt+Left)</translation>
+    </message>
+    <message>
+        <source>Forward</source>
+        <translation>Forward</translation>
+    </message>
+    <message>
+        <source>The view behind (Alt+Right)</source>
+        <translation>The view behind (Alt+Right)</translation>
+    </message>
+    <message>
+        <source>Zooms in (+, or the wheel)</source>
+        <translation>Zooms in (+, or the wheel)</translation>
+    </message>
+    <message>
+        <source>Zooms out (-, or the wheel)</source>
+        <translation>Zooms out (-, or the wheel)</translation>
+    </message>
+    <message>
+        <source>Whole capture</source>
+        <translation>Whole capture</translation>
+    </message>
+    <message>
+        <source>Shows the whole capture (W)</source>
+        <translation>Shows the whole capture (W)</translation>
+    </message>
+    <message>
+        <source>Fit values</source>
+        <translation>Fit values</translation>
+    </message>
+    <message>
+        <source>Scales of values follow what is shown (A). Ctrl+wheel, or the wheel over a scale, makes them fixed.</source>
+        <translation>Scales of values follow what is shown (A). Ctrl+wheel, or the wheel over a scale, makes them fixed.</translation>
+    </message>
+    <message>
+        <source>Clock</source>
+        <translation>Clock</translation>
+    </message>
+    <message>
+        <source>Times as the clock shows them instead of since the start</source>
+        <translation>Times as the clock shows them instead of since the start</translation>
+    </message>
+    <message>
+        <source>Own window</source>
+        <translation>Own window</translation>
+    </message>
+    <message>
+        <source>Takes the plots out into a window of their own</source>
+        <translation>Takes the plots out into a window of their own</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>What is &amp;shown...</source>
+        <translation>What is &amp;shown...</translation>
+    </message>
+    <message>
+        <source>The &amp;whole capture...</source>
+        <translation>The &amp;whole capture...</translation>
+    </message>
+</context>
+<context>
+    <name>TimeTicks</name>
+    <message>
+        <source>%1 d</source>
+        <translation>%1 d</translation>
+    </message>
+</context>
+<context>
     <name>UpgradeProcess</name>
     <message>
         <source>Device upgrade succeeded</source>
@@ -1111,6 +1335,25 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
     <message>
         <source>Close</source>
         <translation>Close</translation>
+    </message>
+</context>
+<context>
+    <name>ValueEdit</name>
+    <message>
+        <source>Plot, such as  data[0] &lt;&lt; 8 | data[1] of id == 0x123</source>
+        <translation>Plot, such as  data[0] &lt;&lt; 8 | data[1] of id == 0x123</translation>
+    </message>
+    <message>
+        <source>A signal, a number of each frame, or “rate”; behind the word “of” a filter for the frames:
+Speed
+data[0] &lt;&lt; 8 | data[1] of id == 0x123
+rate of error
+rate 100ms of id == 0x123 and dir == tx</source>
+        <translation>A signal, a number of each frame, or “rate”; behind the word “of” a filter for the frames:
+Speed
+data[0] &lt;&lt; 8 | data[1] of id == 0x123
+rate of error
+rate 100ms of id == 0x123 and dir == tx</translation>
     </message>
 </context>
 <context>
@@ -3153,6 +3396,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <message>
         <source>Findings</source>
         <translation>Findings</translation>
+    </message>
+    <message>
+        <source>Plots</source>
+        <translation>Plots</translation>
     </message>
     <message>
         <source>Bookmarks</source>

@@ -75,6 +75,7 @@ void tst_PlotExpression::rates_data()
     QTest::newRow("alone") << QStringLiteral("rate") << PlotExpression::DefaultStep << true;
     QTest::newRow("of") << QStringLiteral("Rate of id == 0x100") << PlotExpression::DefaultStep << false;
     QTest::newRow("step") << QStringLiteral("rate 100ms") << qint64(100000000) << true;
+    QTest::newRow("least step") << QStringLiteral("rate 1ns") << qint64(1) << true;
     QTest::newRow("step of") << QStringLiteral("rate 20us of error") << qint64(20000) << false;
 }
 

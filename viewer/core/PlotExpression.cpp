@@ -12,11 +12,6 @@ namespace {
 constexpr double NanosecondsPerSecond = 1e9;
 constexpr double LongestStep = 86400; // s
 
-QString translated(const char *text)
-{
-    return QCoreApplication::translate("PlotExpression", text);
-}
-
 /// The word "of" that parts a curve's value from its filter; End, at the text's end, without one.
 FilterToken partingWord(const std::vector<FilterToken> &tokens)
 {
@@ -35,12 +30,12 @@ bool parseRate(const std::vector<FilterToken> &tokens, int end, PlotExpression &
     const FilterToken &step = tokens[1];
     const bool hasStep = step.kind == FilterToken::Number && step.position < end;
     const FilterToken &behind = tokens[hasStep ? 2 : 1];
-    if (hasStep && (step.number * NanosecondsPerSecond < 1 || step.number > LongestStep)) {
+    if (hasStep && (step.number * NanosecondsPerSecond < 0.5 || step.number > LongestStep)) {
         error = {step.position, step.length,
-                 translated(QT_TRANSLATE_NOOP("PlotExpression", "A step is from 1ns to a day: 100ms."))};
+                 QCoreApplication::translate("PlotExpression", "A step is from 1ns to a day: 100ms.")};
     } else if (behind.kind != FilterToken::End && behind.position < end) {
         error = {behind.position, behind.length,
-                 translated(QT_TRANSLATE_NOOP("PlotExpression", "A step of time, such as 100ms, or “of” comes here."))};
+                 QCoreApplication::translate("PlotExpression", "A step of time, such as 100ms, or “of” comes here.")};
     } else if (hasStep) {
         expression.step = std::llround(step.number * NanosecondsPerSecond);
     }
