@@ -8,6 +8,7 @@
 
 #include <qwt_plot_canvas.h>
 #include <qwt_plot_grid.h>
+#include <qwt_plot_marker.h>
 #include <qwt_scale_map.h>
 #include <qwt_scale_widget.h>
 
@@ -26,6 +27,7 @@ constexpr double LeastShare = 1e-9;
 AnalysisPlot::AnalysisPlot(QWidget *parent)
     : QwtPlot(parent)
     , m_grid(new QwtPlotGrid)
+    , m_cursor(new QwtPlotMarker)
 {
     setFocusPolicy(Qt::StrongFocus);
     auto *ground = new QwtPlotCanvas;
@@ -34,6 +36,9 @@ AnalysisPlot::AnalysisPlot(QWidget *parent)
     ground->installEventFilter(this);
     setCanvas(ground);
     m_grid->attach(this);
+    m_cursor->setLineStyle(QwtPlotMarker::VLine);
+    m_cursor->setVisible(false);
+    m_cursor->attach(this);
     applyLook();
 }
 
@@ -55,6 +60,7 @@ void AnalysisPlot::applyLook()
     QColor line = palette().color(QPalette::Text);
     line.setAlpha(40);
     m_grid->setPen(line, 0);
+    m_cursor->setLinePen(palette().color(QPalette::Highlight), 2);
     QFont letters = QApplication::font();
     for (int axis = 0; axis < QwtPlot::axisCnt; ++axis) {
         setAxisFont(axis, letters);
@@ -162,8 +168,42 @@ bool AnalysisPlot::eventFilter(QObject *object, QEvent *event)
     return QwtPlot::eventFilter(object, event);
 }
 
+/// It begins in the middle, and what is shown goes along with it.
+void AnalysisPlot::moveCursor(int steps)
+{
+    const double width = m_shownGreatest - m_shownLeast;
+    const double step = m_cursorStep > 0 ? m_cursorStep : width / 100;
+    const bool isThere = m_cursor->isVisible();
+    const double begin = isThere ? m_cursor->xValue() : m_shownLeast + width / 2;
+    const double place = std::max(m_least, std::min(begin + (isThere ? steps * step : 0), m_greatest));
+    m_cursor->setXValue(place);
+    m_cursor->setVisible(true);
+    if (place < m_shownLeast || place > m_shownGreatest) {
+        move(place - (place < m_shownLeast ? m_shownLeast : m_shownGreatest));
+    } else {
+        replot();
+    }
+}
+
+bool AnalysisPlot::handleCursorKey(const QKeyEvent &event)
+{
+    const bool isMoved = (event.modifiers() & Qt::ControlModifier) != 0;
+    if (isMoved && (event.key() == Qt::Key_Left || event.key() == Qt::Key_Right)) {
+        moveCursor(event.key() == Qt::Key_Left ? -1 : 1);
+        return true;
+    }
+    if ((event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) && m_cursor->isVisible()) {
+        emit sig_clicked({m_cursor->xValue(), 0});
+        return true;
+    }
+    return false;
+}
+
 void AnalysisPlot::keyPressEvent(QKeyEvent *event)
 {
+    if (handleCursorKey(*event)) {
+        return;
+    }
     const double width = m_shownGreatest - m_shownLeast;
     const double middle = m_shownLeast + width / 2;
     switch (event->key()) {

@@ -3,9 +3,11 @@
 #include <qwt_plot.h>
 
 class QwtPlotGrid;
+class QwtPlotMarker;
 
 /// A plot with the window's colours and letters. The wheel and + and - zoom along the horizontal axis, dragging and the
-/// arrow keys move, a double click and Home show all again.
+/// arrow keys move, a double click and Home show all again. With Ctrl the arrow keys move a line, and Enter does what a
+/// click there does.
 class AnalysisPlot : public QwtPlot
 {
     Q_OBJECT
@@ -19,6 +21,8 @@ public:
     /// Zoomed by factor around a place of the axis.
     void zoom(double factor, double around);
     void showAll();
+    /// Of the line that keys move, in the axis' values; 0: a hundredth of what is shown.
+    void setCursorStep(double step) { m_cursorStep = step; }
     bool savePicture(const QString &path);
     /// The colours of lines one beside the other, on dark and on light ground.
     static QColor lineColor(int number);
@@ -37,9 +41,13 @@ private:
     void applyLook();
     void show(double least, double greatest);
     void move(double distance);
+    void moveCursor(int steps);
+    bool handleCursorKey(const QKeyEvent &event);
     bool handleMouse(QMouseEvent &event);
 
     QwtPlotGrid *m_grid;
+    QwtPlotMarker *m_cursor;
+    double m_cursorStep = 0;
     double m_least = 0;
     double m_greatest = 1;
     double m_shownLeast = 0;

@@ -273,6 +273,7 @@ void PeriodWindow::drawBars()
     if (!histogram.counts.empty()) {
         const auto width = static_cast<double>(histogram.width) / Millisecond;
         const auto low = static_cast<double>(histogram.low) / Millisecond;
+        m_plot->setCursorStep(width);
         m_plot->setExtent(low - width, low + width * static_cast<double>(histogram.counts.size() + 1));
     }
 }

@@ -7,6 +7,7 @@
 #include "viewer/PeriodWindow.h"
 #include "viewer/ViewerWindow.h"
 
+#include <QAbstractItemModelTester>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -52,6 +53,8 @@ private slots:
     static void bitRates();
     void damagedMemory();
     static void plotZooms();
+    static void plotCursor();
+    static void overviewFigures();
 
 private:
     CaptureTab &tab() { return *m_viewer->currentTab(); }
@@ -406,6 +409,53 @@ void tst_AnalysisWindows::plotZooms()
     QTest::keyClick(&plot, Qt::Key_Minus);
     QTest::keyClick(&plot, Qt::Key_Left);
     QCOMPARE(least(), 0.0);
+}
+
+void tst_AnalysisWindows::plotCursor()
+{
+    AnalysisPlot plot;
+    plot.setExtent(0, 100);
+    std::vector<double> places;
+    connect(&plot, &AnalysisPlot::sig_clicked, &plot, [&places](const QPointF &place) { places.push_back(place.x()); });
+    QTest::keyClick(&plot, Qt::Key_Return); // there is no line yet
+    QVERIFY(places.empty());
+    QTest::keyClick(&plot, Qt::Key_Right, Qt::ControlModifier);
+    QTest::keyClick(&plot, Qt::Key_Return);
+    QTest::keyClick(&plot, Qt::Key_Right, Qt::ControlModifier);
+    QTest::keyClick(&plot, Qt::Key_Return);
+    plot.setCursorStep(30);
+    QTest::keyClick(&plot, Qt::Key_Left, Qt::ControlModifier);
+    QTest::keyClick(&plot, Qt::Key_Return);
+    plot.zoom(0.1, 100); // out of sight
+    QTest::keyClick(&plot, Qt::Key_Left, Qt::ControlModifier);
+    QTest::keyClick(&plot, Qt::Key_Left, Qt::ControlModifier);
+    QTest::keyClick(&plot, Qt::Key_Return);
+    QCOMPARE(places, (std::vector<double>{50, 51, 21, 0}));
+    QCOMPARE(plot.axisScaleDiv(QwtPlot::xBottom).lowerBound(), 0.0); // it was followed
+}
+
+void tst_AnalysisWindows::overviewFigures()
+{
+    OpenCapture capture(QStringLiteral("small"), syntheticCapture(1000), false);
+    OverviewModel model(capture);
+    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QTRY_COMPARE(capture.overview().covered(), 1000);
+    model.update();
+    QCOMPARE(model.rowCount(), 21);
+    const std::vector<std::pair<OverviewModel::Column, const char *>> expected{
+        {OverviewModel::Channel, "1"},   {OverviewModel::Identifier, "100"},    {OverviewModel::Name, ""},
+        {OverviewModel::Count, "50"},    {OverviewModel::Rate, "100.00"},       {OverviewModel::Mean, "10.000"},
+        {OverviewModel::Least, "9.999"}, {OverviewModel::Greatest, "10.005"},   {OverviewModel::Deviation, "0.002"},
+        {OverviewModel::Length, "8"},    {OverviewModel::First, "0.000000000"}, {OverviewModel::Last, "0.490000000"}};
+    for (const auto &[column, text] : expected) {
+        QCOMPARE(model.index(0, column).data().toString(), QString::fromLatin1(text));
+    }
+    const QStringList bytes = model.index(0, OverviewModel::Data).data().toString().split(QLatin1Char(' '));
+    QCOMPARE(bytes.at(7), QStringLiteral("[31]")); // the counter, 980 / 20
+    QCOMPARE(bytes.at(5), QStringLiteral("00"));
+    model.setRow(0);
+    QCOMPARE(model.index(0, OverviewModel::Data).data().toString().section(QLatin1Char(' '), 7), QStringLiteral("00"));
+    QVERIFY(model.index(1, OverviewModel::Data).data().toString().isEmpty()); // none before that frame
 }
 
 X9_GUI_TEST(tst_AnalysisWindows)
