@@ -142,7 +142,7 @@ void tst_ViewerWindow::overviewCanBeHidden()
     m_window->openFiles({QStringLiteral("a.csv")});
     auto *overview = m_window->findChild<QWidget *>(QStringLiteral("overview"));
     QVERIFY(overview->isVisible());
-    action("&Overview by identifier")->trigger();
+    action("&Panels below the frames")->trigger();
     QVERIFY(!overview->isVisible());
 }
 
