@@ -19,7 +19,7 @@
 namespace {
 
 /// In characters; the last column takes what is left.
-constexpr std::array<int, DatabasePanel::ColumnCount - 1> Widths{22, 10, 10, 9};
+constexpr std::array<int, DatabasePanel::ColumnCount - 1> Widths{18, 9, 10, 9};
 
 int signalCount(const Database &database)
 {
@@ -42,7 +42,7 @@ DatabasePanel::DatabasePanel(CaptureDatabases &databases, QWidget *parent)
     auto *splitter = new QSplitter;
     splitter->addWidget(makeTable());
     splitter->addWidget(m_details);
-    splitter->setSizes({1, 1}); // halves
+    splitter->setSizes({3, 2}); // shares
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 4, 0, 0);
     layout->addWidget(makeButtons());

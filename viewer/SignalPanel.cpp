@@ -35,7 +35,7 @@ SignalPanel::SignalPanel(OpenCapture &capture, QWidget *parent)
     auto *splitter = new QSplitter;
     splitter->addWidget(makeTable());
     splitter->addWidget(m_bits);
-    splitter->setSizes({1, 1}); // halves
+    splitter->setSizes({1, 1}); // shares
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 4, 0, 0);
     layout->addWidget(m_head);
