@@ -26,7 +26,9 @@ CaptureSignals::CaptureSignals(CaptureTab &tab)
 
 CaptureSignals::~CaptureSignals()
 {
-    m_values->stop();
+    delete m_frame;
+    delete m_values;
+    delete m_files;
 }
 
 void CaptureSignals::connectPanels()

@@ -17,7 +17,7 @@ class CaptureSignals : public QObject
     Q_OBJECT
 
 public:
-    /// tab must outlive this; the panels are its own, and do nothing any more when this has gone.
+    /// tab must outlive this, and its capture as well. The panels go with this.
     explicit CaptureSignals(CaptureTab &tab);
     ~CaptureSignals() override;
 

@@ -18,8 +18,8 @@
 
 namespace {
 
-/// In characters.
-constexpr std::array<int, DatabasePanel::ColumnCount> Widths{22, 10, 10, 9, 16};
+/// In characters; the last column takes what is left.
+constexpr std::array<int, DatabasePanel::ColumnCount - 1> Widths{18, 9, 10, 9};
 
 int signalCount(const Database &database)
 {
@@ -42,7 +42,7 @@ DatabasePanel::DatabasePanel(CaptureDatabases &databases, QWidget *parent)
     auto *splitter = new QSplitter;
     splitter->addWidget(makeTable());
     splitter->addWidget(m_details);
-    splitter->setSizes({1, 1}); // halves
+    splitter->setSizes({3, 2}); // shares
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 4, 0, 0);
     layout->addWidget(makeButtons());
@@ -65,7 +65,7 @@ QWidget *DatabasePanel::makeTable()
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     m_table->horizontalHeader()->setStretchLastSection(true);
-    for (int column = 0; column < ColumnCount; ++column) {
+    for (int column = 0; column + 1 < ColumnCount; ++column) {
         m_table->setColumnWidth(column, Widths[static_cast<std::size_t>(column)] *
                                             fontMetrics().horizontalAdvance(QLatin1Char('0')));
     }

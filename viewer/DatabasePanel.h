@@ -17,7 +17,7 @@ class DatabasePanel : public QWidget
 public:
     enum Column { File, Channels, Messages, Signals, State, ColumnCount };
 
-    /// databases must outlive this, except its destructor.
+    /// databases must outlive this.
     explicit DatabasePanel(CaptureDatabases &databases, QWidget *parent = nullptr);
 
     /// Shows what is wrong with an entry.

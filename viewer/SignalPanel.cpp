@@ -18,8 +18,8 @@
 namespace {
 
 constexpr int PlaceRole = Qt::UserRole;
-/// In characters.
-constexpr std::array<int, SignalPanel::ColumnCount> Widths{20, 9, 10, 7, 16};
+/// In characters; the last column takes what is left.
+constexpr std::array<int, SignalPanel::ColumnCount - 1> Widths{20, 9, 10, 7};
 
 } // namespace
 
@@ -35,7 +35,7 @@ SignalPanel::SignalPanel(OpenCapture &capture, QWidget *parent)
     auto *splitter = new QSplitter;
     splitter->addWidget(makeTable());
     splitter->addWidget(m_bits);
-    splitter->setSizes({1, 1}); // halves
+    splitter->setSizes({1, 1}); // shares
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 4, 0, 0);
     layout->addWidget(m_head);
@@ -59,7 +59,7 @@ QWidget *SignalPanel::makeTable()
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     m_table->horizontalHeader()->setStretchLastSection(true);
-    for (int column = 0; column < ColumnCount; ++column) {
+    for (int column = 0; column + 1 < ColumnCount; ++column) {
         m_table->setColumnWidth(column, Widths[static_cast<std::size_t>(column)] *
                                             fontMetrics().horizontalAdvance(QLatin1Char('0')));
     }

@@ -17,7 +17,7 @@ class SignalPanel : public QWidget
 public:
     enum Column { Name, Raw, Physical, Unit, Text, ColumnCount };
 
-    /// capture must outlive this, except its destructor.
+    /// capture must outlive this.
     explicit SignalPanel(OpenCapture &capture, QWidget *parent = nullptr);
 
     /// -1: none.

@@ -30,8 +30,8 @@ ValuePanel::ValuePanel(OpenCapture &capture, QWidget *parent)
     : QWidget(parent)
     , m_capture(capture)
     , m_model(capture.store())
-    , m_last(std::make_unique<LastSignals>(
-          capture.store(), [this] { QMetaObject::invokeMethod(this, &ValuePanel::slot_found, Qt::QueuedConnection); }))
+    , m_last(capture.store(),
+             [this] { QMetaObject::invokeMethod(this, &ValuePanel::slot_found, Qt::QueuedConnection); })
 {
     m_shown.setSourceModel(&m_model);
     makeTree();
@@ -115,12 +115,6 @@ void ValuePanel::setRow(qint64 row)
     m_timer.start(RowMs);
 }
 
-void ValuePanel::stop()
-{
-    m_timer.stop();
-    m_last.reset();
-}
-
 void ValuePanel::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
@@ -132,7 +126,7 @@ void ValuePanel::showEvent(QShowEvent *event)
 void ValuePanel::slot_find()
 {
     m_isOld = !isVisible();
-    if (m_isOld || !m_last) {
+    if (m_isOld) {
         return;
     }
     const qint64 end = m_capture.overview().covered() - 1;
@@ -142,16 +136,13 @@ void ValuePanel::slot_find()
         return;
     }
     if (row >= 0) {
-        m_last->find(m_model.source(), row, m_capture.overview().lastRows(row));
+        m_last.find(m_model.source(), row, m_capture.overview().lastRows(row));
     }
 }
 
 void ValuePanel::slot_found()
 {
-    if (!m_last) {
-        return;
-    }
-    const LastSignals::Rows rows = m_last->take();
+    const LastSignals::Rows rows = m_last.take();
     m_model.setRows(rows);
     const QString frame = QLocale().toString(rows.row + 1);
     m_state->setText(m_row >= 0 ? tr("Up to frame %1").arg(frame) : tr("At the end, frame %1").arg(frame));

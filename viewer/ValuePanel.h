@@ -18,14 +18,12 @@ class ValuePanel : public QWidget
     Q_OBJECT
 
 public:
-    /// capture must outlive this, except its destructor; stop() comes before that.
+    /// capture must outlive this.
     explicit ValuePanel(OpenCapture &capture, QWidget *parent = nullptr);
 
     void setSource(const std::shared_ptr<const DatabaseSignals> &source);
     /// -1: the end, also while the capture grows.
     void setRow(qint64 row);
-    /// Nothing is looked for from now on.
-    void stop();
 
 signals:
     void sig_plotWanted(const QString &expression);
@@ -60,5 +58,5 @@ private:
     QPushButton *m_only = nullptr;
     QPushButton *m_plot = nullptr;
     QTreeView *m_tree = nullptr;
-    std::unique_ptr<LastSignals> m_last; ///< the last member: its thread ends before the others go
+    LastSignals m_last; ///< the last member: its thread ends before the others go
 };

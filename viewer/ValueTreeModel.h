@@ -16,7 +16,7 @@ public:
     enum Column { Name, Value, Unit, Text, Time, ColumnCount };
     static constexpr int IsSeenRole = Qt::UserRole; ///< whether a frame has it
 
-    /// store must outlive this, except its destructor.
+    /// store must outlive this.
     explicit ValueTreeModel(const BusFrameStore &store, QObject *parent = nullptr);
 
     QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;

@@ -51,6 +51,7 @@ DatabaseSignals::DatabaseSignals(std::vector<Part> parts)
     }
     hideMessages();
     addNames();
+    listNames();
 }
 
 void DatabaseSignals::addMessages(int part)
@@ -153,33 +154,24 @@ void DatabaseSignals::addNames()
     }
 }
 
-QVector<SignalSource::Message> DatabaseSignals::messages() const
+void DatabaseSignals::listNames()
 {
-    QVector<Message> list;
     for (int number = 0; number < messageCount(); ++number) {
-        const PreparedMessage &prepared = m_messages[static_cast<std::size_t>(number)];
         if (isUsed(number)) {
-            list.append({prepared.keys.first(), message(number).name, partAt(prepared.part).part.channels});
+            m_named.append({keys(number).first(), message(number).name, partOf(number).channels});
         }
     }
-    return list;
-}
-
-QStringList DatabaseSignals::signalNames() const
-{
-    QStringList names;
-    for (std::size_t i = 0; i < m_signals.size(); ++i) {
-        const auto number = static_cast<int>(i);
+    for (int number = 0; number < signalCount(); ++number) {
+        m_expressions.push_back(shortestName(number));
         const QString &name = signal(number).name;
         if (signalNumber(name) == number && isWritable(name)) {
-            names.append(name);
+            m_signalNames.append(name);
         }
-        const QString full = expression(number);
+        const QString &full = expression(number);
         if (!full.isEmpty() && full != name) {
-            names.append(full);
+            m_signalNames.append(full);
         }
     }
-    return names;
 }
 
 int DatabaseSignals::signalNumber(const QString &name) const
@@ -261,7 +253,8 @@ const SignalDecoder &DatabaseSignals::signalDecoder(int number) const
     return decoder(prepared.message).content()[static_cast<std::size_t>(prepared.place)];
 }
 
-QString DatabaseSignals::expression(int number) const
+/// A name that finds the signal, with its message's and, where it must be, its file's.
+QString DatabaseSignals::shortestName(int number) const
 {
     const PreparedMessage &prepared = m_messages[static_cast<std::size_t>(messageOfSignal(number))];
     const DatabaseMessage &described = message(messageOfSignal(number));

@@ -30,8 +30,8 @@ public:
 
     explicit DatabaseSignals(std::vector<Part> parts);
 
-    QVector<Message> messages() const override;
-    QStringList signalNames() const override;
+    QVector<Message> messages() const override { return m_named; }
+    QStringList signalNames() const override { return m_signalNames; }
     int signalNumber(const QString &name) const override;
     QVector<FrameKey> carriers(int signal) const override;
     double value(int signal, const BusFrame &frame) const override;
@@ -60,7 +60,7 @@ public:
     int messageOf(const BusFrame &frame) const;
     /// A name that finds the signal, with its message's where that does; empty where there is none, or where it is not
     /// a word of expressions.
-    QString expression(int signal) const;
+    const QString &expression(int signal) const { return m_expressions[static_cast<std::size_t>(signal)]; }
     const std::vector<Hidden> &hidden() const { return m_hidden; }
 
 private:
@@ -88,6 +88,8 @@ private:
     void addEvents(const PreparedPart &part);
     void hideMessages();
     void addNames();
+    void listNames();
+    QString shortestName(int signal) const;
     FrameKey keyOf(const PreparedMessage &message) const;
     bool hides(const PreparedMessage &first, const PreparedMessage &second) const;
     const PreparedPart &partAt(int part) const { return m_parts[static_cast<std::size_t>(part)]; }
@@ -96,5 +98,9 @@ private:
     std::vector<PreparedMessage> m_messages;
     std::vector<PreparedSignal> m_signals;
     std::vector<Hidden> m_hidden;
-    QHash<QString, int> m_numbers; ///< by name; -1 where several signals have it
+    // Made once, as these are asked for while somebody types.
+    QVector<Message> m_named;
+    QStringList m_signalNames;
+    std::vector<QString> m_expressions; ///< by signal
+    QHash<QString, int> m_numbers;      ///< by name; -1 where several signals have it
 };

@@ -2,6 +2,8 @@
 
 #include "viewer/core/FilterParser.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <utility>
 
@@ -116,8 +118,13 @@ FilterCompletion Filter::complete(const QString &text, int cursor, const SignalS
     } catch (const FilterError & /*unfinished*/) {
         // That is why it is completed.
     }
+    QSet<QString> offered;
     for (const QString &offer : parser.offers()) {
-        if (offer.startsWith(begun, Qt::CaseInsensitive) && !completion.candidates.contains(offer)) {
+        if (completion.candidates.size() == FilterCompletion::MaxCandidates) {
+            break;
+        }
+        if (offer.startsWith(begun, Qt::CaseInsensitive) && !offered.contains(offer)) {
+            offered.insert(offer);
             completion.candidates.append(offer);
         }
     }

@@ -26,6 +26,8 @@ struct FilterError
 /// of the candidates.
 struct FilterCompletion
 {
+    static constexpr int MaxCandidates = 1000; ///< the first of more
+
     int position = 0;
     int length = 0;
     QStringList candidates;
