@@ -104,6 +104,7 @@ QWidget *CaptureTab::makeFilterLine()
     connect(m_filter, &FilterEdit::sig_filterTaken, this, &CaptureTab::slot_filterTaken);
     connect(m_find, &FilterEdit::sig_filterTaken, this, [this] { findNext(false); });
     for (FilterEdit *edit : {m_filter, m_find}) {
+        edit->setAcceptDrops(false); // files that are dropped go to the window
         connect(edit, &FilterEdit::sig_problemChanged, this, &CaptureTab::slot_problemChanged);
     }
     return line;
