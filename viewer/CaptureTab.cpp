@@ -137,6 +137,7 @@ QWidget *CaptureTab::makeFilterLine()
         findNext(false);
     });
     for (FilterEdit *edit : {m_filter, m_find}) {
+        edit->setAcceptDrops(false); // files that are dropped go to the window
         connect(edit, &FilterEdit::sig_problemChanged, this, &CaptureTab::slot_problemChanged);
     }
     return line;

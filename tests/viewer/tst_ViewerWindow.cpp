@@ -10,6 +10,8 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMimeData>
+#include <QPlainTextEdit>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QTabBar>
 #include <QTabWidget>
@@ -35,6 +37,30 @@ QByteArray candumpLines(int count)
     return lines;
 }
 
+/// Ten frames every 20 ms, of a thousand.
+class SlowStream : public CaptureStream, private FrameReader
+{
+public:
+    FrameReader &reader() override { return *this; }
+    qint64 position() const override { return m_next; }
+    qint64 size() const override { return 1000; }
+    void setGrowing(bool /*growing*/) override {}
+    bool isBroken() const override { return false; }
+
+private:
+    int read(BusFrame *frames, int /*room*/) override
+    {
+        QThread::msleep(20);
+        const int count = m_next < 1000 ? 10 : 0;
+        for (int i = 0; i < count; ++i) {
+            frames[i].time = m_next++ * 1000;
+        }
+        return count;
+    }
+
+    qint64 m_next = 0;
+};
+
 } // namespace
 
 class tst_ViewerWindow : public QObject
@@ -53,6 +79,8 @@ private slots:
     void stopsFollowing();
     static void tellsWhatCannotBeOpened_data();
     void tellsWhatCannotBeOpened();
+    void slowFilesTellTheTimeLeft();
+    void listsWhatWasSkipped();
     void loadsAgain();
     void followsAFileThatGrows();
     static void noticesWhatBecomesOfAFile_data();
@@ -222,6 +250,46 @@ void tst_ViewerWindow::tellsWhatCannotBeOpened()
     QTRY_VERIFY(notice->isVisible());
     QVERIFY(notice->findChild<QLabel *>(QStringLiteral("loadNoticeText"))->text().contains(text));
     QVERIFY(window->findChild<QLabel *>(QStringLiteral("state"))->text().contains(text));
+}
+
+void tst_ViewerWindow::slowFilesTellTheTimeLeft()
+{
+    ViewerWindow window(ViewerSettings(m_folder->path()), [](const QString & /*path*/) {
+        return [](Findings & /*findings*/, QString & /*error*/) {
+            return std::make_unique<SlowStream>();
+        };
+    });
+    window.show();
+    window.openFiles({path("slow")});
+    CaptureTab &tab = *window.currentTab();
+    const auto *bar = window.findChild<QProgressBar *>();
+    const auto *state = window.findChild<QLabel *>(QStringLiteral("state"));
+    auto *cancel = window.findChild<QPushButton *>(QStringLiteral("cancel"));
+    QTRY_VERIFY(tab.capture().rowCount() > 0);
+    QVERIFY(!bar->isVisible()); // not for what may be over at once
+    QTRY_VERIFY(bar->isVisible());
+    QVERIFY(state->text().contains(QStringLiteral("s left")));
+    QVERIFY(bar->value() > 0 && bar->value() < bar->maximum());
+    tab.table().setCurrentPlace(5); // usable meanwhile
+    QCOMPARE(tab.table().currentRow(), 5);
+    QCOMPARE(cancel->text(), QStringLiteral("Stop loading"));
+    QTest::mouseClick(cancel, Qt::LeftButton);
+    QTRY_VERIFY(state->text().contains(QStringLiteral("stopped")));
+    QVERIFY(!bar->isVisible());
+    QVERIFY(tab.capture().rowCount() < 1000);
+}
+
+void tst_ViewerWindow::listsWhatWasSkipped()
+{
+    write(path("odd.log"), candumpLines(1) + "this is no frame\n" + candumpLines(1));
+    const auto window = windowWith(path("odd.log"));
+    auto *findings = window->findChild<QPushButton *>(QStringLiteral("findings"));
+    QTRY_VERIFY(findings->isVisible());
+    QTest::mouseClick(findings, Qt::LeftButton);
+    const auto *text = window->findChild<QPlainTextEdit *>();
+    QVERIFY(text != nullptr);
+    QVERIFY2(text->toPlainText().startsWith(QStringLiteral("line 2: ")), qPrintable(text->toPlainText()));
+    QCOMPARE(window->currentTab()->capture().rowCount(), 2);
 }
 
 void tst_ViewerWindow::loadsAgain()
