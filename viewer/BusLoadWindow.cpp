@@ -24,6 +24,7 @@
 #include <qwt_symbol.h>
 
 #include <algorithm>
+#include <atomic>
 #include <limits>
 
 namespace {
@@ -406,5 +407,6 @@ bool BusLoadWindow::saveCsv(const QString &path) const
             columns.push_back({tr("channel %1 [%]").arg(load.channel + 1), load.series.get()});
         }
     }
-    return writeSeriesCsv(file, columns, m_tab.capture().store().start()) && file.commit();
+    const std::atomic<bool> stop{false};
+    return writeSeriesCsv(file, columns, {m_tab.capture().store().start()}, stop) && file.commit();
 }

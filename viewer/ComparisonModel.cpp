@@ -237,7 +237,7 @@ QString ComparisonModel::text(int row, Column column) const
         return (identifier.difference.key & ErrorKey) != 0 ? tr("error frames")
                                                            : FrameColumns::identifierText(identifier.difference.key);
     case Name:
-        return m_names.value(identifier.difference.key);
+        return m_names.of(identifier.difference.key, identifier.difference.channel);
     case Difference:
         return differenceText(identifier);
     case BytesA:

@@ -318,11 +318,13 @@ void ComparisonWindow::slot_look()
     }
     m_request = request;
     m_table->setColumnHidden(ComparisonModel::Channel, !request.tellsChannels);
-    FrameColumns::Names names = identifierNames(tabOf(m_sides[0])->capture());
-    const FrameColumns::Names others = identifierNames(tabOf(m_sides[1])->capture());
-    for (auto it = others.begin(); it != others.end(); ++it) {
-        names.insert(it.key(), names.value(it.key(), it.value()));
+    QVector<SignalSource::Message> messages;
+    for (const auto *side : {tabOf(m_sides[0]), tabOf(m_sides[1])}) {
+        if (const auto &source = side->capture().signalSource()) {
+            messages += source->messages();
+        }
     }
+    const FrameNames names(messages);
     m_table->setColumnHidden(ComparisonModel::Name, names.isEmpty());
     m_model.setNames(names);
     ComparisonThresholds thresholds;

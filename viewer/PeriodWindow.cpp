@@ -178,7 +178,7 @@ void PeriodWindow::fillIdentifiers()
     std::sort(identifiers.begin(), identifiers.end(), [](const auto &a, const auto &b) {
         return std::make_pair(a.channel, a.key) < std::make_pair(b.channel, b.key);
     });
-    const FrameColumns::Names names = identifierNames(m_tab.capture());
+    const FrameNames names(m_tab.capture().signalSource().get());
     const QVariant current = m_identifier->currentData();
     const QSignalBlocker blocker(m_identifier);
     m_identifier->clear();

@@ -431,7 +431,7 @@ void PlotPanel::addActions(QMenu *menu, qint64 row)
         return;
     }
     const BusFrame frame = m_capture.store().frame(row);
-    const QString same = FrameColumns::sameCell(FrameColumn::Identifier, row, frame, {});
+    const QString same = FrameColumns::sameCell(FrameColumn::Identifier, m_capture.store(), row, {});
     QMenu *plot = menu->addMenu(tr("Plot"));
     const auto add = [this, plot, &same](const QString &text, const QString &value) {
         plot->addAction(text, this,

@@ -14,6 +14,7 @@ public:
     /// source may be null.
     explicit FrameNames(const SignalSource *source);
 
+    bool isEmpty() const { return m_messages.isEmpty(); }
     /// channel: from 0. Empty where there is none.
     QString of(FrameKey key, int channel) const;
 
