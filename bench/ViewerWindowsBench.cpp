@@ -26,7 +26,7 @@ using BenchTarget = BenchReport::Target;
 
 constexpr int Identifiers = 200;
 constexpr qint64 FramePeriod = 100000; ///< ns
-constexpr int MostSeconds = 120;
+constexpr qint64 MostMs = 120000;
 
 double milliseconds(const QElapsedTimer &clock)
 {
@@ -101,7 +101,7 @@ bool waitFor(const std::function<bool()> &isSo)
 {
     QElapsedTimer clock;
     clock.start();
-    while (!isSo() && clock.elapsed() < MostSeconds * 1000) {
+    while (!isSo() && clock.elapsed() < MostMs) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
     }
     return isSo();

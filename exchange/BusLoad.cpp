@@ -102,26 +102,35 @@ constexpr ByteSteps Steps = makeByteSteps();
 class BitStream
 {
 public:
+    /// At most 24 bits at a time.
     void put(unsigned value, unsigned bits)
     {
-        for (; bits % Byte != 0; --bits) {
-            putBit(value >> (bits - 1) & 1U);
-        }
-        for (; bits > 0; bits -= Byte) {
-            putByte(value >> (bits - Byte) & (ByteValues - 1));
+        m_waiting = m_waiting << bits | value;
+        for (m_waitingBits += bits; m_waitingBits >= Byte; m_waitingBits -= Byte) {
+            putByte(m_waiting >> (m_waitingBits - Byte) & (ByteValues - 1));
         }
     }
     /// From here on bits count as those of the data phase.
-    void beginDataPhase() { m_isData = true; }
+    void beginDataPhase()
+    {
+        putWaiting();
+        m_isData = true;
+    }
     /// The CRC of a classic frame over all bits so far; no bit is stuffed behind it.
     void putCrc()
     {
+        putWaiting();
         put(m_crc, CrcBits);
+        putWaiting();
         StuffStep step = current();
         step.stuff();
         take(step, 0);
     }
-    BusLoad::Bits bits() const { return m_bits; }
+    BusLoad::Bits bits()
+    {
+        putWaiting();
+        return m_bits;
+    }
 
 private:
     StuffStep current() const { return {m_state / (MaxEqual + 1), m_state % (MaxEqual + 1), 0}; }
@@ -129,6 +138,13 @@ private:
     {
         m_state = stateOf(step.last, step.equal);
         count(bits + step.stuffBits);
+    }
+    /// What does not fill a byte.
+    void putWaiting()
+    {
+        for (; m_waitingBits > 0; --m_waitingBits) {
+            putBit(m_waiting >> (m_waitingBits - 1) & 1U);
+        }
     }
     void putBit(unsigned bit)
     {
@@ -147,6 +163,8 @@ private:
 
     BusLoad::Bits m_bits;
     bool m_isData = false;
+    unsigned m_waiting = 0; ///< its last m_waitingBits bits were put, but are not counted yet
+    unsigned m_waitingBits = 0;
     unsigned m_crc = 0;
     unsigned m_state = stateOf(1, 0); ///< the bus is recessive before the frame
 };

@@ -340,7 +340,13 @@ void ComparisonWindow::slot_hasResult()
     if (!comparison) {
         return;
     }
+    const QModelIndex before = m_table->currentIndex();
+    const IdentifierDifference selected =
+        before.isValid() ? m_model.at(m_sorted.mapToSource(before).row()).difference : IdentifierDifference();
     m_model.setComparison(comparison);
+    if (before.isValid()) {
+        select(selected);
+    }
     const auto differing = std::count_if(comparison->identifiers.begin(), comparison->identifiers.end(),
                                          [](const ComparedIdentifier &one) { return one.difference.what != 0; });
     const QLocale locale;
@@ -351,6 +357,18 @@ void ComparisonWindow::slot_hasResult()
                      (comparison->isComplete ? QString() : tr(", comparing...")));
     if (!m_table->currentIndex().isValid() && m_sorted.rowCount() > 0) {
         m_table->setCurrentIndex(m_sorted.index(0, ComparisonModel::Difference));
+    }
+}
+
+/// Other identifiers may have come before it.
+void ComparisonWindow::select(const IdentifierDifference &wanted)
+{
+    for (int row = 0; row < m_model.rowCount(); ++row) {
+        const IdentifierDifference &difference = m_model.at(row).difference;
+        if (difference.key == wanted.key && difference.channel == wanted.channel) {
+            m_table->setCurrentIndex(m_sorted.mapFromSource(m_model.index(row, ComparisonModel::Difference)));
+            return;
+        }
     }
 }
 

@@ -74,6 +74,7 @@ private:
     void goToMove(CaptureTab &tab, const QString &filter, qint64 first);
     void seek(const QPointer<CaptureTab> &tab, qint64 row, int tries);
     void tell(const QString &problem);
+    void select(const IdentifierDifference &wanted);
 
     QTabWidget &m_tabs;
     std::array<Side, 2> m_sides;

@@ -15,6 +15,7 @@
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
 #include <QTableWidget>
@@ -46,6 +47,7 @@ private slots:
     void histogramFiles();
     void busLoad();
     void busLoadRatesAreKept();
+    void busLoadEditing();
     void busLoadNextAboveTheLimit();
     void busLoadFiles();
     void windowsGoWithTheirCapture();
@@ -83,7 +85,6 @@ void tst_AnalysisWindows::init()
     QVERIFY(QTest::qWaitForWindowActive(m_viewer.get()));
     m_viewer->openFiles({QStringLiteral("drive.csv")});
     QTRY_COMPARE(tab().capture().overview().covered(), Frames);
-    QTRY_COMPARE(overview().model()->rowCount(), 21);
 }
 
 void tst_AnalysisWindows::cleanup()
@@ -94,6 +95,7 @@ void tst_AnalysisWindows::cleanup()
 void tst_AnalysisWindows::select(const char *identifier)
 {
     const QAbstractItemModel &model = *overview().model();
+    QTRY_COMPARE(model.rowCount(), 21);
     for (int row = 0; row < model.rowCount(); ++row) {
         if (model.index(row, OverviewModel::Identifier).data().toString() == QLatin1String(identifier)) {
             overview().selectRow(row);
@@ -269,6 +271,27 @@ void tst_AnalysisWindows::busLoadRatesAreKept()
     const BusLoadMemory memory(m_folder->filePath(QStringLiteral("busload.ini")));
     QCOMPARE(memory.load(tab().capture().path()).ratesOf(0).bitRate, qint64(1000000));
     QVERIFY(memory.load(QStringLiteral("other.csv")) == BusLoadSettings());
+}
+
+/// What is being typed stays when figures come meanwhile.
+void tst_AnalysisWindows::busLoadEditing()
+{
+    auto *window = open<BusLoadWindow>("busLoad");
+    auto *table = window->findChild<QTableWidget *>(QStringLiteral("channels"));
+    QTRY_VERIFY(window->loads() != nullptr && window->loads()->covered == Frames && table->rowCount() == 1);
+    table->setCurrentCell(0, BusLoadWindow::Nominal);
+    table->editItem(table->item(0, BusLoadWindow::Nominal));
+    auto *editor = table->findChild<QLineEdit *>();
+    QVERIFY(editor != nullptr);
+    editor->clear();
+    QTest::keyClicks(editor, QStringLiteral("250"));
+    emit window->findChild<AnalysisPlot *>(QStringLiteral("plot"))->sig_paletteChanged(); // draws all anew
+    QCOMPARE(editor->text(), QStringLiteral("250"));
+    QTest::keyClicks(editor, QStringLiteral("k"));
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_COMPARE(table->item(0, BusLoadWindow::Nominal)->text(), QStringLiteral("250k"));
+    QTRY_VERIFY(window->loads()->covered == Frames && window->loads()->channels.front().mean > 80);
+    QVERIFY(window->loads()->channels.front().stepsAbove > 200);
 }
 
 void tst_AnalysisWindows::busLoadNextAboveTheLimit()

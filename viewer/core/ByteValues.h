@@ -20,7 +20,8 @@ struct ByteValues
     /// Takes count bytes, the first of which is byte number first.
     void add(const uchar *data, int first, int count)
     {
-        for (auto i = static_cast<std::size_t>(first); i < static_cast<std::size_t>(first + count); ++i, ++data) {
+        const std::size_t end = index(first) + index(count);
+        for (std::size_t i = index(first); i < end; ++i, ++data) {
             least[i] = std::min(least[i], *data);
             greatest[i] = std::max(greatest[i], *data);
             everSet[i] = static_cast<uchar>(everSet[i] | *data);
