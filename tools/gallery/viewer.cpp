@@ -106,6 +106,12 @@ int main(int argc, char *argv[])
     filter->take(QStringLiteral("fd or error"));
     QApplication::setPalette(darkPalette());
     isSaved = isSaved && save(QStringLiteral("viewer-plots-dark"));
+    tab.plots().setDetached(true);
+    QTest::qWait(700);
+    isSaved = tab.plots().area().window()->grab().save(
+                  QDir(arguments.at(2)).filePath(arguments.at(1) + QStringLiteral("-viewer-plots-window") + suffix)) &&
+              isSaved;
+    tab.plots().setDetached(false);
     tab.panels().setCurrentIndex(0);
     isSaved = isSaved && save(QStringLiteral("viewer-dark"));
     return isSaved ? 0 : 1;
