@@ -1,7 +1,9 @@
 #include "viewer/PlotCurveItem.h"
 
+#include <QFontInfo>
 #include <QPainter>
 
+#include <qwt_plot.h>
 #include <qwt_scale_map.h>
 
 #include <algorithm>
@@ -95,7 +97,10 @@ void PlotCurveItem::drawSteps(QPainter &painter, const QwtScaleMap &xMap, const 
     series.decimateSteps(m_begin, m_end, std::max(1, static_cast<int>(canvas.width())), steps);
     const double bottom = cut(yMap.transform(series.least()));
     const double top = cut(yMap.transform(series.greatest()));
-    const QFontMetricsF metrics(painter.font(), painter.device());
+    QFont font = plot()->font();
+    font.setPixelSize(QFontInfo(font).pixelSize()); // that of the screen: on paper the painter scales it
+    painter.setFont(font);
+    const QFontMetricsF metrics(font);
     const double blank = metrics.averageCharWidth();
     QColor mixed = m_color;
     mixed.setAlpha(MixedAlpha);

@@ -11,7 +11,7 @@ namespace {
 
 enum Column { Name, First, Second, Difference, Pane, ColumnCount };
 
-constexpr int ValueCharacters = 11;
+constexpr int ValueCharacters = 10;
 
 QIcon colorIcon(const QColor &color, int size)
 {

@@ -21,7 +21,8 @@ void paint(QPainter &painter, PlotArea &area, const QRectF &page, bool isWhole)
 {
     painter.fillRect(page, area.palette().brush(QPalette::Window));
     painter.setFont(area.font());
-    area.render(painter, page, isWhole);
+    const double margin = painter.fontMetrics().averageCharWidth();
+    area.render(painter, page.adjusted(margin, margin, -margin, -margin), isWhole);
 }
 
 } // namespace

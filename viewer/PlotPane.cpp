@@ -143,8 +143,8 @@ void PlotPane::setCursors(const std::optional<qint64> &first, const std::optiona
 
 void PlotPane::fitValues()
 {
-    const int room = canvas()->height() / (2 * fontMetrics().height());
-    setAxisMaxMajor(QwtPlot::yLeft, std::min(std::max(room, 1), MostMarks));
+    const int room = canvas()->height() * 2 / (3 * fontMetrics().height());
+    setAxisMaxMajor(QwtPlot::yLeft, std::min(std::max(room, 2), MostMarks));
     if (!m_isAutomatic) {
         return;
     }

@@ -51,8 +51,8 @@ PlotPanel::PlotPanel(OpenCapture &capture, QString folder, QWidget *parent)
     auto *splitter = new QSplitter;
     splitter->addWidget(m_area);
     splitter->addWidget(m_list);
-    splitter->setStretchFactor(0, 3);
-    splitter->setStretchFactor(1, 1);
+    splitter->setStretchFactor(0, 1);
+    splitter->setSizes({1000, 1}); // the list is as narrow as it can be
     auto *layout = new QVBoxLayout(m_content);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_tools);

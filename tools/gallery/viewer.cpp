@@ -179,6 +179,12 @@ int main(int argc, char *argv[])
     QApplication::setPalette(darkPalette());
     tab.panels().setCurrentWidget(&tab.plots());
     isSaved = isSaved && save(QStringLiteral("viewer-plots-dark"));
+    tab.plots().setDetached(true);
+    QTest::qWait(700);
+    isSaved = tab.plots().area().window()->grab().save(
+                  QDir(arguments.at(2)).filePath(arguments.at(1) + QStringLiteral("-viewer-plots-window") + suffix)) &&
+              isSaved;
+    tab.plots().setDetached(false);
     tab.panels().setCurrentIndex(0);
     for (const auto &[shown, name] : others) {
         isSaved = isSaved && saveOther(*shown, name + QStringLiteral("-dark"));
