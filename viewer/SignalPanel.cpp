@@ -118,7 +118,7 @@ void SignalPanel::update()
         return;
     }
     const FrameBits bits(*m_source, message, frame);
-    m_head->setText(headText(message, frame, bits.missing()));
+    m_head->setText(headText(message, frame, bits));
     m_head->setToolTip(m_source->message(message).comment);
     const int place = currentPlace();
     fill(message, frame, bits.places());
@@ -136,7 +136,7 @@ void SignalPanel::clear(const QString &text)
     m_message = -1;
 }
 
-QString SignalPanel::headText(int message, const BusFrame &frame, int missing) const
+QString SignalPanel::headText(int message, const BusFrame &frame, const FrameBits &bits) const
 {
     const DatabaseMessage &described = m_source->message(message);
     QStringList parts{tr("Frame %1: %2 (%3)")
@@ -148,8 +148,11 @@ QString SignalPanel::headText(int message, const BusFrame &frame, int missing) c
     if (described.cycleTime && *described.cycleTime > 0) {
         parts.append(tr("every %1 ms").arg(*described.cycleTime));
     }
-    if (missing > 0) {
-        parts.append(tr("too short for %1 of its signals").arg(missing));
+    if (bits.missing() > 0) {
+        parts.append(tr("too short for %1 of its signals").arg(bits.missing()));
+    }
+    if (bits.isCut()) {
+        parts.append(tr("only the first %1 signals are shown").arg(bits.places().size()));
     }
     if (frame.is(BusFrame::Remote)) {
         parts.append(tr("a remote frame has no data"));

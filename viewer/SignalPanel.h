@@ -6,6 +6,7 @@
 
 class BitView;
 class DatabaseSignals;
+class FrameBits;
 class QLabel;
 class QTableWidget;
 
@@ -41,7 +42,7 @@ private:
     void update();
     void fill(int message, const BusFrame &frame, const std::vector<int> &places);
     void clear(const QString &text);
-    QString headText(int message, const BusFrame &frame, int missing) const;
+    QString headText(int message, const BusFrame &frame, const FrameBits &bits) const;
     /// The place in its message; -1: none.
     int currentPlace() const;
 

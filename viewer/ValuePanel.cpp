@@ -42,8 +42,8 @@ ValuePanel::ValuePanel(OpenCapture &capture, QWidget *parent)
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &ValuePanel::slot_find);
     connect(&capture, &OpenCapture::sig_overviewChanged, this, [this] {
-        if (!m_timer.isActive()) {
-            m_timer.start(GrowMs);
+        if (m_row < 0 || m_found != m_row) { // what is further behind changes nothing
+            findWithin(GrowMs);
         }
     });
     slot_currentChanged();
@@ -105,21 +105,29 @@ QWidget *ValuePanel::makeLine()
 void ValuePanel::setSource(const std::shared_ptr<const DatabaseSignals> &source)
 {
     m_model.setSource(source);
+    m_found = -1;
     slot_currentChanged();
-    m_timer.start(0);
+    findWithin(0);
+}
+
+void ValuePanel::findWithin(int milliseconds)
+{
+    if (!m_timer.isActive() || m_timer.remainingTime() > milliseconds) {
+        m_timer.start(milliseconds);
+    }
 }
 
 void ValuePanel::setRow(qint64 row)
 {
     m_row = row;
-    m_timer.start(RowMs);
+    findWithin(RowMs);
 }
 
 void ValuePanel::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
     if (m_isOld) {
-        m_timer.start(0);
+        findWithin(0);
     }
 }
 
@@ -144,6 +152,7 @@ void ValuePanel::slot_found()
 {
     const LastSignals::Rows rows = m_last.take();
     m_model.setRows(rows);
+    m_found = rows.isComplete && rows.source == m_model.source() ? rows.row : -1;
     const QString frame = QLocale().toString(rows.row + 1);
     m_state->setText(m_row >= 0 ? tr("Up to frame %1").arg(frame) : tr("At the end, frame %1").arg(frame));
 }

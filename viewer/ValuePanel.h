@@ -40,6 +40,8 @@ private slots:
     void slot_currentChanged();
 
 private:
+    /// Looks for the values in so many milliseconds, or before.
+    void findWithin(int milliseconds);
     void makeTree();
     QWidget *makeLine();
     QModelIndex current() const;
@@ -50,6 +52,7 @@ private:
     ValueTreeModel m_model;
     ValueTreeFilter m_shown;
     qint64 m_row = -1;
+    qint64 m_found = -1; ///< row whose values are shown
     bool m_isOld = true;
     QTimer m_timer; ///< until it is looked again
     QLineEdit *m_search = nullptr;

@@ -4435,6 +4435,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>&amp;Plot this</source>
         <translation>绘制曲线(&amp;P)</translation>
     </message>
+    <message>
+        <source>only the first %1 signals are shown</source>
+        <translation>仅显示前 %1 个信号</translation>
+    </message>
 </context>
 <context>
     <name>ValuePanel</name>

@@ -4435,6 +4435,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <source>&amp;Plot this</source>
         <translation>&amp;Plot this</translation>
     </message>
+    <message>
+        <source>only the first %1 signals are shown</source>
+        <translation>only the first %1 signals are shown</translation>
+    </message>
 </context>
 <context>
     <name>ValuePanel</name>

@@ -41,6 +41,7 @@ private slots:
     static void places();
     static void overlaps();
     static void withoutSignals();
+    static void isBounded();
     static void cells_data();
     static void cells();
 };
@@ -115,6 +116,18 @@ void tst_FrameBits::withoutSignals()
     const FrameBits remote(frameWith(291, "0102", BusFrame::Remote));
     QCOMPARE(remote.bitCount(), 0);
     QCOMPARE(FrameBits().bitCount(), 0);
+}
+
+void tst_FrameBits::isBounded()
+{
+    QByteArray text("VERSION \"\"\nBU_: N\nBO_ 1 A: 8 N\n");
+    for (int i = 0; i < 5000; ++i) {
+        text += " SG_ S" + QByteArray::number(i) + " : 0|64@1+ (1,0) [0|0] \"\" N\n";
+    }
+    const DatabaseSignals source({{std::make_shared<const Database>(parseDatabase(text)), QStringLiteral("a"), {}}});
+    const FrameBits bits(source, 0, frameWith(1, "0102030405060708"));
+    QCOMPARE(bits.places().size(), std::size_t(FrameBits::MaxSignals));
+    QVERIFY(bits.isCut());
 }
 
 void tst_FrameBits::cells_data()

@@ -18,9 +18,14 @@ FrameBits::FrameBits(const DatabaseSignals &source, int message, const BusFrame 
     }
     const QVector<DatabaseSignal> &content = source.message(message).content;
     m_signals.resize(static_cast<std::size_t>(bitCount()));
-    m_missing = source.decoder(message).decode(
-        m_frame.data.data(), m_frame.length,
-        [this](const SignalDecoder & /*signal*/, int place) { m_places.push_back(place); });
+    m_missing = source.decoder(message).decode(m_frame.data.data(), m_frame.length,
+                                               [this](const SignalDecoder & /*signal*/, int place) {
+                                                   if (m_places.size() < MaxSignals) {
+                                                       m_places.push_back(place);
+                                                   } else {
+                                                       m_isCut = true;
+                                                   }
+                                               });
     for (const int place : m_places) {
         const QVector<int> bits = signalBits(content[place]);
         m_bits[place].assign(bits.begin(), bits.end());

@@ -11,6 +11,9 @@
 class FrameBits
 {
 public:
+    /// Of a message with more of them only the first ones are there: more than a frame has bits are of no use.
+    static constexpr std::size_t MaxSignals = 1024;
+
     FrameBits() = default;
     /// message: of source, or -1, which has no signals.
     FrameBits(const DatabaseSignals &source, int message, const BusFrame &frame);
@@ -26,6 +29,8 @@ public:
     bool isThere(int place) const { return m_bits.count(place) > 0; }
     /// Signals of the message that would be there in a longer frame.
     int missing() const { return m_missing; }
+    /// There are more than MaxSignals.
+    bool isCut() const { return m_isCut; }
     /// The first signal at a bit, -1: none.
     int at(int bit) const;
     /// With those that take the same bit. Nothing where there is no such bit.
@@ -37,6 +42,7 @@ public:
 private:
     BusFrame m_frame;
     int m_missing = 0;
+    bool m_isCut = false;
     std::vector<int> m_places;
     std::map<int, std::vector<int>> m_bits;  ///< by place
     std::vector<std::vector<int>> m_signals; ///< by bit
