@@ -78,6 +78,20 @@ QString FrameTableModel::textOfRow(qint64 row, qint64 shownBefore, FrameColumn c
     return FrameColumns::text(column, m_capture.store(), m_capture.info(), row, references, m_names);
 }
 
+QString FrameTableModel::toolTip(int place, FrameColumn column) const
+{
+    if (place < 0 || place >= m_rows) {
+        return {};
+    }
+    const qint64 row = m_capture.rowAt(place);
+    const QString lines =
+        column == FrameColumn::Data ? FrameColumns::dataLines(m_capture.store().frame(row)) : QString();
+    const QString note = m_capture.bookmarks().note(row);
+    return (lines.isEmpty() ? text(place, column).toHtmlEscaped()
+                            : QStringLiteral("<pre>%1</pre>").arg(lines.toHtmlEscaped())) +
+           (note.isEmpty() ? QString() : QStringLiteral("<p>%1</p>").arg(note.toHtmlEscaped()));
+}
+
 const ColorRule *FrameTableModel::rule(int place) const
 {
     return place >= 0 && place < m_rows ? m_matcher.matching(m_capture.store(), m_capture.rowAt(place)) : nullptr;
