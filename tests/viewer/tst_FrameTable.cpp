@@ -274,6 +274,13 @@ void tst_FrameTable::theMenuIsOfTheCellBelow()
     contextMenu(4, FrameColumn::Data, "toHere");
     QCOMPARE(filter().text(), QStringLiteral("number <= 5"));
     QTRY_COMPARE(m_tab->capture().rowCount(), 5);
+    filter().take({});
+    table().setCurrentPlace(3);
+    table().setCurrentColumn(FrameColumn::Direction);
+    clickInMenu("notThese"); // by the menu key it is of the current cell
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {1, 1}, table().mapToGlobal({1, 1}));
+    QApplication::sendEvent(&table(), &event);
+    QCOMPARE(filter().text(), QStringLiteral("not (dir == tx)"));
 }
 
 void tst_FrameTable::columnsAreRemembered()
