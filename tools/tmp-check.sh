@@ -1,0 +1,66 @@
+#!/usr/bin/env bash
+# tools/check-style.sh [--fix] [--all | COMMIT]   Fails on what clang-format would write otherwise, in all sources, and on what
+# clang-tidy finds by .clang-tidy in the sources that differ from COMMIT; --fix mends what can be mended without a thought,
+# --all takes all sources. COMMIT is $X9_TIDY_BASE by default, or where this branch left origin/main, or, in a clone of main
+# itself, the last commit that is four hours older than the newest: those in between came together with it.
+#
+# A header is checked with the source of its name, or else with one that includes it. Sources for other systems, which this
+# one cannot compile, are left out. Needs no finished build: only what the build generates is made (preset release).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+fix=
+all=
+base=${X9_TIDY_BASE:-}
+for argument in "$@"; do
+  case $argument in
+    --fix) fix=yes ;;
+    --all) all=yes ;;
+    -*) sed -n '2,/^$/s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
+    *) base=$argument ;;
+  esac
+done
+
+mode=(--dry-run --Werror)
+[[ -z $fix ]] || mode=(-i)
+
+if [[ -z $base ]]; then
+  base=$(git merge-base HEAD origin/main 2>/dev/null || true)
+  if [[ -z $base || $base == "$(git rev-parse HEAD)" ]]; then
+    base=$(git rev-list -1 --before="$(($(git log -1 --format=%ct) - 4 * 3600))" HEAD)
+  fi
+fi
+changed() {
+  if [[ -n $all || -z $base ]]; then
+    git ls-files -- "$@"
+  else
+    git diff --name-only --diff-filter=d "$base" -- "$@"
+    git ls-files --others --exclude-standard -- "$@"
+  fi
+}
+files=$(
+  {
+    changed '*.cpp'
+    changed '*.h' | while read -r header; do
+      if [[ -e ${header%.h}.cpp ]]; then
+        echo "${header%.h}.cpp"
+      else
+        git grep -lF "#include \"$header\"" -- '*.cpp' | head -n 1 || true
+      fi
+    done
+  } | sort -u
+)
+[[ -n $files ]] || exit 0
+
+# What the compiler is called with, without the precompiled headers: so sources are also seen to name all that they need.
+cmake --preset release >/dev/null
+generated=$(ninja -C build/release -t targets all | sed -nE 's/^([a-zA-Z0-9_]+_autogen): phony$/\1/p')
+xargs -r ninja -C build/release --quiet <<<"$generated"
+mkdir -p build/tidy
+sed -E 's/ -Winvalid-pch -include [^ ]*cmake_pch\.hxx//' build/release/compile_commands.json >build/tidy/compile_commands.json
+files=$(grep -xFf <(sed -nE 's|^ *"file": "'"$PWD"'/(.*)".*|\1|p' build/tidy/compile_commands.json) <<<"$files" || true)
+
+echo "clang-tidy: $(grep -c . <<<"$files") sources${base:+ (changed since ${base:0:10})}"
+[[ -z $fix ]] || fix=--fix
+xargs -r -P "$(nproc)" -n 1 clang-tidy -p build/tidy --quiet --warnings-as-errors='*' \
+  --extra-arg=-Wno-unknown-warning-option $fix <<<"$files" 2> >(grep -vE '^[0-9]+ warnings? (generated|treated)|^Suppressed|^Use -' >&2 || true)
