@@ -39,12 +39,7 @@ QVariant FrameTableModel::headerData(int section, Qt::Orientation orientation, i
     if (orientation != Qt::Horizontal || section < 0 || section >= FrameColumnCount) {
         return {};
     }
-    const auto column = static_cast<FrameColumn>(section);
-    if (role == Qt::TextAlignmentRole) {
-        return static_cast<int>(Qt::AlignVCenter |
-                                (FrameColumns::isRightAligned(column) ? Qt::AlignRight : Qt::AlignLeft));
-    }
-    return role == Qt::DisplayRole ? FrameColumns::title(column) : QVariant();
+    return role == Qt::DisplayRole ? FrameColumns::title(static_cast<FrameColumn>(section)) : QVariant();
 }
 
 QVariant FrameTableModel::data(const QModelIndex &index, int role) const
@@ -76,6 +71,20 @@ QString FrameTableModel::textOfRow(qint64 row, qint64 shownBefore, FrameColumn c
         references.identifier = m_capture.overview().previousRow(row).value_or(-1);
     }
     return FrameColumns::text(column, m_capture.store(), m_capture.info(), row, references, m_names);
+}
+
+QString FrameTableModel::toolTip(int place, FrameColumn column) const
+{
+    if (place < 0 || place >= m_rows) {
+        return {};
+    }
+    const qint64 row = m_capture.rowAt(place);
+    const QString lines =
+        column == FrameColumn::Data ? FrameColumns::dataLines(m_capture.store().frame(row)) : QString();
+    const QString note = m_capture.bookmarks().note(row);
+    return (lines.isEmpty() ? text(place, column).toHtmlEscaped()
+                            : QStringLiteral("<pre>%1</pre>").arg(lines.toHtmlEscaped())) +
+           (note.isEmpty() ? QString() : QStringLiteral("<p>%1</p>").arg(note.toHtmlEscaped()));
 }
 
 const ColorRule *FrameTableModel::rule(int place) const

@@ -26,6 +26,8 @@ public:
     QString text(int place, FrameColumn column) const;
     /// The same of a row of the store. shownBefore: the row that is shown before it; -1: none.
     QString textOfRow(qint64 row, qint64 shownBefore, FrameColumn column) const;
+    /// The whole of a cell, of data in lines, with the bookmark's note; HTML.
+    QString toolTip(int place, FrameColumn column) const;
     /// The rule that gives a row its colours; null where there is none.
     const ColorRule *rule(int place) const;
     void setRules(QVector<ColorRule> rules);

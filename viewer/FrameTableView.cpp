@@ -38,9 +38,9 @@ FrameTableView::FrameTableView(FrameTableModel &model, QWidget *parent)
     m_header->setModel(&model);
     m_header->setSectionsMovable(true);
     m_header->setContextMenuPolicy(Qt::CustomContextMenu);
-    setColumnLayout({});
     verticalScrollBar()->setSingleStep(3);
-    connect(m_header, &QHeaderView::sectionResized, this, &FrameTableView::slot_sectionChanged);
+    connect(m_header, &QHeaderView::sectionResized, this, &FrameTableView::slot_sectionResized);
+    setColumnLayout({});
     connect(m_header, &QHeaderView::sectionMoved, this, &FrameTableView::slot_sectionChanged);
     connect(m_header, &QHeaderView::customContextMenuRequested, this, &FrameTableView::slot_headerMenu);
     connect(&model, &QAbstractItemModel::modelAboutToBeReset, this,
@@ -71,11 +71,8 @@ ColumnLayout FrameTableView::columnLayout() const
     std::vector<ColumnLayout::Column> columns;
     for (int visual = 0; visual < FrameColumnCount; ++visual) {
         const int column = m_header->logicalIndex(visual);
-        const bool isHidden = m_header->isSectionHidden(column);
-        m_header->setSectionHidden(column, false); // a hidden one does not tell its width
-        const double width = double(m_header->sectionSize(column) - 2 * Padding) / digitWidth();
-        m_header->setSectionHidden(column, isHidden);
-        columns.push_back({static_cast<FrameColumn>(column), width, !isHidden});
+        const double width = double(m_widths[static_cast<std::size_t>(column)] - 2 * Padding) / digitWidth();
+        columns.push_back({static_cast<FrameColumn>(column), width, !m_header->isSectionHidden(column)});
     }
     return ColumnLayout(columns);
 }
@@ -96,6 +93,14 @@ void FrameTableView::setColumnLayout(const ColumnLayout &layout)
     }
     m_isLayingOut = false;
     arrange();
+}
+
+void FrameTableView::slot_sectionResized(int column, int /*before*/, int width)
+{
+    if (width > 0) { // hidden ones have none
+        m_widths[static_cast<std::size_t>(column)] = width;
+    }
+    slot_sectionChanged();
 }
 
 void FrameTableView::slot_sectionChanged()
@@ -448,17 +453,7 @@ void FrameTableView::showToolTip(const QHelpEvent &event)
 {
     const int place = placeAt(event.pos().y());
     const int column = m_header->logicalIndexAt(event.pos().x());
-    QString text;
-    if (place < m_model.rowCount() && column >= 0) {
-        const qint64 row = m_model.capture().rowAt(place);
-        const BusFrame frame = m_model.capture().store().frame(row);
-        const auto which = static_cast<FrameColumn>(column);
-        text = which == FrameColumn::Data && frame.length > 0 && !frame.is(BusFrame::Remote)
-                   ? QStringLiteral("<pre>%1</pre>").arg(FrameColumns::dataLines(frame).toHtmlEscaped())
-                   : m_model.text(place, which).toHtmlEscaped();
-        const QString note = m_model.capture().bookmarks().note(row);
-        text += note.isEmpty() ? QString() : QStringLiteral("<p>%1</p>").arg(note.toHtmlEscaped());
-    }
+    const QString text = column >= 0 ? m_model.toolTip(place, static_cast<FrameColumn>(column)) : QString();
     QToolTip::showText(event.globalPos(), text, viewport());
 }
 

@@ -87,6 +87,7 @@ private slots:
     void slot_reset();
     void slot_inserted();
     void slot_headerMenu(const QPoint &place);
+    void slot_sectionResized(int column, int before, int width);
     void slot_sectionChanged();
     void slot_copied(int rows, bool isCut);
 
@@ -109,9 +110,10 @@ private:
     FrameTableActions *m_actions;
     int m_rowHeight = 20;
     int m_current = -1;
-    qint64 m_currentRow = -1; ///< of m_current, also while another filter takes its place away
-    int m_anchor = -1;        ///< the other end of the selection
-    int m_menuPlace = -1;     ///< that the context menu is of, while it is there
+    qint64 m_currentRow = -1;                     ///< of m_current, also while another filter takes its place away
+    int m_anchor = -1;                            ///< the other end of the selection
+    int m_menuPlace = -1;                         ///< that the context menu is of, while it is there
+    std::array<int, FrameColumnCount> m_widths{}; ///< pixels; a hidden section does not tell its own
     FrameColumn m_currentColumn = FrameColumn::Identifier;
     qint64 m_rowBeforeReset = -1;
     bool m_staysAtEnd = false;

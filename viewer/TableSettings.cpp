@@ -7,6 +7,7 @@ namespace {
 constexpr const char *RulesKey = "colorRules";
 constexpr const char *ColumnsKey = "columns";
 constexpr const char *FiltersKey = "filters";
+constexpr int StoreMs = 300;
 
 } // namespace
 
@@ -22,6 +23,21 @@ TableSettings::TableSettings(ViewerSettings settings, QObject *parent)
             m_filters.append(filter);
         }
     }
+    m_columnsTimer.setSingleShot(true);
+    m_columnsTimer.setInterval(StoreMs);
+    connect(&m_columnsTimer, &QTimer::timeout, this, &TableSettings::slot_storeColumns);
+}
+
+TableSettings::~TableSettings()
+{
+    if (m_columnsTimer.isActive()) {
+        slot_storeColumns();
+    }
+}
+
+void TableSettings::slot_storeColumns()
+{
+    m_settings.setValue(ColumnsKey, m_columns.toJson());
 }
 
 void TableSettings::setRules(QVector<ColorRule> rules)
@@ -35,7 +51,7 @@ void TableSettings::setColumns(const ColumnLayout &columns)
 {
     if (columns != m_columns) {
         m_columns = columns;
-        m_settings.setValue(ColumnsKey, columns.toJson());
+        m_columnsTimer.start();
     }
 }
 

@@ -56,6 +56,8 @@ private slots:
     static void samples();
     static void withoutDatabase();
     static void anythingCanBeTyped();
+    static void hostileTexts_data();
+    static void hostileTexts();
 
 private:
     static void addComparisons();
@@ -382,6 +384,43 @@ void tst_Filter::anythingCanBeTyped()
     QVERIFY(!Filter::parse(QString(20000, QLatin1Char('1')), {}, error));
     QVERIFY(!Filter::parse(QStringLiteral("1") + QStringLiteral("+1").repeated(4000), {}, error));
     QVERIFY(Filter::parse(QStringLiteral("fd") + QStringLiteral(" or fd").repeated(1000), {}, error));
+}
+
+void tst_Filter::hostileTexts_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("rows"); // "-": it is wrong
+    const auto row = [](const char *name, const QString &text, const char *rows) {
+        QTest::newRow(name) << text << QString::fromLatin1(rows);
+    };
+    row("brackets", QString(Filter::MaxLength, QLatin1Char('(')), "-");
+    row("closed brackets", QString(4999, QLatin1Char('(')) + QStringLiteral("fd") + QString(4999, QLatin1Char(')')),
+        "-");
+    row("a huge number", QStringLiteral("id < 1e308 and id < ") + QString(300, QLatin1Char('9')), "012345689");
+    row("more than a number holds", QStringLiteral("id == 1e999999"), "-");
+    row("a huge hexadecimal number", QStringLiteral("id == 0x") + QString(5000, QLatin1Char('F')), "-");
+    row("a huge index", QStringLiteral("data[99999999999999999999] == 0"), "-");
+    row("a huge shift", QStringLiteral("data[0] << 4294967297 == 0 or data[0] >> -1 == 0"), "");
+    row("a pattern of letters", QStringLiteral("name ~ \"(a+)+$(.*)*[^x]{1000,}\""), "");
+    row("a pattern of bytes", QStringLiteral("data ~ \"(0?)+.*\""), "-");
+    row("many signs", QString(9000, QLatin1Char('!')) + QStringLiteral("fd"), "5");
+}
+
+void tst_Filter::hostileTexts()
+{
+    QFETCH(const QString, text);
+    QFETCH(const QString, rows);
+    BusFrameStore store;
+    fill(store, frames());
+    FilterError error{-1, -1, QString()};
+    const std::optional<Filter> filter = Filter::parse(text, Database, error);
+    QString found;
+    for (qint64 row = 0; filter && row < store.size(); ++row) {
+        found += filter->passes(store, row) ? QString::number(row) : QString();
+    }
+    QCOMPARE(filter ? found : QStringLiteral("-"), rows);
+    QVERIFY(filter || (error.position >= 0 && error.position + error.length <= text.size()));
+    Filter::complete(text, text.size(), Database.get());
 }
 
 X9_PLAIN_TEST(tst_Filter)

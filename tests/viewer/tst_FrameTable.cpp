@@ -74,6 +74,7 @@ private slots:
     void theMenuIsOfTheCellBelow();
     void columnsAreRemembered();
     void columnsByTheDialog();
+    void layoutComesBack();
     void oneColumnStays();
     void longDataAreShown();
     void toolTips();
@@ -273,6 +274,13 @@ void tst_FrameTable::theMenuIsOfTheCellBelow()
     contextMenu(4, FrameColumn::Data, "toHere");
     QCOMPARE(filter().text(), QStringLiteral("number <= 5"));
     QTRY_COMPARE(m_tab->capture().rowCount(), 5);
+    filter().take({});
+    table().setCurrentPlace(3);
+    table().setCurrentColumn(FrameColumn::Direction);
+    clickInMenu("notThese"); // by the menu key it is of the current cell
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {1, 1}, table().mapToGlobal({1, 1}));
+    QApplication::sendEvent(&table(), &event);
+    QCOMPARE(filter().text(), QStringLiteral("not (dir == tx)"));
 }
 
 void tst_FrameTable::columnsAreRemembered()
@@ -285,9 +293,13 @@ void tst_FrameTable::columnsAreRemembered()
     table().header().resizeSection(int(FrameColumn::Channel), 222);
     const QString after = shown();
     QVERIFY(after.startsWith(QLatin1String("Data|No.|Date and time|Time [s]")));
-    const TableSettings settings{ViewerSettings(m_folder->path())};
+    const auto kept = [this] {
+        return TableSettings(ViewerSettings(m_folder->path())).columns();
+    };
+    QTRY_VERIFY(kept() == m_settings->columns());
+    const ColumnLayout settingsColumns = kept();
     CaptureTab other(QStringLiteral("other"), syntheticCapture(10), m_folder->path());
-    other.table().setColumnLayout(settings.columns());
+    other.table().setColumnLayout(settingsColumns);
     QCOMPARE(other.table().columnLayout().columns()[0].column, FrameColumn::Data);
     QVERIFY(std::abs(other.table().header().sectionSize(int(FrameColumn::Channel)) - 222) < 3);
     QVERIFY(!other.table().header().isSectionHidden(int(FrameColumn::Absolute)));
@@ -311,9 +323,11 @@ void tst_FrameTable::columnsByTheDialog()
     QTest::mouseClick(dialog->findChild<QPushButton *>(QStringLiteral("up")), Qt::LeftButton);
     QTest::keyClick(list, Qt::Key_Return);
     QTRY_VERIFY(shown().startsWith(QLatin1String("Date and time|No.|")));
-    const TableSettings again{ViewerSettings(m_folder->path())};
-    QCOMPARE(again.columns().columns()[0].column, FrameColumn::Absolute);
-    QVERIFY(again.columns().columns()[0].isShown);
+    const auto firstKept = [this] {
+        return TableSettings(ViewerSettings(m_folder->path())).columns().columns().front();
+    };
+    QTRY_COMPARE(firstKept().column, FrameColumn::Absolute);
+    QVERIFY(firstKept().isShown);
     QTRY_VERIFY(table().findChild<QDialog *>() == nullptr);
     m_tab->look().slot_chooseColumns();
     dialog = table().findChild<QDialog *>();
@@ -484,6 +498,23 @@ void tst_FrameTable::goesToNumberAndTime()
     QCOMPARE(goTo("500 ms"), qint64(1000));
     QCOMPARE(goTo("nonsense"), qint64(1000));
     QVERIFY(m_tab->findChild<QLabel *>(QStringLiteral("problem"))->text().contains(QLatin1String("nonsense")));
+}
+
+/// What hidden columns are like is kept as well, and asking for it changes nothing.
+void tst_FrameTable::layoutComesBack()
+{
+    QSignalSpy changed(&table(), &FrameTableView::sig_columnsChanged);
+    const ColumnLayout layout = table().columnLayout();
+    QVERIFY(table().columnLayout() == layout);
+    table().setColumnLayout(layout);
+    QVERIFY(changed.isEmpty());
+    const ColumnLayout standard;
+    for (const ColumnLayout::Column &column : standard.columns()) {
+        QCOMPARE(column.isShown, !table().header().isSectionHidden(int(column.column)));
+    }
+    for (const ColumnLayout::Column &column : layout.columns()) {
+        QVERIFY(column.width >= 4);
+    }
 }
 
 /// The time since the frame above, whichever that is.
