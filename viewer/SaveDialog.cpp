@@ -20,6 +20,8 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int TryAfterMs = 300;
@@ -299,12 +301,9 @@ bool SaveDialog::order(SaveOrder &order, QString &problem) const
 bool SaveDialog::isOpenFile(const QString &path) const
 {
     const QString wanted = QFileInfo(path).canonicalFilePath(); // empty where nothing is there yet
-    for (const QString &open : m_context.openFiles) {
-        if (!wanted.isEmpty() && QFileInfo(open).canonicalFilePath() == wanted) {
-            return true;
-        }
-    }
-    return false;
+    return !wanted.isEmpty() &&
+           std::any_of(m_context.openFiles.begin(), m_context.openFiles.end(),
+                       [&wanted](const QString &open) { return QFileInfo(open).canonicalFilePath() == wanted; });
 }
 
 void SaveDialog::slot_tryOut()

@@ -73,7 +73,8 @@ build_qwt() {
   sed -Ei 's/^QWT_CONFIG[ ]+\+=[ ]+Qwt(Svg|OpenGL|Designer)/# &/' qwtconfig.pri
   sed -Ei 's/QT[ ]+\+=[ ]+printsupport/QT += widgets\n    DEFINES += QT_NO_PRINTER/' src/src.pri
   grep -q QT_NO_PRINTER src/src.pri
-  "$work/qt/bin/qmake" -spec win32-g++ CONFIG+=release qwt.pro
+  sed -Ei "s/debug_and_release\$/release/; /build_all\$/d" qwtbuild.pri # by default both are built
+  "$work/qt/bin/qmake" -spec win32-g++ qwt.pro
   make -j "$(nproc)" sub-src
   mkdir -p "$made"/{bin,lib,include/qwt}
   cp lib/qwt.dll "$made/bin"

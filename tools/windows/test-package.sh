@@ -98,7 +98,7 @@ translations/qtbase_zh_CN\.qm
 virtual-adapter/(ControlCAN\.dll|example\.virtual-adapter\.json)
 doc/(changelog|filters|formats|guide|guide\.zh|virtual-adapter)\.html
 doc/licences\.txt
-doc/licences/[A-Za-z0-9-]+\.txt
+doc/licences/[A-Za-z0-9.-]+\.txt
 doc/screenshots/[a-z-]+\.png
 END
 )" "$work/paths") || (($? == 1)) # 2: grep itself failed
