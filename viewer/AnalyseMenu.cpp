@@ -9,10 +9,12 @@
 #include <QMenuBar>
 #include <QTabWidget>
 
-AnalyseMenu::AnalyseMenu(QMenuBar &bar, QTabWidget &tabs, const BusLoadMemory &memory)
+#include <utility>
+
+AnalyseMenu::AnalyseMenu(QMenuBar &bar, QTabWidget &tabs, BusLoadMemory memory)
     : QObject(&bar)
     , m_tabs(tabs)
-    , m_memory(memory)
+    , m_memory(std::move(memory))
     , m_menu(*bar.addMenu(tr("&Analyse")))
 {
     add("compare", tr("&Compare captures..."), "Ctrl+Shift+D", &AnalyseMenu::slot_compare);

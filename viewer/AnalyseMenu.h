@@ -17,7 +17,7 @@ class AnalyseMenu : public QObject
 
 public:
     /// Belongs to bar. tabs: must outlive this.
-    AnalyseMenu(QMenuBar &bar, QTabWidget &tabs, const BusLoadMemory &memory);
+    AnalyseMenu(QMenuBar &bar, QTabWidget &tabs, BusLoadMemory memory);
 
     QMenu &menu() { return m_menu; }
 

@@ -254,7 +254,7 @@ void BusLoadWindow::setCell(int row, Column column, const QString &text, bool is
         m_table->setItem(row, column, item);
     }
     item->setText(text);
-    item->setTextAlignment(Qt::AlignVCenter | (column == Channel ? Qt::AlignLeft : Qt::AlignRight));
+    item->setTextAlignment(static_cast<int>(Qt::AlignVCenter | (column == Channel ? Qt::AlignLeft : Qt::AlignRight)));
     item->setFlags(isEditable ? item->flags() | Qt::ItemIsEditable : item->flags() & ~Qt::ItemIsEditable);
 }
 

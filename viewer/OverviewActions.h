@@ -5,6 +5,7 @@
 #include <QObject>
 
 class OverviewModel;
+class QAction;
 class QTableView;
 
 /// What can be done with the identifiers of an overview, as a menu and by keys.
