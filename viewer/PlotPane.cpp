@@ -299,12 +299,13 @@ void PlotPane::wheelEvent(QWheelEvent *event)
     const QPoint angle = event->angleDelta();
     // The system turns the wheel aside with Alt.
     const double notches = (angle.y() != 0 ? angle.y() : angle.x()) / WheelStep;
-    if (std::abs(angle.x()) > std::abs(angle.y()) && (event->modifiers() & Qt::AltModifier) == 0) {
-        emit sig_moveWanted(static_cast<qint64>(-notches * static_cast<double>(m_section.width()) / 10));
-    } else if ((event->modifiers() & Qt::ControlModifier) != 0 || place.x() < 0) {
+    const bool isSideways = std::abs(angle.x()) > std::abs(angle.y()) && (event->modifiers() & Qt::AltModifier) == 0;
+    const bool isOfValues = (event->modifiers() & Qt::ControlModifier) != 0 || place.x() < 0;
+    if (isSideways || (!isOfValues && (event->modifiers() & Qt::ShiftModifier) != 0)) {
+        constexpr double Share = 0.1; // of the section, for a notch
+        emit sig_moveWanted(static_cast<qint64>(-notches * Share * static_cast<double>(m_section.width())));
+    } else if (isOfValues) {
         zoomValues(std::pow(WheelFactor, notches), valueAt(place.y()));
-    } else if ((event->modifiers() & Qt::ShiftModifier) != 0) {
-        emit sig_moveWanted(static_cast<qint64>(-notches * static_cast<double>(m_section.width()) / 10));
     } else {
         emit sig_zoomWanted(std::pow(WheelFactor, notches), timeAt(place.x()));
     }

@@ -121,7 +121,7 @@ void PlotCurve::checkState()
 QString PlotCurve::valueText(double value) const
 {
     if (m_expression && m_expression->signal >= 0) {
-        const QString text = m_source->valueText(m_expression->signal, value);
+        QString text = m_source->valueText(m_expression->signal, value);
         if (!text.isEmpty()) {
             return text;
         }

@@ -29,6 +29,7 @@ bool writeSeriesCsv(QIODevice &out, const std::vector<NamedSeries> &columns, con
     }
     text += "\r\n";
     std::vector<std::size_t> next;
+    next.reserve(columns.size());
     for (const NamedSeries &column : columns) {
         next.push_back(column.series->firstFrom(section.begin));
     }
