@@ -144,8 +144,8 @@ void DatabasePanel::fillRow(int row)
                        (column == Channels ? Qt::ItemIsEditable : Qt::NoItemFlags));
         item->setToolTip(column == Channels ? tr("Numbers of channels with commas, such as 1, 3; empty for all")
                                             : QDir::toNativeSeparators(entry.choice.path));
-        item->setTextAlignment(Qt::AlignVCenter |
-                               (column == Messages || column == Signals ? Qt::AlignRight : Qt::AlignLeft));
+        item->setTextAlignment(static_cast<int>(
+            Qt::AlignVCenter | (column == Messages || column == Signals ? Qt::AlignRight : Qt::AlignLeft)));
         m_table->setItem(row, column, item);
     }
 }

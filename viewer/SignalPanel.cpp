@@ -180,8 +180,8 @@ void SignalPanel::fill(int message, const BusFrame &frame, const std::vector<int
             }
             item->setText(texts[static_cast<std::size_t>(column)]);
             item->setToolTip(signal.comment);
-            item->setTextAlignment(Qt::AlignVCenter |
-                                   (column == Raw || column == Physical ? Qt::AlignRight : Qt::AlignLeft));
+            item->setTextAlignment(static_cast<int>(
+                Qt::AlignVCenter | (column == Raw || column == Physical ? Qt::AlignRight : Qt::AlignLeft)));
         }
         m_table->item(row, Name)->setData(PlaceRole, place);
         QPixmap swatch(fontMetrics().height(), fontMetrics().height());

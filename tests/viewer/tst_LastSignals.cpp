@@ -66,9 +66,10 @@ LastSignals::Rows byHand(const BusFrameStore &store, const DatabaseSignals &sour
             continue;
         }
         note(rows.ofMessages[static_cast<std::size_t>(message)], row);
+        const auto ofSignals = rows.ofSignals.begin() + source.firstSignal(message);
         for (int i = 0; i < source.message(message).content.size(); ++i) {
             if (source.decoder(message).has(i, frame.data.data(), frame.length)) {
-                note(rows.ofSignals[static_cast<std::size_t>(source.firstSignal(message) + i)], row);
+                note(ofSignals[i], row);
             }
         }
     }
@@ -216,7 +217,7 @@ void tst_LastSignals::random()
 void tst_LastSignals::partialFirst()
 {
     BusFrameStore store;
-    constexpr int Frames = 3 << 20;
+    constexpr int Frames = 5 << 18;
     const std::vector<BusFrame> batch(1 << 16, canFrame(0, 1, "0105070000000000"));
     for (int i = 0; i < Frames; i += static_cast<int>(batch.size())) {
         fill(store, batch);

@@ -73,13 +73,13 @@ void DatabaseSignals::addMessages(int part)
 void DatabaseSignals::addEvents(const PreparedPart &part)
 {
     const QVector<DatabaseMessage> &described = part.part.database->messages;
+    const auto prepared = m_messages.begin() + part.firstMessage;
     for (int number = 0; number < described.size(); ++number) {
-        if (described[number].kind != DatabaseMessage::EventTriggered) {
-            continue;
-        }
-        const FrameKey key = m_messages[static_cast<std::size_t>(part.firstMessage + number)].keys.first();
-        for (const int associated : described[number].associated) {
-            m_messages[static_cast<std::size_t>(part.firstMessage + associated)].keys.append(key);
+        if (described[number].kind == DatabaseMessage::EventTriggered) {
+            const FrameKey key = prepared[number].keys.first();
+            for (const int associated : described[number].associated) {
+                prepared[associated].keys.append(key);
+            }
         }
     }
 }

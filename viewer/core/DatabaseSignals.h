@@ -89,7 +89,7 @@ private:
     void hideMessages();
     void addNames();
     void listNames();
-    QString shortestName(int signal) const;
+    QString shortestName(int number) const;
     FrameKey keyOf(const PreparedMessage &message) const;
     bool hides(const PreparedMessage &first, const PreparedMessage &second) const;
     const PreparedPart &partAt(int part) const { return m_parts[static_cast<std::size_t>(part)]; }
