@@ -39,12 +39,7 @@ QVariant FrameTableModel::headerData(int section, Qt::Orientation orientation, i
     if (orientation != Qt::Horizontal || section < 0 || section >= FrameColumnCount) {
         return {};
     }
-    const auto column = static_cast<FrameColumn>(section);
-    if (role == Qt::TextAlignmentRole) {
-        return static_cast<int>(Qt::AlignVCenter |
-                                (FrameColumns::isRightAligned(column) ? Qt::AlignRight : Qt::AlignLeft));
-    }
-    return role == Qt::DisplayRole ? FrameColumns::title(column) : QVariant();
+    return role == Qt::DisplayRole ? FrameColumns::title(static_cast<FrameColumn>(section)) : QVariant();
 }
 
 QVariant FrameTableModel::data(const QModelIndex &index, int role) const

@@ -77,7 +77,14 @@ ViewerWindow::ViewerWindow(ViewerSettings settings, Opener opener, QWidget *pare
     slot_tabsChanged();
 }
 
-ViewerWindow::~ViewerWindow() = default;
+/// The tabs use the settings, which go before the window's children do.
+ViewerWindow::~ViewerWindow()
+{
+    const QSignalBlocker blocker(m_tabs);
+    while (m_tabs->count() > 0) {
+        delete m_tabs->widget(0);
+    }
+}
 
 QWidget *ViewerWindow::makeWelcome()
 {

@@ -246,6 +246,15 @@ void tst_FrameTable::keysOfTheCell()
     QCOMPARE(m_tab->findChild<FilterEdit *>(QStringLiteral("find"))->text(), QStringLiteral("dir == tx"));
     QTest::keyClick(&table(), Qt::Key_F3, Qt::ControlModifier | Qt::ShiftModifier);
     QTRY_COMPARE(table().currentRow(), 3);
+    auto *find = m_tab->findChild<FilterEdit *>(QStringLiteral("find"));
+    find->setText(QStringLiteral("error")); // what stands there is looked for, taken or not
+    m_tab->findNext(false);
+    QTRY_COMPARE(table().currentRow(), 19);
+    find->setText(QString());
+    m_tab->findNext(false); // nothing to look for
+    QCOMPARE(m_tab->focusWidget(), find);
+    table().setFocus();
+    table().setCurrentPlace(3);
     QTest::keyClick(&table(), Qt::Key_Return, Qt::ControlModifier | Qt::ShiftModifier);
     QCOMPARE(filter().text(), QStringLiteral("not (dir == tx)"));
     table().setFocus();
@@ -274,6 +283,13 @@ void tst_FrameTable::theMenuIsOfTheCellBelow()
     contextMenu(4, FrameColumn::Data, "toHere");
     QCOMPARE(filter().text(), QStringLiteral("number <= 5"));
     QTRY_COMPARE(m_tab->capture().rowCount(), 5);
+    filter().take({});
+    table().setCurrentPlace(3);
+    table().setCurrentColumn(FrameColumn::Direction);
+    clickInMenu("notThese"); // by the menu key it is of the current cell
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {1, 1}, table().mapToGlobal({1, 1}));
+    QApplication::sendEvent(&table(), &event);
+    QCOMPARE(filter().text(), QStringLiteral("not (dir == tx)"));
 }
 
 void tst_FrameTable::columnsAreRemembered()
