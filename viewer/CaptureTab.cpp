@@ -254,6 +254,10 @@ void CaptureTab::slot_filterTaken()
 
 void CaptureTab::findNext(bool isBackward)
 {
+    if (!m_find->isTaken() && m_find->problem().isEmpty()) {
+        slot_findWanted(m_find->text(), isBackward);
+        return;
+    }
     if (m_search.isEmpty()) {
         editFind();
         return;

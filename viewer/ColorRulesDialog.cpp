@@ -158,7 +158,7 @@ QString ColorRulesDialog::problem(const QString &filter) const
     return Filter::parse(filter, m_capture.signalSource(), error) ? QString() : error.text;
 }
 
-ColorRule ColorRulesDialog::rule(const QListWidgetItem &item) const
+ColorRule ColorRulesDialog::rule(const QListWidgetItem &item)
 {
     return {item.checkState() == Qt::Checked, item.data(FilterRole).toString(), toColor(item.data(TextRole)),
             toColor(item.data(BackgroundRole))};

@@ -41,10 +41,10 @@ private slots:
 private:
     QWidget *makeEditor();
     QLayout *makeButtons();
-    QPushButton *makeButton(const char *name, const QString &text);
+    static QPushButton *makeButton(const char *name, const QString &text);
     void fill(const QVector<ColorRule> &rules);
     void insert(int row, const ColorRule &rule);
-    ColorRule rule(const QListWidgetItem &item) const;
+    static ColorRule rule(const QListWidgetItem &item);
     void setRule(QListWidgetItem &item, const ColorRule &rule);
     void moveBy(int step);
     void showCurrent(const ColorRule &rule);

@@ -26,6 +26,8 @@ public:
     void setSettings(TableSettings &settings);
     /// The filter that was taken last.
     const Filter &filter() const { return m_filter; }
+    /// Whether the text is the one that was taken last.
+    bool isTaken() const { return text() == m_taken; }
     /// As if it had been typed and taken. False when it is wrong.
     bool take(const QString &text);
     /// Shows a text to be edited, which Esc comes back to; nothing is taken.

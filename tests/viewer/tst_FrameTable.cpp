@@ -246,6 +246,15 @@ void tst_FrameTable::keysOfTheCell()
     QCOMPARE(m_tab->findChild<FilterEdit *>(QStringLiteral("find"))->text(), QStringLiteral("dir == tx"));
     QTest::keyClick(&table(), Qt::Key_F3, Qt::ControlModifier | Qt::ShiftModifier);
     QTRY_COMPARE(table().currentRow(), 3);
+    auto *find = m_tab->findChild<FilterEdit *>(QStringLiteral("find"));
+    find->setText(QStringLiteral("error")); // what stands there is looked for, taken or not
+    m_tab->findNext(false);
+    QTRY_COMPARE(table().currentRow(), 19);
+    find->setText(QString());
+    m_tab->findNext(false); // nothing to look for
+    QCOMPARE(m_tab->focusWidget(), find);
+    table().setFocus();
+    table().setCurrentPlace(3);
     QTest::keyClick(&table(), Qt::Key_Return, Qt::ControlModifier | Qt::ShiftModifier);
     QCOMPARE(filter().text(), QStringLiteral("not (dir == tx)"));
     table().setFocus();
