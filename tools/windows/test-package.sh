@@ -121,7 +121,7 @@ for binary in X9CAN.exe X9Viewer.exe; do
   "$triplet-objdump" -p "$folder/$binary" >"$work/pe"
   grep -qw 'large address aware' "$work/pe" || fail "$binary leaves half of the memory alone"
 done
-for path in X9CAN.exe X9Viewer.exe x9capture.exe qwt.dll "X9CAN demo.cmd" qt.conf plugins/platforms/qwindows.dll plugins/imageformats/qico.dll \
+for path in X9CAN.exe X9Viewer.exe x9capture.exe "X9CAN demo.cmd" qt.conf plugins/platforms/qwindows.dll plugins/imageformats/qico.dll \
             translations/qtbase_zh_CN.qm virtual-adapter/ControlCAN.dll \
             virtual-adapter/example.virtual-adapter.json doc/guide.html doc/guide.zh.html doc/formats.html \
             doc/virtual-adapter.html doc/changelog.html doc/licences.txt \
@@ -230,7 +230,9 @@ view() {
   title=$(<"$work/title")
   [[ $title == "drive.log - X9Viewer" ]] || fail "the window is called $title"
   sed -n 's|^[^/]* /|/|p' "/proc/$program/maps" | sed "s|^${X9_WINE_ROOT:-}/|/|" | sort -u >"$work/loaded"
-  grep -qxF "$at/qwt.dll" "$work/loaded" || fail "qwt.dll is not loaded from $at"
+  "$triplet-objdump" -p "$at/X9Viewer.exe" | sed -n 's/^.*DLL Name: //p' | while read -r import; do
+    [[ ! -e $at/$import ]] || grep -qxF "$at/$import" "$work/loaded" || fail "$import is not loaded from $at"
+  done
   close
 }
 echo '(1700000000.000000) can0 100#01' >"$work/drive.log"
