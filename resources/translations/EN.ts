@@ -2643,8 +2643,8 @@ Install the program that fits: the download with "%4" in its name. Or put the ad
         <translation>Identifiers, hexadecimal: 7DF or 100-1FF. May be given several times.</translation>
     </message>
     <message>
-        <source>A channel, from 0. May be given several times.</source>
-        <translation>A channel, from 0. May be given several times.</translation>
+        <source>A channel, from 1. May be given several times.</source>
+        <translation>A channel, from 1. May be given several times.</translation>
     </message>
     <message>
         <source>file</source>

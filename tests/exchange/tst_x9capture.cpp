@@ -306,8 +306,8 @@ void tst_x9capture::statsAsATable()
     QCOMPARE(result.code, 0);
     QCOMPARE(QByteArray(result.out).replace("\r\n", "\n"),
              QByteArray("Channel,ID,Type,Frames,Mean ms,Min ms,Max ms,Deviation ms,Length,Changing bytes\n"
-                        "0,123,standard,3,15.000,10.000,20.000,5.000,2,1\n"
-                        "0,1,extended,1,,,,,0,\n"));
+                        "1,123,standard,3,15.000,10.000,20.000,5.000,2,1\n"
+                        "1,1,extended,1,,,,,0,\n"));
 }
 
 void tst_x9capture::mergesByTime()
@@ -335,7 +335,7 @@ void tst_x9capture::cuts_data()
     QTest::newRow("date") << QStringLiteral("--start 2001-09-09T01:46:43Z") << QStringLiteral("103 104");
     QTest::newRow("count") << QStringLiteral("--skip 1 --count 2") << QStringLiteral("101 102");
     QTest::newRow("identifiers") << QStringLiteral("--id 100-101 --id 104") << QStringLiteral("100 101 104");
-    QTest::newRow("channel") << QStringLiteral("--channel 1") << QStringLiteral("103");
+    QTest::newRow("channel") << QStringLiteral("--channel 2") << QStringLiteral("103");
     QTest::newRow("nothing") << QStringLiteral("--channel 9") << QString();
 }
 
