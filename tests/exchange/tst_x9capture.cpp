@@ -119,6 +119,7 @@ void tst_x9capture::wrongUse_data()
     row("cut --count many in out", 2);
     row("cut --start noon in out", 2);
     row("cut --id XYZ in out", 2);
+    row("cut --channel 0 in out", 2);
     row("convert --times clock in out", 2);
     row("info --bitrate 0 in", 2);
 }
