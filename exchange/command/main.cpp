@@ -69,7 +69,9 @@ const Option Options[] = {
 
 bool isChineseUser()
 {
-    const QStringList languages = QLocale::system().uiLanguages();
+    // Windows knows of no such variable; here it is for scripts that read messages.
+    const QString wanted = qEnvironmentVariable("LANGUAGE");
+    const QStringList languages = wanted.isEmpty() ? QLocale::system().uiLanguages() : QStringList{wanted};
     return !languages.isEmpty() && languages.first().startsWith(QLatin1String("zh"));
 }
 
