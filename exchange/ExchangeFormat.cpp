@@ -2,9 +2,9 @@
 
 #include "exchange/AscFormat.h"
 #include "exchange/BlfFormat.h"
+#include "exchange/CandumpFormat.h"
 #include "exchange/CanFdFormat.h"
 #include "exchange/CanFormat.h"
-#include "exchange/CandumpFormat.h"
 #include "exchange/LinCsvFormat.h"
 #include "exchange/OwnTextFormat.h"
 #include "exchange/PcapFormat.h"
