@@ -268,14 +268,14 @@ bool CandumpLine::readScreen(std::string_view line, BusFrame &frame)
         word = nextWord(at, end);
         if (i == 0 && word == "remote") {
             frame.set(BusFrame::Remote);
-            return true;
+            return !frame.is(BusFrame::Error);
         }
         if (word.size() != 2 || !TextNumbers::hexBytes(word.data(), 1, 2, &frame.data[i])) {
             return false;
         }
     }
     frame.set(BusFrame::Remote, length == 0 && nextWord(at, end) == "remote");
-    return true;
+    return !frame.is(BusFrame::Remote) || !frame.is(BusFrame::Error);
 }
 
 char *putCandumpFrame(char *to, const BusFrame &frame)
