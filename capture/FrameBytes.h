@@ -61,7 +61,8 @@ inline char *putHexNumber(char *to, quint32 number)
     const auto pair = [leftmost](unsigned shift) {
         return &HexPairs[4 * std::size_t{leftmost >> shift & 0xFFU}];
     };
-    std::memcpy(to, "0x", 2);
+    to[0] = '0';
+    to[1] = 'x';
     std::memcpy(to + 2, pair(24), 2); // and so on, also behind the number: always as many copies
     std::memcpy(to + 4, pair(16), 2);
     std::memcpy(to + 6, pair(8), 2);
