@@ -31,7 +31,7 @@ struct DeviceInfoSetup
     /// That firmware must be signed with; empty: it needs no signature.
     QByteArray updateKey = ::updateKey();
     /// An answer that takes longer, in milliseconds, is a failed query.
-    int queryLimitMs = 30000;
+    int queryLimitMs = HttpServer::LimitMs;
     /// From the end of the download to the start of the upgrade program, in milliseconds.
     int startDelayMs = 2000;
     std::function<bool()> isDeviceUnregistered = ::isDeviceUnregistered;
