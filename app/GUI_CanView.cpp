@@ -25,7 +25,6 @@
 #include <QTabBar>
 #include <QTimer>
 #include <QToolButton>
-#include <QVector>
 
 #include <chrono>
 #include <functional>
@@ -112,7 +111,15 @@ void GUI_CanView::buildToolBar()
     QMenu *about = addMenu("btn_about", tr("About") + QStringLiteral("(&A)"), tr("About"));
     about->addAction(tr("Software information"), this, &GUI_CanView::slot_showSoftwareInfo);
     about->addAction(tr("Device information"), this, &GUI_CanView::slot_showDeviceInfo);
-    buildLanguageMenu(addMenu("btn_language", tr("Language") + QStringLiteral("(&L)"), tr("Language")));
+    QMenu *languageMenu = addMenu("btn_language", tr("Language") + QStringLiteral("(&L)"), tr("Language"));
+    m_languages = new QActionGroup(languageMenu);
+    for (const Language &language : languages()) {
+        QAction *action = m_languages->addAction(tr(language.name));
+        action->setObjectName(QLatin1String(language.code));
+        action->setCheckable(true);
+    }
+    languageMenu->addActions(m_languages->actions());
+    checkStoredLanguage();
 }
 
 /// The tab bar takes the focus after the tool bar and before the pages. While there is no tab, it cannot be seen and
@@ -130,18 +137,6 @@ void GUI_CanView::prepareTabs()
     };
     connect(m_ui->tabWidget, &QTabWidget::currentChanged, this, showCurrent);
     showCurrent(m_ui->tabWidget->currentIndex());
-}
-
-void GUI_CanView::buildLanguageMenu(QMenu *menu)
-{
-    m_languages = new QActionGroup(menu);
-    for (const Language &language : languages()) {
-        QAction *action = m_languages->addAction(tr(language.name));
-        action->setObjectName(QLatin1String(language.code));
-        action->setCheckable(true);
-    }
-    menu->addActions(m_languages->actions());
-    checkStoredLanguage();
 }
 
 void GUI_CanView::checkStoredLanguage() const

@@ -72,7 +72,6 @@ private slots:
 private:
     void buildToolBar();
     QMenu *addMenu(const char *name, const QString &text, const QString &toolTip);
-    void buildLanguageMenu(QMenu *menu);
     void checkStoredLanguage() const;
     void prepareTabs();
     void connectUpdate();

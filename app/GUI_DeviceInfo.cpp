@@ -152,12 +152,12 @@ void GUI_DeviceInfo::download()
 
 void GUI_DeviceInfo::takeDownload(bool ok, const QString &errorText)
 {
-    if (!ok) {
+    if (ok) {
+        m_startDelay.start(m_setup.startDelayMs);
+        m_timer.start(TickMs);
+    } else {
         failUpgrade(tr("The firmware could not be downloaded.") + QLatin1Char('\n') + errorText);
-        return;
     }
-    m_startDelay.start(m_setup.startDelayMs);
-    m_timer.start(TickMs);
 }
 
 void GUI_DeviceInfo::startUpgrade()

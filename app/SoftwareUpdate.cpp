@@ -23,11 +23,9 @@ constexpr int LongestVersion = 32; ///< characters of a published version that a
 
 QString versionLine(const Release &release)
 {
-    QString line = SoftwareUpdate::tr("Current version") + QStringLiteral(" V") + programVersion();
-    if (!isNewerThanProgram(release)) {
-        return line;
-    }
-    return line + QStringLiteral(" \u2192 V") + release.versionNo.left(LongestVersion);
+    const QString current = SoftwareUpdate::tr("Current version") + QStringLiteral(" V") + programVersion();
+    const QString next = QStringLiteral(" \u2192 V") + release.versionNo.left(LongestVersion);
+    return isNewerThanProgram(release) ? current + next : current;
 }
 
 /// Modal for the whole program: the window that asked for it may itself be a dialog beside this one.
