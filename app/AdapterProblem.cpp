@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 
 namespace {
 
@@ -18,8 +19,7 @@ class AdapterProblem
 /// Where the library is looked for: a relative path counts from the working directory, which need not be the program's.
 QString fullPath(const QString &path)
 {
-    const QString absolute = QDir::current().absoluteFilePath(QDir::fromNativeSeparators(path));
-    return QDir::toNativeSeparators(QDir::cleanPath(absolute));
+    return QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
 }
 
 constexpr int ProgramBits = 8 * int(sizeof(void *));

@@ -129,11 +129,6 @@ FileDownload::FileDownload(QString service, QObject *parent)
     connect(&m_client, &HttpClient::sig_finished, this, &FileDownload::takeEnd);
 }
 
-FileDownload::~FileDownload()
-{
-    cancel();
-}
-
 void FileDownload::start(const QUrl &url, const QString &target, qint64 maximumSize,
                          std::shared_ptr<SignedContent> check)
 {

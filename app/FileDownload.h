@@ -32,11 +32,9 @@ public:
     /// service: the address of the service that names the files. Unless it is plain http itself, they come over https
     /// only.
     explicit FileDownload(QString service, QObject *parent = nullptr);
-    /// Cancels a download that runs.
-    ~FileDownload() override;
 
-    /// Starts and returns at once; one that still runs is cancelled. The target's folder is created if missing.
-    /// maximumSize: bytes. check: unless null, the content must be the one that was signed.
+    /// Starts and returns at once; one that still runs is cancelled, as at the end of this object. The target's folder
+    /// is created if missing. maximumSize: bytes. check: unless null, the content must be the one that was signed.
     void start(const QUrl &url, const QString &target, qint64 maximumSize,
                std::shared_ptr<SignedContent> check = nullptr);
     /// Ends a download and returns at once; no signal is emitted for it any more. What it has on disk goes as soon as

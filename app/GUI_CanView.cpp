@@ -8,7 +8,6 @@
 #include "app/Settings.h"
 #include "app/SoftwareUpdate.h"
 #include "app/UpgradeProcess.h"
-#include "app/WindowMessages.h"
 #include "can/GUI_CanDevice.h"
 #include "can/GUI_CanDeviceParam.h"
 #include "device/CANCommunication.h"
@@ -23,19 +22,15 @@
 #include <QDeadlineTimer>
 #include <QHash>
 #include <QMenu>
-#include <QPointer>
 #include <QTabBar>
 #include <QTimer>
 #include <QToolButton>
-#include <QVector>
 
 #include <chrono>
 #include <functional>
 #include <utility>
 
 namespace {
-using ChannelMode = GUI_CanDeviceParam::Mode;
-
 constexpr int OpenDelayMs = 200;
 constexpr int OfferDelayMs = 500;
 /// For the end of the files saved in real time, all of them together.
@@ -49,211 +44,37 @@ CMessageBox::Icon iconOf(int type)
                                                      {MessageCritical, CMessageBox::Critical}};
     return icons.value(type, CMessageBox::Information);
 }
+
+GUI_CanDeviceParam::Mode modeOf(const WidgetDeviceBase &tab)
+{
+    const bool isLIN = qobject_cast<const GUI_LINDevice *>(&tab) != nullptr;
+    return isLIN ? GUI_CanDeviceParam::Mode::LIN : GUI_CanDeviceParam::Mode::CAN;
+}
 } // namespace
-
-class GUI_CanViewPrivate
-{
-    Q_DECLARE_TR_FUNCTIONS(GUI_CanView)
-
-public:
-    GUI_CanViewPrivate(GUI_CanView *window, std::unique_ptr<CANCommunication> manager)
-        : q(window)
-        , m_messages(*window)
-        , m_communication(std::move(manager))
-    {
-    }
-
-    QMenu *addMenu(const char *name, const QString &text, const QString &toolTip);
-    void buildToolBar();
-    void orderTabBar();
-    void buildBeginning();
-    void buildLanguageMenu(QMenu *menu);
-    void checkStoredLanguage() const;
-    template<typename Tab>
-    bool openTab(const ChannelParam &param, const QString &protocol);
-    static ChannelMode modeOf(const WidgetDeviceBase &tab);
-    void showDevice(GUI_DeviceInfo &dialog);
-    void endProgram(const std::function<void()> &end);
-    void connectUpdate();
-
-    GUI_CanView *q;
-    WindowMessages m_messages;
-    std::unique_ptr<CANCommunication> m_communication;
-    Ui::GUI_CanView ui;
-    CNotice *m_notice = nullptr;
-    QActionGroup *m_languages = nullptr;         ///< in the order of their numbers
-    UpgradeProcess *m_upgrade = nullptr;         ///< a child of the window; the only one, for all dialogs
-    SoftwareUpdate *m_update = nullptr;          ///< a child of the window
-    GUI_CanDeviceParam *m_deviceParam = nullptr; ///< a child of the window; keeps what was chosen last
-    QPointer<GUI_DeviceInfo> m_deviceInfo;       ///< there is never a second one
-};
-
-QMenu *GUI_CanViewPrivate::addMenu(const char *name, const QString &text, const QString &toolTip)
-{
-    auto *button = new QToolButton(q);
-    button->setObjectName(QLatin1String(name));
-    button->setProperty("nav", QStringLiteral("tBtnStyle_5"));
-    button->setText(text);
-    button->setToolTip(toolTip);
-    button->setPopupMode(QToolButton::InstantPopup);
-    button->setFocusPolicy(Qt::StrongFocus);
-    button->setMenu(new QMenu(button));
-    ui.ToolBar->addWidget(button);
-    return button->menu();
-}
-
-void GUI_CanViewPrivate::buildToolBar()
-{
-    QMenu *connectMenu = addMenu("btn_connect", tr("Connect") + QStringLiteral("(&D)"), tr("Connect to the device"));
-    connectMenu->addAction(tr("Open device"), q, &GUI_CanView::slot_openCanDevice);
-    connectMenu->addAction(tr("Close device"), q, &GUI_CanView::slot_closeCanDevice);
-    QMenu *about = addMenu("btn_about", tr("About") + QStringLiteral("(&A)"), tr("About"));
-    about->addAction(tr("Software information"), q, &GUI_CanView::slot_showSoftwareInfo);
-    about->addAction(tr("Device information"), q, &GUI_CanView::slot_showDeviceInfo);
-    buildLanguageMenu(addMenu("btn_language", tr("Language") + QStringLiteral("(&L)"), tr("Language")));
-}
-
-/// After the tool bar, before the pages; not while it is empty and cannot be seen.
-void GUI_CanViewPrivate::orderTabBar()
-{
-    QTabBar *tabBar = ui.tabWidget->tabBar();
-    QWidget::setTabOrder(q->findChild<QToolButton *>(QStringLiteral("btn_language")), tabBar);
-    ui.tabWidget->setFocusProxy(nullptr); // it would give its bar the focus a second time, after the pages
-    ui.tabWidget->setFocusPolicy(Qt::NoFocus);
-    const auto setFocusPolicy = [tabBar](int currentIndex) {
-        tabBar->setFocusPolicy(currentIndex < 0 ? Qt::NoFocus : Qt::TabFocus);
-    };
-    QObject::connect(ui.tabWidget, &QTabWidget::currentChanged, tabBar, setFocusPolicy);
-    setFocusPolicy(ui.tabWidget->currentIndex());
-}
-
-/// In the place of the tabs while there is none: where to begin.
-void GUI_CanViewPrivate::buildBeginning()
-{
-    ui.lbl_begin->setText(tr(R"(To begin: "%1" > "%2")").arg(tr("Connect"), tr("Open device")));
-    QObject::connect(ui.tabWidget, &QTabWidget::currentChanged, ui.lbl_begin,
-                     [this](int currentIndex) { ui.lbl_begin->setVisible(currentIndex < 0); });
-}
-
-void GUI_CanViewPrivate::buildLanguageMenu(QMenu *menu)
-{
-    m_languages = new QActionGroup(menu);
-    for (const Language &language : languages()) {
-        QAction *action = m_languages->addAction(tr(language.name));
-        action->setObjectName(QLatin1String(language.code));
-        action->setCheckable(true);
-    }
-    menu->addActions(m_languages->actions());
-    checkStoredLanguage();
-}
-
-void GUI_CanViewPrivate::checkStoredLanguage() const
-{
-    m_languages->actions().at(static_cast<int>(languageIndex(getLanguage())))->setChecked(true);
-}
-
-/// Whether the channel could be opened; else the user is told why not.
-template<typename Tab>
-bool GUI_CanViewPrivate::openTab(const ChannelParam &param, const QString &protocol)
-{
-    auto opened = std::make_unique<Tab>(param, *m_communication, q);
-    if (opened->openResult() != CAN_OK) {
-        const ChannelProblem reason = m_communication->channelProblem(param.device, param.channel);
-        q->slot_showMessageBox(channelOpenProblem(opened->openResult(), param, reason), MessageCritical);
-        return false;
-    }
-    Tab *tab = opened.release();
-    QObject::connect(tab, &WidgetDeviceBase::sig_showMessageBox, q, &GUI_CanView::slot_showMessageBox);
-    QObject::connect(tab, &WidgetDeviceBase::sig_showNotice, q, &GUI_CanView::slot_showNotice);
-    const QString title = QStringLiteral("%1 %2: %3 %4: %5")
-                              .arg(protocol, tr("Device"))
-                              .arg(param.device)
-                              .arg(tr("Channel"))
-                              .arg(param.channel);
-    tab->setObjectName(title); // its dialogs are titled with it
-    ui.tabWidget->setCurrentIndex(ui.tabWidget->addTab(tab, title));
-    m_deviceParam->append(modeOf(*tab), param.device, param.channel);
-    return true;
-}
-
-ChannelMode GUI_CanViewPrivate::modeOf(const WidgetDeviceBase &tab)
-{
-    return qobject_cast<const GUI_LINDevice *>(&tab) == nullptr ? ChannelMode::CAN : ChannelMode::LIN;
-}
-
-/// The program asks what to open when it has looked for a newer release of itself and found none.
-void GUI_CanViewPrivate::connectUpdate()
-{
-    QObject::connect(m_update, &SoftwareUpdate::sig_startChecked, q, [this](bool isNewer) {
-        if (isNewer) {
-            QTimer::singleShot(OfferDelayMs, q, [this] { q->slot_updateRuquest(true); });
-        } else {
-            QTimer::singleShot(OpenDelayMs, q, &GUI_CanView::slot_openCanDevice);
-        }
-    });
-    QObject::connect(m_update, &SoftwareUpdate::sig_closeProgram, q, &QWidget::close);
-    m_update->checkAtStart();
-}
-
-/// The device of the tab on top; without a tab, the first that is there. Nobody else may use an adapter that is being
-/// upgraded.
-void GUI_CanViewPrivate::showDevice(GUI_DeviceInfo &dialog)
-{
-    if (m_upgrade->isRunning()) {
-        return;
-    }
-    quint8 device = 0;
-    if (const auto *tab = qobject_cast<WidgetDeviceBase *>(ui.tabWidget->currentWidget())) {
-        device = tab->channelParam().device;
-    } else {
-        const QVector<DevicePresence> devices = m_communication->presentDevices();
-        device = devices.isEmpty() ? 0 : devices.first().device;
-    }
-    QString serial;
-    QString model;
-    QString firmware;
-    m_communication->readDeviceInfo(device, serial, model, firmware); // leaves the texts empty when there is no device
-    dialog.setDevice(serial, model, firmware);
-}
-
-/// Calls end, after a question when an upgrade program runs.
-void GUI_CanViewPrivate::endProgram(const std::function<void()> &end)
-{
-    if (!m_upgrade->isRunning()) {
-        end();
-        return;
-    }
-    const QString text = tr("The upgrade program is still running. It will run on, but how it ends will "
-                            "not be shown. Do not unplug the adapter meanwhile.") +
-                         QStringLiteral("<br>") + tr("Do you wish to end this program now?");
-    m_messages.ask(text, [this, end] {
-        m_upgrade->release();
-        end();
-    });
-}
 
 GUI_CanView::GUI_CanView(std::unique_ptr<CANCommunication> communication, QWidget *parent)
     : QMainWindow(parent)
-    , m_p(std::make_unique<GUI_CanViewPrivate>(this, std::move(communication)))
+    , m_ui(std::make_unique<Ui::GUI_CanView>())
+    , m_messages(*this)
+    , m_communication(std::move(communication))
 {
-    m_p->ui.setupUi(this);
-    m_p->buildToolBar();
-    m_p->orderTabBar();
-    m_p->buildBeginning();
-    connect(m_p->m_languages, &QActionGroup::triggered, this, &GUI_CanView::slot_languageTriggered);
-    m_p->m_notice = new CNotice(this);
-    m_p->m_deviceParam = new GUI_CanDeviceParam(*m_p->m_communication, this);
-    connect(m_p->m_deviceParam, &QDialog::accepted, this, &GUI_CanView::slot_openChosenChannels);
-    connect(m_p->m_communication.get(), &CANCommunication::sig_showFrimwareUpgrade, this,
+    m_ui->setupUi(this);
+    buildToolBar();
+    prepareTabs();
+    connect(m_languages, &QActionGroup::triggered, this, &GUI_CanView::slot_languageTriggered);
+    m_notice = new CNotice(this);
+    m_deviceParam = new GUI_CanDeviceParam(*m_communication, this);
+    connect(m_deviceParam, &QDialog::accepted, this, &GUI_CanView::slot_openChosenChannels);
+    connect(m_communication.get(), &CANCommunication::sig_showFrimwareUpgrade, this,
             &GUI_CanView::slot_showFrimwareUpgrade);
-    connect(m_p->m_communication.get(), &CANCommunication::sig_deviceLost, this,
+    connect(m_communication.get(), &CANCommunication::sig_deviceLost, this,
             [this](quint8 device) { slot_showMessageBox(deviceLostProblem(device), MessageWarning); });
     setWindowTitle(QStringLiteral("X9CAN V") + QStringLiteral(X9_VERSION));
-    connect(m_p->ui.tabWidget, &QTabWidget::tabCloseRequested, this, &GUI_CanView::slot_closeTabRequest);
-    m_p->m_upgrade = new UpgradeProcess(this);
-    connect(qApp, &QCoreApplication::aboutToQuit, m_p->m_upgrade, &UpgradeProcess::release); // the program ends anyway
-    m_p->m_update = new SoftwareUpdate(this);
-    m_p->connectUpdate();
+    connect(m_ui->tabWidget, &QTabWidget::tabCloseRequested, this, &GUI_CanView::slot_closeTabRequest);
+    m_upgrade = new UpgradeProcess(this);
+    connect(qApp, &QCoreApplication::aboutToQuit, m_upgrade, &UpgradeProcess::release); // the program ends anyway
+    m_update = new SoftwareUpdate(this);
+    connectUpdate();
 }
 
 GUI_CanView::~GUI_CanView()
@@ -268,10 +89,136 @@ GUI_CanView::~GUI_CanView()
     }
 }
 
+QMenu *GUI_CanView::addMenu(const char *name, const QString &text, const QString &toolTip)
+{
+    auto *button = new QToolButton(this);
+    button->setObjectName(QLatin1String(name));
+    button->setProperty("nav", QStringLiteral("tBtnStyle_5"));
+    button->setText(text);
+    button->setToolTip(toolTip);
+    button->setPopupMode(QToolButton::InstantPopup);
+    button->setFocusPolicy(Qt::StrongFocus);
+    button->setMenu(new QMenu(button));
+    m_ui->ToolBar->addWidget(button);
+    return button->menu();
+}
+
+void GUI_CanView::buildToolBar()
+{
+    QMenu *connectMenu = addMenu("btn_connect", tr("Connect") + QStringLiteral("(&D)"), tr("Connect to the device"));
+    connectMenu->addAction(tr("Open device"), this, &GUI_CanView::slot_openCanDevice);
+    connectMenu->addAction(tr("Close device"), this, &GUI_CanView::slot_closeCanDevice);
+    QMenu *about = addMenu("btn_about", tr("About") + QStringLiteral("(&A)"), tr("About"));
+    about->addAction(tr("Software information"), this, &GUI_CanView::slot_showSoftwareInfo);
+    about->addAction(tr("Device information"), this, &GUI_CanView::slot_showDeviceInfo);
+    QMenu *languageMenu = addMenu("btn_language", tr("Language") + QStringLiteral("(&L)"), tr("Language"));
+    m_languages = new QActionGroup(languageMenu);
+    for (const Language &language : languages()) {
+        QAction *action = m_languages->addAction(tr(language.name));
+        action->setObjectName(QLatin1String(language.code));
+        action->setCheckable(true);
+    }
+    languageMenu->addActions(m_languages->actions());
+    checkStoredLanguage();
+}
+
+/// The tab bar takes the focus after the tool bar and before the pages. While there is no tab, it cannot be seen and
+/// takes none, and in the place of the pages stands where to begin.
+void GUI_CanView::prepareTabs()
+{
+    QTabBar *tabBar = m_ui->tabWidget->tabBar();
+    setTabOrder(findChild<QToolButton *>(QStringLiteral("btn_language")), tabBar);
+    m_ui->tabWidget->setFocusProxy(nullptr); // it would give its bar the focus a second time, after the pages
+    m_ui->tabWidget->setFocusPolicy(Qt::NoFocus);
+    m_ui->lbl_begin->setText(tr(R"(To begin: "%1" > "%2")").arg(tr("Connect"), tr("Open device")));
+    const auto showCurrent = [this, tabBar](int currentIndex) {
+        tabBar->setFocusPolicy(currentIndex < 0 ? Qt::NoFocus : Qt::TabFocus);
+        m_ui->lbl_begin->setVisible(currentIndex < 0);
+    };
+    connect(m_ui->tabWidget, &QTabWidget::currentChanged, this, showCurrent);
+    showCurrent(m_ui->tabWidget->currentIndex());
+}
+
+void GUI_CanView::checkStoredLanguage() const
+{
+    m_languages->actions().at(static_cast<int>(languageIndex(getLanguage())))->setChecked(true);
+}
+
+/// Whether the channel could be opened; else the user is told why not.
+template<typename Tab>
+bool GUI_CanView::openTab(const ChannelParam &param, const QString &protocol)
+{
+    auto opened = std::make_unique<Tab>(param, *m_communication, this);
+    if (opened->openResult() != CAN_OK) {
+        const ChannelProblem reason = m_communication->channelProblem(param.device, param.channel);
+        slot_showMessageBox(channelOpenProblem(opened->openResult(), param, reason), MessageCritical);
+        return false;
+    }
+    Tab *tab = opened.release();
+    connect(tab, &WidgetDeviceBase::sig_showMessageBox, this, &GUI_CanView::slot_showMessageBox);
+    connect(tab, &WidgetDeviceBase::sig_showNotice, this, &GUI_CanView::slot_showNotice);
+    const QString title = QStringLiteral("%1 %2: %3 %4: %5")
+                              .arg(protocol, tr("Device"))
+                              .arg(param.device)
+                              .arg(tr("Channel"))
+                              .arg(param.channel);
+    tab->setObjectName(title); // its dialogs are titled with it
+    m_ui->tabWidget->setCurrentIndex(m_ui->tabWidget->addTab(tab, title));
+    m_deviceParam->append(modeOf(*tab), param.device, param.channel);
+    return true;
+}
+
+/// The program asks what to open when it has looked for a newer release of itself and found none.
+void GUI_CanView::connectUpdate()
+{
+    connect(m_update, &SoftwareUpdate::sig_startChecked, this, [this](bool isNewer) {
+        if (isNewer) {
+            QTimer::singleShot(OfferDelayMs, this, [this] { slot_updateRuquest(true); });
+        } else {
+            QTimer::singleShot(OpenDelayMs, this, &GUI_CanView::slot_openCanDevice);
+        }
+    });
+    connect(m_update, &SoftwareUpdate::sig_closeProgram, this, &QWidget::close);
+    m_update->checkAtStart();
+}
+
+/// The device of the tab on top; without a tab, the first that is there. Nobody else may use an adapter that is being
+/// upgraded.
+void GUI_CanView::showDevice(GUI_DeviceInfo &dialog)
+{
+    if (m_upgrade->isRunning()) {
+        return;
+    }
+    const auto *tab = qobject_cast<WidgetDeviceBase *>(m_ui->tabWidget->currentWidget());
+    const quint8 device =
+        tab != nullptr ? tab->channelParam().device : m_communication->presentDevices().value(0).device;
+    QString serial;
+    QString model;
+    QString firmware;
+    m_communication->readDeviceInfo(device, serial, model, firmware); // leaves the texts empty when there is no device
+    dialog.setDevice(serial, model, firmware);
+}
+
+/// Calls end, after a question when an upgrade program runs.
+void GUI_CanView::endProgram(const std::function<void()> &end)
+{
+    if (!m_upgrade->isRunning()) {
+        end();
+        return;
+    }
+    const QString text = tr("The upgrade program is still running. It will run on, but how it ends will "
+                            "not be shown. Do not unplug the adapter meanwhile.") +
+                         QStringLiteral("<br>") + tr("Do you wish to end this program now?");
+    m_messages.ask(text, [this, end] {
+        m_upgrade->release();
+        end();
+    });
+}
+
 void GUI_CanView::finishFiles()
 {
     // Frames that a worker has handed over and that were not yet delivered.
-    QCoreApplication::sendPostedEvents(m_p->m_communication.get(), QEvent::MetaCall);
+    QCoreApplication::sendPostedEvents(m_communication.get(), QEvent::MetaCall);
     const QList<GUI_CanDevice *> tabs = findChildren<GUI_CanDevice *>();
     for (GUI_CanDevice *tab : tabs) { // all before the first wait
         tab->endFiles();
@@ -286,8 +233,8 @@ void GUI_CanView::finishFiles()
 
 void GUI_CanView::slot_openCanDevice()
 {
-    m_p->m_deviceParam->open();
-    const QString problem = adapterLibraryProblem(m_p->m_communication->api());
+    m_deviceParam->open();
+    const QString problem = adapterLibraryProblem(m_communication->api());
     if (!problem.isEmpty()) {
         slot_showMessageBox(problem, MessageCritical);
     }
@@ -295,14 +242,14 @@ void GUI_CanView::slot_openCanDevice()
 
 void GUI_CanView::slot_openChosenChannels()
 {
-    const CanDeviceParam &chosen = m_p->m_deviceParam->deviceParam();
+    const CanDeviceParam &chosen = m_deviceParam->deviceParam();
     bool isAnyOpen = false;
     for (const ChannelParam &param : channelParams(chosen)) {
         if (chosen.isLIN != 0) {
-            isAnyOpen |= m_p->openTab<GUI_LINDevice>(param, QStringLiteral("LIN"));
+            isAnyOpen |= openTab<GUI_LINDevice>(param, QStringLiteral("LIN"));
         } else {
             const QString protocol = param.isCANFD ? QStringLiteral("CANFD") : QStringLiteral("CAN");
-            isAnyOpen |= m_p->openTab<GUI_CanDevice>(param, protocol);
+            isAnyOpen |= openTab<GUI_CanDevice>(param, protocol);
         }
     }
     if (isAnyOpen) {
@@ -314,7 +261,7 @@ void GUI_CanView::slot_openChosenChannels()
 
 void GUI_CanView::slot_closeCanDevice()
 {
-    while (m_p->ui.tabWidget->count() > 0) {
+    while (m_ui->tabWidget->count() > 0) {
         slot_closeTabRequest(0);
     }
     slot_showNotice(tr("Device turned off"), CNotice::Done, CNotice::WindowMs);
@@ -322,39 +269,39 @@ void GUI_CanView::slot_closeCanDevice()
 
 void GUI_CanView::slot_closeTabRequest(int index)
 {
-    auto *tab = qobject_cast<WidgetDeviceBase *>(m_p->ui.tabWidget->widget(index));
+    auto *tab = qobject_cast<WidgetDeviceBase *>(m_ui->tabWidget->widget(index));
     if (tab == nullptr) {
         return;
     }
-    m_p->m_deviceParam->remove(m_p->modeOf(*tab), tab->channelParam().device, tab->channelParam().channel);
-    m_p->ui.tabWidget->removeTab(index);
+    m_deviceParam->remove(modeOf(*tab), tab->channelParam().device, tab->channelParam().channel);
+    m_ui->tabWidget->removeTab(index);
     tab->deleteLater();
 }
 
 void GUI_CanView::slot_showMessageBox(const QString &text, int type)
 {
-    m_p->m_messages.show(text, iconOf(type));
+    m_messages.show(text, iconOf(type));
 }
 
 void GUI_CanView::slot_languageTriggered(QAction *action)
 {
-    if (!setLanguage(m_p->m_languages->actions().indexOf(action))) {
-        m_p->checkStoredLanguage();
+    if (!setLanguage(m_languages->actions().indexOf(action))) {
+        checkStoredLanguage();
         slot_showMessageBox(tr("The language could not be stored. Check that \"Init.ini\" beside the program, or your "
                                "configuration folder, can be written."),
                             MessageCritical);
         return;
     }
-    m_p->m_messages.ask(tr("The current language has changed and takes effect after the restart.") +
-                            QStringLiteral("<br>") + tr("Do you wish to restart it now?"),
-                        [this] { m_p->endProgram([] { QCoreApplication::exit(RestartExitCode); }); });
+    m_messages.ask(tr("The current language has changed and takes effect after the restart.") + QStringLiteral("<br>") +
+                       tr("Do you wish to restart it now?"),
+                   [this] { endProgram([] { QCoreApplication::exit(RestartExitCode); }); });
 }
 
 void GUI_CanView::slot_showFrimwareUpgrade()
 {
-    m_p->m_messages.ask(tr("New firmware version detected,") + QStringLiteral("<br>") +
-                            tr("Do you want to go update it now?"),
-                        [this] { slot_showDeviceInfo(); });
+    m_messages.ask(tr("New firmware version detected,") + QStringLiteral("<br>") +
+                       tr("Do you want to go update it now?"),
+                   [this] { slot_showDeviceInfo(); });
 }
 
 void GUI_CanView::slot_showSoftwareInfo()
@@ -362,52 +309,52 @@ void GUI_CanView::slot_showSoftwareInfo()
     auto *dialog = new GUI_SoftwareInfo(supportAddress(), this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &GUI_SoftwareInfo::sig_update, this, [this] { slot_updateRuquest(false); });
-    connect(m_p->m_update, &SoftwareUpdate::sig_searching, dialog, &GUI_SoftwareInfo::setChecking);
-    connect(dialog, &QDialog::finished, m_p->m_update, &SoftwareUpdate::cancelRequest);
+    connect(m_update, &SoftwareUpdate::sig_searching, dialog, &GUI_SoftwareInfo::setChecking);
+    connect(dialog, &QDialog::finished, m_update, &SoftwareUpdate::cancelRequest);
     dialog->open();
 }
 
 void GUI_CanView::slot_updateRuquest(bool first)
 {
-    m_p->m_update->request(first);
+    m_update->request(first);
 }
 
 void GUI_CanView::slot_update(const QString &urlStr)
 {
-    m_p->m_update->update(urlStr);
+    m_update->update(urlStr);
 }
 
 void GUI_CanView::slot_showDeviceInfo()
 {
-    if (QWidget *open = m_p->m_deviceInfo; open != nullptr && open->isVisible()) {
+    if (QWidget *open = m_deviceInfo; open != nullptr && open->isVisible()) {
         open->raise();
         open->activateWindow();
         return;
     }
-    auto *dialog = new GUI_DeviceInfo(*m_p->m_upgrade, {}, this);
-    m_p->m_deviceInfo = dialog;
+    auto *dialog = new GUI_DeviceInfo(*m_upgrade, {}, this);
+    m_deviceInfo = dialog;
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    const auto showDevice = [this, dialog] {
-        m_p->showDevice(*dialog);
+    const auto showAdapter = [this, dialog] {
+        showDevice(*dialog);
     };
-    connect(dialog, &GUI_DeviceInfo::sig_updataBtnClicked, this, showDevice);
-    connect(dialog, &GUI_DeviceInfo::sig_updateFinish, this, showDevice);
-    connect(m_p->m_upgrade, &UpgradeProcess::sig_runningChanged, dialog, showDevice);
+    connect(dialog, &GUI_DeviceInfo::sig_updataBtnClicked, this, showAdapter);
+    connect(dialog, &GUI_DeviceInfo::sig_updateFinish, this, showAdapter);
+    connect(m_upgrade, &UpgradeProcess::sig_runningChanged, dialog, showAdapter);
     // The upgrade program needs the adapter for itself.
     connect(dialog, &GUI_DeviceInfo::sig_updateRequest, this, &GUI_CanView::slot_closeCanDevice);
-    showDevice();
+    showAdapter();
     dialog->open();
 }
 
 void GUI_CanView::closeEvent(QCloseEvent *event)
 {
-    event->setAccepted(!m_p->m_upgrade->isRunning());
+    event->setAccepted(!m_upgrade->isRunning());
     if (!event->isAccepted()) {
-        m_p->endProgram([this] { close(); });
+        endProgram([this] { close(); });
     }
 }
 
 void GUI_CanView::slot_showNotice(const QString &text, int type, int delayms)
 {
-    m_p->m_notice->setMesseage(text, type, delayms);
+    m_notice->setMesseage(text, type, delayms);
 }

@@ -1,12 +1,27 @@
 #pragma once
 
-#include <QMainWindow>
+#include "app/WindowMessages.h"
 
+#include <QMainWindow>
+#include <QPointer>
+
+#include <functional>
 #include <memory>
 
 class CANCommunication;
-class GUI_CanViewPrivate;
+class CNotice;
+class GUI_CanDeviceParam;
+class GUI_DeviceInfo;
 class QAction;
+class QActionGroup;
+class QMenu;
+class SoftwareUpdate;
+class UpgradeProcess;
+struct ChannelParam;
+
+namespace Ui {
+class GUI_CanView;
+}
 
 /// The main window: toolbar and one tab per open channel. Owns the device manager, and what runs the upgrade programs.
 ///
@@ -55,5 +70,23 @@ private slots:
     void slot_languageTriggered(QAction *action);
 
 private:
-    std::unique_ptr<GUI_CanViewPrivate> m_p;
+    void buildToolBar();
+    QMenu *addMenu(const char *name, const QString &text, const QString &toolTip);
+    void checkStoredLanguage() const;
+    void prepareTabs();
+    void connectUpdate();
+    template<typename Tab>
+    bool openTab(const ChannelParam &param, const QString &protocol);
+    void showDevice(GUI_DeviceInfo &dialog);
+    void endProgram(const std::function<void()> &end);
+
+    const std::unique_ptr<Ui::GUI_CanView> m_ui;
+    WindowMessages m_messages;
+    const std::unique_ptr<CANCommunication> m_communication;
+    QActionGroup *m_languages = nullptr; ///< in the order of their numbers
+    CNotice *m_notice = nullptr;
+    UpgradeProcess *m_upgrade = nullptr; ///< the only one, for all dialogs
+    SoftwareUpdate *m_update = nullptr;
+    GUI_CanDeviceParam *m_deviceParam = nullptr; ///< keeps what was chosen last
+    QPointer<GUI_DeviceInfo> m_deviceInfo;       ///< there is never a second one
 };

@@ -1,18 +1,25 @@
 #pragma once
 
 #include "app/Driver.h"
+#include "app/HttpServer.h"
 #include "app/Settings.h"
+#include "app/SignedDownload.h"
 #include "app/UpdateKey.h"
+#include "app/WindowMessages.h"
 
 #include <QCoreApplication>
 #include <QDialog>
 #include <QString>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
 
-class GUI_DeviceInfoPrivate;
 class UpgradeProcess;
+
+namespace Ui {
+class GUI_DeviceInfo;
+}
 
 /// What GUI_DeviceInfo works with: the program's own folder, server and driver unless said otherwise.
 struct DeviceInfoSetup
@@ -24,7 +31,7 @@ struct DeviceInfoSetup
     /// That firmware must be signed with; empty: it needs no signature.
     QByteArray updateKey = ::updateKey();
     /// An answer that takes longer, in milliseconds, is a failed query.
-    int queryLimitMs = 30000;
+    int queryLimitMs = HttpServer::LimitMs;
     /// From the end of the download to the start of the upgrade program, in milliseconds.
     int startDelayMs = 2000;
     std::function<bool()> isDeviceUnregistered = ::isDeviceUnregistered;
@@ -64,5 +71,33 @@ signals:
     void sig_updateFinish();
 
 private:
-    std::unique_ptr<GUI_DeviceInfoPrivate> m_p;
+    void connectSignals();
+    void setUpdating(bool isUpdating);
+
+    void ask();
+    void takeAnswer(bool ok, const Release &answer);
+    QString question(const QString &version) const;
+    void download();
+    void takeDownload(bool ok, const QString &errorText);
+    void startUpgrade();
+    void tick();
+    void endUpgrade(int exitCode);
+    void takeCrash(const QString &reason);
+    void failUpgrade(const QString &text);
+    void stop();
+
+    const std::unique_ptr<Ui::GUI_DeviceInfo> m_ui;
+    UpgradeProcess &m_process;
+    const DeviceInfoSetup m_setup;
+    WindowMessages m_messages;
+    QString m_model;
+    QString m_firmware;
+    HttpServer m_server;
+    Release m_release; ///< the last answer of the server
+    SignedDownload m_download;
+    QString m_file; ///< the firmware downloaded last
+    QTimer m_startDelay;
+    QTimer m_timer;            ///< of the progress bar
+    bool m_isOwn = false;      ///< the upgrade program that runs is the one of this dialog's upgrade
+    bool m_hasStarted = false; ///< and it has started
 };

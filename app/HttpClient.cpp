@@ -34,7 +34,8 @@ bool isAllowed(const HttpRequest &request)
            (url.scheme() == QLatin1String("https") || isPlainHttp(request.service));
 }
 
-/// A thread with an event loop that does what it is handed.
+/// A thread with an event loop that does what it is handed, by a queue of its own: the lock of the toolkit's is one
+/// that ThreadSanitizer does not see.
 class Lane : public QObject
 {
 public:

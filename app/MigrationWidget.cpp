@@ -11,12 +11,11 @@ constexpr int NoExitCode = -1; ///< of a program that crashed or could not be st
 
 QString descriptionText()
 {
-    return MigrationWidget::tr("Device migration operation description") + QStringLiteral("\r\n") +
-           QStringLiteral("1. ") + MigrationWidget::tr("Firmware version less than") + QStringLiteral(" V2.00 \r\n") +
-           QStringLiteral("2. ") + MigrationWidget::tr("Do not power off during the upgrade") + QStringLiteral("\r\n") +
-           QStringLiteral("3. ") +
-           MigrationWidget::tr("If the operation fails, remove and reinsert the device and try again") +
-           QStringLiteral("\r\n");
+    return QStringLiteral("%1\r\n1. %2 V2.00 \r\n2. %3\r\n3. %4\r\n")
+        .arg(MigrationWidget::tr("Device migration operation description"),
+             MigrationWidget::tr("Firmware version less than"),
+             MigrationWidget::tr("Do not power off during the upgrade"),
+             MigrationWidget::tr("If the operation fails, remove and reinsert the device and try again"));
 }
 } // namespace
 

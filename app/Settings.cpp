@@ -13,11 +13,7 @@
 
 namespace {
 constexpr int DefaultLanguage = 0;
-
-QString languageKey()
-{
-    return QStringLiteral("language");
-}
+const QLatin1String LanguageKey("language");
 
 /// The settings in a file; empty where something stands that is no file, a pipe for instance, which opening waits for.
 class Settings : public QSettings
@@ -33,13 +29,13 @@ public:
 bool store(const QString &file, int language)
 {
     Settings settings(file);
-    const QVariant before = settings.value(languageKey());
-    settings.setValue(languageKey(), language);
+    const QVariant before = settings.value(LanguageKey);
+    settings.setValue(LanguageKey, language);
     settings.sync();
     const bool isStored = settings.status() == QSettings::NoError && QFileInfo(file).isFile();
     if (!isStored) {
         // QSettings would answer the new value from its memory as long as the program runs.
-        before.isValid() ? settings.setValue(languageKey(), before) : settings.remove(languageKey());
+        before.isValid() ? settings.setValue(LanguageKey, before) : settings.remove(LanguageKey);
     }
     return isStored;
 }
@@ -69,8 +65,8 @@ int SettingsFiles::language() const
 {
     const Settings program(m_programFile);
     const Settings user(m_userFile);
-    const bool isUsers = user.contains(languageKey()) && !(isFileTarget(m_programFile) && program.isWritable());
-    return (isUsers ? user : program).value(languageKey(), DefaultLanguage).toInt();
+    const bool isUsers = user.contains(LanguageKey) && !(isFileTarget(m_programFile) && program.isWritable());
+    return (isUsers ? user : program).value(LanguageKey, DefaultLanguage).toInt();
 }
 
 bool SettingsFiles::setLanguage(int language) const

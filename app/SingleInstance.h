@@ -24,8 +24,7 @@ public:
 
     explicit SingleInstance(const QString &key = userKey());
     ~SingleInstance();
-    SingleInstance(const SingleInstance &) = delete;
-    SingleInstance &operator=(const SingleInstance &) = delete;
+    Q_DISABLE_COPY_MOVE(SingleInstance)
 
     /// "X9CAN"; on systems whose temporary folder is shared between users, with the user's number behind it, as what
     /// one user left behind there cannot be removed by another.

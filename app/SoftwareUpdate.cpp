@@ -1,7 +1,6 @@
 #include "app/SoftwareUpdate.h"
 
 #include "app/GUI_Update.h"
-#include "app/Settings.h"
 #include "widgets/CMessageBox.h"
 
 #include <QApplication>
@@ -10,7 +9,6 @@
 #include <QProcess>
 #include <QProgressBar>
 #include <QProgressDialog>
-#include <QStandardPaths>
 #include <QTimer>
 #include <QUrl>
 
@@ -25,11 +23,9 @@ constexpr int LongestVersion = 32; ///< characters of a published version that a
 
 QString versionLine(const Release &release)
 {
-    QString line = SoftwareUpdate::tr("Current version") + QStringLiteral(" V") + programVersion();
-    if (!isNewerThanProgram(release)) {
-        return line;
-    }
-    return line + QStringLiteral(" \u2192 V") + release.versionNo.left(LongestVersion);
+    const QString current = SoftwareUpdate::tr("Current version") + QStringLiteral(" V") + programVersion();
+    const QString next = QStringLiteral(" \u2192 V") + release.versionNo.left(LongestVersion);
+    return isNewerThanProgram(release) ? current + next : current;
 }
 
 /// Modal for the whole program: the window that asked for it may itself be a dialog beside this one.
@@ -41,16 +37,7 @@ void showModal(QDialog *dialog)
 }
 } // namespace
 
-SoftwareUpdate::Setup SoftwareUpdate::Setup::ofProgram()
-{
-    Setup setup;
-    setup.baseUrl = updateServer();
-    setup.applicationDir = QCoreApplication::applicationDirPath();
-    setup.packageFolder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    return setup;
-}
-
-SoftwareUpdate::SoftwareUpdate(QWidget *window, Setup setup)
+SoftwareUpdate::SoftwareUpdate(QWidget *window, SoftwareUpdateSetup setup)
     : QObject(window)
     , m_window(window)
     , m_setup(std::move(setup))
@@ -66,7 +53,10 @@ SoftwareUpdate::SoftwareUpdate(QWidget *window, Setup setup)
     });
     connect(&m_search, &HttpServer::sig_finished, this, &SoftwareUpdate::takeAnswer);
     connect(&m_download, &SignedDownload::sig_finished, this, &SoftwareUpdate::takeDownload);
-    connect(&m_download, &SignedDownload::sig_refused, this, &SoftwareUpdate::takeRefusal);
+    connect(&m_download, &SignedDownload::sig_refused, this, [this](const QString &reason) {
+        closeProgress();
+        tell(tr("The new version was refused and not installed.") + QLatin1Char('\n') + reason);
+    });
     window->installEventFilter(this);
 }
 
@@ -197,12 +187,6 @@ void SoftwareUpdate::takeDownload(bool ok, const QString &errorText)
     } else {
         tell(tr("The new version could not be downloaded.") + QLatin1Char('\n') + errorText);
     }
-}
-
-void SoftwareUpdate::takeRefusal(const QString &reason)
-{
-    closeProgress();
-    tell(tr("The new version was refused and not installed.") + QLatin1Char('\n') + reason);
 }
 
 void SoftwareUpdate::install()

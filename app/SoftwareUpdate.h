@@ -1,16 +1,35 @@
 #pragma once
 
 #include "app/HttpServer.h"
+#include "app/Settings.h"
 #include "app/SignedDownload.h"
 #include "app/UpdateKey.h"
 
+#include <QCoreApplication>
 #include <QObject>
 #include <QPointer>
+#include <QStandardPaths>
 #include <QString>
 
 class QDialog;
 class QProgressDialog;
 class QWidget;
+
+/// What SoftwareUpdate works with: what is this program's and this user's unless said otherwise.
+struct SoftwareUpdateSetup
+{
+    /// The base URL of the update server; empty: every search fails at once.
+    QString baseUrl = ::updateServer();
+    /// Holds "Update/Update.exe".
+    QString applicationDir = QCoreApplication::applicationDirPath();
+    /// The package is stored below it as "X9CAN_Install/Install.zip". By default the system's place for a user's
+    /// own data: AppData/Local on Windows, ~/.local/share on Linux.
+    QString packageFolder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    QByteArray updateKey = ::updateKey();          ///< that packages must be signed with; empty: they need no signature
+    int startLimitMs = 3000;                       ///< of the search at the start
+    int requestLimitMs = HttpServer::LimitMs;      ///< of a search that the user asked for
+    int stallLimitMs = FileDownload::StallLimitMs; ///< of a download without a byte
+};
 
 /// Searches for a newer release of this program, offers it, downloads it and starts the program that installs it.
 /// All its dialogs are children of the window, and none has an event loop of its own. It may be deleted at any time,
@@ -20,24 +39,8 @@ class SoftwareUpdate : public QObject
     Q_OBJECT
 
 public:
-    /// Where things are, and how long they may take.
-    struct Setup
-    {
-        QString baseUrl;                      ///< of the update server; empty: every search fails at once
-        QString applicationDir;               ///< the folder with "Update/Update.exe"
-        QString packageFolder;                ///< the package is stored below it as "X9CAN_Install/Install.zip"
-        QByteArray updateKey = ::updateKey(); ///< that packages must be signed with; empty: they need no signature
-        int startLimitMs = 3000;              ///< of the search at the start
-        int requestLimitMs = 30000;           ///< of a search that the user asked for
-        int stallLimitMs = 30000;             ///< of a download without a byte
-
-        /// Those of this program and this user. The package folder is the system's place for a user's own data
-        /// (QStandardPaths::GenericDataLocation: AppData/Local on Windows, ~/.local/share on Linux).
-        static Setup ofProgram();
-    };
-
     /// window: the parent of every dialog; owns this object unless something else does.
-    explicit SoftwareUpdate(QWidget *window, Setup setup = Setup::ofProgram());
+    explicit SoftwareUpdate(QWidget *window, SoftwareUpdateSetup setup = {});
     ~SoftwareUpdate() override;
 
     /// Searches once, when the program starts; sig_startChecked tells the outcome, never from within this call.
@@ -68,7 +71,6 @@ signals:
 private:
     void takeAnswer(bool ok, const Release &release);
     void takeDownload(bool ok, const QString &errorText);
-    void takeRefusal(const QString &reason);
     void offer(int state, const Release &release);
     void offerFound();
     void openProgress();
@@ -79,7 +81,7 @@ private:
     QString packagePath() const;
 
     QWidget *const m_window;
-    const Setup m_setup;
+    const SoftwareUpdateSetup m_setup;
     HttpServer m_startSearch;
     HttpServer m_search;
     SignedDownload m_download;

@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QProcess>
 
+#include <iterator>
 #include <utility>
 
 namespace {
@@ -19,24 +20,16 @@ constexpr const char *ResultTexts[] = {
     QT_TRANSLATE_NOOP("UpgradeProcess", "Flash erasing failed"),
     QT_TRANSLATE_NOOP("UpgradeProcess", "Data send failed"),
 };
-constexpr int ResultCount = sizeof(ResultTexts) / sizeof(ResultTexts[0]);
+constexpr int ResultCount = static_cast<int>(std::size(ResultTexts));
 } // namespace
 
 /// Can be deleted without harm to its program, which the base class would kill.
 class UpgradeProcess::Process : public QProcess
 {
 public:
-    explicit Process(QObject *parent)
-        : QProcess(parent)
-    {
-    }
+    using QProcess::QProcess;
     ~Process() override { setProcessState(NotRunning); }
 };
-
-UpgradeProcess::UpgradeProcess(QObject *parent)
-    : QObject(parent)
-{
-}
 
 UpgradeProcess::~UpgradeProcess()
 {

@@ -14,7 +14,7 @@ class UpgradeProcess : public QObject
     Q_OBJECT
 
 public:
-    explicit UpgradeProcess(QObject *parent = nullptr);
+    using QObject::QObject;
     /// As release().
     ~UpgradeProcess() override;
 

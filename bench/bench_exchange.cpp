@@ -1,5 +1,6 @@
-// Turning captures into each other: the program's own CSV into .canfd, its reader alone, a candump log into CSV; beside
-// them log2asc of can-utils on the same log, where it is installed. MB of input per second of processor time.
+// Turning captures into each other: the program's own CSV into .canfd, its reader alone, a candump log into CSV, pcapng
+// into pcapng; beside them log2asc of can-utils and editcap of Wireshark on the same files, where they are installed.
+// MB of input per second of processor time.
 
 #include "bench/BenchReport.h"
 #include "bench/ProcessFigures.h"
@@ -70,9 +71,9 @@ void writeCapture(const QString &path, const Options &options, bool isPolled)
     out.flush();
 }
 
-/// Reads path and, unless to is empty, writes it there, as what its ending says or else as CSV. Returns how many
+/// Reads path and, unless to is empty, writes it there, as what its ending says or else as kind. Returns how many
 /// frames.
-int convert(const QString &path, const QString &to)
+int convert(const QString &path, const QString &to, const char *kind)
 {
     QFile in(path);
     QFile target(to);
@@ -90,7 +91,7 @@ int convert(const QString &path, const QString &to)
     for (int count = 0; (count = reader->read(batch.data(), BatchSize)) > 0; frames += count) {
         if (writer == nullptr && !to.isEmpty()) {
             const ExchangeFormat *format = exchangeFormatOfPath(to);
-            writer = (format != nullptr ? format : exchangeFormat(QStringLiteral("csv")))
+            writer = (format != nullptr ? format : exchangeFormat(QLatin1String(kind)))
                          ->writer(out, {reader->info()}, findings);
         }
         if (writer != nullptr) {
@@ -112,12 +113,12 @@ double megabytes(const QString &path)
     return static_cast<double>(QFileInfo(path).size()) / 1e6;
 }
 
-double rateOf(const Options &options, const QString &path, const QString &to)
+double rateOf(const Options &options, const QString &path, const QString &to, const char *kind = "csv")
 {
     std::vector<double> rates;
     for (int i = 0; i < options.repetitions; ++i) {
         const double begin = cpuSeconds();
-        if (convert(path, to) != options.frames) {
+        if (convert(path, to, kind) != options.frames) {
             qFatal("%s was not read whole", qPrintable(path));
         }
         rates.push_back(megabytes(path) / (cpuSeconds() - begin));
@@ -125,20 +126,34 @@ double rateOf(const Options &options, const QString &path, const QString &to)
     return median(rates);
 }
 
-/// The same of a program, by what the shell says about its processor time; 0 where there is no such program.
-double rateOfLog2asc(const QString &path)
+/// The same of a program, by what the shell says about its processor time; 0 where there is no such program. command:
+/// has $0 where it wants the path.
+double rateOfProgram(const Options &options, const QString &command, const QString &path)
 {
-    if (QStandardPaths::findExecutable(QStringLiteral("log2asc")).isEmpty()) {
+    if (QStandardPaths::findExecutable(command.section(QLatin1Char(' '), 0, 0)).isEmpty()) {
         return 0;
     }
-    QProcess shell;
-    shell.start(
-        QStringLiteral("bash"),
-        {QStringLiteral("-c"), QStringLiteral("TIMEFORMAT='%U %S'; time log2asc -I \"$0\" can0 >/dev/null"), path});
-    shell.waitForFinished(-1);
-    const QStringList times = QString::fromLatin1(shell.readAllStandardError()).trimmed().split(QLatin1Char(' '));
-    const double seconds = times.value(0).toDouble() + times.value(1).toDouble();
-    return seconds > 0 ? megabytes(path) / seconds : 0;
+    std::vector<double> rates;
+    for (int i = 0; i < options.repetitions; ++i) {
+        QProcess shell;
+        shell.start(QStringLiteral("bash"),
+                    {QStringLiteral("-c"), QStringLiteral("TIMEFORMAT='%U %S'; time ") + command, path});
+        shell.waitForFinished(-1);
+        const QStringList times = QString::fromLatin1(shell.readAllStandardError()).trimmed().split(QLatin1Char(' '));
+        const double seconds = times.value(0).toDouble() + times.value(1).toDouble();
+        rates.push_back(seconds > 0 ? megabytes(path) / seconds : 0);
+    }
+    return median(rates);
+}
+
+/// A line for a public program on the same file, to nowhere, and how many times as fast ours is; none without it.
+void addProgram(BenchReport &report, const QString &name, double its, double ours, double wanted)
+{
+    if (its > 0) {
+        report.add(QStringLiteral("  %1 with the same file, to nowhere").arg(name), its, QStringLiteral("MB/s CPU"));
+        report.add(QStringLiteral("  against it, to nowhere"), ours / its, QStringLiteral("times"),
+                   BenchReport::Target::AtLeast, wanted);
+    }
 }
 
 } // namespace
@@ -160,6 +175,7 @@ int main(int argc, char *argv[])
     };
     writeCapture(path("own.csv"), options, true);
     writeCapture(path("own.log"), options, false);
+    writeCapture(path("own.pcapng"), options, false);
 
     using Target = BenchReport::Target;
     const QString unit = QStringLiteral("MB/s CPU");
@@ -173,12 +189,15 @@ int main(int argc, char *argv[])
     report.add(QStringLiteral("candump log to own CSV"), rateOf(options, path("own.log"), path("out.csv")), unit,
                Target::AtLeast, 300);
     report.add(QStringLiteral("  the same, to nowhere"), candump, unit);
-    const double log2asc = rateOfLog2asc(path("own.log"));
-    if (log2asc > 0) {
-        report.add(QStringLiteral("  log2asc with the same log, to nowhere"), log2asc, unit);
-        report.add(QStringLiteral("  candump log to own CSV against it, to nowhere"), candump / log2asc,
-                   QStringLiteral("times"), Target::AtLeast, 20);
-    }
+    addProgram(report, QStringLiteral("log2asc"),
+               rateOfProgram(options, QStringLiteral("log2asc -I \"$0\" can0 >/dev/null"), path("own.log")), candump,
+               20);
+    const double pcapng = rateOf(options, path("own.pcapng"), QProcess::nullDevice(), "pcapng");
+    report.add(QStringLiteral("pcapng, the reader alone"), rateOf(options, path("own.pcapng"), {}), unit);
+    report.add(QStringLiteral("pcapng to pcapng"), rateOf(options, path("own.pcapng"), path("out.pcapng")), unit);
+    report.add(QStringLiteral("  the same, to nowhere"), pcapng, unit);
+    addProgram(report, QStringLiteral("editcap"),
+               rateOfProgram(options, QStringLiteral("editcap \"$0\" /dev/null"), path("own.pcapng")), pcapng, 10);
     report.add(QStringLiteral("memory held at the end"), residentBytes() / 1e6, QStringLiteral("MB"), Target::AtMost,
                64);
     report.print();

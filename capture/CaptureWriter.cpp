@@ -25,11 +25,6 @@ std::size_t sizeOf(const QByteArray &bytes)
     return static_cast<std::size_t>(bytes.size());
 }
 
-char *putBytes(char *to, const QByteArray &bytes)
-{
-    return putBytes(to, bytes.constData(), sizeOf(bytes));
-}
-
 } // namespace
 
 /// Collects bytes and hands them on in large pieces. After a write that failed it takes bytes and drops them.
@@ -128,16 +123,6 @@ quint8 receivedMark(const FrameView &frame)
     return frame.isReceived() ? CaptureLayout::ReceivedMark : 0;
 }
 
-std::size_t directionIndex(const FrameHead &frame)
-{
-    return static_cast<std::size_t>(directionLabel(frame)) - static_cast<std::size_t>(FrameLabel::Received);
-}
-
-std::size_t kindIndex(const FrameHead &frame)
-{
-    return std::size_t{frame.protocol} * 4 + (frame.remote != 0 ? 2 : 0) + (frame.extended != 0 ? 1 : 0);
-}
-
 } // namespace
 
 QTextCodec *captureCodec()
@@ -163,21 +148,35 @@ QByteArray CaptureTextStyle::encoded(const QString &text) const
     return codec->fromUnicode(text.constData(), text.size(), &state);
 }
 
+CaptureLines::Piece::Piece(const QByteArray &bytes)
+    : m_bytes(bytes.begin(), bytes.end())
+    , m_size(m_bytes.size())
+{
+    m_bytes.resize((m_size + Step - 1) / Step * Step);
+}
+
 CaptureLines::CaptureLines(const FrameLabels &labels, const QByteArray &separator, bool isLastSeparated,
                            const CaptureTextStyle &style)
     : m_style(style)
+    , m_separatorText(separator)
     , m_separator(separator)
-    , m_noTime(style.encoded(labels.word(FrameLabel::None)))
     , m_end(isLastSeparated ? separator + style.lineEnd : style.lineEnd)
-    , m_time(separator + separator)
+    , m_time(separator)
 {
+    std::size_t longest = 0;
+    const auto piece = [&longest](const QByteArray &bytes) {
+        longest = std::max(longest, static_cast<std::size_t>(bytes.size()));
+        return Piece(bytes);
+    };
     const auto word = [&](FrameLabel label) {
         return style.encoded(labels.word(label)) + separator;
     };
-    for (const quint8 direction : {FrameHead::Received, FrameHead::SendSuccess, FrameHead::SendFailure}) {
+    for (const quint8 value : {FrameHead::Received, FrameHead::SendSuccess, FrameHead::SendFailure}) {
         FrameHead frame;
-        frame.direction = direction;
-        m_directions[directionIndex(frame)] = separator + word(directionLabel(frame));
+        frame.direction = value;
+        const QByteArray direction = word(directionLabel(frame));
+        m_directions[directionIndex(frame)] = {piece(separator + direction),
+                                               piece(separator + word(FrameLabel::None) + direction)};
     }
     for (unsigned kind = 0; kind < m_kinds.size(); ++kind) {
         FrameHead frame;
@@ -185,57 +184,29 @@ CaptureLines::CaptureLines(const FrameLabels &labels, const QByteArray &separato
         frame.remote = kind >> 1U & 1U;
         frame.extended = kind & 1U;
         m_kinds[kindIndex(frame)] =
-            separator + word(protocolLabel(frame)) + word(formatLabel(frame)) + word(typeLabel(frame));
+            piece(separator + word(protocolLabel(frame)) + word(formatLabel(frame)) + word(typeLabel(frame)));
     }
-    const auto longest = [](const auto &texts) {
-        return sizeOf(*std::max_element(texts.begin(), texts.end(),
-                                        [](const QByteArray &a, const QByteArray &b) { return a.size() < b.size(); }));
-    };
-    m_fixedSize = FrameBytes::MaxDecimal + std::max(FrameBytes::MaxTimeStamp, sizeOf(m_noTime)) +
-                  longest(m_directions) + 2 * FrameBytes::MaxHexNumber + longest(m_kinds) + sizeOf(m_separator) +
-                  sizeOf(m_end) + 1;
+    for (std::size_t length = 0; length < m_lengths.size(); ++length) {
+        m_lengths[length] = Piece("0x" + QByteArray::number(static_cast<uint>(length), 16).toUpper() + separator);
+    }
+    m_fixedSize = FrameBytes::MaxDecimal + FrameBytes::MaxTimeStamp + 2 * longest + 2 * FrameBytes::MaxHexNumber +
+                  3 * m_separator.size() + m_end.size() + Piece::Step;
 }
 
 std::size_t CaptureLines::maxSize(const FrameView &frame)
 {
     if (m_timeText != *frame.systemTime) {
         m_timeText = *frame.systemTime;
-        m_time = m_separator + m_style.encoded(m_timeText) + m_separator;
+        m_time = Piece(m_separatorText + m_style.encoded(m_timeText));
     }
-    return m_fixedSize + sizeOf(m_time) + 3 * static_cast<std::size_t>(frame.size);
+    return maxSizeWithoutTime(frame) + m_time.size();
 }
 
 char *CaptureLines::put(char *to, quint64 number, const FrameView &frame) const
 {
     to = FrameBytes::putDecimal(to, number);
-    to = putBytes(to, m_time);
+    to = m_time.put(to);
     return putBehindTime(to, frame, frame.isReceived());
-}
-
-std::size_t CaptureLines::maxSize(const FrameView &frame, std::string_view time) const
-{
-    return m_fixedSize + 2 * sizeOf(m_separator) + time.size() + 3 * static_cast<std::size_t>(frame.size);
-}
-
-char *CaptureLines::put(char *to, quint64 number, const FrameView &frame, std::string_view time, bool hasStamp) const
-{
-    to = FrameBytes::putDecimal(to, number);
-    to = putBytes(to, m_separator);
-    to = putBytes(to, time.data(), time.size());
-    to = putBytes(to, m_separator);
-    return putBehindTime(to, frame, hasStamp);
-}
-
-char *CaptureLines::putBehindTime(char *to, const FrameView &frame, bool hasStamp) const
-{
-    to = hasStamp ? FrameBytes::putTimeStamp(to, frame.timeStamp) : putBytes(to, m_noTime);
-    to = putBytes(to, m_directions[directionIndex(frame)]);
-    to = FrameBytes::putHexNumber(to, frame.id);
-    to = putBytes(to, m_kinds[kindIndex(frame)]);
-    to = FrameBytes::putHexNumber(to, static_cast<quint32>(frame.size));
-    to = putBytes(to, m_separator);
-    to = FrameBytes::putPayload(to, frame.data, frame.size);
-    return putBytes(to, m_end);
 }
 
 QByteArray captureTextHead(const CaptureFormat &format, const FrameLabels &labels, const CaptureTextStyle &style)

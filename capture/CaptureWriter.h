@@ -9,6 +9,8 @@
 #include <QString>
 
 #include <array>
+#include <cstring>
+#include <vector>
 
 class QIODevice;
 class QTextCodec;
@@ -40,21 +42,83 @@ public:
     /// Writes one line to `to` and returns the place behind. Call maxSize() for the same frame first.
     char *put(char *to, quint64 number, const FrameView &frame) const;
 
-    /// The same for a time of day that is not the frame's but already bytes. hasStamp: whatever the frame's direction.
-    std::size_t maxSize(const FrameView &frame, std::string_view time) const;
-    char *put(char *to, quint64 number, const FrameView &frame, std::string_view time, bool hasStamp) const;
+    // The same in parts, for a time of day that is not the frame's and that the caller puts between them.
+    /// Most bytes of both parts.
+    std::size_t maxSizeWithoutTime(const FrameView &frame) const
+    {
+        return m_fixedSize + 3 * static_cast<std::size_t>(frame.size);
+    }
+    /// What follows the number.
+    char *putSeparator(char *to) const { return m_separator.put(to); }
+    /// What follows the time. hasStamp: whatever the frame's direction.
+    char *putBehindTime(char *to, const FrameView &frame, bool hasStamp) const
+    {
+        const Direction &direction = m_directions[directionIndex(frame)];
+        if (hasStamp) {
+            to = FrameBytes::putTimeStamp(m_separator.put(to), frame.timeStamp);
+            to = direction.behindStamp.put(to);
+        } else {
+            to = direction.withoutStamp.put(to);
+        }
+        to = FrameBytes::putHexNumber(to, frame.id);
+        to = m_kinds[kindIndex(frame)].put(to);
+        to = putLength(to, static_cast<std::size_t>(frame.size));
+        to = FrameBytes::putPayload(to, frame.data, frame.size);
+        return m_end.put(to);
+    }
 
 private:
-    char *putBehindTime(char *to, const FrameView &frame, bool hasStamp) const;
+    /// Bytes that are copied in steps of a fixed size, which is faster than exactly; put() takes up to Step bytes more.
+    class Piece
+    {
+    public:
+        static constexpr std::size_t Step = 16;
+
+        Piece() = default;
+        explicit Piece(const QByteArray &bytes);
+        std::size_t size() const { return m_size; }
+        char *put(char *to) const
+        {
+            for (std::size_t at = 0; at < m_size; at += Step) {
+                std::memcpy(to + at, m_bytes.data() + at, Step);
+            }
+            return to + m_size;
+        }
+
+    private:
+        std::vector<char> m_bytes; ///< a multiple of Step
+        std::size_t m_size = 0;
+    };
+
+    struct Direction
+    {
+        Piece behindStamp;  ///< with a separator on both sides
+        Piece withoutStamp; ///< the same behind the word that stands for no stamp, and a separator before that
+    };
+
+    char *putLength(char *to, std::size_t size) const
+    {
+        return size < m_lengths.size() ? m_lengths[size].put(to)
+                                       : m_separator.put(FrameBytes::putHexNumber(to, static_cast<quint32>(size)));
+    }
+    static std::size_t directionIndex(const FrameHead &frame)
+    {
+        return frame.direction <= FrameHead::Received ? frame.direction : quint8{FrameHead::SendSuccess};
+    }
+    static std::size_t kindIndex(const FrameHead &frame)
+    {
+        return std::size_t{frame.protocol} * 4 + (frame.remote != 0 ? 2 : 0) + (frame.extended != 0 ? 1 : 0);
+    }
 
     CaptureTextStyle m_style;
-    QByteArray m_separator;
-    QByteArray m_noTime;
-    std::array<QByteArray, 3> m_directions; ///< with a separator on both sides
-    std::array<QByteArray, 12> m_kinds;     ///< protocol, format and type with separators around and between
-    QByteArray m_end;                       ///< what follows the payload
-    QString m_timeText;                     ///< the last time text seen...
-    QByteArray m_time;                      ///< ...and its bytes with a separator on both sides
+    QByteArray m_separatorText;
+    Piece m_separator;
+    std::array<Direction, 3> m_directions;
+    std::array<Piece, 12> m_kinds; ///< protocol, format and type with separators around and between
+    std::array<Piece, CaptureFrame::MaxLength + 1> m_lengths; ///< each with a separator behind
+    Piece m_end;                                              ///< what follows the payload
+    QString m_timeText;                                       ///< the last time text seen...
+    Piece m_time;                                             ///< ...and its bytes with a separator before them
     std::size_t m_fixedSize = 0;
 };
 

@@ -4,27 +4,8 @@
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <charconv>
-#include <cstring>
 
 namespace {
-
-constexpr char HexDigits[] = "0123456789ABCDEF";
-
-/// Every byte as two digits and a blank, each in four characters so that one copy of a fixed size writes it.
-constexpr std::array<char, 1024> payloadPairs()
-{
-    std::array<char, 1024> pairs{};
-    for (std::size_t i = 0; i < 256; ++i) {
-        pairs[4 * i] = HexDigits[i >> 4U];
-        pairs[4 * i + 1] = HexDigits[i & 15U];
-        pairs[4 * i + 2] = ' ';
-        pairs[4 * i + 3] = ' ';
-    }
-    return pairs;
-}
-
-constexpr std::array<char, 1024> PayloadPairs = payloadPairs();
 
 template<std::size_t Size, typename Put>
 QString asciiText(Put put)
@@ -156,46 +137,3 @@ QString frameCell(const FrameView &frame, int index, FrameColumn column, const F
     }
     return {};
 }
-
-namespace FrameBytes {
-
-char *putDecimal(char *to, quint64 number)
-{
-    return std::to_chars(to, to + MaxDecimal, number).ptr;
-}
-
-char *putHexNumber(char *to, quint32 number)
-{
-    *to++ = '0';
-    *to++ = 'x';
-    int shift = 28;
-    while (shift > 0 && number >> shift == 0) {
-        shift -= 4;
-    }
-    for (; shift >= 0; shift -= 4) {
-        *to++ = HexDigits[(number >> shift) & 15U];
-    }
-    return to;
-}
-
-char *putTimeStamp(char *to, quint32 milliseconds)
-{
-    to = putDecimal(to, milliseconds / 3600000 % 24);
-    *to++ = ':';
-    to = putDecimal(to, milliseconds / 60000 % 60);
-    *to++ = ':';
-    to = putDecimal(to, milliseconds / 1000 % 60);
-    *to++ = '.';
-    return putDecimal(to, milliseconds % 1000);
-}
-
-char *putPayload(char *to, const uchar *data, int size)
-{
-    for (int i = 0; i < size; ++i) {
-        std::memcpy(to, &PayloadPairs[4 * std::size_t{data[i]}], 4);
-        to += 3;
-    }
-    return to;
-}
-
-} // namespace FrameBytes

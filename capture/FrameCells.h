@@ -1,5 +1,6 @@
 #pragma once
 
+#include "capture/FrameBytes.h"
 #include "capture/FrameRecord.h"
 
 #include <QString>
@@ -48,21 +49,3 @@ FrameLabel typeLabel(const FrameHead &frame);
 
 /// The text of a cell; index is the frame's 0-based place.
 QString frameCell(const FrameView &frame, int index, FrameColumn column, const FrameLabels &labels);
-
-/// The parts of cells as ASCII. Each writes to `to` and returns the place behind; none writes an ending zero.
-namespace FrameBytes {
-
-constexpr std::size_t MaxDecimal = 20;
-constexpr std::size_t MaxHexNumber = 10;
-constexpr std::size_t MaxTimeStamp = 12;
-
-/// Decimal without leading zeros.
-char *putDecimal(char *to, quint64 number);
-/// "0x" and upper-case hexadecimal digits without leading zeros.
-char *putHexNumber(char *to, quint32 number);
-/// milliseconds as hours (modulo 24), minutes, seconds, milliseconds: "1:2:3.4", without leading zeros.
-char *putTimeStamp(char *to, quint32 milliseconds);
-/// Two upper-case hexadecimal digits and a blank for each byte; takes size * 3 bytes and one byte of slack behind.
-char *putPayload(char *to, const uchar *data, int size);
-
-} // namespace FrameBytes

@@ -79,8 +79,13 @@ void BlfContainers::makeRoom()
 /// False when no more is there.
 bool BlfContainers::readMore()
 {
-    if (m_content == Content::None && !nextContainer()) {
-        return false;
+    if (m_content == Content::None) {
+        if (!nextContainer()) {
+            return false;
+        }
+        if (m_content == Content::None) {
+            return true; // unpacked as a whole
+        }
     }
     if (m_left > 0 && !m_in.need(1)) {
         endOfFile();
@@ -95,6 +100,26 @@ bool BlfContainers::readMore()
         endContainer();
     }
     return true;
+}
+
+/// The usual container, which is sound. What is not, not there yet or too large to be believed is left to zlib.
+void BlfContainers::unpackWhole()
+{
+    if (m_promised > static_cast<qint64>(Capacity - m_end) || m_left > static_cast<qint64>(ByteInput::MaxAtHand)) {
+        return;
+    }
+    const auto packedSize = static_cast<std::size_t>(m_left);
+    const auto size = static_cast<std::size_t>(m_promised);
+    const bool isThere = m_in.need(packedSize);
+    const std::size_t used =
+        isThere ? m_whole.unpack(m_in.window().substr(0, packedSize), m_buffer.get() + m_end, size) : 0;
+    if (used > 0) {
+        m_in.skip(used);
+        m_end += size;
+        m_left = 0;
+        m_promised = 0;
+        m_content = Content::None;
+    }
 }
 
 /// Both give how many of the size bytes at hand they used.
@@ -207,6 +232,7 @@ void BlfContainers::beginContainer()
     if (compression == Deflated) {
         m_content = Content::Deflated;
         inflateReset(&m_inflater->stream);
+        unpackWhole();
     } else if (compression != Stored) {
         report(FindingTexts::unknownCompression());
         m_content = Content::Skipped;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "exchange/BlfInflate.h"
+
 #include <QtGlobal>
 
 #include <memory>
@@ -42,6 +44,7 @@ private:
     bool readMore();
     bool nextContainer();
     void beginContainer();
+    void unpackWhole();
     std::size_t copyMore(std::size_t size);
     std::size_t inflateMore(std::size_t size);
     void endContainer();
@@ -50,6 +53,7 @@ private:
 
     ByteInput &m_in;
     Findings &m_findings;
+    BlfInflate m_whole;
     std::unique_ptr<Inflater> m_inflater;
     std::unique_ptr<char[]> m_buffer;
     std::size_t m_begin = 0;

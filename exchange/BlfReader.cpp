@@ -68,19 +68,23 @@ bool BlfReader::readHeader()
     if (!isWhole && m_in.isGrowing()) {
         return false;
     }
-    const std::string_view head = m_in.window();
-    m_hasHeader = true;
-    if (!isWhole || head.substr(0, FileSignature.size()) != FileSignature) {
+    if (!isWhole || m_in.window().substr(0, FileSignature.size()) != FileSignature) {
+        m_hasHeader = true;
         m_findings.add(Finding::Offset, 0, FindingTexts::damagedHeader());
         return true;
     }
-    const BlfHeader header = BlfHeader::read(head.data());
-    m_info.start = header.start;
+    const BlfHeader header = BlfHeader::read(m_in.window().data());
     const bool isKnownSize = header.size >= BlfHeader::MinSize && header.size <= 4096;
+    const std::size_t size = isKnownSize ? header.size : BlfHeader::MinSize;
+    if (!m_in.need(size) && m_in.isGrowing()) {
+        return false;
+    }
+    m_hasHeader = true;
+    m_info.start = header.start;
     if (!isKnownSize) {
         m_findings.add(Finding::Offset, 4, FindingTexts::damagedHeader());
     }
-    m_in.pass(static_cast<qint64>(isKnownSize ? header.size : BlfHeader::MinSize));
+    m_in.skip(std::min(size, m_in.window().size()));
     return true;
 }
 

@@ -37,7 +37,7 @@ struct BusFrame
     quint8 length = 0;   ///< bytes of data, 0 to 64; of a remote frame 0 to 8, and data is zeros
     quint8 checksum = 0; ///< LIN
     LinState linState = NoLinState;
-    std::array<uchar, MaxLength> data{}; ///< zeros behind length
+    alignas(8) std::array<uchar, MaxLength> data{}; ///< zeros behind length; aligned, so that it is cleared at once
 
     bool is(Flag flag) const { return (flags & flag) != 0; }
     void set(Flag flag, bool on = true)

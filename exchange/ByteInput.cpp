@@ -9,14 +9,6 @@ namespace {
 
 constexpr std::size_t Capacity = ByteInput::MaxAtHand + ByteInput::PieceSize;
 
-std::string_view withoutLineEnd(std::string_view line)
-{
-    while (!line.empty() && line.back() == '\r') {
-        line.remove_suffix(1);
-    }
-    return line;
-}
-
 } // namespace
 
 ByteInput::ByteInput(QIODevice &in)
@@ -56,7 +48,7 @@ bool ByteInput::pass(qint64 size)
     return true;
 }
 
-std::optional<std::string_view> ByteInput::line()
+std::optional<std::string_view> ByteInput::nextLine()
 {
     if (m_cut) {
         passLine();
@@ -66,9 +58,7 @@ std::optional<std::string_view> ByteInput::line()
         const std::string_view bytes = window();
         const std::size_t end = bytes.find('\n', seen);
         if (end != std::string_view::npos) {
-            skip(end + 1);
-            ++m_lineNumber;
-            return withoutLineEnd(bytes.substr(0, end));
+            return lineUpTo(end);
         }
         seen = bytes.size();
         m_cut = seen >= MaxAtHand;
@@ -109,11 +99,14 @@ bool ByteInput::readMore()
     if (m_broken) {
         return false;
     }
-    if (Capacity - m_end < PieceSize) {
+    // Each piece takes the place of the one before, which is in the processor's cache. What is moved is a part of a
+    // record.
+    if (m_begin > 0) {
         std::memmove(m_buffer.get(), m_buffer.get() + m_begin, m_end - m_begin);
         m_end -= m_begin;
         m_begin = 0;
     }
+    Q_ASSERT(Capacity - m_end >= PieceSize);
     const qint64 got = m_in.read(m_buffer.get() + m_end, static_cast<qint64>(PieceSize));
     m_broken = got < 0;
     m_end += static_cast<std::size_t>(std::max<qint64>(got, 0));

@@ -33,7 +33,11 @@ public:
     /// Also beyond what is at hand; false when fewer are there, which are then gone.
     bool pass(qint64 size);
     /// The next line without its end (LF, with any CR before it) and moves behind it; nothing when none is there.
-    std::optional<std::string_view> line();
+    std::optional<std::string_view> line()
+    {
+        const std::size_t end = m_cut ? std::string_view::npos : window().find('\n');
+        return end != std::string_view::npos ? lineUpTo(end) : nextLine();
+    }
     /// The last line() was longer than MaxAtHand; what was behind is passed over.
     bool isCut() const { return m_cut; }
 
@@ -45,6 +49,23 @@ public:
     bool isBroken() const { return m_broken; }
 
 private:
+    static std::string_view withoutLineEnd(std::string_view line)
+    {
+        while (!line.empty() && line.back() == '\r') {
+            line.remove_suffix(1);
+        }
+        return line;
+    }
+    /// end: the place of its LF in the window.
+    std::string_view lineUpTo(std::size_t end)
+    {
+        const std::string_view line = window().substr(0, end);
+        m_begin += end + 1;
+        m_offset += static_cast<qint64>(end + 1);
+        ++m_lineNumber;
+        return withoutLineEnd(line);
+    }
+    std::optional<std::string_view> nextLine();
     bool readMore();
     void passLine();
 

@@ -1,5 +1,6 @@
 #include "exchange/CandumpLine.h"
 
+#include "capture/FrameBytes.h"
 #include "device/FrameIdentifier.h"
 #include "exchange/TextNumbers.h"
 
@@ -20,15 +21,6 @@ constexpr quint32 EsiBit = 2;
 constexpr quint32 FdBit = 4;
 
 constexpr char Digits[] = "0123456789ABCDEF";
-
-constexpr auto DigitPairs = [] {
-    std::array<char, 512> pairs{};
-    for (std::size_t i = 0; i < 256; ++i) {
-        pairs[2 * i] = Digits[i >> 4U];
-        pairs[2 * i + 1] = Digits[i & 15U];
-    }
-    return pairs;
-}();
 
 /// "(1760000001.510001)" with up to nine digits behind the point.
 bool readTime(const char *&at, const char *end, qint64 &time)
@@ -75,7 +67,7 @@ bool readIdentifier(const char *&at, const char *end, BusFrame &frame)
 }
 
 /// Pairs of digits, which points may separate.
-bool readData(const char *&at, const char *end, int most, BusFrame &frame)
+bool readSeparatedData(const char *&at, const char *end, int most, BusFrame &frame)
 {
     int length = 0;
     while (end - at >= 2) {
@@ -95,6 +87,19 @@ bool readData(const char *&at, const char *end, int most, BusFrame &frame)
     }
     frame.length = static_cast<quint8>(length);
     return at == end || hexDigit(*at) == TextNumbers::NoDigit;
+}
+
+/// The same; in most lines there is nothing else up to the end.
+bool readData(const char *&at, const char *end, int most, BusFrame &frame)
+{
+    const auto digits = static_cast<int>(end - at);
+    if (digits % 2 != 0 || digits > 2 * most || !TextNumbers::hexBytes(at, digits / 2, 2, frame.data.data())) {
+        frame.data = {};
+        return readSeparatedData(at, end, most, frame);
+    }
+    frame.length = static_cast<quint8>(digits / 2);
+    at = end;
+    return true;
 }
 
 /// "R", and the length where it is there.
@@ -143,15 +148,26 @@ std::string_view nextWord(const char *&at, const char *end)
     return {begin, static_cast<std::size_t>(at - begin)};
 }
 
-/// " R" or " T" at the end of the line, or nothing.
-bool readDirection(const char *at, const char *end, BusFrame &frame)
+/// Takes " R" or " T" off the end of the line.
+bool takeDirection(const char *begin, const char *&end, BusFrame &frame)
 {
-    if (at == end) {
+    if (end - begin < 2 || end[-2] != ' ' || (end[-1] != 'T' && end[-1] != 'R')) {
+        return false;
+    }
+    frame.direction = end[-1] == 'T' ? BusFrame::Sent : BusFrame::Received;
+    end -= 2;
+    return true;
+}
+
+/// What is left behind the content: blanks, and the direction where blanks follow it, too.
+bool readRest(const char *at, const char *end, bool hasDirection, BusFrame &frame)
+{
+    const std::string_view word = nextWord(at, end);
+    if (word.empty()) {
         return true;
     }
-    const std::string_view word = nextWord(at, end);
     frame.direction = word == "T" ? BusFrame::Sent : BusFrame::Received;
-    return (word.empty() || word == "T" || word == "R") && nextWord(at, end).empty();
+    return !hasDirection && (word == "T" || word == "R") && nextWord(at, end).empty();
 }
 
 /// "[8]", or "[08]" of a CAN FD frame.
@@ -179,12 +195,7 @@ bool isIdentifierWord(std::string_view word, BusFrame &frame)
 
 bool CandumpLine::read(std::string_view line, BusFrame &frame)
 {
-    frame = BusFrame();
-    if (readLog(line, frame)) {
-        return true;
-    }
-    frame = BusFrame();
-    return readScreen(line, frame);
+    return readLog(line, frame) || readScreen(line, frame);
 }
 
 /// "(1760000001.510001) "
@@ -193,12 +204,9 @@ bool CandumpLine::readLogTime(const char *&at, const char *end)
     constexpr std::ptrdiff_t Size = 12 + 6 + 2;
     const char *begin = at;
     const char *digits = at + m_seconds.size();
+    int micros = 0;
     if (end - at > Size && std::memcmp(at, m_seconds.data(), m_seconds.size()) == 0 && digits[6] == ')' &&
-        digits[7] == ' ' && std::all_of(digits, digits + 6, TextNumbers::isDigit)) {
-        int micros = 0;
-        for (int i = 0; i < 6; ++i) {
-            micros = micros * 10 + (digits[i] - '0');
-        }
+        digits[7] == ' ' && TextNumbers::sixDigitsBehindTwo(digits - 2, micros)) {
         time = m_secondsTime + qint64{micros} * 1000;
         at += Size;
         return true;
@@ -213,39 +221,23 @@ bool CandumpLine::readLogTime(const char *&at, const char *end)
     return true;
 }
 
-bool CandumpLine::readLogName(const char *&at, const char *end)
-{
-    if (m_nameSize > 0 && static_cast<std::size_t>(end - at) > m_nameSize &&
-        std::memcmp(at, m_name.data(), m_nameSize) == 0) {
-        name = {at, m_nameSize - 1};
-        at += m_nameSize;
-        return true;
-    }
-    name = nextWord(at, end);
-    if (name.empty() || !character(at, end, ' ')) {
-        return false;
-    }
-    m_nameSize = 0;
-    if (name.size() < m_name.size() && name.data() + name.size() + 1 == at) {
-        m_nameSize = name.size() + 1;
-        std::copy_n(name.data(), m_nameSize, m_name.begin());
-    }
-    return true;
-}
-
 bool CandumpLine::readLog(std::string_view line, BusFrame &frame)
 {
+    frame = BusFrame();
     const char *at = line.data();
     const char *end = at + line.size();
-    if (!readLogTime(at, end) || !readLogName(at, end) || !readIdentifier(at, end, frame) || !character(at, end, '#') ||
-        !readContent(at, end, frame)) {
+    if (!readLogTime(at, end)) {
         return false;
     }
-    return readDirection(at, end, frame);
+    name = nextWord(at, end);
+    const bool hasDirection = takeDirection(at, end, frame);
+    return !name.empty() && character(at, end, ' ') && readIdentifier(at, end, frame) && character(at, end, '#') &&
+           readContent(at, end, frame) && (at == end || readRest(at, end, hasDirection, frame));
 }
 
 bool CandumpLine::readScreen(std::string_view line, BusFrame &frame)
 {
+    frame = BusFrame();
     const char *at = line.data();
     const char *end = at + line.size();
     time = 0;
@@ -276,14 +268,14 @@ bool CandumpLine::readScreen(std::string_view line, BusFrame &frame)
         word = nextWord(at, end);
         if (i == 0 && word == "remote") {
             frame.set(BusFrame::Remote);
-            return true;
+            return !frame.is(BusFrame::Error);
         }
         if (word.size() != 2 || !TextNumbers::hexBytes(word.data(), 1, 2, &frame.data[i])) {
             return false;
         }
     }
     frame.set(BusFrame::Remote, length == 0 && nextWord(at, end) == "remote");
-    return true;
+    return !frame.is(BusFrame::Remote) || !frame.is(BusFrame::Error);
 }
 
 char *putCandumpFrame(char *to, const BusFrame &frame)
@@ -306,7 +298,7 @@ char *putCandumpFrame(char *to, const BusFrame &frame)
     } else {
         const int length = std::min<int>(frame.length, frame.is(BusFrame::Fd) ? BusFrame::MaxLength : MaxClassic);
         for (int i = 0; i < length; ++i, to += 2) {
-            std::memcpy(to, &DigitPairs[2 * std::size_t{frame.data[static_cast<std::size_t>(i)]}], 2);
+            std::memcpy(to, &FrameBytes::HexPairs[4 * std::size_t{frame.data[static_cast<std::size_t>(i)]}], 2);
         }
     }
     if (frame.direction == BusFrame::Sent) {

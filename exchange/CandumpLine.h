@@ -18,14 +18,11 @@ public:
 private:
     bool readLog(std::string_view line, BusFrame &frame);
     bool readLogTime(const char *&at, const char *end);
-    bool readLogName(const char *&at, const char *end);
     bool readScreen(std::string_view line, BusFrame &frame);
 
-    // What most lines have like the line before: up to the point of the time, and the name with the blank behind.
+    // What most lines have like the line before: up to the point of the time.
     std::array<char, 12> m_seconds{};
     qint64 m_secondsTime = 0;
-    std::array<char, 16> m_name{};
-    std::size_t m_nameSize = 0;
 };
 
 /// The longest line of a log that put() makes, with its end.

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "capture/FrameBytes.h"
+
 #include <QDate>
 #include <QDateTime>
 
+#include <algorithm>
+#include <cstring>
 #include <limits>
 #include <optional>
 #include <string_view>
@@ -55,23 +59,22 @@ class ClockText
 {
 public:
     static constexpr std::size_t Size = 12;
+    static constexpr std::size_t MaxSize = 16; ///< that put() takes, so that copies have a fixed size
 
     /// isLocal: times count from 1970-01-01 00:00 UTC, otherwise from a midnight.
     explicit ClockText(bool isLocal)
         : m_isLocal(isLocal)
     {
     }
-    /// "10:20:30.400"; valid until the next call.
-    std::string_view of(qint64 nanoseconds)
+    /// "10:20:30.400", Size characters; takes MaxSize bytes and returns the place behind the characters.
+    char *put(char *to, qint64 nanoseconds)
     {
         if (nanoseconds < m_begin || nanoseconds >= m_begin + NanosecondsPerMs * 1000) {
             findSecond(nanoseconds);
         }
-        const auto ms = static_cast<unsigned>((nanoseconds - m_begin) / NanosecondsPerMs);
-        m_text[9] = static_cast<char>('0' + ms / 100);
-        m_text[10] = static_cast<char>('0' + ms / 10 % 10);
-        m_text[11] = static_cast<char>('0' + ms % 10);
-        return {m_text, Size};
+        std::memcpy(to, m_text, MaxSize);
+        const auto ms = static_cast<quint64>(nanoseconds - m_begin) / quint64{NanosecondsPerMs};
+        return FrameBytes::putThreeDigits(to + Size - 3, std::min<quint64>(ms, 999));
     }
 
 private:
@@ -81,7 +84,7 @@ private:
     qint64 m_begin = std::numeric_limits<qint64>::min(); ///< of the second that the text is of
     qint64 m_hour = std::numeric_limits<qint64>::min();
     qint64 m_offset = 0; ///< seconds from UTC in that hour
-    char m_text[Size + 1] = "00:00:00.000";
+    char m_text[MaxSize] = "00:00:00.";
 };
 
 /// An adapter's time in milliseconds, of 32 bits.

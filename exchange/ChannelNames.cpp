@@ -19,8 +19,11 @@ int numberBehind(std::string_view name)
 
 } // namespace
 
-quint16 ChannelNames::find(std::string_view name)
+quint16 ChannelNames::find(std::string_view name, quint64 key)
 {
+    if (key == NoKey && name == m_lastName) {
+        return m_last;
+    }
     const QString text = QString::fromUtf8(name.data(), static_cast<int>(name.size()));
     int number = m_names.indexOf(text);
     if (number < 0) {
@@ -34,7 +37,12 @@ quint16 ChannelNames::find(std::string_view name)
         }
         m_names[number] = m_names.at(number).isEmpty() ? text : m_names.at(number);
     }
-    m_lastName.assign(name.data(), name.size());
-    m_last = static_cast<quint16>(number);
-    return m_last;
+    const auto result = static_cast<quint16>(number);
+    if (key == NoKey) {
+        m_lastName.assign(name.data(), name.size());
+        m_last = result;
+    } else if (m_known.size() < MaxChannels) {
+        m_known.push_back({key, result});
+    }
+    return result;
 }

@@ -248,7 +248,8 @@ private:
 void Writer::put(const BusFrame &frame)
 {
     const auto identifier = static_cast<quint8>(frame.identifier & MaxIdentifier);
-    const std::string_view time = m_clock.of(m_start + m_time);
+    std::array<char, ClockText::MaxSize> time;
+    m_clock.put(time.data(), m_start + m_time);
     const int length = std::min<int>(frame.length, MaxData);
     std::array<char, 3 * MaxData + 1> data;
     FrameBytes::putPayload(data.data(), frame.data.data(), length);
@@ -257,7 +258,7 @@ void Writer::put(const BusFrame &frame)
     };
     const QStringList cells = {
         QString::number(++m_number),
-        QString::fromLatin1(time.data(), static_cast<int>(time.size())),
+        QString::fromLatin1(time.data(), ClockText::Size),
         word(frame.direction == BusFrame::Received ? LINWords::Received : LINWords::Send),
         hex(identifier) + QLatin1Char('[') + hex(calcPID(identifier)) + QLatin1Char(']'),
         QString::number(length),

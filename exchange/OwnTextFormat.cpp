@@ -3,6 +3,7 @@
 #include "capture/CaptureFormat.h"
 #include "capture/CaptureWords.h"
 #include "capture/CaptureWriter.h"
+#include "capture/FrameBytes.h"
 #include "exchange/ByteInput.h"
 #include "exchange/ByteOutput.h"
 #include "exchange/Findings.h"
@@ -14,6 +15,8 @@
 #include <QTextCodec>
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <optional>
 
 namespace {
@@ -114,6 +117,31 @@ int Reader::takeHead(std::string_view line, BusFrame &frame)
     return isNoTitles ? takeLine(line, frame) : 0;
 }
 
+/// Numbers lines from 1. Most of a number is the same as in the line before.
+class LineNumber
+{
+public:
+    /// Takes FrameBytes::MaxDecimal bytes and one more, and returns the place behind.
+    char *putNext(char *to)
+    {
+        if (++m_rest == 1000) {
+            m_rest = 0;
+            m_size = FrameBytes::putDecimal(m_thousands.data(), ++m_thousand) - m_thousands.data();
+        }
+        if (m_thousand == 0) {
+            return FrameBytes::putDecimal(to, m_rest);
+        }
+        std::memcpy(to, m_thousands.data(), m_thousands.size());
+        return FrameBytes::putThreeDigits(to + m_size, m_rest);
+    }
+
+private:
+    quint64 m_thousand = 0;
+    quint64 m_rest = 0;
+    std::array<char, FrameBytes::MaxDecimal> m_thousands{}; ///< as text
+    std::ptrdiff_t m_size = 0;                              ///< of that text
+};
+
 class Writer : public FrameWriter
 {
 public:
@@ -179,10 +207,11 @@ private:
         head.remote = frame.is(BusFrame::Remote) ? 1 : 0;
         head.extended = frame.is(BusFrame::Extended) ? 1 : 0;
         const FrameView view(head, NoText, frame.data.data(), std::min<int>(frame.length, BusFrame::MaxLength));
-        const std::string_view time = m_clock.of(m_start + m_time);
-        char *begin = m_out.room(m_lines.maxSize(view, time));
-        const char *end = m_lines.put(begin, ++m_number, view, time, hasStamp);
-        m_out.advance(static_cast<std::size_t>(end - begin));
+        char *begin = m_out.room(m_lines.maxSizeWithoutTime(view) + ClockText::MaxSize);
+        char *to = m_lines.putSeparator(m_number.putNext(begin));
+        to = m_clock.put(to, m_start + m_time);
+        to = m_lines.putBehindTime(to, view, hasStamp);
+        m_out.advance(static_cast<std::size_t>(to - begin));
     }
 
     ByteOutput &m_out;
@@ -191,7 +220,7 @@ private:
     FrameLosses m_losses;
     const qint64 m_start;
     ClockText m_clock;
-    quint64 m_number = 0;
+    LineNumber m_number;
     qint64 m_time = 0; ///< of the last frame that had one
 };
 

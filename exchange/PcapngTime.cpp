@@ -49,13 +49,10 @@ Split splitBinary(quint64 ticks, unsigned exponent)
 
 } // namespace
 
-qint64 PcapngTime::nanoseconds(quint64 ticks) const
+qint64 PcapngTime::converted(quint64 ticks) const
 {
     constexpr quint8 Binary = 0x80;
     constexpr qint64 MostSeconds = std::numeric_limits<qint64>::max() / qint64(NsPerSecond) - 1;
-    if (resolution == 9 && offset == 0 && ticks <= quint64(std::numeric_limits<qint64>::max())) {
-        return static_cast<qint64>(ticks);
-    }
     const unsigned exponent = resolution & ~unsigned(Binary) & 0xFFU;
     const Split split = (resolution & Binary) != 0 ? splitBinary(ticks, exponent) : splitDecimal(ticks, exponent);
     if (split.seconds > quint64(MostSeconds) || offset > MostSeconds || offset < -MostSeconds) {

@@ -34,6 +34,16 @@ void setIdentifier(BusFrame &frame, quint32 word)
     frame.set(BusFrame::Remote, (word & RemoteFlag) != 0 && !isError);
 }
 
+/// Most frames are full.
+void copyData(void *to, const void *from, std::size_t size)
+{
+    if (size == MaxClassicLength) {
+        std::memcpy(to, from, MaxClassicLength);
+    } else {
+        std::memcpy(to, from, size);
+    }
+}
+
 bool parsePlain(std::string_view packet, BusFrame &frame, bool isFd)
 {
     if (packet.size() < HeaderSize) {
@@ -61,7 +71,7 @@ bool parsePlain(std::string_view packet, BusFrame &frame, bool isFd)
     if (packet.size() < HeaderSize + frame.length) {
         return false;
     }
-    std::memcpy(frame.data.data(), bytes + HeaderSize, frame.length);
+    copyData(frame.data.data(), bytes + HeaderSize, frame.length);
     return true;
 }
 
@@ -129,5 +139,5 @@ void writeSocketCan(const BusFrame &frame, char *packet)
     packet[5] = static_cast<char>(fdFlags);
     packet[6] = 0;
     packet[7] = 0;
-    std::memcpy(packet + HeaderSize, frame.data.data(), socketCanSize(frame) - HeaderSize);
+    copyData(packet + HeaderSize, frame.data.data(), socketCanSize(frame) - HeaderSize);
 }

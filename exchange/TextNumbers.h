@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QtEndian>
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -50,24 +51,61 @@ inline bool decimal(const char *&at, const char *end, qint64 &number)
 inline bool hexadecimal(const char *&at, const char *end, quint32 &number)
 {
     const char *begin = at;
+    end = begin + std::min<std::ptrdiff_t>(end - begin, 8);
     number = 0;
-    while (at != end && hexDigit(*at) != NoDigit && at - begin < 8) {
-        number = number << 4U | static_cast<quint32>(hexDigit(*at++));
+    for (int digit = 0; at != end && (digit = hexDigit(*at)) != NoDigit; ++at) {
+        number = number << 4U | static_cast<quint32>(digit);
     }
     return at != begin;
 }
 
+/// Each of eight bytes the same.
+constexpr quint64 eightTimes(quint64 byte)
+{
+    return byte * 0x0101010101010101U;
+}
+
+/// Exactly six decimal digits, of which the first is at + 2, all at once: each has a byte of a word. The two characters
+/// before them are read.
+inline bool sixDigitsBehindTwo(const char *at, int &number)
+{
+    const quint64 text = (qFromBigEndian<quint64>(at) & 0x0000FFFFFFFFFFFFU) | 0x3030000000000000U;
+    quint64 digits = text ^ eightTimes(0x30);
+    const quint64 wrong = ((digits + eightTimes(6)) | digits) & eightTimes(0xF0);
+    digits = (digits & 0x000F000F000F000FU) + (digits >> 8U & 0x000F000F000F000FU) * 10;
+    digits = (digits & 0x000000FF000000FFU) + (digits >> 16U & 0x000000FF000000FFU) * 100;
+    number = static_cast<int>((digits & 0xFFFFU) + (digits >> 32U) * 10000);
+    return wrong == 0;
+}
+
+/// What each character stands for as the first (shifted) or second digit of a byte; BadPair where it is none.
+constexpr quint16 BadPair = 0x8000;
+struct HexPairValues
+{
+    std::array<quint16, 256> high;
+    std::array<quint16, 256> low;
+};
+constexpr auto HexPairs = [] {
+    HexPairValues values{};
+    for (std::size_t i = 0; i < 256; ++i) {
+        const bool isDigit = HexDigits[i] != NoDigit;
+        values.high[i] = static_cast<quint16>(isDigit ? HexDigits[i] * 16 : BadPair);
+        values.low[i] = static_cast<quint16>(isDigit ? HexDigits[i] : BadPair);
+    }
+    return values;
+}();
+
 /// size bytes of two digits each, which begin step characters apart; all of them must be there.
 inline bool hexBytes(const char *at, int size, int step, uchar *bytes)
 {
-    int bad = 0;
-    for (int i = 0; i < size; ++i, at += step) {
-        const int high = hexDigit(at[0]);
-        const int low = hexDigit(at[1]);
-        bad |= high | low;
-        bytes[i] = static_cast<uchar>(static_cast<unsigned>(high) << 4U | static_cast<unsigned>(low));
+    unsigned all = 0;
+    for (uchar *end = bytes + size; bytes != end; ++bytes, at += step) {
+        const unsigned pair =
+            HexPairs.high[static_cast<uchar>(at[0])] | unsigned{HexPairs.low[static_cast<uchar>(at[1])]};
+        all |= pair;
+        *bytes = static_cast<uchar>(pair);
     }
-    return bad >= 0;
+    return (all & BadPair) == 0;
 }
 
 inline bool character(const char *&at, const char *end, char c)

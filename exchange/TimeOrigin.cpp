@@ -34,14 +34,8 @@ void TimeOrigin::begin(const BusFrame &first)
     }
     m_start = start > 0 ? start - start % m_tick : 0;
     m_shift = m_base == CaptureInfo::Absolute ? -m_start : start - m_start;
-}
-
-qint64 TimeOrigin::sinceStart(const BusFrame &frame, qint64 number)
-{
-    const qint64 latest = std::numeric_limits<qint64>::max() - m_start;
-    const bool isThere = frame.time >= -m_shift && frame.time <= latest - std::max<qint64>(m_shift, 0);
-    m_last = isThere ? frame.time + m_shift : reported(frame.time, number);
-    return m_last;
+    m_earliest = -m_shift;
+    m_latest = std::numeric_limits<qint64>::max() - m_start - std::max<qint64>(m_shift, 0);
 }
 
 qint64 TimeOrigin::reported(qint64 time, qint64 number)

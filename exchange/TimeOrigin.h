@@ -5,6 +5,8 @@
 
 #include <QDateTime>
 
+#include <limits>
+
 class Findings;
 
 /// The times of a capture for a writer: since 1970 or since a start, whichever its kind of file has.
@@ -20,7 +22,12 @@ public:
     void begin(const BusFrame &first);
     /// Nanoseconds since the start(), never negative. A frame without a time gets that of the one before, one from
     /// before the start the start; number, from 1, is where that is reported.
-    qint64 sinceStart(const BusFrame &frame, qint64 number);
+    qint64 sinceStart(const BusFrame &frame, qint64 number)
+    {
+        const bool isThere = frame.time >= m_earliest && frame.time <= m_latest;
+        m_last = isThere ? frame.time + m_shift : reported(frame.time, number);
+        return m_last;
+    }
     /// Nanoseconds since 1970-01-01 00:00 UTC, or since the start where nobody knows that; never negative.
     qint64 absolute(const BusFrame &frame, qint64 number) { return m_start + sinceStart(frame, number); }
 
@@ -32,7 +39,9 @@ private:
     qint64 m_tick;
     Findings &m_findings;
     qint64 m_start = 0;
-    qint64 m_shift = 0; ///< added to a frame's time it gives that since the start
+    qint64 m_shift = 0;    ///< added to a frame's time it gives that since the start
+    qint64 m_earliest = 0; ///< of the frames' times: the start
+    qint64 m_latest = std::numeric_limits<qint64>::max();
     qint64 m_last = 0;
 };
 

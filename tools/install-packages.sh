@@ -5,8 +5,8 @@
 set -euo pipefail
 
 declare -A packages=(
-  [build]="cmake ninja-build g++ ccache mold qtbase5-dev qttools5-dev-tools nlohmann-json3-dev libsodium-dev libqwt-qt5-dev zlib1g-dev
-           librsvg2-bin icoutils"
+  [build]="cmake ninja-build g++ ccache mold qtbase5-dev qttools5-dev-tools nlohmann-json3-dev libsodium-dev libqwt-qt5-dev
+           zlib1g-dev libdeflate-dev librsvg2-bin icoutils"
   [run]="xvfb xauth fonts-noto-cjk libqt5gui5 qttranslations5-l10n python3 minisign"
   [check]="clang-format clang-tidy can-utils"
   [socketcan]="qemu-system-x86 busybox-static cpio can-utils iproute2 util-linux"

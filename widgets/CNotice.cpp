@@ -75,13 +75,6 @@ CNotice::CNotice(QWidget *parent)
     , m_pDelay(new QTimer(this))
     , m_pTimer(new QTimer(this))
 {
-    init();
-}
-
-CNotice::~CNotice() = default;
-
-void CNotice::init()
-{
     m_ui->setupUi(this);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setAttribute(Qt::WA_LayoutOnEntireRect); // the layout's margins count from the outer edge, border included
@@ -110,6 +103,8 @@ void CNotice::init()
     parentWidget()->installEventFilter(this);
     hide();
 }
+
+CNotice::~CNotice() = default;
 
 void CNotice::setMesseage(const QString &text, int type, int delayms)
 {

@@ -47,7 +47,6 @@ private slots:
     void onTimerTimeout();
 
 private:
-    void init();
     void changeSize();
     QPoint place() const;
     void fade(qreal from, qreal to);

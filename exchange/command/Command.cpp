@@ -44,7 +44,7 @@ const std::vector<Command> &commands()
          "from date quiet to force strict times words encoding separate-channels align", mergeCommand},
         {"cut", "IN OUT", QT_TRANSLATE_NOOP("x9capture", "Writes the wanted part of a capture."),
          "x9capture cut --start 10 --end 20.5 drive.csv part.csv\n"
-         "x9capture cut --id 100-1FF --id 7DF --channel 0 drive.log part.log\nx9capture cut --count 1000 drive.csv "
+         "x9capture cut --id 100-1FF --id 7DF --channel 1 drive.log part.log\nx9capture cut --count 1000 drive.csv "
          "part.csv",
          2, 2, "from date quiet to force strict times words encoding start end skip count id channel", cutCommand},
         {"decode", "FILE [OUT]",

@@ -26,8 +26,11 @@ std::vector<DecodeSource> databases(CommandContext &context)
             return {};
         }
         for (const DatabaseFinding &finding : database->findings) {
-            context.say(
-                QStringLiteral("%1:%2:%3: %4").arg(path).arg(finding.place.line).arg(finding.place.column).arg(finding.text));
+            context.say(QStringLiteral("%1:%2:%3: %4")
+                            .arg(path)
+                            .arg(finding.place.line)
+                            .arg(finding.place.column)
+                            .arg(finding.text));
         }
         sources.push_back({std::move(*database), {}});
     }

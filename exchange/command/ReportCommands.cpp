@@ -105,7 +105,7 @@ void tellChannels(CommandContext &context, const CaptureSource &source, const Ca
             text +=
                 QStringLiteral(", ") + Texts::tr("bus load %1 %").arg(100 * channel.busySeconds / seconds, 0, 'f', 2);
         }
-        line(context, Texts::tr("Channel %1").arg(i), text);
+        line(context, Texts::tr("Channel %1").arg(i + 1), text);
     }
 }
 
@@ -219,7 +219,7 @@ QStringList cellsOf(const IdentifierStatistics &row)
         return row.period.count() > 0 ? QString::number(nanoseconds / NanosecondsPerMs, 'f', 3) : QString();
     };
     const bool isOneLength = row.shortest == row.longest;
-    return {QString::number(row.channel),
+    return {QString::number(row.channel + 1),
             QString::number(row.identifier, 16).toUpper(),
             kindText(row),
             QString::number(row.frames),

@@ -216,9 +216,9 @@ std::optional<FrameSelection> selectionOf(CommandContext &context)
         }
     }
     for (const QString &text : context.values("channel")) {
-        bool isNumber = false;
-        selection.channels.push_back(text.toUShort(&isNumber));
-        if (!isNumber) {
+        const int channel = text.toUShort();
+        selection.channels.push_back(static_cast<quint16>(channel - 1));
+        if (channel == 0) {
             context.fail(Texts::tr("--channel: %1 is no channel.").arg(text));
             return std::nullopt;
         }

@@ -56,7 +56,7 @@ const Option Options[] = {
     {"id", QT_TRANSLATE_NOOP("x9capture", "range"),
      QT_TRANSLATE_NOOP("x9capture", "Identifiers, hexadecimal: 7DF or 100-1FF. May be given several times."), ""},
     {"channel", QT_TRANSLATE_NOOP("x9capture", "number"),
-     QT_TRANSLATE_NOOP("x9capture", "A channel, from 0. May be given several times."), ""},
+     QT_TRANSLATE_NOOP("x9capture", "A channel, from 1. May be given several times."), ""},
     {"database", QT_TRANSLATE_NOOP("x9capture", "file"),
      QT_TRANSLATE_NOOP("x9capture", "The DBC or LDF file. May be given several times."), ""},
     {"wide", nullptr, QT_TRANSLATE_NOOP("x9capture", "A column for each signal instead of a line."), ""},
@@ -69,7 +69,9 @@ const Option Options[] = {
 
 bool isChineseUser()
 {
-    const QStringList languages = QLocale::system().uiLanguages();
+    // Windows knows of no such variable; here it is for scripts that read messages.
+    const QString wanted = qEnvironmentVariable("LANGUAGE");
+    const QStringList languages = wanted.isEmpty() ? QLocale::system().uiLanguages() : QStringList{wanted};
     return !languages.isEmpty() && languages.first().startsWith(QLatin1String("zh"));
 }
 

@@ -2862,8 +2862,8 @@ rate 100ms of id == 0x123 and dir == tx</translation>
         <translation>标识符，十六进制：7DF 或 100-1FF。可多次给出。</translation>
     </message>
     <message>
-        <source>A channel, from 0. May be given several times.</source>
-        <translation>通道，从 0 开始。可多次给出。</translation>
+        <source>A channel, from 1. May be given several times.</source>
+        <translation>通道，从 1 开始。可多次给出。</translation>
     </message>
     <message>
         <source>file</source>
@@ -3027,7 +3027,7 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     </message>
     <message>
         <source>ID</source>
-        <translation>ID</translation>
+        <translation>帧ID</translation>
     </message>
     <message>
         <source>Type</source>

@@ -2862,8 +2862,8 @@ rate 100ms of id == 0x123 and dir == tx</translation>
         <translation>Identifiers, hexadecimal: 7DF or 100-1FF. May be given several times.</translation>
     </message>
     <message>
-        <source>A channel, from 0. May be given several times.</source>
-        <translation>A channel, from 0. May be given several times.</translation>
+        <source>A channel, from 1. May be given several times.</source>
+        <translation>A channel, from 1. May be given several times.</translation>
     </message>
     <message>
         <source>file</source>

@@ -211,7 +211,7 @@ void tst_SignedUpdates::refusals(bool isRelease)
 
 SoftwareUpdate *tst_SignedUpdates::makeUpdate(const QByteArray &key, int limitMs)
 {
-    SoftwareUpdate::Setup setup;
+    SoftwareUpdateSetup setup;
     setup.baseUrl = m_server->url();
     setup.applicationDir = path("program");
     setup.packageFolder = path("data");

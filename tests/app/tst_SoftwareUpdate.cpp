@@ -146,7 +146,7 @@ void tst_SoftwareUpdate::cleanup()
 
 SoftwareUpdate *tst_SoftwareUpdate::make(const QString &baseUrl, int limitMs)
 {
-    SoftwareUpdate::Setup setup;
+    SoftwareUpdateSetup setup;
     setup.baseUrl = baseUrl;
     setup.applicationDir = m_program->path();
     setup.packageFolder = m_data->path();
@@ -178,7 +178,7 @@ QString tst_SoftwareUpdate::download(const char *behaviour) const
 
 void tst_SoftwareUpdate::setupOfProgram()
 {
-    const SoftwareUpdate::Setup setup = SoftwareUpdate::Setup::ofProgram();
+    const SoftwareUpdateSetup setup;
     QCOMPARE(setup.startLimitMs, 3000);
     QCOMPARE(setup.applicationDir, QCoreApplication::applicationDirPath());
     QCOMPARE(setup.packageFolder, QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));

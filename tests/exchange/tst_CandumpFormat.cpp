@@ -65,7 +65,11 @@ private slots:
     static void everyKindOfLine();
     static void screens();
     static void damagedLines();
+    static void noRemoteErrorFrames();
+    static void directions_data();
+    static void directions();
     static void channelsWithoutNumbers();
+    static void longNames();
     static void writtenAgain();
     static void publicToolsReadWhatIsWritten();
 };
@@ -135,6 +139,69 @@ void tst_CandumpFormat::damagedLines()
         places.append(QStringLiteral("Line %1: a line that holds no frame was left out").arg(line));
     }
     QCOMPARE(described(reading.findings), places);
+}
+
+void tst_CandumpFormat::noRemoteErrorFrames()
+{
+    const Reading reading =
+        readBytes(format("candump"), fileBytes(QStringLiteral("exchange/candump_remote_error.log")));
+    QCOMPARE(described(reading.frames), QStringList(QStringLiteral("0/- 0 rx 123 remote [0]")));
+    QCOMPARE(reading.findings.count(), 2);
+}
+
+void tst_CandumpFormat::directions_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("frame"); // empty: none
+    const auto row = [](const char *content, const char *frame) {
+        QTest::newRow(content) << QByteArray(content) << QString::fromLatin1(frame);
+    };
+    row("1#11", "0 rx 1 [1] 11");
+    row("1#11 T", "0 tx 1 [1] 11");
+    row("1#11 R", "0 rx 1 [1] 11");
+    row("1#11  T", "0 tx 1 [1] 11");
+    row("1#11 T ", "0 tx 1 [1] 11");
+    row("1#11 ", "0 rx 1 [1] 11");
+    row("1#11_9 T", "0 tx 1 [1] 11");
+    row("1#1.1", "");
+    row("1#11.22 T", "0 tx 1 [2] 1122");
+    row("1# T", "0 tx 1 [0]");
+    row("1#R T", "0 tx 1 remote [0]");
+    row("1#R", "0 rx 1 remote [0]");
+    row("1#R8 T", "0 tx 1 remote [8]");
+    row("1##111 T", "0 tx 1 fd brs [1] 11");
+    row("1#11 R T", "");
+    row("1#11 X", "");
+    row("1#11 T T", "");
+    row("1#111 T", "");
+    row("1#112233445566778899 T", "");
+    row(" T", "");
+}
+
+void tst_CandumpFormat::directions()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, frame);
+    const Reading reading = readBytes(format("candump"), "(1.000000) can0 " + content + '\n');
+    const QStringList expected = frame.isEmpty() ? QStringList() : QStringList(QStringLiteral("1000000/- ") + frame);
+    QCOMPARE(described(reading.frames), expected);
+    QCOMPARE(reading.findings.count(), frame.isEmpty() ? 1 : 0);
+}
+
+/// Short names are kept in another way than long ones, and one that begins like another is another.
+void tst_CandumpFormat::longNames()
+{
+    QByteArray log;
+    for (int i = 0; i < 2; ++i) {
+        log += "(1.0) a 1#\n(1.0) sevenab 1#\n(1.0) xsevenabc 1#\n(1.0) ysevenabc 1#\n(1.0) xsevenabc 1#\n";
+    }
+    const Reading reading = readBytes(format("candump"), log);
+    QList<int> channels;
+    for (const BusFrame &frame : reading.frames) {
+        channels.append(frame.channel);
+    }
+    QCOMPARE(channels, QList<int>({0, 1, 2, 3, 2, 0, 1, 2, 3, 2}));
+    QCOMPARE(reading.info.channelNames.size(), 4);
 }
 
 void tst_CandumpFormat::channelsWithoutNumbers()

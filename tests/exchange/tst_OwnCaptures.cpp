@@ -37,6 +37,8 @@ private slots:
     static void whatTheProgramWritesAndThisAreTheSame_data();
     static void whatTheProgramWritesAndThisAreTheSame();
     static void lossesAreTold();
+    static void everyNumberAndLength_data();
+    static void everyNumberAndLength();
 };
 
 void tst_OwnCaptures::files_data()
@@ -276,6 +278,53 @@ void tst_OwnCaptures::lossesAreTold()
                      QStringLiteral("Frame 2: error state indicator not written: this kind of file has none (2)")}));
     QCOMPARE(lossesOf("candump", 4), QStringList({noLin, noRefused}));
     QCOMPARE(lossesOf("lin-csv", 1).size(), 4);
+}
+
+void tst_OwnCaptures::everyNumberAndLength_data()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<QByteArray>("separator");
+    QTest::newRow("csv") << QByteArray("csv") << QByteArray(",");
+    QTest::newRow("txt") << QByteArray("txt") << QByteArray("     ");
+}
+
+/// Lines are put together of parts of other lines: each is compared with one that is not.
+void tst_OwnCaptures::everyNumberAndLength()
+{
+    QFETCH(QByteArray, name);
+    QFETCH(QByteArray, separator);
+    constexpr int Count = 12001;
+    std::vector<BusFrame> frames;
+    for (int i = 0; i < Count; ++i) {
+        BusFrame frame;
+        frame.set(BusFrame::Fd);
+        frame.set(BusFrame::Extended);
+        frame.identifier = 1U << static_cast<unsigned>(i % 29) | static_cast<unsigned>(i);
+        frame.length = static_cast<quint8>(i % (BusFrame::MaxLength + 1));
+        frame.time = qint64{i} * 7001000;
+        frames.push_back(frame);
+    }
+    Findings findings;
+    WriteOptions options;
+    options.info.timeBase = CaptureInfo::SinceStart;
+    const QList<QByteArray> lines = writeBytes(format(name.constData()), frames, options, findings).split('\n');
+    QVERIFY(lines.size() >= Count + 2);
+    for (int i = 0; i < Count; ++i) {
+        const BusFrame &frame = frames[static_cast<std::size_t>(i)];
+        const QByteArrayList cells = {QByteArray::number(i + 1),
+                                      QTime::fromMSecsSinceStartOfDay(static_cast<int>(frame.time / 1000000))
+                                          .toString(QStringLiteral("hh:mm:ss.zzz"))
+                                          .toLatin1(),
+                                      "None",
+                                      "Revice",
+                                      "0x" + QByteArray::number(frame.identifier, 16).toUpper(),
+                                      "CANFD",
+                                      "Data",
+                                      "Extend",
+                                      "0x" + QByteArray::number(uint{frame.length}, 16).toUpper(),
+                                      QByteArray("00 ").repeated(frame.length)};
+        QCOMPARE(lines.at(i + 2).trimmed(), cells.join(separator).trimmed());
+    }
 }
 
 X9_PLAIN_TEST(tst_OwnCaptures)

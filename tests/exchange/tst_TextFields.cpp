@@ -1,7 +1,11 @@
 #include "exchange/CanLength.h"
 #include "exchange/TextFields.h"
 #include "exchange/TextLine.h"
+#include "exchange/TextNumbers.h"
 #include "tests/support/TestProgram.h"
+
+#include <array>
+#include <cctype>
 
 /// What text captures are made of.
 class tst_TextFields : public QObject
@@ -15,6 +19,8 @@ private slots:
     static void wholeNumbers();
     static void lines();
     static void lengthCodes();
+    static void sixDigits();
+    static void pairsOfHexDigits();
 };
 
 void tst_TextFields::fields()
@@ -116,6 +122,39 @@ void tst_TextFields::lengthCodes()
     QCOMPARE(canLengthCode(33), 14);
     QCOMPARE(canLengthOfCode(16), 0);
     QCOMPARE(canLengthOfCode(-1), 0);
+}
+
+/// Every value in steps of a prime; every byte at every place.
+void tst_TextFields::sixDigits()
+{
+    int number = 0;
+    for (int value = 0; value < 1000000; value += 37) {
+        const QByteArray text = QByteArray("x\377") + QByteArray::number(value).rightJustified(6, '0');
+        QVERIFY(TextNumbers::sixDigitsBehindTwo(text.constData(), number));
+        QCOMPARE(number, value);
+    }
+    for (int place = 2; place < 8; ++place) {
+        for (int byte = 0; byte < 256; ++byte) {
+            QByteArray text("00901234");
+            text[place] = static_cast<char>(byte);
+            const bool isDigit = byte >= '0' && byte <= '9';
+            QCOMPARE(TextNumbers::sixDigitsBehindTwo(text.constData(), number), isDigit);
+        }
+    }
+}
+
+void tst_TextFields::pairsOfHexDigits()
+{
+    for (int first = 0; first < 256; ++first) {
+        for (int second = 0; second < 256; ++second) {
+            const QByteArray text = QByteArray("00 ") + static_cast<char>(first) + static_cast<char>(second) + " fF";
+            const QByteArray bytes = QByteArray::fromHex(text);
+            const bool isGood = std::isxdigit(first) != 0 && std::isxdigit(second) != 0;
+            std::array<uchar, 3> got{};
+            QCOMPARE(TextNumbers::hexBytes(text.constData(), 3, 3, got.data()), isGood);
+            QVERIFY(!isGood || std::equal(got.begin(), got.end(), reinterpret_cast<const uchar *>(bytes.constData())));
+        }
+    }
 }
 
 X9_PLAIN_TEST(tst_TextFields)

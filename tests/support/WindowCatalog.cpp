@@ -540,7 +540,7 @@ void showUpdateDownload(const Visitor &visit)
     Stage stage;
     stage.openNothing();
     UpdateServer server;
-    SoftwareUpdate::Setup setup;
+    SoftwareUpdateSetup setup;
     setup.baseUrl = server.url();
     setup.packageFolder = stage.folder.filePath(QStringLiteral("packages"));
     SoftwareUpdate update(&stage.window, setup);
