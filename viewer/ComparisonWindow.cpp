@@ -72,7 +72,7 @@ ComparisonWindow::~ComparisonWindow()
     }
 }
 
-QWidget *ComparisonWindow::makeSide(Side &side, const QString &name, const char *objectName)
+QWidget *ComparisonWindow::makeSide(Side &side, const QString &name, const char *objectName) const
 {
     auto *line = new QWidget;
     line->setObjectName(QLatin1String(objectName));

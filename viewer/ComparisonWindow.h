@@ -61,7 +61,7 @@ private:
         int percent = 0;
     };
 
-    QWidget *makeSide(Side &side, const QString &name, const char *objectName);
+    QWidget *makeSide(Side &side, const QString &name, const char *objectName) const;
     QWidget *makeOptions();
     void makeTable();
     QWidget *makeButtons();

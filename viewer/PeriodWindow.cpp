@@ -250,7 +250,7 @@ void PeriodWindow::drawBars()
     QVector<QwtIntervalSample> samples;
     qint64 most = 1;
     for (std::size_t i = 0; i < histogram.counts.size(); ++i) {
-        const double begin = static_cast<double>(histogram.low + static_cast<qint64>(i) * histogram.width);
+        const auto begin = static_cast<double>(histogram.low + static_cast<qint64>(i) * histogram.width);
         most = std::max(most, histogram.counts[i]);
         if (histogram.counts[i] > 0) {
             samples.append({static_cast<double>(histogram.counts[i]), begin / Millisecond,

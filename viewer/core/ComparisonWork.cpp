@@ -69,7 +69,7 @@ Comparison ComparisonWork::result() const
         take(m_here.overview, difference.here, identifier.here, identifier.bytesHere);
         take(m_there.overview, difference.there, identifier.there, identifier.bytesThere);
         identifier.rank = switchRank(difference, identifier.bytesHere, identifier.bytesThere);
-        comparison.identifiers.push_back(std::move(identifier));
+        comparison.identifiers.push_back(identifier);
     }
     return comparison;
 }
