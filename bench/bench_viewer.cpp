@@ -76,7 +76,9 @@ public:
     }
     double value(int /*signal*/, const BusFrame &frame) const override
     {
-        return m_source->value(m_source->firstSignal(m_source->messageOf(frame)), frame);
+        const int message = m_source->messageOf(frame); // as any signal's value begins
+        const SignalDecoder &signal = m_source->signalDecoder(m_source->firstSignal(message));
+        return signal.number(signal.bits(frame.data.data())).value_or(0);
     }
     QString valueText(int /*signal*/, double /*value*/) const override { return {}; }
 

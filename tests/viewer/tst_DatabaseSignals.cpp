@@ -346,6 +346,7 @@ void tst_DatabaseSignals::severalThreads()
     const double expected = sum();
     std::vector<double> found(3);
     std::vector<std::thread> threads;
+    threads.reserve(found.size());
     for (double &result : found) {
         threads.emplace_back([&result, &sum] { result = sum(); });
     }
