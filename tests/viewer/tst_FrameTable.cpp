@@ -68,7 +68,7 @@ private slots:
     void cleanup();
     void selectionByMouseAndKeys();
     void copiesManyWithoutWaiting();
-    void everyCellMakesAFilter_data();
+    static void everyCellMakesAFilter_data();
     void everyCellMakesAFilter();
     void keysOfTheCell();
     void theMenuIsOfTheCellBelow();
