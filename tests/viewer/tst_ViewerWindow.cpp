@@ -37,13 +37,13 @@ QByteArray candumpLines(int count)
     return lines;
 }
 
-/// Ten frames every 20 ms, of a thousand.
+/// Ten frames every 20 ms, of a hundred thousand.
 class SlowStream : public CaptureStream, private FrameReader
 {
 public:
     FrameReader &reader() override { return *this; }
     qint64 position() const override { return m_next; }
-    qint64 size() const override { return 1000; }
+    qint64 size() const override { return 100000; }
     void setGrowing(bool /*growing*/) override {}
     bool isBroken() const override { return false; }
 
@@ -51,7 +51,7 @@ private:
     int read(BusFrame *frames, int /*room*/) override
     {
         QThread::msleep(20);
-        const int count = m_next < 1000 ? 10 : 0;
+        const int count = m_next < 100000 ? 10 : 0;
         for (int i = 0; i < count; ++i) {
             frames[i].time = m_next++ * 1000;
         }
@@ -265,18 +265,18 @@ void tst_ViewerWindow::slowFilesTellTheTimeLeft()
     const auto *bar = window.findChild<QProgressBar *>();
     const auto *state = window.findChild<QLabel *>(QStringLiteral("state"));
     auto *cancel = window.findChild<QPushButton *>(QStringLiteral("cancel"));
-    QTRY_VERIFY(tab.capture().rowCount() > 0);
     QVERIFY(!bar->isVisible()); // not for what may be over at once
+    QTRY_VERIFY(tab.capture().rowCount() > 10);
     QTRY_VERIFY(bar->isVisible());
     QVERIFY(state->text().contains(QStringLiteral("s left")));
-    QVERIFY(bar->value() > 0 && bar->value() < bar->maximum());
+    QVERIFY(bar->value() < bar->maximum());
     tab.table().setCurrentPlace(5); // usable meanwhile
     QCOMPARE(tab.table().currentRow(), 5);
     QCOMPARE(cancel->text(), QStringLiteral("Stop loading"));
     QTest::mouseClick(cancel, Qt::LeftButton);
     QTRY_VERIFY(state->text().contains(QStringLiteral("stopped")));
     QVERIFY(!bar->isVisible());
-    QVERIFY(tab.capture().rowCount() < 1000);
+    QVERIFY(tab.capture().rowCount() < 100000);
 }
 
 void tst_ViewerWindow::listsWhatWasSkipped()
