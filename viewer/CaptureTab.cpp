@@ -33,6 +33,7 @@ namespace {
 
 constexpr int OverviewMs = 500;
 constexpr int PermilleSteps = 1000;
+constexpr int PanelLines = 8;
 
 QString counted(qint64 number)
 {
@@ -59,8 +60,11 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
     m_panels->setDocumentMode(true);
     addPanels();
     splitter->addWidget(m_panels);
+    // The frames come first, however much room a panel would like.
+    m_panels->setMinimumHeight(PanelLines * fontMetrics().lineSpacing());
     splitter->setStretchFactor(0, 3);
     splitter->setStretchFactor(1, 2);
+    splitter->setSizes({300, 200});
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     auto *notice = new LoadNotice(m_capture);
@@ -74,7 +78,10 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
     slot_progress();
 }
 
-CaptureTab::~CaptureTab() = default;
+CaptureTab::~CaptureTab()
+{
+    delete m_plots; // before the capture, which it uses to the end
+}
 
 void CaptureTab::connectTable()
 {
@@ -176,6 +183,7 @@ QWidget *CaptureTab::makeOverview()
     auto *layout = new QVBoxLayout(part);
     layout->setContentsMargins(0, 0, 0, 0);
     m_atRow = new QCheckBox(tr("Last data at the &selected frame instead of at the end"));
+    m_atRow->setObjectName(QStringLiteral("atRow"));
     m_sorted = new QSortFilterProxyModel(this);
     m_sorted->setSourceModel(&m_identifiers);
     m_sorted->setSortRole(OverviewModel::SortRole);
@@ -453,6 +461,7 @@ void CaptureTab::slot_showFindings()
     dialog->setWindowTitle(tr("Findings"));
     auto *layout = new QVBoxLayout(dialog);
     auto *text = new QPlainTextEdit(lines.join(QLatin1Char('\n')));
+    text->setObjectName(QStringLiteral("findingLines"));
     text->setReadOnly(true);
     text->setLineWrapMode(QPlainTextEdit::NoWrap);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);

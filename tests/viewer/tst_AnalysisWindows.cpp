@@ -158,7 +158,7 @@ void tst_AnalysisWindows::overviewMarksChangedBytes()
     QCOMPARE(marks.at(5), char(ByteDelegate::None));
     // At the frame in which the switch moves, that byte is marked instead.
     tab().table().setCurrentPlace(30020);
-    tab().findChild<QCheckBox *>()->click();
+    tab().findChild<QCheckBox *>(QStringLiteral("atRow"))->click();
     QTRY_VERIFY(data.data().toString().contains(QLatin1String("[01]")));
     QCOMPARE(data.data(ByteDelegate::MarksRole).toByteArray().at(5), char(ByteDelegate::Changed));
 }

@@ -347,7 +347,7 @@ void tst_CaptureSignals::filtersAndPlots()
     QTRY_VERIFY(!m_tab->capture().isFiltering());
     QCOMPARE(m_tab->capture().rowAt(0), qint64(41)); // the first with that page
     emit tree().customContextMenuRequested(tree().visualRect(tree().currentIndex()).center());
-    auto *menu = m_tab->findChild<QMenu *>();
+    auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
     QVERIFY(menu != nullptr);
     QCOMPARE(menu->actions().size(), 3);
     menu->close();

@@ -286,10 +286,10 @@ void tst_ViewerWindow::listsWhatWasSkipped()
     auto *findings = window->findChild<QPushButton *>(QStringLiteral("findings"));
     QTRY_VERIFY(findings->isVisible());
     QTest::mouseClick(findings, Qt::LeftButton);
-    const auto *text = window->findChild<QPlainTextEdit *>();
+    const auto *text = window->findChild<QPlainTextEdit *>(QStringLiteral("findingLines"));
     QVERIFY(text != nullptr);
     QVERIFY2(text->toPlainText().startsWith(QStringLiteral("line 2: ")), qPrintable(text->toPlainText()));
-    QCOMPARE(window->currentTab()->capture().rowCount(), 2);
+    QTRY_COMPARE(window->currentTab()->capture().rowCount(), 2);
 }
 
 void tst_ViewerWindow::loadsAgain()
