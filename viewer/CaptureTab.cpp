@@ -79,7 +79,10 @@ CaptureTab::CaptureTab(const QString &path, const StoreLoader::Open &open, const
     slot_progress();
 }
 
-CaptureTab::~CaptureTab() = default;
+CaptureTab::~CaptureTab()
+{
+    delete m_plots; // before the capture, which it uses to the end
+}
 
 QWidget *CaptureTab::makeFilterLine()
 {
