@@ -498,11 +498,23 @@ void tst_Resources::everyMessageIsTranslated()
     QVERIFY(contexts.contains(needed));
 }
 
-// Left as they are: the names of the protocols and a language's name for itself.
+// Left as they are: the names of protocols and formats, a language's name for itself, letters with units.
 void tst_Resources::everyMessageIsChinese()
 {
-    const QSet<QString> unchanged = {QStringLiteral("CAN"), QStringLiteral("CANFD"), QStringLiteral("LIN"),
-                                     QStringLiteral("English")};
+    const QSet<QString> unchanged = {QStringLiteral("CAN"),
+                                     QStringLiteral("CANFD"),
+                                     QStringLiteral("LIN"),
+                                     QStringLiteral("English"),
+                                     QStringLiteral("ASC"),
+                                     QStringLiteral("BLF"),
+                                     QStringLiteral("TRC 2.1"),
+                                     QStringLiteral("pcap, SocketCAN"),
+                                     QStringLiteral("pcapng, SocketCAN"),
+                                     QStringLiteral("LIN [bit/s]"),
+                                     QStringLiteral("B - A"),
+                                     QStringLiteral("B - A [1/s]"),
+                                     QStringLiteral("B - A [ms]"),
+                                     QStringLiteral(" ms")};
     const QRegularExpression chinese(QStringLiteral("\\p{Han}"));
     QString error;
     const QVector<Message> messages = messagesOf(QStringLiteral("CN.ts"), &error);

@@ -280,7 +280,7 @@ void tst_PlotPanel::valuesZoom()
     const double low = pane().axisInterval(QwtPlot::yLeft).minValue();
     drag(middle(), middle() + QPoint(0, 30));
     QVERIFY(pane().axisInterval(QwtPlot::yLeft).minValue() > low);
-    QWidget *scale = pane().findChild<QWidget *>(QStringLiteral("QwtPlotAxisYLeft"));
+    const auto *scale = pane().findChild<QWidget *>(QStringLiteral("QwtPlotAxisYLeft"));
     QVERIFY(scale != nullptr);
     area().setValuesAutomatic();
     area().draw();
