@@ -95,6 +95,7 @@ void DayClock::findHour(int msOfDay)
     } else {
         m_base = qint64{m_daysPassed} * MsPerDay;
     }
+    m_base = qBound(-MaxClockBase, m_base, MaxClockBase);
 }
 
 void ClockText::findSecond(qint64 nanoseconds)

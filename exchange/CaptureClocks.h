@@ -17,6 +17,9 @@ class QIODevice;
 /// it begins again has begun again; any other jump back is left as it is.
 
 constexpr qint64 NanosecondsPerMs = 1000000;
+/// What clocks that begin again add up to at most, in milliseconds: nearly three centuries. Behind that, which only
+/// made-up captures come to, times go back.
+constexpr qint64 MaxClockBase = std::numeric_limits<qint64>::max() / NanosecondsPerMs - (qint64{1} << 33U);
 constexpr int MsPerDay = 86400000;
 
 /// Times of day without a date.
@@ -94,7 +97,7 @@ public:
     /// Nanoseconds.
     qint64 at(quint32 ms)
     {
-        if (ms < m_last && m_last - ms > 1U << 31U) {
+        if (ms < m_last && m_last - ms > 1U << 31U && m_base < MaxClockBase) {
             m_base += qint64{1} << 32U;
         }
         m_last = ms;
@@ -114,7 +117,7 @@ public:
     /// again, after a day or because its 32 bits are full.
     qint64 at(int msOfDay, qint64 systemTime)
     {
-        if (msOfDay < m_last && m_last - msOfDay > MsPerDay / 2) {
+        if (msOfDay < m_last && m_last - msOfDay > MsPerDay / 2 && m_base < MaxClockBase) {
             m_base += beginsAgainAfter(msOfDay, systemTime);
         }
         m_last = msOfDay;

@@ -40,6 +40,7 @@ private slots:
     static void clockTexts_data();
     static void clockTexts();
     static void stampsGoOnBehindTheir32Bits();
+    static void clocksHaveAnEnd();
     static void stampsOfADayGoOn();
     static void linesWithAClock_data();
     static void linesWithAClock();
@@ -108,6 +109,22 @@ void tst_CaptureClocks::stampsGoOnBehindTheir32Bits()
     clock.at(0x80000000U);
     QCOMPARE(clock.at(0xFFFFFFF0U), ((qint64{1} << 32) + 0xFFFFFFF0U) * NanosecondsPerMs);
     QCOMPARE(clock.at(1), ((qint64{2} << 32) + 1) * NanosecondsPerMs);
+}
+
+/// Made-up captures begin again without end: no time leaves the range of its type.
+void tst_CaptureClocks::clocksHaveAnEnd()
+{
+    constexpr int Times = 200000;
+    StampClock stamps;
+    DayStampClock dayStamps;
+    DayClock day(QDate(2026, 3, 31));
+    DayClock old(QDate(1, 1, 1));
+    for (int i = 0; i < Times; ++i) {
+        QVERIFY(stamps.at(0xFFFFFFFFU) > 0 && stamps.at(0) >= 0);
+        QVERIFY(dayStamps.at(23 * Hour, 0) > 0 && dayStamps.at(0, 0) >= 0);
+        QVERIFY(day.at(23 * Hour) > 0 && day.at(0) > 0);
+        QVERIFY(old.at(23 * Hour) < 0 && old.at(0) < 0);
+    }
 }
 
 void tst_CaptureClocks::stampsOfADayGoOn()

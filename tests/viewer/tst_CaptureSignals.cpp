@@ -392,7 +392,7 @@ void tst_CaptureSignals::databasesAreListed()
     QCOMPARE(files().item(0, 3)->text(), QStringLiteral("14"));
     files().setCurrentCell(1, 0);
     const QString found = m_tab->findChild<QPlainTextEdit *>(QStringLiteral("databaseFindings"))->toPlainText();
-    QVERIFY(found.contains(path("two.dbc")));
+    QVERIFY(found.contains(QStringLiteral("two.dbc")));
     QVERIFY(found.contains(QLatin1String("Engine")));                              // is the first one's
     QVERIFY(found.contains(QString::number(syntheticDatabase().count('\n') + 1))); // the line
     QTest::mouseClick(&button("removeDatabase"), Qt::LeftButton);

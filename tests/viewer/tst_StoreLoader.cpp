@@ -165,6 +165,7 @@ void tst_StoreLoader::endsSoonWhenReadingHangs()
     QVERIFY(clock.elapsed() < qint64{2} * StoreLoader::StopWaitMs);
     m_script->isHeldUp = false;
     QTRY_COMPARE(m_script.use_count(), 1); // the thread has gone
+    QTest::qWait(100);                     // and so does what the toolkit has of it
 }
 
 void tst_StoreLoader::followsAGrowingCapture()

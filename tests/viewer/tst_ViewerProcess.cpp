@@ -162,8 +162,9 @@ void tst_ViewerProcess::hostileFiles()
 
 void tst_ViewerProcess::damagedSettings()
 {
-    write(QStringLiteral("home/X9Viewer/X9Viewer.ini"),
-          QByteArray("\x00\xff[[[\ngeometry=@ByteArray(xx\nrecent=@Variant(\\0\\0\\xff\nlanguage=@Invalid()\n", 80));
+    static constexpr char Damaged[] =
+        "\x00\xff[[[\ngeometry=@ByteArray(xx\nrecent=@Variant(\\0\\0\\xff\nlanguage=@Invalid()\n";
+    write(QStringLiteral("home/X9Viewer/X9Viewer.ini"), QByteArray(Damaged, sizeof Damaged - 1));
     write(QStringLiteral("a.log"), candumpLines(0, 10));
     start({QStringLiteral("a.log")});
     QVERIFY(waitForLine(QStringLiteral("^a.log: 10 rows")));

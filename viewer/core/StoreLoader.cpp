@@ -170,13 +170,15 @@ StoreLoader::StoreLoader(std::shared_ptr<BusFrameStore> store, Open open, bool f
     : m_load(std::make_shared<Load>(std::move(store), std::move(open), follow))
     , m_thread(QThread::create([load = m_load] { load->run(); }))
 {
+    // That of a thread that was left to itself, too.
+    QObject::connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
     m_thread->start();
 }
 
 StoreLoader::~StoreLoader()
 {
     cancel();
-    if (m_thread->wait(StopWaitMs)) {
+    if (m_thread != nullptr && m_thread->wait(StopWaitMs)) {
         delete m_thread.data();
     }
 }
