@@ -92,6 +92,8 @@ private slots:
     void slot_copied(int rows, bool isCut);
 
 private:
+    static constexpr int Padding = 4; ///< pixels beside a cell's text
+
     void arrange();
     void setFont();
     int digitWidth() const;

@@ -121,7 +121,7 @@ for binary in X9CAN.exe X9Viewer.exe; do
   "$triplet-objdump" -p "$folder/$binary" >"$work/pe"
   grep -qw 'large address aware' "$work/pe" || fail "$binary leaves half of the memory alone"
 done
-for path in X9CAN.exe X9Viewer.exe x9capture.exe "X9CAN demo.cmd" qt.conf plugins/platforms/qwindows.dll plugins/imageformats/qico.dll \
+for path in X9CAN.exe X9Viewer.exe x9capture.exe qwt.dll "X9CAN demo.cmd" qt.conf plugins/platforms/qwindows.dll plugins/imageformats/qico.dll \
             translations/qtbase_zh_CN.qm virtual-adapter/ControlCAN.dll \
             virtual-adapter/example.virtual-adapter.json doc/guide.html doc/guide.zh.html doc/formats.html \
             doc/virtual-adapter.html doc/changelog.html doc/licences.txt \

@@ -22,7 +22,7 @@ build=$PWD/build/$preset
 
 # The windows, and what runs of the adapter itself. Not the guided tour, which has a program of its own.
 some_tests='tst_(VirtualAdapterLibrary|NumberEntry|CTableViewCAN|GUI_CanDevice|GUI_LINDevice|GUI_SoftwareInfo)'
-programs=({adapter,device,widgets,capture,exchange,can,lin,app}_tests tst_{DriverSystem,FileDownload,Settings}_program)
+programs=({adapter,device,widgets,capture,exchange,can,lin,app,viewer}_tests tst_{DriverSystem,FileDownload,Settings}_program)
 
 # tests_of FOLDER [CTEST ARGUMENT...]
 tests_of() { ctest --test-dir "$build/tests/$1" -N "${@:2}" | sed -n 's/^ *Test *#[0-9]*: //p'; }
