@@ -4,6 +4,7 @@
 // QT_SCALE_FACTOR of 2 ...@2x.png.
 
 #include "tests/viewer/SyntheticCapture.h"
+#include "tools/gallery/ViewerWalk.h"
 #include "viewer/CaptureSignals.h"
 #include "viewer/CaptureTab.h"
 #include "viewer/ComparisonWindow.h"
@@ -119,6 +120,10 @@ int main(int argc, char *argv[])
         return 2;
     }
     applyViewerLook();
+    constexpr int UsualPoints = 9; // of the systems that have a desktop
+    QFont font = QApplication::font();
+    font.setPointSize(UsualPoints);
+    QApplication::setFont(font);
     ViewerTranslators translators;
     installViewerLanguage(translators,
                           arguments.at(1) == QLatin1String("en") ? QStringLiteral("EN") : QStringLiteral("CN"));
@@ -134,7 +139,8 @@ int main(int argc, char *argv[])
     const auto save = [&](const QString &name) {
         return saveOther(window, name);
     };
-    bool isSaved = save(QStringLiteral("viewer-welcome"));
+    const QTemporaryDir walk;
+    bool isSaved = walkThroughCapture(walk.path(), saveOther) && save(QStringLiteral("viewer-welcome"));
     window.openFiles({QStringLiteral("drive.csv"), QStringLiteral("bench.blf")});
     CaptureTab &tab = *window.currentTab();
     const bool isLoaded = QTest::qWaitFor([&tab] { return tab.capture().overview().covered() == Frames; });
