@@ -23,6 +23,7 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSortFilterProxyModel>
 #include <QSplitter>
 #include <QTableView>
@@ -160,6 +161,7 @@ QWidget *CaptureTab::makeStatusLine()
     m_findings = new QPushButton;
     m_findings->setObjectName(QStringLiteral("findings"));
     layout->addWidget(m_state);
+    layout->addSpacing(2 * fontMetrics().averageCharWidth());
     layout->addWidget(m_problem, 1);
     layout->addWidget(m_progress);
     layout->addWidget(new EndButton(*m_table, m_capture));
@@ -296,6 +298,11 @@ void CaptureTab::showRow(qint64 row)
     }
     if (m_capture.rowAt(place) != row) {
         tell(tr("Frame %1 does not pass the filter; this is the next one that does.").arg(counted(row + 1)));
+    }
+    const qint64 first = m_table->firstVisible();
+    if (place < first || place >= first + m_table->visibleRows()) {
+        constexpr int Before = 3; // a third of what is seen is in front of it
+        m_table->verticalScrollBar()->setValue(static_cast<int>(place) - m_table->visibleRows() / Before);
     }
     m_table->setCurrentPlace(static_cast<int>(place));
     m_table->setFocus();

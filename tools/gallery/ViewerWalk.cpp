@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QSplitter>
 #include <QTabWidget>
+#include <QToolButton>
 #include <QTreeView>
 #include <QtTest>
 
@@ -64,9 +65,11 @@ bool Walk::open()
     }
     m_window.openFiles({capture()});
     m_tab = m_window.currentTab();
-    return QTest::qWaitFor(
-               [this] { return m_tab->capture().loader().progress().state == LoadProgress::State::Following; }) &&
-           save("viewer-walk-1") && WalkCapture::append(capture(), OpenedMs, WalkCapture::EndMs);
+    const OpenCapture &opened = m_tab->capture();
+    const bool isFollowing = QTest::qWaitFor(
+        [&] { return opened.loader().progress().state == LoadProgress::State::Following && opened.rowCount() > 0; });
+    QTest::mouseClick(m_tab->findChild<QToolButton *>(QStringLiteral("stayAtEnd")), Qt::LeftButton);
+    return isFollowing && save("viewer-walk-1") && WalkCapture::append(capture(), OpenedMs, WalkCapture::EndMs);
 }
 
 bool Walk::addDatabase()

@@ -44,6 +44,7 @@ QPalette darkPalette()
     QPalette palette(QColor(53, 53, 53), QColor(35, 35, 35));
     palette.setColor(QPalette::AlternateBase, QColor(44, 44, 44));
     palette.setColor(QPalette::Highlight, QColor(42, 130, 218));
+    palette.setColor(QPalette::PlaceholderText, QColor(160, 160, 160));
     return palette;
 }
 
