@@ -90,7 +90,7 @@ void PlotCurveList::setSecondShown(bool isShown)
 {
     setColumnHidden(Second, !isShown);
     setColumnHidden(Difference, !isShown);
-    const int characters = isShown ? 16 + 3 * ValueCharacters : 20 + ValueCharacters; // the name's and the values'
+    const int characters = isShown ? 18 + 3 * ValueCharacters : 20 + ValueCharacters; // the name's and the values'
     setMinimumWidth(columnWidth(Pane) + fontMetrics().horizontalAdvance(QLatin1Char('0')) * characters);
 }
 

@@ -69,7 +69,7 @@ bool Walk::open()
     const bool isFollowing = QTest::qWaitFor(
         [&] { return opened.loader().progress().state == LoadProgress::State::Following && opened.rowCount() > 0; });
     QTest::mouseClick(m_tab->findChild<QToolButton *>(QStringLiteral("stayAtEnd")), Qt::LeftButton);
-    return isFollowing && save("viewer-walk-1") && WalkCapture::append(capture(), OpenedMs, WalkCapture::EndMs);
+    return isFollowing && save("viewer-walk-open") && WalkCapture::append(capture(), OpenedMs, WalkCapture::EndMs);
 }
 
 bool Walk::addDatabase()
@@ -90,14 +90,14 @@ bool Walk::addDatabase()
     auto *tree = panel.findChild<QTreeView *>(QStringLiteral("values"));
     const QModelIndex message = tree->model()->index(0, 0);
     tree->setCurrentIndex(tree->model()->index(0, 0, message));
-    return save("viewer-walk-2");
+    return save("viewer-walk-values");
 }
 
 bool Walk::plot()
 {
     m_window.findChild<QPushButton *>(QStringLiteral("plotThis"))->click();
     makePanelsHigher();
-    return QTest::qWaitFor([this] { return !m_tab->plots().curves().isFilling(); }) && save("viewer-walk-3");
+    return QTest::qWaitFor([this] { return !m_tab->plots().curves().isFilling(); }) && save("viewer-walk-plot");
 }
 
 void Walk::makePanelsHigher() const
@@ -129,7 +129,7 @@ bool Walk::goToDrop()
 {
     drag(WalkCapture::DropMs - 900, WalkCapture::DropMs + 1300);
     drag(WalkCapture::DropMs + 20, WalkCapture::DropMs + 20);
-    return save("viewer-walk-4");
+    return save("viewer-walk-drop");
 }
 
 bool Walk::findSent()
@@ -145,7 +145,7 @@ bool Walk::findSent()
         return row >= 0 && m_tab->capture().store().frame(row).direction == BusFrame::Sent;
     });
     m_tab->panels().setCurrentIndex(1);
-    return isFound && save("viewer-walk-5");
+    return isFound && save("viewer-walk-sent");
 }
 
 bool Walk::savePlot()
@@ -157,7 +157,7 @@ bool Walk::savePlot()
     QSignalSpy saved(&plots, &PlotPanel::sig_exported);
     plots.exportTo(path, false);
     constexpr int SaveMs = 10000;
-    return saved.wait(SaveMs) && saved.first().at(1).toString().isEmpty() && save("viewer-walk-6");
+    return saved.wait(SaveMs) && saved.first().at(1).toString().isEmpty() && save("viewer-walk-answer");
 }
 
 } // namespace

@@ -1,7 +1,8 @@
-// x9_viewer_gallery LANGUAGE FOLDER   Takes pictures of the viewer with a made-up capture (LANGUAGE zh or en):
-// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter, -bookmarks, -dark, -signals, -values, -databases, -signals-dark,
-// -plots, -plots-dark, -failed, and the dialogs ...-viewer-colors, -colors-dark, -columns, -save and -save-dark; for a
-// QT_SCALE_FACTOR of 2 ...@2x.png.
+// x9_viewer_gallery LANGUAGE FOLDER   Takes pictures of the viewer with made-up captures (LANGUAGE zh or en):
+// FOLDER/<LANGUAGE>-viewer.png, the steps of the guide's walk ...-viewer-walk-*, ...-viewer-filter, -bookmarks, -dark,
+// -signals, -values, -databases, -signals-dark, -plots, -plots-dark, -failed, the windows ...-viewer-compare, -periods,
+// -bus-load and the same with -dark, and the dialogs ...-viewer-colors, -colors-dark, -columns, -save and -save-dark;
+// for a QT_SCALE_FACTOR of 2 ...@2x.png.
 
 #include "tests/viewer/SyntheticCapture.h"
 #include "tools/gallery/ViewerWalk.h"
