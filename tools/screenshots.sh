@@ -10,7 +10,7 @@ mkdir -p "${1:-docs/screenshots}"
 pictures=$(cd "${1:-docs/screenshots}" && pwd)
 steps="open filter-tool scan receive send-repeatedly send-list gateway-filter filter edit-data behind-the-message
        send-file lin-list lin-monitor lin-developer"
-views="walk-open walk-values walk-plot walk-drop walk-sent walk-answer filter plots compare bus-load"
+views="walk-open walk-values walk-plot walk-drop walk-sent walk-answer walk-plots walk-compare filter bus-load"
 
 taken=$(mktemp -d)
 folder=$PWD/build/release/bin/captures # a short path in the pictures

@@ -8,6 +8,7 @@
 #include "viewer/PlotPanel.h"
 #include "viewer/ViewerWindow.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -45,6 +46,8 @@ public:
     bool goToDrop();
     bool findSent();
     bool savePlot();
+    bool plotMore();
+    bool compare();
 
 private:
     QString capture() const { return m_folder.filePath(QStringLiteral("drive.csv")); }
@@ -160,10 +163,31 @@ bool Walk::savePlot()
     return saved.wait(SaveMs) && saved.first().at(1).toString().isEmpty() && save("viewer-walk-answer");
 }
 
+/// With what else moved, over the whole time.
+bool Walk::plotMore()
+{
+    PlotPanel &plots = m_tab->plots();
+    for (const char *text : {"PumpState", "Speed", "rate of tx"}) {
+        plots.addExpression(QLatin1String(text));
+    }
+    plots.area().showWhole();
+    return QTest::qWaitFor([&] { return !plots.curves().isFilling(); }) && save("viewer-walk-plots");
+}
+
+/// Before and after the frame that was found.
+bool Walk::compare()
+{
+    m_tab->panels().setCurrentIndex(0);
+    m_window.findChild<QAction *>(QStringLiteral("compareAtMark"))->trigger();
+    auto *comparison = m_window.findChild<QWidget *>(QStringLiteral("comparison"));
+    return comparison != nullptr && m_save(*comparison, QStringLiteral("viewer-walk-compare"));
+}
+
 } // namespace
 
 bool walkThroughCapture(const QString &folder, const SavePicture &save)
 {
     Walk walk(folder, save);
-    return walk.open() && walk.addDatabase() && walk.plot() && walk.goToDrop() && walk.findSent() && walk.savePlot();
+    return walk.open() && walk.addDatabase() && walk.plot() && walk.goToDrop() && walk.findSent() && walk.savePlot() &&
+           walk.plotMore() && walk.compare();
 }
