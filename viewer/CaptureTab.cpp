@@ -437,7 +437,7 @@ void CaptureTab::slot_progress()
         m_capture.isFiltered()
             ? tr("%1 of %2 frames").arg(counted(m_capture.rowCount()), counted(m_capture.store().size()))
             : tr("%1 frames").arg(counted(m_capture.store().size()));
-    m_state->setText(frames + QStringLiteral(", ") + progressText(progress));
+    m_state->setText(tr("%1, %2").arg(frames, progressText(progress)));
     const bool isLoading = progress.state == LoadProgress::State::Loading;
     m_progress->setVisible(isLoading && m_capture.secondsLeft() >= 0);
     if (progress.size > 0) {

@@ -160,7 +160,7 @@ QString SignalPanel::headText(int message, const BusFrame &frame, const FrameBit
     } else if (!hasSoundData(frame)) {
         parts.append(tr("these data were not on the bus; filters and plots leave them out"));
     }
-    return parts.join(QStringLiteral(", "));
+    return parts.join(tr(", "));
 }
 
 void SignalPanel::fill(int message, const BusFrame &frame, const std::vector<int> &places)

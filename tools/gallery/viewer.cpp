@@ -126,6 +126,7 @@ int main(int argc, char *argv[])
     QFont font = QApplication::font();
     font.setPointSize(UsualPoints);
     QApplication::setFont(font);
+    QApplication::setCursorFlashTime(0); // the same in each run
     ViewerTranslators translators;
     installViewerLanguage(translators,
                           arguments.at(1) == QLatin1String("en") ? QStringLiteral("EN") : QStringLiteral("CN"));
@@ -169,7 +170,7 @@ int main(int argc, char *argv[])
         isSaved = isSaved && shown != nullptr && saveOther(*shown, name);
     }
     tab.setBookmark(58, QCoreApplication::translate("CaptureTab", "Bookmark"));
-    tab.panels().setCurrentIndex(1);
+    tab.panels().setCurrentIndex(tab.panels().count() - 1);
     const auto saveDialog = [&](const QString &name) {
         QTest::qWait(100);
         auto *dialog = tab.table().findChild<QDialog *>();
