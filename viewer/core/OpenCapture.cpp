@@ -128,7 +128,8 @@ int OpenCapture::secondsLeft() const
 {
     const LoadProgress progress = m_loader->progress();
     constexpr int EarliestMs = 1000;
-    if (m_sinceBegin.elapsed() < EarliestMs || progress.size <= 0 || progress.bytes <= 0 || progress.bytes > progress.size) {
+    if (m_sinceBegin.elapsed() < EarliestMs || progress.size <= 0 || progress.bytes <= 0 ||
+        progress.bytes > progress.size) {
         return -1;
     }
     const double passed = static_cast<double>(m_sinceBegin.elapsed()) / 1000;
