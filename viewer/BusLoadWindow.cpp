@@ -183,6 +183,7 @@ void BusLoadWindow::makeTable()
     m_table->setTabKeyNavigation(false);
     m_table->setAlternatingRowColors(true);
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    m_table->horizontalHeader()->setHighlightSections(false);
     connect(m_table, &QTableWidget::itemChanged, this, &BusLoadWindow::slot_itemChanged);
 }
 

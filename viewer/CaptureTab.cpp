@@ -23,6 +23,7 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSortFilterProxyModel>
 #include <QSplitter>
 #include <QTableView>
@@ -167,6 +168,7 @@ QWidget *CaptureTab::makeStatusLine()
     m_findings = new QPushButton;
     m_findings->setObjectName(QStringLiteral("findings"));
     layout->addWidget(m_state);
+    layout->addSpacing(2 * fontMetrics().averageCharWidth());
     layout->addWidget(m_problem, 1);
     layout->addWidget(m_progress);
     layout->addWidget(new EndButton(*m_table, m_capture));
@@ -305,6 +307,11 @@ void CaptureTab::showRow(qint64 row)
     if (m_capture.rowAt(place) != row) {
         tell(tr("Frame %1 does not pass the filter; this is the next one that does.").arg(counted(row + 1)));
     }
+    const qint64 first = m_table->firstVisible();
+    if (place < first || place >= first + m_table->visibleRows()) {
+        constexpr int Before = 3; // a third of what is seen is in front of it
+        m_table->verticalScrollBar()->setValue(static_cast<int>(place) - m_table->visibleRows() / Before);
+    }
     m_table->setCurrentPlace(static_cast<int>(place));
     m_table->setFocus();
 }
@@ -438,7 +445,7 @@ void CaptureTab::slot_progress()
         m_capture.isFiltered()
             ? tr("%1 of %2 frames").arg(counted(m_capture.rowCount()), counted(m_capture.store().size()))
             : tr("%1 frames").arg(counted(m_capture.store().size()));
-    m_state->setText(frames + QStringLiteral(", ") + progressText(progress));
+    m_state->setText(tr("%1, %2").arg(frames, progressText(progress)));
     const bool isLoading = progress.state == LoadProgress::State::Loading;
     m_progress->setVisible(isLoading && m_capture.secondsLeft() >= 0);
     if (progress.size > 0) {

@@ -65,6 +65,7 @@ QWidget *DatabasePanel::makeTable()
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     m_table->horizontalHeader()->setStretchLastSection(true);
+    m_table->horizontalHeader()->setHighlightSections(false);
     for (int column = 0; column + 1 < ColumnCount; ++column) {
         m_table->setColumnWidth(column, Widths[static_cast<std::size_t>(column)] *
                                             fontMetrics().horizontalAdvance(QLatin1Char('0')));

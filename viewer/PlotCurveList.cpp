@@ -11,13 +11,15 @@ namespace {
 
 enum Column { Name, First, Second, Difference, Pane, ColumnCount };
 
-constexpr int ValueCharacters = 10;
+constexpr int ValueCharacters = 11;
 
 QIcon colorIcon(const QColor &color, int size)
 {
     QPixmap pixmap(size, size);
     pixmap.fill(color);
-    return pixmap;
+    QIcon icon(pixmap);
+    icon.addPixmap(pixmap, QIcon::Selected); // not tinted as what is selected
+    return icon;
 }
 
 } // namespace
@@ -88,10 +90,8 @@ void PlotCurveList::setSecondShown(bool isShown)
 {
     setColumnHidden(Second, !isShown);
     setColumnHidden(Difference, !isShown);
-    constexpr int NameCharacters = 14;
-    const int columns = isShown ? 3 : 1;
-    setMinimumWidth(columnWidth(Pane) +
-                    fontMetrics().horizontalAdvance(QLatin1Char('0')) * (NameCharacters + columns * ValueCharacters));
+    const int characters = isShown ? 18 + 3 * ValueCharacters : 20 + ValueCharacters; // the name's and the values'
+    setMinimumWidth(columnWidth(Pane) + fontMetrics().horizontalAdvance(QLatin1Char('0')) * characters);
 }
 
 int PlotCurveList::currentRow() const

@@ -219,10 +219,14 @@ void PlotPanel::arrange()
             units[pane].append(plotted->curve.unit());
         }
     }
+    const bool hasUnit = std::any_of(units.begin(), units.end(), [](const QStringList &ofPane) {
+        return ofPane.size() == 1 && !ofPane.front().isEmpty();
+    });
+    const QString none = hasUnit ? QStringLiteral(" ") : QString(); // takes the same room, so that times stay in line
     for (std::size_t i = 0; i < items.size(); ++i) {
         PlotPane &pane = m_area->pane(static_cast<int>(i));
         pane.setItems(items[i]);
-        pane.setUnit(units[i].size() == 1 ? units[i].front() : QString());
+        pane.setUnit(units[i].size() == 1 && !units[i].front().isEmpty() ? units[i].front() : none);
     }
     applyColors();
     fillList();

@@ -59,6 +59,7 @@ QWidget *SignalPanel::makeTable()
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     m_table->horizontalHeader()->setStretchLastSection(true);
+    m_table->horizontalHeader()->setHighlightSections(false);
     for (int column = 0; column + 1 < ColumnCount; ++column) {
         m_table->setColumnWidth(column, Widths[static_cast<std::size_t>(column)] *
                                             fontMetrics().horizontalAdvance(QLatin1Char('0')));
@@ -159,7 +160,7 @@ QString SignalPanel::headText(int message, const BusFrame &frame, const FrameBit
     } else if (!hasSoundData(frame)) {
         parts.append(tr("these data were not on the bus; filters and plots leave them out"));
     }
-    return parts.join(QStringLiteral(", "));
+    return parts.join(tr(", "));
 }
 
 void SignalPanel::fill(int message, const BusFrame &frame, const std::vector<int> &places)

@@ -66,6 +66,7 @@ void setUpIdentifierTable(QTableView &table)
     table.verticalHeader()->hide();
     table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().height() + 6);
     table.horizontalHeader()->setStretchLastSection(true);
+    table.horizontalHeader()->setHighlightSections(false);
     auto *copy = new QAction(QApplication::translate("TableText", "Copy"), &table);
     copy->setObjectName(QStringLiteral("copy"));
     copy->setShortcut(QKeySequence::Copy);

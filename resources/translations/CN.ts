@@ -3386,6 +3386,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <translation>%2 帧中的 %1 帧</translation>
     </message>
     <message>
+        <source>%1, %2</source>
+        <translation>%1，%2</translation>
+    </message>
+    <message>
         <source>%1 frames</source>
         <translation>%1 帧</translation>
     </message>
@@ -4372,6 +4376,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
 <context>
     <name>SignalPanel</name>
     <message>
+        <source>, </source>
+        <translation>，</translation>
+    </message>
+    <message>
         <source>Signals of the frame</source>
         <translation>帧的信号</translation>
     </message>
@@ -4429,7 +4437,7 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     </message>
     <message>
         <source>these data were not on the bus; filters and plots leave them out</source>
-        <translation>这些数据未在总线上有效传输；筛选和曲线不包含它们</translation>
+        <translation>这些数据未在总线上有效传输；过滤和曲线不包含它们</translation>
     </message>
     <message>
         <source>&amp;Plot this</source>
@@ -4869,11 +4877,11 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
     <name>OverviewActions</name>
     <message>
         <source>Only these</source>
-        <translation>仅显示这些</translation>
+        <translation>只看这些</translation>
     </message>
     <message>
         <source>Not these</source>
-        <translation>不显示这些</translation>
+        <translation>排除这些</translation>
     </message>
     <message>
         <source>Histogram of its periods...</source>

@@ -3386,6 +3386,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <translation>%1 of %2 frames</translation>
     </message>
     <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
         <source>%1 frames</source>
         <translation>%1 frames</translation>
     </message>
@@ -4371,6 +4375,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
 </context>
 <context>
     <name>SignalPanel</name>
+    <message>
+        <source>, </source>
+        <translation>, </translation>
+    </message>
     <message>
         <source>Signals of the frame</source>
         <translation>Signals of the frame</translation>

@@ -28,6 +28,7 @@ private slots:
     void cleanup();
     void loadsAndScrolls();
     void keysMove();
+    void showsAFrameAmongOthers();
     void filterLine();
     void wrongFilterIsTold();
     void completionIsOffered();
@@ -110,6 +111,22 @@ void tst_CaptureTab::keysMove()
     QCOMPARE(table.firstVisible(), 0);
     QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, {50, table.viewport()->height() / 2});
     QVERIFY(table.currentPlace() > 3);
+}
+
+/// A frame that something leads to has some in front of it on screen.
+void tst_CaptureTab::showsAFrameAmongOthers()
+{
+    FrameTableView &table = m_tab->table();
+    m_tab->showPanels(false);
+    QTRY_VERIFY(table.visibleRows() > 6);
+    for (const qint64 row : {Frames / 2, Frames / 3}) {
+        m_tab->showRow(row);
+        QCOMPARE(qint64(table.currentRow()), row);
+        QCOMPARE(table.currentPlace() - table.firstVisible(), table.visibleRows() / 3);
+    }
+    const int first = table.firstVisible();
+    m_tab->showRow(table.currentRow() + 1); // is seen already
+    QCOMPARE(table.firstVisible(), first);
 }
 
 void tst_CaptureTab::filterLine()

@@ -201,6 +201,7 @@ void tst_DatabaseSignals::names()
 {
     const DatabaseSignals source({{golden("vehicle.dbc"), QStringLiteral("vehicle"), {}}});
     const QStringList offered = source.signalNames();
+    QCOMPARE(source.unit(source.signalNumber(QStringLiteral("EngineSpeed"))), QStringLiteral("rpm"));
     QVERIFY(offered.contains(QStringLiteral("EngineSpeed")));
     QVERIFY(offered.contains(QStringLiteral("EngineData.EngineSpeed")));
     QVERIFY(!offered.contains(QStringLiteral("vehicle.EngineData.EngineSpeed"))); // needs no telling apart

@@ -44,6 +44,7 @@ private slots:
     static void rateCountsFromAStartThatIsKnownLater();
     static void statesHaveTexts_data();
     static void statesHaveTexts();
+    static void signalsHaveUnits();
     static void valuesAtATime();
     static void comesBackWithItsDatabase();
     static void seriesOfOthers();
@@ -160,6 +161,23 @@ void tst_PlotCurve::statesHaveTexts()
     QVERIFY(!curve.series()->isEmpty());
     QCOMPARE(curve.isState(), isState);
     QCOMPARE(curve.valueText(0), isState ? QStringLiteral("Off") : QStringLiteral("0"));
+    QCOMPARE(curve.valueText(7), QStringLiteral("7"));
+}
+
+/// Of a signal by itself; what is worked out of one has another unit, or none.
+void tst_PlotCurve::signalsHaveUnits()
+{
+    class Units : public TestSignals
+    {
+    public:
+        QString unit(int signal) const override { return signal == Temp ? QStringLiteral("degC") : QString(); }
+    };
+    const auto source = std::make_shared<Units>();
+    PlotCurve curve(std::make_shared<BusFrameStore>(), [] {});
+    QVERIFY(curve.start(QStringLiteral("Temp"), source));
+    QCOMPARE(curve.unit(), QStringLiteral("degC"));
+    QCOMPARE(curve.valueText(7), QStringLiteral("7 degC"));
+    QVERIFY(curve.start(QStringLiteral("Temp + 0"), source));
     QCOMPARE(curve.valueText(7), QStringLiteral("7"));
 }
 

@@ -90,6 +90,7 @@ private slots:
     void databaseGoesAndComesBack();
     void statesAreSteps();
     void seriesOfOthers();
+    void timesAreInLine();
     void clockTimes();
     void darkAndLight();
     void followsAGrowingCapture();
@@ -625,6 +626,19 @@ void tst_PlotPanel::seriesOfOthers()
     QVERIFY(panel().curves().entries().empty()); // not kept
     m_tab->capture().setSignalSource(std::make_shared<TestSignals>());
     QCOMPARE(panel().curves().at(0).curve.problem(), QString());
+}
+
+/// Also of panes with a unit beside their scale and without one.
+void tst_PlotPanel::timesAreInLine()
+{
+    add("data[0]");
+    add("rate");
+    const auto left = [this](int index) {
+        return area().pane(index).canvas()->mapTo(&area(), QPoint()).x();
+    };
+    QCOMPARE(area().paneCount(), 2);
+    QTRY_VERIFY(left(1) > area().fontMetrics().height()); // the unit has come
+    QTRY_COMPARE(left(0), left(1));
 }
 
 void tst_PlotPanel::clockTimes()

@@ -1,9 +1,11 @@
-// x9_viewer_gallery LANGUAGE FOLDER   Takes pictures of the viewer with a made-up capture (LANGUAGE zh or en):
-// FOLDER/<LANGUAGE>-viewer.png, ...-viewer-filter, -bookmarks, -dark, -signals, -values, -databases, -signals-dark,
-// -plots, -plots-dark, -failed, and the dialogs ...-viewer-colors, -colors-dark, -columns, -save and -save-dark; for a
-// QT_SCALE_FACTOR of 2 ...@2x.png.
+// x9_viewer_gallery LANGUAGE FOLDER   Takes pictures of the viewer with made-up captures (LANGUAGE zh or en):
+// FOLDER/<LANGUAGE>-viewer.png, the steps of the guide's walk ...-viewer-walk-*, ...-viewer-filter, -bookmarks, -dark,
+// -signals, -values, -databases, -signals-dark, -plots, -plots-dark, -failed, the windows ...-viewer-compare, -periods,
+// -bus-load and the same with -dark, and the dialogs ...-viewer-colors, -colors-dark, -columns, -save and -save-dark;
+// for a QT_SCALE_FACTOR of 2 ...@2x.png.
 
 #include "tests/viewer/SyntheticCapture.h"
+#include "tools/gallery/ViewerWalk.h"
 #include "viewer/CaptureSignals.h"
 #include "viewer/CaptureTab.h"
 #include "viewer/ComparisonWindow.h"
@@ -26,6 +28,9 @@
 #include <QTreeView>
 #include <QtTest>
 
+#include <tuple>
+#include <utility>
+
 namespace {
 
 constexpr qint64 Frames = 200000;
@@ -43,6 +48,7 @@ QPalette darkPalette()
     QPalette palette(QColor(53, 53, 53), QColor(35, 35, 35));
     palette.setColor(QPalette::AlternateBase, QColor(44, 44, 44));
     palette.setColor(QPalette::Highlight, QColor(42, 130, 218));
+    palette.setColor(QPalette::PlaceholderText, QColor(160, 160, 160));
     return palette;
 }
 
@@ -107,6 +113,155 @@ bool showPlots(CaptureTab &tab)
     return isFilled;
 }
 
+/// Of a window with a made-up capture.
+class Gallery
+{
+public:
+    Gallery(QString language, const QString &folder, QString suffix)
+        : m_language(std::move(language))
+        , m_folder(folder)
+        , m_suffix(std::move(suffix))
+    {
+    }
+
+    bool save(QWidget &shown, const QString &name) const
+    {
+        QTest::qWait(700); // windows are brought up to date twice a second
+        return shown.grab().save(m_folder.filePath(QStringLiteral("%1-%2%3").arg(m_language, name, m_suffix)));
+    }
+    bool saveAll();
+
+private:
+    bool saveWindow(const char *name) { return save(m_window, QLatin1String(name)); }
+    bool saveFilter();
+    bool saveAnalyses(const QString &suffix);
+    bool saveDialogs();
+    bool saveDark();
+    bool saveSaving();
+    bool saveFailed();
+    bool saveDialog(const QString &name) const;
+    CaptureTab &tab() { return *m_window.currentTab(); }
+    FilterEdit &filter() { return *tab().findChild<FilterEdit *>(QStringLiteral("filter")); }
+
+    QString m_language;
+    QDir m_folder;
+    QString m_suffix;
+    QTemporaryDir m_settings;
+    ViewerWindow m_window{ViewerSettings(m_settings.path()), [](const QString & /*path*/) {
+                              return syntheticCapture(Frames);
+                          }};
+};
+
+bool Gallery::saveAll()
+{
+    m_window.show();
+    bool isSaved = saveWindow("viewer-welcome");
+    m_window.openFiles({QStringLiteral("drive.csv"), QStringLiteral("bench.blf")});
+    isSaved = QTest::qWaitFor([this] { return tab().capture().overview().covered() == Frames; }) && isSaved;
+    tab().table().setCurrentPlace(40);
+    tab().toggleMark();
+    tab().table().setCurrentPlace(50);
+    isSaved = isSaved && saveWindow("viewer");
+    isSaved =
+        isSaved && saveSignals(tab(), m_settings.path(), [this](const QString &name) { return save(m_window, name); });
+    isSaved = isSaved && saveFilter() && showPlots(tab()) && saveWindow("viewer-plots");
+    tab().toggleMark();
+    tab().table().setCurrentPlace(30001); // its switch moves there
+    tab().toggleMark();
+    return isSaved && saveAnalyses({}) && saveDialogs() && saveDark() && saveSaving() && saveFailed();
+}
+
+/// One that is right and one with a mistake.
+bool Gallery::saveFilter()
+{
+    filter().take(QStringLiteral("data[5] == 1 and not ext"));
+    const bool isFiltered = QTest::qWaitFor([this] { return !tab().capture().isFiltering(); });
+    filter().setText(QStringLiteral("data[5] == 1 and not exd"));
+    const bool isSaved = saveWindow("viewer-filter");
+    filter().take({});
+    return isFiltered && isSaved;
+}
+
+bool Gallery::saveAnalyses(const QString &suffix)
+{
+    for (const auto &[action, name, picture] : {std::make_tuple("compareAtMark", "comparison", "viewer-compare"),
+                                                std::make_tuple("periods", "periods", "viewer-periods"),
+                                                std::make_tuple("busLoad", "busLoad", "viewer-bus-load")}) {
+        auto *shown = m_window.findChild<QWidget *>(QLatin1String(name));
+        shown = shown != nullptr ? shown : openWindow(m_window, action, name);
+        if (shown == nullptr || !save(*shown, QLatin1String(picture) + suffix)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool Gallery::saveDialog(const QString &name) const
+{
+    auto *dialog = m_window.currentTab()->table().findChild<QDialog *>();
+    const bool isSaved = dialog != nullptr && save(*dialog, name);
+    delete dialog;
+    return isSaved;
+}
+
+bool Gallery::saveDialogs()
+{
+    tab().setBookmark(58, QCoreApplication::translate("CaptureTab", "Bookmark"));
+    tab().panels().setCurrentIndex(tab().panels().count() - 1);
+    tab().look().slot_editColors(QStringLiteral("data[5] == 1 and Speed > 5"));
+    bool isSaved = saveDialog(QStringLiteral("viewer-colors"));
+    tab().look().slot_chooseColumns();
+    isSaved = saveDialog(QStringLiteral("viewer-columns")) && isSaved;
+    return isSaved && saveWindow("viewer-bookmarks");
+}
+
+bool Gallery::saveDark()
+{
+    filter().take(QStringLiteral("fd or error or tx"));
+    QApplication::setPalette(darkPalette());
+    tab().panels().setCurrentWidget(&tab().plots());
+    bool isSaved = saveWindow("viewer-plots-dark");
+    tab().plots().setDetached(true);
+    isSaved = save(*tab().plots().area().window(), QStringLiteral("viewer-plots-window")) && isSaved;
+    tab().plots().setDetached(false);
+    tab().panels().setCurrentIndex(0);
+    isSaved = saveAnalyses(QStringLiteral("-dark")) && isSaved;
+    tab().look().slot_editColors(QStringLiteral("data[5] == 1"));
+    isSaved = saveDialog(QStringLiteral("viewer-colors-dark")) && isSaved;
+    isSaved = saveWindow("viewer-dark") && isSaved;
+    filter().take({});
+    tab().panels().setCurrentIndex(1);
+    tab().table().setCurrentPlace(40);
+    return saveWindow("viewer-signals-dark") && isSaved;
+}
+
+/// The dialog, in dark and in light surroundings.
+bool Gallery::saveSaving()
+{
+    constexpr int TryMs = 300; // the kind is tried out with all frames
+    m_window.findChild<QAction *>(QStringLiteral("saveAs"))->trigger();
+    auto *dialog = m_window.findChild<QDialog *>(QStringLiteral("saveDialog"));
+    QTest::qWait(TryMs);
+    bool isSaved = save(*dialog, QStringLiteral("viewer-save-dark"));
+    QApplication::setPalette(QApplication::style()->standardPalette());
+    auto *kinds = dialog->findChild<QComboBox *>(QStringLiteral("kind"));
+    kinds->setCurrentIndex(kinds->findData(QStringLiteral("can")));
+    emit kinds->activated(kinds->currentIndex());
+    QTest::qWait(TryMs);
+    isSaved = save(*dialog, QStringLiteral("viewer-save")) && isSaved;
+    dialog->close();
+    return isSaved;
+}
+
+bool Gallery::saveFailed()
+{
+    ViewerWindow real{ViewerSettings(m_settings.path())};
+    real.resize(m_window.size() * 2 / 3);
+    real.show();
+    real.openFiles({m_settings.filePath(QStringLiteral("missing.csv"))});
+    return save(real, QStringLiteral("viewer-failed"));
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -119,103 +274,18 @@ int main(int argc, char *argv[])
         return 2;
     }
     applyViewerLook();
+    constexpr int UsualPoints = 9; // of the systems that have a desktop
+    QFont font = QApplication::font();
+    font.setPointSize(UsualPoints);
+    QApplication::setFont(font);
+    QApplication::setCursorFlashTime(0); // the same in each run
     ViewerTranslators translators;
     installViewerLanguage(translators,
                           arguments.at(1) == QLatin1String("en") ? QStringLiteral("EN") : QStringLiteral("CN"));
-    const QTemporaryDir settings;
-    ViewerWindow window(ViewerSettings(settings.path()),
-                        [](const QString & /*path*/) { return syntheticCapture(Frames); });
-    window.show();
-    const QString suffix = application.devicePixelRatio() > 1.5 ? QStringLiteral("@2x.png") : QStringLiteral(".png");
-    const auto saveOther = [&](QWidget &shown, const QString &name) {
-        QTest::qWait(700); // windows are brought up to date twice a second
-        return shown.grab().save(QDir(arguments.at(2)).filePath(arguments.at(1) + QLatin1Char('-') + name + suffix));
-    };
-    const auto save = [&](const QString &name) {
-        return saveOther(window, name);
-    };
-    bool isSaved = save(QStringLiteral("viewer-welcome"));
-    window.openFiles({QStringLiteral("drive.csv"), QStringLiteral("bench.blf")});
-    CaptureTab &tab = *window.currentTab();
-    const bool isLoaded = QTest::qWaitFor([&tab] { return tab.capture().overview().covered() == Frames; });
-    tab.table().setCurrentPlace(40);
-    tab.toggleMark();
-    tab.table().setCurrentPlace(50);
-    isSaved = isLoaded && isSaved && save(QStringLiteral("viewer"));
-    isSaved = isSaved && saveSignals(tab, settings.path(), save);
-    auto *filter = tab.findChild<FilterEdit *>(QStringLiteral("filter"));
-    filter->take(QStringLiteral("data[5] == 1 and not ext"));
-    isSaved = QTest::qWaitFor([&tab] { return !tab.capture().isFiltering(); }) && isSaved;
-    filter->setText(QStringLiteral("data[5] == 1 and not exd"));
-    isSaved = isSaved && save(QStringLiteral("viewer-filter"));
-    filter->take({});
-    isSaved = isSaved && showPlots(tab) && save(QStringLiteral("viewer-plots"));
-    tab.toggleMark();
-    tab.table().setCurrentPlace(30001); // its switch moves there
-    tab.toggleMark();
-    const QVector<QPair<QWidget *, QString>> others{
-        {openWindow(window, "compareAtMark", "comparison"), QStringLiteral("viewer-compare")},
-        {openWindow(window, "periods", "periods"), QStringLiteral("viewer-periods")},
-        {openWindow(window, "busLoad", "busLoad"), QStringLiteral("viewer-bus-load")}};
-    for (const auto &[shown, name] : others) {
-        isSaved = isSaved && shown != nullptr && saveOther(*shown, name);
-    }
-    tab.setBookmark(58, QCoreApplication::translate("CaptureTab", "Bookmark"));
-    tab.panels().setCurrentIndex(1);
-    const auto saveDialog = [&](const QString &name) {
-        QTest::qWait(100);
-        auto *dialog = tab.table().findChild<QDialog *>();
-        const QString path = arguments.at(1) + QLatin1Char('-') + name + suffix;
-        const bool isDialogSaved = dialog->grab().save(QDir(arguments.at(2)).filePath(path));
-        delete dialog;
-        return isDialogSaved;
-    };
-    tab.look().slot_editColors(QStringLiteral("data[5] == 1 and Speed > 5"));
-    isSaved = saveDialog(QStringLiteral("viewer-colors")) && isSaved;
-    tab.look().slot_chooseColumns();
-    isSaved = saveDialog(QStringLiteral("viewer-columns")) && isSaved;
-    isSaved = isSaved && save(QStringLiteral("viewer-bookmarks"));
-    filter->take(QStringLiteral("fd or error or tx"));
-    QApplication::setPalette(darkPalette());
-    tab.panels().setCurrentWidget(&tab.plots());
-    isSaved = isSaved && save(QStringLiteral("viewer-plots-dark"));
-    tab.plots().setDetached(true);
-    QTest::qWait(700);
-    isSaved = tab.plots().area().window()->grab().save(
-                  QDir(arguments.at(2)).filePath(arguments.at(1) + QStringLiteral("-viewer-plots-window") + suffix)) &&
-              isSaved;
-    tab.plots().setDetached(false);
-    tab.panels().setCurrentIndex(0);
-    for (const auto &[shown, name] : others) {
-        isSaved = isSaved && saveOther(*shown, name + QStringLiteral("-dark"));
-    }
-    tab.look().slot_editColors(QStringLiteral("data[5] == 1"));
-    isSaved = saveDialog(QStringLiteral("viewer-colors-dark")) && isSaved;
-    isSaved = isSaved && save(QStringLiteral("viewer-dark"));
-    filter->take({});
-    tab.panels().setCurrentIndex(1);
-    tab.table().setCurrentPlace(40);
-    isSaved = isSaved && save(QStringLiteral("viewer-signals-dark"));
-    window.findChild<QAction *>(QStringLiteral("saveAs"))->trigger();
-    auto *dialog = window.findChild<QDialog *>(QStringLiteral("saveDialog"));
-    const auto saveSaving = [&](const QString &name) {
-        QTest::qWait(1000); // the kind is tried out with all frames
-        return dialog->grab().save(QDir(arguments.at(2)).filePath(arguments.at(1) + QLatin1Char('-') + name + suffix));
-    };
-    isSaved = isSaved && saveSaving(QStringLiteral("viewer-save-dark"));
-    QApplication::setPalette(QApplication::style()->standardPalette());
-    auto *kinds = dialog->findChild<QComboBox *>(QStringLiteral("kind"));
-    kinds->setCurrentIndex(kinds->findData(QStringLiteral("can")));
-    emit kinds->activated(kinds->currentIndex());
-    isSaved = isSaved && saveSaving(QStringLiteral("viewer-save"));
-    dialog->close();
-    ViewerWindow real{ViewerSettings(settings.path())};
-    real.resize(window.size() * 2 / 3);
-    real.show();
-    real.openFiles({settings.filePath(QStringLiteral("missing.csv"))});
-    QTest::qWait(700);
-    isSaved =
-        isSaved &&
-        real.grab().save(QDir(arguments.at(2)).filePath(arguments.at(1) + QStringLiteral("-viewer-failed") + suffix));
-    return isSaved ? 0 : 1;
+    const bool isDense = application.devicePixelRatio() > 1.5;
+    Gallery gallery(arguments.at(1), arguments.at(2), isDense ? QStringLiteral("@2x.png") : QStringLiteral(".png"));
+    const QTemporaryDir walk;
+    const bool isWalked =
+        walkThroughCapture(walk.path(), [&](QWidget &shown, const QString &name) { return gallery.save(shown, name); });
+    return isWalked && gallery.saveAll() ? 0 : 1;
 }

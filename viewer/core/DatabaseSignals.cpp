@@ -224,6 +224,11 @@ QString DatabaseSignals::valueText(int signal, double value) const
     return QString::fromUtf8(text.data(), static_cast<int>(text.size()));
 }
 
+QString DatabaseSignals::unit(int signal) const
+{
+    return this->signal(signal).unit();
+}
+
 const DatabaseMessage &DatabaseSignals::message(int number) const
 {
     const PreparedMessage &prepared = m_messages[static_cast<std::size_t>(number)];

@@ -47,6 +47,7 @@ bool PlotCurve::start(const QString &text, std::shared_ptr<const SignalSource> s
         const auto one = FrameValue::parse(QStringLiteral("1"), {}, error);
         m_run.start(one.value_or(FrameValue()), m_expression->filter);
     } else {
+        m_unit = m_expression->signal >= 0 ? m_source->unit(m_expression->signal) : QString();
         m_run.start(*m_expression->value, m_expression->filter);
     }
     return true;

@@ -37,4 +37,6 @@ public:
     virtual double value(int signal, const BusFrame &frame) const = 0;
     /// What a value stands for; empty where it is a number only.
     virtual QString valueText(int signal, double value) const = 0;
+    /// Of its physical values; empty where they have none.
+    virtual QString unit(int /*signal*/) const { return {}; }
 };
