@@ -77,7 +77,7 @@ public:
         }
         std::memcpy(to, m_text, MaxSize);
         const auto ms = static_cast<quint64>(nanoseconds - m_begin) / quint64{NanosecondsPerMs};
-        return FrameBytes::putThreeDigits(to + Size - 3, std::min<quint64>(ms, 999));
+        return FrameBytes::putThreeDigits(to + Size - 3, static_cast<std::size_t>(std::min<quint64>(ms, 999)));
     }
 
 private:
