@@ -132,7 +132,7 @@ public:
             return FrameBytes::putDecimal(to, m_rest);
         }
         std::memcpy(to, m_thousands.data(), m_thousands.size());
-        return FrameBytes::putThreeDigits(to + m_size, m_rest);
+        return FrameBytes::putThreeDigits(to + m_size, static_cast<std::size_t>(m_rest));
     }
 
 private:
