@@ -39,7 +39,7 @@ private slots:
 
 private:
     QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
-    SaveOrder order(const char *format, const char *name) const;
+    SaveOrder order(const char *kind, const char *name) const;
     SaveResult save(const SaveOrder &order);
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -92,6 +92,7 @@ void tst_CaptureSaver::everyKindHoldsWhatIsShown()
 {
     QFETCH(const QByteArray, kind);
     std::vector<BusFrame> frames;
+    frames.reserve(3000);
     for (int i = 0; i < 3000; ++i) {
         frames.push_back(canFrame(qint64{i} * 1000000, static_cast<quint32>(i % 2048), "0102030405060708"));
     }

@@ -63,7 +63,7 @@ void tst_ColumnLayout::damagedJson_data()
     const QString all = QLatin1String(Standard);
     QTest::newRow("nothing") << QByteArray() << all;
     QTest::newRow("no JSON") << QByteArray("@ByteArray(\x01") << all;
-    QTest::newRow("other things") << QByteArray("[1, {}, \"data\", {\"column\": 3}]") << all;
+    QTest::newRow("other things") << QByteArray(R"([1, {}, "data", {"column": 3}])") << all;
     QTest::newRow("none is shown") << QByteArray(R"([{"column": "data", "shown": false}])") << all;
     QTest::newRow("one unknown") << QByteArray(R"([{"column": "x", "shown": true}, {"column": "data"}])")
                                  << QStringLiteral("12");
