@@ -6,6 +6,7 @@
 #include "viewer/ViewerWindow.h"
 
 #include <QAction>
+#include <QDialog>
 #include <QDropEvent>
 #include <QLabel>
 #include <QMenu>

@@ -100,7 +100,7 @@ ValuePointer FilterParser::value()
     return value;
 }
 
-TestPointer FilterParser::asTest(Operand operand) const
+TestPointer FilterParser::asTest(Operand operand)
 {
     switch (operand.kind) {
     case Kind::Test:
@@ -115,7 +115,7 @@ TestPointer FilterParser::asTest(Operand operand) const
     fail(operand.place, tr("A comparison is missing behind this."));
 }
 
-ValuePointer FilterParser::asValue(Operand operand) const
+ValuePointer FilterParser::asValue(Operand operand)
 {
     switch (operand.kind) {
     case Kind::Value:

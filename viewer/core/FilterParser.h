@@ -68,8 +68,8 @@ private:
     TestPointer dataTest(bool isWhole);
     TestPointer nameTest(bool isWhole);
 
-    TestPointer asTest(Operand operand) const;
-    ValuePointer asValue(Operand operand) const;
+    static TestPointer asTest(Operand operand);
+    static ValuePointer asValue(Operand operand);
     void offerOperators(Kind kind);
 
     std::shared_ptr<const SignalSource> m_source;

@@ -29,7 +29,8 @@ public:
         m_left->work(batch, mask, left);
         m_right->work(batch, mask, right);
         const auto compare = [&](auto isTrue) {
-            forEach(batch, [&](std::size_t i, std::size_t /*at*/) { mask[i] = mask[i] & isTrue(left[i], right[i]); });
+            forEach(batch,
+                    [&](std::size_t i, std::size_t /*at*/) { mask[i] = mask[i] & int{isTrue(left[i], right[i])}; });
         };
         switch (m_operator) {
         case ComparisonOperator::Equal:

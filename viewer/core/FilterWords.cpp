@@ -47,8 +47,8 @@ std::optional<DataPattern> dataPattern(const QString &text)
             return std::nullopt;
         }
         const auto at = static_cast<std::size_t>(i / 2);
-        pattern.bytes[at] = static_cast<uchar>(pattern.bytes[at] << 4U | static_cast<unsigned>(value));
-        pattern.masks[at] = static_cast<uchar>(pattern.masks[at] << 4U | (isFree ? 0U : 15U));
+        pattern.bytes[at] = static_cast<uchar>(pattern.bytes[at] << 4 | value);
+        pattern.masks[at] = static_cast<uchar>(pattern.masks[at] << 4 | (isFree ? 0 : 15));
     }
     pattern.size = digits.size() / 2;
     return pattern;

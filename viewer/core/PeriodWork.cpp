@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr qint64 SliceRows = BusFrameStore::BlockRows * 4;
+constexpr qint64 SliceRows = qint64{BusFrameStore::BlockRows} * 4;
 constexpr int UsualBins = 100;
 constexpr double OutliersAtEachEnd = 0.005;
 /// So much of all that the bins show may be outside before they are chosen anew.
