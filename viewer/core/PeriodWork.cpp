@@ -52,11 +52,11 @@ PeriodWork::~PeriodWork() = default;
 std::size_t PeriodWork::surveyIndex(qint64 period)
 {
     int octave = 0;
-    while (period >= 2 * StepsOfOctave) {
+    while (period >= qint64{2} * StepsOfOctave) {
         period /= 2;
         ++octave;
     }
-    const auto index = static_cast<std::size_t>(octave * StepsOfOctave + period);
+    const auto index = static_cast<std::size_t>(qint64{octave} * StepsOfOctave + period);
     return index;
 }
 
