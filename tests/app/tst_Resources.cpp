@@ -516,11 +516,12 @@ void tst_Resources::everyMessageIsChinese()
                                      QStringLiteral("B - A [ms]"),
                                      QStringLiteral(" ms")};
     const QRegularExpression chinese(QStringLiteral("\\p{Han}"));
+    const QRegularExpression letter(QStringLiteral("\\p{L}")); // of which signs alone have none
     QString error;
     const QVector<Message> messages = messagesOf(QStringLiteral("CN.ts"), &error);
     QVERIFY(!messages.isEmpty());
     for (const Message &message : messages) {
-        if (!unchanged.contains(message.source)) {
+        if (!unchanged.contains(message.source) && message.source.contains(letter)) {
             QVERIFY2(chinese.match(message.translation).hasMatch(), qPrintable(message.source));
         }
     }
