@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # tools/check-style.sh [--fix] [--all | COMMIT]   Fails on what clang-format would write otherwise, in all sources, and on what
 # clang-tidy finds by .clang-tidy in the sources that differ from COMMIT; --fix mends what can be mended without a thought,
-# --all takes all sources. COMMIT is $X9_TIDY_BASE by default, or where this branch left origin/main, or, in a clone of main
-# itself, the last commit that is four hours older than the newest: those in between came together with it.
+# --all takes all sources. COMMIT is $X9_TIDY_BASE by default, or where this branch left origin/main. In a clone of main itself
+# it is the sources that commits of the last four hours before the newest touched, on whichever branch: they came together.
 #
 # A header is checked with the source of its name, or else with one that includes it. Sources for other systems, which this
 # one cannot compile, are left out. Needs no finished build: only what the build generates is made (preset release).
@@ -27,17 +27,20 @@ git ls-files -z -- '*.h' '*.cpp' | xargs -0 -r clang-format --style=file "${mode
 
 if [[ -z $base ]]; then
   base=$(git merge-base HEAD origin/main 2>/dev/null || true)
-  if [[ -z $base || $base == "$(git rev-parse HEAD)" ]]; then
-    base=$(git rev-list -1 --before="$(($(git log -1 --format=%ct) - 4 * 3600))" HEAD)
-  fi
+  [[ $base != "$(git rev-parse HEAD)" ]] || base=
 fi
 changed() {
-  if [[ -n $all || -z $base ]]; then
+  if [[ -n $all ]]; then
     git ls-files -- "$@"
-  else
-    git diff --name-only --diff-filter=d "$base" -- "$@"
-    git ls-files --others --exclude-standard -- "$@"
+    return
   fi
+  if [[ -n $base ]]; then
+    git diff --name-only --diff-filter=d "$base" -- "$@"
+  else
+    git log --since="$(($(git log -1 --format=%ct) - 4 * 3600))" --no-merges --name-only --format= -- "$@" | sort -u |
+      while read -r path; do [[ ! -e $path ]] || echo "$path"; done
+  fi
+  git ls-files --others --exclude-standard -- "$@"
 }
 files=$(
   {
