@@ -102,6 +102,12 @@ bool readData(const char *&at, const char *end, int most, BusFrame &frame)
     return true;
 }
 
+/// Neither error frames nor CAN FD have any.
+bool canBeRemote(const BusFrame &frame)
+{
+    return !frame.is(BusFrame::Error) && !frame.is(BusFrame::Fd);
+}
+
 /// "R", and the length where it is there.
 void readRemote(const char *&at, const char *end, BusFrame &frame)
 {
@@ -268,14 +274,14 @@ bool CandumpLine::readScreen(std::string_view line, BusFrame &frame)
         word = nextWord(at, end);
         if (i == 0 && word == "remote") {
             frame.set(BusFrame::Remote);
-            return !frame.is(BusFrame::Error);
+            return canBeRemote(frame);
         }
         if (word.size() != 2 || !TextNumbers::hexBytes(word.data(), 1, 2, &frame.data[i])) {
             return false;
         }
     }
     frame.set(BusFrame::Remote, length == 0 && nextWord(at, end) == "remote");
-    return !frame.is(BusFrame::Remote) || !frame.is(BusFrame::Error);
+    return !frame.is(BusFrame::Remote) || canBeRemote(frame);
 }
 
 char *putCandumpFrame(char *to, const BusFrame &frame)

@@ -147,6 +147,10 @@ void tst_CandumpFormat::noRemoteErrorFrames()
         readBytes(format("candump"), fileBytes(QStringLiteral("exchange/candump_remote_error.log")));
     QCOMPARE(described(reading.frames), QStringList(QStringLiteral("0/- 0 rx 123 remote [0]")));
     QCOMPARE(reading.findings.count(), 2);
+    const Reading fd =
+        readBytes(format("candump"), "  can0  7FF   [00]  remote request\n  can0  7FF   [08]  remote request\n");
+    QCOMPARE(described(fd.frames), QStringList());
+    QCOMPARE(fd.findings.count(), 2);
 }
 
 void tst_CandumpFormat::directions_data()
