@@ -184,8 +184,9 @@ bool readLength(std::string_view word, int &length, bool &isFd)
         return false;
     }
     const char *at = word.data() + 1;
+    const char *end = word.data() + word.size() - 1;
     qint64 number = 0;
-    const bool isNumber = TextNumbers::decimal(at, word.data() + word.size() - 1, number) && *at == ']';
+    const bool isNumber = TextNumbers::decimal(at, end, number) && at == end;
     length = static_cast<int>(number);
     return isNumber && number <= (isFd ? BusFrame::MaxLength : MaxClassic);
 }
@@ -264,6 +265,9 @@ bool CandumpLine::readScreen(std::string_view line, BusFrame &frame)
     bool isFd = false;
     if (name.empty() || !isIdentifierWord(word, frame) || !readLength(nextWord(at, end), length, isFd)) {
         return false;
+    }
+    if (isFd && frame.is(BusFrame::Error)) {
+        return false; // there are none of CAN FD
     }
     if (isFd) {
         setFd(frame, bits);

@@ -151,6 +151,10 @@ void tst_CandumpFormat::noRemoteErrorFrames()
         readBytes(format("candump"), "  can0  7FF   [00]  remote request\n  can0  7FF   [08]  remote request\n");
     QCOMPARE(described(fd.frames), QStringList());
     QCOMPARE(fd.findings.count(), 2);
+    const Reading errors = readBytes(format("candump"), "  can0  20000004   [08]  00 00 00 00 00 00 00 00\n"
+                                                        "  can0  123   [0]]\n");
+    QCOMPARE(described(errors.frames), QStringList());
+    QCOMPARE(errors.findings.count(), 2);
 }
 
 void tst_CandumpFormat::directions_data()
