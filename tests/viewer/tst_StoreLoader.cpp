@@ -3,6 +3,7 @@
 #include "viewer/core/CaptureFile.h"
 #include "viewer/core/StoreLoader.h"
 
+#include <QPointer>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -21,6 +22,7 @@ struct Script
     std::atomic<bool> isGrowing{false};
     std::atomic<bool> isBroken{false};
     std::atomic<bool> isHeldUp{false};
+    QPointer<QThread> thread; ///< that reads; set before reads is counted
     std::atomic<int> reads{0};
     CaptureInfo::TimeBase timeBase = CaptureInfo::SinceStart;
 };
@@ -53,6 +55,9 @@ private:
 
         int read(BusFrame *frames, int room) override
         {
+            if (m_stream.m_script->reads == 0) {
+                m_stream.m_script->thread = QThread::currentThread();
+            }
             ++m_stream.m_script->reads;
             while (m_stream.m_script->isHeldUp) {
                 QThread::msleep(1);
@@ -163,9 +168,10 @@ void tst_StoreLoader::endsSoonWhenReadingHangs()
     clock.start();
     loader.reset();
     QVERIFY(clock.elapsed() < qint64{2} * StoreLoader::StopWaitMs);
+    QVERIFY(!m_script->thread.isNull());
     m_script->isHeldUp = false;
-    QTRY_COMPARE(m_script.use_count(), 1); // the thread has gone
-    QTest::qWait(100);                     // and so does what the toolkit has of it
+    QTRY_COMPARE(m_script.use_count(), 1);  // the thread has gone
+    QTRY_VERIFY(m_script->thread.isNull()); // and so has what the toolkit has of it
 }
 
 void tst_StoreLoader::followsAGrowingCapture()

@@ -361,8 +361,11 @@ void tst_ViewerWindow::noticesWhatBecomesOfAFile()
     if (change == QLatin1String("emptied") || change == QLatin1String("cut")) {
         QVERIFY(QFile::resize(file, change == QLatin1String("cut") ? 1000 : 0));
     } else {
-        if (!QFile::remove(file)) {
-            QSKIP("Here a file that is open cannot be deleted.");
+        if (!QFile::remove(file)) { // Windows keeps a file that is open, and it is followed on
+            QCOMPARE(QSysInfo::kernelType(), QStringLiteral("winnt"));
+            write(file, candumpLines(1), QIODevice::Append);
+            QTRY_COMPARE(tab.capture().rowCount(), 501);
+            return;
         }
         if (change == QLatin1String("replaced")) {
             write(file, candumpLines(700));
