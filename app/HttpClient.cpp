@@ -1,8 +1,9 @@
 #include "app/HttpClient.h"
 
+#include "device/CallQueue.h"
+
 #include <QCoreApplication>
 #include <QDeadlineTimer>
-#include <QEvent>
 #include <QNetworkAccessManager>
 #include <QNetworkProxy>
 #include <QNetworkReply>
@@ -11,8 +12,6 @@
 
 #include <array>
 #include <atomic>
-#include <deque>
-#include <functional>
 #include <mutex>
 #include <optional>
 #include <utility>
@@ -34,9 +33,8 @@ bool isAllowed(const HttpRequest &request)
            (url.scheme() == QLatin1String("https") || isPlainHttp(request.service));
 }
 
-/// A thread with an event loop that does what it is handed, by a queue of its own: the lock of the toolkit's is one
-/// that ThreadSanitizer does not see.
-class Lane : public QObject
+/// A thread with an event loop that does what it is handed.
+class Lane : public CallQueue
 {
 public:
     Lane()
@@ -45,29 +43,8 @@ public:
         m_thread.start();
     }
 
-    void post(std::function<void()> act)
-    {
-        {
-            const std::lock_guard lock(m_mutex);
-            m_acts.push_back(std::move(act));
-        }
-        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-    }
-
-protected:
-    void customEvent(QEvent * /*event*/) override
-    {
-        std::unique_lock lock(m_mutex);
-        const std::function<void()> act = std::move(m_acts.front());
-        m_acts.pop_front();
-        lock.unlock();
-        act();
-    }
-
 private:
     QThread m_thread;
-    std::mutex m_mutex; ///< guards m_acts
-    std::deque<std::function<void()>> m_acts;
 };
 
 void endLanes();

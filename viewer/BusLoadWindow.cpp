@@ -56,7 +56,7 @@ BusLoadWindow::BusLoadWindow(CaptureTab &tab, const BusLoadMemory &memory)
     , m_memory(memory)
     , m_settings(memory.load(tab.capture().path()))
     , m_lastAbove(Before)
-    , m_run([this] { QMetaObject::invokeMethod(this, &BusLoadWindow::slot_hasResult, Qt::QueuedConnection); })
+    , m_run(m_calls.poster([this] { slot_hasResult(); }))
 {
     setObjectName(QStringLiteral("busLoad"));
     setAttribute(Qt::WA_DeleteOnClose);

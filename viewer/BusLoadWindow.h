@@ -1,5 +1,6 @@
 #pragma once
 
+#include "device/CallQueue.h"
 #include "viewer/core/BusLoadMemory.h"
 #include "viewer/core/SliceRun.h"
 
@@ -79,5 +80,6 @@ private:
     std::shared_ptr<const BusLoads> m_loads;
     qint64 m_lastAbove; ///< the time that was shown last
     bool m_isFilling = false;
+    CallQueue m_calls;        ///< from the threads below
     SliceRun<BusLoads> m_run; ///< the last member: its thread ends before the others go
 };

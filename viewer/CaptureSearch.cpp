@@ -5,8 +5,7 @@
 CaptureSearch::CaptureSearch(OpenCapture &capture, QObject *parent)
     : QObject(parent)
     , m_capture(capture)
-    , m_count(capture.sharedStore(),
-              [this] { QMetaObject::invokeMethod(this, &CaptureSearch::slot_counted, Qt::QueuedConnection); })
+    , m_count(capture.sharedStore(), m_calls.poster([this] { slot_counted(); }))
 {
     connect(&capture, &OpenCapture::sig_found, this, &CaptureSearch::slot_found);
     connect(&capture, &OpenCapture::sig_rowsReset, this, &CaptureSearch::slot_countAgain);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "device/CallQueue.h"
 #include "viewer/core/MatchCount.h"
 #include "viewer/core/OpenCapture.h"
 
@@ -41,7 +42,8 @@ private:
 
     OpenCapture &m_capture;
     Filter m_wanted;
-    Filter m_filter; ///< the wanted ones among those that are shown
+    Filter m_filter;   ///< the wanted ones among those that are shown
+    CallQueue m_calls; ///< from the threads below
     MatchCount m_count;
     qint64 m_row = -1;
     End m_reached = End::None; ///< where the last search stopped

@@ -36,7 +36,7 @@ constexpr int UsualPercent = 10;
 ComparisonWindow::ComparisonWindow(QTabWidget &tabs, QWidget *parent)
     : QWidget(parent, Qt::Window)
     , m_tabs(tabs)
-    , m_run([this] { QMetaObject::invokeMethod(this, &ComparisonWindow::slot_hasResult, Qt::QueuedConnection); })
+    , m_run(m_calls.poster([this] { slot_hasResult(); }))
     , m_findThread(1)
 {
     setObjectName(QStringLiteral("comparison"));
@@ -448,14 +448,11 @@ void ComparisonWindow::goToMove(CaptureTab &tab, const QString &filter, qint64 f
     m_findThread.start([this, store = tab.capture().sharedStore(), wanted = *parsed, first, stop = m_stopFinding,
                         place = QPointer<CaptureTab>(&tab)] {
         const qint64 row = findRow(*store, wanted, first, false, *stop).value_or(-1);
-        QMetaObject::invokeMethod(
-            this,
-            [this, stop, row, place] {
-                if (!*stop && row >= 0) {
-                    seek(place, row, SeekTries);
-                }
-            },
-            Qt::QueuedConnection);
+        m_calls.post([this, stop, row, place] {
+            if (!*stop && row >= 0) {
+                seek(place, row, SeekTries);
+            }
+        });
     });
 }
 

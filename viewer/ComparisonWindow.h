@@ -1,5 +1,6 @@
 #pragma once
 
+#include "device/CallQueue.h"
 #include "viewer/ComparisonModel.h"
 #include "viewer/core/SliceRun.h"
 
@@ -89,6 +90,7 @@ private:
     Request m_request;
     QVector<CaptureTab *> m_known; ///< in the lists; compared only, never looked at
     QStringList m_knownNames;
+    CallQueue m_calls; ///< from the threads below
     std::shared_ptr<std::atomic<bool>> m_stopFinding;
     // Below what their threads use.
     SliceRun<Comparison> m_run;

@@ -45,7 +45,7 @@ QString milliseconds(double nanoseconds)
 PeriodWindow::PeriodWindow(CaptureTab &tab)
     : QWidget(&tab, Qt::Window)
     , m_tab(tab)
-    , m_run([this] { QMetaObject::invokeMethod(this, &PeriodWindow::slot_hasResult, Qt::QueuedConnection); })
+    , m_run(m_calls.poster([this] { slot_hasResult(); }))
     , m_findThread(1)
 {
     setObjectName(QStringLiteral("periods"));
@@ -342,14 +342,11 @@ void PeriodWindow::slot_clicked(const QPointF &place)
     m_findThread.start(
         [this, store = m_tab.capture().sharedStore(), choice = m_choice, low, high, after, stop = m_stopFinding] {
             const qint64 row = findPeriod(*store, choice.key, choice.channel, low, high, after, *stop).value_or(-1);
-            QMetaObject::invokeMethod(
-                this,
-                [this, stop, row] {
-                    if (!*stop && row >= 0) {
-                        goTo(row);
-                    }
-                },
-                Qt::QueuedConnection);
+            m_calls.post([this, stop, row] {
+                if (!*stop && row >= 0) {
+                    goTo(row);
+                }
+            });
         });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "device/CallQueue.h"
 #include "viewer/core/PeriodWork.h"
 #include "viewer/core/SliceRun.h"
 
@@ -65,6 +66,7 @@ private:
     std::shared_ptr<const Periods> m_periods;
     qint64 m_shownRow = -1; ///< the one that the last click showed, of bin m_shownBin
     qint64 m_shownBin = -1;
+    CallQueue m_calls; ///< from the threads below
     std::shared_ptr<std::atomic<bool>> m_stopFinding;
     // Below what their threads use.
     SliceRun<Periods> m_run;

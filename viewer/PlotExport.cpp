@@ -95,8 +95,7 @@ void PlotExport::save(const QString &path, Writer writer)
         if (!isWritten && error.isEmpty()) {
             error = file.errorString();
         }
-        QMetaObject::invokeMethod(
-            this, [this, path, error] { finish(path, error); }, Qt::QueuedConnection);
+        m_calls.post([this, path, error] { finish(path, error); });
     });
 }
 

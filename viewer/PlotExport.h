@@ -1,5 +1,6 @@
 #pragma once
 
+#include "device/CallQueue.h"
 #include "viewer/core/SeriesCsv.h"
 #include "viewer/core/WorkerThreads.h"
 
@@ -53,5 +54,6 @@ private:
 
     int m_running = 0; ///< with those that are being stopped
     std::shared_ptr<std::atomic<bool>> m_stop;
+    CallQueue m_calls;      ///< from the threads below
     WorkerThreads m_thread; ///< the last member: it ends before the others go
 };

@@ -56,9 +56,8 @@ PlottedCurve &PlottedCurves::add(const PlotEntry &entry)
                        [number](const auto &plotted) { return plotted->number == number; })) {
         ++number;
     }
-    m_curves.push_back(std::make_unique<PlottedCurve>(entry, m_capture.sharedStore(), [this] {
-        QMetaObject::invokeMethod(this, &PlottedCurves::slot_found, Qt::QueuedConnection);
-    }));
+    m_curves.push_back(
+        std::make_unique<PlottedCurve>(entry, m_capture.sharedStore(), m_calls.poster([this] { slot_found(); })));
     m_curves.back()->number = number;
     return *m_curves.back();
 }

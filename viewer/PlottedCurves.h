@@ -1,5 +1,6 @@
 #pragma once
 
+#include "device/CallQueue.h"
 #include "viewer/core/OpenCapture.h"
 #include "viewer/core/PlotEntries.h"
 #include "viewer/core/TimeViews.h"
@@ -69,6 +70,7 @@ private:
     void limitMemory();
 
     OpenCapture &m_capture;
+    CallQueue m_calls; ///< from the threads below
     std::vector<std::unique_ptr<PlottedCurve>> m_curves;
     QTimer m_nextRound;
     QElapsedTimer m_sinceFilled;

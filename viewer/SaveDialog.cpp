@@ -58,7 +58,7 @@ SaveDialog::SaveDialog(OpenCapture &capture, Context context, QWidget *parent)
     : QDialog(parent)
     , m_capture(capture)
     , m_context(std::move(context))
-    , m_saver([this] { QMetaObject::invokeMethod(this, &SaveDialog::slot_ended, Qt::QueuedConnection); })
+    , m_saver(m_calls.poster([this] { slot_ended(); }))
 {
     setObjectName(QStringLiteral("saveDialog"));
     setWindowTitle(tr("Save as"));

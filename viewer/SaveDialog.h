@@ -1,5 +1,6 @@
 #pragma once
 
+#include "device/CallQueue.h"
 #include "viewer/core/CaptureSaver.h"
 #include "viewer/core/OpenCapture.h"
 
@@ -70,6 +71,7 @@ private:
 
     OpenCapture &m_capture;
     const Context m_context;
+    CallQueue m_calls;    ///< from the threads below
     CaptureSaver m_saver; ///< of trials, too: one goes on at a time
     bool m_isSaving = false;
     bool m_isRunning = false; ///< the saver has not told its result yet

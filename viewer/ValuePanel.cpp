@@ -30,8 +30,7 @@ ValuePanel::ValuePanel(OpenCapture &capture, QWidget *parent)
     : QWidget(parent)
     , m_capture(capture)
     , m_model(capture.store())
-    , m_last(capture.store(),
-             [this] { QMetaObject::invokeMethod(this, &ValuePanel::slot_found, Qt::QueuedConnection); })
+    , m_last(capture.store(), m_calls.poster([this] { slot_found(); }))
 {
     m_shown.setSourceModel(&m_model);
     makeTree();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "device/CallQueue.h"
 #include "viewer/core/OpenCapture.h"
 #include "viewer/ValueTreeModel.h"
 
@@ -61,5 +62,6 @@ private:
     QPushButton *m_only = nullptr;
     QPushButton *m_plot = nullptr;
     QTreeView *m_tree = nullptr;
+    CallQueue m_calls;  ///< from the threads below
     LastSignals m_last; ///< the last member: its thread ends before the others go
 };

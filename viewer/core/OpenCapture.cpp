@@ -34,11 +34,8 @@ OpenCapture::OpenCapture(QString path, const StoreLoader::Open &open, bool follo
     , m_path(std::move(path))
     , m_store(limitedStore())
     , m_loader(std::make_unique<StoreLoader>(m_store, open, follow))
-    , m_filterRun(std::make_unique<FilterRun>(
-          m_store, [this] { QMetaObject::invokeMethod(this, &OpenCapture::takeRows, Qt::QueuedConnection); }))
-    , m_overview(std::make_unique<OverviewRun>(
-          m_store,
-          [this] { QMetaObject::invokeMethod(this, &OpenCapture::sig_overviewChanged, Qt::QueuedConnection); }))
+    , m_filterRun(std::make_unique<FilterRun>(m_store, m_calls.poster([this] { takeRows(); })))
+    , m_overview(std::make_unique<OverviewRun>(m_store, m_calls.poster([this] { emit sig_overviewChanged(); })))
     , m_findThread(1)
 {
     m_sinceBegin.start();
@@ -113,14 +110,11 @@ void OpenCapture::find(const Filter &filter, qint64 row, bool isBackward)
     m_stopFinding = std::make_shared<std::atomic<bool>>(false);
     m_findThread.start([this, store = m_store, stop = m_stopFinding, filter, row, isBackward] {
         const qint64 found = findRow(*store, filter, row, isBackward, *stop).value_or(-1);
-        QMetaObject::invokeMethod(
-            this,
-            [this, stop, found] {
-                if (!*stop) {
-                    emit sig_found(found);
-                }
-            },
-            Qt::QueuedConnection);
+        m_calls.post([this, stop, found] {
+            if (!*stop) {
+                emit sig_found(found);
+            }
+        });
     });
 }
 

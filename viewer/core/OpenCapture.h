@@ -1,5 +1,6 @@
 #pragma once
 
+#include "device/CallQueue.h"
 #include "viewer/core/Bookmarks.h"
 #include "viewer/core/Filter.h"
 #include "viewer/core/FilterRun.h"
@@ -88,6 +89,7 @@ private:
     Bookmarks m_bookmarks;
     QElapsedTimer m_sinceBegin;
     QTimer m_timer;
+    CallQueue m_calls; ///< from the threads below
     std::shared_ptr<std::atomic<bool>> m_stopFinding;
     // Below what their threads use.
     std::unique_ptr<StoreLoader> m_loader;
