@@ -170,6 +170,15 @@ quint64 SignalDecoder::nearestBits(double raw) const
     return toUnsigned(raw);
 }
 
+std::optional<double> SignalDecoder::numberOfText(quint64 textValue) const
+{
+    if (m_type == DatabaseSignal::Float) {
+        return number(nearestBits(static_cast<double>(static_cast<qint64>(textValue))));
+    }
+    const quint64 field = textValue & m_field.mask();
+    return number(m_type == DatabaseSignal::Signed ? (field ^ m_signBit) - m_signBit : field);
+}
+
 std::optional<quint64> SignalDecoder::bitsOf(double value) const
 {
     const auto matching = [this, value](double raw) -> std::optional<quint64> {

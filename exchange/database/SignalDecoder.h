@@ -45,6 +45,8 @@ public:
     /// The physical value, or of a signal that only stands for texts the raw one: what comparisons and pictures work
     /// with. Nothing of bytes, and where a signal with physical values has none.
     std::optional<double> number(quint64 bits) const;
+    /// The number() of a value that a text of the signal is for; nothing where there is none.
+    std::optional<double> numberOfText(quint64 textValue) const;
     /// The bits whose number() is value; nothing where there are none.
     std::optional<quint64> bitsOf(double value) const;
     SignalValue value(const uchar *data) const;

@@ -3449,8 +3449,16 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <translation>这里只能比较相等或不相等。</translation>
     </message>
     <message>
-        <source>Only “data” and “name” are compared with a text.</source>
-        <translation>只有“data”和“name”可与文本比较。</translation>
+        <source>Only “data”, “name” and a signal alone are compared with a text.</source>
+        <translation>只有“data”、“name”和单独的信号可与文本比较。</translation>
+    </message>
+    <message>
+        <source>What a value stands for is a text in quotation marks.</source>
+        <translation>值的含义是引号中的文本。</translation>
+    </message>
+    <message>
+        <source>No value of the signal stands for this text.</source>
+        <translation>该信号没有任何值表示此文本。</translation>
     </message>
     <message>
         <source>The range&apos;s end is below its beginning.</source>

@@ -3449,8 +3449,16 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <translation>This can be equal or not equal only.</translation>
     </message>
     <message>
-        <source>Only “data” and “name” are compared with a text.</source>
-        <translation>Only “data” and “name” are compared with a text.</translation>
+        <source>Only “data”, “name” and a signal alone are compared with a text.</source>
+        <translation>Only “data”, “name” and a signal alone are compared with a text.</translation>
+    </message>
+    <message>
+        <source>What a value stands for is a text in quotation marks.</source>
+        <translation>What a value stands for is a text in quotation marks.</translation>
+    </message>
+    <message>
+        <source>No value of the signal stands for this text.</source>
+        <translation>No value of the signal stands for this text.</translation>
     </message>
     <message>
         <source>The range&apos;s end is below its beginning.</source>

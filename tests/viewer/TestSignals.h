@@ -45,4 +45,13 @@ public:
     {
         return signal == State && value == 1 ? QStringLiteral("On") : QString();
     }
+    QVector<SignalSource::State> states(int signal) const override
+    {
+        return signal == State ? QVector<SignalSource::State>{{0, QStringLiteral("Off")},
+                                                              {1, QStringLiteral("On")},
+                                                              {7, QStringLiteral("Open")},
+                                                              {8, QStringLiteral("Open \"again\"")},
+                                                              {9, QStringLiteral("Open")}}
+                               : QVector<SignalSource::State>();
+    }
 };

@@ -61,6 +61,8 @@ private slots:
     static void values();
     static void valueTexts_data();
     static void valueTexts();
+    static void states_data();
+    static void states();
     static void framesWithoutValues();
     static void eventTriggered();
     static void names();
@@ -163,6 +165,40 @@ void tst_DatabaseSignals::valueTexts()
     const DatabaseSignals source(
         {{golden("vehicle.dbc"), QStringLiteral("vehicle"), {}}, {golden("body.ldf"), QStringLiteral("body"), {}}});
     QTEST(source.valueText(source.signalNumber(signal), value), "expected");
+}
+
+void tst_DatabaseSignals::states_data()
+{
+    QTest::addColumn<QByteArray>("definition");
+    QTest::addColumn<QByteArray>("texts");
+    QTest::addColumn<QString>("expected");
+    const auto row = [](const char *name, const char *definition, const char *texts, const char *expected) {
+        QTest::newRow(name) << QByteArray(definition) << QByteArray(texts) << QString::fromLatin1(expected);
+    };
+    row("whole numbers", "0|8@1+ (1,0)", R"(0 "Off" 1 "On")", "0=Off 1=On");
+    row("physical", "0|8@1+ (0.5,-40)", R"(0 "Off" 250 "On")", "-40=Off 85=On");
+    row("negative", "0|8@1- (2,0)", R"(-1 "Low" 127 "High")", "-2=Low 254=High");
+    row("too long", "0|4@1+ (1,0)", R"(17 "On")", "");
+    row("twice", "0|8@1+ (1,0)", R"(1 "First" 1 "Second" 2 "First")", "1=First 2=First");
+    row("none", "0|8@1+ (1,0)", "", "");
+}
+
+void tst_DatabaseSignals::states()
+{
+    QFETCH(const QByteArray, definition);
+    QFETCH(const QByteArray, texts);
+    const DatabaseSignals source({{databaseOf("BO_ 1 A: 8 Node\n SG_ S : " + definition +
+                                              " [0|0] \"\" Node\n"
+                                              "VAL_ 1 S " +
+                                              texts + " ;\n"),
+                                   QStringLiteral("a"),
+                                   {}}});
+    QStringList found;
+    const QVector<SignalSource::State> states = source.states(source.signalNumber(QStringLiteral("S")));
+    for (const SignalSource::State &state : states) {
+        found.append(QStringLiteral("%1=%2").arg(state.value).arg(state.text));
+    }
+    QTEST(found.join(QLatin1Char(' ')), "expected");
 }
 
 void tst_DatabaseSignals::framesWithoutValues()

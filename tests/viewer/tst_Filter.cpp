@@ -124,6 +124,16 @@ void tst_Filter::addSignalsAndWords()
     row("State == 7", "1");
     row("State != 8", "1");
     row("State", "1");
+    row("State == \"Open\"", "1");
+    row("State == \"On\"", "");
+    row("State != \"Open\"", "");
+    row("State != \"On\"", "1"); // the others do not have the signal
+    row("not State == \"On\"", "0123456789");
+    row("State ~ 'PEN'", "1");
+    row("State ~ \"n\"", "1"); // one of three texts
+    row("State !~ \"off\"", "1");
+    row("State !~ \"o\"", "");
+    row("(State) == 'Open' and Speed > 1", "1");
     row("Temp == 20", "4");
     row("Temp == -20 or Temp == 2e1", "4");
     row("channel == 1 && !remote", "01234789");
@@ -216,6 +226,13 @@ void tst_Filter::errors_data()
     row("id in {1, }", 10, 1);
     row("id in {1", 8, 0);
     row("name ~ 5", 7, 1);
+    row("State == \"open\"", 9, 6);
+    row("State ~ \"x\"", 8, 3);
+    row("State ~ 5", 8, 1);
+    row("State < \"Open\"", 8, 6);
+    row("State + 0 == \"Open\"", 13, 6);
+    row("-State ~ \"Open\"", 7, 1);
+    row("Speed == \"Open\"", 9, 6);
     row("id == #", 6, 1);
     row("name + 1", 0, 4);
     row("1 < len < 5", 8, 1);
@@ -255,6 +272,11 @@ void tst_Filter::completion_data()
     row("dir |", "== !=");
     row("data |", "[ ~ == !=");
     row("name |", "~ == !=");
+    row("State |", "== != < <= > >= in & and or ~");
+    row("State ~ |", R"("Off" "On" "Open" 'Open "again"')");
+    row("State == \"O|", R"("Off" "On" "Open")");
+    row("State == 'On' and State != 'O|", R"('Open "again"')");
+    row("State < |", operands);
     row("id |", "== != < <= > >= in & and or");
     row("id == 1 |", "and or");
     row("fd o|", "or");

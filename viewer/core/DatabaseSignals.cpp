@@ -224,6 +224,18 @@ QString DatabaseSignals::valueText(int signal, double value) const
     return QString::fromUtf8(text.data(), static_cast<int>(text.size()));
 }
 
+QVector<SignalSource::State> DatabaseSignals::states(int signal) const
+{
+    QVector<State> states;
+    for (const ValueText &text : this->signal(signal).texts) {
+        const std::optional<double> value = signalDecoder(signal).numberOfText(text.value);
+        if (value && valueText(signal, *value) == text.text) { // of two texts for a value the first counts
+            states.append({*value, text.text});
+        }
+    }
+    return states;
+}
+
 QString DatabaseSignals::unit(int signal) const
 {
     return this->signal(signal).unit();

@@ -36,6 +36,7 @@ public:
     QVector<FrameKey> carriers(int signal) const override;
     double value(int signal, const BusFrame &frame) const override;
     QString valueText(int signal, double value) const override;
+    QVector<State> states(int signal) const override;
     QString unit(int signal) const override;
 
     int signalCount() const { return static_cast<int>(m_signals.size()); }

@@ -65,6 +65,21 @@ FilterBatch::Mask maskOf(const TestNode *test, const FilterBatch &batch)
     return mask;
 }
 
+/// Where a text in quotation marks begins that does not end.
+int openQuote(const QString &text)
+{
+    int begin = text.size();
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar character = text.at(i);
+        if (begin == text.size() && (character == QLatin1Char('"') || character == QLatin1Char('\''))) {
+            begin = i;
+        } else if (begin < text.size() && character == text.at(begin)) {
+            begin = text.size();
+        }
+    }
+    return begin;
+}
+
 } // namespace
 
 std::optional<Filter> Filter::parse(const QString &text, const std::shared_ptr<const SignalSource> &source,
@@ -106,6 +121,7 @@ FilterCompletion Filter::complete(const QString &text, int cursor, const SignalS
     while (completion.position > 0 && isInWord(completion.position - 1)) {
         --completion.position;
     }
+    completion.position = std::min(completion.position, openQuote(text.left(cursor)));
     completion.length = std::min<int>(cursor, text.size()) - completion.position;
     const QString begun = text.mid(completion.position, completion.length);
     if (text.size() > MaxLength || (!begun.isEmpty() && begun.at(0).isDigit())) {

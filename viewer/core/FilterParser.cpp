@@ -208,169 +208,6 @@ FilterParser::Operand FilterParser::negated()
     return testOperand(isNegated ? FilterNodes::negation(std::move(test)) : std::move(test), place);
 }
 
-void FilterParser::offerOperators(Kind kind)
-{
-    if (token().kind != FilterToken::End) {
-        return;
-    }
-    switch (kind) {
-    case Kind::Value:
-        offer({QStringLiteral("=="), QStringLiteral("!="), QStringLiteral("<"), QStringLiteral("<="),
-               QStringLiteral(">"), QStringLiteral(">="), QStringLiteral("in"), QStringLiteral("&")});
-        break;
-    case Kind::Direction:
-        offer({QStringLiteral("=="), QStringLiteral("!=")});
-        return;
-    case Kind::Data:
-    case Kind::Name:
-        offer({QStringLiteral("~"), QStringLiteral("=="), QStringLiteral("!=")});
-        return;
-    case Kind::Test:
-        break;
-    }
-    offer({QStringLiteral("and"), QStringLiteral("or")});
-}
-
-FilterParser::Operand FilterParser::relation()
-{
-    Operand left = arithmetic(0);
-    offerOperators(left.kind);
-    const bool isNotIn = token().isWord("not") && m_tokens[m_next + 1].isWord("in");
-    m_next += isNotIn ? 1 : 0;
-    Operand result;
-    if (acceptWord("in")) {
-        result = amongRanges(std::move(left), isNotIn);
-    } else if (acceptSymbol("~")) {
-        result = matched(left, false);
-    } else if (acceptSymbol("!~")) {
-        result = matched(left, true);
-    } else if (const std::optional<ComparisonOperator> op = acceptComparison()) {
-        result = compared(std::move(left), *op);
-    } else {
-        return left;
-    }
-    offerOperators(Kind::Test);
-    return result;
-}
-
-std::optional<ComparisonOperator> FilterParser::acceptComparison()
-{
-    const NamedComparison *found = FilterWords::find(FilterWords::comparisons, token());
-    m_next += found != nullptr ? 1 : 0;
-    return found != nullptr ? std::make_optional(found->op) : std::nullopt;
-}
-
-FilterParser::Operand FilterParser::compared(Operand left, ComparisonOperator op)
-{
-    const FilterToken place = left.place;
-    if (left.kind == Kind::Value || left.kind == Kind::Test) {
-        ValuePointer right = asValue(arithmetic(0));
-        return testOperand(FilterNodes::comparison(op, asValue(std::move(left)), std::move(right)), place);
-    }
-    if (op != ComparisonOperator::Equal && op != ComparisonOperator::NotEqual) {
-        fail(m_tokens[m_next - 1], tr("This can be equal or not equal only."));
-    }
-    TestPointer test = left.kind == Kind::Direction ? directionTest()
-                       : left.kind == Kind::Data    ? dataTest(true)
-                                                    : nameTest(true);
-    return testOperand(op == ComparisonOperator::Equal ? std::move(test) : FilterNodes::negation(std::move(test)),
-                       place);
-}
-
-FilterParser::Operand FilterParser::matched(const Operand &left, bool isNegated)
-{
-    if (left.kind != Kind::Data && left.kind != Kind::Name) {
-        fail(m_tokens[m_next - 1], tr("Only “data” and “name” are compared with a text."));
-    }
-    TestPointer test = left.kind == Kind::Data ? dataTest(false) : nameTest(false);
-    return testOperand(isNegated ? FilterNodes::negation(std::move(test)) : std::move(test), left.place);
-}
-
-FilterParser::Operand FilterParser::amongRanges(Operand left, bool isNegated)
-{
-    const FilterToken place = left.place;
-    ValuePointer value = asValue(std::move(left));
-    std::vector<NumberRange> ranges;
-    if (acceptSymbol("{")) {
-        do {
-            ranges.push_back(range());
-        } while (acceptSymbol(","));
-        needSymbol("}");
-    } else {
-        ranges.push_back(range());
-    }
-    TestPointer test = FilterNodes::inRanges(std::move(value), std::move(ranges));
-    return testOperand(isNegated ? FilterNodes::negation(std::move(test)) : std::move(test), place);
-}
-
-NumberRange FilterParser::range()
-{
-    const FilterToken place = token();
-    const double low = constant();
-    if (!acceptSymbol("..")) {
-        return {low, low};
-    }
-    const double high = constant();
-    if (high < low) {
-        fail(place, tr("The range's end is below its beginning."));
-    }
-    return {low, high};
-}
-
-double FilterParser::constant()
-{
-    const bool isNegative = acceptSymbol("-");
-    const FilterToken place = take();
-    if (place.kind != FilterToken::Number) {
-        fail(place, tr("A number is missing here."));
-    }
-    return isNegative ? -place.number : place.number;
-}
-
-TestPointer FilterParser::directionTest()
-{
-    offer(FilterWords::names(FilterWords::directions));
-    const FilterToken place = take();
-    const NamedDirection *direction = FilterWords::find(FilterWords::directions, place);
-    if (direction == nullptr) {
-        fail(place, tr("A direction is “rx”, “tx” or “refused”."));
-    }
-    return FilterNodes::direction(direction->direction);
-}
-
-TestPointer FilterParser::dataTest(bool isWhole)
-{
-    const FilterToken place = take();
-    std::optional<DataPattern> pattern;
-    if (place.kind == FilterToken::Text) {
-        pattern = FilterWords::dataPattern(place.text);
-    }
-    if (!pattern) {
-        fail(place, tr("Data are bytes in quotation marks, such as \"DE AD ?? EF\"."));
-    }
-    if (isWhole) {
-        pattern->place = DataPattern::Whole;
-    }
-    return FilterNodes::data(*pattern);
-}
-
-TestPointer FilterParser::nameTest(bool isWhole)
-{
-    const FilterToken place = take();
-    if (place.kind != FilterToken::Text) {
-        fail(place, tr("A name is a text in quotation marks."));
-    }
-    std::vector<NameRule> rules;
-    const QVector<SignalSource::Message> messages =
-        m_names != nullptr ? m_names->messages() : QVector<SignalSource::Message>();
-    for (const SignalSource::Message &message : messages) {
-        const bool passes =
-            isWhole ? message.name == place.text : message.name.contains(place.text, Qt::CaseInsensitive);
-        rules.push_back({message.key, message.channels, passes});
-    }
-    return FilterNodes::names(std::move(rules));
-}
-
 FilterParser::Operand FilterParser::arithmetic(int level)
 {
     if (level > BinaryOperator::LastLevel) {
@@ -491,6 +328,12 @@ FilterParser::Operand FilterParser::signal(const FilterToken &place)
     }
     Operand operand;
     operand.place = place;
-    operand.value = m_source ? FilterNodes::signal(m_source, number) : FilterNodes::constant(0);
+    operand.signal = number;
+    operand.value = signalValue(number);
     return operand;
+}
+
+ValuePointer FilterParser::signalValue(int signal) const
+{
+    return m_source ? FilterNodes::signal(m_source, signal) : FilterNodes::constant(0);
 }

@@ -30,6 +30,7 @@ private:
         Kind kind = Kind::Value;
         ValuePointer value; ///< with Kind::Value
         TestPointer test;   ///< with Kind::Test
+        int signal = -1;    ///< the value is that of this one
         FilterToken place;  ///< where it begins
     };
 
@@ -67,6 +68,9 @@ private:
     TestPointer directionTest();
     TestPointer dataTest(bool isWhole);
     TestPointer nameTest(bool isWhole);
+    TestPointer stateTest(int signal, bool isWhole, bool isNegated);
+    ValuePointer signalValue(int signal) const;
+    void offerStates(int signal);
 
     static TestPointer asTest(Operand operand);
     static ValuePointer asValue(Operand operand);

@@ -18,6 +18,13 @@ public:
         QVector<int> channels = {}; ///< from 0; empty: all
     };
 
+    /// A value and what it stands for.
+    struct State
+    {
+        double value;
+        QString text;
+    };
+
     SignalSource() = default;
     virtual ~SignalSource() = default;
     SignalSource(const SignalSource &) = delete;
@@ -37,6 +44,8 @@ public:
     virtual double value(int signal, const BusFrame &frame) const = 0;
     /// What a value stands for; empty where it is a number only.
     virtual QString valueText(int signal, double value) const = 0;
+    /// The values that stand for something.
+    virtual QVector<State> states(int /*signal*/) const { return {}; }
     /// Of its physical values; empty where they have none.
     virtual QString unit(int /*signal*/) const { return {}; }
 };
