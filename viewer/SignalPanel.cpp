@@ -66,6 +66,8 @@ QWidget *SignalPanel::makeTable()
     }
     m_table->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(m_table, &QTableWidget::customContextMenuRequested, this, &SignalPanel::slot_menu);
+    connect(m_table, &QTableWidget::itemActivated, this,
+            [this](const QTableWidgetItem *item) { plot(expressionOf(item->row())); });
     connect(m_table, &QTableWidget::itemSelectionChanged, this, &SignalPanel::slot_signalChosen);
     return m_table;
 }
@@ -214,17 +216,29 @@ void SignalPanel::slot_bitChosen(int place)
     m_bits->select(place);
 }
 
+QString SignalPanel::expressionOf(int row) const
+{
+    const int place = m_table->item(row, Name)->data(PlaceRole).toInt();
+    return m_source->expression(m_source->firstSignal(m_message) + place);
+}
+
+void SignalPanel::plot(const QString &expression)
+{
+    if (!expression.isEmpty()) {
+        emit sig_plotWanted(expression);
+    }
+}
+
 void SignalPanel::slot_menu(const QPoint &position)
 {
     const QTableWidgetItem *item = m_table->itemAt(position);
     if (item == nullptr || m_message < 0) {
         return;
     }
-    const int place = m_table->item(item->row(), Name)->data(PlaceRole).toInt();
-    const QString expression = m_source->expression(m_source->firstSignal(m_message) + place);
+    const QString expression = expressionOf(item->row());
     auto *menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    QAction *plot = menu->addAction(tr("&Plot this"), this, [this, expression] { emit sig_plotWanted(expression); });
-    plot->setEnabled(!expression.isEmpty());
+    QAction *action = menu->addAction(tr("&Plot this"), this, [this, expression] { plot(expression); });
+    action->setEnabled(!expression.isEmpty());
     menu->popup(m_table->viewport()->mapToGlobal(position));
 }

@@ -45,6 +45,8 @@ private:
     QString headText(int message, const BusFrame &frame, const FrameBits &bits) const;
     /// The place in its message; -1: none.
     int currentPlace() const;
+    QString expressionOf(int row) const;
+    void plot(const QString &expression);
 
     OpenCapture &m_capture;
     std::shared_ptr<const DatabaseSignals> m_source;

@@ -63,6 +63,11 @@ void ValuePanel::makeTree()
                                            fontMetrics().horizontalAdvance(QLatin1Char('0')));
     }
     connect(m_tree, &QTreeView::customContextMenuRequested, this, &ValuePanel::slot_menu);
+    connect(m_tree, &QTreeView::activated, this, [this] {
+        if (m_plot->isEnabled()) {
+            m_plot->click();
+        }
+    });
     connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, this, &ValuePanel::slot_currentChanged);
 }
 

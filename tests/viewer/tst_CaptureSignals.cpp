@@ -50,6 +50,7 @@ private slots:
     void valuesFollowTheEnd();
     void searchesAndSees();
     void filtersAndPlots();
+    void doubleClickPlots();
     static void treeModel();
     void databasesAreListed();
     void channelsAreTyped();
@@ -358,6 +359,35 @@ void tst_CaptureSignals::filtersAndPlots()
     qobject_cast<QMenu *>(QApplication::activePopupWidget())->actions().first()->trigger();
     QVERIFY(m_tab->plots().curves().indexOf(QStringLiteral("Doors.Page")) >= 0);
     QApplication::activePopupWidget()->close();
+}
+
+void tst_CaptureSignals::doubleClickPlots()
+{
+    addEngine();
+    show(Values);
+    tree().expandAll();
+    const auto doubleClick = [](QAbstractItemView &view, const QRect &cell) {
+        QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, cell.center());
+        QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, cell.center());
+    };
+    const PlottedCurves &curves = m_tab->plots().curves();
+    doubleClick(tree(), tree().visualRect(valueIndex("Engine", "")));
+    QCOMPARE(curves.count(), 0); // a message is no number
+    tree().expandAll();
+    doubleClick(tree(), tree().visualRect(valueIndex("Doors", "LevelOfPageTwo")));
+    QCOMPARE(m_tab->panels().currentWidget(), &m_tab->plots());
+    QVERIFY(curves.indexOf(QStringLiteral("Doors.LevelOfPageTwo")) >= 0);
+    show(Frame);
+    m_tab->table().setCurrentPlace(0);
+    doubleClick(table(), table().visualItemRect(table().item(0, 0)));
+    QCOMPARE(m_tab->panels().currentWidget(), &m_tab->plots());
+    QVERIFY(curves.indexOf(QStringLiteral("Engine.Speed")) >= 0);
+    show(Frame);
+    table().setFocus();
+    table().setCurrentCell(1, 0);
+    QTest::keyClick(&table(), Qt::Key_Return);
+    QCOMPARE(m_tab->panels().currentWidget(), &m_tab->plots());
+    QCOMPARE(curves.count(), 3);
 }
 
 void tst_CaptureSignals::treeModel()
