@@ -3,6 +3,8 @@
 #include "exchange/FindingLines.h"
 #include "viewer/BookmarkPanel.h"
 #include "viewer/CaptureSignals.h"
+#include "viewer/core/FrameTimes.h"
+#include "viewer/core/TimeTicks.h"
 #include "viewer/EndButton.h"
 #include "viewer/LoadNotice.h"
 #include "viewer/OverviewActions.h"
@@ -438,14 +440,24 @@ QString CaptureTab::progressText(const LoadProgress &progress) const
     return {};
 }
 
+/// "1,234 frames over 12.5 s".
+QString CaptureTab::framesText() const
+{
+    const BusFrameStore &store = m_capture.store();
+    const qint64 count = store.size();
+    const QString frames = m_capture.isFiltered()
+                               ? tr("%1 of %2 frames").arg(counted(m_capture.rowCount()), counted(count))
+                               : tr("%1 frames").arg(counted(count));
+    const qint64 last = count > 0 ? store.greatestTime(BusFrameStore::blockOf(count - 1)) : BusFrame::NoTime;
+    const qint64 duration = periodBetween(store.start(), last);
+    constexpr double Exactness = 1e6; // nanoseconds
+    return duration > 0 ? tr("%1 over %2").arg(frames, timeText(duration, Exactness, std::nullopt)) : frames;
+}
+
 void CaptureTab::slot_progress()
 {
     const LoadProgress progress = m_capture.loader().progress();
-    const QString frames =
-        m_capture.isFiltered()
-            ? tr("%1 of %2 frames").arg(counted(m_capture.rowCount()), counted(m_capture.store().size()))
-            : tr("%1 frames").arg(counted(m_capture.store().size()));
-    m_state->setText(tr("%1, %2").arg(frames, progressText(progress)));
+    m_state->setText(tr("%1, %2").arg(framesText(), progressText(progress)));
     const bool isLoading = progress.state == LoadProgress::State::Loading;
     m_progress->setVisible(isLoading && m_capture.secondsLeft() >= 0);
     if (progress.size > 0) {

@@ -89,6 +89,7 @@ private:
     void connectTable();
     void connectCapture();
     void tell(const QString &text);
+    QString framesText() const;
     QString progressText(const LoadProgress &progress) const;
 
     OpenCapture m_capture;

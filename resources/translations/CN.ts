@@ -3382,6 +3382,10 @@ It ends with 0 when all went well, 1 when a file cannot be read or written, 2 wh
         <translation>内存已满；其余部分未加载</translation>
     </message>
     <message>
+        <source>%1 over %2</source>
+        <translation>%1，历时 %2</translation>
+    </message>
+    <message>
         <source>%1 of %2 frames</source>
         <translation>%2 帧中的 %1 帧</translation>
     </message>
