@@ -1,6 +1,7 @@
 #include "bench/ViewerWindowsBench.h"
 
 #include "bench/BenchReport.h"
+#include "bench/MadeCapture.h"
 #include "bench/ProcessFigures.h"
 
 #include "viewer/BusLoadWindow.h"
@@ -25,7 +26,6 @@ namespace {
 using BenchTarget = BenchReport::Target;
 
 constexpr int Identifiers = 200;
-constexpr qint64 FramePeriod = 100000; ///< ns
 constexpr qint64 MostMs = 120000;
 
 double milliseconds(const QElapsedTimer &clock)
@@ -59,43 +59,19 @@ private:
 };
 
 /// A counter, a wave and a switch that moves in the middle, on two channels.
-class BenchStream : public CaptureStream, private FrameReader
+auto frameMaker(qint64 frames)
 {
-public:
-    explicit BenchStream(qint64 frames)
-        : m_frames(frames)
-    {
-    }
-
-    FrameReader &reader() override { return *this; }
-    qint64 position() const override { return m_next; }
-    qint64 size() const override { return m_frames; }
-    void setGrowing(bool /*growing*/) override {}
-    bool isBroken() const override { return false; }
-
-private:
-    int read(BusFrame *frames, int room) override
-    {
-        const auto count = static_cast<int>(std::min<qint64>(room, m_frames - m_next));
-        for (int i = 0; i < count; ++i, ++m_next) {
-            BusFrame frame;
-            frame.time = m_next * FramePeriod + m_next % 7 * 900;
-            frame.identifier = 0x100 + static_cast<quint32>(m_next % Identifiers);
-            frame.channel = static_cast<quint16>(m_next % 2);
-            frame.length = 8;
-            const auto wave = static_cast<int>(20000 + 20000 * std::sin(static_cast<double>(m_next) / 1e5));
-            frame.data[0] = static_cast<uchar>(wave);
-            frame.data[1] = static_cast<uchar>(wave >> 8);
-            frame.data[5] = m_next > m_frames / 2 ? 1 : 0;
-            frame.data[7] = static_cast<uchar>(m_next / Identifiers);
-            frames[i] = frame;
-        }
-        return count;
-    }
-
-    qint64 m_frames;
-    qint64 m_next = 0;
-};
+    return [frames](qint64 number, BusFrame &frame) {
+        frame.time += number % 7 * 900;
+        frame.identifier = 0x100 + static_cast<quint32>(number % Identifiers);
+        frame.channel = static_cast<quint16>(number % 2);
+        const auto wave = static_cast<int>(20000 + 20000 * std::sin(static_cast<double>(number) / 1e5));
+        frame.data[0] = static_cast<uchar>(wave);
+        frame.data[1] = static_cast<uchar>(wave >> 8);
+        frame.data[5] = number > frames / 2 ? 1 : 0;
+        frame.data[7] = static_cast<uchar>(number / Identifiers);
+    };
+}
 
 bool waitFor(const std::function<bool()> &isSo)
 {
@@ -163,10 +139,7 @@ bool benchViewerWindow(BenchReport &report, const QString &mode, qint64 frames, 
     TimedApplication application(argc, argv);
     const QTemporaryDir folder;
     QTabWidget tabs;
-    auto *tab = new CaptureTab(
-        QStringLiteral("bench"),
-        [frames](Findings & /*findings*/, QString & /*error*/) { return std::make_unique<BenchStream>(frames); },
-        folder.path());
+    auto *tab = new CaptureTab(QStringLiteral("bench"), madeCapture(frames, frameMaker(frames)), folder.path());
     tabs.addTab(tab, QStringLiteral("bench"));
     tabs.resize(1200, 800);
     tabs.show();

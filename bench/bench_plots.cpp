@@ -6,6 +6,7 @@
 // screen: QT_QPA_PLATFORM=offscreen.
 
 #include "bench/BenchReport.h"
+#include "bench/MadeCapture.h"
 #include "bench/ProcessFigures.h"
 
 #include "viewer/PlotArea.h"
@@ -25,44 +26,17 @@ namespace {
 
 using BenchTarget = BenchReport::Target;
 
-constexpr qint64 FramePeriod = 100000; ///< ns
 constexpr double PicturesPerSecond = 30;
 
-class BenchStream : public CaptureStream, private FrameReader
+/// A wave in the first two bytes.
+void makeFrame(qint64 number, BusFrame &frame)
 {
-public:
-    explicit BenchStream(qint64 frames)
-        : m_frames(frames)
-    {
-    }
-
-    FrameReader &reader() override { return *this; }
-    qint64 position() const override { return m_next; }
-    qint64 size() const override { return m_frames; }
-    void setGrowing(bool /*growing*/) override {}
-    bool isBroken() const override { return false; }
-
-private:
-    int read(BusFrame *frames, int room) override
-    {
-        const auto count = static_cast<int>(std::min<qint64>(room, m_frames - m_next));
-        for (int i = 0; i < count; ++i, ++m_next) {
-            BusFrame frame;
-            frame.time = m_next * FramePeriod;
-            frame.identifier = 0x100;
-            frame.length = 8;
-            const auto wave = static_cast<int>(20000 + 20000 * std::sin(static_cast<double>(m_next) / 1e5));
-            frame.data[0] = static_cast<uchar>(wave + m_next % 977);
-            frame.data[1] = static_cast<uchar>(wave >> 8);
-            frame.data[7] = static_cast<uchar>(m_next);
-            frames[i] = frame;
-        }
-        return count;
-    }
-
-    qint64 m_frames;
-    qint64 m_next = 0;
-};
+    frame.identifier = 0x100;
+    const auto wave = static_cast<int>(20000 + 20000 * std::sin(static_cast<double>(number) / 1e5));
+    frame.data[0] = static_cast<uchar>(wave + number % 977);
+    frame.data[1] = static_cast<uchar>(wave >> 8);
+    frame.data[7] = static_cast<uchar>(number);
+}
 
 /// In the first two bytes.
 class BenchSignals : public SignalSource
@@ -165,10 +139,7 @@ int main(int argc, char *argv[])
 
     BenchReport report;
     const QTemporaryDir folder;
-    OpenCapture capture(
-        QStringLiteral("bench"),
-        [frames](Findings & /*findings*/, QString & /*error*/) { return std::make_unique<BenchStream>(frames); },
-        false);
+    OpenCapture capture(QStringLiteral("bench"), madeCapture(frames, &makeFrame), false);
     capture.setSignalSource(std::make_shared<BenchSignals>());
     PlotPanel panel(capture, folder.path());
     panel.resize(1500, 600);

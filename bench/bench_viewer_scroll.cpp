@@ -6,6 +6,7 @@
 // display with QT_QPA_PLATFORM=offscreen.
 
 #include "bench/BenchReport.h"
+#include "bench/MadeCapture.h"
 #include "bench/ProcessFigures.h"
 
 #include "viewer/FrameTableView.h"
@@ -26,44 +27,15 @@ namespace {
 using BenchTarget = BenchReport::Target;
 
 constexpr int Identifiers = 200;
-constexpr qint64 FramePeriod = 100000; ///< ns
 constexpr int Screens = 300;
 
-/// Makes the frames as they are read.
-class BenchStream : public CaptureStream, private FrameReader
+void makeFrame(qint64 number, BusFrame &frame)
 {
-public:
-    explicit BenchStream(qint64 frames)
-        : m_frames(frames)
-    {
-    }
-
-    FrameReader &reader() override { return *this; }
-    qint64 position() const override { return m_next; }
-    qint64 size() const override { return m_frames; }
-    void setGrowing(bool /*growing*/) override {}
-    bool isBroken() const override { return false; }
-
-private:
-    int read(BusFrame *frames, int room) override
-    {
-        const auto count = static_cast<int>(std::min<qint64>(room, m_frames - m_next));
-        for (int i = 0; i < count; ++i, ++m_next) {
-            BusFrame frame;
-            frame.time = m_next * FramePeriod;
-            frame.identifier = 0x100 + static_cast<quint32>(m_next % Identifiers);
-            frame.direction = m_next % 10 == 0 ? BusFrame::Sent : BusFrame::Received;
-            frame.length = 8;
-            frame.data[0] = static_cast<uchar>(m_next);
-            frame.data[7] = static_cast<uchar>(m_next / Identifiers);
-            frames[i] = frame;
-        }
-        return count;
-    }
-
-    qint64 m_frames;
-    qint64 m_next = 0;
-};
+    frame.identifier = 0x100 + static_cast<quint32>(number % Identifiers);
+    frame.direction = number % 10 == 0 ? BusFrame::Sent : BusFrame::Received;
+    frame.data[0] = static_cast<uchar>(number);
+    frame.data[7] = static_cast<uchar>(number / Identifiers);
+}
 
 QVector<ColorRule> eightRules()
 {
@@ -146,10 +118,7 @@ int main(int argc, char *argv[])
     const qint64 frames = std::max<qint64>(1000, parser.value(QStringLiteral("frames")).toLongLong());
 
     const double before = residentBytes();
-    OpenCapture capture(
-        QStringLiteral("made-up"),
-        [frames](Findings & /*findings*/, QString & /*error*/) { return std::make_unique<BenchStream>(frames); },
-        false);
+    OpenCapture capture(QStringLiteral("made-up"), madeCapture(frames, &makeFrame), false);
     while (capture.loader().progress().isRunning() || capture.rowCount() < frames ||
            capture.overview().covered() < frames) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
