@@ -1,9 +1,10 @@
 #include "viewer/DatabasePanel.h"
 
+#include "viewer/TableText.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLocale>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -57,15 +58,8 @@ QWidget *DatabasePanel::makeTable()
     m_table->setObjectName(QStringLiteral("databases"));
     m_table->setAccessibleName(tr("Databases of the capture"));
     m_table->setHorizontalHeaderLabels({tr("Database"), tr("Channels"), tr("Messages"), tr("Signals"), tr("State")});
-    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_table->setSelectionMode(QAbstractItemView::SingleSelection);
-    m_table->setAlternatingRowColors(true);
-    m_table->setTabKeyNavigation(false);
-    m_table->setWordWrap(false);
-    m_table->verticalHeader()->hide();
-    m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
-    m_table->horizontalHeader()->setStretchLastSection(true);
-    m_table->horizontalHeader()->setHighlightSections(false);
+    setUpRows(*m_table);
     for (int column = 0; column + 1 < ColumnCount; ++column) {
         m_table->setColumnWidth(column, Widths[static_cast<std::size_t>(column)] *
                                             fontMetrics().horizontalAdvance(QLatin1Char('0')));

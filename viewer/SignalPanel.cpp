@@ -3,8 +3,8 @@
 #include "viewer/BitView.h"
 #include "viewer/core/FrameColumns.h"
 #include "viewer/core/SignalCells.h"
+#include "viewer/TableText.h"
 
-#include <QHeaderView>
 #include <QLabel>
 #include <QLocale>
 #include <QMenu>
@@ -51,15 +51,8 @@ QWidget *SignalPanel::makeTable()
     m_table->setAccessibleName(tr("Signals of the frame"));
     m_table->setHorizontalHeaderLabels({tr("Signal"), tr("Raw"), tr("Value"), tr("Unit"), tr("Text")});
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_table->setSelectionMode(QAbstractItemView::SingleSelection);
-    m_table->setAlternatingRowColors(true);
-    m_table->setTabKeyNavigation(false);
-    m_table->setWordWrap(false);
-    m_table->verticalHeader()->hide();
-    m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
-    m_table->horizontalHeader()->setStretchLastSection(true);
-    m_table->horizontalHeader()->setHighlightSections(false);
+    setUpRows(*m_table);
     for (int column = 0; column + 1 < ColumnCount; ++column) {
         m_table->setColumnWidth(column, Widths[static_cast<std::size_t>(column)] *
                                             fontMetrics().horizontalAdvance(QLatin1Char('0')));

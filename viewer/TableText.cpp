@@ -55,11 +55,9 @@ QString tableText(const QTableView &table, bool isOnlySelected, bool isCsv)
     return text;
 }
 
-void setUpIdentifierTable(QTableView &table)
+void setUpRows(QTableView &table)
 {
-    table.setSortingEnabled(true);
     table.setSelectionBehavior(QAbstractItemView::SelectRows);
-    table.setEditTriggers(QAbstractItemView::NoEditTriggers);
     table.setAlternatingRowColors(true);
     table.setTabKeyNavigation(false);
     table.setWordWrap(false);
@@ -67,6 +65,13 @@ void setUpIdentifierTable(QTableView &table)
     table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().height() + 6);
     table.horizontalHeader()->setStretchLastSection(true);
     table.horizontalHeader()->setHighlightSections(false);
+}
+
+void setUpIdentifierTable(QTableView &table)
+{
+    setUpRows(table);
+    table.setSortingEnabled(true);
+    table.setEditTriggers(QAbstractItemView::NoEditTriggers);
     auto *copy = new QAction(QApplication::translate("TableText", "Copy"), &table);
     copy->setObjectName(QStringLiteral("copy"));
     copy->setShortcut(QKeySequence::Copy);

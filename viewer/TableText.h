@@ -11,6 +11,8 @@ class QWidget;
 /// as they stand. With tabs between the cells, or as CSV (RFC 4180).
 QString tableText(const QTableView &table, bool isOnlySelected, bool isCsv);
 
+/// How tables of whole rows look; the last column takes what is left.
+void setUpRows(QTableView &table);
 /// Prepares a table of identifiers: rows are selected, sorted by titles, and copied with Ctrl+C.
 void setUpIdentifierTable(QTableView &table);
 
