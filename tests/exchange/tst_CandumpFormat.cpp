@@ -4,9 +4,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QtTest>
 
 using namespace ExchangeTestData;
@@ -45,14 +42,6 @@ QStringList truth(const QByteArray &json)
     return lines;
 }
 
-/// Standard output of a program of can-utils that reads a log.
-QByteArray outputOf(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    return process.waitForFinished(20000) && process.exitCode() == 0 ? process.readAllStandardOutput() : QByteArray();
-}
-
 } // namespace
 
 class tst_CandumpFormat : public QObject
@@ -71,7 +60,6 @@ private slots:
     static void channelsWithoutNumbers();
     static void longNames();
     static void writtenAgain();
-    static void publicToolsReadWhatIsWritten();
 };
 
 void tst_CandumpFormat::logsOfAPublicProgram_data()
@@ -243,33 +231,6 @@ void tst_CandumpFormat::writtenAgain()
                                  "(1436509052.550001) vcan0 18DAF110##4\n"
                                  "(1436509052.650000) vcan0 123#112233\n"
                                  "(1436509052.750000) vcan0 123#1122334455667788\n"));
-}
-
-/// log2asc makes the same of a log of a public program and of ours.
-void tst_CandumpFormat::publicToolsReadWhatIsWritten()
-{
-    const QString tool = QStandardPaths::findExecutable(QStringLiteral("log2asc"));
-    if (tool.isEmpty()) {
-        QSKIP("log2asc is not installed: tools/install-packages.sh check");
-    }
-    QTemporaryDir folder;
-    for (const char *name : {"candump_classic.log", "candump_fd.log"}) {
-        const QByteArray bytes = fileBytes(QStringLiteral("exchange/") + QLatin1String(name));
-        const Reading reading = readBytes(format("candump"), bytes);
-        WriteOptions options;
-        options.info = reading.info;
-        Findings findings;
-        const QString own = folder.filePath(QStringLiteral("own.log"));
-        QFile file(own);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(writeBytes(format("candump"), reading.frames, options, findings));
-        file.close();
-        const QString theirs = QStringLiteral(X9_TEST_DATA "/exchange/") + QLatin1String(name);
-        const QStringList channels = {QStringLiteral("can0"), QStringLiteral("can1")};
-        const QByteArray expected = outputOf(tool, QStringList({QStringLiteral("-I"), theirs}) + channels);
-        QVERIFY(expected.count('\n') >= 60);
-        QCOMPARE(outputOf(tool, QStringList({QStringLiteral("-I"), own}) + channels), expected);
-    }
 }
 
 X9_CORE_TEST(tst_CandumpFormat)
