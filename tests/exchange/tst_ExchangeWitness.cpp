@@ -304,7 +304,7 @@ void tst_ExchangeWitness::log2ascMakesTheSame()
 {
     const QString tool = QStandardPaths::findExecutable(QStringLiteral("log2asc"));
     QVERIFY2(!tool.isEmpty(), qPrintable(missing(QStringLiteral("log2asc"))));
-    const auto candump = exchangeFormat(QStringLiteral("candump"));
+    const ExchangeFormat *candump = exchangeFormat(QStringLiteral("candump"));
     QTemporaryDir folder;
     for (const char *name : {"candump_classic.log", "candump_fd.log"}) {
         const QByteArray bytes = fileBytes(QStringLiteral("exchange/") + QLatin1String(name));
